@@ -1,0 +1,45 @@
+# How every target of this tree is built: language level, warnings, sanitizers, and the one way
+# to declare a folder's library, a folder's tests and a folder's benchmarks.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+
+# The common options; every library links it, so that every user inherits the include root.
+add_library(kv408_options INTERFACE)
+target_include_directories(kv408_options INTERFACE ${CMAKE_SOURCE_DIR}/src)
+target_compile_options(kv408_options INTERFACE -Wall -Wextra -Wconversion -Wshadow -Werror)
+if(KV408_SANITIZE)
+  target_compile_options(kv408_options INTERFACE
+    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(kv408_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+# kv408_library(<folder> <library>...): the library kv408_<folder> out of every source file of
+# the current folder; the libraries it names are the folders it may include from.
+function(kv408_library folder)
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  file(GLOB headers CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
+  if(sources)
+    add_library(kv408_${folder} STATIC ${sources} ${headers})
+    target_link_libraries(kv408_${folder} PUBLIC kv408_options ${ARGN})
+  else()
+    add_library(kv408_${folder} INTERFACE ${headers})
+    target_link_libraries(kv408_${folder} INTERFACE kv408_options ${ARGN})
+  endif()
+endfunction()
+
+# kv408_tests(<folder> <library>...): the GoogleTest program test_<folder> out of every source
+# file of the current folder, each of its tests known to ctest by its own name.
+function(kv408_tests folder)
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  add_executable(test_${folder} ${sources})
+  target_link_libraries(test_${folder} PRIVATE kv408_options ${ARGN} GTest::gmock GTest::gtest_main)
+  # Optimising the tests themselves takes long to compile and nobody waits for them to run.
+  target_compile_options(test_${folder} PRIVATE -O0)
+  target_include_directories(test_${folder} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
+  gtest_discover_tests(test_${folder} TEST_PREFIX ${KV408_TEST_PREFIX}${folder}.
+                       DISCOVERY_TIMEOUT 60)
+endfunction()

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "host/message_boxes.h"
+#include "host/window_messages.h"
+#include "state/program_state.h"
+
+namespace kv408 {
+
+/// Message boxes that unwind when the program has ended, before or while a box was open.
+class EndingMessageBoxes : public MessageBoxes {
+public:
+    /// Shows through `boxes` as long as `program` has not ended.
+    EndingMessageBoxes(MessageBoxes& boxes, const ProgramState& program)
+        : boxes_(boxes), program_(program) {}
+
+    MessageAnswer show(const Message& message) override;
+
+private:
+    MessageBoxes& boxes_;
+    const ProgramState& program_;
+};
+
+/// Window messages that unwind when one of them has ended the program.
+class EndingWindowMessages : public WindowMessages {
+public:
+    /// Passes on to `messages` as long as `program` has not ended.
+    EndingWindowMessages(WindowMessages& messages, const ProgramState& program)
+        : messages_(messages), program_(program) {}
+
+    void process_pending() override;
+    void repaint(std::string_view control_name) override;
+
+private:
+    WindowMessages& messages_;
+    const ProgramState& program_;
+};
+
+} // namespace kv408

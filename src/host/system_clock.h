@@ -1,0 +1,15 @@
+#pragma once
+
+#include "host/clock.h"
+
+namespace kv408 {
+
+/// The machine's own clocks.
+class SystemClock : public Clock {
+public:
+    [[nodiscard]] std::chrono::nanoseconds now() const override;
+    void sleep(std::chrono::nanoseconds duration) override;
+    [[nodiscard]] LocalTime local_time() const override;
+};
+
+} // namespace kv408

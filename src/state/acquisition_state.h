@@ -1,0 +1,27 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+namespace kv408 {
+
+/// What the timer's state machine and its requesters share.
+struct AcquisitionState {
+    /// The state word: "Idle" (does nothing), "idle", "startscope", "scope", "scopech1f",
+    /// "scopech2f", "calibrationint", "changes", "changes1", "stoped".
+    std::string scopestate;
+    std::string laststate;    ///< the last sweep state executed, or "changes" after a range change
+    bool acqrunning = false;  ///< acquisition is started
+    bool stoprequest = false; ///< Stop was pressed
+    bool pointmode = false;   ///< point-by-point passes instead of block sweeps
+    std::array<bool, 2> ready = {}; ///< `ch1ready`, `ch2ready`: a sweep of the channel is complete
+    std::array<std::int32_t, 2> offset =
+        {}; ///< `ch1offset`, `ch2offset`: time-base offsets, picoseconds
+
+    bool holdoff = false;          ///< trigger line shown, after the level was adjusted
+    std::int32_t holdoff_time = 0; ///< remaining time of `holdoff`, milliseconds
+    bool pending_refresh = false;  ///< the shown delay must follow the set one at the next redraw
+};
+
+} // namespace kv408

@@ -1,0 +1,22 @@
+#pragma once
+
+namespace kv408 {
+
+/// Where the program stands between its start and its end.
+struct ProgramState {
+    bool activated = false; ///< device discovery has run in this activation cycle
+    bool loaded = false;    ///< start-up is complete; drawing waits for it
+    bool ended = false;     ///< the program is ending: nothing more is sent or drawn
+};
+
+/// Thrown to unwind at once when the program ends from deep inside; it carries nothing and is
+/// caught only where the window, the timer or a test enters the program.
+struct ProgramEnded {};
+
+/// Ends the program: marks it and unwinds to the entry.
+[[noreturn]] inline void end_program(ProgramState& program) {
+    program.ended = true;
+    throw ProgramEnded{};
+}
+
+} // namespace kv408

@@ -1,0 +1,84 @@
+#include "state/rounding.h"
+
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <system_error>
+
+namespace kv408 {
+namespace {
+
+/// Rounds and saturates into the range of `Integer`.
+template <typename Integer>
+Integer saturate(double value) {
+    if (std::isnan(value)) {
+        return 0;
+    }
+    const double rounded = round_half_even(value);
+    if (rounded <= static_cast<double>(std::numeric_limits<Integer>::min())) {
+        return std::numeric_limits<Integer>::min();
+    }
+    if (rounded >= static_cast<double>(std::numeric_limits<Integer>::max())) {
+        return std::numeric_limits<Integer>::max();
+    }
+    return static_cast<Integer>(rounded);
+}
+
+bool is_digit(char character) {
+    return character >= '0' && character <= '9';
+}
+
+} // namespace
+
+double round_half_even(double value) {
+    const double below = std::floor(value);
+    const double fraction = value - below;
+    if (fraction < 0.5) {
+        return below;
+    }
+    if (fraction > 0.5) {
+        return below + 1.0;
+    }
+    return std::fmod(below, 2.0) == 0.0 ? below : below + 1.0;
+}
+
+std::int32_t round_to_int32(double value) {
+    return saturate<std::int32_t>(value);
+}
+
+std::int16_t round_to_int16(double value) {
+    return saturate<std::int16_t>(value);
+}
+
+double leading_number(std::string_view text) {
+    const auto start = text.find_first_not_of(" \t");
+    if (start == std::string_view::npos) {
+        return 0.0;
+    }
+    text.remove_prefix(start);
+    bool negative = false;
+    if (text.front() == '+' || text.front() == '-') {
+        negative = text.front() == '-';
+        text.remove_prefix(1);
+    }
+    // from_chars also knows "inf" and "nan", which no person means as a number here.
+    const bool numeric =
+        !text.empty() &&
+        (is_digit(text.front()) || (text.front() == '.' && text.size() > 1 && is_digit(text[1])));
+    if (!numeric) {
+        return 0.0;
+    }
+    double value = 0.0;
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (result.ec == std::errc::result_out_of_range) {
+        // Too small and too large share one error code: an exponent with a minus sign is too small.
+        const std::string_view read(text.data(),
+                                    static_cast<std::size_t>(result.ptr - text.data()));
+        value = read.find("e-") != read.npos || read.find("E-") != read.npos
+                    ? 0.0
+                    : std::numeric_limits<double>::max();
+    }
+    return negative ? -value : value;
+}
+
+} // namespace kv408

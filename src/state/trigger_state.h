@@ -1,0 +1,22 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+namespace kv408 {
+
+/// What the trigger controls have set. Arrays hold TRIG1 at index 0 and TRIG2 at index 1.
+struct TriggerState {
+    std::int16_t trigpos =
+        2048; ///< level code of the current source; 2048 is 0 mV, one code a millivolt
+    std::array<std::int16_t, 2> saved_trigpos = {2048,
+                                                 2048}; ///< `trigpos1`, `trigpos2`: level codes
+    std::int32_t trigwheel = 512; ///< `trigpos` / 4, the adjust wheel's value for the level
+    std::array<std::int16_t, 2> hyst = {10,
+                                        10}; ///< `hyst1`, `hyst2`: hysteresis slider values, 0..255
+    std::array<std::int32_t, 2> trigdelay =
+        {};                        ///< `trig1delay`, `trig2delay`: path delays, picoseconds
+    std::int32_t trigsrcdelay = 0; ///< path delay of the selected source, picoseconds
+};
+
+} // namespace kv408
