@@ -1,0 +1,255 @@
+#include "link/device_link.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cassert>
+#include <chrono>
+#include <limits>
+
+namespace kv408 {
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr Byte start_byte = 4;
+constexpr Byte acknowledge_byte = 6;
+constexpr Dword link_speed_baud = 833000;
+constexpr std::string_view instrument_prefix = "lm4rxa";
+/// Pause between a frame and the reading of its acknowledge.
+constexpr milliseconds acknowledge_pause{20};
+
+constexpr const char* not_found_text = "Error finding WKTP2B device. Aborting application.";
+
+std::int16_t to_device_count(Dword count) {
+    return static_cast<std::int16_t>(
+        std::min<Dword>(count, std::numeric_limits<std::int16_t>::max()));
+}
+
+} // namespace
+
+std::string bytestostring(std::span<const Byte> buffer) {
+    constexpr std::size_t longest = 256;
+    std::string text;
+    for (const Byte byte : buffer.first(std::min(buffer.size(), longest))) {
+        if (byte == 0) {
+            break;
+        }
+        text.push_back(std::bit_cast<char>(byte));
+    }
+    return text;
+}
+
+std::array<Byte, 8> command_frame(std::int16_t command, const CommandArguments& arguments) {
+    [[maybe_unused]] const auto in_byte = [](std::int16_t value) {
+        return value >= 0 && value <= 255;
+    };
+    assert(in_byte(command));
+    assert(std::all_of(arguments.begin() + 1, arguments.end(), in_byte));
+    std::array<Byte, 8> frame = {start_byte, static_cast<Byte>(command)};
+    int sum = command;
+    for (std::size_t index = 1; index < arguments.size(); ++index) {
+        frame[index + 1] = static_cast<Byte>(arguments[index]);
+        sum += arguments[index];
+    }
+    frame[7] = static_cast<Byte>(sum);
+    return frame;
+}
+
+void DeviceLink::keep(BridgeStatus status) {
+    // Held within 16 bits rather than cut, so that a failure never looks like success.
+    state_.commstatus = static_cast<std::int16_t>(
+        std::clamp<BridgeStatus>(status, std::numeric_limits<std::int16_t>::min(),
+                                 std::numeric_limits<std::int16_t>::max()));
+}
+
+bool DeviceLink::listdevices() {
+    cmbDevice_.set_entries({});
+    Dword count = 0;
+    const BridgeStatus counted = bridge_.SI_GetNumDevices(count);
+    keep(counted);
+    state_.numdevices = counted == si_success ? to_device_count(count) : std::int16_t{0};
+    if (counted != si_success) {
+        return false;
+    }
+    std::vector<std::string> serials;
+    for (Dword index = 0; index < static_cast<Dword>(state_.numdevices); ++index) {
+        std::array<Byte, product_string_size> buffer = {};
+        keep(bridge_.SI_GetProductString(index, buffer, si_return_serial_number));
+        serials.push_back(bytestostring(buffer));
+    }
+    cmbDevice_.set_entries(std::move(serials));
+    if (state_.numdevices > 0) {
+        cmbDevice_.set_index(0);
+    }
+    return true;
+}
+
+void DeviceLink::finddevice() {
+    state_.devhandle = std::bit_cast<Handle>(std::uintptr_t{1});
+    if (!listdevices()) {
+        end_with("Error finding USB device. Aborting application.", bridge_.trouble());
+    }
+}
+
+bool DeviceLink::select_and_open() {
+    if (state_.numdevices < 1) {
+        boxes_.show({.text = "ERROR!!! No attached device is found!!!",
+                     .informative = "Connect the instrument to a USB port of this computer."});
+        return false;
+    }
+    cmbDevice_.set_enabled(true);
+    state_.devfound = false;
+    for (int index = 0; index < state_.numdevices; ++index) {
+        cmbDevice_.set_index(index);
+        const std::string serial = cmbDevice_.text();
+        state_.serialsuffix = serial.size() > 7 ? serial.substr(7, 7) : std::string();
+        if (serial.substr(0, instrument_prefix.size()) != instrument_prefix) {
+            continue;
+        }
+        opendevice();
+        cmbDevice_.set_enabled(false);
+        state_.devfound = true;
+        return true;
+    }
+    end_with(not_found_text, "None of the attached devices has a serial number that begins with " +
+                                 std::string(instrument_prefix) + ".");
+}
+
+void DeviceLink::opendevice() {
+    Handle handle = nullptr;
+    const BridgeStatus status = bridge_.SI_Open(static_cast<Dword>(cmbDevice_.index()), handle);
+    keep(status);
+    if (status != si_success) {
+        end_with("Error opening device: " + cmbDevice_.text() +
+                     ". Application is aborting. Reset hardware and try again.",
+                 bridge_.trouble());
+    }
+    state_.devhandle = handle;
+    state_.open = true;
+}
+
+void DeviceLink::set_link_speed() {
+    keep(bridge_.SI_SetBaudRate(state_.devhandle, link_speed_baud));
+    if (state_.commstatus != si_success) {
+        boxes_.show({.text = "error seting baud rate", .informative = bridge_.trouble()});
+    }
+}
+
+bool DeviceLink::checkdevice() {
+    constexpr int attempts = 3;
+    constexpr Dword timeout_ms = 1000;
+    state_.retrycount = 0;
+    if (!state_.open) {
+        return false;
+    }
+    state_.cmdargs = {state_.cmdargs[0], 0, 0, 1, 0, 255};
+    keep(bridge_.SI_SetTimeouts(timeout_ms, timeout_ms));
+    std::array<Byte, 1> reply = {};
+    bool timed_out = true;
+    while (timed_out && state_.retrycount < attempts) {
+        ++state_.retrycount;
+        flush();
+        sendcommand(command::set_trigger, state_.cmdargs);
+        clock_.sleep(acknowledge_pause);
+        Dword count = 0;
+        keep(bridge_.SI_Read(state_.devhandle, reply, count));
+        timed_out = state_.commstatus == si_read_timed_out;
+    }
+    if (timed_out) {
+        close();
+        return false;
+    }
+    if (reply[0] != acknowledge_byte) {
+        boxes_.show({.text = "Buffer(0) <> 6"});
+        return false;
+    }
+    return true;
+}
+
+void DeviceLink::close() {
+    if (state_.open) {
+        state_.open = false;
+        keep(bridge_.SI_Close(state_.devhandle));
+    }
+}
+
+void DeviceLink::sendcommand(std::int16_t command, const CommandArguments& arguments) {
+    const auto frame = command_frame(command, arguments);
+    Dword written = 0;
+    keep(bridge_.SI_Write(state_.devhandle, frame, written));
+    if (state_.commstatus != si_success) {
+        end_with(not_found_text, "The instrument takes no more data. Check its USB cable and its "
+                                 "power, then start the program again.");
+    }
+}
+
+bool DeviceLink::sendcmdack(std::int16_t command, const CommandArguments& arguments,
+                            std::int16_t& retries, std::uint32_t timeout_ms,
+                            std::string_view label) {
+    keep(bridge_.SI_SetTimeouts(timeout_ms, timeout_ms));
+    do {
+        --retries;
+        std::array<Byte, 1> reply = {};
+        flush();
+        sendcommand(command, arguments);
+        clock_.sleep(acknowledge_pause);
+        Dword count = 0;
+        keep(bridge_.SI_Read(state_.devhandle, reply, count));
+        if (state_.commstatus == si_success && reply[0] == acknowledge_byte) {
+            state_.retrycount = 0;
+            return true;
+        }
+    } while (retries >= 1);
+    acknowledge_missing(label);
+    return false;
+}
+
+void DeviceLink::acknowledge_missing(std::string_view label) {
+    const bool timed_out = state_.commstatus == si_read_timed_out;
+    boxes_.show({.text = std::string(label) + (timed_out ? "Comm timed out" : "CommError")});
+    boxes_.show({.text = "Error Sending Data."});
+}
+
+bool DeviceLink::send_setup(std::int16_t command, std::string_view label) {
+    std::int16_t retries = command_attempts;
+    return sendcmdack(command, state_.cmdargs, retries, command_timeout_ms, label);
+}
+
+void DeviceLink::waitrxidle() {
+    constexpr int polls = 40;
+    constexpr milliseconds interval{100};
+    std::uint32_t previous = 0;
+    for (int poll = 0; poll < polls; ++poll) {
+        clock_.sleep(interval);
+        const std::uint32_t count = waiting();
+        if (count == previous) {
+            return;
+        }
+        previous = count;
+    }
+}
+
+void DeviceLink::flush() {
+    keep(bridge_.SI_FlushBuffers(state_.devhandle, 1, 1));
+}
+
+std::uint32_t DeviceLink::waiting() {
+    Dword count = 0;
+    Dword queue_status = 0;
+    keep(bridge_.SI_CheckRXQueue(state_.devhandle, count, queue_status));
+    return state_.commstatus == si_success ? count : 0;
+}
+
+bool DeviceLink::read(std::span<Byte> bytes) {
+    Dword count = 0;
+    keep(bridge_.SI_Read(state_.devhandle, bytes, count));
+    return state_.commstatus == si_success && count == bytes.size();
+}
+
+void DeviceLink::end_with(const std::string& text, const std::string& advice) {
+    boxes_.show({.text = text, .informative = advice});
+    end_program(program_);
+}
+
+} // namespace kv408

@@ -1,0 +1,112 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "host/clock.h"
+#include "host/message_boxes.h"
+#include "link/bridge.h"
+#include "link/commands.h"
+#include "panel/controls.h"
+#include "state/program_state.h"
+
+namespace kv408 {
+
+/// The link's state, one for the whole program.
+struct LinkState {
+    Handle devhandle = nullptr;    ///< handle of the device; the value 1 before discovery
+    std::int16_t commstatus = 0;   ///< status of the last bridge operation
+    std::int16_t numdevices = 0;   ///< attached devices at the last listing
+    bool devfound = false;         ///< the instrument has been found and opened
+    bool open = false;             ///< a device is open
+    std::int16_t retrycount = 0;   ///< attempts of the start-up check; 0 after an acknowledge
+    CommandArguments cmdargs = {}; ///< argument bytes, kept from one command to the next
+    std::string serialsuffix;      ///< characters 8 to 14 of the selected device's serial number
+};
+
+/// The link to the instrument: finds and opens it, sends command frames, reads replies. Every
+/// call blocks; only one exchange may run at a time. A frame that cannot be written ends the
+/// program (ProgramEnded).
+class DeviceLink {
+public:
+    /// Talks through `bridge`; `cmbDevice` is the list of attached devices.
+    DeviceLink(Bridge& bridge, Clock& clock, MessageBoxes& boxes, ProgramState& program,
+               ListBox& cmbDevice)
+        : bridge_(bridge), clock_(clock), boxes_(boxes), program_(program), cmbDevice_(cmbDevice) {}
+
+    /// The argument bytes of the next command.
+    [[nodiscard]] CommandArguments& cmdargs() { return state_.cmdargs; }
+    [[nodiscard]] const LinkState& state() const { return state_; }
+
+    /// Fills the device list with the serial numbers of all attached devices and selects the first.
+    /// False, with no selection, when the devices cannot be counted.
+    bool listdevices();
+
+    /// Lists the devices; ends the program with a message when that fails.
+    void finddevice();
+
+    /// Opens the first listed device whose serial number starts with "lm4rxa". False, with a
+    /// message, when no device is attached; ends the program when none matches or opening fails.
+    bool select_and_open();
+
+    /// Opens the device selected in the list; ends the program with a message when that fails.
+    void opendevice();
+
+    /// Sets the link speed; a failure is told and ignored.
+    void set_link_speed();
+
+    /// True when the opened instrument acknowledges the check frame. After three time-outs the
+    /// device is closed; with no device open nothing is sent.
+    bool checkdevice();
+
+    /// Closes the device if one is open.
+    void close();
+
+    /// Sends one command frame and reads nothing.
+    void sendcommand(std::int16_t command, const CommandArguments& arguments);
+
+    /// Sends a frame and waits for the acknowledge, at most `retries` times (at least once),
+    /// `timeout_ms` each; counts `retries` down. False, after two messages of which the first
+    /// begins with `label`, when none came.
+    bool sendcmdack(std::int16_t command, const CommandArguments& arguments, std::int16_t& retries,
+                    std::uint32_t timeout_ms, std::string_view label);
+
+    /// Sends a set-up command with the link's own arguments, three attempts of 1000 ms each.
+    bool send_setup(std::int16_t command, std::string_view label);
+
+    /// Waits until a reply has stopped arriving: polls every 100 ms, at most 40 times.
+    void waitrxidle();
+
+    /// Empties both queues.
+    void flush();
+
+    /// Number of received bytes that wait; 0 when the bridge cannot tell.
+    std::uint32_t waiting();
+
+    /// Reads exactly `bytes.size()` bytes; false when the bridge fails or fewer came in time.
+    bool read(std::span<Byte> bytes);
+
+private:
+    void keep(BridgeStatus status);
+    [[noreturn]] void end_with(const std::string& text, const std::string& advice);
+    void acknowledge_missing(std::string_view label);
+
+    Bridge& bridge_;
+    Clock& clock_;
+    MessageBoxes& boxes_;
+    ProgramState& program_;
+    ListBox& cmbDevice_;
+    LinkState state_;
+};
+
+/// The text in a zero-terminated buffer: one character a byte, at most 256.
+[[nodiscard]] std::string bytestostring(std::span<const Byte> buffer);
+
+/// The 8-byte frame of a command: 4, the code, five arguments, and the low byte of their sum.
+[[nodiscard]] std::array<Byte, 8> command_frame(std::int16_t command,
+                                                const CommandArguments& arguments);
+
+} // namespace kv408

@@ -1,0 +1,378 @@
+#pragma once
+
+// The controls of the front panel as plain values with their handlers. The window binds to them
+// both ways; setting one from code runs its handler just as a click does, so that everything the
+// panel does can be had without a window.
+//
+// How to add a control: 1. give it a member in FrontPanel (panel/front_panel.h) with its name;
+// 2. set its handler where the subsystem that owns the behaviour is wired; 3. place and bind a
+// widget in src/ui.
+
+#include <algorithm>
+#include <cassert>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "state/colour.h"
+
+namespace kv408 {
+
+/// What every kind of control has: a name, whether it can be used and seen, its colours, and the
+/// window's ear.
+class Control {
+public:
+    /// A control named `name`, as its widget and its settings key are named.
+    explicit Control(std::string name) : name_(std::move(name)) {}
+
+    /// A control is shared by reference; a copy would lose its listeners.
+    Control(const Control&) = delete;
+    Control& operator=(const Control&) = delete;
+
+    /// The control's name; a member of a control array bears its index, as in "cmbMeas(0)".
+    [[nodiscard]] const std::string& name() const { return name_; }
+
+    /// Whether the user can operate it.
+    [[nodiscard]] bool enabled() const { return enabled_; }
+    void set_enabled(bool enabled) {
+        enabled_ = enabled;
+        shown();
+    }
+
+    /// Whether it can be seen.
+    [[nodiscard]] bool visible() const { return visible_; }
+    void set_visible(bool visible) {
+        visible_ = visible;
+        shown();
+    }
+
+    /// Colour of its text; none: the desktop's.
+    [[nodiscard]] std::optional<Colour> fore_colour() const { return fore_colour_; }
+    void set_fore_colour(Colour colour) {
+        fore_colour_ = colour;
+        shown();
+    }
+
+    /// Colour behind its text; none: the desktop's.
+    [[nodiscard]] std::optional<Colour> back_colour() const { return back_colour_; }
+    void set_back_colour(Colour colour) {
+        back_colour_ = colour;
+        shown();
+    }
+
+    /// Sets the one listener (the window) that is told after anything visible has changed. It must
+    /// only show: it may not set the control.
+    void on_shown(std::function<void()> listener) { listener_ = std::move(listener); }
+
+protected:
+    ~Control() = default;
+
+    /// Tells the window.
+    void shown() const {
+        if (listener_) {
+            listener_();
+        }
+    }
+
+private:
+    std::string name_;
+    bool enabled_ = true;
+    bool visible_ = true;
+    std::optional<Colour> fore_colour_;
+    std::optional<Colour> back_colour_;
+    std::function<void()> listener_;
+};
+
+/// A handler of a control; without one a control only keeps its value.
+using Handler = std::function<void()>;
+
+/// A push button or menu entry.
+class Button : public Control {
+public:
+    using Control::Control;
+
+    /// The caption on it.
+    [[nodiscard]] const std::string& caption() const { return caption_; }
+    void set_caption(std::string caption) {
+        caption_ = std::move(caption);
+        shown();
+    }
+
+    /// Sets what a click does.
+    void on_click(Handler handler) { handler_ = std::move(handler); }
+
+    /// Presses it.
+    void click() {
+        if (handler_) {
+            handler_();
+        }
+    }
+
+private:
+    std::string caption_;
+    Handler handler_;
+};
+
+/// A check box, checked or not.
+class CheckBox : public Control {
+public:
+    using Control::Control;
+
+    /// True when checked.
+    [[nodiscard]] bool checked() const { return checked_; }
+
+    /// Checks or unchecks it and runs the handler, also when nothing changes.
+    void set_checked(bool checked) {
+        checked_ = checked;
+        shown();
+        if (handler_) {
+            handler_();
+        }
+    }
+
+    /// Sets what a click does, after the box has its new value.
+    void on_click(Handler handler) { handler_ = std::move(handler); }
+
+private:
+    bool checked_ = false;
+    Handler handler_;
+};
+
+/// A drop-down list of texts.
+class ListBox : public Control {
+public:
+    using Control::Control;
+
+    /// The entries, index 0 first.
+    [[nodiscard]] const std::vector<std::string>& entries() const { return entries_; }
+
+    /// Replaces the entries; nothing is selected afterwards and no handler runs.
+    void set_entries(std::vector<std::string> entries) {
+        entries_ = std::move(entries);
+        index_ = -1;
+        shown();
+    }
+
+    /// The selected entry's index; -1 when none is.
+    [[nodiscard]] int index() const { return index_; }
+
+    /// True when `index` is an entry's index, or -1 for no selection.
+    [[nodiscard]] bool has_index(int index) const {
+        return index >= -1 && index < static_cast<int>(entries_.size());
+    }
+
+    /// Selects entry `index` (-1: none) and runs the handler, also when nothing changes. An index
+    /// outside the list is a programming error.
+    void set_index(int index) {
+        assert(has_index(index));
+        index_ = index;
+        shown();
+        if (handler_) {
+            handler_();
+        }
+    }
+
+    /// The selected entry's text; empty when none is selected.
+    [[nodiscard]] std::string text() const {
+        return index_ < 0 ? std::string() : entries_[static_cast<std::size_t>(index_)];
+    }
+
+    /// Sets what a choice does, after the list has its new selection.
+    void on_click(Handler handler) { handler_ = std::move(handler); }
+
+private:
+    std::vector<std::string> entries_;
+    int index_ = -1;
+    Handler handler_;
+};
+
+/// A box that the user types one line of text into, or that only shows one.
+class TextBox : public Control {
+public:
+    using Control::Control;
+
+    /// The text in it.
+    [[nodiscard]] const std::string& text() const { return text_; }
+
+    /// Replaces the text and runs the change handler.
+    void set_text(std::string text) {
+        text_ = std::move(text);
+        shown();
+        if (change_) {
+            change_();
+        }
+    }
+
+    /// Sets what a change of the text does.
+    void on_change(Handler handler) { change_ = std::move(handler); }
+
+    /// Sets what the Enter key does, and presses it.
+    void on_enter(Handler handler) { enter_ = std::move(handler); }
+    void enter() {
+        if (enter_) {
+            enter_();
+        }
+    }
+
+    /// Sets what gaining the keyboard focus does, and gives it.
+    void on_focus(Handler handler) { focus_ = std::move(handler); }
+    void focus() {
+        if (focus_) {
+            focus_();
+        }
+    }
+
+    /// Sets what leaving it does, and leaves it.
+    void on_leave(Handler handler) { leave_ = std::move(handler); }
+    void leave() {
+        if (leave_) {
+            leave_();
+        }
+    }
+
+private:
+    std::string text_;
+    Handler change_;
+    Handler enter_;
+    Handler focus_;
+    Handler leave_;
+};
+
+/// A text that the program shows.
+class Label : public Control {
+public:
+    using Control::Control;
+
+    /// The text on it.
+    [[nodiscard]] const std::string& caption() const { return caption_; }
+    void set_caption(std::string caption) {
+        caption_ = std::move(caption);
+        shown();
+    }
+
+    /// Real place of its upper left corner, pixels of the plot box; only the markers move.
+    [[nodiscard]] int left() const { return left_; }
+    [[nodiscard]] int top() const { return top_; }
+    void move(int left, int top) {
+        left_ = left;
+        top_ = top;
+        shown();
+    }
+
+private:
+    std::string caption_;
+    int left_ = 0;
+    int top_ = 0;
+};
+
+/// A slider over a range of whole numbers.
+class Slider : public Control {
+public:
+    /// A slider named `name` over `minimum`..`maximum`, standing at `value`.
+    Slider(std::string name, int minimum, int maximum, int value)
+        : Control(std::move(name)), minimum_(minimum), maximum_(maximum), value_(value) {
+        assert(minimum <= value && value <= maximum);
+    }
+
+    [[nodiscard]] int minimum() const { return minimum_; }
+    [[nodiscard]] int maximum() const { return maximum_; }
+    [[nodiscard]] int value() const { return value_; }
+
+    /// Moves it to `value`, held within the range, and runs the handler.
+    void set_value(int value) {
+        value_ = std::clamp(value, minimum_, maximum_);
+        shown();
+        if (handler_) {
+            handler_();
+        }
+    }
+
+    /// Sets what a movement does, after the slider has its new value.
+    void on_change(Handler handler) { handler_ = std::move(handler); }
+
+private:
+    int minimum_;
+    int maximum_;
+    int value_;
+    Handler handler_;
+};
+
+/// One tab of a strip.
+struct Tab {
+    std::string key;     ///< what the program knows it by
+    std::string caption; ///< what the user reads
+
+    friend bool operator==(const Tab&, const Tab&) = default;
+};
+
+/// A strip of tabs, one of them selected. Positions count from 1.
+class TabStrip : public Control {
+public:
+    using Control::Control;
+
+    /// The tabs from left to right.
+    [[nodiscard]] const std::vector<Tab>& tabs() const { return tabs_; }
+
+    /// Adds a tab at the end; the first tab added is selected. No handler runs.
+    void add(Tab tab) {
+        tabs_.push_back(std::move(tab));
+        selected_ = std::max(selected_, 1);
+        shown();
+    }
+
+    /// Removes the tab at `position` (from 1). A selected tab that goes leaves its right neighbour
+    /// selected, the last one its left neighbour; no handler runs.
+    void remove(int position) {
+        assert(position >= 1 && position <= static_cast<int>(tabs_.size()));
+        tabs_.erase(tabs_.begin() + (position - 1));
+        if (selected_ > position) {
+            --selected_;
+        }
+        selected_ = std::min(selected_, static_cast<int>(tabs_.size()));
+        shown();
+    }
+
+    /// Position of the selected tab, from 1; 0 in an empty strip.
+    [[nodiscard]] int selected() const { return selected_; }
+
+    /// Key of the selected tab; empty in an empty strip.
+    [[nodiscard]] std::string selected_key() const {
+        return selected_ == 0 ? std::string() : tabs_[static_cast<std::size_t>(selected_ - 1)].key;
+    }
+
+    /// Selects the tab at `position` (from 1) and runs the handler, also when nothing changes.
+    void select(int position) {
+        assert(position >= 1 && position <= static_cast<int>(tabs_.size()));
+        selected_ = position;
+        shown();
+        if (handler_) {
+            handler_();
+        }
+    }
+
+    /// Sets what a choice does, after the strip has its new selection.
+    void on_click(Handler handler) { handler_ = std::move(handler); }
+
+private:
+    std::vector<Tab> tabs_;
+    int selected_ = 0;
+    Handler handler_;
+};
+
+/// `hasnotab`: true when no tab of `strip` has `key`; otherwise false, and `position` is the
+/// matching tab's place from 1. An empty strip has none.
+[[nodiscard]] inline bool hasnotab(const TabStrip& strip, std::string_view key, int& position) {
+    const auto& tabs = strip.tabs();
+    const auto found =
+        std::find_if(tabs.begin(), tabs.end(), [key](const Tab& tab) { return tab.key == key; });
+    if (found == tabs.end()) {
+        return true;
+    }
+    position = static_cast<int>(found - tabs.begin()) + 1;
+    return false;
+}
+
+} // namespace kv408

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "panel/front_panel.h"
+#include "panel/screen.h"
+#include "state/acquisition_state.h"
+
+namespace kv408 {
+
+/// The check boxes of the Display frame.
+class DisplayControls {
+public:
+    DisplayControls(FrontPanel& panel, AcquisitionState& acquisition, Screen& screen)
+        : panel_(panel), acquisition_(acquisition), screen_(screen) {}
+
+    /// "Grid On" was clicked.
+    void gridenable_Click();
+
+    /// "Draw Dot" or "Persistence" was clicked: shown at once, also while stopped.
+    void redraw();
+
+    /// "Filter Avg." was clicked: the label on the screen follows, and the next set-up tells the
+    /// instrument.
+    void average_Click();
+
+private:
+    FrontPanel& panel_;
+    AcquisitionState& acquisition_;
+    Screen& screen_;
+};
+
+} // namespace kv408

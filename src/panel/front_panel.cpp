@@ -1,0 +1,29 @@
+#include "panel/front_panel.h"
+
+namespace kv408 {
+
+FrontPanel::FrontPanel() {
+    gridenable.set_checked(true);
+    trtout.set_text("1000");
+    delaytrttdis.set_text("0");
+    avglabel.set_caption("Filter Avg.");
+    avglabel.set_visible(false);
+    trigertext.set_caption("T");
+    for (std::size_t index = 0; index < channel.size(); ++index) {
+        ChannelControls& controls = channel[index];
+        controls.enable.set_checked(true);
+        controls.psofset.set_text("0");
+        controls.ofset.set_caption("0.00mV");
+        controls.text.set_caption(std::to_string(index + 1));
+        controls.label.set_caption("CH" + std::to_string(index + 1));
+    }
+    tabstrip2.add({"CH1", "CH1"});
+    tabstrip2.add({"CH2", "CH2"});
+    tabstrip2.add({"TRIG", "Trigger"});
+    tabstrip3.add({"V", "Voltage"});
+    tabstrip3.add({"T", "Time"});
+    tabstrip3.add({"OFF", "Off"});
+    tabstrip3.select(3);
+}
+
+} // namespace kv408

@@ -1,0 +1,42 @@
+#pragma once
+
+namespace kv408 {
+
+/// What a drawing request redraws, as bits of the flags of `Screen::draw`.
+namespace draw_flags {
+inline constexpr unsigned ch1 = 1;      ///< CH1 trace, with persistence
+inline constexpr unsigned ch2 = 2;      ///< CH2 trace, with persistence
+inline constexpr unsigned overlays = 4; ///< cursor lines, annotation marks, trigger-level line
+inline constexpr unsigned labels = 8;   ///< offset labels, trigger marker and level, side markers
+inline constexpr unsigned all = 255;    ///< everything
+} // namespace draw_flags
+
+/// What the panel's handlers and the acquisition ask of the picture.
+class Screen {
+public:
+    virtual ~Screen() = default;
+
+    /// Maps the samples of channel index `channel` (0 or 1) to plot points. Index 0 remaps all
+    /// points 1..639 and resets the history to the new trace; 1..640 remaps that point; any other
+    /// index changes nothing.
+    virtual void refresh(int channel, int index) = 0;
+    void refreshCH1(int index) { refresh(0, index); }
+    void refreshCH2(int index) { refresh(1, index); }
+
+    /// Draws the graticule onto its surface.
+    virtual void makegrid() = 0;
+
+    /// Clears the trace surface of `channel`, 1 or 2, to the background.
+    virtual void ClearTrace(int channel) = 0;
+
+    /// Shifts both persistence histories by one generation, the current traces become the newest.
+    virtual void movepersistance() = 0;
+
+    /// Notes `index` (1..640) as the newest point of a running point-by-point pass.
+    virtual void set_newest_point(int index) = 0;
+
+    /// Composes the picture out of the parts that `flags` names (bits of draw_flags) and shows it.
+    virtual void draw(unsigned flags) = 0;
+};
+
+} // namespace kv408

@@ -1,0 +1,114 @@
+#include "panel/time_base.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "panel/set_up_change.h"
+
+namespace kv408 {
+namespace {
+
+// Fixed by design, irregularities included: the step is the exact time a point rounded up to
+// 20ns/div, down at 50, 100 and 500ns/div; 50us/div has 780125 where the rule would give 781250.
+constexpr std::array<TimeBaseRow, 21> rows = {{
+    {"25ps/div", "25ps", 1, 2560, 9, 2.56, false},
+    {"50ps/div", "50ps", 1, 1280, 9, 1.28, false},
+    {"100ps/div", "100ps", 2, 640, 9, 1.28, false},
+    {"200ps/div", "200ps", 4, 320, 9, 1.28, false},
+    {"500ps/div", "500ps", 8, 128, 9, 1.024, false},
+    {"1ns/div", "1ns", 16, 64, 9, 1.024, false},
+    {"2ns/div", "2ns", 32, 32, 9, 1.024, false},
+    {"5ns/div", "5ns", 79, 12.8, 9, 1.0112, false},
+    {"10ns/div", "10ns", 157, 6.4, 9, 1.0048, false},
+    {"20ns/div", "20ns", 313, 3.2, 9, 1.0016, false},
+    {"50ns/div", "50ns", 781, 1.28, 9, 1.00032010243278, false},
+    {"100ns/div", "100ns", 1562, 0.64, 9, 1.0, false},
+    {"200ns/div", "200ns", 3125, 0.32, 9, 1.0, false},
+    {"500ns/div", "500ns", 7812, 128, 6, 1.0, true},
+    {"1us/div", "1us", 15625, 64, 6, 1.0, true},
+    {"2us/div", "2us", 31250, 32, 6, 1.0, true},
+    {"5us/div", "5us", 78125, 12.8, 6, 1.0, true},
+    {"10us/div", "10us", 156250, 6.4, 6, 1.0, true},
+    {"20us/div", "20us", 312500, 3.2, 6, 1.0, true},
+    {"50us/div", "50us", 780125, 1.28, 6, 1.0, true},
+    {"100us/div", "100us", 1562500, 0.64, 6, 1.0, true},
+}};
+
+constexpr const char* horizontal_position_key = "HPOS";
+
+double power_of_ten(int power) {
+    return power == 9 ? 1e9 : 1e6;
+}
+
+} // namespace
+
+std::span<const TimeBaseRow> time_base_rows() {
+    return rows;
+}
+
+void TimeBase::fill_list() {
+    std::vector<std::string> entries;
+    std::transform(rows.rbegin(), rows.rend(), std::back_inserter(entries),
+                   [](const TimeBaseRow& row) { return std::string(row.text); });
+    panel_.seltimediv.set_entries(std::move(entries));
+}
+
+void TimeBase::seltimediv_Click() {
+    mark_changed(acquisition_, link_);
+    const std::string text = panel_.seltimediv.text();
+    take_values(text);
+    panel_.tdivtext.set_caption(text);
+    if (acquisition_.pointmode) {
+        withdraw_horizontal_position();
+    } else {
+        offer_horizontal_position();
+    }
+    screen_.refreshCH1(0);
+    screen_.refreshCH2(0);
+}
+
+void TimeBase::take_values(std::string_view text) {
+    const auto* const row = std::find_if(
+        rows.begin(), rows.end(), [text](const TimeBaseRow& entry) { return entry.text == text; });
+    if (row == rows.end()) {
+        boxes_.show({.text = "Invalid time base!"});
+        return;
+    }
+    panel_.tdivtext.set_caption(std::string(row->short_label));
+    time_base_.tbresolution = row->tbresolution;
+    time_base_.samplerate = row->multiplier * power_of_ten(row->power);
+    time_base_.hstretch = row->hstretch;
+    acquisition_.pointmode = row->pointmode;
+}
+
+void TimeBase::offer_horizontal_position() {
+    int position = 0;
+    if (hasnotab(panel_.tabstrip2, horizontal_position_key, position)) {
+        panel_.tabstrip2.add({horizontal_position_key, "Hor. Position"});
+    }
+    for (int channel = 0; channel < 2; ++channel) {
+        panel_.channel[static_cast<std::size_t>(channel)].psofset.set_enabled(true);
+        show_delay_label(channel);
+    }
+}
+
+void TimeBase::withdraw_horizontal_position() {
+    int position = 0;
+    if (!hasnotab(panel_.tabstrip2, horizontal_position_key, position)) {
+        panel_.tabstrip2.remove(position);
+    }
+    for (ChannelControls& controls : panel_.channel) {
+        controls.psofset.set_enabled(false);
+        controls.hor_delay.set_caption("");
+    }
+}
+
+void TimeBase::show_delay_label(int channel) {
+    ChannelControls& controls = panel_.channel[static_cast<std::size_t>(channel)];
+    const std::string& delay = controls.psofset.text();
+    controls.hor_delay.set_caption(
+        delay == "0" || acquisition_.pointmode ? std::string() : "Delay:  " + delay + "ps");
+}
+
+} // namespace kv408

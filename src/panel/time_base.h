@@ -1,0 +1,61 @@
+#pragma once
+
+#include <array>
+#include <span>
+#include <string_view>
+
+#include "host/message_boxes.h"
+#include "link/device_link.h"
+#include "panel/front_panel.h"
+#include "panel/screen.h"
+#include "state/acquisition_state.h"
+#include "state/time_base_state.h"
+
+namespace kv408 {
+
+/// One entry of the time-base list.
+struct TimeBaseRow {
+    std::string_view text;        ///< entry text, "5ns/div"
+    std::string_view short_label; ///< "5ns"
+    double tbresolution;          ///< picoseconds a point, a whole number
+    double multiplier;            ///< `samplerate` is multiplier times 10 to the power
+    int power;                    ///< 9 or 6
+    double hstretch;              ///< stretch step
+    bool pointmode;               ///< point by point in place of block sweeps
+};
+
+/// The 21 entries in the order in which a text is looked up, from "25ps/div" to "100us/div"; the
+/// list shows them the other way round, the slowest at index 0.
+[[nodiscard]] std::span<const TimeBaseRow> time_base_rows();
+
+/// The time-base list and what follows from it.
+class TimeBase {
+public:
+    TimeBase(FrontPanel& panel, TimeBaseState& time_base, AcquisitionState& acquisition,
+             DeviceLink& link, Screen& screen, MessageBoxes& boxes)
+        : panel_(panel), time_base_(time_base), acquisition_(acquisition), link_(link),
+          screen_(screen), boxes_(boxes) {}
+
+    /// Fills the list with its 21 entries; nothing is selected.
+    void fill_list();
+
+    /// A time base was chosen.
+    void seltimediv_Click();
+
+    /// Shows a channel's delay read-out: empty for a delay box holding "0" and in point mode.
+    void show_delay_label(int channel);
+
+private:
+    void take_values(std::string_view text);
+    void offer_horizontal_position();
+    void withdraw_horizontal_position();
+
+    FrontPanel& panel_;
+    TimeBaseState& time_base_;
+    AcquisitionState& acquisition_;
+    DeviceLink& link_;
+    Screen& screen_;
+    MessageBoxes& boxes_;
+};
+
+} // namespace kv408

@@ -1,0 +1,148 @@
+#include "panel/vertical.h"
+
+#include <string>
+
+#include "state/plot_geometry.h"
+#include "state/rounding.h"
+#include "state/samples.h"
+
+namespace kv408 {
+namespace {
+
+struct VerticalRow {
+    std::string_view text;
+    std::int16_t gain;
+    double divisor; ///< codes that fill the screen's 512 rows
+};
+
+constexpr std::array<VerticalRow, 7> rows = {{
+    {"1V", low_gain, 16000},
+    {"0.5V", low_gain, 8000},
+    {"0.2V", low_gain, 3200},
+    {"0.1V", low_gain, 1600},
+    {"50mV", high_gain, 2400},
+    {"20mV", high_gain, 960},
+    {"10mV", high_gain, 480},
+}};
+
+/// Stands for a range that nobody knows, so that every range differs from it.
+constexpr std::int16_t unknown_gain = 0;
+
+constexpr std::array<std::string_view, 2> gain_labels = {"_SET AMP GAIN_", " SET AMP GAIN "};
+
+} // namespace
+
+std::optional<VerticalScale> vertical_scale(std::string_view text) {
+    for (const VerticalRow& row : rows) {
+        if (row.text == text) {
+            return VerticalScale{.gain = row.gain,
+                                 .atten = row.gain == low_gain ? 1.0 / 2.0 : 1.0 / 6.0,
+                                 .scale = 512.0 / row.divisor};
+        }
+    }
+    return std::nullopt;
+}
+
+std::int16_t offset_code(const ChannelState& channel) {
+    return round_to_int16(zero_volt_code -
+                          (plot::centre_y - channel.pos) / (channel.vtfactor * channel.scale));
+}
+
+void Vertical::fill_lists() {
+    for (ChannelControls& controls : panel_.channel) {
+        controls.vdiv.set_entries({"0.5V", "0.2V", "0.1V", "50mV", "20mV", "10mV"});
+    }
+}
+
+void Vertical::vdiv_Click(int channel) {
+    ChannelState& state = channels_[static_cast<std::size_t>(channel)];
+    if (!set_scale(channel) || !send_gain(channel)) {
+        boxes_.show({.text = "Error Vold/div set"});
+        return;
+    }
+    state.offsetdac = offset_code(state);
+    show_caption(channel);
+    screen_.refreshCH1(0);
+    screen_.refreshCH2(0);
+}
+
+bool Vertical::set_scale(int channel) {
+    const auto index = static_cast<std::size_t>(channel);
+    ChannelState& state = channels_[index];
+    const ChannelControls& controls = panel_.channel[index];
+    const std::int16_t gain_before = state.gain;
+    const auto scale = vertical_scale(controls.vdiv.text());
+    if (!scale) {
+        return false;
+    }
+    state.atten = scale->atten;
+    state.scale = scale->scale;
+    state.gain = scale->gain;
+    const bool via_trigger = controls.inviatr.checked();
+    state.vtfactor = via_trigger ? 2.0 : 1.0;
+    state.vtsuffix = via_trigger ? " (VT)" : "";
+    state.pixpermv = state.scale / state.atten;
+    if (acquisition_.acqrunning) {
+        if (state.gain != gain_before) {
+            acquisition_.scopestate = "changes";
+            acquisition_.laststate = acquisition_.scopestate;
+            link_.waitrxidle();
+        }
+        acquisition_.ready[index] = false;
+    }
+    return true;
+}
+
+bool Vertical::send_gain(int channel) {
+    const auto index = static_cast<std::size_t>(channel);
+    const std::array<std::int16_t, 2> gain = {channels_[0].gain, channels_[1].gain};
+    if (gain[index] == acknowledged_gain_[index]) {
+        return true;
+    }
+    if (acquisition_.acqrunning && acquisition_.scopestate != "changes") {
+        // A frame that repeats a failed one comes without a change of the range: the reply in
+        // progress must have arrived for it too.
+        link_.waitrxidle();
+    }
+    fill_gain(link_.cmdargs(), gain);
+    if (!link_.send_setup(command::set_amplifier_gain, gain_labels[index])) {
+        // The instrument may have taken the frame and only its answer may be lost.
+        acknowledged_gain_ = {unknown_gain, unknown_gain};
+        return false;
+    }
+    acknowledged_gain_ = gain;
+    return true;
+}
+
+void Vertical::show_caption(int channel) {
+    const auto index = static_cast<std::size_t>(channel);
+    const ChannelState& state = channels_[index];
+    ChannelControls& controls = panel_.channel[index];
+    controls.vdivtext.set_caption(controls.vdiv.text() + state.vtsuffix + state.invsuffix);
+}
+
+void Vertical::invert_Click(int channel) {
+    const auto index = static_cast<std::size_t>(channel);
+    channels_[index].invsuffix = panel_.channel[index].invert.checked() ? " (inv)" : "";
+    show_caption(channel);
+    screen_.refresh(channel, 0);
+    screen_.draw(channel == 0 ? draw_flags::ch1 : draw_flags::ch2);
+}
+
+void Vertical::enable_Click(int channel) {
+    ChannelControls& controls = panel_.channel[static_cast<std::size_t>(channel)];
+    const bool enabled = controls.enable.checked();
+    controls.text.set_visible(enabled);
+    controls.vdivtext.set_visible(enabled);
+    screen_.refreshCH1(0);
+    screen_.refreshCH2(0);
+    screen_.draw(draw_flags::all);
+}
+
+void Vertical::place_marker(int channel) {
+    const auto index = static_cast<std::size_t>(channel);
+    panel_.channel[index].text.move(plot::left - plot::marker_width - 1,
+                                    plot::top + channels_[index].pos - plot::marker_middle);
+}
+
+} // namespace kv408

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+#include "host/message_boxes.h"
+#include "link/device_link.h"
+#include "panel/front_panel.h"
+#include "panel/screen.h"
+#include "state/acquisition_state.h"
+#include "state/channel_state.h"
+
+namespace kv408 {
+
+/// The vertical scale that a volts-per-division text stands for.
+struct VerticalScale {
+    std::int16_t gain; ///< `chNgain`: 1 high gain, 2 low gain
+    double atten;      ///< `chNatten`: millivolts a code
+    double scale;      ///< `chNscale`: pixels a code, 512 divided by the codes of a full screen
+};
+
+/// The scale of `text`, one of "1V" (not offered by the list), "0.5V", "0.2V", "0.1V", "50mV",
+/// "20mV", "10mV"; nothing for any other text.
+[[nodiscard]] std::optional<VerticalScale> vertical_scale(std::string_view text);
+
+/// `chNoffsetdac`: the code that the trace mapping puts on the centre row, 2048 less the distance
+/// of `channel.pos` from the centre in codes, rounded halves to even and held within 16 bits.
+[[nodiscard]] std::int16_t offset_code(const ChannelState& channel);
+
+/// The volts-per-division lists, "Input Via Trigger", "Invert" and the channel enables.
+class Vertical {
+public:
+    Vertical(FrontPanel& panel, Channels& channels, AcquisitionState& acquisition, DeviceLink& link,
+             Screen& screen, MessageBoxes& boxes)
+        : panel_(panel), channels_(channels), acquisition_(acquisition), link_(link),
+          screen_(screen), boxes_(boxes) {}
+
+    /// Fills both lists with their six entries; nothing is selected.
+    void fill_lists();
+
+    /// A volts-per-division entry was chosen; `channel` is 0 or 1. Tells the instrument both gain
+    /// ranges when the channel's range differs from the one that it last acknowledged.
+    void vdiv_Click(int channel);
+    void ch1vdiv_Click() { vdiv_Click(0); }
+    void ch2vdiv_Click() { vdiv_Click(1); }
+
+    /// "Input Via Trigger" was clicked.
+    void inviatr1_Click() { ch1vdiv_Click(); }
+    void inviatr2_Click() { ch2vdiv_Click(); }
+
+    /// "Invert" was clicked.
+    void invert_Click(int channel);
+    void invert1_Click() { invert_Click(0); }
+    void invert2_Click() { invert_Click(1); }
+
+    /// A channel was switched on or off.
+    void enable_Click(int channel);
+    void ch1enable_Click() { enable_Click(0); }
+    void ch2enable_Click() { enable_Click(1); }
+
+    /// Puts the zero-line marker of `channel` beside the channel's position.
+    void place_marker(int channel);
+
+private:
+    bool set_scale(int channel);
+    bool send_gain(int channel);
+    void show_caption(int channel);
+
+    FrontPanel& panel_;
+    Channels& channels_;
+    AcquisitionState& acquisition_;
+    DeviceLink& link_;
+    Screen& screen_;
+    MessageBoxes& boxes_;
+    /// The ranges that the instrument last acknowledged; 0 after a frame that it did not.
+    std::array<std::int16_t, 2> acknowledged_gain_ = {high_gain, high_gain};
+};
+
+} // namespace kv408

@@ -1,0 +1,181 @@
+#include <gtest/gtest.h>
+
+#include "link/link_rig.h"
+
+namespace kv408 {
+namespace {
+
+constexpr const char* no_match = "Error finding WKTP2B device. Aborting application.";
+
+/// Opens of `rig`, as the indices handed to the bridge.
+std::vector<std::int64_t> opened(const LinkRig& rig) {
+    std::vector<std::int64_t> indices;
+    for (const FakeBridge::Call& call : rig.bridge.calls) {
+        if (call.operation == "SI_Open") {
+            indices.push_back(call.values.at(0));
+        }
+    }
+    return indices;
+}
+
+TEST(Discovery, OpensTheInstrumentAndLocksTheList) {
+    LinkRig rig;
+    rig.link.finddevice();
+    EXPECT_TRUE(rig.link.select_and_open());
+    EXPECT_EQ(opened(rig), std::vector<std::int64_t>{0});
+    EXPECT_EQ(rig.link.state().devhandle, static_cast<Handle>(&rig.bridge));
+    EXPECT_TRUE(rig.link.state().devfound);
+    EXPECT_TRUE(rig.link.state().open);
+    EXPECT_EQ(rig.link.state().serialsuffix, "SERIAL1");
+    EXPECT_EQ(rig.device.text(), "lm4rxa0SERIAL1");
+    EXPECT_FALSE(rig.device.enabled());
+    EXPECT_TRUE(rig.boxes.shown.empty());
+}
+
+TEST(Discovery, TakesTheFirstThatMatches) {
+    LinkRig rig;
+    rig.bridge.serials = {"cp2102", "", "lm4rxa1FIRST01", "lm4rxa2SECOND2"};
+    rig.link.finddevice();
+    EXPECT_TRUE(rig.link.select_and_open());
+    EXPECT_EQ(opened(rig), std::vector<std::int64_t>{2});
+    EXPECT_EQ(rig.device.index(), 2);
+    EXPECT_EQ(rig.link.state().serialsuffix, "FIRST01");
+}
+
+TEST(Discovery, MatchesTheFirstSixCharactersExactly) {
+    for (const char* serial : {"LM4RXA0SERIAL1", "Lm4rxa0", "lm4rx", "lm4rxb0SERIAL1", "",
+                               " lm4rxa0SERIAL", "xlm4rxa", "l"}) {
+        LinkRig rig;
+        rig.bridge.serials = {serial};
+        rig.link.finddevice();
+        EXPECT_THROW(rig.link.select_and_open(), ProgramEnded) << serial;
+        EXPECT_TRUE(rig.program.ended) << serial;
+        EXPECT_EQ(rig.boxes.texts(), Texts{no_match}) << serial;
+        EXPECT_TRUE(opened(rig).empty()) << serial;
+        EXPECT_FALSE(rig.link.state().devfound) << serial;
+        EXPECT_TRUE(rig.device.enabled()) << serial;
+    }
+}
+
+TEST(Discovery, KeepsCharacters8To14OfTheSerialNumber) {
+    const std::pair<const char*, const char*> rows[] = {
+        {"lm4rxa", ""},
+        {"lm4rxa0", ""},
+        {"lm4rxa0A", "A"},
+        {"lm4rxa0ABCDEFG", "ABCDEFG"},
+        {"lm4rxa0ABCDEFGH", "ABCDEFG"},
+    };
+    for (const auto& [serial, suffix] : rows) {
+        LinkRig rig;
+        rig.bridge.serials = {serial};
+        rig.link.finddevice();
+        EXPECT_TRUE(rig.link.select_and_open()) << serial;
+        EXPECT_EQ(rig.link.state().serialsuffix, suffix) << serial;
+    }
+}
+
+TEST(Discovery, WithNoDeviceItTellsAndGoesOn) {
+    LinkRig rig;
+    rig.bridge.serials = {};
+    rig.link.finddevice();
+    rig.bridge.calls.clear();
+    EXPECT_FALSE(rig.link.select_and_open());
+    EXPECT_EQ(rig.boxes.texts(), Texts{"ERROR!!! No attached device is found!!!"});
+    EXPECT_EQ(rig.boxes.shown[0].buttons, MessageButtons::ok);
+    EXPECT_FALSE(rig.program.ended);
+    EXPECT_TRUE(rig.bridge.calls.empty());
+    EXPECT_FALSE(rig.link.state().open);
+}
+
+TEST(Discovery, ADeviceThatMatchesButFailsToOpenEndsTheSearchAndTheProgram) {
+    for (const BridgeStatus failure : {2, 255, 65536}) {
+        LinkRig rig;
+        rig.bridge.serials = {"x", "lm4rxa1FIRST01", "lm4rxa2SECOND2"};
+        rig.bridge.status["SI_Open"] = failure;
+        rig.bridge.trouble_text = "why";
+        rig.link.finddevice();
+        EXPECT_THROW(rig.link.select_and_open(), ProgramEnded) << failure;
+        EXPECT_TRUE(rig.program.ended);
+        EXPECT_EQ(opened(rig), std::vector<std::int64_t>{1}) << failure;
+        EXPECT_EQ(rig.boxes.texts(),
+                  Texts{"Error opening device: lm4rxa1FIRST01. Application is aborting. Reset "
+                        "hardware and try again."});
+        EXPECT_EQ(rig.boxes.shown[0].informative, "why");
+        EXPECT_FALSE(rig.link.state().open);
+        EXPECT_FALSE(rig.link.state().devfound);
+    }
+}
+
+TEST(Discovery, OpenDeviceTakesTheSelectionOfTheList) {
+    LinkRig rig;
+    rig.bridge.serials = {"lm4rxa1FIRST01", "lm4rxa2SECOND2"};
+    rig.link.finddevice();
+    rig.device.set_index(1);
+    rig.link.opendevice();
+    EXPECT_EQ(opened(rig), std::vector<std::int64_t>{1});
+    EXPECT_TRUE(rig.link.state().open);
+}
+
+TEST(Discovery, ADeviceUnpluggedBetweenListingAndOpeningEndsTheProgram) {
+    LinkRig rig;
+    rig.link.finddevice();
+    rig.bridge.serials = {};
+    rig.bridge.status["SI_Open"] = 2;
+    EXPECT_THROW(rig.link.select_and_open(), ProgramEnded);
+    EXPECT_EQ(rig.boxes.texts(), Texts{"Error opening device: lm4rxa0SERIAL1. Application is "
+                                       "aborting. Reset hardware and try again."});
+}
+
+TEST(Discovery, DevicesThatWentBeforeTheirSerialNumberWasReadAreNoMatch) {
+    LinkRig rig;
+    rig.bridge.serials = {};
+    rig.bridge.extra_devices = 2;
+    rig.link.finddevice();
+    EXPECT_EQ(rig.device.entries(), (Texts{"", ""}));
+    EXPECT_THROW(rig.link.select_and_open(), ProgramEnded);
+    EXPECT_EQ(rig.boxes.texts(), Texts{no_match});
+}
+
+TEST(Discovery, ADevicePluggedInAfterTheListingIsFoundByTheNextOne) {
+    LinkRig rig;
+    rig.bridge.serials = {};
+    rig.link.finddevice();
+    rig.bridge.serials = {"lm4rxa0SERIAL1"};
+    EXPECT_FALSE(rig.link.select_and_open());
+    rig.link.finddevice();
+    EXPECT_TRUE(rig.link.select_and_open());
+}
+
+TEST(Discovery, SerialNumbersThatCannotBeReadAreNoMatch) {
+    LinkRig rig;
+    rig.bridge.status["SI_GetProductString"] = 5;
+    rig.link.finddevice();
+    EXPECT_THROW(rig.link.select_and_open(), ProgramEnded);
+    EXPECT_EQ(rig.boxes.texts(), Texts{no_match});
+}
+
+TEST(LinkSpeed, IsSetTo833000Baud) {
+    LinkRig rig;
+    rig.open();
+    rig.link.set_link_speed();
+    EXPECT_EQ(rig.bridge.timeline(), Texts{"SI_SetBaudRate 833000 @0"});
+    EXPECT_EQ(rig.bridge.handles, std::set<Handle>{rig.link.state().devhandle});
+    EXPECT_TRUE(rig.boxes.shown.empty());
+}
+
+TEST(LinkSpeed, ARefusalIsToldAndTheProgramCarriesOn) {
+    for (const BridgeStatus failure : {6, 65536}) {
+        LinkRig rig;
+        rig.open();
+        rig.bridge.status["SI_SetBaudRate"] = failure;
+        rig.bridge.trouble_text = "why";
+        rig.link.set_link_speed();
+        EXPECT_EQ(rig.boxes.texts(), Texts{"error seting baud rate"}) << failure;
+        EXPECT_EQ(rig.boxes.shown[0].informative, "why") << failure;
+        EXPECT_FALSE(rig.program.ended) << failure;
+        EXPECT_TRUE(rig.link.state().open) << failure;
+    }
+}
+
+} // namespace
+} // namespace kv408

@@ -1,0 +1,79 @@
+#include "link/library_bridge.h"
+
+#include <array>
+
+#include <gtest/gtest.h>
+
+#include "link/device_link.h"
+
+namespace kv408 {
+namespace {
+
+TEST(LibraryBridge, ReachesTheInstrumentThroughALibraryFoundByName) {
+    LibraryBridge bridge;
+    ASSERT_EQ(bridge.trouble(), "");
+    Dword count = 0;
+    ASSERT_EQ(bridge.SI_GetNumDevices(count), si_success);
+    ASSERT_EQ(count, 1U);
+    std::array<Byte, product_string_size> text = {};
+    ASSERT_EQ(bridge.SI_GetProductString(0, text, si_return_serial_number), si_success);
+    EXPECT_EQ(bytestostring(text).substr(0, 6), "lm4rxa");
+
+    Handle handle = nullptr;
+    ASSERT_EQ(bridge.SI_Open(0, handle), si_success);
+    ASSERT_EQ(bridge.SI_SetBaudRate(handle, 833000), si_success);
+    ASSERT_EQ(bridge.SI_SetTimeouts(1000, 1000), si_success);
+    ASSERT_EQ(bridge.SI_FlushBuffers(handle, 1, 1), si_success);
+    const std::array<Byte, 8> check = {4, 8, 0, 0, 1, 0, 255, 8};
+    Dword written = 0;
+    ASSERT_EQ(bridge.SI_Write(handle, check, written), si_success);
+    EXPECT_EQ(written, 8U);
+    std::array<Byte, 1> reply = {};
+    Dword read = 0;
+    ASSERT_EQ(bridge.SI_Read(handle, reply, read), si_success);
+    EXPECT_EQ(read, 1U);
+    EXPECT_EQ(reply[0], 6);
+    Dword waiting = 99;
+    Dword queue_status = 0;
+    ASSERT_EQ(bridge.SI_CheckRXQueue(handle, waiting, queue_status), si_success);
+    EXPECT_EQ(waiting, 0U);
+    EXPECT_EQ(bridge.SI_Close(handle), si_success);
+}
+
+/// Asks all ten operations of `bridge` and expects each to fail.
+void expect_every_operation_to_fail(Bridge& bridge) {
+    Dword number = 0;
+    Handle handle = nullptr;
+    std::array<Byte, product_string_size> text = {};
+    std::array<Byte, 8> bytes = {};
+    EXPECT_NE(bridge.SI_GetNumDevices(number), si_success);
+    EXPECT_NE(bridge.SI_GetProductString(0, text, 0), si_success);
+    EXPECT_NE(bridge.SI_Open(0, handle), si_success);
+    EXPECT_NE(bridge.SI_Close(&number), si_success);
+    EXPECT_NE(bridge.SI_SetBaudRate(handle, 833000), si_success);
+    EXPECT_NE(bridge.SI_SetTimeouts(1, 1), si_success);
+    EXPECT_NE(bridge.SI_FlushBuffers(handle, 1, 1), si_success);
+    EXPECT_NE(bridge.SI_Write(handle, bytes, number), si_success);
+    EXPECT_NE(bridge.SI_Read(handle, bytes, number), si_success);
+    EXPECT_NE(bridge.SI_Read(handle, bytes, number), si_read_timed_out);
+    EXPECT_NE(bridge.SI_CheckRXQueue(handle, number, number), si_success);
+}
+
+TEST(LibraryBridge, WithoutTheLibraryEveryOperationFailsAndTheReasonIsTold) {
+    LibraryBridge bridge("libNoSuchBridge.so");
+    expect_every_operation_to_fail(bridge);
+    EXPECT_NE(bridge.trouble().find("libNoSuchBridge.so could not be loaded: "), std::string::npos);
+}
+
+TEST(LibraryBridge, WithoutASymbolEveryOperationFailsAndTheMissingOnesAreNamed) {
+    LibraryBridge bridge(KV408_LACKING_LIBRARY);
+    expect_every_operation_to_fail(bridge);
+    EXPECT_NE(bridge.trouble().find("lacks the function SI_GetNumDevices, SI_GetProductString, "
+                                    "SI_Open, SI_SetBaudRate, SI_SetTimeouts, SI_FlushBuffers, "
+                                    "SI_Write, SI_Read, SI_CheckRXQueue"),
+              std::string::npos)
+        << bridge.trouble();
+}
+
+} // namespace
+} // namespace kv408

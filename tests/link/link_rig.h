@@ -1,0 +1,36 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "link/device_link.h"
+#include "support/fake_bridge.h"
+#include "support/fake_host.h"
+#include "support/virtual_clock.h"
+
+namespace kv408 {
+
+/// The link over a fake bridge, with the list of devices that it fills.
+struct LinkRig {
+    VirtualClock clock;
+    FakeBridge bridge{clock};
+    FakeMessageBoxes boxes;
+    ProgramState program;
+    ListBox device{"cmbDevice"};
+    DeviceLink link{bridge, clock, boxes, program, device};
+
+    /// Finds and opens the one attached instrument; what that took is forgotten.
+    void open() {
+        link.finddevice();
+        link.select_and_open();
+        bridge.calls.clear();
+        bridge.handles.clear();
+    }
+
+    /// Fills the five arguments of the next command.
+    void arguments(const CommandArguments& values) { link.cmdargs() = values; }
+};
+
+using Texts = std::vector<std::string>;
+
+} // namespace kv408

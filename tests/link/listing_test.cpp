@@ -1,0 +1,118 @@
+#include <gtest/gtest.h>
+
+#include "link/link_rig.h"
+
+namespace kv408 {
+namespace {
+
+TEST(ByteString, EndsAtAZeroOr256Characters) {
+    const std::vector<Byte> short_text = {'l', 'm', '4', 0, 'x'};
+    EXPECT_EQ(bytestostring(short_text), "lm4");
+    const std::vector<Byte> unended = {'a', 'b'};
+    EXPECT_EQ(bytestostring(unended), "ab");
+    const std::vector<Byte> full(257, 'z');
+    EXPECT_EQ(bytestostring(full), std::string(256, 'z'));
+    EXPECT_EQ(bytestostring({}), "");
+    const std::vector<Byte> any = {1, 10, 255, 128, 0};
+    EXPECT_EQ(bytestostring(any), "\x01\x0A\xFF\x80");
+}
+
+TEST(ListDevices, FillsTheListInTheLibrarysOrderAndSelectsTheFirst) {
+    LinkRig rig;
+    rig.bridge.serials = {"other", "lm4rxa0SERIAL1", "third"};
+    EXPECT_TRUE(rig.link.listdevices());
+    EXPECT_EQ(rig.bridge.timeline(),
+              (Texts{"SI_GetNumDevices @0", "SI_GetProductString 0 0 @0",
+                     "SI_GetProductString 1 0 @0", "SI_GetProductString 2 0 @0"}));
+    EXPECT_EQ(rig.device.entries(), (Texts{"other", "lm4rxa0SERIAL1", "third"}));
+    EXPECT_EQ(rig.device.index(), 0);
+    EXPECT_EQ(rig.link.state().numdevices, 3);
+}
+
+TEST(ListDevices, ReplacesAnEarlierListing) {
+    LinkRig rig;
+    rig.bridge.serials = {"a", "b", "c"};
+    rig.link.listdevices();
+    rig.device.set_index(2);
+    rig.bridge.serials = {"d"};
+    EXPECT_TRUE(rig.link.listdevices());
+    EXPECT_EQ(rig.device.entries(), Texts{"d"});
+    EXPECT_EQ(rig.device.index(), 0);
+}
+
+TEST(ListDevices, WithNothingAttachedTheListIsEmpty) {
+    LinkRig rig;
+    rig.bridge.serials = {};
+    EXPECT_TRUE(rig.link.listdevices());
+    EXPECT_TRUE(rig.device.entries().empty());
+    EXPECT_EQ(rig.device.index(), -1);
+    EXPECT_EQ(rig.link.state().numdevices, 0);
+}
+
+TEST(ListDevices, FailsWithoutASelectionWhenTheDevicesCannotBeCounted) {
+    for (const BridgeStatus failure : {2, 255, 65536}) {
+        LinkRig rig;
+        rig.link.listdevices();
+        rig.bridge.calls.clear();
+        rig.bridge.status["SI_GetNumDevices"] = failure;
+        EXPECT_FALSE(rig.link.listdevices()) << failure;
+        EXPECT_EQ(rig.device.index(), -1) << failure;
+        EXPECT_TRUE(rig.device.entries().empty()) << failure;
+        EXPECT_EQ(rig.bridge.calls.size(), 1U) << failure;
+        EXPECT_TRUE(rig.boxes.shown.empty()) << failure;
+    }
+}
+
+TEST(ListDevices, SerialNumbersOfAnyBytesAreListed) {
+    LinkRig rig;
+    std::string every_byte;
+    for (int byte = 1; byte <= 255; ++byte) {
+        every_byte.push_back(static_cast<char>(byte));
+    }
+    rig.bridge.serials = {"", every_byte + "!", std::string(400, 'q'), "\t\r\n\x1b[2J", "lm4rxa"};
+    EXPECT_TRUE(rig.link.listdevices());
+    EXPECT_EQ(rig.device.entries(),
+              (Texts{"", every_byte + "!", std::string(256, 'q'), "\t\r\n\x1b[2J", "lm4rxa"}));
+}
+
+TEST(ListDevices, ADeviceWhoseSerialNumberCannotBeReadKeepsItsPlace) {
+    LinkRig rig;
+    rig.bridge.serials = {"a", "b"};
+    rig.bridge.status["SI_GetProductString"] = 5;
+    EXPECT_TRUE(rig.link.listdevices());
+    EXPECT_EQ(rig.device.entries(), (Texts{"", ""}));
+    EXPECT_EQ(rig.link.state().commstatus, 5);
+}
+
+TEST(ListDevices, ACountBeyond16BitsStaysPositive) {
+    LinkRig rig;
+    rig.bridge.extra_devices = 65535;
+    EXPECT_TRUE(rig.link.listdevices());
+    EXPECT_EQ(rig.link.state().numdevices, 32767);
+    EXPECT_EQ(rig.device.entries().size(), 32767U);
+    rig.bridge.extra_devices = 0x80000000U;
+    EXPECT_TRUE(rig.link.listdevices());
+    EXPECT_EQ(rig.link.state().numdevices, 32767);
+}
+
+TEST(FindDevice, ForgetsTheHandleAndLists) {
+    LinkRig rig;
+    rig.link.finddevice();
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(rig.link.state().devhandle), 1U);
+    EXPECT_EQ(rig.device.entries(), Texts{"lm4rxa0SERIAL1"});
+    EXPECT_TRUE(rig.boxes.shown.empty());
+}
+
+TEST(FindDevice, EndsTheProgramWhenTheDevicesCannotBeCounted) {
+    LinkRig rig;
+    rig.bridge.status["SI_GetNumDevices"] = 255;
+    rig.bridge.trouble_text = "The bridge library could not be loaded.";
+    EXPECT_THROW(rig.link.finddevice(), ProgramEnded);
+    EXPECT_TRUE(rig.program.ended);
+    EXPECT_EQ(rig.boxes.texts(), Texts{"Error finding USB device. Aborting application."});
+    EXPECT_EQ(rig.boxes.shown[0].informative, "The bridge library could not be loaded.");
+    EXPECT_EQ(rig.boxes.shown[0].buttons, MessageButtons::ok);
+}
+
+} // namespace
+} // namespace kv408

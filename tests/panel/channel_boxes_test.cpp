@@ -1,0 +1,96 @@
+#include <gtest/gtest.h>
+
+#include "panel/panel_rig.h"
+#include "state/plot_geometry.h"
+
+namespace kv408 {
+namespace {
+
+TEST(Invert, SetsTheSuffixRemapsItsTraceAndDrawsIt) {
+    const Texts drawn[] = {{"refresh 1 0", "draw 1"}, {"refresh 2 0", "draw 2"}};
+    for (const std::size_t channel : {0U, 1U}) {
+        PanelRig rig;
+        ChannelControls& controls = rig.panel.channel[channel];
+        PanelRig::choose(controls.vdiv, "10mV");
+        rig.forget();
+        controls.invert.set_checked(true);
+        EXPECT_EQ(rig.channels[channel].invsuffix, " (inv)");
+        EXPECT_EQ(controls.vdivtext.caption(), "10mV (inv)");
+        EXPECT_EQ(rig.screen.calls, drawn[channel]);
+        controls.invert.set_checked(false);
+        EXPECT_EQ(rig.channels[channel].invsuffix, "");
+        EXPECT_EQ(controls.vdivtext.caption(), "10mV");
+        EXPECT_TRUE(rig.bridge.calls.empty());
+    }
+}
+
+TEST(Enable, ShowsOrHidesMarkerAndLabelAndDrawsEverything) {
+    for (const std::size_t channel : {0U, 1U}) {
+        PanelRig rig;
+        ChannelControls& controls = rig.panel.channel[channel];
+        const ChannelControls& other = rig.panel.channel[1 - channel];
+        for (const bool enabled : {false, true}) {
+            rig.forget();
+            controls.enable.set_checked(enabled);
+            EXPECT_EQ(controls.text.visible(), enabled);
+            EXPECT_EQ(controls.vdivtext.visible(), enabled);
+            EXPECT_TRUE(other.text.visible());
+            EXPECT_TRUE(other.vdivtext.visible());
+            EXPECT_EQ(rig.screen.calls, (Texts{"refresh 1 0", "refresh 2 0", "draw 255"}));
+            EXPECT_TRUE(rig.bridge.calls.empty());
+        }
+    }
+}
+
+TEST(Marker, StandsWithItsMiddleOnTheZeroLine) {
+    const std::int16_t rows[] = {0, 1, 256, 512};
+    for (const std::size_t channel : {0U, 1U}) {
+        PanelRig rig;
+        for (const std::int16_t row : rows) {
+            rig.channels[channel].pos = row;
+            rig.vertical.place_marker(static_cast<int>(channel));
+            const Label& marker = rig.panel.channel[channel].text;
+            EXPECT_EQ(marker.top(), plot::top + row - 7);
+            EXPECT_LE(marker.left() + plot::marker_width, plot::left);
+            EXPECT_GE(marker.left(), 0);
+        }
+        EXPECT_EQ(rig.panel.channel[1 - channel].text.top(), 0);
+    }
+}
+
+TEST(Display, TheGridBoxRedrawsTheGridAndThenEverything) {
+    PanelRig rig;
+    rig.panel.gridenable.set_checked(false);
+    EXPECT_EQ(rig.screen.calls, (Texts{"makegrid", "draw 255"}));
+}
+
+TEST(Display, DotsAndPersistenceAreShownAtOnce) {
+    PanelRig rig;
+    rig.panel.eyeon.set_checked(true);
+    EXPECT_EQ(rig.screen.calls, Texts{"draw 255"});
+    rig.panel.persist.set_checked(true);
+    EXPECT_EQ(rig.screen.calls, (Texts{"draw 255", "draw 255"}));
+}
+
+TEST(Averaging, ItsLabelFollowsTheBox) {
+    PanelRig rig;
+    rig.panel.average.set_checked(true);
+    EXPECT_TRUE(rig.panel.avglabel.visible());
+    rig.panel.average.set_checked(false);
+    EXPECT_FALSE(rig.panel.avglabel.visible());
+}
+
+TEST(Averaging, WhileRunningTheNextSetUpIsAskedFor) {
+    PanelRig rig;
+    rig.acquisition.scopestate = "stoped";
+    rig.panel.average.set_checked(true);
+    EXPECT_EQ(rig.acquisition.scopestate, "stoped");
+    rig.acquisition.acqrunning = true;
+    rig.acquisition.scopestate = "scopech1f";
+    rig.panel.average.set_checked(false);
+    EXPECT_EQ(rig.acquisition.scopestate, "changes");
+    EXPECT_TRUE(rig.bridge.frames().empty());
+}
+
+} // namespace
+} // namespace kv408

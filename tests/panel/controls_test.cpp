@@ -1,0 +1,153 @@
+#include "panel/controls.h"
+
+#include <gtest/gtest.h>
+
+namespace kv408 {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+TEST(Control, StartsEnabledVisibleAndInTheDesktopsColours) {
+    const Label label("lblDate");
+    EXPECT_EQ(label.name(), "lblDate");
+    EXPECT_TRUE(label.enabled());
+    EXPECT_TRUE(label.visible());
+    EXPECT_EQ(label.fore_colour(), std::nullopt);
+    EXPECT_EQ(label.back_colour(), std::nullopt);
+}
+
+TEST(Control, TellsTheListenerAfterEveryVisibleChange) {
+    Label label("x");
+    Texts seen;
+    label.on_shown([&] {
+        seen.push_back(label.caption() + (label.enabled() ? " on" : " off") +
+                       (label.visible() ? " seen" : " hidden"));
+    });
+    label.set_caption("a");
+    label.set_enabled(false);
+    label.set_visible(false);
+    EXPECT_EQ(seen, (Texts{"a on seen", "a off seen", "a off hidden"}));
+    label.set_fore_colour(rgb(1, 2, 3));
+    label.set_back_colour(rgb(4, 5, 6));
+    label.move(17, 269);
+    EXPECT_EQ(seen.size(), 6U);
+    EXPECT_EQ(label.fore_colour(), rgb(1, 2, 3));
+    EXPECT_EQ(label.back_colour(), rgb(4, 5, 6));
+    EXPECT_EQ(label.left(), 17);
+    EXPECT_EQ(label.top(), 269);
+}
+
+TEST(Button, RunsItsHandlerOnEachClick) {
+    Button button("cmdstop");
+    button.click();
+    int clicks = 0;
+    button.on_click([&] { ++clicks; });
+    button.click();
+    button.click();
+    EXPECT_EQ(clicks, 2);
+    button.set_caption("Stop");
+    EXPECT_EQ(button.caption(), "Stop");
+    EXPECT_EQ(clicks, 2);
+}
+
+TEST(CheckBox, SettingItFromCodeRunsTheHandlerAlsoWithTheSameValue) {
+    CheckBox box("invert1");
+    EXPECT_FALSE(box.checked());
+    box.set_checked(true);
+    EXPECT_TRUE(box.checked());
+    std::vector<bool> seen;
+    box.on_click([&] { seen.push_back(box.checked()); });
+    box.set_checked(true);
+    box.set_checked(false);
+    box.set_checked(false);
+    EXPECT_EQ(seen, (std::vector<bool>{true, false, false}));
+}
+
+TEST(ListBox, SelectingFromCodeRunsTheHandlerAlsoWithTheSameEntry) {
+    ListBox list("ch1vdiv");
+    EXPECT_EQ(list.index(), -1);
+    EXPECT_EQ(list.text(), "");
+    list.set_entries({"0.5V", "0.2V"});
+    Texts seen;
+    list.on_click([&] { seen.push_back(std::to_string(list.index()) + list.text()); });
+    list.set_index(1);
+    list.set_index(1);
+    list.set_index(0);
+    list.set_index(-1);
+    EXPECT_EQ(seen, (Texts{"10.2V", "10.2V", "00.5V", "-1"}));
+}
+
+TEST(ListBox, NewEntriesLeaveNothingSelectedAndRunNoHandler) {
+    ListBox list("ch1vdiv");
+    list.set_entries({"a", "b"});
+    list.set_index(1);
+    int runs = 0;
+    list.on_click([&] { ++runs; });
+    list.set_entries({"c"});
+    EXPECT_EQ(list.index(), -1);
+    EXPECT_EQ(list.text(), "");
+    EXPECT_EQ(list.entries(), Texts{"c"});
+    EXPECT_EQ(runs, 0);
+}
+
+TEST(ListBox, KnowsItsIndices) {
+    ListBox list("x");
+    EXPECT_TRUE(list.has_index(-1));
+    EXPECT_FALSE(list.has_index(0));
+    list.set_entries({"a", "b"});
+    EXPECT_TRUE(list.has_index(0));
+    EXPECT_TRUE(list.has_index(1));
+    EXPECT_FALSE(list.has_index(2));
+    EXPECT_FALSE(list.has_index(-2));
+}
+
+TEST(TextBox, RunsTheHandlerOfEachEvent) {
+    TextBox box("psofsetch1");
+    box.enter();
+    box.focus();
+    box.leave();
+    Texts seen;
+    box.on_change([&] { seen.push_back("change " + box.text()); });
+    box.on_enter([&] { seen.push_back("enter " + box.text()); });
+    box.on_focus([&] { seen.emplace_back("focus"); });
+    box.on_leave([&] { seen.emplace_back("leave"); });
+    box.focus();
+    box.set_text("120");
+    box.set_text("120");
+    box.enter();
+    box.leave();
+    EXPECT_EQ(seen, (Texts{"focus", "change 120", "change 120", "enter 120", "leave"}));
+}
+
+TEST(TextBox, TheListenerIsToldBeforeTheHandler) {
+    TextBox box("x");
+    Texts seen;
+    box.on_shown([&] { seen.emplace_back("shown"); });
+    box.on_change([&] { seen.emplace_back("handled"); });
+    box.set_text("a");
+    EXPECT_EQ(seen, (Texts{"shown", "handled"}));
+}
+
+TEST(Slider, HoldsItsValueWithinItsRangeAndRunsTheHandler) {
+    Slider slider("shyst", 0, 255, 10);
+    EXPECT_EQ(slider.minimum(), 0);
+    EXPECT_EQ(slider.maximum(), 255);
+    EXPECT_EQ(slider.value(), 10);
+    std::vector<int> seen;
+    slider.on_change([&] { seen.push_back(slider.value()); });
+    for (const int value : {0, 255, 256, -1, 100000, -100000, 10, 10}) {
+        slider.set_value(value);
+    }
+    EXPECT_EQ(seen, (std::vector<int>{0, 255, 255, 0, 255, 0, 10, 10}));
+}
+
+TEST(Slider, MayLieWhollyBelowZero) {
+    Slider slider("x", -32768, -1, -1);
+    slider.set_value(0);
+    EXPECT_EQ(slider.value(), -1);
+    slider.set_value(-40000);
+    EXPECT_EQ(slider.value(), -32768);
+}
+
+} // namespace
+} // namespace kv408
