@@ -1,0 +1,74 @@
+#pragma once
+
+#include "link/bridge.h"
+
+#include <cstddef>
+#include <map>
+#include <optional>
+#include <vector>
+
+namespace kv408::simulator {
+
+/// The operations of the bridge, in the order of its interface.
+enum class Operation {
+    get_num_devices,
+    get_product_string,
+    open,
+    close,
+    set_baud_rate,
+    set_timeouts,
+    flush_buffers,
+    write,
+    read,
+    check_rx_queue
+};
+
+/// `OperationFault::times` and `PlannedFaults::lasting_operations`: without end.
+inline constexpr int without_end = -1;
+
+/// One kind of operation fails. The counts are counted down as the operations come.
+struct OperationFault {
+    BridgeStatus status = si_failed; ///< status given instead of doing the operation
+    int after = 0;                   ///< operations of this kind that still go well, 0..
+    int times = 1;                   ///< failures that follow, 1.., or `without_end`
+};
+
+/// What becomes of the acknowledge byte.
+enum class AcknowledgeFault {
+    none,  ///< 6 is sent
+    lost,  ///< nothing is sent
+    wrong, ///< `Faults::wrong_acknowledge` is sent
+};
+
+/// What is broken. Plain values, to be changed at any time; each holds until it is changed.
+struct Faults {
+    /// The cable is out: no device is listed (status 0, count 0), every other operation fails and
+    /// the open device is closed.
+    bool unplugged = false;
+    /// The instrument is off: its bridge lists and opens, but nothing answers, and the instrument
+    /// wakes with its power-up settings.
+    bool no_power = false;
+    AcknowledgeFault acknowledge = AcknowledgeFault::none; ///< fault of every acknowledge
+    Byte wrong_acknowledge = 21;                           ///< byte sent by `wrong`
+    int lose_every = 0;    ///< every n-th reply byte is lost; 1 loses all, 0 none
+    Byte flipped_bits = 0; ///< bits that are inverted in every reply byte
+    std::optional<std::size_t> block_bytes = {}; ///< a block ends after so many bytes
+    std::vector<Byte> extra_bytes = {};          ///< sent just before every reply
+    bool no_trigger = false;                     ///< the trigger circuit sees nothing
+    bool baud_rate_refused = false;              ///< `SI_SetBaudRate` fails and changes nothing
+    /// Device count that is reported instead of the real one, as when a device comes or goes
+    /// between listing and opening.
+    std::optional<Dword> reported_devices = {};
+    std::map<Operation, OperationFault> operations = {}; ///< operations that fail
+};
+
+/// Faults that set in later, counted in operations of the bridge.
+struct PlannedFaults {
+    int after_operations = 0; ///< operations that still see the present faults, 0..; counted down
+    /// Operations that see `faults`, 1.. or `without_end`; then there are no faults. Counted down.
+    int lasting_operations = without_end;
+    Faults faults = {}; ///< what sets in
+    bool begun = false; ///< set by the bridge when they have set in
+};
+
+} // namespace kv408::simulator

@@ -1,0 +1,86 @@
+#include "simulator/flash.h"
+
+#include <array>
+#include <fstream>
+#include <ios>
+#include <sstream>
+#include <string>
+#include <system_error>
+#include <utility>
+
+namespace kv408::simulator {
+namespace {
+
+constexpr std::array<std::uint16_t, record_size> neutral_record = {
+    2048, 2048, 2048, 2048, 10000, 10000, 10000, 10000, 10000, 100, 70};
+
+constexpr std::uint16_t simulated_hardware_id = 408;
+constexpr std::uint16_t simulated_firmware_id = 16;
+
+} // namespace
+
+Flash::Flash(std::filesystem::path file) : file_(std::move(file)) {
+    load();
+}
+
+std::uint16_t Flash::read(std::uint16_t address) const {
+    const auto found = words_.find(address);
+    return found == words_.end() ? erased_word : found->second;
+}
+
+void Flash::write(std::uint16_t address, std::uint16_t word) {
+    words_[address] = word;
+    save();
+}
+
+std::int16_t Flash::record(std::uint16_t index) const {
+    return static_cast<std::int16_t>(read(static_cast<std::uint16_t>(record_address + index)));
+}
+
+void Flash::write_neutral_record() {
+    for (std::uint16_t index = 0; index < record_size; ++index) {
+        words_[static_cast<std::uint16_t>(record_address + index)] = neutral_record.at(index);
+    }
+    words_[hardware_id_address] = simulated_hardware_id;
+    words_[firmware_id_address] = simulated_firmware_id;
+    words_[marker_address] = written_marker;
+    save();
+}
+
+void Flash::load() {
+    if (file_.empty()) {
+        return;
+    }
+    std::ifstream stream(file_);
+    std::string text;
+    while (std::getline(stream, text)) {
+        std::istringstream line(text);
+        unsigned long address = 0;
+        unsigned long word = 0;
+        if (line >> std::hex >> address >> word && address <= 0xFFFF && word <= 0xFFFF) {
+            words_[static_cast<std::uint16_t>(address)] = static_cast<std::uint16_t>(word);
+        }
+    }
+}
+
+void Flash::save() {
+    if (file_.empty()) {
+        return;
+    }
+    // Written beside and renamed, so that a crash leaves the old file or the new one.
+    std::filesystem::path beside = file_;
+    beside += ".new";
+    std::ofstream stream(beside, std::ios::trunc);
+    stream << std::hex << std::uppercase;
+    for (const auto& [address, word] : words_) {
+        stream << address << ' ' << word << '\n';
+    }
+    stream.close();
+    std::error_code error;
+    if (stream) {
+        std::filesystem::rename(beside, file_, error);
+    }
+    saved_ = static_cast<bool>(stream) && !error;
+}
+
+} // namespace kv408::simulator

@@ -1,0 +1,59 @@
+#include "simulator/sampler.h"
+
+#include "state/rounding.h"
+
+#include <algorithm>
+
+namespace kv408::simulator {
+namespace {
+
+constexpr std::int32_t largest_code = 4095;
+constexpr double record_unity = 10000.0;
+constexpr double fast_noise_factor = 2.0;
+
+double record_factor(const Flash& flash, std::size_t index) {
+    return static_cast<double>(flash.record(static_cast<std::uint16_t>(index))) / record_unity;
+}
+
+} // namespace
+
+Sampler::Channel Sampler::prepare(std::size_t channel, const Settings& settings, bool fast) const {
+    const std::size_t range = settings.range.at(channel);
+    const std::size_t place = 2 * channel + range;
+    const auto& errors = bench_.errors;
+    const auto record_offset = flash_.record(static_cast<std::uint16_t>(record_offsets + place));
+    Channel prepared;
+    prepared.input = sampler_input(bench_, channel, settings.trigger.input);
+    prepared.codes_a_mv = codes_per_mv.at(range) * errors.gain.at(channel).at(range) *
+                          record_factor(flash_, record_gains + place);
+    // The record's 2048 and the converter's 2048 for 0 V cancel.
+    prepared.zero_code = errors.offset.at(channel).at(range) + static_cast<double>(record_offset);
+    prepared.delay_scale = errors.time_scale * record_factor(flash_, record_time_scale);
+    prepared.noise_codes = bench_.sampler_noise_codes * (fast ? fast_noise_factor : 1.0);
+    return prepared;
+}
+
+std::int32_t Sampler::convert(const Channel& channel, const TriggerEvent& event, double delay_ps) {
+    double millivolts = 0.0;
+    if (const Source* const source = channel.input.source; source != nullptr) {
+        double picoseconds = delay_ps * channel.delay_scale;
+        if (source->jitter_ps > 0.0) {
+            picoseconds += source->jitter_ps * noise_.gaussian();
+        }
+        Phase phase;
+        if (alternates(*source)) {
+            phase = moved(phase_at(*source, event), picoseconds * 1e-12 * source->frequency_hz);
+        }
+        millivolts = value_mv(*source, phase);
+        if (source->noise_mv > 0.0) {
+            millivolts += source->noise_mv * noise_.gaussian();
+        }
+    }
+    double code = channel.zero_code + millivolts * channel.input.factor * channel.codes_a_mv;
+    if (channel.noise_codes > 0.0) {
+        code += channel.noise_codes * noise_.gaussian();
+    }
+    return std::clamp(round_to_int32(code), std::int32_t{0}, largest_code);
+}
+
+} // namespace kv408::simulator

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "simulator/simulated_bridge.h"
+
+#include <filesystem>
+
+namespace kv408::simulator {
+
+/// A simulated instrument on its bench, complete: construct it, hand `bridge()` to the program,
+/// change `bench()` at will. It starts in the factory state.
+class Simulation {
+public:
+    /// Runs on `clock`. The flash memory is kept in `flash_file` (empty: in memory only); a file
+    /// that is there is taken over, else the factory's record is written. `seed` decides all
+    /// chance. `log`, unless null, gets a record of the wire. Clock and log outlive the simulation.
+    explicit Simulation(Clock& clock, std::filesystem::path flash_file = {}, std::uint64_t seed = 1,
+                        WireLog* log = nullptr);
+
+    Simulation(const Simulation&) = delete;
+    Simulation& operator=(const Simulation&) = delete;
+
+    /// Signals, cables, devices and faults, to be read and changed at any time.
+    [[nodiscard]] Bench& bench() { return bench_; }
+
+    /// The bridge that the program talks to.
+    [[nodiscard]] Bridge& bridge() { return bridge_; }
+
+    /// The instrument's flash memory.
+    [[nodiscard]] Flash& flash() { return flash_; }
+
+    /// What the program has set in the instrument.
+    [[nodiscard]] const Settings& settings() const { return instrument_.settings(); }
+
+    /// The state of delivery: errors of the sampler, and a record that leaves about 3 % of gain,
+    /// 20 codes of offset and 2 % of time for the user to calibrate. Overwrites the record.
+    void set_factory_state();
+
+    /// An exact sampler with a record that corrects nothing. Overwrites the record.
+    void set_calibrated();
+
+private:
+    Bench bench_;
+    Flash flash_;
+    Instrument instrument_;
+    SimulatedBridge bridge_;
+};
+
+/// The errors of every simulated sampler at delivery.
+[[nodiscard]] HardwareErrors factory_errors();
+
+} // namespace kv408::simulator

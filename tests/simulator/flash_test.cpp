@@ -1,0 +1,134 @@
+#include "bench_driver.h"
+
+#include <filesystem>
+#include <fstream>
+
+namespace kv408::simulator {
+namespace {
+
+/// A folder of the test's own that goes away with it.
+class FlashFile : public ::testing::Test {
+protected:
+    FlashFile()
+        : folder_(std::filesystem::temp_directory_path() /
+                  (std::string("kv408-flash-") +
+                   ::testing::UnitTest::GetInstance()->current_test_info()->name())) {
+        std::filesystem::remove_all(folder_);
+        std::filesystem::create_directories(folder_);
+    }
+
+    ~FlashFile() override { std::filesystem::remove_all(folder_); }
+
+    [[nodiscard]] std::filesystem::path file() const { return folder_ / "flash.txt"; }
+
+    std::filesystem::path folder_;
+};
+
+TEST_F(FlashFile, WordsSurvive) {
+    {
+        Flash flash(file());
+        EXPECT_TRUE(flash.empty());
+        flash.write(0xA400, 2101);
+        flash.write(0xA43F, 55);
+        flash.write(0xFFFF, 0);
+        flash.write(0, 0xFFFF);
+        EXPECT_TRUE(flash.saved());
+    }
+    const Flash again(file());
+    EXPECT_EQ(again.read(0xA400), 2101);
+    EXPECT_EQ(again.read(0xA43F), 55);
+    EXPECT_EQ(again.read(0xFFFF), 0);
+    EXPECT_EQ(again.read(0), 0xFFFF);
+    EXPECT_EQ(again.read(0xA401), erased_word);
+}
+
+TEST_F(FlashFile, EveryWriteIsSavedAndLeavesOneFile) {
+    Flash flash(file());
+    for (std::uint16_t word = 0; word < 5; ++word) {
+        flash.write(0xA404, word);
+        EXPECT_EQ(Flash(file()).read(0xA404), word);
+    }
+    const auto entries = std::distance(std::filesystem::directory_iterator(folder_),
+                                       std::filesystem::directory_iterator());
+    EXPECT_EQ(entries, 1);
+}
+
+TEST_F(FlashFile, DamagedLinesAreSkipped) {
+    std::ofstream(file()) << "A400 7D0\nrubbish\n\nA401\n1A400 5\nA402 10000\nA403 7D1\n";
+    const Flash flash(file());
+    EXPECT_EQ(flash.read(0xA400), 2000);
+    EXPECT_EQ(flash.read(0xA401), erased_word);
+    EXPECT_EQ(flash.read(0xA402), erased_word);
+    EXPECT_EQ(flash.read(0xA403), 2001);
+}
+
+TEST_F(FlashFile, AFileThatCannotBeWrittenIsReported) {
+    Flash flash(folder_ / "missing" / "flash.txt");
+    EXPECT_TRUE(flash.saved());
+    flash.write(1, 2);
+    EXPECT_FALSE(flash.saved());
+    EXPECT_EQ(flash.read(1), 2);
+}
+
+TEST_F(FlashFile, ARecordWrittenByCommandSurvivesARestart) {
+    const auto exchange = [&](int command, const Arguments& arguments, std::size_t reply) {
+        VirtualClock clock;
+        Simulation simulation(clock, file());
+        Handle handle = nullptr;
+        Dword count = 0;
+        std::vector<Byte> bytes(reply);
+        EXPECT_EQ(simulation.bridge().SI_Open(0, handle), si_success);
+        EXPECT_EQ(simulation.bridge().SI_SetBaudRate(handle, 833000), si_success);
+        EXPECT_EQ(simulation.bridge().SI_Write(handle, frame(command, arguments), count),
+                  si_success);
+        simulation.bridge().SI_Read(handle, bytes, count);
+        EXPECT_EQ(count, reply);
+        return bytes;
+    };
+    exchange(34, {0xA4, 0x05, 0x26, 0xAC, 0}, 0); // 9900
+    EXPECT_EQ(exchange(33, {0xA4, 0x05, 0, 0, 0}, 2), (std::vector<Byte>{0x26, 0xAC}));
+    // What was not written is still the factory's.
+    EXPECT_EQ(exchange(33, {0xA4, 0x3F, 0, 0, 0}, 2), (std::vector<Byte>{0, 55}));
+}
+
+class FlashCommands : public BenchDriver {
+protected:
+    int word(int address) {
+        send(33, {address >> 8, address & 0xFF, 0, 0, 0});
+        clock_.sleep(milliseconds(20)); // as the program waits
+        EXPECT_EQ(waiting(), 2U);
+        return words(read(2)).at(0);
+    }
+};
+
+TEST_F(FlashCommands, WordsReadBackHighByteFirst) {
+    send(34, {0xA4, 0x07, 0x12, 0x34, 0});
+    EXPECT_EQ(word(0xA407), 0x1234);
+    EXPECT_EQ(simulation_.flash().read(0xA407), 0x1234);
+}
+
+TEST_F(FlashCommands, EveryWordHasItsAddress) {
+    for (int index = 0; index < 11; ++index) {
+        send(34, {0xA4, index, 0x30, index, 0});
+    }
+    for (int index = 0; index < 11; ++index) {
+        EXPECT_EQ(word(0xA400 + index), 0x3000 + index);
+    }
+}
+
+TEST_F(FlashCommands, DeliveryHasIdentificationAndMarker) {
+    EXPECT_EQ(word(0xA43F), 55);
+    EXPECT_NE(word(0xA43D), 0xFFFF);
+    EXPECT_NE(word(0xA43E), 0xFFFF);
+    EXPECT_EQ(word(0xA440), 0xFFFF); // never written
+    for (int index = 0; index < 4; ++index) {
+        EXPECT_NEAR(word(0xA400 + index), 2048, 60);
+        EXPECT_NEAR(word(0xA404 + index), 10000, 200);
+    }
+    EXPECT_NEAR(word(0xA408), 10000, 200);
+    EXPECT_EQ(word(0xA409), 100);
+    EXPECT_EQ(word(0xA40A), 70);
+}
+
+} // namespace
+} // namespace kv408::simulator

@@ -1,0 +1,271 @@
+#include "bench_driver.h"
+
+#include <algorithm>
+
+namespace kv408::simulator {
+namespace {
+
+/// A simulation whose device is not open yet.
+class Listing : public ::testing::Test {
+protected:
+    Bench& bench() { return simulation_.bench(); }
+    Bridge& bridge() { return simulation_.bridge(); }
+
+    Dword devices() {
+        Dword count = 99;
+        EXPECT_EQ(bridge().SI_GetNumDevices(count), si_success);
+        return count;
+    }
+
+    /// The zero-terminated serial string of a device.
+    std::string serial(Dword index) {
+        std::array<Byte, product_string_size> text{};
+        text.fill(0xEE);
+        EXPECT_EQ(bridge().SI_GetProductString(index, text, si_return_serial_number), si_success);
+        std::string result;
+        while (result.size() < text.size() && text.at(result.size()) != 0) {
+            result.push_back(static_cast<char>(text.at(result.size())));
+        }
+        EXPECT_LT(result.size(), text.size());
+        return result;
+    }
+
+    VirtualClock clock_;
+    Simulation simulation_{clock_};
+};
+
+TEST_F(Listing, TheDefaultDeviceIsOneThatTheProgramOpens) {
+    EXPECT_EQ(devices(), 1U);
+    EXPECT_EQ(serial(0).substr(0, 6), "lm4rxa");
+    EXPECT_GE(serial(0).size(), 14U);
+}
+
+TEST_F(Listing, DevicesAreListedInOrderWithAnyBytes) {
+    bench().devices = {{""}, {"\xFF\x01 b"}, {std::string(256, 'x')}, {std::string(300, 'y')}};
+    EXPECT_EQ(devices(), 4U);
+    EXPECT_EQ(serial(0), "");
+    EXPECT_EQ(serial(1), "\xFF\x01 b");
+    EXPECT_EQ(serial(2), std::string(256, 'x'));
+    EXPECT_EQ(serial(3), std::string(256, 'y'));
+    bench().devices.clear();
+    EXPECT_EQ(devices(), 0U);
+}
+
+TEST_F(Listing, OnlyTheSerialNumberOfRealDevicesIsKnown) {
+    std::array<Byte, product_string_size> text{};
+    EXPECT_EQ(bridge().SI_GetProductString(1, text, si_return_serial_number), si_failed);
+    EXPECT_EQ(bridge().SI_GetProductString(0, text, 1), si_failed);
+}
+
+TEST_F(Listing, OpensAndClosesOnce) {
+    Handle handle = nullptr;
+    EXPECT_EQ(bridge().SI_Open(1, handle), si_failed);
+    ASSERT_EQ(bridge().SI_Open(0, handle), si_success);
+    Handle second = nullptr;
+    EXPECT_EQ(bridge().SI_Open(0, second), si_failed);
+    EXPECT_EQ(bridge().SI_Close(handle), si_success);
+    EXPECT_EQ(bridge().SI_Close(handle), si_failed);
+    ASSERT_EQ(bridge().SI_Open(0, second), si_success);
+    EXPECT_NE(second, handle); // a stale handle does not reach the device
+    EXPECT_EQ(bridge().SI_SetBaudRate(handle, 833000), si_failed);
+}
+
+TEST_F(Listing, ADeviceMayRefuseToOpen) {
+    bench().devices = {{"lm4rxa-AAAAAAAA", false}, {"lm4rxa-BBBBBBBB"}};
+    Handle handle = nullptr;
+    EXPECT_EQ(bridge().SI_Open(0, handle), si_failed);
+    EXPECT_EQ(bridge().SI_Open(1, handle), si_success);
+}
+
+TEST_F(Listing, NothingWorksWithoutTheRightHandle) {
+    Handle open = nullptr;
+    ASSERT_EQ(bridge().SI_Open(0, open), si_success);
+    std::array<Byte, 8> bytes{};
+    Dword count = 7;
+    Dword state = 0;
+    for (Handle handle : {Handle(nullptr), Handle(&count)}) {
+        EXPECT_EQ(bridge().SI_SetBaudRate(handle, 833000), si_failed);
+        EXPECT_EQ(bridge().SI_FlushBuffers(handle, 1, 1), si_failed);
+        EXPECT_EQ(bridge().SI_Write(handle, bytes, count), si_failed);
+        EXPECT_EQ(count, 0U);
+        EXPECT_EQ(bridge().SI_Read(handle, bytes, count), si_failed);
+        EXPECT_EQ(count, 0U);
+        EXPECT_EQ(bridge().SI_CheckRXQueue(handle, count, state), si_failed);
+        EXPECT_EQ(bridge().SI_Close(handle), si_failed);
+    }
+    EXPECT_EQ(clock_.now(), nanoseconds(0)); // failing takes no time
+}
+
+class OpenBridge : public BenchDriver {};
+
+TEST_F(OpenBridge, AnEmptyQueueTimesOutAfterTheReadTimeOut) {
+    for (const int time_out : {0, 1, 100, 1000}) {
+        bridge().SI_SetTimeouts(static_cast<Dword>(time_out), 5000);
+        const auto start = clock_.now();
+        EXPECT_TRUE(read(1).empty());
+        EXPECT_EQ(status_, si_read_timed_out);
+        EXPECT_EQ(clock_.now() - start, milliseconds(time_out));
+    }
+}
+
+TEST_F(OpenBridge, PartOfTheDataIsASuccessAfterTheTimeOut) {
+    bridge().SI_SetTimeouts(50, 50);
+    send(31, {0, 0, 0, 9, 0});
+    const auto start = clock_.now();
+    EXPECT_EQ(read(3), std::vector<Byte>{6});
+    EXPECT_EQ(status_, si_success);
+    EXPECT_EQ(clock_.now() - start, milliseconds(50));
+}
+
+TEST_F(OpenBridge, ReadingWhatWaitsTakesNoTime) {
+    send(31, {0, 0, 0, 9, 0});
+    clock_.advance(milliseconds(20));
+    const auto start = clock_.now();
+    EXPECT_EQ(read(1), std::vector<Byte>{6});
+    EXPECT_EQ(clock_.now(), start);
+    EXPECT_TRUE(read(0).empty());
+    EXPECT_EQ(status_, si_success);
+    EXPECT_EQ(clock_.now(), start);
+}
+
+TEST_F(OpenBridge, ReadingTakesBytesInOrderAndLeavesTheRest) {
+    set_up(8, {8, 0, 1, 10, 255});
+    send(32, {2, 138, 0, 0, 1});
+    clock_.advance(milliseconds(100));
+    const auto first = read(3);
+    EXPECT_EQ(waiting(), 1297U);
+    const auto rest = read(1400);
+    EXPECT_EQ(rest.size(), 1297U);
+    // 2048 at the level: high byte 8 is first, also of the second word.
+    EXPECT_EQ(first[0] & ~15, 0);
+    EXPECT_EQ(first[2] & ~15, 0);
+}
+
+TEST_F(OpenBridge, AReadEndsWithTheLastWantedByte) {
+    set_up(8, {8, 0, 1, 10, 255});
+    const double start = now_us();
+    send(32, {2, 138, 0, 0, 1});
+    EXPECT_EQ(read(100).size(), 100U);
+    EXPECT_NEAR(now_us() - start, 13000.0 + 108 * byte_us, 0.05);
+}
+
+TEST_F(OpenBridge, FlushingDropsOnlyWhatHasArrived) {
+    set_up(8, {8, 0, 1, 10, 255});
+    send(32, {2, 138, 0, 0, 1});
+    clock_.advance(microseconds(13000 + 6000));
+    const Dword before = waiting();
+    EXPECT_GT(before, 400U);
+    EXPECT_EQ(bridge().SI_FlushBuffers(handle_, 1, 0), si_success);
+    EXPECT_EQ(waiting(), before);
+    EXPECT_EQ(bridge().SI_FlushBuffers(handle_, 1, 1), si_success);
+    EXPECT_EQ(waiting(), 0U);
+    clock_.advance(milliseconds(100));
+    EXPECT_EQ(waiting(), 1300U - before);
+}
+
+TEST_F(OpenBridge, NothingSensibleIsAnsweredAtAnotherSpeed) {
+    bridge().SI_SetTimeouts(100, 100);
+    for (const Dword baud_rate : {9600U, 115200U, 800000U, 921600U}) {
+        ASSERT_EQ(bridge().SI_SetBaudRate(handle_, baud_rate), si_success);
+        for (int attempt = 0; attempt < 50; ++attempt) {
+            send(31, {0, 0, 0, 9, 0});
+            EXPECT_TRUE(read(1).empty()) << baud_rate;
+        }
+        EXPECT_EQ(simulation_.settings().resolution_ps, 1);
+    }
+    ASSERT_EQ(bridge().SI_SetBaudRate(handle_, 840000), si_success); // within 2 %
+    set_up(31, {0, 0, 0, 9, 0});
+    EXPECT_EQ(simulation_.settings().resolution_ps, 9);
+}
+
+TEST_F(OpenBridge, RepliesReadAtAnotherSpeedAreGarbage) {
+    set_up(8, {8, 0, 1, 10, 255});
+    bench().samplers[0] = SamplerRoute::disconnected;
+    simulation_.set_calibrated();
+    bench().sampler_noise_codes = 0.0;
+    EXPECT_EQ(sweep(1), std::vector<int>(650, 2048));
+    send(32, {2, 138, 0, 0, 1});
+    bridge().SI_SetBaudRate(handle_, 115200);
+    const auto garbage = words(read(1300));
+    EXPECT_EQ(garbage.size(), 650U);
+    EXPECT_LT(std::count(garbage.begin(), garbage.end(), 2048), 10);
+}
+
+TEST_F(OpenBridge, OpeningStartsAt9600BaudWithAnEmptyQueue) {
+    send(31, {0, 0, 0, 9, 0});
+    clock_.advance(milliseconds(20));
+    ASSERT_EQ(bridge().SI_Close(handle_), si_success);
+    ASSERT_EQ(bridge().SI_Open(0, handle_), si_success);
+    EXPECT_EQ(waiting(), 0U);
+    const double start = now_us();
+    send(31, {0, 0, 0, 5, 0});
+    EXPECT_NEAR(now_us() - start, 80.0e6 / 9600.0, 0.01); // ten bits a byte
+    EXPECT_EQ(simulation_.settings().resolution_ps, 9);
+    EXPECT_EQ(bridge().SI_SetBaudRate(handle_, 0), si_failed);
+}
+
+TEST_F(OpenBridge, ADeviceWithoutInstrumentOpensButIsSilent) {
+    ASSERT_EQ(bridge().SI_Close(handle_), si_success);
+    bench().devices = {{"other", true, false}, {"lm4rxa-SIM00002"}};
+    ASSERT_EQ(bridge().SI_Open(0, handle_), si_success);
+    bridge().SI_SetBaudRate(handle_, 833000);
+    send(31, {0, 0, 0, 9, 0});
+    EXPECT_TRUE(read(1).empty());
+    ASSERT_EQ(bridge().SI_Close(handle_), si_success);
+    ASSERT_EQ(bridge().SI_Open(1, handle_), si_success);
+    bridge().SI_SetBaudRate(handle_, 833000);
+    set_up(31, {0, 0, 0, 9, 0});
+}
+
+TEST_F(OpenBridge, TheLogTellsOperationsAndFrames) {
+    log_ = {};
+    const auto start = clock_.now();
+    bridge().SI_SetTimeouts(100, 200);
+    bridge().SI_FlushBuffers(handle_, 1, 1);
+    send(31, {0, 0, 0, 9, 0});
+    clock_.sleep(milliseconds(20));
+    EXPECT_EQ(waiting(), 1U);
+    EXPECT_EQ(read(1), std::vector<Byte>{6});
+    read(1);
+
+    ASSERT_EQ(log_.operations.size(), 6U);
+    EXPECT_EQ(log_.operations[0].operation, Operation::set_timeouts);
+    EXPECT_EQ(log_.operations[0].arguments, (std::vector<Dword>{100, 200}));
+    EXPECT_EQ(log_.operations[1].operation, Operation::flush_buffers);
+    EXPECT_EQ(log_.operations[1].arguments, (std::vector<Dword>{1, 1}));
+    const WireOperation& written = log_.operations[2];
+    EXPECT_EQ(written.operation, Operation::write);
+    EXPECT_EQ(written.bytes, (std::vector<Byte>{4, 31, 0, 0, 0, 9, 0, 40}));
+    EXPECT_EQ(written.began, start);
+    EXPECT_EQ(written.ended - written.began, nanoseconds(96038)); // 80 bits at 833000 baud
+    EXPECT_EQ(log_.operations[3].operation, Operation::check_rx_queue);
+    EXPECT_EQ(log_.operations[3].count, 1U);
+    EXPECT_EQ(log_.operations[3].began, written.ended + milliseconds(20));
+    EXPECT_EQ(log_.operations[4].operation, Operation::read);
+    EXPECT_EQ(log_.operations[4].bytes, std::vector<Byte>{6});
+    EXPECT_EQ(log_.operations[5].status, si_read_timed_out);
+    EXPECT_EQ(log_.operations[5].ended - log_.operations[5].began, milliseconds(100));
+
+    ASSERT_EQ(log_.frames.size(), 1U);
+    EXPECT_EQ(log_.frames[0].time, written.ended);
+    EXPECT_EQ(log_.frames[0].command.code, 31);
+    EXPECT_EQ(log_.frames[0].command.arguments, (std::array<Byte, 5>{0, 0, 0, 9, 0}));
+}
+
+TEST_F(OpenBridge, TheFirstPictureShowsBothSignals) {
+    // As delivered, with the trigger at 0 mV and 20 ns a division in low gain.
+    set_trigger(0, 1);
+    set_gain(2, 2);
+    set_resolution(313);
+    for (const int channel : {1, 2}) {
+        const auto codes = sweep(channel);
+        ASSERT_EQ(codes.size(), 650U);
+        const auto [least, most] = std::minmax_element(codes.begin(), codes.end());
+        // 400 and 300 mVpp at two codes a millivolt, about 3 % off, with some noise.
+        EXPECT_NEAR(*most - *least, channel == 1 ? 800 : 600, 50);
+        EXPECT_EQ(*most < 4095 && *least > 0, true);
+    }
+}
+
+} // namespace
+} // namespace kv408::simulator
