@@ -1,0 +1,85 @@
+#include "painter_picture.h"
+
+#include <QPainter>
+
+#include "display/graticule.h"
+#include "display/persistence_colours.h"
+#include "state/plot_geometry.h"
+
+namespace kv408::bench {
+namespace {
+
+QPen pen_of(const QColor& colour) {
+    QPen pen(colour);
+    pen.setWidth(1);
+    // The cheapest joins and ends: they do not matter at a width of one pixel.
+    pen.setJoinStyle(Qt::BevelJoin);
+    pen.setCapStyle(Qt::FlatCap);
+    return pen;
+}
+
+QPolygon polygon_of(const std::vector<Point>& points) {
+    QPolygon polygon;
+    for (const Point& point : points) {
+        polygon.append(QPoint(point.x, point.y));
+    }
+    return polygon;
+}
+
+QImage grid_image(const ColourTable& colours) {
+    Surface surface(plot::width, plot::height);
+    draw_graticule(Canvas(surface), pixel_of(colours.background), pixel_of(colours.grid), true);
+    QImage image(plot::width, plot::height, QImage::Format_RGB32);
+    for (int y = 0; y < plot::height; ++y) {
+        for (int x = 0; x < plot::width; ++x) {
+            image.setPixel(x, y, surface.at(x, y));
+        }
+    }
+    return image;
+}
+
+} // namespace
+
+PainterPicture::PainterPicture(const ScopeScene& scene)
+    : grid_(grid_image(scene.colours())), display_(plot::width, plot::height, QImage::Format_RGB32),
+      trace_(plot::width, plot::height, QImage::Format_ARGB32_Premultiplied) {
+    const ColourTable& colours = scene.colours();
+    for (std::size_t channel = 0; channel < lines_.size(); ++channel) {
+        const Colour live = colours.channel(static_cast<int>(channel));
+        const PersistenceColours faded =
+            persistence_colours(live, colours.background, scene.depth());
+        for (std::size_t sweep = scene.sweeps().size(); sweep-- > 0;) {
+            const Colour colour = sweep == 0 ? live : faded[sweep - 1];
+            // The background colour is what is copied transparently.
+            lines_[channel].push_back(
+                {polygon_of(scene.sweeps()[sweep][channel]),
+                 pen_of(colour == colours.background
+                            ? QColor(Qt::transparent)
+                            : QColor(red_of(colour), green_of(colour), blue_of(colour)))});
+        }
+    }
+}
+
+void PainterPicture::draw() {
+    QPainter painter(&display_);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.drawImage(0, 0, grid_);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    for (const std::size_t channel : {std::size_t{ch2}, std::size_t{ch1}}) {
+        draw_trace(lines_[channel]);
+        painter.drawImage(0, 0, trace_);
+    }
+}
+
+void PainterPicture::draw_trace(const std::vector<Line>& lines) {
+    trace_.fill(Qt::transparent);
+    QPainter painter(&trace_);
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    for (const Line& line : lines) {
+        painter.setPen(line.pen);
+        painter.drawPolyline(line.points);
+    }
+}
+
+} // namespace kv408::bench

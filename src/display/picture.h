@@ -1,0 +1,109 @@
+#pragma once
+
+#include <array>
+#include <functional>
+
+#include "display/dirty_columns.h"
+#include "display/persistence_colours.h"
+#include "display/surface.h"
+#include "display/trace.h"
+#include "display/trace_look.h"
+#include "display/trace_raster.h"
+#include "panel/front_panel.h"
+#include "panel/screen.h"
+#include "state/acquisition_state.h"
+#include "state/channel_state.h"
+#include "state/colour.h"
+#include "state/program_state.h"
+#include "state/samples.h"
+
+namespace kv408 {
+
+/// What the picture is made from; all of it belongs to others and outlives the picture.
+struct PictureInputs {
+    FrontPanel& panel;
+    const Samples& samples;
+    const Channels& channels;
+    const AcquisitionState& acquisition;
+    const ProgramState& program;
+    const ColourTable& colours;
+};
+
+/// The picture of the plot area (641 by 513 pixels).
+///
+/// It is composed in layers, each of which draws over the ones before: the grid, CH2's trace, CH1's
+/// trace. A layer draws onto a canvas that may be limited to some columns, and what it draws from
+/// is part of the `Content` or of the traces' points; so a draw composes only the columns whose
+/// pixels can have changed since the draw before, with the same pixels as composing all of them.
+class Picture : public Screen {
+public:
+    /// A picture of `inputs` with an empty grid, no points and the default persistence.
+    explicit Picture(const PictureInputs& inputs);
+    ~Picture() override;
+    Picture(const Picture&) = delete;
+    Picture& operator=(const Picture&) = delete;
+
+    void refresh(int channel, int index) override;
+    void makegrid() override;
+    void ClearTrace(int channel) override;
+    void movepersistance() override;
+    void set_newest_point(int index) override;
+    void draw(unsigned flags) override;
+
+    /// Recomputes both persistence colour ramps.
+    void calcPersistColors();
+
+    /// Sets how many generations of the history fade visibly, held within 0..9; 3 at start-up.
+    /// It shows from the next calcPersistColors on.
+    void set_persistence_depth(int depth);
+
+    /// The composed picture, 641 by 513.
+    [[nodiscard]] const Surface& surface() const;
+
+    /// Sets the one listener that is told after the picture has changed, with the columns that did.
+    void on_drawn(std::function<void(Columns)> listener);
+
+private:
+    /// What the pixels depend on, besides the points of the traces.
+    struct Content {
+        std::array<TraceLook, 2> looks;
+        std::array<Columns, 2> gaps; ///< of the traces that are shown
+        Pixel background = 0;
+
+        friend bool operator==(const Content&, const Content&) = default;
+    };
+
+    /// What has changed since the last composition, besides the content.
+    struct Changes {
+        bool everything = true;
+        std::array<bool, 2> history = {};
+        std::array<DirtyColumns, 2> points;
+    };
+
+    /// Both channels' traces as they are to be drawn; the first lies on top.
+    using TraceViews = std::array<TraceView, 2>;
+
+    [[nodiscard]] bool may_draw() const;
+    [[nodiscard]] TraceLook look_of(int channel, unsigned flags) const;
+    [[nodiscard]] Columns gap_of(int channel) const;
+    [[nodiscard]] Content content(unsigned flags) const;
+    [[nodiscard]] DirtyColumns columns_to_compose(const Content& next) const;
+    void compose(Columns columns);
+    void compose_by_runs(const Canvas& canvas, const TraceViews& views);
+    void compose_by_painting(const Canvas& canvas, const TraceViews& views);
+
+    PictureInputs inputs_;
+    std::array<Trace, 2> traces_;
+    std::array<PersistenceColours, 2> ramps_ = {};
+    int depth_ = default_persistence;
+    int newest_point_ = 0;
+    Surface grid_;
+    Surface display_;
+    std::array<Surface, 2> trace_surfaces_;
+    TraceRaster raster_;
+    Content drawn_; ///< what the last composition was made from
+    Changes changes_;
+    std::function<void(Columns)> listener_;
+};
+
+} // namespace kv408

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "display/canvas.h"
+#include "display/trace_look.h"
+
+namespace kv408 {
+
+/// Draws both channels' traces at once, straight onto the picture, with the pixels that painting
+/// each of them onto a trace surface and copying it over with the background transparent gives.
+///
+/// It needs no line drawing, as a generation covers one run of rows in each column (Generation).
+/// The generations' runs are painted from the oldest to the newest onto a sheet that has one byte
+/// a pixel, column after column, so that a run is a few whole words. A byte holds, in four bits
+/// for each channel, which of its generations is seen there; 0 is none, also for one in the
+/// background colour. Only the pixels whose byte is not 0 are then written to the picture; for
+/// them to be found quickly, a bit for every eight rows of a column notes what was painted on.
+class TraceRaster {
+public:
+    /// Rows that are best written at a time, so that the picture's part in hand stays in the cache.
+    static constexpr int band_rows = 64;
+
+    /// Whether `view` can be drawn this way: each point of every generation that it shows lies one
+    /// column right of the point before; for dots, which are painted point by point, also every
+    /// generation must begin in the same column.
+    [[nodiscard]] static bool can_draw(const TraceView& view);
+
+    TraceRaster();
+
+    /// Paints `columns` of `views`, the one that lies on top first, onto the sheet.
+    void paint(Columns columns, std::span<const TraceView, 2> views, Pixel background);
+
+    /// Writes the rows of the sheet from `top`, a multiple of band_rows, up to the next such
+    /// multiple onto `canvas`, in the columns painted last, and clears them.
+    void write_band(const Canvas& canvas, int top);
+
+private:
+    static constexpr int channel_bits = 4;
+    static constexpr int block_columns = 32; // few enough for their part of the sheet to stay near
+    static constexpr int word_rows = 8;
+    static constexpr int bands = plot::height / band_rows; // the traces end above the last row
+    /// One cache line a band, and room for a run to be painted beyond its end.
+    static constexpr int sheet_rows = (bands + 1) * band_rows;
+
+    /// How the runs of one generation change the sheet's bytes.
+    struct Ink {
+        std::uint8_t number = 0; ///< bits of the channel to set
+        std::uint8_t keep = 0;   ///< bits of the other channel
+    };
+
+    /// How a byte of the sheet changes a pixel of the picture: either member is 0.
+    struct Dye {
+        Pixel keep = ~Pixel{0}; ///< bits of the pixel that stay
+        Pixel colour = 0;       ///< bits that come instead
+    };
+
+    struct alignas(band_rows) Column {
+        std::array<std::uint8_t, sheet_rows> seen = {};
+    };
+
+    /// For eight columns of a band, which groups of eight rows were painted on: bit 8c + r for
+    /// column c and the rows from 8r.
+    using Touched = std::uint64_t;
+
+    void choose_palette(std::span<const TraceView, 2> views, Pixel background);
+    void paint_trace(Columns columns, const TraceView& view, Pixel background, int shift);
+    void paint_lines(Columns columns, const Generation& generation, Ink ink);
+    void paint_dots(Columns columns, const Generation& generation, Ink ink);
+    void paint_run(int column, int top, int end, Ink ink);
+    void note_touched(Columns columns);
+    void write_rows(Surface& surface, int column, int top);
+
+    std::vector<Column> sheet_; ///< all 0 but for what is painted and not yet written
+    /// For each column, which groups of eight rows were painted on: bit r for the rows from 8r.
+    std::vector<std::uint64_t> column_touched_;
+    std::array<std::vector<Touched>, bands> touched_;        ///< the same, for each band
+    std::array<Dye, 1U << (2 * channel_bits)> palette_ = {}; ///< of each value of a byte
+};
+
+} // namespace kv408

@@ -1,0 +1,250 @@
+// The picture is composed by shortcuts: runs instead of lines, changed columns instead of all.
+// Whatever happens to it, its pixels must be those of the plain way.
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "plain_picture.h"
+
+namespace kv408::test {
+namespace {
+
+/// Does the same things to a picture and to its plain counterpart.
+class Composition : public testing::TestWithParam<unsigned> {
+protected:
+    Composition() {
+        refresh(ch1, 0);
+        refresh(ch2, 0);
+    }
+
+    int random(int lowest, int highest) {
+        return std::uniform_int_distribution<int>(lowest, highest)(random_);
+    }
+    bool chance(int percent) { return random(1, 100) <= percent; }
+
+    void refresh(int channel, int index) {
+        scene_.picture.refresh(channel, index);
+        plain_.refresh(channel, index);
+    }
+
+    void shift() {
+        scene_.picture.movepersistance();
+        plain_.shift();
+    }
+
+    void set_newest_point(int index) {
+        scene_.picture.set_newest_point(index);
+        plain_.set_newest_point(index);
+    }
+
+    void set_depth(int depth) {
+        scene_.picture.set_persistence_depth(depth);
+        scene_.picture.calcPersistColors();
+        plain_.set_depth(depth);
+    }
+
+    /// Samples of `channel` from point `first` to `last`: noise of a height of its own.
+    void sample(int channel, int first, int last) {
+        const int height = chance(30) ? 600 : random(0, 40);
+        const int centre = random(0, 512);
+        for (int index = first; index <= last; ++index) {
+            scene_.set_row(channel, index, centre + random(-height, height));
+        }
+    }
+
+    void sweep(int channel, int first, int last) {
+        sample(channel, first, last);
+        for (int index = first; index <= last; ++index) {
+            refresh(channel, index);
+        }
+    }
+
+    /// A history with a sweep of its own in each generation.
+    void fill_history() {
+        for (int generation = 0; generation <= plot::generations; ++generation) {
+            sweep(ch1, 1, 640);
+            sweep(ch2, 1, 640);
+            shift();
+        }
+        sweep(ch1, 1, 640);
+        sweep(ch2, 1, 640);
+    }
+
+    void set_colours() {
+        // Black on the last of them fades past the background: a generation in the middle of the
+        // history has its colour.
+        constexpr std::array choice{rgb(255, 255, 0), rgb(128, 220, 255), rgb(0, 0, 0),
+                                    rgb(255, 255, 255), rgb(4, 4, 4)};
+        const auto any = [&] { return choice[static_cast<std::size_t>(random(0, 4))]; };
+        scene_.colours.background = any();
+        scene_.colours.ch1 = any();
+        scene_.colours.ch2 = any();
+        set_depth(random(0, 9));
+        scene_.picture.makegrid();
+    }
+
+    void set_panel() {
+        scene_.panel.eyeon.set_checked(chance(40));
+        scene_.panel.persist.set_checked(chance(70));
+        scene_.panel.gridenable.set_checked(chance(90));
+        scene_.picture.makegrid();
+        for (ChannelControls& controls : scene_.panel.channel) {
+            controls.enable.set_checked(chance(90));
+        }
+        scene_.acquisition.ready[1] = chance(90);
+        scene_.acquisition.pointmode = chance(50);
+        set_newest_point(random(1, 640));
+    }
+
+    /// Draws both and tells the first place where they differ.
+    testing::AssertionResult same_after(unsigned flags) {
+        scene_.picture.draw(flags);
+        const Surface expected = plain_.draw(flags);
+        for (int y = 0; y < plot::height; ++y) {
+            for (int x = 0; x < plot::width; ++x) {
+                if (scene_.at(x, y) != expected.at(x, y)) {
+                    return testing::AssertionFailure()
+                           << "at " << x << ", " << y << ": " << std::hex << scene_.at(x, y)
+                           << " instead of " << expected.at(x, y);
+                }
+            }
+        }
+        return testing::AssertionSuccess();
+    }
+
+    unsigned any_flags() {
+        constexpr std::array<unsigned, 6> choice{1, 2, 3, 255, 255, 255};
+        return choice[static_cast<std::size_t>(random(0, 5))];
+    }
+
+    std::mt19937 random_{GetParam()};
+    PictureScene scene_;
+    PlainPicture plain_{scene_};
+};
+
+TEST_P(Composition, of_everything_equals_the_plain_picture) {
+    fill_history();
+    for (int round = 0; round < 12; ++round) {
+        set_panel();
+        set_colours();
+        sweep(random(ch1, ch2), 1, 640);
+        shift();
+        ASSERT_TRUE(same_after(any_flags())) << "round " << round;
+    }
+}
+
+TEST_P(Composition, of_each_depth_equals_the_plain_picture) {
+    fill_history();
+    scene_.panel.persist.set_checked(true);
+    for (int depth = 0; depth <= 9; ++depth) {
+        set_depth(depth);
+        ASSERT_TRUE(same_after(draw_flags::all)) << "depth " << depth;
+    }
+}
+
+TEST_P(Composition, of_shifted_traces_equals_the_plain_picture) {
+    fill_history();
+    scene_.panel.persist.set_checked(true);
+    for (int round = 0; round < 6; ++round) {
+        scene_.panel.eyeon.set_checked(chance(50));
+        for (const int channel : {ch1, ch2}) {
+            scene_.channels[static_cast<std::size_t>(channel)].delaypts = random(-800, 800);
+            scene_.channels[static_cast<std::size_t>(channel)].shown_delaypts = random(-100, 100);
+            if (chance(50)) {
+                refresh(channel, 0); // the history too: all of one shift
+            }
+            sweep(channel, 1, 640); // else the generations differ in their shift
+        }
+        scene_.acquisition.pointmode = chance(50);
+        set_newest_point(random(1, 640));
+        ASSERT_TRUE(same_after(draw_flags::all)) << "round " << round;
+        shift();
+    }
+}
+
+TEST_P(Composition, of_single_points_of_a_pass_equals_the_plain_picture) {
+    fill_history();
+    set_panel();
+    scene_.acquisition.pointmode = true;
+    ASSERT_TRUE(same_after(draw_flags::all));
+    int index = random(1, 600);
+    for (int step = 0; step < 60; ++step) {
+        sample(ch1, index, index);
+        sample(ch2, index, index);
+        refresh(ch1, index);
+        if (chance(70)) {
+            refresh(ch2, index);
+        }
+        set_newest_point(index);
+        ASSERT_TRUE(same_after(draw_flags::all)) << "step " << step;
+        index = chance(90) ? index % 640 + 1 : random(1, 640);
+    }
+}
+
+TEST_P(Composition, between_single_points_follows_everything_else) {
+    fill_history();
+    scene_.acquisition.pointmode = true;
+    for (int step = 0; step < 60; ++step) {
+        const int index = random(1, 640);
+        const int channel = random(ch1, ch2);
+        sample(channel, index, index);
+        refresh(channel, index);
+        set_newest_point(index);
+        switch (random(0, 9)) {
+        case 0:
+            set_panel();
+            break;
+        case 1:
+            set_colours();
+            break;
+        case 2:
+            shift();
+            break;
+        case 3:
+            refresh(channel, 0);
+            break;
+        case 4: // a delay that moves by a point in the middle of a pass
+            scene_.channels[static_cast<std::size_t>(channel)].delaypts = random(0, 2);
+            break;
+        default:
+            break;
+        }
+        ASSERT_TRUE(same_after(chance(80) ? 255U : any_flags())) << "step " << step;
+    }
+}
+
+TEST_P(Composition, of_partly_mapped_points_equals_the_plain_picture) {
+    PictureScene scene;
+    Picture picture({scene.panel, scene.samples, scene.channels, scene.acquisition, scene.program,
+                     scene.colours});
+    PlainPicture plain(scene);
+    picture.makegrid();
+    scene.panel.persist.set_checked(chance(50));
+    scene.panel.eyeon.set_checked(chance(50));
+    scene.acquisition.pointmode = chance(50);
+    for (int step = 0; step < 30; ++step) {
+        const int index = step < 20 ? random(1, 640) : step;
+        for (const int channel : {ch1, ch2}) {
+            scene.set_row(channel, index, random(-10, 520));
+            picture.refresh(channel, index);
+            plain.refresh(channel, index);
+        }
+        picture.set_newest_point(index);
+        plain.set_newest_point(index);
+        if (chance(20)) {
+            picture.movepersistance();
+            plain.shift();
+        }
+        picture.draw(draw_flags::all);
+        const Surface expected = plain.draw(draw_flags::all);
+        const auto pixels = picture.surface().pixels();
+        ASSERT_TRUE(std::equal(pixels.begin(), pixels.end(), expected.pixels().begin()))
+            << "step " << step;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, Composition, testing::Range(1U, 9U));
+
+} // namespace
+} // namespace kv408::test

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <array>
+#include <vector>
+
+#include "picture_scene.h"
+
+namespace kv408::test {
+
+/// The picture drawn in the plainest way, to compare with: every draw starts from the grid, paints
+/// each trace generation by generation onto its own cleared surface and copies that over with the
+/// background transparent. It keeps its own points, mapped when the picture's are.
+class PlainPicture {
+public:
+    /// The plain picture of `scene`, which must outlive it, before any point is mapped.
+    explicit PlainPicture(const PictureScene& scene);
+
+    void refresh(int channel, int index);
+    void shift();
+    void set_newest_point(int index) { newest_point_ = index; }
+    void set_depth(int depth) { depth_ = depth; }
+
+    /// The picture that the parts `flags` give now.
+    [[nodiscard]] Surface draw(unsigned flags) const;
+
+private:
+    using Points = std::vector<Point>; // 0..640
+
+    [[nodiscard]] bool shows(int channel, unsigned flags) const;
+    [[nodiscard]] std::vector<std::pair<const Points*, Pixel>> layers(int channel) const;
+    void draw_trace(Surface& picture, int channel) const;
+
+    const PictureScene* scene_;
+    std::array<Points, 2> current_;
+    std::array<std::vector<Points>, 2> history_;
+    int newest_point_ = 0;
+    int depth_ = default_persistence;
+};
+
+} // namespace kv408::test
