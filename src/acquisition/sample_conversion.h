@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "link/bridge.h"
+#include "state/channel_state.h"
+#include "state/samples.h"
+
+namespace kv408 {
+
+/// Highest high byte of a sample word that the receiver takes in a block, and in a single point.
+inline constexpr Byte block_high_byte_limit = 32;
+inline constexpr Byte point_high_byte_limit = 16;
+
+/// The word by which the instrument says that it has not triggered: in a block reply, and as it
+/// reads after the limit of a single point.
+inline constexpr std::int16_t block_waiting_word = 6666;
+inline constexpr std::int16_t point_waiting_word = 4106;
+
+/// The word of a high and a low byte, the high byte held to at most `limit`.
+[[nodiscard]] constexpr std::int16_t sample_word(Byte high, Byte low, Byte limit) {
+    return static_cast<std::int16_t>((high > limit ? limit : high) * 256 + low);
+}
+
+/// Puts the reply word `word` into point `index` of a channel: as a code with the channel's code
+/// correction, upside down when `inverted`, and as millivolts. A code that the correction or the
+/// inversion takes out of the unsigned 16-bit range stops at its end. `index` 0..650.
+void store_sample(SampleBuffer& samples, const ChannelState& channel, bool inverted,
+                  std::size_t index, std::int16_t word);
+
+} // namespace kv408

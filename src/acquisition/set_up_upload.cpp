@@ -1,0 +1,85 @@
+#include "acquisition/set_up_upload.h"
+
+#include <chrono>
+
+#include "state/rounding.h"
+
+namespace kv408 {
+
+using std::chrono::milliseconds;
+
+SweepRequest sweep_request(const FrontPanel& panel, int channel) {
+    return {
+        .average = panel.average.checked(), .speed = panel.adcspeed.checked(), .channel = channel};
+}
+
+void SetUpUpload::settriger() {
+    const std::int32_t timeout = trigger_timeout(panel_.trtout.text());
+    const bool trig1 = panel_.trigsource.text() == "TRIG1";
+    trigger_.trigsrcdelay = trigger_.trigdelay[trig1 ? 0 : 1];
+    fill_trigger(link_.cmdargs(), {.level = trigger_.trigpos,
+                                   .trig1 = trig1,
+                                   .positive = panel_.trigeredge.text() == "Positive",
+                                   .hysteresis = static_cast<std::int16_t>(panel_.shyst.value())});
+    bool done = link_.send_setup(command::set_trigger, " SETTRIG ");
+    if (done) {
+        clock_.sleep(milliseconds(10));
+        fill_trigger_timeout(link_.cmdargs(), timeout);
+        done = link_.send_setup(command::set_trigger_timeout, " SETTTO ");
+    }
+    if (!done) {
+        boxes_.show({.text = "error set triger"});
+    }
+}
+
+bool SetUpUpload::setscope8ghz() {
+    if (!send_time_base()) {
+        boxes_.show({.text = "Error setting scope"});
+        return false;
+    }
+    note_delays();
+    if (acquisition_.pointmode) {
+        return false;
+    }
+    link_.flush();
+    clock_.sleep(milliseconds(2));
+    const bool second_first =
+        !panel_.channel[0].enable.checked() && panel_.channel[1].enable.checked();
+    fill_sweep(link_.cmdargs(), sweep_request(panel_, second_first ? 2 : 1));
+    acquisition_.scopestate = second_first ? "scopech2f" : "scopech1f";
+    link_.sendcommand(command::start_sweep, link_.cmdargs());
+    return true;
+}
+
+bool SetUpUpload::send_time_base() {
+    put_32_bits(link_.cmdargs(), acquisition_.offset[0]);
+    if (!link_.send_setup(command::set_offset_ch1, " set time base offset ch1 ")) {
+        return false;
+    }
+    clock_.sleep(milliseconds(20));
+    put_32_bits(link_.cmdargs(), acquisition_.offset[1]);
+    if (!link_.send_setup(command::set_offset_ch2, " set time base offset ch2 ")) {
+        return false;
+    }
+    clock_.sleep(milliseconds(1));
+    const std::int32_t resolution = round_to_int32(time_base_.tbresolution);
+    if (resolution == 0) {
+        time_base_.tbresolution = 1.0;
+    }
+    fill_resolution(link_.cmdargs(), resolution);
+    return link_.send_setup(command::set_resolution, " set time base resolution ");
+}
+
+void SetUpUpload::note_delays() {
+    for (ChannelState& channel : channels_) {
+        channel.uploaded_delaypts = channel.delaypts;
+        if (channel.delaypts != channel.shown_delaypts) {
+            // What was taken with the old delay is no longer current: only data taken with the new
+            // one may bring the shown delay into line.
+            acquisition_.pending_refresh = true;
+            acquisition_.ready = {false, false};
+        }
+    }
+}
+
+} // namespace kv408

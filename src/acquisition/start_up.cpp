@@ -1,0 +1,100 @@
+#include "acquisition/start_up.h"
+
+namespace kv408 {
+
+void StartUp::Form_Load() {
+    if (!connect()) {
+        return;
+    }
+    initialise_panel();
+    apply_settings();
+}
+
+bool StartUp::connect() {
+    for (;;) {
+        Form_Activate();
+        if (program_.loaded) {
+            return false;
+        }
+        if (link_.checkdevice()) {
+            return true;
+        }
+        // A wrong answer leaves the device open; it must be free to be listed and opened again.
+        link_.close();
+        const MessageAnswer answer = boxes_.show(
+            {.text = "No connection to Device, maybe it's not powered. Please check and click "
+                     "<Retry>!",
+             .buttons = MessageButtons::retry_cancel,
+             .icon = MessageIcon::exclamation});
+        if (answer != MessageAnswer::retry) {
+            end_program(program_);
+        }
+        program_.loaded = false;
+        program_.activated = false;
+    }
+}
+
+void StartUp::Form_Activate() {
+    if (program_.activated) {
+        return;
+    }
+    program_.activated = true;
+    acquisition_.scopestate = "Idle";
+    link_.finddevice();
+    if (link_.select_and_open()) {
+        inicijalizacija();
+    }
+}
+
+void StartUp::inicijalizacija() {
+    calibration_ = default_calibration;
+    link_.set_link_speed();
+}
+
+void StartUp::initialise_panel() {
+    samples_ = {};
+    acquisition_.scopestate = "idle";
+    handlers_.vertical.fill_lists();
+    handlers_.time_base.fill_list();
+    panel_.trigeredge.set_entries({"Positive", "Negative"});
+    panel_.trigsource.set_entries({"TRIG1", "TRIG2"});
+    panel_.combocursorselect.set_entries({"CH1", "CH2"});
+    for (MeasurementControls& slot : panel_.measurement) {
+        slot.selector.set_entries({"---", "VMax", "VMin", "Vpp", "VAmpl+", "VAmpl-", "VAmplPP",
+                                   "VRMS", "VMean", "Frequency", "Period", "tRise", "tFall",
+                                   "tPuls+", "tPuls-"});
+    }
+    constexpr int tenth_of_a_volt = 2;
+    constexpr int twenty_nanoseconds = 11;
+    panel_.channel[0].vdiv.set_index(tenth_of_a_volt);
+    panel_.channel[1].vdiv.set_index(tenth_of_a_volt);
+    panel_.trigeredge.set_index(0);
+    panel_.trigsource.set_index(0);
+    panel_.combocursorselect.set_index(0);
+    panel_.seltimediv.set_index(twenty_nanoseconds);
+}
+
+void StartUp::apply_settings() {
+    handlers_.time_base.seltimediv_Click();
+    handlers_.vertical.ch1vdiv_Click();
+    handlers_.vertical.ch2vdiv_Click();
+    handlers_.time_base.seltimediv_Click();
+    handlers_.upload.settriger();
+    handlers_.time_base.seltimediv_Click();
+    handlers_.vertical.ch1enable_Click();
+    handlers_.vertical.ch2enable_Click();
+    handlers_.vertical.place_marker(0);
+    handlers_.vertical.place_marker(1);
+    screen_.makegrid();
+    screen_.ClearTrace(1);
+    screen_.ClearTrace(2);
+    program_.loaded = true;
+    screen_.draw(draw_flags::all);
+}
+
+void StartUp::Form_Unload() {
+    link_.close();
+    end_program(program_);
+}
+
+} // namespace kv408

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "acquisition/set_up_upload.h"
+#include "host/message_boxes.h"
+#include "link/device_link.h"
+#include "panel/front_panel.h"
+#include "panel/screen.h"
+#include "panel/time_base.h"
+#include "panel/vertical.h"
+#include "state/acquisition_state.h"
+#include "state/calibration_record.h"
+#include "state/program_state.h"
+#include "state/samples.h"
+
+namespace kv408 {
+
+/// Brings the program up and down: finds and checks the instrument, initialises the panel, and
+/// closes the device at the end.
+class StartUp {
+public:
+    /// The handlers that start-up runs.
+    struct Handlers {
+        TimeBase& time_base;
+        Vertical& vertical;
+        SetUpUpload& upload;
+    };
+
+    StartUp(FrontPanel& panel, AcquisitionState& acquisition, ProgramState& program,
+            Samples& samples, CalibrationRecord& calibration, const Handlers& handlers,
+            DeviceLink& link, MessageBoxes& boxes, Screen& screen)
+        : panel_(panel), acquisition_(acquisition), program_(program), samples_(samples),
+          calibration_(calibration), handlers_(handlers), link_(link), boxes_(boxes),
+          screen_(screen) {}
+
+    /// Loading: discovery and check until the instrument answers, then the panel. Ends the program
+    /// when the user gives up or no instrument can be had.
+    void Form_Load();
+
+    /// Discovery, once an activation.
+    void Form_Activate();
+
+    /// Exit and closing the window: closes the device and ends the program.
+    [[noreturn]] void Form_Unload();
+    [[noreturn]] void MenuExit_Click() { Form_Unload(); }
+
+private:
+    /// True when the instrument answers the check; false when loading is complete already.
+    bool connect();
+    void inicijalizacija();
+    void initialise_panel();
+    void apply_settings();
+
+    FrontPanel& panel_;
+    AcquisitionState& acquisition_;
+    ProgramState& program_;
+    Samples& samples_;
+    CalibrationRecord& calibration_;
+    Handlers handlers_;
+    DeviceLink& link_;
+    MessageBoxes& boxes_;
+    Screen& screen_;
+};
+
+} // namespace kv408

@@ -1,0 +1,124 @@
+#include "acquisition/state_machine.h"
+
+#include <array>
+#include <cstdio>
+
+#include "acquisition/status.h"
+#include "state/rounding.h"
+
+namespace kv408 {
+
+void StateMachine::Timer1_Timer(bool exchange_under_way) {
+    if (!exchange_under_way) {
+        act_on_state();
+    }
+    count_holdoff_down();
+    show_date();
+    if (!exchange_under_way && redraw_due()) {
+        redraw();
+    }
+}
+
+void StateMachine::cmdstartsweep_Click() {
+    acquisition_.acqrunning = true;
+    acquisition_.scopestate = "startscope";
+}
+
+void StateMachine::cmdstop_Click() {
+    acquisition_.stoprequest = true;
+    acquisition_.acqrunning = false;
+    acquisition_.scopestate = "stoped";
+}
+
+void StateMachine::act_on_state() {
+    // A copy: the actions change the state word.
+    const std::string state = acquisition_.scopestate;
+    if (state == "startscope") {
+        set_up();
+    } else if (state == "scope") {
+        if (acquisition_.pointmode) {
+            // Set before the pass, so that Stop in the middle of it stays a stop.
+            acquisition_.acqrunning = true;
+            procedures_.pass.sdisplay1ghzt();
+        } else {
+            acquisition_.scopestate = "startscope";
+        }
+    } else if (state == "scopech1f") {
+        fetch_block(1);
+    } else if (state == "scopech2f") {
+        fetch_block(2);
+    } else if (state == "changes" || state == "changes1") {
+        acquisition_.scopestate = "startscope";
+    } else if (state == "stoped") {
+        show_status(panel_.textstatus, status::stopped);
+    } else if (state == "idle") {
+        show_status(panel_.textstatus, status::idle);
+        cmdstartsweep_Click();
+    }
+}
+
+void StateMachine::set_up() {
+    show_status(panel_.textstatus, status::setup);
+    messages_.repaint(panel_.textstatus.name());
+    procedures_.vertical.ch1vdiv_Click();
+    procedures_.vertical.ch2vdiv_Click();
+    procedures_.upload.settriger();
+    for (std::size_t index = 0; index < acquisition_.offset.size(); ++index) {
+        acquisition_.offset[index] =
+            round_to_int32(leading_number(panel_.channel[index].psofset.text()));
+    }
+    if (acquisition_.scopestate != "startscope") {
+        // Something pressed while a failure was being told has the last word.
+        return;
+    }
+    acquisition_.scopestate = "scope";
+    if (procedures_.upload.setscope8ghz()) {
+        procedures_.block.restart();
+    }
+}
+
+void StateMachine::fetch_block(int channel) {
+    procedures_.block.sdisplaych(channel);
+    acquisition_.laststate = channel == 1 ? "scopech1f" : "scopech2f";
+    acquisition_.acqrunning = true;
+}
+
+void StateMachine::count_holdoff_down() {
+    if (acquisition_.holdoff && acquisition_.holdoff_time > 0) {
+        acquisition_.holdoff_time -= timer_interval_ms;
+    }
+    if (acquisition_.holdoff_time <= 0) {
+        acquisition_.holdoff = false;
+        acquisition_.holdoff_time = 0;
+    }
+}
+
+void StateMachine::show_date() {
+    const LocalTime time = clock_.local_time();
+    std::array<char, 64> text = {};
+    std::snprintf(text.data(), text.size(), "%02d:%02d:%02d, %02d.%02d.%02d", time.hour,
+                  time.minute, time.second, time.day, time.month, time.year % 100);
+    panel_.lbldate.set_caption(text.data());
+}
+
+bool StateMachine::redraw_due() const {
+    const bool first = panel_.channel[0].enable.checked();
+    const bool second = panel_.channel[1].enable.checked();
+    const auto& [first_ready, second_ready] = acquisition_.ready;
+    return (((first && second && first_ready) || (!first && second)) && second_ready) ||
+           (first && !second && first_ready);
+}
+
+void StateMachine::redraw() {
+    if (acquisition_.pending_refresh) {
+        acquisition_.pending_refresh = false;
+        for (ChannelState& channel : channels_) {
+            channel.shown_delaypts = channel.uploaded_delaypts;
+        }
+        screen_.refreshCH1(0);
+        screen_.refreshCH2(0);
+    }
+    screen_.draw(draw_flags::all);
+}
+
+} // namespace kv408

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "acquisition/block_sweep.h"
+#include "acquisition/point_pass.h"
+#include "acquisition/set_up_upload.h"
+#include "host/clock.h"
+#include "host/window_messages.h"
+#include "panel/front_panel.h"
+#include "panel/screen.h"
+#include "panel/vertical.h"
+#include "state/acquisition_state.h"
+#include "state/channel_state.h"
+
+namespace kv408 {
+
+/// The interval of the timer, milliseconds.
+inline constexpr std::int32_t timer_interval_ms = 100;
+
+/// The state machine that the 100 ms timer drives, and the Start and Stop buttons.
+class StateMachine {
+public:
+    /// The procedures that the states run.
+    struct Procedures {
+        Vertical& vertical;
+        SetUpUpload& upload;
+        BlockSweep& block;
+        PointPass& pass;
+    };
+
+    StateMachine(FrontPanel& panel, AcquisitionState& acquisition, Channels& channels,
+                 const Procedures& procedures, Clock& clock, WindowMessages& messages,
+                 Screen& screen)
+        : panel_(panel), acquisition_(acquisition), channels_(channels), procedures_(procedures),
+          clock_(clock), messages_(messages), screen_(screen) {}
+
+    /// One tick. With `exchange_under_way` (the tick fell into an open message box or into a point
+    /// pass) it acts on no state and redraws nothing; only the hold-off countdown and the date go
+    /// on.
+    void Timer1_Timer(bool exchange_under_way);
+
+    /// Start.
+    void cmdstartsweep_Click();
+
+    /// Stop.
+    void cmdstop_Click();
+
+private:
+    void act_on_state();
+    void set_up();
+    void fetch_block(int channel);
+    void count_holdoff_down();
+    void show_date();
+    [[nodiscard]] bool redraw_due() const;
+    void redraw();
+
+    FrontPanel& panel_;
+    AcquisitionState& acquisition_;
+    Channels& channels_;
+    Procedures procedures_;
+    Clock& clock_;
+    WindowMessages& messages_;
+    Screen& screen_;
+};
+
+} // namespace kv408

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "panel/controls.h"
+#include "state/colour.h"
+
+namespace kv408 {
+
+/// One acquisition status: what the status box says, and on which background.
+struct Status {
+    const char* text;
+    Colour background;
+};
+
+/// Every status that the acquisition shows.
+namespace status {
+inline constexpr Status idle = {"Idle", rgb(255, 255, 192)};
+inline constexpr Status stopped = {"Stopped", rgb(255, 192, 192)};
+inline constexpr Status setup = {"Setup...", rgb(192, 192, 255)};
+inline constexpr Status running = {"Running", rgb(192, 255, 192)};
+inline constexpr Status getting_data = {"Getting Data", rgb(255, 255, 192)};
+inline constexpr Status waiting_for_trigger = {"Waiting For TRIGGER", rgb(255, 224, 192)};
+} // namespace status
+
+/// Shows `shown` in the status box.
+inline void show_status(TextBox& textstatus, const Status& shown) {
+    textstatus.set_back_colour(shown.background);
+    textstatus.set_text(shown.text);
+}
+
+} // namespace kv408

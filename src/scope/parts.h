@@ -1,0 +1,61 @@
+#pragma once
+
+#include "acquisition/block_sweep.h"
+#include "acquisition/point_pass.h"
+#include "acquisition/set_up_upload.h"
+#include "acquisition/start_up.h"
+#include "acquisition/state_machine.h"
+#include "display/picture.h"
+#include "host/ending.h"
+#include "link/device_link.h"
+#include "panel/display_controls.h"
+#include "panel/front_panel.h"
+#include "panel/time_base.h"
+#include "panel/vertical.h"
+#include "scope/scope.h"
+#include "state/calibration_record.h"
+
+namespace kv408 {
+
+/// Every part of the program, in the order in which they are built.
+struct Parts {
+    /// Builds all parts over `machine` and connects the controls to their handlers.
+    explicit Parts(const Machine& machine);
+
+    // Shared state.
+    ProgramState program;
+    AcquisitionState acquisition;
+    TimeBaseState time_base_state;
+    TriggerState trigger_state;
+    Channels channels;
+    Samples samples;
+    ColourTable colours;
+    CalibrationRecord calibration = default_calibration;
+    FrontPanel panel;
+
+    // What the program needs of its machine.
+    Clock& clock;
+    EndingMessageBoxes boxes;
+    EndingWindowMessages messages;
+
+    // The subsystems.
+    DeviceLink link;
+    Picture picture;
+    TimeBase time_base;
+    Vertical vertical;
+    DisplayControls display_controls;
+    SetUpUpload upload;
+    BlockSweep block;
+    PointPass pass;
+    StateMachine state_machine;
+    StartUp start_up;
+
+    /// Entries into the program that have not returned yet.
+    int entries = 0;
+
+private:
+    void connect_channel(int channel);
+    void connect_controls();
+};
+
+} // namespace kv408

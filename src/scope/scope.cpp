@@ -1,0 +1,65 @@
+#include "scope/scope.h"
+
+#include "scope/parts.h"
+
+namespace kv408 {
+namespace {
+
+/// Counts one entry into the program for as long as it lasts.
+class Entry {
+public:
+    explicit Entry(int& entries) : entries_(entries) { ++entries_; }
+    ~Entry() { --entries_; }
+    Entry(const Entry&) = delete;
+    Entry& operator=(const Entry&) = delete;
+
+private:
+    int& entries_;
+};
+
+} // namespace
+
+Scope::Scope(const Machine& machine) : parts_(std::make_unique<Parts>(machine)) {}
+
+Scope::~Scope() = default;
+
+bool Scope::start() {
+    act([this] { parts_->start_up.Form_Load(); });
+    return !ended();
+}
+
+void Scope::tick() {
+    const bool exchange_under_way = parts_->entries > 0;
+    act([&] { parts_->state_machine.Timer1_Timer(exchange_under_way); });
+}
+
+void Scope::act(const std::function<void()>& action) {
+    if (ended()) {
+        return;
+    }
+    const Entry entry(parts_->entries);
+    try {
+        action();
+    } catch (const ProgramEnded&) {
+        // Unwound to here on purpose: the program has ended and the window asks ended().
+        parts_->program.ended = true;
+    }
+}
+
+void Scope::close() {
+    act([this] { parts_->start_up.Form_Unload(); });
+}
+
+bool Scope::ended() const {
+    return parts_->program.ended;
+}
+
+FrontPanel& Scope::panel() {
+    return parts_->panel;
+}
+
+Picture& Scope::picture() {
+    return parts_->picture;
+}
+
+} // namespace kv408

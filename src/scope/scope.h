@@ -1,0 +1,65 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "host/clock.h"
+#include "host/message_boxes.h"
+#include "host/window_messages.h"
+#include "link/bridge.h"
+
+namespace kv408 {
+
+class Picture;
+struct FrontPanel;
+struct Parts;
+
+/// What the program needs of the machine it runs on and of the instrument's bridge.
+struct Machine {
+    Clock& clock;
+    MessageBoxes& boxes;
+    WindowMessages& messages;
+    Bridge& bridge;
+};
+
+/// The whole program without its window: owns every part, wires them together, and is the one
+/// entry through which the window and the timer reach it.
+class Scope {
+public:
+    /// Builds and wires the parts; nothing is sent or shown yet.
+    explicit Scope(const Machine& machine);
+    ~Scope();
+
+    /// Start-up: finds and checks the instrument, initialises the panel. False when the program
+    /// ended on the way.
+    bool start();
+
+    /// One tick of the 100 ms timer.
+    void tick();
+
+    /// Runs one user action on the panel's controls, for example
+    /// `scope.act([&] { scope.panel().gridenable.set_checked(true); })`. Everything that the window
+    /// does to a control goes through here, so that the end of the program unwinds to this point
+    /// and a timer tick that falls into a message box knows that an exchange is under way.
+    void act(const std::function<void()>& action);
+
+    /// Shut-down, as Exit and closing the window do: closes the device and ends the program.
+    void close();
+
+    /// True once the program has ended; the window then closes.
+    [[nodiscard]] bool ended() const;
+
+    /// The controls.
+    [[nodiscard]] FrontPanel& panel();
+
+    /// The picture on the plot.
+    [[nodiscard]] Picture& picture();
+
+    /// All parts, to look at; they are declared in scope/parts.h.
+    [[nodiscard]] const Parts& parts() const { return *parts_; }
+
+private:
+    std::unique_ptr<Parts> parts_;
+};
+
+} // namespace kv408

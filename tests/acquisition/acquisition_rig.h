@@ -1,0 +1,115 @@
+#pragma once
+
+#include <array>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "acquisition/block_sweep.h"
+#include "acquisition/point_pass.h"
+#include "acquisition/set_up_upload.h"
+#include "acquisition/start_up.h"
+#include "acquisition/state_machine.h"
+#include "acquisition/status.h"
+#include "host/ending.h"
+#include "link/device_link.h"
+#include "panel/front_panel.h"
+#include "panel/time_base.h"
+#include "panel/vertical.h"
+#include "support/fake_bridge.h"
+#include "support/fake_host.h"
+#include "support/fake_screen.h"
+#include "support/virtual_clock.h"
+
+namespace kv408 {
+
+using Texts = std::vector<std::string>;
+
+/// The acquisition with everything that it drives, connected as in the program, over a fake
+/// bridge; nothing is listed or opened yet.
+struct AcquisitionRig {
+    AcquisitionRig() {
+        for (int index = 0; index < 2; ++index) {
+            ChannelControls& controls = panel.channel[static_cast<std::size_t>(index)];
+            controls.vdiv.on_click([this, index] { vertical.vdiv_Click(index); });
+            controls.inviatr.on_click([this, index] { vertical.vdiv_Click(index); });
+            controls.invert.on_click([this, index] { vertical.invert_Click(index); });
+            controls.enable.on_click([this, index] { vertical.enable_Click(index); });
+        }
+        panel.seltimediv.on_click([this] { time_base.seltimediv_Click(); });
+    }
+
+    /// Makes the instrument acknowledge every set-up frame. The sweep and the single point have
+    /// replies of their own.
+    void acknowledge_set_up() {
+        bridge.on_frame = [this](const FakeBridge::Frame& frame) {
+            if (frame.at(1) != 26 && frame.at(1) != 32) {
+                bridge.receive({6});
+            }
+        };
+    }
+
+    /// Brings the program up on a good instrument: "0.1V", "20ns/div", TRIG1, positive edge.
+    void start() {
+        acknowledge_set_up();
+        start_up.Form_Load();
+        forget();
+    }
+
+    /// Forgets what was sent, shown and drawn so far.
+    void forget() {
+        bridge.calls.clear();
+        boxes.shown.clear();
+        messages.repainted.clear();
+        screen.calls.clear();
+    }
+
+    /// Sets which channels are on without running their handlers.
+    void enable(bool first, bool second) {
+        const std::array<bool, 2> on = {first, second};
+        for (std::size_t index = 0; index < 2; ++index) {
+            CheckBox& box = panel.channel[index].enable;
+            box.on_click({});
+            box.set_checked(on[index]);
+        }
+    }
+
+    void tick() { state_machine.Timer1_Timer(false); }
+
+    [[nodiscard]] const std::string& status() const { return panel.textstatus.text(); }
+
+    VirtualClock clock;
+    FakeBridge bridge{clock};
+    FakeMessageBoxes boxes;
+    FakeWindowMessages messages;
+    FakeScreen screen;
+    ProgramState program;
+    AcquisitionState acquisition;
+    TimeBaseState time_base_state;
+    TriggerState trigger;
+    Channels channels;
+    Samples samples;
+    CalibrationRecord calibration = {};
+    FrontPanel panel;
+    EndingMessageBoxes ending_boxes{boxes, program};
+    EndingWindowMessages ending_messages{messages, program};
+    DeviceLink link{bridge, clock, ending_boxes, program, panel.device};
+    TimeBase time_base{panel, time_base_state, acquisition, link, screen, ending_boxes};
+    Vertical vertical{panel, channels, acquisition, link, screen, ending_boxes};
+    SetUpUpload upload{panel,    acquisition, time_base_state, trigger,
+                       channels, link,        clock,           ending_boxes};
+    BlockSweep block{panel, acquisition, time_base_state, channels, samples, link, clock, screen};
+    PointPass pass{panel, acquisition, time_base_state, channels, samples,
+                   link,  clock,       ending_messages, screen};
+    StateMachine state_machine{
+        panel,    acquisition,
+        channels, {.vertical = vertical, .upload = upload, .block = block, .pass = pass},
+        clock,    ending_messages,
+        screen};
+    StartUp start_up{
+        panel,   acquisition,  program,
+        samples, calibration,  {.time_base = time_base, .vertical = vertical, .upload = upload},
+        link,    ending_boxes, screen};
+};
+
+} // namespace kv408

@@ -1,0 +1,188 @@
+#include <gtest/gtest.h>
+
+#include "acquisition/acquisition_rig.h"
+
+namespace kv408 {
+namespace {
+
+/// A stopped program: its ticks neither send nor change the state.
+struct StoppedRig : AcquisitionRig {
+    StoppedRig() {
+        start();
+        state_machine.cmdstop_Click();
+    }
+};
+
+TEST(HoldOff, CountsDownByTheIntervalAndEndsAtZero) {
+    StoppedRig rig;
+    rig.acquisition.holdoff = true;
+    rig.acquisition.holdoff_time = 300;
+    for (const std::int32_t left : {200, 100}) {
+        rig.tick();
+        EXPECT_EQ(rig.acquisition.holdoff_time, left);
+        EXPECT_TRUE(rig.acquisition.holdoff);
+    }
+    rig.tick();
+    EXPECT_EQ(rig.acquisition.holdoff_time, 0);
+    EXPECT_FALSE(rig.acquisition.holdoff);
+}
+
+TEST(HoldOff, ATimeThatIsNoMultipleOfTheIntervalEndsAtZeroToo) {
+    StoppedRig rig;
+    rig.acquisition.holdoff = true;
+    rig.acquisition.holdoff_time = 150;
+    rig.tick();
+    EXPECT_EQ(rig.acquisition.holdoff_time, 50);
+    EXPECT_TRUE(rig.acquisition.holdoff);
+    rig.tick();
+    EXPECT_EQ(rig.acquisition.holdoff_time, 0);
+    EXPECT_FALSE(rig.acquisition.holdoff);
+}
+
+TEST(HoldOff, WithoutItsFlagTheTimeStands) {
+    StoppedRig rig;
+    rig.acquisition.holdoff_time = 1000;
+    rig.tick();
+    EXPECT_EQ(rig.acquisition.holdoff_time, 1000);
+}
+
+TEST(HoldOff, AFlagWithoutTimeIsCleared) {
+    for (const std::int32_t time : {0, -1, -1000}) {
+        StoppedRig rig;
+        rig.acquisition.holdoff = true;
+        rig.acquisition.holdoff_time = time;
+        rig.tick();
+        EXPECT_FALSE(rig.acquisition.holdoff) << time;
+        EXPECT_EQ(rig.acquisition.holdoff_time, 0) << time;
+    }
+}
+
+TEST(DateLabel, ShowsTimeAndDateWithTwoDigitsEach) {
+    const std::pair<LocalTime, const char*> rows[] = {
+        {{.year = 2026, .month = 11, .day = 21, .hour = 14, .minute = 5, .second = 9},
+         "14:05:09, 21.11.26"},
+        {{.year = 2005, .month = 1, .day = 2, .hour = 0, .minute = 0, .second = 0},
+         "00:00:00, 02.01.05"},
+        {{.year = 1999, .month = 12, .day = 31, .hour = 23, .minute = 59, .second = 59},
+         "23:59:59, 31.12.99"},
+    };
+    for (const auto& [time, text] : rows) {
+        for (const bool exchange_under_way : {false, true}) {
+            StoppedRig rig;
+            rig.clock.set_local_time(time);
+            rig.state_machine.Timer1_Timer(exchange_under_way);
+            EXPECT_EQ(rig.panel.lbldate.caption(), text);
+        }
+    }
+}
+
+struct RedrawRow {
+    bool first_on;
+    bool second_on;
+    bool first_ready;
+    bool second_ready;
+    bool redrawn;
+};
+
+constexpr RedrawRow redraw_rows[] = {
+    {false, false, false, false, false}, {false, false, false, true, false},
+    {false, false, true, false, false},  {false, false, true, true, false},
+    {false, true, false, false, false},  {false, true, false, true, true},
+    {false, true, true, false, false},   {false, true, true, true, true},
+    {true, false, false, false, false},  {true, false, false, true, false},
+    {true, false, true, false, true},    {true, false, true, true, true},
+    {true, true, false, false, false},   {true, true, false, true, false},
+    {true, true, true, false, false},    {true, true, true, true, true},
+};
+
+TEST(Redraw, NeedsNewDataOfEveryChannelThatIsOn) {
+    for (const RedrawRow& row : redraw_rows) {
+        StoppedRig rig;
+        rig.enable(row.first_on, row.second_on);
+        rig.acquisition.ready = {row.first_ready, row.second_ready};
+        rig.tick();
+        EXPECT_EQ(rig.screen.calls, row.redrawn ? Texts{"draw 255"} : Texts{})
+            << row.first_on << row.second_on << row.first_ready << row.second_ready;
+        EXPECT_EQ(rig.acquisition.ready, (std::array<bool, 2>{row.first_ready, row.second_ready}));
+    }
+}
+
+TEST(Redraw, APendingRefreshTakesTheUploadedDelaysAndRemapsFirst) {
+    StoppedRig rig;
+    rig.channels[0].uploaded_delaypts = 12;
+    rig.channels[0].delaypts = 77; // turned on since the upload
+    rig.channels[1].uploaded_delaypts = -3;
+    rig.channels[1].delaypts = -3;
+    rig.channels[1].shown_delaypts = 40;
+    rig.acquisition.pending_refresh = true;
+    rig.tick();
+    EXPECT_TRUE(rig.acquisition.pending_refresh) << "no new data yet";
+    EXPECT_EQ(rig.channels[0].shown_delaypts, 0);
+    rig.acquisition.ready = {true, true};
+    rig.tick();
+    EXPECT_FALSE(rig.acquisition.pending_refresh);
+    EXPECT_EQ(rig.channels[0].shown_delaypts, 12);
+    EXPECT_EQ(rig.channels[1].shown_delaypts, -3);
+    EXPECT_EQ(rig.screen.calls, (Texts{"refresh 1 0", "refresh 2 0", "draw 255"}));
+    rig.tick();
+    EXPECT_EQ(rig.screen.calls.size(), 4U) << "only the drawing is repeated";
+}
+
+TEST(Redraw, ADelayIsShownWithTheFirstDataTakenWithIt) {
+    AcquisitionRig rig;
+    rig.start();
+    rig.tick();
+    rig.tick();
+    for (int block = 0; block < 2; ++block) {
+        rig.bridge.receive(std::vector<int>(1300, 8));
+        rig.tick();
+    }
+    EXPECT_EQ(rig.acquisition.ready, (std::array<bool, 2>{true, true}));
+    rig.channels[0].delaypts = 12;
+    rig.acquisition.scopestate = "startscope";
+    rig.tick();
+    EXPECT_TRUE(rig.acquisition.pending_refresh);
+    EXPECT_EQ(rig.channels[0].shown_delaypts, 0) << "the data shown is still the old";
+    rig.bridge.receive(std::vector<int>(1300, 8));
+    rig.tick();
+    EXPECT_EQ(rig.channels[0].shown_delaypts, 0) << "one channel of two";
+    rig.bridge.receive(std::vector<int>(1300, 8));
+    rig.tick();
+    EXPECT_EQ(rig.channels[0].shown_delaypts, 12);
+    EXPECT_FALSE(rig.acquisition.pending_refresh);
+}
+
+TEST(RestrictedTick, ActsOnNoStateAndRedrawsNothing) {
+    for (const char* state : {"startscope", "scope", "scopech1f", "scopech2f", "changes",
+                              "changes1", "stoped", "idle", "calibrationint"}) {
+        AcquisitionRig rig;
+        rig.start();
+        rig.panel.textstatus.set_text("before");
+        rig.acquisition.scopestate = state;
+        rig.acquisition.ready = {true, true};
+        rig.acquisition.holdoff = true;
+        rig.acquisition.holdoff_time = 1000;
+        rig.bridge.receive(std::vector<int>(1300, 8));
+        rig.state_machine.Timer1_Timer(true);
+        EXPECT_EQ(rig.acquisition.scopestate, state);
+        EXPECT_EQ(rig.status(), "before") << state;
+        EXPECT_TRUE(rig.bridge.calls.empty()) << state;
+        EXPECT_TRUE(rig.screen.calls.empty()) << state;
+        EXPECT_EQ(rig.acquisition.holdoff_time, 900) << state;
+    }
+}
+
+TEST(RestrictedTick, InsideAPassStartsNoSecondExchange) {
+    AcquisitionRig rig;
+    rig.start();
+    rig.acquisition.pointmode = true;
+    rig.acquisition.scopestate = "scope";
+    rig.bridge.on_frame = [&](const FakeBridge::Frame&) { rig.bridge.receive({8, 0}); };
+    rig.messages.on_process = [&](int) { rig.state_machine.Timer1_Timer(true); };
+    rig.tick();
+    EXPECT_EQ(rig.bridge.frames().size(), 1280U);
+    EXPECT_EQ(rig.messages.processed, 640);
+}
+
+} // namespace
+} // namespace kv408
