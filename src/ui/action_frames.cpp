@@ -1,0 +1,99 @@
+#include <QHBoxLayout>
+
+#include "ui/bind.h"
+#include "ui/frame_grid.h"
+#include "ui/frames.h"
+#include "ui/panel_frame.h"
+#include "ui/segment_bar.h"
+#include "ui/wheel_area.h"
+#include "ui/widget_maker.h"
+
+namespace kv408::ui {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+SegmentBar* make_tabs(QWidget* frame, TabStrip& control, ScopeDriver& driver, const Words& words) {
+    auto* const tabs = new SegmentBar(frame);
+    describe(*tabs, words);
+    bind(tabs, control, driver);
+    return tabs;
+}
+
+} // namespace
+
+QWidget* make_cursor_frame(ScopeDriver& driver) {
+    auto* const frame = new PanelFrame(u"Cursor"_s);
+    WidgetMaker make(frame, driver);
+    FrontPanel& panel = driver.panel();
+    QGridLayout* const grid = make_frame_grid(frame, 1);
+    grid->addWidget(make_tabs(frame, panel.tabstrip3, driver,
+                              {u"Cursor type"_s, u"What the cursors measure: volts or seconds"_s}),
+                    0, 0);
+    QComboBox* const channel = make.list(
+        panel.combocursorselect, {u"Cursor channel"_s, u"Channel that the cursors measure"_s});
+    grid->addWidget(make_caption(u"Channel"_s, channel), 0, 1);
+    grid->addWidget(channel, 0, 2);
+    grid->setColumnStretch(0, 2);
+    grid->setColumnStretch(2, 1);
+    return frame;
+}
+
+QWidget* make_adjust_frame(ScopeDriver& driver) {
+    auto* const frame = new PanelFrame(u"Adjust"_s);
+    FrontPanel& panel = driver.panel();
+    auto* const layout = new QVBoxLayout(frame);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(frame_measure::row_spacing + 2);
+    layout->addWidget(
+        make_tabs(frame, panel.tabstrip2, driver, {u"Adjust"_s, u"What the wheel below turns"_s}));
+    auto* const wheel = new WheelArea(frame);
+    describe(*wheel, {u"Adjust wheel"_s, u"Drag sideways to turn what is selected above"_s});
+    bind_appearance(wheel, panel.slider1);
+    layout->addWidget(wheel);
+    return frame;
+}
+
+QWidget* make_status_frame(ScopeDriver& driver) {
+    auto* const frame = new PanelFrame(u"Status"_s);
+    WidgetMaker make(frame, driver);
+    FrontPanel& panel = driver.panel();
+    QGridLayout* const grid = make_frame_grid(frame, 1);
+    QLineEdit* const status =
+        make.text_box(panel.textstatus,
+                      {u"Status"_s, u"What the acquisition is doing; its colour tells it too"_s});
+    status->setReadOnly(true);
+    status->setFocusPolicy(Qt::NoFocus);
+    status->setAlignment(Qt::AlignCenter);
+    QFont bold = status->font();
+    bold.setBold(true);
+    status->setFont(bold);
+    grid->addWidget(status, 0, 0);
+    QComboBox* const device =
+        make.list(panel.device, {u"Instrument"_s, u"Attached instruments by serial number"_s});
+    grid->addWidget(make_caption(u"Device"_s, device), 0, 1);
+    grid->addWidget(device, 0, 2);
+    grid->setColumnStretch(0, 1);
+    grid->setColumnStretch(2, 1);
+    return frame;
+}
+
+QWidget* make_buttons(ScopeDriver& driver) {
+    auto* const row = new QWidget;
+    WidgetMaker make(row, driver);
+    FrontPanel& panel = driver.panel();
+    auto* const layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(frame_measure::column_spacing);
+    for (QPushButton* const button :
+         {make.button(panel.cmdstartsweep, u"Sta&rt"_s, {u"Start"_s, u"Starts sweeping"_s}),
+          make.button(panel.cmdstop, u"Sto&p"_s, {u"Stop"_s, u"Stops sweeping"_s}),
+          make.button(panel.snapshot, u"Sn&apshot"_s,
+                      {u"Snapshot"_s, u"Saves the picture of the plot as a bitmap"_s})}) {
+        button->setMinimumHeight(30);
+        layout->addWidget(button, 1);
+    }
+    return row;
+}
+
+} // namespace kv408::ui

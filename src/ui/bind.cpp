@@ -1,0 +1,218 @@
+#include "ui/bind.h"
+
+#include <QEvent>
+#include <QFocusEvent>
+#include <QPointer>
+#include <QSignalBlocker>
+
+#include "ui/colours.h"
+
+namespace kv408::ui {
+namespace {
+
+/// Calls `show(widget)` now and whenever `control` has changed, as long as the widget lives.
+template <typename Widget, typename Show>
+void keep_shown(Widget* widget, Control& control, Show show) {
+    const auto listener = [guard = QPointer<Widget>(widget), show] {
+        if (guard) {
+            show(*guard);
+        }
+    };
+    control.on_shown(listener);
+    listener();
+}
+
+QString text_of(const std::string& text) {
+    return QString::fromStdString(text);
+}
+
+QStringList entries_of(const ListBox& control) {
+    QStringList entries;
+    for (const std::string& entry : control.entries()) {
+        entries.append(text_of(entry));
+    }
+    return entries;
+}
+
+QStringList entries_of(const QComboBox& widget) {
+    QStringList entries;
+    for (int index = 0; index < widget.count(); ++index) {
+        entries.append(widget.itemText(index));
+    }
+    return entries;
+}
+
+void show_list(QComboBox& widget, const ListBox& control) {
+    const QSignalBlocker quiet(widget);
+    const QStringList entries = entries_of(control);
+    if (entries_of(widget) != entries) {
+        widget.clear();
+        widget.addItems(entries);
+    }
+    widget.setCurrentIndex(control.index());
+    show_common(widget, control);
+}
+
+void show_tabs(QTabBar& widget, const TabStrip& control) {
+    const QSignalBlocker quiet(widget);
+    const auto& tabs = control.tabs();
+    for (int index = 0; index < static_cast<int>(tabs.size()); ++index) {
+        const QString caption = text_of(tabs[static_cast<std::size_t>(index)].caption);
+        if (index >= widget.count()) {
+            widget.addTab(caption);
+        } else if (widget.tabText(index) != caption) {
+            widget.setTabText(index, caption);
+        }
+    }
+    while (widget.count() > static_cast<int>(tabs.size())) {
+        widget.removeTab(widget.count() - 1);
+    }
+    widget.setCurrentIndex(control.selected() - 1);
+    show_common(widget, control);
+}
+
+/// Tells a text box when the keyboard focus comes and goes.
+class FocusWatch : public QObject {
+public:
+    FocusWatch(QLineEdit* widget, TextBox& control, ScopeDriver& driver)
+        : QObject(widget), control_(control), driver_(driver) {
+        widget->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::FocusIn && counts(*event)) {
+            driver_.act([this] { control_.focus(); });
+        } else if (event->type() == QEvent::FocusOut && counts(*event)) {
+            driver_.act([this] { control_.leave(); });
+        }
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    static bool counts(const QEvent& event) {
+        const Qt::FocusReason reason = static_cast<const QFocusEvent&>(event).reason();
+        return reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason &&
+               reason != Qt::MenuBarFocusReason;
+    }
+
+    TextBox& control_;
+    ScopeDriver& driver_;
+};
+
+} // namespace
+
+QString object_name(const Control& control) {
+    return text_of(control.name());
+}
+
+void show_common(QWidget& widget, const Control& control) {
+    widget.setEnabled(control.enabled());
+    if (!control.visible()) {
+        widget.hide();
+    } else if (widget.testAttribute(Qt::WA_WState_ExplicitShowHide)) {
+        widget.show();
+    }
+    show_colours(widget, control.fore_colour(), control.back_colour());
+}
+
+void bind(QAbstractButton* widget, Button& control, ScopeDriver& driver) {
+    widget->setObjectName(object_name(control));
+    QObject::connect(widget, &QAbstractButton::clicked, widget,
+                     [&] { driver.act([&] { control.click(); }); });
+    keep_shown(widget, control, [&control](QAbstractButton& shown) {
+        if (!control.caption().empty()) {
+            shown.setText(text_of(control.caption()));
+        }
+        show_common(shown, control);
+    });
+}
+
+void bind(QAction* action, Button& control, ScopeDriver& driver) {
+    action->setObjectName(object_name(control));
+    QObject::connect(action, &QAction::triggered, action,
+                     [&] { driver.act([&] { control.click(); }); });
+    keep_shown(action, control, [&control](QAction& shown) {
+        shown.setEnabled(control.enabled());
+        shown.setVisible(control.visible());
+    });
+}
+
+void bind(QCheckBox* widget, CheckBox& control, ScopeDriver& driver) {
+    widget->setObjectName(object_name(control));
+    QObject::connect(widget, &QCheckBox::clicked, widget,
+                     [&](bool checked) { driver.act([&] { control.set_checked(checked); }); });
+    keep_shown(widget, control, [&control](QCheckBox& shown) {
+        const QSignalBlocker quiet(shown);
+        shown.setChecked(control.checked());
+        show_common(shown, control);
+    });
+}
+
+void bind(QComboBox* widget, ListBox& control, ScopeDriver& driver) {
+    widget->setObjectName(object_name(control));
+    QObject::connect(widget, &QComboBox::activated, widget, [&, widget](int index) {
+        driver.act([&] { control.set_index(index); });
+        // An action that came to nothing leaves the control, and so the widget, as it was.
+        show_list(*widget, control);
+    });
+    keep_shown(widget, control, [&control](QComboBox& shown) { show_list(shown, control); });
+}
+
+void bind(QLineEdit* widget, TextBox& control, ScopeDriver& driver) {
+    widget->setObjectName(object_name(control));
+    if (!widget->isReadOnly()) {
+        new FocusWatch(widget, control, driver);
+        QObject::connect(widget, &QLineEdit::textEdited, widget, [&](const QString& text) {
+            driver.act([&] { control.set_text(text.toStdString()); });
+        });
+        QObject::connect(widget, &QLineEdit::returnPressed, widget,
+                         [&] { driver.act([&] { control.enter(); }); });
+    }
+    keep_shown(widget, control, [&control](QLineEdit& shown) {
+        const QSignalBlocker quiet(shown);
+        if (const QString text = text_of(control.text()); shown.text() != text) {
+            shown.setText(text);
+        }
+        show_common(shown, control);
+    });
+}
+
+void bind(QLabel* widget, Label& control) {
+    widget->setObjectName(object_name(control));
+    keep_shown(widget, control, [&control](QLabel& shown) {
+        shown.setText(text_of(control.caption()));
+        show_common(shown, control);
+    });
+}
+
+void bind(QSlider* widget, Slider& control, ScopeDriver& driver) {
+    widget->setObjectName(object_name(control));
+    widget->setRange(control.minimum(), control.maximum());
+    QObject::connect(widget, &QSlider::valueChanged, widget,
+                     [&](int value) { driver.act([&] { control.set_value(value); }); });
+    keep_shown(widget, control, [&control](QSlider& shown) {
+        const QSignalBlocker quiet(shown);
+        shown.setValue(control.value());
+        show_common(shown, control);
+    });
+}
+
+void bind(QTabBar* widget, TabStrip& control, ScopeDriver& driver) {
+    widget->setObjectName(object_name(control));
+    const auto choose = [&](int index) { driver.act([&] { control.select(index + 1); }); };
+    QObject::connect(widget, &QTabBar::currentChanged, widget, choose);
+    QObject::connect(widget, &QTabBar::tabBarClicked, widget, [widget, choose](int index) {
+        // Any other tab becomes the current one next, which is told on its own.
+        if (index >= 0 && index == widget->currentIndex()) {
+            choose(index);
+        }
+    });
+    keep_shown(widget, control, [&control](QTabBar& shown) { show_tabs(shown, control); });
+}
+
+void bind_appearance(QWidget* widget, Control& control) {
+    widget->setObjectName(object_name(control));
+    keep_shown(widget, control, [&control](QWidget& shown) { show_common(shown, control); });
+}
+
+} // namespace kv408::ui

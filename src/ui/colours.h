@@ -1,0 +1,34 @@
+#pragma once
+
+// The program's colours on widgets.
+
+#include <optional>
+
+#include <QColor>
+#include <QWidget>
+
+#include "state/colour.h"
+
+namespace kv408::ui {
+
+/// `colour` for Qt.
+[[nodiscard]] QColor qcolor(Colour colour);
+
+/// Black or white, whichever reads better on `background`.
+[[nodiscard]] QColor readable_on(const QColor& background);
+
+/// The colour that lies `part` (0..1) of the way from `from` to `to`.
+[[nodiscard]] QColor mixed(const QColor& from, const QColor& to, double part);
+
+/// Contrast of two colours by relative luminance, 1 (none) to 21 (black and white).
+[[nodiscard]] double contrast(const QColor& one, const QColor& other);
+
+/// Gives `widget` text of colour `fore` on `back`; none keeps what it has. A back colour that comes
+/// without a fore colour gets readable text.
+void show_colours(QWidget& widget, std::optional<Colour> fore, std::optional<Colour> back);
+
+/// Gives `widget` the look of a read-out of the screen: `text` on black, fainter while it is
+/// disabled.
+void make_read_out(QWidget& widget, const QColor& text);
+
+} // namespace kv408::ui

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QGridLayout>
+#include <QWidget>
+
+namespace kv408::ui {
+
+/// Makes the grid that the rows of every frame lie on: `rows` rows of one height over `widget`.
+[[nodiscard]] QGridLayout* make_frame_grid(QWidget* widget, int rows);
+
+/// Lets the rows of `widget`'s layout share whatever height there is, each of its widgets in the
+/// middle of its row.
+void spread_rows(QWidget& widget);
+
+} // namespace kv408::ui

@@ -1,0 +1,103 @@
+#include "ui/main_window.h"
+
+#include <chrono>
+
+#include <QCloseEvent>
+#include <QHBoxLayout>
+
+#include "display/picture.h"
+#include "ui/control_panel.h"
+#include "ui/menus.h"
+#include "ui/to_come.h"
+
+namespace kv408::ui {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+constexpr std::chrono::milliseconds tick_interval = 100ms;
+
+/// How long the start-up waits at most for the window to be on the screen.
+constexpr std::chrono::milliseconds longest_wait_for_screen = 500ms;
+
+constexpr int gap = 8;
+
+} // namespace
+
+MainWindow::MainWindow(Scope& scope, QtMessageBoxes& boxes)
+    : scope_(scope), boxes_(boxes), driver_(scope),
+      screen_(new ScreenPanel(scope.picture().surface(), scope.panel())) {
+    setWindowTitle(u"Kv408 - Tarvo  V1.6"_s);
+    disable_what_is_to_come(scope.panel());
+    lay_out();
+    driver_.on_return([this] { entry_returned(); });
+    scope.picture().on_drawn([this](Columns columns) { plot().show_columns(columns); });
+    timer_.setObjectName(u"Timer1"_s);
+    timer_.setInterval(tick_interval);
+    timer_.setTimerType(Qt::PreciseTimer);
+    connect(&timer_, &QTimer::timeout, this, [this] { driver_.tick(); });
+}
+
+MainWindow::~MainWindow() {
+    scope_.picture().on_drawn({});
+}
+
+void MainWindow::lay_out() {
+    fill_menus(*menuBar(), driver_);
+    auto* const centre = new QWidget;
+    auto* const layout = new QHBoxLayout(centre);
+    layout->setContentsMargins(gap, gap, gap, gap);
+    layout->setSpacing(gap);
+    layout->addWidget(screen_, 1);
+    layout->addWidget(make_control_panel(driver_));
+    setCentralWidget(centre);
+}
+
+void MainWindow::showEvent(QShowEvent* event) {
+    QMainWindow::showEvent(event);
+    QTimer::singleShot(longest_wait_for_screen, this, [this] { start_up(); });
+}
+
+void MainWindow::paintEvent(QPaintEvent* event) {
+    QMainWindow::paintEvent(event);
+    if (!started_) {
+        // After this painting: looking for the instrument may take seconds, and the window is to
+        // be seen while it lasts.
+        QTimer::singleShot(0ms, this, [this] { start_up(); });
+    }
+}
+
+void MainWindow::start_up() {
+    if (started_) {
+        return;
+    }
+    started_ = true;
+    timer_.start();
+    driver_.start();
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    if (!driver_.ended()) {
+        driver_.close();
+    }
+    // In the middle of an entry the window waits until that has unwound.
+    event->setAccepted(!driver_.busy());
+}
+
+void MainWindow::entry_returned() {
+    disable_what_is_to_come(scope_.panel());
+    if (!driver_.ended()) {
+        return;
+    }
+    timer_.stop();
+    boxes_.dismiss();
+    if (!driver_.busy()) {
+        close();
+        if (closed_) {
+            closed_();
+        }
+    }
+}
+
+} // namespace kv408::ui

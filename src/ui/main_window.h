@@ -1,0 +1,50 @@
+#pragma once
+
+#include <functional>
+
+#include <QMainWindow>
+#include <QTimer>
+
+#include "scope/scope.h"
+#include "ui/qt_message_boxes.h"
+#include "ui/scope_driver.h"
+#include "ui/screen_panel.h"
+
+namespace kv408::ui {
+
+/// The main window: it shows the controls and hands what the user does on to the program. Once it
+/// has appeared the program starts up, and from then on the timer ticks.
+class MainWindow : public QMainWindow {
+public:
+    /// A window on `scope`, whose message boxes are `boxes`; both outlive it.
+    MainWindow(Scope& scope, QtMessageBoxes& boxes);
+    ~MainWindow() override;
+    MainWindow(const MainWindow&) = delete;
+    MainWindow& operator=(const MainWindow&) = delete;
+
+    /// The plot.
+    [[nodiscard]] PlotWidget& plot() { return screen_->plot(); }
+
+    /// Sets what follows when the program has ended and the window has closed.
+    void on_closed(std::function<void()> listener) { closed_ = std::move(listener); }
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void lay_out();
+    void start_up();
+    void entry_returned();
+
+    Scope& scope_;
+    QtMessageBoxes& boxes_;
+    ScopeDriver driver_;
+    ScreenPanel* screen_;
+    QTimer timer_{this};
+    bool started_ = false;
+    std::function<void()> closed_;
+};
+
+} // namespace kv408::ui

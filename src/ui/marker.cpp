@@ -1,0 +1,97 @@
+#include "ui/marker.h"
+
+#include <QPainter>
+#include <QPointer>
+
+#include "state/plot_geometry.h"
+#include "ui/bind.h"
+#include "ui/plot_widget.h"
+
+namespace kv408::ui {
+namespace {
+
+constexpr int marker_height = 2 * plot::marker_middle + 1; ///< with a row in its middle
+constexpr int tip = 5;                                     ///< length of the pointed end
+
+} // namespace
+
+Marker::Marker(PlotWidget* plot, Direction direction)
+    : QLabel(plot), plot_(*plot), direction_(direction) {
+    fit();
+}
+
+void Marker::put(int left, int top) {
+    left_ = left;
+    top_ = top;
+    fit();
+}
+
+void Marker::fit() {
+    const double shift = direction_ == Direction::down ? plot::marker_width / 2.0 - 0.5 : 0.0;
+    const QPointF from = plot_.place_of(left_ - shift, top_);
+    const QPointF to = plot_.place_of(left_ - shift + plot::marker_width, top_ + marker_height);
+    setGeometry(QRectF(from, to).toAlignedRect());
+    QFont scaled = plot_.font();
+    scaled.setBold(true);
+    scaled.setPixelSize(std::max(1, static_cast<int>(plot_.place_of(0, 11).y())));
+    setFont(scaled);
+}
+
+QPolygonF Marker::outline() const {
+    const QRectF box = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
+    const double sharp = plot_.place_of(tip, 0).x();
+    switch (direction_) {
+    case Direction::right:
+        return {{box.topLeft(),
+                 {box.right() - sharp, box.top()},
+                 {box.right(), box.center().y()},
+                 {box.right() - sharp, box.bottom()},
+                 box.bottomLeft()}};
+    case Direction::left:
+        return {{box.topRight(),
+                 {box.left() + sharp, box.top()},
+                 {box.left(), box.center().y()},
+                 {box.left() + sharp, box.bottom()},
+                 box.bottomRight()}};
+    case Direction::down:
+        break;
+    }
+    return {{box.topLeft(),
+             box.topRight(),
+             {box.right(), box.bottom() - sharp},
+             {box.center().x(), box.bottom()},
+             {box.left(), box.bottom() - sharp}}};
+}
+
+void Marker::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(palette().color(QPalette::WindowText));
+    painter.setBrush(palette().color(QPalette::Window));
+    painter.drawPolygon(outline());
+    const double sharp = plot_.place_of(tip - 2, 0).x();
+    QRectF inner(rect());
+    inner.adjust(direction_ == Direction::left ? sharp : 0.0, 0.0,
+                 direction_ == Direction::right ? -sharp : 0.0,
+                 direction_ == Direction::down ? -sharp : 0.0);
+    painter.drawText(inner, Qt::AlignCenter, text());
+}
+
+void bind(Marker* marker, Label& control) {
+    marker->setObjectName(object_name(control));
+    const auto show = [guard = QPointer<Marker>(marker), &control] {
+        if (!guard) {
+            return;
+        }
+        guard->setText(QString::fromStdString(control.caption()));
+        guard->put(control.left(), control.top());
+        show_common(*guard, control);
+        // The colours are painted by the marker itself, in its own shape.
+        guard->setAutoFillBackground(false);
+        guard->setVisible(control.visible() && guard->placed());
+    };
+    control.on_shown(show);
+    show();
+}
+
+} // namespace kv408::ui

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QLabel>
+
+#include "panel/controls.h"
+
+namespace kv408::ui {
+
+class PlotWidget;
+
+/// A marker beside the plot: a small flag that bears a text and points at the picture.
+class Marker : public QLabel {
+public:
+    /// Where the flag points.
+    enum class Direction { right, left, down };
+
+    /// A marker on `plot` that points in `direction`.
+    Marker(PlotWidget* plot, Direction direction);
+
+    /// Puts its upper left corner to (`left`, `top`) of the plot box. A marker that points down
+    /// has its tip over column `left`.
+    void put(int left, int top);
+
+    /// Takes the size and place that the plot's scale gives it.
+    void fit();
+
+    /// False until the marker has first been put somewhere else than into the box's corner, where
+    /// no marker ever belongs.
+    [[nodiscard]] bool placed() const { return left_ != 0 || top_ != 0; }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    [[nodiscard]] QPolygonF outline() const;
+
+    PlotWidget& plot_;
+    Direction direction_;
+    int left_ = 0;
+    int top_ = 0;
+};
+
+/// Shows text, colours and place of `control` on `marker`.
+void bind(Marker* marker, Label& control);
+
+} // namespace kv408::ui

@@ -1,0 +1,68 @@
+#include "ui/menus.h"
+
+#include <QAction>
+#include <QMenu>
+
+#include "ui/bind.h"
+
+namespace kv408::ui {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// What the user sees of an entry.
+struct Entry {
+    QString caption;
+    QString tip;
+    QKeySequence keys = {};
+};
+
+QAction* add(QMenu& menu, Button& control, ScopeDriver& driver, const Entry& entry) {
+    auto* const action = new QAction(entry.caption, &menu);
+    action->setToolTip(entry.tip);
+    action->setShortcut(entry.keys);
+    bind(action, control, driver);
+    menu.addAction(action);
+    return action;
+}
+
+QMenu& add_menu(QMenuBar& bar, const QString& title) {
+    QMenu* const menu = bar.addMenu(title);
+    menu->setToolTipsVisible(true);
+    return *menu;
+}
+
+} // namespace
+
+void fill_menus(QMenuBar& bar, ScopeDriver& driver) {
+    FrontPanel& panel = driver.panel();
+    QMenu& load = add_menu(bar, u"&Load Setup"_s);
+    add(load, panel.loadconfig, driver,
+        {u"&Load Setup..."_s, u"Reads the panel's settings from a file"_s, QKeySequence::Open});
+    load.addSeparator();
+    add(load, panel.menuexit, driver,
+        {u"E&xit"_s, u"Closes the instrument and the program"_s, QKeySequence(u"Ctrl+Q"_s)});
+
+    QMenu& save = add_menu(bar, u"&Save Setup"_s);
+    add(save, panel.saveconfig, driver,
+        {u"&Save Setup..."_s, u"Writes the panel's settings to a file"_s, QKeySequence::Save});
+
+    QMenu& calibration = add_menu(bar, u"&Calibration"_s);
+    add(calibration, panel.mnucalibration, driver,
+        {u"&Calibration..."_s, u"Calibrates gain, offset and time base"_s});
+    add(calibration, panel.cmdcaloofset, driver,
+        {u"Software Calibrate &Offset"_s, u"Takes the present mean of both inputs as 0 V"_s})
+        ->setCheckable(true);
+
+    QMenu& options = add_menu(bar, u"&Options"_s);
+    add(options, panel.mnusettings, driver,
+        {u"&Settings..."_s, u"Snapshot, display and colours"_s, QKeySequence::Preferences});
+
+    QMenu& help = add_menu(bar, u"&Help"_s);
+    add(help, panel.menuhelp, driver, {u"&Help"_s, u"How to use the program"_s});
+    add(help, panel.menuabout, driver, {u"&About"_s, u"About the program"_s});
+    help.addSeparator();
+    add(help, panel.exportdata, driver, {u"&Export Data..."_s, u"Exports the sampled data"_s});
+}
+
+} // namespace kv408::ui

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "host/clock.h"
+#include "link/bridge.h"
+#include "scope/scope.h"
+#include "ui/main_window.h"
+#include "ui/qt_message_boxes.h"
+#include "ui/qt_window_messages.h"
+
+namespace kv408::ui {
+
+/// The whole program with its window.
+class Program {
+public:
+    /// The program that reaches its instrument through `bridge`. It ends the application when it
+    /// ends itself.
+    Program(Clock& clock, Bridge& bridge);
+
+    /// The main window; showing it starts the program.
+    [[nodiscard]] MainWindow& window() { return window_; }
+
+    /// The program without its window.
+    [[nodiscard]] Scope& scope() { return scope_; }
+
+private:
+    QtMessageBoxes boxes_;
+    QtWindowMessages messages_;
+    Scope scope_;
+    MainWindow window_;
+};
+
+} // namespace kv408::ui

@@ -1,0 +1,21 @@
+// The program for the instrument.
+
+#include <QApplication>
+
+#include "host/system_clock.h"
+#include "link/library_bridge.h"
+#include "ui/look.h"
+#include "ui/program.h"
+#include "ui/termination_signals.h"
+
+int main(int argc, char** argv) {
+    kv408::ui::TerminationSignals signals;
+    QApplication application(argc, argv);
+    kv408::ui::apply_look(application, kv408::ui::desktop_look(application));
+    kv408::SystemClock clock;
+    kv408::LibraryBridge bridge;
+    kv408::ui::Program program(clock, bridge);
+    signals.on_signal([&program] { program.window().close(); });
+    program.window().show();
+    return QApplication::exec();
+}

@@ -1,0 +1,71 @@
+// The program on a simulated instrument, with a window for the bench that the instrument stands on.
+
+#include <filesystem>
+
+#include <QApplication>
+#include <QDir>
+#include <QMenuBar>
+#include <QStandardPaths>
+
+#include "host/system_clock.h"
+#include "simulator/simulation.h"
+#include "ui/bench_window.h"
+#include "ui/look.h"
+#include "ui/program.h"
+#include "ui/termination_signals.h"
+
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// The file of the simulated flash memory, in the folder of the program's settings.
+std::filesystem::path flash_file() {
+    const QString application_data = qEnvironmentVariable("APPDATA");
+    const QString folder =
+        (application_data.isEmpty()
+             ? QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
+             : application_data) +
+        u"/kv408"_s;
+    // Where the folder cannot be made the memory lasts as long as the program.
+    return QDir().mkpath(folder) ? (folder + u"/simulated-flash.bin"_s).toStdU16String()
+                                 : std::u16string();
+}
+
+/// Makes `bench` reachable from the menus of `window`, and opens it as soon as `window` has its
+/// place, unless it would cover it.
+void offer(kv408::ui::BenchWindow& bench, QMainWindow& window) {
+    QAction* const entry = window.menuBar()->addAction(u"Simulated &Bench"_s);
+    QObject::connect(entry, &QAction::triggered, &bench, [&bench, &window] {
+        if (!bench.isVisible()) {
+            bench.place_beside(window);
+        }
+        bench.show();
+        bench.raise();
+        bench.activateWindow();
+    });
+    QMetaObject::invokeMethod(
+        &bench,
+        [&bench, &window] {
+            if (bench.place_beside(window)) {
+                bench.setAttribute(Qt::WA_ShowWithoutActivating);
+                bench.show();
+            }
+        },
+        Qt::QueuedConnection);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    kv408::ui::TerminationSignals signals;
+    QApplication application(argc, argv);
+    kv408::ui::apply_look(application, kv408::ui::desktop_look(application));
+    kv408::SystemClock clock;
+    kv408::simulator::Simulation simulation(clock, flash_file());
+    kv408::ui::Program program(clock, simulation.bridge());
+    signals.on_signal([&program] { program.window().close(); });
+    kv408::ui::BenchWindow bench(simulation.bench());
+    offer(bench, program.window());
+    program.window().show();
+    return QApplication::exec();
+}

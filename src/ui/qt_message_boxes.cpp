@@ -1,0 +1,98 @@
+#include "ui/qt_message_boxes.h"
+
+#include <QPushButton>
+
+namespace kv408::ui {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+QMessageBox::Icon icon_of(MessageIcon icon) {
+    switch (icon) {
+    case MessageIcon::none:
+        break;
+    case MessageIcon::information:
+        return QMessageBox::Information;
+    case MessageIcon::question:
+        return QMessageBox::Question;
+    case MessageIcon::exclamation:
+        return QMessageBox::Warning;
+    case MessageIcon::critical:
+        return QMessageBox::Critical;
+    }
+    return QMessageBox::NoIcon;
+}
+
+QMessageBox::StandardButtons buttons_of(MessageButtons buttons) {
+    switch (buttons) {
+    case MessageButtons::ok:
+        break;
+    case MessageButtons::ok_cancel:
+        return QMessageBox::Ok | QMessageBox::Cancel;
+    case MessageButtons::retry_cancel:
+        return QMessageBox::Retry | QMessageBox::Cancel;
+    case MessageButtons::yes_no:
+        return QMessageBox::Yes | QMessageBox::No;
+    }
+    return QMessageBox::Ok;
+}
+
+/// The button that Enter presses.
+QMessageBox::StandardButton default_button(MessageButtons buttons) {
+    switch (buttons) {
+    case MessageButtons::retry_cancel:
+        return QMessageBox::Retry;
+    case MessageButtons::yes_no:
+        return QMessageBox::Yes;
+    case MessageButtons::ok:
+    case MessageButtons::ok_cancel:
+        break;
+    }
+    return QMessageBox::Ok;
+}
+
+MessageAnswer answer_of(int result, MessageButtons buttons) {
+    switch (result) {
+    case QMessageBox::Ok:
+        return MessageAnswer::ok;
+    case QMessageBox::Retry:
+        return MessageAnswer::retry;
+    case QMessageBox::Yes:
+        return MessageAnswer::yes;
+    case QMessageBox::No:
+        return MessageAnswer::no;
+    default:
+        break;
+    }
+    if (buttons == MessageButtons::yes_no) {
+        return MessageAnswer::no;
+    }
+    return buttons == MessageButtons::ok ? MessageAnswer::ok : MessageAnswer::cancel;
+}
+
+} // namespace
+
+MessageAnswer QtMessageBoxes::show(const Message& message) {
+    QMessageBox box(window_);
+    box.setObjectName(u"messageBox"_s);
+    box.setWindowTitle(message.title.empty() ? u"Kv408"_s : QString::fromStdString(message.title));
+    // The texts hold angle brackets that are no tags.
+    box.setTextFormat(Qt::PlainText);
+    box.setText(QString::fromStdString(message.text));
+    box.setInformativeText(QString::fromStdString(message.informative));
+    box.setIcon(icon_of(message.icon));
+    box.setStandardButtons(buttons_of(message.buttons));
+    box.setDefaultButton(default_button(message.buttons));
+    open_.push_back(&box);
+    const int result = box.exec();
+    open_.pop_back();
+    return answer_of(result, message.buttons);
+}
+
+void QtMessageBoxes::dismiss() {
+    for (QMessageBox* box : open_) {
+        box->done(QMessageBox::NoButton);
+    }
+}
+
+} // namespace kv408::ui

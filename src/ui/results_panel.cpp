@@ -1,0 +1,98 @@
+#include "ui/results_panel.h"
+
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QPainter>
+
+#include "ui/bind.h"
+#include "ui/colours.h"
+#include "ui/look.h"
+#include "ui/widget_maker.h"
+
+namespace kv408::ui {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr int row_height = 20;
+constexpr int rows = 3;
+
+/// The panel with a rule above each of its rows.
+class ResultsPanel : public QWidget {
+public:
+    using QWidget::QWidget;
+
+    [[nodiscard]] QSize sizeHint() const override { return {0, rows * row_height}; }
+
+protected:
+    void paintEvent(QPaintEvent* /*event*/) override {
+        QPainter painter(this);
+        const QMargins margins = layout()->contentsMargins();
+        for (int row = 0; row < rows; ++row) {
+            painter.fillRect(margins.left(), row * row_height,
+                             width() - margins.left() - margins.right(), 1,
+                             QColor(screen_colour::rule));
+        }
+    }
+};
+
+QLabel* make_result(QWidget* parent, Label& control, const QColor& colour, const Words& words) {
+    auto* const label = new QLabel(parent);
+    make_read_out(*label, colour);
+    describe(*label, words);
+    bind(label, control);
+    return label;
+}
+
+/// One half of the panel, as wide as the other whatever it holds.
+QGridLayout* make_half(QWidget* panel) {
+    auto* const half = new QWidget(panel);
+    half->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    auto* const grid = new QGridLayout(half);
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->setSpacing(0);
+    for (int row = 0; row < rows; ++row) {
+        grid->setRowMinimumHeight(row, row_height);
+    }
+    panel->layout()->addWidget(half);
+    return grid;
+}
+
+} // namespace
+
+QWidget* make_results_panel(FrontPanel& panel, QWidget* parent) {
+    auto* const results = new ResultsPanel(parent);
+    describe(*results, {u"Measurement results"_s, u"Results of the measurements of CH1 and CH2"_s});
+    auto* const halves = new QHBoxLayout(results);
+    halves->setContentsMargins(0, 0, 0, 0);
+    halves->setSpacing(0);
+    QGridLayout* const left = make_half(results);
+    left->setColumnMinimumWidth(0, 14);
+    left->setColumnMinimumWidth(1, 90);
+    left->setColumnStretch(2, 1);
+    QGridLayout* const right = make_half(results);
+    right->setColumnStretch(0, 1);
+    const ColourTable colours;
+    const QColor text(screen_colour::text);
+    for (int row = 0; row < rows; ++row) {
+        MeasurementControls& slot = panel.measurement[static_cast<std::size_t>(row)];
+        const QString measurement = u"Measurement "_s + QString::number(row + 1);
+        left->addWidget(make_result(left->parentWidget(), slot.mark, text,
+                                    {measurement + u" marked"_s,
+                                     u"* where the measurement is marked on the trace"_s}),
+                        row, 0);
+        left->addWidget(make_result(left->parentWidget(), slot.label, text,
+                                    {measurement, u"What is measured"_s}),
+                        row, 1);
+        left->addWidget(make_result(left->parentWidget(), slot.ch1, qcolor(colours.ch1),
+                                    {measurement + u" of CH1"_s, u"Result of CH1"_s}),
+                        row, 2);
+        right->addWidget(make_result(right->parentWidget(), slot.ch2, qcolor(colours.ch2),
+                                     {measurement + u" of CH2"_s, u"Result of CH2"_s}),
+                         row, 0);
+    }
+    bind_appearance(results, panel.picmeasure);
+    return results;
+}
+
+} // namespace kv408::ui

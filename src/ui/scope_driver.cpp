@@ -1,0 +1,30 @@
+#include "ui/scope_driver.h"
+
+namespace kv408::ui {
+
+void ScopeDriver::start() {
+    enter([this] { scope_.start(); });
+}
+
+void ScopeDriver::tick() {
+    enter([this] { scope_.tick(); });
+}
+
+void ScopeDriver::act(const std::function<void()>& action) {
+    enter([this, &action] { scope_.act(action); });
+}
+
+void ScopeDriver::close() {
+    enter([this] { scope_.close(); });
+}
+
+void ScopeDriver::enter(const std::function<void()>& entry) {
+    ++depth_;
+    entry();
+    --depth_;
+    if (listener_) {
+        listener_();
+    }
+}
+
+} // namespace kv408::ui

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <functional>
+
+#include "panel/front_panel.h"
+#include "scope/scope.h"
+
+namespace kv408::ui {
+
+/// The one way from the window into the program. Entries may nest, because the program lets window
+/// messages run while a message box is open or a pass is under way; the window hears of the return
+/// of each of them.
+class ScopeDriver {
+public:
+    /// Drives `scope`, which outlives the driver.
+    explicit ScopeDriver(Scope& scope) : scope_(scope) {}
+
+    /// Start-up of the program.
+    void start();
+
+    /// One tick of the timer.
+    void tick();
+
+    /// One user action on the controls.
+    void act(const std::function<void()>& action);
+
+    /// Shut-down of the program.
+    void close();
+
+    /// True while an entry has not returned.
+    [[nodiscard]] bool busy() const { return depth_ > 0; }
+
+    /// True once the program has ended.
+    [[nodiscard]] bool ended() const { return scope_.ended(); }
+
+    /// The program's controls.
+    [[nodiscard]] FrontPanel& panel() { return scope_.panel(); }
+
+    /// Sets what follows each entry, once it no longer counts as busy.
+    void on_return(std::function<void()> listener) { listener_ = std::move(listener); }
+
+private:
+    void enter(const std::function<void()>& entry);
+
+    Scope& scope_;
+    int depth_ = 0;
+    std::function<void()> listener_;
+};
+
+} // namespace kv408::ui

@@ -1,0 +1,214 @@
+#include "ui/screen_panel.h"
+
+#include <QHBoxLayout>
+#include <QPainter>
+#include <QVBoxLayout>
+
+#include "state/plot_geometry.h"
+#include "ui/bind.h"
+#include "ui/colours.h"
+#include "ui/look.h"
+#include "ui/marker.h"
+#include "ui/results_panel.h"
+#include "ui/widget_maker.h"
+
+namespace kv408::ui {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr int row_height = 24;
+constexpr int padding = 4;
+constexpr double corner = 5.0;
+
+QColor channel_colour(std::size_t index) {
+    return qcolor(ColourTable{}.channel(static_cast<int>(index)));
+}
+
+/// A row as wide as the plot, with its contents over the picture's columns.
+QWidget* make_row(QWidget* parent) {
+    auto* const row = new QWidget(parent);
+    row->setFixedHeight(row_height);
+    auto* const layout = new QHBoxLayout(row);
+    layout->setContentsMargins(plot::left, 0, plot::left, 0);
+    layout->setSpacing(16);
+    return row;
+}
+
+/// A label of the screen in `colour` that keeps its place while it is hidden.
+QLabel* make_label(QWidget* parent, Label& control, const Words& words, const QColor& colour) {
+    auto* const label = new QLabel(parent);
+    make_read_out(*label, colour);
+    QSizePolicy policy = label->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    label->setSizePolicy(policy);
+    describe(*label, words);
+    bind(label, control);
+    return label;
+}
+
+QLabel* make_heading(QWidget* parent, const QString& text, const QColor& colour) {
+    auto* const caption = new QLabel(text, parent);
+    make_read_out(*caption, colour);
+    QFont bold = caption->font();
+    bold.setBold(true);
+    caption->setFont(bold);
+    return caption;
+}
+
+} // namespace
+
+ScreenPanel::ScreenPanel(const Surface& surface, FrontPanel& panel, QWidget* parent)
+    : QWidget(parent), plot_(new PlotWidget(surface, this)), header_(make_header(panel)),
+      footer_(make_footer(panel)), results_(make_results_panel(panel, this)) {
+    describe(*plot_, {u"Plot"_s, u"The traces of both channels, 10 by 8 divisions"_s});
+    bind_appearance(plot_, panel.picture1);
+    make_markers(panel);
+    make_cursor_read_outs(panel);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+}
+
+QWidget* ScreenPanel::make_header(FrontPanel& panel) {
+    QWidget* const row = make_row(this);
+    auto* const layout = static_cast<QHBoxLayout*>(row->layout());
+    const QColor text(screen_colour::text);
+    QLabel* const time =
+        make_label(row, panel.tdivtext, {u"Time per division"_s, u"Time per division"_s}, text);
+    QFont bold = time->font();
+    bold.setBold(true);
+    time->setFont(bold);
+    layout->addWidget(time);
+    for (std::size_t index = 0; index < panel.channel.size(); ++index) {
+        const QString number = QString::number(index + 1);
+        layout->addWidget(make_label(
+            row, panel.channel[index].hor_delay,
+            {u"Delay of CH"_s + number, u"Horizontal delay of CH"_s + number + u", picoseconds"_s},
+            channel_colour(index)));
+    }
+    layout->addStretch();
+    layout->addWidget(
+        make_label(row, panel.avglabel,
+                   {u"Averaging"_s, u"Shown while the instrument averages its samples"_s}, text));
+    layout->addWidget(
+        make_label(row, panel.lbldate, {u"Time and date"_s, u"Time and date"_s}, text));
+    return row;
+}
+
+QWidget* ScreenPanel::make_footer(FrontPanel& panel) {
+    QWidget* const row = make_row(this);
+    auto* const layout = static_cast<QHBoxLayout*>(row->layout());
+    layout->setSpacing(0);
+    for (std::size_t index = 0; index < panel.channel.size(); ++index) {
+        const QString channel = u"CH"_s + QString::number(index + 1);
+        auto* const half = new QWidget(row);
+        half->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+        auto* const half_layout = new QHBoxLayout(half);
+        half_layout->setContentsMargins(0, 0, 0, 0);
+        half_layout->setSpacing(12);
+        half_layout->addWidget(make_heading(half, channel, channel_colour(index)));
+        half_layout->addWidget(
+            make_label(half, panel.channel[index].vdivtext,
+                       {u"Volts per division of "_s + channel,
+                        u"Volts per division of "_s + channel +
+                            u"; (VT): by way of the trigger input; (inv): upside down"_s},
+                       channel_colour(index)),
+            1);
+        layout->addWidget(half);
+    }
+    return row;
+}
+
+void ScreenPanel::make_markers(FrontPanel& panel) {
+    const auto make = [this](Label& control, Marker::Direction direction, const QColor& colour,
+                             const Words& words) {
+        auto* const marker = new Marker(plot_, direction);
+        make_read_out(*marker, colour);
+        describe(*marker, words);
+        bind(marker, control);
+    };
+    // CH1 comes to lie on top, as its trace does.
+    for (const std::size_t index : {1U, 0U}) {
+        const QString channel = u"CH"_s + QString::number(index + 1);
+        make(panel.channel[index].text, Marker::Direction::right, channel_colour(index),
+             {u"Zero line of "_s + channel, u"Where 0 V of "_s + channel + u" lies"_s});
+    }
+    const QColor text(screen_colour::text);
+    make(panel.trigertext, Marker::Direction::left, text,
+         {u"Trigger level"_s, u"Where the trigger level lies"_s});
+    make(panel.ltp2, Marker::Direction::down, text,
+         {u"Trigger time"_s, u"Where the moment of the trigger lies"_s});
+}
+
+void ScreenPanel::make_cursor_read_outs(FrontPanel& panel) {
+    auto* const column = new QWidget(plot_);
+    column->setAttribute(Qt::WA_TransparentForMouseEvents);
+    auto* const layout = new QVBoxLayout(column);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(2);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
+    const auto make = [&](Label& control, const Words& words) {
+        auto* const label = new QLabel(column);
+        make_read_out(*label, QColor(screen_colour::text));
+        describe(*label, words);
+        layout->addWidget(label);
+        bind(label, control);
+    };
+    make(panel.centerfr,
+         {u"Cursor difference"_s, u"Distance of the two cursors, volts or seconds"_s});
+    make(panel.lblc1, {u"Cursor 1"_s, u"Place of cursor 1, volts or seconds"_s});
+    make(panel.lblc2, {u"Cursor 2"_s, u"Place of cursor 2, volts or seconds"_s});
+    column->move(plot_->place_of(plot::left + 12, plot::top + 12).toPoint());
+}
+
+QSize ScreenPanel::minimumSizeHint() const {
+    const QSize plot_size = PlotWidget::size_at(1, 1.0);
+    return {plot_size.width() + 2 * padding,
+            plot_size.height() + 2 * row_height + results_->sizeHint().height() + 3 * padding};
+}
+
+void ScreenPanel::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    fit();
+}
+
+void ScreenPanel::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    fit();
+}
+
+void ScreenPanel::fit() {
+    ratio_ = devicePixelRatioF();
+    const int results_height = results_->sizeHint().height();
+    const int others = 2 * row_height + results_height;
+    plot_->set_scale(PlotWidget::scale_for(
+        QSizeF(width() - 2 * padding, height() - others - 3 * padding), ratio_));
+    const int left = (width() - plot_->width()) / 2;
+    int top = (height() - plot_->height() - others - padding) / 2;
+    const auto place = [&](QWidget* widget, int widget_height) {
+        widget->setGeometry(left, top, plot_->width(), widget_height);
+        top += widget_height;
+    };
+    place(header_, row_height);
+    place(plot_, plot_->height());
+    place(footer_, row_height);
+    place(results_, results_height);
+    const int margin = static_cast<int>(plot_->place_of(plot::left, 0).x());
+    for (const QWidget* row : {header_, footer_, results_}) {
+        row->layout()->setContentsMargins(margin, 0, margin, 0);
+    }
+}
+
+void ScreenPanel::paintEvent(QPaintEvent* /*event*/) {
+    if (ratio_ != devicePixelRatioF()) {
+        // The window has come to a screen of another density.
+        QMetaObject::invokeMethod(
+            this, [this] { fit(); }, Qt::QueuedConnection);
+    }
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(palette().color(QPalette::Mid));
+    painter.setBrush(QColor(screen_colour::surround));
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), corner, corner);
+}
+
+} // namespace kv408::ui

@@ -1,0 +1,115 @@
+#include <QHBoxLayout>
+#include <QIntValidator>
+
+#include "ui/bind.h"
+#include "ui/colours.h"
+#include "ui/frame_grid.h"
+#include "ui/frames.h"
+#include "ui/panel_frame.h"
+#include "ui/widget_maker.h"
+
+namespace kv408::ui {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr int longest_delay_ps = 65535;
+
+/// Adds `widget` to row `row` with its caption on the left and its unit, if any, on the right.
+void add_row(QGridLayout& grid, int row, const QString& caption, QWidget* widget,
+             const QString& unit = {}) {
+    grid.addWidget(make_caption(caption, widget), row, 0);
+    grid.addWidget(widget, row, 1);
+    if (!unit.isEmpty()) {
+        grid.addWidget(make_caption(unit, widget), row, 2);
+    }
+}
+
+/// A push button no wider than its text needs.
+class CompactButton : public QPushButton {
+public:
+    using QPushButton::QPushButton;
+
+    [[nodiscard]] QSize sizeHint() const override {
+        constexpr int padding = 8;
+        return {fontMetrics().size(Qt::TextShowMnemonic, text()).width() + padding,
+                QPushButton::sizeHint().height()};
+    }
+    [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+};
+
+void add_channel_delay(QGridLayout& grid, WidgetMaker& make, int row, ChannelControls& channel,
+                       const QString& name) {
+    QLineEdit* const delay =
+        make.text_box(channel.psofset, {u"Delay of "_s + name,
+                                        u"Horizontal delay of "_s + name + u", picoseconds"_s});
+    delay->setAlignment(Qt::AlignRight);
+    delay->setValidator(new QIntValidator(0, longest_delay_ps, delay));
+    add_row(grid, row, u"Delay "_s + name, delay, u"ps"_s);
+    QCheckBox* const by_wheel = make.check(
+        channel.slenps, {},
+        {u"Wheel moves delay of "_s + name, u"The adjust wheel moves the delay of "_s + name});
+    grid.addWidget(by_wheel, row, 3, Qt::AlignCenter);
+    if (grid.itemAtPosition(row - 1, 3) == nullptr) {
+        grid.addWidget(make_caption(u"Wheel"_s, by_wheel), row - 1, 3);
+    }
+}
+
+} // namespace
+
+QWidget* make_trigger_frame(ScopeDriver& driver) {
+    auto* const frame = new PanelFrame(u"TRIGGER"_s);
+    WidgetMaker make(frame, driver);
+    FrontPanel& panel = driver.panel();
+    QGridLayout* const grid = make_frame_grid(frame, 5);
+    add_row(*grid, 0, u"Source"_s,
+            make.list(panel.trigsource, {u"Trigger source"_s, u"Input that starts each sweep"_s}));
+    add_row(*grid, 1, u"Edge"_s,
+            make.list(panel.trigeredge, {u"Trigger edge"_s, u"Edge that starts each sweep"_s}));
+    add_row(*grid, 2, u"H&ysteresis"_s,
+            make.slider(panel.shyst, {u"Trigger hysteresis"_s,
+                                      u"Hysteresis of the trigger level, codes 0 to 255"_s}));
+    auto* const level = new QWidget(frame);
+    auto* const level_row = new QHBoxLayout(level);
+    level_row->setContentsMargins(0, 0, 0, 0);
+    level_row->setSpacing(frame_measure::row_spacing);
+    QLabel* const read_out =
+        make.label(panel.trlevelmv, {u"Trigger level"_s, u"Trigger level, millivolts"_s});
+    level_row->addWidget(read_out, 1);
+    auto* const zero = new CompactButton(u"set to &zero"_s, level);
+    describe(*zero, {u"Trigger level to zero"_s, u"Sets the trigger level to 0 mV"_s});
+    bind(zero, panel.trzero, driver);
+    level_row->addWidget(zero);
+    grid->addWidget(make_caption(u"Trigger Pos.(mV)"_s, read_out), 3, 0);
+    grid->addWidget(level, 3, 1);
+    QLineEdit* const time_out = make.text_box(
+        panel.trtout, {u"Trigger time-out"_s,
+                       u"How long a sample waits for its trigger, microseconds, 10 to 65535"_s});
+    time_out->setAlignment(Qt::AlignRight);
+    add_row(*grid, 4, u"Time-o&ut"_s, time_out);
+    grid->setColumnStretch(1, 1);
+    return frame;
+}
+
+QWidget* make_horizontal_frame(ScopeDriver& driver) {
+    auto* const frame = new PanelFrame(u"HORIZONTAL"_s);
+    WidgetMaker make(frame, driver);
+    FrontPanel& panel = driver.panel();
+    QGridLayout* const grid = make_frame_grid(frame, 5);
+    QComboBox* const time =
+        make.list(panel.seltimediv, {u"Time per division"_s, u"Time per division of the screen"_s});
+    make_read_out(*time, qcolor(ColourTable{}.normal_text));
+    grid->addWidget(make_caption(u"T&ime/div"_s, time), 0, 0);
+    grid->addWidget(time, 0, 1, 1, 3);
+    add_channel_delay(*grid, make, 2, panel.channel[0], u"CH1"_s);
+    add_channel_delay(*grid, make, 3, panel.channel[1], u"CH2"_s);
+    QLineEdit* const additional = make.text_box(
+        panel.delaytrttdis,
+        {u"Additional delay"_s, u"Delay between the trigger and the screen, picoseconds"_s});
+    additional->setAlignment(Qt::AlignRight);
+    add_row(*grid, 4, u"Additional Delay"_s, additional, u"ps"_s);
+    grid->setColumnStretch(1, 1);
+    return frame;
+}
+
+} // namespace kv408::ui

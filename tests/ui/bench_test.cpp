@@ -1,0 +1,198 @@
+// The window of the simulated bench.
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QTest>
+
+#include "ui/bench_window.h"
+#include "ui/engineering_spin_box.h"
+
+namespace kv408::ui {
+namespace {
+
+using namespace Qt::StringLiterals;
+using simulator::Bench;
+
+class BenchTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void values_read_like_an_engineer_writes_them_data();
+    void values_read_like_an_engineer_writes_them();
+    void typed_texts_are_understood_data();
+    void typed_texts_are_understood();
+    void steps_stay_in_the_decade_data();
+    void steps_stay_in_the_decade();
+    void signals_are_edited();
+    void cables_are_plugged();
+    void faults_are_switched();
+    void an_acknowledge_is_lost_or_wrong();
+    void stands_beside_the_main_window_or_not_at_all();
+};
+
+void BenchTest::values_read_like_an_engineer_writes_them_data() {
+    QTest::addColumn<QString>("unit");
+    QTest::addColumn<double>("base");
+    QTest::addColumn<double>("value");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("MHz") << u"Hz"_s << 1.0 << 10e6 << u"10 MHz"_s;
+    QTest::newRow("GHz") << u"Hz"_s << 1.0 << 1.25e9 << u"1.25 GHz"_s;
+    QTest::newRow("kHz") << u"Hz"_s << 1.0 << 999e3 << u"999 kHz"_s;
+    QTest::newRow("ps") << u"s"_s << 1e-12 << 800.0 << u"800 ps"_s;
+    QTest::newRow("ns") << u"s"_s << 1e-12 << 1000.0 << u"1 ns"_s;
+    QTest::newRow("zero") << u"s"_s << 1e-12 << 0.0 << u"0 s"_s;
+    QTest::newRow("mV") << u"V"_s << 1e-3 << -250.0 << u"-250 mV"_s;
+    QTest::newRow("uV") << u"V"_s << 1e-3 << 0.5 << u"500 uV"_s;
+    QTest::newRow("V") << u"V"_s << 1e-3 << 1000.0 << u"1 V"_s;
+}
+
+void BenchTest::values_read_like_an_engineer_writes_them() {
+    QFETCH(QString, unit);
+    QFETCH(double, base);
+    QFETCH(double, value);
+    QFETCH(QString, text);
+    const EngineeringSpinBox box(unit, base);
+    QCOMPARE(box.textFromValue(value), text);
+    QVERIFY(std::abs(box.valueFromText(text) - value) <= std::abs(value) * 1e-12);
+}
+
+void BenchTest::typed_texts_are_understood_data() {
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<double>("value");
+    QTest::newRow("prefix and unit") << u"3 MHz"_s << 3e6;
+    QTest::newRow("no blank") << u"3MHz"_s << 3e6;
+    QTest::newRow("prefix only") << u"3k"_s << 3e3;
+    QTest::newRow("unit only") << u"50 Hz"_s << 50.0;
+    QTest::newRow("nothing: the prefix shown") << u"12"_s << 12e6;
+    QTest::newRow("exponent") << u"2e3 Hz"_s << 2e3;
+    QTest::newRow("nonsense keeps the value") << u"fast"_s << 10e6;
+    QTest::newRow("too much keeps the value in its range") << u"900 GHz"_s << 20e9;
+}
+
+void BenchTest::typed_texts_are_understood() {
+    QFETCH(QString, text);
+    QFETCH(double, value);
+    EngineeringSpinBox box(u"Hz"_s, 1.0);
+    box.setRange(1.0, 20e9);
+    box.setValue(10e6);
+    box.selectAll();
+    QTest::keyClicks(&box, text);
+    QTest::keyClick(&box, Qt::Key_Return);
+    QCOMPARE(box.value(), value);
+}
+
+void BenchTest::steps_stay_in_the_decade_data() {
+    QTest::addColumn<double>("from");
+    QTest::addColumn<int>("steps");
+    QTest::addColumn<double>("to");
+    QTest::newRow("up") << 10e6 << 1 << 11e6;
+    QTest::newRow("down below the decade") << 10e6 << -1 << 9.9e6;
+    QTest::newRow("within") << 250e3 << 2 << 270e3;
+}
+
+void BenchTest::steps_stay_in_the_decade() {
+    QFETCH(double, from);
+    QFETCH(int, steps);
+    QFETCH(double, to);
+    EngineeringSpinBox box(u"Hz"_s, 1.0);
+    box.setRange(1.0, 20e9);
+    box.setValue(from);
+    box.stepBy(steps);
+    QCOMPARE(box.value(), to);
+}
+
+void BenchTest::signals_are_edited() {
+    Bench bench;
+    BenchWindow window(bench);
+    const auto frequencies = window.findChildren<QDoubleSpinBox*>(u"frequency"_s);
+    QCOMPARE(frequencies.size(), 2);
+    QCOMPARE(frequencies[0]->text(), u"10 MHz"_s);
+    frequencies[1]->setValue(33e6);
+    QCOMPARE(bench.sources[1].frequency_hz, 33e6);
+    QCOMPARE(bench.sources[0].frequency_hz, 10e6);
+    const std::array<std::pair<QString, double simulator::Source::*>, 5> others = {
+        {{u"amplitude"_s, &simulator::Source::amplitude_mvpp},
+         {u"offset"_s, &simulator::Source::offset_mv},
+         {u"rise"_s, &simulator::Source::rise_time_ps},
+         {u"noise"_s, &simulator::Source::noise_mv},
+         {u"jitter"_s, &simulator::Source::jitter_ps}}};
+    for (const auto& [name, member] : others) {
+        window.findChildren<QDoubleSpinBox*>(name).front()->setValue(123.0);
+        QCOMPARE(bench.sources[0].*member, 123.0);
+    }
+    window.findChildren<QDoubleSpinBox*>(u"duty"_s).back()->setValue(25.0);
+    QCOMPARE(bench.sources[1].duty, 0.25);
+    auto* const kind = window.findChildren<QComboBox*>(u"kind"_s).front();
+    kind->setCurrentText(u"Random data"_s);
+    QCOMPARE(bench.sources[0].kind, simulator::SignalKind::random_data);
+}
+
+void BenchTest::cables_are_plugged() {
+    Bench bench;
+    BenchWindow window(bench);
+    window.findChild<QComboBox*>(u"CH2"_s)->setCurrentText(u"Trigger output"_s);
+    QCOMPARE(bench.samplers[1], simulator::SamplerRoute::trigger_output);
+    window.findChild<QComboBox*>(u"CH1"_s)->setCurrentText(u"Via trigger"_s);
+    QCOMPARE(bench.samplers[0], simulator::SamplerRoute::via_trigger);
+    window.findChild<QComboBox*>(u"TRIG1"_s)->setCurrentText(u"Signal 2"_s);
+    QCOMPARE(bench.triggers[0], simulator::TriggerRoute::signal_2);
+    window.findChild<QComboBox*>(u"TRIG2"_s)->setCurrentText(u"Nothing"_s);
+    QCOMPARE(bench.triggers[1], simulator::TriggerRoute::disconnected);
+}
+
+void BenchTest::faults_are_switched() {
+    Bench bench;
+    BenchWindow window(bench);
+    const auto click = [&](const QString& name) { window.findChild<QCheckBox*>(name)->click(); };
+    const simulator::Faults& faults = bench.faults;
+    for (const bool on : {true, false}) {
+        for (const QString& name : {u"unplugged"_s, u"no_power"_s, u"no_trigger"_s, u"bytes_lost"_s,
+                                    u"bytes_garbled"_s, u"block_short"_s}) {
+            click(name);
+        }
+        QCOMPARE(faults.unplugged, on);
+        QCOMPARE(faults.no_power, on);
+        QCOMPARE(faults.no_trigger, on);
+        QCOMPARE(faults.lose_every > 0, on);
+        QCOMPARE(faults.flipped_bits != 0, on);
+        QCOMPARE(faults.block_bytes.has_value(), on);
+    }
+}
+
+void BenchTest::an_acknowledge_is_lost_or_wrong() {
+    using simulator::AcknowledgeFault;
+    Bench bench;
+    BenchWindow window(bench);
+    auto* const lost = window.findChild<QCheckBox*>(u"acknowledge_lost"_s);
+    auto* const wrong = window.findChild<QCheckBox*>(u"acknowledge_wrong"_s);
+    lost->click();
+    QCOMPARE(bench.faults.acknowledge, AcknowledgeFault::lost);
+    wrong->click();
+    QCOMPARE(bench.faults.acknowledge, AcknowledgeFault::wrong);
+    QVERIFY(!lost->isChecked());
+    lost->click();
+    QCOMPARE(bench.faults.acknowledge, AcknowledgeFault::lost);
+    QVERIFY(!wrong->isChecked());
+    lost->click();
+    QCOMPARE(bench.faults.acknowledge, AcknowledgeFault::none);
+}
+
+void BenchTest::stands_beside_the_main_window_or_not_at_all() {
+    Bench bench;
+    BenchWindow window(bench);
+    const QRect room = window.screen()->availableGeometry();
+    QWidget small;
+    small.setGeometry(room.left(), room.top(), 100, room.height());
+    QVERIFY(window.place_beside(small));
+    QVERIFY(!QRect(window.pos(), window.sizeHint()).intersects(small.geometry()));
+    QVERIFY(room.contains(QRect(window.pos(), window.sizeHint())));
+    QWidget large;
+    large.setGeometry(room);
+    QVERIFY(!window.place_beside(large));
+}
+
+} // namespace
+} // namespace kv408::ui
+
+QTEST_MAIN(kv408::ui::BenchTest)
+#include "bench_test.moc"

@@ -1,0 +1,265 @@
+// Each kind of widget and its control, both ways.
+
+#include <QPushButton>
+#include <QTest>
+
+#include "scope/scope.h"
+#include "simulator/simulation.h"
+#include "support/fake_host.h"
+#include "support/virtual_clock.h"
+#include "ui/bind.h"
+#include "ui/colours.h"
+
+namespace kv408::ui {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// A program whose instrument does not matter, to enter.
+struct Entered {
+    VirtualClock clock;
+    FakeMessageBoxes boxes;
+    FakeWindowMessages messages;
+    simulator::Simulation simulation{clock};
+    Scope scope{Machine{clock, boxes, messages, simulation.bridge()}};
+    ScopeDriver driver{scope};
+};
+
+class BindTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void a_click_presses_the_button_once();
+    void a_click_checks_the_box_and_code_shows_in_it();
+    void choosing_in_a_list_reaches_the_control_also_the_same_entry();
+    void a_list_set_from_code_shows_and_runs_its_handler_once();
+    void a_list_takes_new_entries();
+    void typing_enter_and_focus_reach_the_text_box();
+    void focus_that_goes_to_a_popup_is_no_leaving();
+    void a_read_only_box_only_shows();
+    void a_label_shows_caption_colours_and_visibility();
+    void a_slider_goes_both_ways();
+    void tabs_come_go_and_are_chosen();
+    void a_menu_entry_presses_its_button();
+    void a_control_outlives_its_widget();
+};
+
+void BindTest::a_click_presses_the_button_once() {
+    Entered entered;
+    Button control("cmdstop");
+    int clicks = 0;
+    control.on_click([&] { ++clicks; });
+    QPushButton widget(u"Stop"_s);
+    bind(&widget, control, entered.driver);
+    QCOMPARE(widget.objectName(), u"cmdstop"_s);
+    QTest::mouseClick(&widget, Qt::LeftButton);
+    QCOMPARE(clicks, 1);
+    control.set_enabled(false);
+    QVERIFY(!widget.isEnabled());
+    QTest::mouseClick(&widget, Qt::LeftButton);
+    QCOMPARE(clicks, 1);
+    QCOMPARE(widget.text(), u"Stop"_s);
+    control.set_caption("Halt");
+    QCOMPARE(widget.text(), u"Halt"_s);
+}
+
+void BindTest::a_click_checks_the_box_and_code_shows_in_it() {
+    Entered entered;
+    CheckBox control("eyeon");
+    int runs = 0;
+    control.on_click([&] { ++runs; });
+    QCheckBox widget;
+    bind(&widget, control, entered.driver);
+    widget.click();
+    QVERIFY(control.checked());
+    QCOMPARE(runs, 1);
+    control.set_checked(false);
+    QVERIFY(!widget.isChecked());
+    QCOMPARE(runs, 2);
+}
+
+void BindTest::choosing_in_a_list_reaches_the_control_also_the_same_entry() {
+    Entered entered;
+    ListBox control("trigeredge");
+    control.set_entries({"Positive", "Negative"});
+    int runs = 0;
+    control.on_click([&] { ++runs; });
+    QComboBox widget;
+    bind(&widget, control, entered.driver);
+    QCOMPARE(widget.currentIndex(), -1);
+    QTest::keyClick(&widget, Qt::Key_Down);
+    QCOMPARE(control.index(), 0);
+    QTest::keyClick(&widget, Qt::Key_Down);
+    QCOMPARE(control.index(), 1);
+    QCOMPARE(runs, 2);
+    Q_EMIT widget.activated(1);
+    QCOMPARE(runs, 3);
+}
+
+void BindTest::a_list_set_from_code_shows_and_runs_its_handler_once() {
+    Entered entered;
+    ListBox control("trigeredge");
+    QComboBox widget;
+    bind(&widget, control, entered.driver);
+    control.set_entries({"Positive", "Negative"});
+    int runs = 0;
+    control.on_click([&] { ++runs; });
+    control.set_index(1);
+    QCOMPARE(widget.currentText(), u"Negative"_s);
+    QCOMPARE(runs, 1);
+    control.set_index(-1);
+    QCOMPARE(widget.currentIndex(), -1);
+}
+
+void BindTest::a_list_takes_new_entries() {
+    Entered entered;
+    ListBox control("cmbDevice");
+    control.set_entries({"one", "two"});
+    QComboBox widget;
+    bind(&widget, control, entered.driver);
+    control.set_entries({"one", "three", "four"});
+    QCOMPARE(widget.count(), 3);
+    QCOMPARE(widget.itemText(1), u"three"_s);
+}
+
+void BindTest::typing_enter_and_focus_reach_the_text_box() {
+    Entered entered;
+    TextBox control("psofsetch1");
+    control.set_text("1");
+    QStringList heard;
+    control.on_change([&] { heard.append(u"change "_s + QString::fromStdString(control.text())); });
+    control.on_enter([&] { heard.append(u"enter"_s); });
+    control.on_focus([&] { heard.append(u"focus"_s); });
+    control.on_leave([&] { heard.append(u"leave"_s); });
+    QLineEdit widget;
+    bind(&widget, control, entered.driver);
+    QFocusEvent in(QEvent::FocusIn, Qt::MouseFocusReason);
+    QCoreApplication::sendEvent(&widget, &in);
+    widget.end(false);
+    QTest::keyClick(&widget, Qt::Key_2);
+    QTest::keyClick(&widget, Qt::Key_Return);
+    QFocusEvent out(QEvent::FocusOut, Qt::TabFocusReason);
+    QCoreApplication::sendEvent(&widget, &out);
+    QCOMPARE(heard, (QStringList{u"focus"_s, u"change 12"_s, u"enter"_s, u"leave"_s}));
+    control.set_text("77");
+    QCOMPARE(widget.text(), u"77"_s);
+}
+
+void BindTest::focus_that_goes_to_a_popup_is_no_leaving() {
+    Entered entered;
+    TextBox control("psofsetch1");
+    int left = 0;
+    control.on_leave([&] { ++left; });
+    QLineEdit widget;
+    bind(&widget, control, entered.driver);
+    for (const Qt::FocusReason reason :
+         {Qt::PopupFocusReason, Qt::ActiveWindowFocusReason, Qt::MenuBarFocusReason}) {
+        QFocusEvent out(QEvent::FocusOut, reason);
+        QCoreApplication::sendEvent(&widget, &out);
+    }
+    QCOMPARE(left, 0);
+    QFocusEvent out(QEvent::FocusOut, Qt::MouseFocusReason);
+    QCoreApplication::sendEvent(&widget, &out);
+    QCOMPARE(left, 1);
+}
+
+void BindTest::a_read_only_box_only_shows() {
+    Entered entered;
+    TextBox control("textstatus");
+    QLineEdit widget;
+    widget.setReadOnly(true);
+    bind(&widget, control, entered.driver);
+    control.set_back_colour(rgb(192, 255, 192));
+    control.set_text("Running");
+    QCOMPARE(widget.text(), u"Running"_s);
+    QCOMPARE(widget.palette().color(QPalette::Base), QColor(192, 255, 192));
+    QVERIFY(contrast(widget.palette().color(QPalette::Text), QColor(192, 255, 192)) > 7.0);
+    QTest::keyClick(&widget, Qt::Key_X);
+    QCOMPARE(control.text(), std::string("Running"));
+}
+
+void BindTest::a_label_shows_caption_colours_and_visibility() {
+    Label control("tdivtext");
+    QWidget parent;
+    auto* const widget = new QLabel(&parent);
+    bind(widget, control);
+    parent.show();
+    control.set_caption("20ns/div");
+    control.set_fore_colour(rgb(1, 2, 3));
+    QCOMPARE(widget->text(), u"20ns/div"_s);
+    QCOMPARE(widget->palette().color(QPalette::WindowText), QColor(1, 2, 3));
+    control.set_visible(false);
+    QVERIFY(!widget->isVisible());
+    control.set_visible(true);
+    QVERIFY(widget->isVisible());
+}
+
+void BindTest::a_slider_goes_both_ways() {
+    Entered entered;
+    Slider control("shyst", 0, 255, 10);
+    QSlider widget(Qt::Horizontal);
+    bind(&widget, control, entered.driver);
+    QCOMPARE(widget.maximum(), 255);
+    QCOMPARE(widget.value(), 10);
+    QTest::keyClick(&widget, Qt::Key_Right);
+    QCOMPARE(control.value(), 11);
+    int runs = 0;
+    control.on_change([&] { ++runs; });
+    control.set_value(200);
+    QCOMPARE(widget.value(), 200);
+    QCOMPARE(runs, 1);
+}
+
+void BindTest::tabs_come_go_and_are_chosen() {
+    Entered entered;
+    TabStrip control("TabStrip2");
+    control.add({"CH1", "CH1"});
+    QTabBar widget;
+    bind(&widget, control, entered.driver);
+    int runs = 0;
+    control.on_click([&] { ++runs; });
+    control.add({"HPOS", "Hor. Position"});
+    QCOMPARE(widget.count(), 2);
+    QCOMPARE(widget.tabText(1), u"Hor. Position"_s);
+    QCOMPARE(widget.currentIndex(), 0);
+    widget.show();
+    QTest::mouseClick(&widget, Qt::LeftButton, {}, widget.tabRect(1).center());
+    QCOMPARE(control.selected_key(), std::string("HPOS"));
+    QCOMPARE(runs, 1);
+    QTest::mouseClick(&widget, Qt::LeftButton, {}, widget.tabRect(1).center());
+    QCOMPARE(runs, 2);
+    control.remove(2);
+    QCOMPARE(widget.count(), 1);
+    QCOMPARE(runs, 2);
+}
+
+void BindTest::a_menu_entry_presses_its_button() {
+    Entered entered;
+    Button control("MenuExit");
+    int clicks = 0;
+    control.on_click([&] { ++clicks; });
+    QAction action;
+    bind(&action, control, entered.driver);
+    action.trigger();
+    QCOMPARE(clicks, 1);
+    control.set_enabled(false);
+    QVERIFY(!action.isEnabled());
+}
+
+void BindTest::a_control_outlives_its_widget() {
+    Label control("lblDate");
+    {
+        QLabel widget;
+        bind(&widget, control);
+        control.set_caption("now");
+        QCOMPARE(widget.text(), u"now"_s);
+    }
+    control.set_caption("later");
+    QCOMPARE(control.caption(), std::string("later"));
+}
+
+} // namespace
+} // namespace kv408::ui
+
+QTEST_MAIN(kv408::ui::BindTest)
+#include "bind_test.moc"

@@ -1,0 +1,220 @@
+// What the program needs of its machine, on the screen.
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QLabel>
+#include <QMessageBox>
+#include <QTest>
+#include <QTimer>
+
+#include "program_on_bench.h"
+#include "ui/qt_message_boxes.h"
+#include "ui/qt_window_messages.h"
+
+namespace kv408::ui {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// The message box that is open now, null without one.
+QMessageBox* open_box() {
+    for (QWidget* const widget : QApplication::topLevelWidgets()) {
+        if (auto* const box = qobject_cast<QMessageBox*>(widget); box && box->isVisible()) {
+            return box;
+        }
+    }
+    return nullptr;
+}
+
+/// Runs `action` on the next message box as soon as it is open.
+class WhenBoxOpens {
+public:
+    explicit WhenBoxOpens(std::function<void(QMessageBox&)> action) : action_(std::move(action)) {
+        QObject::connect(&look_, &QTimer::timeout, &look_, [this] {
+            if (QMessageBox* const box = open_box()) {
+                look_.stop();
+                action_(*box);
+            }
+        });
+        look_.start(5);
+    }
+
+private:
+    QTimer look_;
+    std::function<void(QMessageBox&)> action_;
+};
+
+void press(QMessageBox& box, QMessageBox::StandardButton button) {
+    box.button(button)->click();
+}
+
+class HostTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void a_box_shows_its_texts_as_they_stand();
+    void every_button_has_its_answer_data();
+    void every_button_has_its_answer();
+    void closing_a_box_is_an_answer_data();
+    void closing_a_box_is_an_answer();
+    void retry_finds_an_instrument_that_is_switched_on();
+    void cancel_ends_the_program();
+    void ticks_go_on_while_a_box_is_open();
+    void the_window_closes_while_a_box_is_open();
+    void pending_messages_run_and_nothing_is_waited_for();
+    void repaints_the_named_control_at_once();
+};
+
+void HostTest::a_box_shows_its_texts_as_they_stand() {
+    QtMessageBoxes boxes;
+    WhenBoxOpens opened([](QMessageBox& box) {
+        QCOMPARE(box.objectName(), u"messageBox"_s);
+        QCOMPARE(box.windowTitle(), u"Kv408"_s);
+        QCOMPARE(box.text(), u"please click <Retry>!"_s);
+        QCOMPARE(box.informativeText(), u"Is <it> on?"_s);
+        QCOMPARE(box.textFormat(), Qt::PlainText);
+        QCOMPARE(box.icon(), QMessageBox::Warning);
+        box.grab().save(u"" KV408_PICTURE_DIR "/screenshot-message-box.png"_s);
+        press(box, QMessageBox::Retry);
+    });
+    const MessageAnswer answer = boxes.show({.text = "please click <Retry>!",
+                                             .buttons = MessageButtons::retry_cancel,
+                                             .icon = MessageIcon::exclamation,
+                                             .informative = "Is <it> on?"});
+    QCOMPARE(answer, MessageAnswer::retry);
+}
+
+void HostTest::every_button_has_its_answer_data() {
+    QTest::addColumn<MessageButtons>("buttons");
+    QTest::addColumn<QMessageBox::StandardButton>("pressed");
+    QTest::addColumn<MessageAnswer>("answer");
+    QTest::newRow("ok") << MessageButtons::ok << QMessageBox::Ok << MessageAnswer::ok;
+    QTest::newRow("ok of two") << MessageButtons::ok_cancel << QMessageBox::Ok << MessageAnswer::ok;
+    QTest::newRow("cancel") << MessageButtons::ok_cancel << QMessageBox::Cancel
+                            << MessageAnswer::cancel;
+    QTest::newRow("retry") << MessageButtons::retry_cancel << QMessageBox::Retry
+                           << MessageAnswer::retry;
+    QTest::newRow("no retry") << MessageButtons::retry_cancel << QMessageBox::Cancel
+                              << MessageAnswer::cancel;
+    QTest::newRow("yes") << MessageButtons::yes_no << QMessageBox::Yes << MessageAnswer::yes;
+    QTest::newRow("no") << MessageButtons::yes_no << QMessageBox::No << MessageAnswer::no;
+}
+
+void HostTest::every_button_has_its_answer() {
+    QFETCH(MessageButtons, buttons);
+    QFETCH(QMessageBox::StandardButton, pressed);
+    QFETCH(MessageAnswer, answer);
+    QtMessageBoxes boxes;
+    WhenBoxOpens opened([pressed](QMessageBox& box) { press(box, pressed); });
+    QCOMPARE(boxes.show({.text = "?", .title = "Title", .buttons = buttons}), answer);
+}
+
+void HostTest::closing_a_box_is_an_answer_data() {
+    QTest::addColumn<MessageButtons>("buttons");
+    QTest::addColumn<MessageAnswer>("answer");
+    QTest::newRow("ok") << MessageButtons::ok << MessageAnswer::ok;
+    QTest::newRow("cancel") << MessageButtons::ok_cancel << MessageAnswer::cancel;
+    QTest::newRow("retry") << MessageButtons::retry_cancel << MessageAnswer::cancel;
+    QTest::newRow("no") << MessageButtons::yes_no << MessageAnswer::no;
+}
+
+void HostTest::closing_a_box_is_an_answer() {
+    QFETCH(MessageButtons, buttons);
+    QFETCH(MessageAnswer, answer);
+    QtMessageBoxes boxes;
+    WhenBoxOpens escaped([](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); });
+    QCOMPARE(boxes.show({.text = "?", .buttons = buttons}), answer);
+    WhenBoxOpens dismissed([&boxes](QMessageBox&) { boxes.dismiss(); });
+    QCOMPARE(boxes.show({.text = "?", .buttons = buttons}), answer);
+}
+
+void HostTest::retry_finds_an_instrument_that_is_switched_on() {
+    ProgramOnBench on;
+    on.simulation.bench().faults.no_power = true;
+    WhenBoxOpens opened([&on](QMessageBox& box) {
+        QVERIFY(box.text().startsWith(u"No connection to Device"_s));
+        on.simulation.bench().faults.no_power = false;
+        press(box, QMessageBox::Retry);
+    });
+    QVERIFY(on.run_until_sweeping());
+}
+
+void HostTest::cancel_ends_the_program() {
+    ProgramOnBench on;
+    on.simulation.bench().faults.no_power = true;
+    WhenBoxOpens opened([](QMessageBox& box) { press(box, QMessageBox::Cancel); });
+    on.window().show();
+    QTRY_COMPARE(on.closed, 1);
+    QVERIFY(on.program.scope().ended());
+    QVERIFY(!on.window().isVisible());
+}
+
+void HostTest::ticks_go_on_while_a_box_is_open() {
+    ProgramOnBench on;
+    on.simulation.bench().faults.no_power = true;
+    QString date;
+    WhenBoxOpens opened([&](QMessageBox& box) {
+        on.panel().lbldate.set_caption("");
+        const auto ticked = [&] { return !on.panel().lbldate.caption().empty(); };
+        QVERIFY(QTest::qWaitFor(ticked, 2000));
+        date = on.widget<QLabel>("lblDate")->text();
+        press(box, QMessageBox::Cancel);
+    });
+    on.window().show();
+    QTRY_COMPARE(on.closed, 1);
+    QVERIFY2(date.startsWith(u"01:09:37, "_s), qPrintable(date));
+}
+
+void HostTest::the_window_closes_while_a_box_is_open() {
+    ProgramOnBench on;
+    on.simulation.bench().faults.no_power = true;
+    bool closed_at_once = true;
+    WhenBoxOpens opened([&](QMessageBox&) { closed_at_once = on.window().close(); });
+    on.window().show();
+    QTRY_COMPARE(on.closed, 1);
+    QVERIFY(!closed_at_once);
+    QVERIFY(!on.window().isVisible());
+    QVERIFY(open_box() == nullptr);
+}
+
+void HostTest::pending_messages_run_and_nothing_is_waited_for() {
+    QtWindowMessages messages;
+    int ran = 0;
+    QMetaObject::invokeMethod(
+        qApp, [&ran] { ++ran; }, Qt::QueuedConnection);
+    messages.process_pending();
+    QCOMPARE(ran, 1);
+    messages.process_pending();
+    QCOMPARE(ran, 1);
+}
+
+void HostTest::repaints_the_named_control_at_once() {
+    class Painted : public QWidget {
+    public:
+        using QWidget::QWidget;
+        int times = 0;
+
+    protected:
+        void paintEvent(QPaintEvent* /*event*/) override { ++times; }
+    };
+    QWidget window;
+    auto* const control = new Painted(&window);
+    control->setObjectName(u"textstatus"_s);
+    control->resize(50, 20);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QtWindowMessages messages;
+    messages.repaint("textstatus");
+    messages.set_window(&window);
+    const int before = control->times;
+    messages.repaint("another");
+    QCOMPARE(control->times, before);
+    messages.repaint("textstatus");
+    QCOMPARE(control->times, before + 1);
+}
+
+} // namespace
+} // namespace kv408::ui
+
+QTEST_MAIN(kv408::ui::HostTest)
+#include "host_test.moc"

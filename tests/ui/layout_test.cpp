@@ -1,0 +1,223 @@
+// Nothing of the window is cut off or out of line, in both looks and at the sizes of common
+// screens. Leaves pictures of what it looked at.
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QStyle>
+#include <QStyleOptionComboBox>
+#include <QTest>
+
+#include "program_on_bench.h"
+#include "ui/bench_window.h"
+#include "ui/colours.h"
+#include "ui/look.h"
+#include "ui/marker.h"
+#include "ui/panel_frame.h"
+
+namespace kv408::ui {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+QString described(const QWidget& widget) {
+    const QRect place = widget.geometry();
+    return u"%1 \"%2\" at %3,%4 %5x%6"_s.arg(widget.objectName(), widget.accessibleName())
+        .arg(place.x())
+        .arg(place.y())
+        .arg(place.width())
+        .arg(place.height());
+}
+
+/// Room for text in `list`.
+int text_room(const QComboBox& list) {
+    QStyleOptionComboBox option;
+    option.initFrom(&list);
+    return list.style()
+        ->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, &list)
+        .width();
+}
+
+/// What is cut off below `top`, in words; empty when nothing is.
+QStringList cut_off(const QWidget& top) {
+    QStringList findings;
+    for (const QWidget* const widget : top.findChildren<QWidget*>()) {
+        if (!widget->isVisibleTo(&top) || widget->isWindow() || widget->sizeHint().isEmpty()) {
+            continue;
+        }
+        const QWidget& parent = *widget->parentWidget();
+        if (!parent.rect().contains(widget->geometry())) {
+            findings.append(u"outside: "_s + described(*widget));
+        }
+        bool fits = true;
+        if (const auto* const list = qobject_cast<const QComboBox*>(widget)) {
+            for (int entry = 0; entry < list->count(); ++entry) {
+                const QString text = list->itemText(entry);
+                fits &= list->fontMetrics().horizontalAdvance(text) <= text_room(*list);
+            }
+            fits &= list->height() >= list->fontMetrics().height() + 4;
+        } else if (qobject_cast<const QLabel*>(widget) != nullptr ||
+                   qobject_cast<const QAbstractButton*>(widget) != nullptr) {
+            const QSize needed = widget->sizeHint();
+            // Markers and the plates of the headings are no plain texts.
+            const bool plain =
+                dynamic_cast<const Marker*>(widget) == nullptr && widget->layout() == nullptr;
+            fits = !plain || (widget->width() >= needed.width() &&
+                              widget->height() >= widget->fontMetrics().height());
+        }
+        if (!fits) {
+            findings.append(u"too small: "_s + described(*widget));
+        }
+    }
+    return findings;
+}
+
+void save_picture(QWidget& widget, const QString& name) {
+    const QString file = u"" KV408_PICTURE_DIR "/screenshot-%1-at-%2.png"_s.arg(name).arg(
+        widget.devicePixelRatioF());
+    QVERIFY(widget.grab().save(file));
+}
+
+class LayoutTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void nothing_is_cut_off_data();
+    void nothing_is_cut_off();
+    void the_window_leaves_room_for_its_title_bar();
+    void nothing_is_cut_off_while_disabled_parts_are_shown();
+    void the_frames_stand_on_an_even_grid();
+    void texts_stand_out_from_their_ground();
+    void the_bench_window_is_whole();
+};
+
+void LayoutTest::nothing_is_cut_off_data() {
+    QTest::addColumn<bool>("dark");
+    QTest::addColumn<QSize>("size");
+    QTest::newRow("dark-1280x800") << true << QSize(1280, 800);
+    QTest::newRow("light-1280x800") << false << QSize(1280, 800);
+    QTest::newRow("dark-1920x1080") << true << QSize(1920, 1080);
+    QTest::newRow("light-1920x1080") << false << QSize(1920, 1080);
+    QTest::newRow("dark-2560x1440") << true << QSize(2560, 1440);
+}
+
+void LayoutTest::nothing_is_cut_off() {
+    QFETCH(bool, dark);
+    QFETCH(QSize, size);
+    apply_look(*qApp, dark ? Look::dark : Look::light);
+    ProgramOnBench on;
+    on.window().resize(size);
+    QVERIFY(on.run_until_sweeping());
+    QCOMPARE(on.window().size(), size);
+    QCOMPARE(cut_off(on.window()).join(u'\n'), QString());
+    save_picture(on.window(), QString::fromLatin1(QTest::currentDataTag()));
+}
+
+void LayoutTest::the_window_leaves_room_for_its_title_bar() {
+    apply_look(*qApp, Look::dark);
+    ProgramOnBench on;
+    const QSize least = on.window().minimumSizeHint();
+    QVERIFY2(least.width() <= 1280 && least.height() <= 766,
+             qPrintable(u"%1x%2"_s.arg(least.width()).arg(least.height())));
+}
+
+void LayoutTest::nothing_is_cut_off_while_disabled_parts_are_shown() {
+    apply_look(*qApp, Look::dark);
+    ProgramOnBench on;
+    on.window().resize(1280, 800);
+    QVERIFY(on.run_until_sweeping());
+    QTest::mouseClick(on.widget("cmdstop"), Qt::LeftButton);
+    FrontPanel& panel = on.panel();
+    panel.average.set_checked(true);
+    panel.tabstrip2.add({"C1", "Cursor 1"});
+    panel.tabstrip2.add({"C2", "Cursor 2"});
+    panel.trlevelmv.set_caption("-2048mV");
+    for (ChannelControls& channel : panel.channel) {
+        channel.inviatr.set_checked(true);
+        channel.invert.set_checked(true);
+        channel.psofset.set_text("65535");
+        channel.hor_delay.set_caption("Delay:  65535ps");
+    }
+    for (MeasurementControls& slot : panel.measurement) {
+        slot.selector.set_index(6);
+        slot.mark.set_caption("*");
+        slot.label.set_caption("Vmean");
+        slot.ch1.set_caption("-123.456mV ");
+        slot.ch2.set_caption("-inf- ");
+    }
+    for (Label* const label : {&panel.centerfr, &panel.lblc1, &panel.lblc2}) {
+        label->set_caption("Delta Cursor : 123.456mV");
+        label->set_visible(true);
+    }
+    panel.trigertext.move(674, 100);
+    panel.trigertext.set_visible(true);
+    panel.ltp2.move(32, 0);
+    panel.ltp2.set_visible(true);
+    QTest::qWait(20);
+    save_picture(on.window(), u"everything-shown"_s);
+    QCOMPARE(cut_off(on.window()).join(u'\n'), QString());
+    auto* const tabs = on.widget<QTabBar>("TabStrip2");
+    QCOMPARE(tabs->count(), 6);
+    QVERIFY(tabs->rect().contains(tabs->tabRect(5)));
+    for (int index = 0; index < tabs->count(); ++index) {
+        QVERIFY(tabs->tabRect(index).width() >=
+                tabs->fontMetrics().horizontalAdvance(tabs->tabText(index)));
+    }
+}
+
+void LayoutTest::the_frames_stand_on_an_even_grid() {
+    apply_look(*qApp, Look::dark);
+    ProgramOnBench on;
+    on.window().resize(1280, 800);
+    on.window().show();
+    QList<int> edges;
+    for (const QFrame* const child : on.window().findChildren<QFrame*>()) {
+        const auto* const frame = dynamic_cast<const PanelFrame*>(child);
+        if (frame == nullptr) {
+            continue;
+        }
+        edges.append(frame->mapTo(&on.window(), QPoint(0, 0)).x());
+        edges.append(frame->mapTo(&on.window(), QPoint(frame->width(), 0)).x());
+    }
+    QCOMPARE(edges.size(), 16);
+    std::sort(edges.begin(), edges.end());
+    edges.erase(std::unique(edges.begin(), edges.end()), edges.end());
+    QCOMPARE(edges.size(), 4);
+    QCOMPARE(edges[1] - edges[0], edges[3] - edges[2]);
+    const QRect buttons_from = on.widget("cmdstartsweep")->geometry();
+    QCOMPARE(buttons_from.width(), on.widget("Command1")->width());
+}
+
+void LayoutTest::texts_stand_out_from_their_ground() {
+    for (const Look look : {Look::dark, Look::light}) {
+        const QPalette palette = palette_of(look);
+        const auto against = [&](QPalette::ColorGroup group, QPalette::ColorRole text,
+                                 QPalette::ColorRole ground) {
+            return contrast(palette.color(group, text), palette.color(group, ground));
+        };
+        QVERIFY(against(QPalette::Active, QPalette::WindowText, QPalette::AlternateBase) > 7.0);
+        QVERIFY(against(QPalette::Active, QPalette::ButtonText, QPalette::Button) > 7.0);
+        QVERIFY(against(QPalette::Active, QPalette::Text, QPalette::Base) > 7.0);
+        QVERIFY(against(QPalette::Active, QPalette::HighlightedText, QPalette::Highlight) > 3.0);
+        QVERIFY(against(QPalette::Disabled, QPalette::WindowText, QPalette::AlternateBase) > 3.0);
+    }
+}
+
+void LayoutTest::the_bench_window_is_whole() {
+    for (const Look look : {Look::dark, Look::light}) {
+        apply_look(*qApp, look);
+        simulator::Bench bench;
+        BenchWindow window(bench);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QCOMPARE(cut_off(window).join(u'\n'), QString());
+        save_picture(window, look == Look::dark ? u"bench-dark"_s : u"bench-light"_s);
+    }
+}
+
+} // namespace
+} // namespace kv408::ui
+
+QTEST_MAIN(kv408::ui::LayoutTest)
+#include "layout_test.moc"

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <chrono>
+
+#include <QTest>
+
+#include "display/picture.h"
+#include "host/clock.h"
+#include "scope/parts.h"
+#include "simulator/simulation.h"
+#include "ui/program.h"
+
+namespace kv408::ui {
+
+/// Real time, in which sleeping takes none: what is slept is skipped.
+class HurriedClock : public Clock {
+public:
+    [[nodiscard]] std::chrono::nanoseconds now() const override {
+        return std::chrono::steady_clock::now().time_since_epoch() + skipped_;
+    }
+    void sleep(std::chrono::nanoseconds duration) override {
+        skipped_ += std::max(duration, std::chrono::nanoseconds::zero());
+    }
+    [[nodiscard]] LocalTime local_time() const override {
+        return {.year = 2026, .month = 11, .day = 16, .hour = 1, .minute = 9, .second = 37};
+    }
+
+private:
+    std::chrono::nanoseconds skipped_{0};
+};
+
+/// The whole program with its window on a simulated instrument without noise.
+struct ProgramOnBench {
+    ProgramOnBench() {
+        simulation.set_calibrated();
+        simulation.bench().sampler_noise_codes = 0.0;
+        for (simulator::Source& source : simulation.bench().sources) {
+            source.noise_mv = 0.0;
+            source.jitter_ps = 0.0;
+        }
+        window().on_closed([this] { ++closed; });
+    }
+
+    [[nodiscard]] MainWindow& window() { return program.window(); }
+    [[nodiscard]] FrontPanel& panel() { return program.scope().panel(); }
+    [[nodiscard]] const std::string& state() {
+        return program.scope().parts().acquisition.scopestate;
+    }
+
+    /// The window's widget named `name`; a missing one fails the test.
+    template <typename Widget = QWidget>
+    [[nodiscard]] Widget* widget(const char* name) {
+        auto* const found = window().findChild<Widget*>(QString::fromLatin1(name));
+        if (found == nullptr) {
+            qFatal("no widget %s", name);
+        }
+        return found;
+    }
+
+    /// Shows the window and waits until the program has swept and drawn.
+    [[nodiscard]] bool run_until_sweeping() {
+        window().show();
+        window().activateWindow();
+        return QTest::qWaitForWindowExposed(&window()) && QTest::qWaitFor([this] {
+                   const auto& ready = program.scope().parts().acquisition.ready;
+                   return panel().textstatus.text() == "Running" && ready[0] && ready[1];
+               });
+    }
+
+    HurriedClock clock;
+    simulator::Simulation simulation{clock};
+    Program program{clock, simulation.bridge()};
+    int closed = 0; ///< how often the window said that it has closed for good
+};
+
+} // namespace kv408::ui

@@ -1,0 +1,85 @@
+// The two programs as processes: they start, and a signal ends them cleanly.
+
+#include <csignal>
+
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace kv408::ui {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// True once process `id` has reached its event handling: it holds the signals back.
+bool holds_signals_back(qint64 id) {
+    QFile status(u"/proc/%1/status"_s.arg(id));
+    if (!status.open(QIODevice::ReadOnly)) {
+        return false;
+    }
+    const QList<QByteArray> lines = status.readAll().split('\n');
+    for (const QByteArray& line : lines) {
+        if (line.startsWith("SigBlk:")) {
+            const qulonglong blocked = line.mid(7).trimmed().toULongLong(nullptr, 16);
+            return (blocked & (1ULL << (SIGTERM - 1))) != 0;
+        }
+    }
+    return false;
+}
+
+class ProgramsTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void a_signal_ends_them_cleanly_data();
+    void a_signal_ends_them_cleanly();
+    void the_demo_keeps_its_flash_memory_beside_the_settings();
+};
+
+void ProgramsTest::a_signal_ends_them_cleanly_data() {
+    QTest::addColumn<QString>("program");
+    QTest::addColumn<int>("signal");
+    QTest::newRow("kv408, TERM") << u"kv408"_s << SIGTERM;
+    QTest::newRow("kv408-demo, TERM") << u"kv408-demo"_s << SIGTERM;
+    QTest::newRow("kv408-demo, INT") << u"kv408-demo"_s << SIGINT;
+}
+
+void ProgramsTest::a_signal_ends_them_cleanly() {
+    QFETCH(QString, program);
+    QFETCH(int, signal);
+    const QTemporaryDir settings;
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"APPDATA"_s, settings.path());
+    process.setProcessEnvironment(environment);
+    process.start(u"" KV408_PROGRAM_DIR "/"_s + program, QStringList());
+    QVERIFY(process.waitForStarted());
+    QTRY_VERIFY(holds_signals_back(process.processId()));
+    // Some time to come as far as a message box or a sweep.
+    QTest::qWait(200);
+    QCOMPARE(process.state(), QProcess::Running);
+    QCOMPARE(::kill(static_cast<pid_t>(process.processId()), signal), 0);
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process.exitCode(), 0);
+}
+
+void ProgramsTest::the_demo_keeps_its_flash_memory_beside_the_settings() {
+    const QTemporaryDir settings;
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"APPDATA"_s, settings.path());
+    process.setProcessEnvironment(environment);
+    process.start(u"" KV408_PROGRAM_DIR "/kv408-demo"_s, QStringList());
+    QVERIFY(process.waitForStarted());
+    QTRY_VERIFY(QFile::exists(settings.filePath(u"kv408/simulated-flash.bin"_s)));
+    process.terminate();
+    QVERIFY(process.waitForFinished());
+}
+
+} // namespace
+} // namespace kv408::ui
+
+QTEST_GUILESS_MAIN(kv408::ui::ProgramsTest)
+#include "programs_test.moc"
