@@ -1,5 +1,6 @@
 #include "ui/look.h"
 
+#include <QApplication>
 #include <QSettings>
 
 #include "ui/colours.h"
@@ -68,9 +69,8 @@ void set_all(QPalette& palette, const Paints& paints) {
 
 } // namespace
 
-Look desktop_look(const QApplication& application) {
+Look desktop_look() {
 #ifdef Q_OS_WIN
-    Q_UNUSED(application)
     const QSettings personal(
         u"HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Themes\\Personalize"_s,
         QSettings::NativeFormat);
@@ -79,7 +79,7 @@ Look desktop_look(const QApplication& application) {
     if (qEnvironmentVariableIsEmpty("XDG_CURRENT_DESKTOP")) {
         return Look::dark;
     }
-    const QPalette palette = application.palette();
+    const QPalette palette = QApplication::palette();
     return palette.color(QPalette::Window).lightness() >
                    palette.color(QPalette::WindowText).lightness()
                ? Look::light
@@ -93,9 +93,9 @@ QPalette palette_of(Look look) {
     return palette;
 }
 
-void apply_look(QApplication& application, Look look) {
-    application.setStyle(new FlatStyle);
-    application.setPalette(palette_of(look));
+void apply_look(Look look) {
+    QApplication::setStyle(new FlatStyle);
+    QApplication::setPalette(palette_of(look));
 }
 
 } // namespace kv408::ui

@@ -2,7 +2,6 @@
 
 // How the window looks: a dark and a light palette on one style, the same on every system.
 
-#include <QApplication>
 #include <QPalette>
 
 namespace kv408::ui {
@@ -10,14 +9,14 @@ namespace kv408::ui {
 /// The two looks.
 enum class Look { dark, light };
 
-/// The look of the desktop that `application` runs on; dark where no desktop tells.
-[[nodiscard]] Look desktop_look(const QApplication& application);
+/// The look of the desktop that the application runs on; dark where no desktop tells.
+[[nodiscard]] Look desktop_look();
 
 /// The palette of `look`. The frames lie on `Window` in `AlternateBase`, outlined in `Mid`.
 [[nodiscard]] QPalette palette_of(Look look);
 
-/// Gives `application` the style and the palette of `look`.
-void apply_look(QApplication& application, Look look);
+/// Gives the application the style and the palette of `look`.
+void apply_look(Look look);
 
 /// Colours of the screen around the plot, which is dark in both looks.
 namespace screen_colour {

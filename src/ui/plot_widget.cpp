@@ -27,7 +27,7 @@ Columns spanning(Columns a, Columns b) {
 /// The surface's own pixels as an image.
 QImage image_of(const Surface& surface) {
     return {reinterpret_cast<const uchar*>(surface.pixels().data()), surface.width(),
-            surface.height(), surface.width() * static_cast<int>(sizeof(Pixel)),
+            surface.height(), static_cast<qsizetype>(sizeof(Pixel)) * surface.width(),
             QImage::Format_RGB32};
 }
 

@@ -105,7 +105,7 @@ void LayoutTest::nothing_is_cut_off_data() {
 void LayoutTest::nothing_is_cut_off() {
     QFETCH(bool, dark);
     QFETCH(QSize, size);
-    apply_look(*qApp, dark ? Look::dark : Look::light);
+    apply_look(dark ? Look::dark : Look::light);
     ProgramOnBench on;
     on.window().resize(size);
     QVERIFY(on.run_until_sweeping());
@@ -115,7 +115,7 @@ void LayoutTest::nothing_is_cut_off() {
 }
 
 void LayoutTest::the_window_leaves_room_for_its_title_bar() {
-    apply_look(*qApp, Look::dark);
+    apply_look(Look::dark);
     ProgramOnBench on;
     const QSize least = on.window().minimumSizeHint();
     QVERIFY2(least.width() <= 1280 && least.height() <= 766,
@@ -123,7 +123,7 @@ void LayoutTest::the_window_leaves_room_for_its_title_bar() {
 }
 
 void LayoutTest::nothing_is_cut_off_while_disabled_parts_are_shown() {
-    apply_look(*qApp, Look::dark);
+    apply_look(Look::dark);
     ProgramOnBench on;
     on.window().resize(1280, 800);
     QVERIFY(on.run_until_sweeping());
@@ -167,7 +167,7 @@ void LayoutTest::nothing_is_cut_off_while_disabled_parts_are_shown() {
 }
 
 void LayoutTest::the_frames_stand_on_an_even_grid() {
-    apply_look(*qApp, Look::dark);
+    apply_look(Look::dark);
     ProgramOnBench on;
     on.window().resize(1280, 800);
     on.window().show();
@@ -206,7 +206,7 @@ void LayoutTest::texts_stand_out_from_their_ground() {
 
 void LayoutTest::the_bench_window_is_whole() {
     for (const Look look : {Look::dark, Look::light}) {
-        apply_look(*qApp, look);
+        apply_look(look);
         simulator::Bench bench;
         BenchWindow window(bench);
         window.show();

@@ -234,7 +234,7 @@ void WindowTest::status_is_readable_on_every_colour() {
     ProgramOnBench on;
     auto* const box = on.widget<QLineEdit>("textstatus");
     for (const Look look : {Look::dark, Look::light}) {
-        apply_look(*qApp, look);
+        apply_look(look);
         for (const Status& shown : {status::idle, status::stopped, status::setup, status::running,
                                     status::getting_data, status::waiting_for_trigger}) {
             show_status(on.panel().textstatus, shown);

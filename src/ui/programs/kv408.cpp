@@ -10,8 +10,8 @@
 
 int main(int argc, char** argv) {
     kv408::ui::TerminationSignals signals;
-    QApplication application(argc, argv);
-    kv408::ui::apply_look(application, kv408::ui::desktop_look(application));
+    const QApplication application(argc, argv);
+    kv408::ui::apply_look(kv408::ui::desktop_look());
     kv408::SystemClock clock;
     kv408::LibraryBridge bridge;
     kv408::ui::Program program(clock, bridge);

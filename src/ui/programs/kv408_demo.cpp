@@ -58,8 +58,8 @@ void offer(kv408::ui::BenchWindow& bench, QMainWindow& window) {
 
 int main(int argc, char** argv) {
     kv408::ui::TerminationSignals signals;
-    QApplication application(argc, argv);
-    kv408::ui::apply_look(application, kv408::ui::desktop_look(application));
+    const QApplication application(argc, argv);
+    kv408::ui::apply_look(kv408::ui::desktop_look());
     kv408::SystemClock clock;
     kv408::simulator::Simulation simulation(clock, flash_file());
     kv408::ui::Program program(clock, simulation.bridge());
