@@ -78,6 +78,19 @@ void fill_sweep(CommandArguments& arguments, const SweepRequest& request) {
     arguments[5] = static_cast<std::int16_t>(request.channel);
 }
 
+void fill_flash_read(CommandArguments& arguments, std::uint16_t address) {
+    put_16_bits(arguments, 1, address);
+    arguments[3] = 0;
+    arguments[4] = 0;
+    arguments[5] = 0;
+}
+
+void fill_flash_write(CommandArguments& arguments, std::uint16_t address, std::uint16_t word) {
+    put_16_bits(arguments, 1, address);
+    put_16_bits(arguments, 3, word);
+    arguments[5] = 0;
+}
+
 void fill_sample(CommandArguments& arguments, const PointDelay& delay, int channel) {
     constexpr std::int32_t second_channel = 32768;
     put_16_bits(arguments, 1, delay.coarse + (channel == 2 ? second_channel : 0));

@@ -23,9 +23,12 @@ inline constexpr std::int16_t set_trigger = 8;
 inline constexpr std::int16_t set_amplifier_gain = 9;
 inline constexpr std::int16_t fetch_sample = 26;
 inline constexpr std::int16_t set_trigger_timeout = 27;
+inline constexpr std::int16_t start_linearity = 29;
 inline constexpr std::int16_t set_offset_ch1 = 30;
 inline constexpr std::int16_t set_resolution = 31;
 inline constexpr std::int16_t start_sweep = 32;
+inline constexpr std::int16_t read_flash = 33;
+inline constexpr std::int16_t write_flash = 34;
 inline constexpr std::int16_t set_offset_ch2 = 35;
 } // namespace command
 
@@ -89,6 +92,12 @@ struct PointDelay {
     std::int32_t second = 1; ///< second position value, 16 bits
     std::uint8_t fine = 240; ///< fine-delay byte
 };
+
+/// Fills all five arguments of the read-flash command for the word at `address`.
+void fill_flash_read(CommandArguments& arguments, std::uint16_t address);
+
+/// Fills all five arguments of the write-flash command for `word` at `address`.
+void fill_flash_write(CommandArguments& arguments, std::uint16_t address, std::uint16_t word);
 
 /// Fills all five arguments of the single-point command; `channel` 2 sets bit 15 of the first
 /// value.

@@ -216,6 +216,26 @@ bool DeviceLink::send_setup(std::int16_t command, std::string_view label) {
     return sendcmdack(command, state_.cmdargs, retries, command_timeout_ms, label);
 }
 
+bool DeviceLink::read_flash_word(std::uint16_t address, std::uint16_t& word) {
+    flush();
+    fill_flash_read(state_.cmdargs, address);
+    sendcommand(command::read_flash, state_.cmdargs);
+    clock_.sleep(milliseconds(20));
+    std::array<Byte, 2> reply = {};
+    if (!read(reply)) {
+        return false;
+    }
+    word = static_cast<std::uint16_t>(reply[0] << 8 | reply[1]);
+    return true;
+}
+
+void DeviceLink::write_flash_word(std::uint16_t address, std::uint16_t word) {
+    flush();
+    clock_.sleep(milliseconds(20));
+    fill_flash_write(state_.cmdargs, address, word);
+    sendcommand(command::write_flash, state_.cmdargs);
+}
+
 void DeviceLink::waitrxidle() {
     constexpr int polls = 40;
     constexpr milliseconds interval{100};

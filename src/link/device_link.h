@@ -37,8 +37,10 @@ public:
                ListBox& cmbDevice)
         : bridge_(bridge), clock_(clock), boxes_(boxes), program_(program), cmbDevice_(cmbDevice) {}
 
-    /// The argument bytes of the next command.
+    /// The argument bytes of the next command, to be filled; those left alone go out as they are.
     [[nodiscard]] CommandArguments& cmdargs() { return state_.cmdargs; }
+
+    /// The link's state, to look at.
     [[nodiscard]] const LinkState& state() const { return state_; }
 
     /// Fills the device list with the serial numbers of all attached devices and selects the first.
@@ -76,6 +78,13 @@ public:
 
     /// Sends a set-up command with the link's own arguments, three attempts of 1000 ms each.
     bool send_setup(std::int16_t command, std::string_view label);
+
+    /// Reads the word at `address` of the instrument's flash, high byte first, into `word`; false,
+    /// with `word` unchanged, when it does not come within the read time-out.
+    bool read_flash_word(std::uint16_t address, std::uint16_t& word);
+
+    /// Writes `word` at `address` of the instrument's flash; nothing is answered.
+    void write_flash_word(std::uint16_t address, std::uint16_t word);
 
     /// Waits until a reply has stopped arriving: polls every 100 ms, at most 40 times.
     void waitrxidle();

@@ -1,5 +1,7 @@
 #include "panel/display_controls.h"
 
+#include "panel/set_up_change.h"
+
 namespace kv408 {
 
 void DisplayControls::gridenable_Click() {
@@ -13,9 +15,7 @@ void DisplayControls::redraw() {
 
 void DisplayControls::average_Click() {
     panel_.avglabel.set_visible(panel_.average.checked());
-    if (acquisition_.acqrunning) {
-        acquisition_.scopestate = "changes";
-    }
+    mark_changed(acquisition_, link_);
 }
 
 } // namespace kv408

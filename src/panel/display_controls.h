@@ -1,5 +1,6 @@
 #pragma once
 
+#include "link/device_link.h"
 #include "panel/front_panel.h"
 #include "panel/screen.h"
 #include "state/acquisition_state.h"
@@ -9,8 +10,9 @@ namespace kv408 {
 /// The check boxes of the Display frame.
 class DisplayControls {
 public:
-    DisplayControls(FrontPanel& panel, AcquisitionState& acquisition, Screen& screen)
-        : panel_(panel), acquisition_(acquisition), screen_(screen) {}
+    DisplayControls(FrontPanel& panel, AcquisitionState& acquisition, DeviceLink& link,
+                    Screen& screen)
+        : panel_(panel), acquisition_(acquisition), link_(link), screen_(screen) {}
 
     /// "Grid On" was clicked.
     void gridenable_Click();
@@ -25,6 +27,7 @@ public:
 private:
     FrontPanel& panel_;
     AcquisitionState& acquisition_;
+    DeviceLink& link_;
     Screen& screen_;
 };
 

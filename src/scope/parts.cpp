@@ -13,7 +13,7 @@ Parts::Parts(const Machine& machine)
                .colours = colours}),
       time_base(panel, time_base_state, acquisition, link, picture, boxes),
       vertical(panel, channels, acquisition, link, picture, boxes),
-      display_controls(panel, acquisition, picture),
+      display_controls(panel, acquisition, link, picture),
       upload(panel, acquisition, time_base_state, trigger_state, channels, link, clock, boxes),
       block(panel, acquisition, time_base_state, channels, samples, link, clock, picture),
       pass(panel, acquisition, time_base_state, channels, samples, link, clock, messages, picture),

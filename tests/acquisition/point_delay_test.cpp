@@ -54,7 +54,8 @@ struct FineRow {
 
 TEST(PointDelay, TheFineByteGoesRoundAt256) {
     const FineRow fines[] = {
-        {1, 239}, {239, 1}, {240, 0}, {241, 255}, {255, 241}, {256, 240}, {257, 239}, {496, 0},
+        {1, 239},   {239, 1},   {240, 0},   {241, 255}, {250, 246},
+        {255, 241}, {256, 240}, {257, 239}, {496, 0},
     };
     for (const FineRow& row : fines) {
         // A delay in the middle of what the divider 2 * half + 1 is for: (m - 1) * 10500.

@@ -73,7 +73,7 @@ struct PanelRig {
     DeviceLink link{bridge, clock, boxes, program, panel.device};
     TimeBase time_base{panel, time_base_state, acquisition, link, screen, boxes};
     Vertical vertical{panel, channels, acquisition, link, screen, boxes};
-    DisplayControls display_controls{panel, acquisition, screen};
+    DisplayControls display_controls{panel, acquisition, link, screen};
 };
 
 } // namespace kv408

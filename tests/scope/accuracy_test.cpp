@@ -160,6 +160,36 @@ TEST(Accuracy, WithNoiseTheMeanAndTheSpreadAreThoseOfTheInstrument) {
     EXPECT_NEAR(std::sqrt(squares / 650), 1.01, 0.15);
 }
 
+/// Spread of CH2's samples, which sees nothing but the sampler's noise, in millivolts.
+double noise_mv(Program& program) {
+    program.ticks(4);
+    const auto& mv = program.scope.parts().samples[1].mv;
+    double squares = 0;
+    for (std::size_t point = 1; point <= 650; ++point) {
+        squares += mv[point] * mv[point];
+    }
+    return std::sqrt(squares / 650);
+}
+
+TEST(Accuracy, AveragingHalvesTheNoiseAndSpeedDoublesIt) {
+    Program program(false);
+    program.simulation.bench().sampler_noise_codes = 8.0;
+    program.simulation.bench().samplers[1] = simulator::SamplerRoute::disconnected;
+    ASSERT_TRUE(program.scope.start());
+    const double normal = noise_mv(program);
+    EXPECT_NEAR(normal, 4.0, 0.4);
+    program.scope.act([&] { program.scope.panel().average.set_checked(true); });
+    EXPECT_TRUE(program.scope.panel().avglabel.visible());
+    program.ticks(2);
+    EXPECT_NEAR(noise_mv(program), normal / 2, 0.4);
+    program.scope.act([&] {
+        program.scope.panel().average.set_checked(false);
+        program.scope.panel().adcspeed.set_checked(true);
+    });
+    program.ticks(2);
+    EXPECT_NEAR(noise_mv(program), normal * 2, 0.8);
+}
+
 TEST(Accuracy, InputViaTriggerUndoesTheHalving) {
     Program program;
     program.simulation.bench().samplers[0] = simulator::SamplerRoute::via_trigger;

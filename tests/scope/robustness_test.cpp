@@ -21,6 +21,12 @@ const std::string retry_text =
     "No connection to Device, maybe it's not powered. Please check and click <Retry>!";
 const std::string not_found_text = "Error finding WKTP2B device. Aborting application.";
 
+/// How many pixels of the picture have exactly the colour `pixel`.
+std::ptrdiff_t pixels_of(Program& program, Pixel pixel) {
+    const auto pixels = program.scope.picture().surface().pixels();
+    return std::count(pixels.begin(), pixels.end(), pixel);
+}
+
 TEST(Robustness, PoweringTheInstrumentAndPressingRetryConnects) {
     Program program;
     program.simulation.bench().faults.no_power = true;
@@ -187,9 +193,15 @@ TEST(Robustness, NoTriggerShowsTheWaitAndNoTraceAndRecovers) {
         ASSERT_TRUE(program.scope.start());
         program.choose(program.scope.panel().seltimediv, time_base);
         program.ticks(6);
+        const Pixel first_trace = pixel_of(ColourTable{}.ch1);
+        const Pixel second_trace = pixel_of(ColourTable{}.ch2);
+        EXPECT_GT(pixels_of(program, first_trace), 600);
+        EXPECT_GT(pixels_of(program, second_trace), 600);
         program.simulation.bench().faults.no_trigger = true;
         program.ticks(6);
         EXPECT_EQ(program.status(), "Waiting For TRIGGER");
+        EXPECT_EQ(pixels_of(program, first_trace), 0);
+        EXPECT_EQ(pixels_of(program, second_trace), 0);
         program.simulation.bench().faults.no_trigger = false;
         program.ticks(6);
         EXPECT_NE(program.status(), "Waiting For TRIGGER");
@@ -218,6 +230,57 @@ TEST(Robustness, DamagedBlocksAreAskedForAgain) {
     program.ticks(5);
     EXPECT_EQ(program.status(), "Running");
     EXPECT_TRUE(program.boxes.shown.empty());
+}
+
+TEST(Robustness, GarbageInAPointPassIsNeverMoreThanWrongPoints) {
+    Program program;
+    ASSERT_TRUE(program.scope.start());
+    program.choose(program.scope.panel().seltimediv, "10us/div");
+    program.ticks(3);
+    program.simulation.bench().faults.flipped_bits = 0xFF;
+    program.ticks(3);
+    program.simulation.bench().faults.flipped_bits = 0;
+    program.simulation.bench().faults.extra_bytes = {200};
+    program.ticks(3);
+    program.simulation.bench().faults.extra_bytes.clear();
+    program.ticks(2);
+    EXPECT_TRUE(program.boxes.shown.empty());
+    // A clean pass after the garbage shows the signal again: 400 mVpp at CH1.
+    const auto& mv = program.scope.parts().samples[0].mv;
+    EXPECT_NEAR(*std::max_element(mv.begin() + 1, mv.begin() + 641), 200.0, 1.0);
+    EXPECT_NEAR(*std::min_element(mv.begin() + 1, mv.begin() + 641), -200.0, 1.0);
+}
+
+TEST(Robustness, ASetUpWithoutAnyAnswerEndsWithinItsTimeOuts) {
+    Program program;
+    ASSERT_TRUE(program.scope.start());
+    program.ticks(4);
+    program.simulation.bench().faults.acknowledge = AcknowledgeFault::lost;
+    program.scope.act([&] { program.scope.panel().cmdstartsweep.click(); });
+    const auto before = program.clock.now();
+    program.ticks(1);
+    // The trigger and the first offset: three attempts each of 20 ms and 1000 ms, and the tick.
+    EXPECT_LT(program.clock.now() - before, 6 * 1030ms + 100ms);
+    program.simulation.bench().faults.acknowledge = AcknowledgeFault::none;
+    program.simulation.bench().faults.extra_bytes = {6, 6, 6};
+    program.boxes.shown.clear();
+    program.ticks(4);
+    EXPECT_TRUE(program.boxes.shown.empty());
+}
+
+TEST(Robustness, TheEntriesWithoutFunctionDoNothing) {
+    Program program;
+    ASSERT_TRUE(program.scope.start());
+    program.ticks(4);
+    const std::size_t operations = program.log.operations.size();
+    program.scope.act([&] {
+        program.scope.panel().menuabout.click();
+        program.scope.panel().menuhelp.click();
+        program.scope.panel().exportdata.click();
+    });
+    EXPECT_EQ(program.log.operations.size(), operations);
+    EXPECT_TRUE(program.boxes.shown.empty());
+    EXPECT_EQ(program.status(), "Running");
 }
 
 TEST(Robustness, LostBytesEndAPointPassQuietlyWithinItsTimeOut) {
