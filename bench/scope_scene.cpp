@@ -24,8 +24,8 @@ std::size_t slot(int index) {
 } // namespace
 
 ScopeScene::ScopeScene(Signal signal, int depth)
-    : signal_(signal), depth_(depth),
-      picture_({panel_, samples_, channels_, acquisition_, program_, colours_}) {
+    : signal_(signal), depth_(depth), picture_({panel_, samples_, channels_, acquisition_, program_,
+                                                colours_, cursors_, trigger_}) {
     program_.loaded = true;
     acquisition_.scopestate = "scope";
     acquisition_.ready = {true, true};

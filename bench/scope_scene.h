@@ -55,6 +55,8 @@ private:
     AcquisitionState acquisition_;
     ProgramState program_;
     ColourTable colours_;
+    CursorState cursors_;
+    TriggerState trigger_;
     Picture picture_;
     std::deque<SweepPoints> sweeps_;
     int newest_point_ = 0;

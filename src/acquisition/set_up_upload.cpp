@@ -13,25 +13,6 @@ SweepRequest sweep_request(const FrontPanel& panel, int channel) {
         .average = panel.average.checked(), .speed = panel.adcspeed.checked(), .channel = channel};
 }
 
-void SetUpUpload::settriger() {
-    const std::int32_t timeout = trigger_timeout(panel_.trtout.text());
-    const bool trig1 = panel_.trigsource.text() == "TRIG1";
-    trigger_.trigsrcdelay = trigger_.trigdelay[trig1 ? 0 : 1];
-    fill_trigger(link_.cmdargs(), {.level = trigger_.trigpos,
-                                   .trig1 = trig1,
-                                   .positive = panel_.trigeredge.text() == "Positive",
-                                   .hysteresis = static_cast<std::int16_t>(panel_.shyst.value())});
-    bool done = link_.send_setup(command::set_trigger, " SETTRIG ");
-    if (done) {
-        clock_.sleep(milliseconds(10));
-        fill_trigger_timeout(link_.cmdargs(), timeout);
-        done = link_.send_setup(command::set_trigger_timeout, " SETTTO ");
-    }
-    if (!done) {
-        boxes_.show({.text = "error set triger"});
-    }
-}
-
 bool SetUpUpload::setscope8ghz() {
     if (!send_time_base()) {
         boxes_.show({.text = "Error setting scope"});

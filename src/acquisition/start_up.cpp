@@ -75,12 +75,16 @@ void StartUp::initialise_panel() {
 }
 
 void StartUp::apply_settings() {
+    handlers_.trigger.trigeredge_Click();
+    handlers_.trigger.trigsource_Click();
     handlers_.time_base.seltimediv_Click();
     handlers_.vertical.ch1vdiv_Click();
     handlers_.vertical.ch2vdiv_Click();
     handlers_.time_base.seltimediv_Click();
-    handlers_.upload.settriger();
+    handlers_.trigger.settriger();
     handlers_.time_base.seltimediv_Click();
+    handlers_.adjust.sliderupdate();
+    handlers_.cursors.combocursorselect_Click();
     handlers_.vertical.ch1enable_Click();
     handlers_.vertical.ch2enable_Click();
     handlers_.vertical.place_marker(0);

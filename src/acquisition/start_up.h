@@ -1,11 +1,13 @@
 #pragma once
 
-#include "acquisition/set_up_upload.h"
+#include "display/cursors.h"
 #include "host/message_boxes.h"
 #include "link/device_link.h"
+#include "panel/adjust.h"
 #include "panel/front_panel.h"
 #include "panel/screen.h"
 #include "panel/time_base.h"
+#include "panel/trigger.h"
 #include "panel/vertical.h"
 #include "state/acquisition_state.h"
 #include "state/calibration_record.h"
@@ -22,7 +24,9 @@ public:
     struct Handlers {
         TimeBase& time_base;
         Vertical& vertical;
-        SetUpUpload& upload;
+        Trigger& trigger;
+        Adjust& adjust;
+        Cursors& cursors;
     };
 
     StartUp(FrontPanel& panel, AcquisitionState& acquisition, ProgramState& program,

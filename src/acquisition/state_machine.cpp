@@ -9,14 +9,27 @@
 namespace kv408 {
 
 void StateMachine::Timer1_Timer(bool exchange_under_way) {
+    const bool waited = waiting_for_trigger();
     if (!exchange_under_way) {
         act_on_state();
     }
-    count_holdoff_down();
+    const bool line_ended = count_holdoff_down();
     show_date();
-    if (!exchange_under_way && redraw_due()) {
-        redraw();
+    // While the picture waits for data or for a set-up, level and offsets may have been changed.
+    screen_.show_labels();
+    if (exchange_under_way) {
+        return;
     }
+    if (redraw_due()) {
+        redraw();
+    } else if (line_ended || waiting_for_trigger() != waited) {
+        // No data may ever come to take the trace or the trigger line off the screen.
+        screen_.draw(draw_flags::all);
+    }
+}
+
+bool StateMachine::waiting_for_trigger() const {
+    return panel_.textstatus.text() == status::waiting_for_trigger.text;
 }
 
 void StateMachine::cmdstartsweep_Click() {
@@ -83,7 +96,8 @@ void StateMachine::fetch_block(int channel) {
     acquisition_.acqrunning = true;
 }
 
-void StateMachine::count_holdoff_down() {
+bool StateMachine::count_holdoff_down() {
+    const bool shown = acquisition_.holdoff;
     if (acquisition_.holdoff && acquisition_.holdoff_time > 0) {
         acquisition_.holdoff_time -= timer_interval_ms;
     }
@@ -91,6 +105,7 @@ void StateMachine::count_holdoff_down() {
         acquisition_.holdoff = false;
         acquisition_.holdoff_time = 0;
     }
+    return shown && !acquisition_.holdoff;
 }
 
 void StateMachine::show_date() {

@@ -48,7 +48,9 @@ private:
     void act_on_state();
     void set_up();
     void fetch_block(int channel);
-    void count_holdoff_down();
+    /// True when the trigger line has just had its time.
+    bool count_holdoff_down();
+    [[nodiscard]] bool waiting_for_trigger() const;
     void show_date();
     [[nodiscard]] bool redraw_due() const;
     void redraw();

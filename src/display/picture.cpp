@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "display/copies.h"
+#include "display/cursors.h"
 #include "display/graticule.h"
 #include "display/shapes.h"
 #include "display/trace_painter.h"
@@ -62,6 +63,14 @@ void Picture::movepersistance() {
     changes_.history.fill(true);
 }
 
+void Picture::calccursors() {
+    show_cursor_readouts(inputs_.panel, inputs_.channels, inputs_.cursors);
+}
+
+void Picture::show_labels() {
+    kv408::show_labels(inputs_.panel, inputs_.channels, inputs_.trigger);
+}
+
 void Picture::set_newest_point(int index) {
     newest_point_ = std::clamp(index, 0, plot::points - 1);
 }
@@ -88,6 +97,9 @@ void Picture::on_drawn(std::function<void(Columns)> listener) {
 void Picture::draw(unsigned flags) {
     if (!may_draw()) {
         return;
+    }
+    if ((flags & draw_flags::labels) != 0) {
+        show_labels();
     }
     const Content next = content(flags);
     const DirtyColumns dirty = columns_to_compose(next);
@@ -137,9 +149,26 @@ Columns Picture::gap_of(int channel) const {
     return {column(gap_start), column(gap_end)};
 }
 
+Overlays Picture::overlays_of(unsigned flags) const {
+    if ((flags & draw_flags::overlays) == 0) {
+        return {};
+    }
+    Overlays overlays;
+    overlays.cursors = cursor_lines(inputs_.cursors, inputs_.colours);
+    const std::string source = inputs_.panel.trigsource.text();
+    if (inputs_.acquisition.holdoff && (source == "TRIG1" || source == "TRIG2")) {
+        overlays.trigger = {
+            .shown = true,
+            .row = trigger_row(source == "TRIG1" ? 0 : 1, inputs_.trigger, inputs_.channels),
+            .colour = pixel_of(inputs_.colours.normal_text)};
+    }
+    return overlays;
+}
+
 Picture::Content Picture::content(unsigned flags) const {
     Content next;
     next.background = pixel_of(inputs_.colours.background);
+    next.overlays = overlays_of(flags);
     for (const int channel : drawing_order) {
         next.looks[slot(channel)] = look_of(channel, flags);
         if (next.looks[slot(channel)].shown) {
@@ -151,7 +180,8 @@ Picture::Content Picture::content(unsigned flags) const {
 
 DirtyColumns Picture::columns_to_compose(const Content& next) const {
     DirtyColumns dirty;
-    bool everything = changes_.everything || next.background != drawn_.background;
+    bool everything = changes_.everything || next.background != drawn_.background ||
+                      next.overlays != drawn_.overlays;
     for (const int channel : drawing_order) {
         const TraceLook& look = next.looks[slot(channel)];
         everything |= look != drawn_.looks[slot(channel)];
@@ -180,6 +210,7 @@ void Picture::compose(Columns columns) {
     } else {
         compose_by_painting(canvas, views);
     }
+    draw_overlays(canvas, drawn_.overlays);
 }
 
 void Picture::compose_by_runs(const Canvas& canvas, const TraceViews& views) {

@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "display/dirty_columns.h"
+#include "display/overlays.h"
 #include "display/persistence_colours.h"
 #include "display/surface.h"
 #include "display/trace.h"
@@ -14,8 +15,10 @@
 #include "state/acquisition_state.h"
 #include "state/channel_state.h"
 #include "state/colour.h"
+#include "state/cursor_state.h"
 #include "state/program_state.h"
 #include "state/samples.h"
+#include "state/trigger_state.h"
 
 namespace kv408 {
 
@@ -27,14 +30,17 @@ struct PictureInputs {
     const AcquisitionState& acquisition;
     const ProgramState& program;
     const ColourTable& colours;
+    const CursorState& cursors;
+    const TriggerState& trigger;
 };
 
 /// The picture of the plot area (641 by 513 pixels).
 ///
 /// It is composed in layers, each of which draws over the ones before: the grid, CH2's trace, CH1's
-/// trace. A layer draws onto a canvas that may be limited to some columns, and what it draws from
-/// is part of the `Content` or of the traces' points; so a draw composes only the columns whose
-/// pixels can have changed since the draw before, with the same pixels as composing all of them.
+/// trace, the cursor lines, the trigger-level line. A layer draws onto a canvas that may be limited
+/// to some columns, and what it draws from is part of the `Content` or of the traces' points; so a
+/// draw composes only the columns whose pixels can have changed since the draw before, with the
+/// same pixels as composing all of them.
 class Picture : public Screen {
 public:
     /// A picture of `inputs` with an empty grid, no points and the default persistence.
@@ -47,6 +53,8 @@ public:
     void makegrid() override;
     void ClearTrace(int channel) override;
     void movepersistance() override;
+    void calccursors() override;
+    void show_labels() override;
     void set_newest_point(int index) override;
     void draw(unsigned flags) override;
 
@@ -69,6 +77,7 @@ private:
         std::array<TraceLook, 2> looks;
         std::array<Columns, 2> gaps; ///< of the traces that are shown
         Pixel background = 0;
+        Overlays overlays;
 
         friend bool operator==(const Content&, const Content&) = default;
     };
@@ -86,6 +95,7 @@ private:
     [[nodiscard]] bool may_draw() const;
     [[nodiscard]] TraceLook look_of(int channel, unsigned flags) const;
     [[nodiscard]] Columns gap_of(int channel) const;
+    [[nodiscard]] Overlays overlays_of(unsigned flags) const;
     [[nodiscard]] Content content(unsigned flags) const;
     [[nodiscard]] DirtyColumns columns_to_compose(const Content& next) const;
     void compose(Columns columns);

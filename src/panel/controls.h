@@ -37,31 +37,19 @@ public:
 
     /// Whether the user can operate it.
     [[nodiscard]] bool enabled() const { return enabled_; }
-    void set_enabled(bool enabled) {
-        enabled_ = enabled;
-        shown();
-    }
+    void set_enabled(bool enabled) { show(enabled_, enabled); }
 
     /// Whether it can be seen.
     [[nodiscard]] bool visible() const { return visible_; }
-    void set_visible(bool visible) {
-        visible_ = visible;
-        shown();
-    }
+    void set_visible(bool visible) { show(visible_, visible); }
 
     /// Colour of its text; none: the desktop's.
     [[nodiscard]] std::optional<Colour> fore_colour() const { return fore_colour_; }
-    void set_fore_colour(Colour colour) {
-        fore_colour_ = colour;
-        shown();
-    }
+    void set_fore_colour(Colour colour) { show(fore_colour_, std::optional(colour)); }
 
     /// Colour behind its text; none: the desktop's.
     [[nodiscard]] std::optional<Colour> back_colour() const { return back_colour_; }
-    void set_back_colour(Colour colour) {
-        back_colour_ = colour;
-        shown();
-    }
+    void set_back_colour(Colour colour) { show(back_colour_, std::optional(colour)); }
 
     /// Sets the one listener (the window) that is told after anything visible has changed. It must
     /// only show: it may not set the control.
@@ -74,6 +62,15 @@ protected:
     void shown() const {
         if (listener_) {
             listener_();
+        }
+    }
+
+    /// Puts `next` into `member` and tells the window if that is a change.
+    template <typename Value>
+    void show(Value& member, Value next) {
+        if (member != next) {
+            member = std::move(next);
+            shown();
         }
     }
 
@@ -96,10 +93,7 @@ public:
 
     /// The caption on it.
     [[nodiscard]] const std::string& caption() const { return caption_; }
-    void set_caption(std::string caption) {
-        caption_ = std::move(caption);
-        shown();
-    }
+    void set_caption(std::string caption) { show(caption_, std::move(caption)); }
 
     /// Sets what a click does.
     void on_click(Handler handler) { handler_ = std::move(handler); }
@@ -248,18 +242,17 @@ public:
 
     /// The text on it.
     [[nodiscard]] const std::string& caption() const { return caption_; }
-    void set_caption(std::string caption) {
-        caption_ = std::move(caption);
-        shown();
-    }
+    void set_caption(std::string caption) { show(caption_, std::move(caption)); }
 
     /// Real place of its upper left corner, pixels of the plot box; only the markers move.
     [[nodiscard]] int left() const { return left_; }
     [[nodiscard]] int top() const { return top_; }
     void move(int left, int top) {
-        left_ = left;
-        top_ = top;
-        shown();
+        if (left_ != left || top_ != top) {
+            left_ = left;
+            top_ = top;
+            shown();
+        }
     }
 
 private:

@@ -1,5 +1,7 @@
 #include "panel/front_panel.h"
 
+#include "state/plot_geometry.h"
+
 namespace kv408 {
 
 FrontPanel::FrontPanel() {
@@ -9,6 +11,12 @@ FrontPanel::FrontPanel() {
     avglabel.set_caption("Filter Avg.");
     avglabel.set_visible(false);
     trigertext.set_caption("T");
+    slider1.set_range(0, 1024);
+    slider1.set_Value(512);
+    ltp2.move(plot::left, plot::top - plot::marker_width - 1);
+    centerfr.set_visible(false);
+    lblc1.set_visible(false);
+    lblc2.set_visible(false);
     for (std::size_t index = 0; index < channel.size(); ++index) {
         ChannelControls& controls = channel[index];
         controls.enable.set_checked(true);

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "panel/controls.h"
+#include "panel/thumb_wheel.h"
 
 namespace kv408 {
 
@@ -103,8 +104,8 @@ struct FrontPanel {
     ListBox combocursorselect{"combocursorselect"}; ///< channel that the cursors measure
 
     // Adjust frame.
-    TabStrip tabstrip2{"TabStrip2"};         ///< what the wheel turns
-    Slider slider1{"Slider1", 0, 1024, 512}; ///< the adjust wheel's value
+    TabStrip tabstrip2{"TabStrip2"}; ///< what the wheel turns
+    ThumbWheel slider1{"Slider1"};   ///< the adjust wheel
 
     // On and around the plot.
     Label picture1{"Picture1"};     ///< the plot box

@@ -32,6 +32,13 @@ public:
     /// Shifts both persistence histories by one generation, the current traces become the newest.
     virtual void movepersistance() = 0;
 
+    /// Writes the cursor read-outs anew.
+    virtual void calccursors() = 0;
+
+    /// Writes the offset read-outs and the trigger level and places the markers, also while the
+    /// picture itself is not drawn.
+    virtual void show_labels() = 0;
+
     /// Notes `index` (1..640) as the newest point of a running point-by-point pass.
     virtual void set_newest_point(int index) = 0;
 

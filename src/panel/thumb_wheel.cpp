@@ -99,6 +99,7 @@ void ThumbWheel::take(std::int64_t value) {
     const bool changed = limited != value_;
     value_ = limited;
     shown();
+    scrolled_ |= changed;
     if (changed && scroll_) {
         scroll_();
     }
@@ -111,10 +112,13 @@ void ThumbWheel::shift_phase(std::int64_t pixels) {
 }
 
 void ThumbWheel::commit() {
-    if (committed_ == value_) {
+    // A drag that ends where it began has been elsewhere, and whoever followed it must know its
+    // end.
+    if (committed_ == value_ && !scrolled_) {
         return;
     }
     committed_ = value_;
+    scrolled_ = false;
     if (change_) {
         change_();
     }

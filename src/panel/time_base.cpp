@@ -35,12 +35,6 @@ constexpr std::array<TimeBaseRow, 21> rows = {{
     {"100us/div", "100us", 1562500, 0.64, 6, 1.0, true},
 }};
 
-constexpr const char* horizontal_position_key = "HPOS";
-
-double power_of_ten(int power) {
-    return power == 9 ? 1e9 : 1e6;
-}
-
 } // namespace
 
 std::span<const TimeBaseRow> time_base_rows() {
@@ -58,12 +52,16 @@ void TimeBase::seltimediv_Click() {
     mark_changed(acquisition_, link_);
     const std::string text = panel_.seltimediv.text();
     take_values(text);
+    adjust_.rescale_delays();
+    screen_.calccursors();
     panel_.tdivtext.set_caption(text);
     if (acquisition_.pointmode) {
         withdraw_horizontal_position();
     } else {
         offer_horizontal_position();
     }
+    adjust_.setadjuststep();
+    trigger_.trigposupdate();
     screen_.refreshCH1(0);
     screen_.refreshCH2(0);
 }
@@ -77,38 +75,35 @@ void TimeBase::take_values(std::string_view text) {
     }
     panel_.tdivtext.set_caption(std::string(row->short_label));
     time_base_.tbresolution = row->tbresolution;
-    time_base_.samplerate = row->multiplier * power_of_ten(row->power);
+    time_base_.samplerate = row->samplerate();
     time_base_.hstretch = row->hstretch;
     acquisition_.pointmode = row->pointmode;
 }
 
 void TimeBase::offer_horizontal_position() {
     int position = 0;
-    if (hasnotab(panel_.tabstrip2, horizontal_position_key, position)) {
-        panel_.tabstrip2.add({horizontal_position_key, "Hor. Position"});
+    if (hasnotab(panel_.tabstrip2, adjust_key::horizontal, position)) {
+        panel_.tabstrip2.add({std::string(adjust_key::horizontal), "Hor. Position"});
     }
     for (int channel = 0; channel < 2; ++channel) {
         panel_.channel[static_cast<std::size_t>(channel)].psofset.set_enabled(true);
-        show_delay_label(channel);
+        adjust_.show_delay_label(channel);
     }
 }
 
 void TimeBase::withdraw_horizontal_position() {
     int position = 0;
-    if (!hasnotab(panel_.tabstrip2, horizontal_position_key, position)) {
+    if (!hasnotab(panel_.tabstrip2, adjust_key::horizontal, position)) {
+        const bool selected = panel_.tabstrip2.selected() == position;
         panel_.tabstrip2.remove(position);
+        if (selected) {
+            adjust_.select_target(adjust_key::ch1);
+        }
     }
     for (ChannelControls& controls : panel_.channel) {
         controls.psofset.set_enabled(false);
         controls.hor_delay.set_caption("");
     }
-}
-
-void TimeBase::show_delay_label(int channel) {
-    ChannelControls& controls = panel_.channel[static_cast<std::size_t>(channel)];
-    const std::string& delay = controls.psofset.text();
-    controls.hor_delay.set_caption(
-        delay == "0" || acquisition_.pointmode ? std::string() : "Delay:  " + delay + "ps");
 }
 
 } // namespace kv408

@@ -6,8 +6,10 @@
 
 #include "host/message_boxes.h"
 #include "link/device_link.h"
+#include "panel/adjust.h"
 #include "panel/front_panel.h"
 #include "panel/screen.h"
+#include "panel/trigger.h"
 #include "state/acquisition_state.h"
 #include "state/time_base_state.h"
 
@@ -22,6 +24,9 @@ struct TimeBaseRow {
     int power;                    ///< 9 or 6
     double hstretch;              ///< stretch step
     bool pointmode;               ///< point by point in place of block sweeps
+
+    /// Screen columns a second.
+    [[nodiscard]] double samplerate() const { return multiplier * (power == 9 ? 1e9 : 1e6); }
 };
 
 /// The 21 entries in the order in which a text is looked up, from "25ps/div" to "100us/div"; the
@@ -32,18 +37,16 @@ struct TimeBaseRow {
 class TimeBase {
 public:
     TimeBase(FrontPanel& panel, TimeBaseState& time_base, AcquisitionState& acquisition,
-             DeviceLink& link, Screen& screen, MessageBoxes& boxes)
-        : panel_(panel), time_base_(time_base), acquisition_(acquisition), link_(link),
-          screen_(screen), boxes_(boxes) {}
+             Trigger& trigger, Adjust& adjust, DeviceLink& link, Screen& screen,
+             MessageBoxes& boxes)
+        : panel_(panel), time_base_(time_base), acquisition_(acquisition), trigger_(trigger),
+          adjust_(adjust), link_(link), screen_(screen), boxes_(boxes) {}
 
     /// Fills the list with its 21 entries; nothing is selected.
     void fill_list();
 
     /// A time base was chosen.
     void seltimediv_Click();
-
-    /// Shows a channel's delay read-out: empty for a delay box holding "0" and in point mode.
-    void show_delay_label(int channel);
 
 private:
     void take_values(std::string_view text);
@@ -53,6 +56,8 @@ private:
     FrontPanel& panel_;
     TimeBaseState& time_base_;
     AcquisitionState& acquisition_;
+    Trigger& trigger_;
+    Adjust& adjust_;
     DeviceLink& link_;
     Screen& screen_;
     MessageBoxes& boxes_;

@@ -61,6 +61,9 @@ void Vertical::vdiv_Click(int channel) {
         return;
     }
     state.offsetdac = offset_code(state);
+    // The adjust wheel is refreshed for its present target, as a click on its tab does.
+    panel_.tabstrip2.select(panel_.tabstrip2.selected());
+    screen_.calccursors();
     show_caption(channel);
     screen_.refreshCH1(0);
     screen_.refreshCH2(0);

@@ -10,22 +10,41 @@ Parts::Parts(const Machine& machine)
                .channels = channels,
                .acquisition = acquisition,
                .program = program,
-               .colours = colours}),
-      time_base(panel, time_base_state, acquisition, link, picture, boxes),
+               .colours = colours,
+               .cursors = cursor_state,
+               .trigger = trigger_state}),
       vertical(panel, channels, acquisition, link, picture, boxes),
+      trigger(panel, trigger_state, channels, time_base_state, acquisition, link, clock, boxes),
+      adjust(panel,
+             {.channels = channels,
+              .trigger = trigger_state,
+              .cursors = cursor_state,
+              .time_base = time_base_state,
+              .acquisition = acquisition},
+             vertical, trigger, picture),
+      time_base(panel, time_base_state, acquisition, trigger, adjust, link, picture, boxes),
+      cursors(panel, cursor_state, adjust, picture),
+      plot_mouse(panel, channels, cursor_state, adjust, picture),
       display_controls(panel, acquisition, link, picture),
-      upload(panel, acquisition, time_base_state, trigger_state, channels, link, clock, boxes),
+      upload(panel, acquisition, time_base_state, trigger, channels, link, clock, boxes),
       block(panel, acquisition, time_base_state, channels, samples, link, clock, picture),
       pass(panel, acquisition, time_base_state, channels, samples, link, clock, messages, picture),
       state_machine(panel, acquisition, channels,
                     {.vertical = vertical, .upload = upload, .block = block, .pass = pass}, clock,
                     messages, picture),
       start_up(panel, acquisition, program, samples, calibration,
-               {.time_base = time_base, .vertical = vertical, .upload = upload}, link, boxes,
-               picture) {
+               {.time_base = time_base,
+                .vertical = vertical,
+                .trigger = trigger,
+                .adjust = adjust,
+                .cursors = cursors},
+               link, boxes, picture) {
     connect_channel(ch1);
     connect_channel(ch2);
-    connect_controls();
+    connect_display();
+    connect_trigger();
+    connect_adjust();
+    connect_acquisition();
 }
 
 void Parts::connect_channel(int channel) {
@@ -34,14 +53,38 @@ void Parts::connect_channel(int channel) {
     controls.inviatr.on_click([this, channel] { vertical.vdiv_Click(channel); });
     controls.invert.on_click([this, channel] { vertical.invert_Click(channel); });
     controls.enable.on_click([this, channel] { vertical.enable_Click(channel); });
+    controls.psofset.on_enter([this, channel] { adjust.psofset_Enter(channel); });
+    controls.psofset.on_focus([this] { adjust.psofset_GotFocus(); });
+    controls.slenps.on_click([this, channel] { adjust.slenps_Click(channel); });
 }
 
-void Parts::connect_controls() {
-    panel.seltimediv.on_click([this] { time_base.seltimediv_Click(); });
+void Parts::connect_display() {
     panel.gridenable.on_click([this] { display_controls.gridenable_Click(); });
     panel.eyeon.on_click([this] { display_controls.redraw(); });
     panel.persist.on_click([this] { display_controls.redraw(); });
     panel.average.on_click([this] { display_controls.average_Click(); });
+    panel.tabstrip3.on_click([this] { cursors.TabStrip3_Click(); });
+    panel.combocursorselect.on_click([this] { cursors.combocursorselect_Click(); });
+}
+
+void Parts::connect_trigger() {
+    panel.trigsource.on_click([this] { trigger.trigsource_Click(); });
+    panel.trigeredge.on_click([this] { trigger.trigeredge_Click(); });
+    panel.shyst.on_change([this] { trigger.shyst_Change(); });
+    panel.trtout.on_enter([this] { trigger.trtout_Commit(); });
+    panel.trtout.on_leave([this] { trigger.trtout_Commit(); });
+    panel.trzero.on_click([this] { trigger.trzero_Click(); });
+    panel.delaytrttdis.on_leave([this] { trigger.trigposupdate(); });
+}
+
+void Parts::connect_adjust() {
+    panel.seltimediv.on_click([this] { time_base.seltimediv_Click(); });
+    panel.tabstrip2.on_click([this] { adjust.TabStrip2_Click(); });
+    panel.slider1.on_scroll([this] { adjust.Slider1_Scroll(); });
+    panel.slider1.on_change([this] { adjust.Slider1_Change(); });
+}
+
+void Parts::connect_acquisition() {
     panel.cmdstartsweep.on_click([this] { state_machine.cmdstartsweep_Click(); });
     panel.cmdstop.on_click([this] { state_machine.cmdstop_Click(); });
     panel.menuexit.on_click([this] { start_up.MenuExit_Click(); });

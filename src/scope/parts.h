@@ -5,12 +5,16 @@
 #include "acquisition/set_up_upload.h"
 #include "acquisition/start_up.h"
 #include "acquisition/state_machine.h"
+#include "display/cursors.h"
 #include "display/picture.h"
+#include "display/plot_mouse.h"
 #include "host/ending.h"
 #include "link/device_link.h"
+#include "panel/adjust.h"
 #include "panel/display_controls.h"
 #include "panel/front_panel.h"
 #include "panel/time_base.h"
+#include "panel/trigger.h"
 #include "panel/vertical.h"
 #include "scope/scope.h"
 #include "state/calibration_record.h"
@@ -27,6 +31,7 @@ struct Parts {
     AcquisitionState acquisition;
     TimeBaseState time_base_state;
     TriggerState trigger_state;
+    CursorState cursor_state;
     Channels channels;
     Samples samples;
     ColourTable colours;
@@ -41,8 +46,12 @@ struct Parts {
     // The subsystems.
     DeviceLink link;
     Picture picture;
-    TimeBase time_base;
     Vertical vertical;
+    Trigger trigger;
+    Adjust adjust;
+    TimeBase time_base;
+    Cursors cursors;
+    PlotMouse plot_mouse;
     DisplayControls display_controls;
     SetUpUpload upload;
     BlockSweep block;
@@ -55,7 +64,10 @@ struct Parts {
 
 private:
     void connect_channel(int channel);
-    void connect_controls();
+    void connect_display();
+    void connect_trigger();
+    void connect_adjust();
+    void connect_acquisition();
 };
 
 } // namespace kv408

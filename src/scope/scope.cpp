@@ -62,4 +62,8 @@ Picture& Scope::picture() {
     return parts_->picture;
 }
 
+PlotMouse& Scope::plot_mouse() {
+    return parts_->plot_mouse;
+}
+
 } // namespace kv408

@@ -11,6 +11,7 @@
 namespace kv408 {
 
 class Picture;
+class PlotMouse;
 struct FrontPanel;
 struct Parts;
 
@@ -54,6 +55,9 @@ public:
 
     /// The picture on the plot.
     [[nodiscard]] Picture& picture();
+
+    /// Dragging on and around the plot.
+    [[nodiscard]] PlotMouse& plot_mouse();
 
     /// All parts, to look at; they are declared in scope/parts.h.
     [[nodiscard]] const Parts& parts() const { return *parts_; }

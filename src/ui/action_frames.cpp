@@ -5,7 +5,7 @@
 #include "ui/frames.h"
 #include "ui/panel_frame.h"
 #include "ui/segment_bar.h"
-#include "ui/wheel_area.h"
+#include "ui/wheel_widget.h"
 #include "ui/widget_maker.h"
 
 namespace kv408::ui {
@@ -47,9 +47,9 @@ QWidget* make_adjust_frame(ScopeDriver& driver) {
     layout->setSpacing(frame_measure::row_spacing + 2);
     layout->addWidget(
         make_tabs(frame, panel.tabstrip2, driver, {u"Adjust"_s, u"What the wheel below turns"_s}));
-    auto* const wheel = new WheelArea(frame);
-    describe(*wheel, {u"Adjust wheel"_s, u"Drag sideways to turn what is selected above"_s});
-    bind_appearance(wheel, panel.slider1);
+    auto* const wheel = new WheelWidget(panel.slider1, driver, frame);
+    describe(*wheel, {u"Adjust wheel"_s,
+                      u"Drag sideways, or use the arrow keys, to turn what is selected above"_s});
     layout->addWidget(wheel);
     return frame;
 }

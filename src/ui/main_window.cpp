@@ -8,6 +8,7 @@
 #include "display/picture.h"
 #include "ui/control_panel.h"
 #include "ui/menus.h"
+#include "ui/plot_drags.h"
 #include "ui/to_come.h"
 
 namespace kv408::ui {
@@ -31,6 +32,7 @@ MainWindow::MainWindow(Scope& scope, QtMessageBoxes& boxes)
     setWindowTitle(u"Kv408 - Tarvo  V1.6"_s);
     disable_what_is_to_come(scope.panel());
     lay_out();
+    take_plot_drags(plot(), driver_);
     driver_.on_return([this] { entry_returned(); });
     scope.picture().on_drawn([this](Columns columns) { plot().show_columns(columns); });
     timer_.setObjectName(u"Timer1"_s);

@@ -66,6 +66,11 @@ QPointF PlotWidget::place_of(double x, double y) const {
     return QPointF(x, y) * (scale_ / devicePixelRatioF());
 }
 
+QPoint PlotWidget::pixel_at(QPointF on_screen) const {
+    const QPointF place = mapFromGlobal(on_screen) * (devicePixelRatioF() / scale_);
+    return {static_cast<int>(std::floor(place.x())), static_cast<int>(std::floor(place.y()))};
+}
+
 void PlotWidget::show_columns(Columns columns) {
     pending_ = spanning(pending_, columns);
     if (!pause_.isActive()) {

@@ -31,6 +31,9 @@ public:
     /// The place of (`x`, `y`) of the plot box, in units of the widget.
     [[nodiscard]] QPointF place_of(double x, double y) const;
 
+    /// The pixel of the plot box, at the picture's natural size, that `on_screen` lies in.
+    [[nodiscard]] QPoint pixel_at(QPointF on_screen) const;
+
     /// The picture has changed in `columns`. It is painted soon, at most about sixty times a
     /// second, and always in its last state.
     void show_columns(Columns columns);

@@ -1,5 +1,7 @@
 #include "ui/scope_driver.h"
 
+#include "scope/parts.h"
+
 namespace kv408::ui {
 
 void ScopeDriver::start() {
@@ -16,6 +18,10 @@ void ScopeDriver::act(const std::function<void()>& action) {
 
 void ScopeDriver::close() {
     enter([this] { scope_.close(); });
+}
+
+const CursorState& ScopeDriver::cursors() const {
+    return scope_.parts().cursor_state;
 }
 
 void ScopeDriver::enter(const std::function<void()>& entry) {

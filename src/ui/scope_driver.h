@@ -4,6 +4,7 @@
 
 #include "panel/front_panel.h"
 #include "scope/scope.h"
+#include "state/cursor_state.h"
 
 namespace kv408::ui {
 
@@ -35,6 +36,12 @@ public:
 
     /// The program's controls.
     [[nodiscard]] FrontPanel& panel() { return scope_.panel(); }
+
+    /// Dragging on and around the plot.
+    [[nodiscard]] PlotMouse& plot_mouse() { return scope_.plot_mouse(); }
+
+    /// The measuring cursors.
+    [[nodiscard]] const CursorState& cursors() const;
 
     /// Sets what follows each entry, once it no longer counts as busy.
     void on_return(std::function<void()> listener) { listener_ = std::move(listener); }

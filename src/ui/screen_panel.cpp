@@ -56,6 +56,17 @@ QLabel* make_heading(QWidget* parent, const QString& text, const QColor& colour)
     return caption;
 }
 
+/// Makes `label` a dark plate with `text` that lets the picture shine through.
+void make_plate(QLabel& label, const QColor& text) {
+    constexpr int plate_alpha = 190;
+    make_read_out(label, text);
+    QPalette palette = label.palette();
+    palette.setColor(QPalette::Window, QColor(0, 0, 0, plate_alpha));
+    label.setPalette(palette);
+    label.setAutoFillBackground(true);
+    label.setContentsMargins(6, 1, 6, 1);
+}
+
 } // namespace
 
 ScreenPanel::ScreenPanel(const Surface& surface, FrontPanel& panel, QWidget* parent)
@@ -64,7 +75,7 @@ ScreenPanel::ScreenPanel(const Surface& surface, FrontPanel& panel, QWidget* par
     describe(*plot_, {u"Plot"_s, u"The traces of both channels, 10 by 8 divisions"_s});
     bind_appearance(plot_, panel.picture1);
     make_markers(panel);
-    make_cursor_read_outs(panel);
+    cursor_read_outs_ = make_cursor_read_outs(panel);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
 
@@ -139,16 +150,16 @@ void ScreenPanel::make_markers(FrontPanel& panel) {
          {u"Trigger time"_s, u"Where the moment of the trigger lies"_s});
 }
 
-void ScreenPanel::make_cursor_read_outs(FrontPanel& panel) {
+QWidget* ScreenPanel::make_cursor_read_outs(FrontPanel& panel) {
     auto* const column = new QWidget(plot_);
     column->setAttribute(Qt::WA_TransparentForMouseEvents);
     auto* const layout = new QVBoxLayout(column);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(2);
+    layout->setSpacing(0);
     layout->setSizeConstraint(QLayout::SetFixedSize);
     const auto make = [&](Label& control, const Words& words) {
         auto* const label = new QLabel(column);
-        make_read_out(*label, QColor(screen_colour::text));
+        make_plate(*label, QColor(screen_colour::text));
         describe(*label, words);
         layout->addWidget(label);
         bind(label, control);
@@ -157,7 +168,7 @@ void ScreenPanel::make_cursor_read_outs(FrontPanel& panel) {
          {u"Cursor difference"_s, u"Distance of the two cursors, volts or seconds"_s});
     make(panel.lblc1, {u"Cursor 1"_s, u"Place of cursor 1, volts or seconds"_s});
     make(panel.lblc2, {u"Cursor 2"_s, u"Place of cursor 2, volts or seconds"_s});
-    column->move(plot_->place_of(plot::left + 12, plot::top + 12).toPoint());
+    return column;
 }
 
 QSize ScreenPanel::minimumSizeHint() const {
@@ -192,6 +203,9 @@ void ScreenPanel::fit() {
     place(plot_, plot_->height());
     place(footer_, row_height);
     place(results_, results_height);
+    constexpr int from_edge = 8;
+    cursor_read_outs_->move(
+        plot_->place_of(plot::left + from_edge, plot::top + from_edge).toPoint());
     const int margin = static_cast<int>(plot_->place_of(plot::left, 0).x());
     for (const QWidget* row : {header_, footer_, results_}) {
         row->layout()->setContentsMargins(margin, 0, margin, 0);

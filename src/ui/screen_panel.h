@@ -34,12 +34,13 @@ private:
     [[nodiscard]] QWidget* make_header(FrontPanel& panel);
     [[nodiscard]] QWidget* make_footer(FrontPanel& panel);
     void make_markers(FrontPanel& panel);
-    void make_cursor_read_outs(FrontPanel& panel);
+    [[nodiscard]] QWidget* make_cursor_read_outs(FrontPanel& panel);
 
     PlotWidget* plot_;
     QWidget* header_;
     QWidget* footer_;
     QWidget* results_;
+    QWidget* cursor_read_outs_ = nullptr;
     qreal ratio_ = 0.0; ///< device pixels a unit that the plot was last fitted for
 };
 

@@ -1,5 +1,5 @@
 #include <QHBoxLayout>
-#include <QIntValidator>
+#include <QRegularExpressionValidator>
 
 #include "ui/bind.h"
 #include "ui/colours.h"
@@ -13,7 +13,12 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr int longest_delay_ps = 65535;
+/// Makes `box` one for numbers of the form `form`. Their range is the program's concern: it takes
+/// the nearest number that it can.
+void take_numbers(QLineEdit& box, const QString& form) {
+    box.setAlignment(Qt::AlignRight);
+    box.setValidator(new QRegularExpressionValidator(QRegularExpression(form), &box));
+}
 
 /// Adds `widget` to row `row` with its caption on the left and its unit, if any, on the right.
 void add_row(QGridLayout& grid, int row, const QString& caption, QWidget* widget,
@@ -43,8 +48,7 @@ void add_channel_delay(QGridLayout& grid, WidgetMaker& make, int row, ChannelCon
     QLineEdit* const delay =
         make.text_box(channel.psofset, {u"Delay of "_s + name,
                                         u"Horizontal delay of "_s + name + u", picoseconds"_s});
-    delay->setAlignment(Qt::AlignRight);
-    delay->setValidator(new QIntValidator(0, longest_delay_ps, delay));
+    take_numbers(*delay, u"[0-9]{0,9}"_s);
     add_row(grid, row, u"Delay "_s + name, delay, u"ps"_s);
     QCheckBox* const by_wheel = make.check(
         channel.slenps, {},
@@ -85,7 +89,7 @@ QWidget* make_trigger_frame(ScopeDriver& driver) {
     QLineEdit* const time_out = make.text_box(
         panel.trtout, {u"Trigger time-out"_s,
                        u"How long a sample waits for its trigger, microseconds, 10 to 65535"_s});
-    time_out->setAlignment(Qt::AlignRight);
+    take_numbers(*time_out, u"[0-9]{0,9}"_s);
     add_row(*grid, 4, u"Time-o&ut"_s, time_out);
     grid->setColumnStretch(1, 1);
     return frame;
@@ -106,7 +110,7 @@ QWidget* make_horizontal_frame(ScopeDriver& driver) {
     QLineEdit* const additional = make.text_box(
         panel.delaytrttdis,
         {u"Additional delay"_s, u"Delay between the trigger and the screen, picoseconds"_s});
-    additional->setAlignment(Qt::AlignRight);
+    take_numbers(*additional, u"-?[0-9]{0,9}"_s);
     add_row(*grid, 4, u"Additional Delay"_s, additional, u"ps"_s);
     grid->setColumnStretch(1, 1);
     return frame;

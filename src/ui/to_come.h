@@ -4,8 +4,7 @@
 
 namespace kv408::ui {
 
-/// Disables the controls that have their place in the window but no function behind them yet, and
-/// hides those that would show nothing.
+/// Disables the controls that have their place in the window but no function behind them yet.
 void disable_what_is_to_come(FrontPanel& panel);
 
 } // namespace kv408::ui

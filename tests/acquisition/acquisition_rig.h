@@ -37,6 +37,11 @@ struct AcquisitionRig {
             controls.enable.on_click([this, index] { vertical.enable_Click(index); });
         }
         panel.seltimediv.on_click([this] { time_base.seltimediv_Click(); });
+        panel.trigsource.on_click([this] { trigger_frame.trigsource_Click(); });
+        panel.trigeredge.on_click([this] { trigger_frame.trigeredge_Click(); });
+        panel.shyst.on_change([this] { trigger_frame.shyst_Change(); });
+        panel.tabstrip2.on_click([this] { adjust.TabStrip2_Click(); });
+        panel.combocursorselect.on_click([this] { cursors.combocursorselect_Click(); });
     }
 
     /// Makes the instrument acknowledge every set-up frame. The sweep and the single point have
@@ -87,6 +92,7 @@ struct AcquisitionRig {
     AcquisitionState acquisition;
     TimeBaseState time_base_state;
     TriggerState trigger;
+    CursorState cursor_state;
     Channels channels;
     Samples samples;
     CalibrationRecord calibration = {};
@@ -94,9 +100,22 @@ struct AcquisitionRig {
     EndingMessageBoxes ending_boxes{boxes, program};
     EndingWindowMessages ending_messages{messages, program};
     DeviceLink link{bridge, clock, ending_boxes, program, panel.device};
-    TimeBase time_base{panel, time_base_state, acquisition, link, screen, ending_boxes};
     Vertical vertical{panel, channels, acquisition, link, screen, ending_boxes};
-    SetUpUpload upload{panel,    acquisition, time_base_state, trigger,
+    Trigger trigger_frame{panel,       trigger, channels, time_base_state,
+                          acquisition, link,    clock,    ending_boxes};
+    Adjust adjust{panel,
+                  {.channels = channels,
+                   .trigger = trigger,
+                   .cursors = cursor_state,
+                   .time_base = time_base_state,
+                   .acquisition = acquisition},
+                  vertical,
+                  trigger_frame,
+                  screen};
+    TimeBase time_base{panel, time_base_state, acquisition, trigger_frame, adjust,
+                       link,  screen,          ending_boxes};
+    Cursors cursors{panel, cursor_state, adjust, screen};
+    SetUpUpload upload{panel,    acquisition, time_base_state, trigger_frame,
                        channels, link,        clock,           ending_boxes};
     BlockSweep block{panel, acquisition, time_base_state, channels, samples, link, clock, screen};
     PointPass pass{panel, acquisition, time_base_state, channels, samples,
@@ -106,10 +125,19 @@ struct AcquisitionRig {
         channels, {.vertical = vertical, .upload = upload, .block = block, .pass = pass},
         clock,    ending_messages,
         screen};
-    StartUp start_up{
-        panel,   acquisition,  program,
-        samples, calibration,  {.time_base = time_base, .vertical = vertical, .upload = upload},
-        link,    ending_boxes, screen};
+    StartUp start_up{panel,
+                     acquisition,
+                     program,
+                     samples,
+                     calibration,
+                     {.time_base = time_base,
+                      .vertical = vertical,
+                      .trigger = trigger_frame,
+                      .adjust = adjust,
+                      .cursors = cursors},
+                     link,
+                     ending_boxes,
+                     screen};
 };
 
 } // namespace kv408

@@ -81,8 +81,8 @@ TEST(SetUpStep, BothVoltsPerDivisionHandlersRun) {
     EXPECT_EQ(rig.channels[0].offsetdac, 1248);
     EXPECT_EQ(rig.channels[1].offsetdac, 2848);
     EXPECT_EQ(rig.acquisition.ready, (std::array<bool, 2>{false, false}));
-    EXPECT_EQ(rig.screen.calls,
-              (Texts{"refresh 1 0", "refresh 2 0", "refresh 1 0", "refresh 2 0"}));
+    EXPECT_EQ(rig.screen.calls, (Texts{"draw 255", "refresh 1 0", "refresh 2 0", "draw 255",
+                                       "refresh 1 0", "refresh 2 0"}));
 }
 
 struct OffsetRow {

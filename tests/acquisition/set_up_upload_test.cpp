@@ -65,6 +65,7 @@ TEST(SetTriger, UploadsSourceEdgeLevelHysteresisAndTimeOut) {
         rig.trigger.trigpos = row.level;
         rig.panel.shyst.set_value(row.hysteresis);
         rig.panel.trtout.set_text(row.timeout);
+        rig.forget();
         rig.upload.settriger();
         EXPECT_EQ(rig.bridge.frames(), (Frames{row.trigger, row.timeout_frame})) << row.timeout;
         EXPECT_TRUE(rig.boxes.shown.empty());

@@ -34,7 +34,23 @@ TEST(StartUp, GoesOverTheWireInItsOrder) {
                                             "SI_SetTimeouts 1000 1000 @90",
                                             "SI_FlushBuffers 1 1 @90",
                                             "SI_Write 4 27 3 232 1 10 255 16 @90",
-                                            "SI_Read 1 @110"}));
+                                            "SI_Read 1 @110",
+                                            "SI_SetTimeouts 1000 1000 @110",
+                                            "SI_FlushBuffers 1 1 @110",
+                                            "SI_Write 4 8 8 0 1 10 255 26 @110",
+                                            "SI_Read 1 @130",
+                                            "SI_SetTimeouts 1000 1000 @140",
+                                            "SI_FlushBuffers 1 1 @140",
+                                            "SI_Write 4 27 3 232 1 10 255 16 @140",
+                                            "SI_Read 1 @160",
+                                            "SI_SetTimeouts 1000 1000 @160",
+                                            "SI_FlushBuffers 1 1 @160",
+                                            "SI_Write 4 8 8 0 1 10 255 26 @160",
+                                            "SI_Read 1 @180",
+                                            "SI_SetTimeouts 1000 1000 @190",
+                                            "SI_FlushBuffers 1 1 @190",
+                                            "SI_Write 4 27 3 232 1 10 255 16 @190",
+                                            "SI_Read 1 @210"}));
     EXPECT_TRUE(rig.boxes.shown.empty());
     EXPECT_TRUE(rig.program.loaded);
     EXPECT_FALSE(rig.program.ended);

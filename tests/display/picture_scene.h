@@ -51,7 +51,9 @@ struct PictureScene {
     AcquisitionState acquisition;
     ProgramState program;
     ColourTable colours;
-    Picture picture{{panel, samples, channels, acquisition, program, colours}};
+    CursorState cursors;
+    TriggerState trigger;
+    Picture picture{{panel, samples, channels, acquisition, program, colours, cursors, trigger}};
 };
 
 } // namespace kv408::test

@@ -21,8 +21,8 @@ std::regex unfinished_marks() {
     const std::string skipped = std::string("GTEST_") + "SKIP|Q" + "SKIP";
     const std::string disabled = std::string("DIS") + "ABLED_";
     const std::string no_lint = std::string("NO") + "LINT(NEXTLINE|BEGIN|END)?(?![A-Z(])";
-    return std::regex("\\b(" + words + "|" + skipped + ")\\b|\\b" + disabled + "|\\b" + no_lint +
-                      "|#\\s*if\\s+[0]\\b");
+    return std::regex(R"(\b()" + words + "|" + skipped + R"()\b|\b)" + disabled + R"(|\b)" +
+                      no_lint + R"(|#\s*if\s+[0]\b)");
 }
 
 } // namespace

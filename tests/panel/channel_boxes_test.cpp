@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "panel/panel_rig.h"
 #include "state/plot_geometry.h"
+#include "support/panel_rig.h"
 
 namespace kv408 {
 namespace {

@@ -51,9 +51,9 @@ TEST(FrontPanel, StartsWithItsTriggerAndDelays) {
 
 TEST(FrontPanel, StartsWithTheWheelInTheMiddleOfItsRange) {
     const FrontPanel panel;
-    EXPECT_EQ(panel.slider1.minimum(), 0);
-    EXPECT_EQ(panel.slider1.maximum(), 1024);
-    EXPECT_EQ(panel.slider1.value(), 512);
+    EXPECT_EQ(panel.slider1.Min(), 0);
+    EXPECT_EQ(panel.slider1.Max(), 1024);
+    EXPECT_EQ(panel.slider1.Value(), 512);
 }
 
 TEST(FrontPanel, StartsWithTheTargetsOfTheWheelAndCursorsOff) {

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "panel/panel_rig.h"
+#include "support/panel_rig.h"
 
 namespace kv408 {
 namespace {
@@ -203,7 +203,7 @@ TEST(Gain, BothTracesAreRemappedAfterAChoice) {
     PanelRig rig;
     start_in_low_gain(rig);
     PanelRig::choose(rig.panel.channel[1].vdiv, "0.5V");
-    EXPECT_EQ(rig.screen.calls, (Texts{"refresh 1 0", "refresh 2 0"}));
+    EXPECT_EQ(rig.screen.calls, (Texts{"draw 255", "refresh 1 0", "refresh 2 0"}));
 }
 
 TEST(Gain, AFrameThatCannotBeWrittenEndsTheProgramThere) {

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "panel/panel_rig.h"
+#include "support/panel_rig.h"
 
 namespace kv408 {
 namespace {
@@ -93,7 +93,7 @@ TEST(DelayLabel, IsEmptyInPointMode) {
     for (int channel = 0; channel < 2; ++channel) {
         const ChannelControls& controls = rig.panel.channel[static_cast<std::size_t>(channel)];
         EXPECT_EQ(controls.hor_delay.caption(), "");
-        rig.time_base.show_delay_label(channel);
+        rig.adjust.show_delay_label(channel);
         EXPECT_EQ(controls.hor_delay.caption(), "");
         EXPECT_EQ(controls.psofset.text(), "120");
     }

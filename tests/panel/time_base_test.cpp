@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "panel/panel_rig.h"
+#include "support/panel_rig.h"
 
 namespace kv408 {
 namespace {

@@ -30,6 +30,10 @@ TEST(StartUpOnTheWire, SendsTheCheckTheRangesAndTheTriggerInOrder) {
                                           {9, 2, 1, 0, 0, 0},
                                           {9, 2, 2, 0, 0, 0},
                                           {8, 8, 0, 1, 10, 255},
+                                          {27, 3, 232, 1, 10, 255},
+                                          {8, 8, 0, 1, 10, 255},
+                                          {27, 3, 232, 1, 10, 255},
+                                          {8, 8, 0, 1, 10, 255},
                                           {27, 3, 232, 1, 10, 255}}));
     // Each acknowledged frame takes 20 ms before its answer is read; 10 ms lie between the trigger
     // and its time-out.

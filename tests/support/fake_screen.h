@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -21,9 +22,25 @@ public:
     void set_newest_point(int index) override {
         calls.push_back("newest " + std::to_string(index));
     }
-    void draw(unsigned flags) override { calls.push_back("draw " + std::to_string(flags)); }
+    void draw(unsigned flags) override {
+        calls.push_back("draw " + std::to_string(flags));
+        if (on_draw) {
+            on_draw();
+        }
+    }
+    void show_labels() override { ++label_updates; }
+    void calccursors() override {
+        ++cursor_readouts;
+        if (on_calccursors) {
+            on_calccursors();
+        }
+    }
 
-    std::vector<std::string> calls; ///< everything asked, oldest first
+    std::vector<std::string> calls;       ///< everything asked to be drawn, oldest first
+    int label_updates = 0;                ///< how often the labels were written
+    int cursor_readouts = 0;              ///< how often the cursor read-outs were written
+    std::function<void()> on_draw;        ///< runs at each drawing
+    std::function<void()> on_calccursors; ///< runs at each writing of the cursor read-outs
 };
 
 } // namespace kv408

@@ -3,10 +3,7 @@
 #include <QPushButton>
 #include <QTest>
 
-#include "scope/scope.h"
-#include "simulator/simulation.h"
-#include "support/fake_host.h"
-#include "support/virtual_clock.h"
+#include "entered.h"
 #include "ui/bind.h"
 #include "ui/colours.h"
 
@@ -14,16 +11,6 @@ namespace kv408::ui {
 namespace {
 
 using namespace Qt::StringLiterals;
-
-/// A program whose instrument does not matter, to enter.
-struct Entered {
-    VirtualClock clock;
-    FakeMessageBoxes boxes;
-    FakeWindowMessages messages;
-    simulator::Simulation simulation{clock};
-    Scope scope{Machine{clock, boxes, messages, simulation.bridge()}};
-    ScopeDriver driver{scope};
-};
 
 class BindTest : public QObject {
     Q_OBJECT

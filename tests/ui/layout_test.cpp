@@ -79,6 +79,24 @@ void save_picture(QWidget& widget, const QString& name) {
     QVERIFY(widget.grab().save(file));
 }
 
+/// Writes the longest texts that there may be into all read-outs.
+void write_long_texts(FrontPanel& panel) {
+    panel.trlevelmv.set_caption("-2048mV");
+    for (ChannelControls& channel : panel.channel) {
+        channel.inviatr.set_checked(true);
+        channel.invert.set_checked(true);
+        channel.psofset.set_text("65535");
+        channel.hor_delay.set_caption("Delay:  65535ps");
+    }
+    for (MeasurementControls& slot : panel.measurement) {
+        slot.selector.set_index(6);
+        slot.mark.set_caption("*");
+        slot.label.set_caption("Vmean");
+        slot.ch1.set_caption("-123.456mV ");
+        slot.ch2.set_caption("-inf- ");
+    }
+}
+
 class LayoutTest : public QObject {
     Q_OBJECT
 
@@ -86,7 +104,8 @@ private Q_SLOTS:
     void nothing_is_cut_off_data();
     void nothing_is_cut_off();
     void the_window_leaves_room_for_its_title_bar();
-    void nothing_is_cut_off_while_disabled_parts_are_shown();
+    void nothing_is_cut_off_while_everything_is_shown_data();
+    void nothing_is_cut_off_while_everything_is_shown();
     void the_frames_stand_on_an_even_grid();
     void texts_stand_out_from_their_ground();
     void the_bench_window_is_whole();
@@ -122,41 +141,40 @@ void LayoutTest::the_window_leaves_room_for_its_title_bar() {
              qPrintable(u"%1x%2"_s.arg(least.width()).arg(least.height())));
 }
 
-void LayoutTest::nothing_is_cut_off_while_disabled_parts_are_shown() {
-    apply_look(Look::dark);
+void LayoutTest::nothing_is_cut_off_while_everything_is_shown_data() {
+    QTest::addColumn<bool>("dark");
+    QTest::newRow("dark-everything") << true;
+    QTest::newRow("light-everything") << false;
+}
+
+void LayoutTest::nothing_is_cut_off_while_everything_is_shown() {
+    QFETCH(bool, dark);
+    apply_look(dark ? Look::dark : Look::light);
     ProgramOnBench on;
     on.window().resize(1280, 800);
     QVERIFY(on.run_until_sweeping());
-    QTest::mouseClick(on.widget("cmdstop"), Qt::LeftButton);
     FrontPanel& panel = on.panel();
     panel.average.set_checked(true);
-    panel.tabstrip2.add({"C1", "Cursor 1"});
-    panel.tabstrip2.add({"C2", "Cursor 2"});
-    panel.trlevelmv.set_caption("-2048mV");
-    for (ChannelControls& channel : panel.channel) {
-        channel.inviatr.set_checked(true);
-        channel.invert.set_checked(true);
-        channel.psofset.set_text("65535");
-        channel.hor_delay.set_caption("Delay:  65535ps");
-    }
-    for (MeasurementControls& slot : panel.measurement) {
-        slot.selector.set_index(6);
-        slot.mark.set_caption("*");
-        slot.label.set_caption("Vmean");
-        slot.ch1.set_caption("-123.456mV ");
-        slot.ch2.set_caption("-inf- ");
-    }
-    for (Label* const label : {&panel.centerfr, &panel.lblc1, &panel.lblc2}) {
-        label->set_caption("Delta Cursor : 123.456mV");
-        label->set_visible(true);
-    }
-    panel.trigertext.move(674, 100);
-    panel.trigertext.set_visible(true);
-    panel.ltp2.move(32, 0);
-    panel.ltp2.set_visible(true);
+    panel.persist.set_checked(true);
+    panel.tabstrip3.select(1);
+    panel.tabstrip2.select(3);
+    QTest::keyClick(on.widget("Slider1"), Qt::Key_PageUp);
+    // Sweeping with the new level, the trigger line still showing.
+    const AcquisitionState& acquisition = on.program.scope().parts().acquisition;
+    QVERIFY(QTest::qWaitFor([&] { return panel.textstatus.text() == "Setup..."; }));
+    QVERIFY(QTest::qWaitFor([&] {
+        return panel.textstatus.text() == "Running" && acquisition.ready[0] && acquisition.ready[1];
+    }));
+    QVERIFY(acquisition.holdoff);
+    save_picture(on.window(), QString::fromLatin1(QTest::currentDataTag()) + u"-sweeping"_s);
+    QTest::mouseClick(on.widget("cmdstop"), Qt::LeftButton);
+    write_long_texts(panel);
     QTest::qWait(20);
-    save_picture(on.window(), u"everything-shown"_s);
+    save_picture(on.window(), QString::fromLatin1(QTest::currentDataTag()));
     QCOMPARE(cut_off(on.window()).join(u'\n'), QString());
+    for (const char* const name : {"centerfr", "lblC1", "lblC2", "trigertext", "ltp2"}) {
+        QVERIFY2(on.widget(name)->isVisible(), name);
+    }
     auto* const tabs = on.widget<QTabBar>("TabStrip2");
     QCOMPARE(tabs->count(), 6);
     QVERIFY(tabs->rect().contains(tabs->tabRect(5)));

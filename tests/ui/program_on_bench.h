@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <vector>
 
 #include <QTest>
 
@@ -8,6 +9,7 @@
 #include "host/clock.h"
 #include "scope/parts.h"
 #include "simulator/simulation.h"
+#include "simulator/wire_log.h"
 #include "ui/program.h"
 
 namespace kv408::ui {
@@ -47,6 +49,25 @@ struct ProgramOnBench {
         return program.scope().parts().acquisition.scopestate;
     }
 
+    /// Codes of all commands that the instrument has accepted, from the one at index `from` on.
+    [[nodiscard]] std::vector<int> codes(std::size_t from) const {
+        std::vector<int> codes;
+        for (std::size_t index = from; index < log.frames.size(); ++index) {
+            codes.push_back(log.frames[index].command.code);
+        }
+        return codes;
+    }
+
+    /// The command `code` among those from index `from` on; one of 0 while there is none.
+    [[nodiscard]] simulator::Command first(std::int16_t code, std::size_t from) const {
+        for (std::size_t index = from; index < log.frames.size(); ++index) {
+            if (log.frames[index].command.code == code) {
+                return log.frames[index].command;
+            }
+        }
+        return {};
+    }
+
     /// The window's widget named `name`; a missing one fails the test.
     template <typename Widget = QWidget>
     [[nodiscard]] Widget* widget(const char* name) {
@@ -68,7 +89,8 @@ struct ProgramOnBench {
     }
 
     HurriedClock clock;
-    simulator::Simulation simulation{clock};
+    simulator::WireLog log;
+    simulator::Simulation simulation{clock, {}, 1, &log};
     Program program{clock, simulation.bridge()};
     int closed = 0; ///< how often the window said that it has closed for good
 };

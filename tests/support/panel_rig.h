@@ -5,9 +5,11 @@
 #include <vector>
 
 #include "link/device_link.h"
+#include "panel/adjust.h"
 #include "panel/display_controls.h"
 #include "panel/front_panel.h"
 #include "panel/time_base.h"
+#include "panel/trigger.h"
 #include "panel/vertical.h"
 #include "support/fake_bridge.h"
 #include "support/fake_host.h"
@@ -34,12 +36,33 @@ struct PanelRig {
         panel.eyeon.on_click([this] { display_controls.redraw(); });
         panel.persist.on_click([this] { display_controls.redraw(); });
         panel.average.on_click([this] { display_controls.average_Click(); });
+        connect_trigger_and_adjust();
         vertical.fill_lists();
         time_base.fill_list();
+        panel.trigsource.set_entries({"TRIG1", "TRIG2"});
+        panel.trigeredge.set_entries({"Positive", "Negative"});
         link.finddevice();
         link.select_and_open();
         bridge.acknowledge_all();
         forget();
+    }
+
+    /// Connects the TRIGGER frame, the adjust wheel and the delay boxes.
+    void connect_trigger_and_adjust() {
+        for (int index = 0; index < 2; ++index) {
+            ChannelControls& controls = panel.channel[static_cast<std::size_t>(index)];
+            controls.psofset.on_enter([this, index] { adjust.psofset_Enter(index); });
+            controls.psofset.on_focus([this] { adjust.psofset_GotFocus(); });
+            controls.slenps.on_click([this, index] { adjust.slenps_Click(index); });
+        }
+        panel.trigsource.on_click([this] { trigger.trigsource_Click(); });
+        panel.trigeredge.on_click([this] { trigger.trigeredge_Click(); });
+        panel.shyst.on_change([this] { trigger.shyst_Change(); });
+        panel.trzero.on_click([this] { trigger.trzero_Click(); });
+        panel.delaytrttdis.on_leave([this] { trigger.trigposupdate(); });
+        panel.tabstrip2.on_click([this] { adjust.TabStrip2_Click(); });
+        panel.slider1.on_scroll([this] { adjust.Slider1_Scroll(); });
+        panel.slider1.on_change([this] { adjust.Slider1_Change(); });
     }
 
     /// Forgets what was sent, shown and drawn so far.
@@ -69,11 +92,37 @@ struct PanelRig {
     AcquisitionState acquisition;
     TimeBaseState time_base_state;
     Channels channels;
+    TriggerState trigger_state;
+    CursorState cursors;
     FrontPanel panel;
     DeviceLink link{bridge, clock, boxes, program, panel.device};
-    TimeBase time_base{panel, time_base_state, acquisition, link, screen, boxes};
     Vertical vertical{panel, channels, acquisition, link, screen, boxes};
+    Trigger trigger{panel,       trigger_state, channels, time_base_state,
+                    acquisition, link,          clock,    boxes};
+    Adjust adjust{panel,
+                  {.channels = channels,
+                   .trigger = trigger_state,
+                   .cursors = cursors,
+                   .time_base = time_base_state,
+                   .acquisition = acquisition},
+                  vertical,
+                  trigger,
+                  screen};
+    TimeBase time_base{panel, time_base_state, acquisition, trigger, adjust, link, screen, boxes};
     DisplayControls display_controls{panel, acquisition, link, screen};
+};
+
+/// The panel as start-up leaves it: "0.1V", "20ns/div", positive edge, TRIG1.
+struct StartedPanelRig : PanelRig {
+    StartedPanelRig() {
+        for (ChannelControls& controls : panel.channel) {
+            choose(controls.vdiv, "0.1V");
+        }
+        choose(panel.trigeredge, "Positive");
+        choose(panel.trigsource, "TRIG1");
+        choose(panel.seltimediv, "20ns/div");
+        forget();
+    }
 };
 
 } // namespace kv408

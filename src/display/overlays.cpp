@@ -1,0 +1,108 @@
+#include "display/overlays.h"
+
+#include <algorithm>
+#include <string>
+
+#include "display/lines.h"
+#include "state/engineering_format.h"
+#include "state/plot_geometry.h"
+#include "state/rounding.h"
+#include "state/samples.h"
+
+namespace kv408 {
+namespace {
+
+/// How far the trigger marker may be from the plot area's top, pixels.
+constexpr int marker_highest = plot::top - 6;
+constexpr int marker_lowest = plot::top + 506;
+
+std::uint8_t mean(std::uint8_t first, std::uint8_t second) {
+    return static_cast<std::uint8_t>(round_half_even((first + second) / 2.0));
+}
+
+Colour mixed(Colour first, Colour second) {
+    return rgb(mean(red_of(first), red_of(second)), mean(green_of(first), green_of(second)),
+               mean(blue_of(first), blue_of(second)));
+}
+
+/// Pixels below its channel's zero row at which the level of `source` lies, not rounded.
+double level_distance(std::size_t source, const TriggerState& trigger, const Channels& channels) {
+    const ChannelState& channel = channels[source];
+    return (zero_volt_code - trigger.saved_trigpos[source]) * 2 * channel.scale * channel.vtfactor;
+}
+
+/// A line's pens by whether its cursor is the active one.
+Pen cursor_pen(const CursorLines& lines, std::size_t cursor) {
+    return {lines.colour, lines.solid[cursor] ? PenStyle::solid : PenStyle::dotted};
+}
+
+void show_offset(ChannelControls& controls, const ChannelState& channel) {
+    const int distance = plot::top + plot::centre_y - (controls.text.top() + plot::marker_middle);
+    controls.ofset.set_caption(engformat(distance / channel.pixpermv / 1000.0, 3) + "V");
+}
+
+} // namespace
+
+CursorLines cursor_lines(const CursorState& cursors, const ColourTable& colours) {
+    CursorLines lines;
+    const std::int16_t mode = cursors.cursormode;
+    if (cursor_mode::is_voltage(mode)) {
+        lines.kind = CursorLines::Kind::voltage;
+        lines.place = {cursors.vpos[0], cursors.vpos[1]};
+        lines.solid = {mode == cursor_mode::voltage_1, mode == cursor_mode::voltage_2};
+    } else if (cursor_mode::is_time(mode)) {
+        lines.kind = CursorLines::Kind::time;
+        lines.place = {cursors.hpos[0], cursors.hpos[1]};
+        lines.solid = {mode == cursor_mode::time_1, mode == cursor_mode::time_2};
+    } else {
+        return lines;
+    }
+    lines.colour = pixel_of(mixed(colours.channel(cursors.channel - 1), colours.normal_text));
+    return lines;
+}
+
+std::int32_t trigger_row(std::size_t source, const TriggerState& trigger,
+                         const Channels& channels) {
+    return round_to_int32(level_distance(source, trigger, channels) + channels[source].pos);
+}
+
+void draw_overlays(const Canvas& canvas, const Overlays& overlays) {
+    constexpr int right = plot::width - 1;
+    constexpr int bottom = plot::height - 1;
+    const CursorLines& lines = overlays.cursors;
+    for (std::size_t cursor = 0; cursor < lines.place.size(); ++cursor) {
+        const std::int32_t place = lines.place[cursor];
+        if (lines.kind == CursorLines::Kind::voltage) {
+            draw_line(canvas, {0, place}, {right, place}, cursor_pen(lines, cursor));
+        } else if (lines.kind == CursorLines::Kind::time) {
+            draw_line(canvas, {place, 0}, {place, bottom}, cursor_pen(lines, cursor));
+        }
+    }
+    if (overlays.trigger.shown) {
+        const std::int32_t row = overlays.trigger.row;
+        draw_line(canvas, {0, row}, {right, row}, {overlays.trigger.colour, PenStyle::dotted});
+    }
+}
+
+void show_labels(FrontPanel& panel, const Channels& channels, const TriggerState& trigger) {
+    for (std::size_t index = 0; index < channels.size(); ++index) {
+        ChannelControls& controls = panel.channel[index];
+        show_offset(controls, channels[index]);
+        controls.text.move(plot::left - plot::marker_width - 1, controls.text.top());
+    }
+    const std::string source_text = panel.trigsource.text();
+    std::int32_t top = 0;
+    if (source_text == "TRIG1" || source_text == "TRIG2") {
+        const std::size_t source = source_text == "TRIG1" ? 0 : 1;
+        top = round_to_int32(panel.channel[source].text.top() +
+                             level_distance(source, trigger, channels));
+        panel.trlevelmv.set_caption(
+            printed_number((trigger.saved_trigpos[source] - zero_volt_code) *
+                           channels[source].vtfactor) +
+            "mV");
+    }
+    panel.trigertext.move(plot::box_width - plot::left + 1,
+                          std::clamp(top, marker_highest, marker_lowest));
+}
+
+} // namespace kv408

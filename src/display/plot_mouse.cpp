@@ -1,0 +1,130 @@
+#include "display/plot_mouse.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <string>
+
+#include "state/plot_geometry.h"
+#include "state/rounding.h"
+#include "state/samples.h"
+
+namespace kv408 {
+namespace {
+
+constexpr int wheel_span = 1024;
+/// How far the trigger marker may be from the plot area's top, pixels.
+constexpr int marker_highest = plot::top - 6;
+constexpr int marker_lowest = plot::top + 506;
+
+} // namespace
+
+void PlotMouse::chtext_MouseDown(int channel, int y) {
+    grab_offset_ = y;
+    adjust_.select_target(channel == ch1 ? adjust_key::ch1 : adjust_key::ch2);
+}
+
+void PlotMouse::chtext_MouseMove(int channel, int y) {
+    const Label& marker = panel_.channel[static_cast<std::size_t>(channel)].text;
+    const int top = marker.top() + (y - grab_offset_);
+    panel_.slider1.drag_to(wheel_span - 2 * (top + plot::marker_middle - plot::top));
+}
+
+void PlotMouse::chtext_MouseUp() {
+    panel_.slider1.mouse_up();
+}
+
+void PlotMouse::trigertext_MouseDown(int y) {
+    grab_offset_ = y;
+    adjust_.select_target(adjust_key::trigger);
+}
+
+void PlotMouse::trigertext_MouseMove(int y) {
+    const std::size_t source = panel_.trigsource.text() == "TRIG1" ? 0 : 1;
+    const ChannelState& channel = channels_[source];
+    const int top =
+        std::clamp(panel_.trigertext.top() + (y - grab_offset_), marker_highest, marker_lowest);
+    const std::int32_t code =
+        round_to_int32(zero_volt_code - (top - panel_.channel[source].text.top()) /
+                                            (2.0 * channel.scale * channel.vtfactor));
+    panel_.slider1.drag_to(round_to_int32(code / 4.0));
+}
+
+void PlotMouse::trigertext_MouseUp() {
+    panel_.slider1.mouse_up();
+}
+
+bool PlotMouse::on_line(std::size_t cursor, int x, int y) const {
+    if (cursor_mode::is_voltage(cursors_.cursormode)) {
+        return std::abs(y - cursors_.vpos[cursor]) <= grab_distance;
+    }
+    return cursor_mode::is_time(cursors_.cursormode) &&
+           std::abs(x - cursors_.hpos[cursor]) <= grab_distance;
+}
+
+bool PlotMouse::plot_MouseDown(int x, int y, bool together) {
+    // The nearer line wins where both can be reached.
+    const bool voltage = cursor_mode::is_voltage(cursors_.cursormode);
+    const auto distance = [&](std::size_t cursor) {
+        return voltage ? std::abs(y - cursors_.vpos[cursor]) : std::abs(x - cursors_.hpos[cursor]);
+    };
+    held_ = distance(1) < distance(0) ? 1 : 0;
+    holding_ = on_line(held_, x, y);
+    if (!holding_) {
+        return false;
+    }
+    adjust_.select_target(held_ == 0 ? adjust_key::cursor_1 : adjust_key::cursor_2);
+    last_x_ = x;
+    last_y_ = y;
+    mode_before_ = cursors_.cursormode;
+    if (together) {
+        cursors_.cursormode = voltage ? cursor_mode::voltage_both : cursor_mode::time_both;
+        screen_.draw(draw_flags::all);
+    }
+    return true;
+}
+
+void PlotMouse::plot_MouseMove(int x, int y) {
+    if (!holding_) {
+        return;
+    }
+    const bool voltage = cursor_mode::is_voltage(cursors_.cursormode);
+    if (cursors_.cursormode == cursor_mode::voltage_both ||
+        cursors_.cursormode == cursor_mode::time_both) {
+        move_both(voltage ? y - last_y_ : x - last_x_);
+        last_x_ = x;
+        last_y_ = y;
+    } else if (voltage) {
+        panel_.slider1.drag_to(wheel_span - 2 * y);
+    } else {
+        panel_.slider1.drag_to(std::clamp(x, 0, plot::width - 1));
+    }
+}
+
+void PlotMouse::move_both(int distance) {
+    auto& positions = cursor_mode::is_voltage(cursors_.cursormode) ? cursors_.vpos : cursors_.hpos;
+    const int last =
+        cursor_mode::is_voltage(cursors_.cursormode) ? plot::height - 1 : plot::width - 1;
+    const auto [lowest, highest] = std::minmax(positions[0], positions[1]);
+    // Both stop where the first of them meets the edge, so that their distance stays.
+    const int moved = std::clamp(distance, -static_cast<int>(lowest), last - highest);
+    for (std::int16_t& position : positions) {
+        position = static_cast<std::int16_t>(position + moved);
+    }
+    screen_.calccursors();
+    screen_.draw(draw_flags::all);
+}
+
+void PlotMouse::plot_MouseUp() {
+    if (!holding_) {
+        return;
+    }
+    holding_ = false;
+    if (cursors_.cursormode != mode_before_) {
+        cursors_.cursormode = mode_before_;
+        adjust_.TabStrip2_Click();
+    } else {
+        panel_.slider1.mouse_up();
+    }
+}
+
+} // namespace kv408

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "panel/adjust.h"
+#include "panel/front_panel.h"
+#include "state/channel_state.h"
+#include "state/cursor_state.h"
+#include "state/trigger_state.h"
+
+namespace kv408 {
+
+/// Dragging with the left mouse button on and around the plot: the channels' zero-line markers,
+/// the trigger-level marker, and the cursor lines. Each drag turns the adjust wheel of its tab and
+/// lets go of it at the end, so that it changes exactly what the wheel would. Coordinates are
+/// pixels of the picture at its natural size.
+class PlotMouse {
+public:
+    /// How near to a cursor line the mouse must be to grab it, pixels.
+    static constexpr int grab_distance = 4;
+
+    PlotMouse(FrontPanel& panel, const Channels& channels, CursorState& cursors, Adjust& adjust,
+              Screen& screen)
+        : panel_(panel), channels_(channels), cursors_(cursors), adjust_(adjust), screen_(screen) {}
+
+    /// Mouse pressed on the marker of `channel` (0 or 1), `y` below the marker's top.
+    void chtext_MouseDown(int channel, int y);
+    /// Mouse moved with the button held; `y` below the marker's present top.
+    void chtext_MouseMove(int channel, int y);
+    /// Mouse let go.
+    void chtext_MouseUp();
+
+    /// The same for the trigger-level marker.
+    void trigertext_MouseDown(int y);
+    void trigertext_MouseMove(int y);
+    void trigertext_MouseUp();
+
+    /// Mouse pressed at (`x`, `y`) of the plot area. True when a cursor line was grabbed: that
+    /// cursor is then the active one; with `together` both move until the mouse is let go.
+    bool plot_MouseDown(int x, int y, bool together);
+    /// Mouse moved to (`x`, `y`) with the button held.
+    void plot_MouseMove(int x, int y);
+    /// Mouse let go.
+    void plot_MouseUp();
+
+    /// True while a cursor line is held.
+    [[nodiscard]] bool holds_cursor() const { return holding_; }
+
+private:
+    [[nodiscard]] bool on_line(std::size_t cursor, int x, int y) const;
+    void move_both(int distance);
+
+    FrontPanel& panel_;
+    const Channels& channels_;
+    CursorState& cursors_;
+    Adjust& adjust_;
+    Screen& screen_;
+    int grab_offset_ = 0;  ///< of the dragged marker: mouse below its top, pixels
+    bool holding_ = false; ///< a cursor line is held
+    std::size_t held_ = 0; ///< which one
+    int last_x_ = 0;       ///< of the last move of both cursors
+    int last_y_ = 0;
+    std::int16_t mode_before_ = 0; ///< cursor mode to return to after moving both
+};
+
+} // namespace kv408

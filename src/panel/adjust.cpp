@@ -1,0 +1,255 @@
+#include "panel/adjust.h"
+
+#include <algorithm>
+#include <string>
+
+#include "state/plot_geometry.h"
+#include "state/rounding.h"
+
+namespace kv408 {
+namespace {
+
+constexpr std::int32_t wheel_span = 1024;       ///< two wheel steps a row of the plot
+constexpr std::int32_t horizontal_zero = 32768; ///< delay wheel value that the 16 bits count from
+
+/// Row of the plot at which the wheel stands at `value`.
+std::int16_t row_of(std::int32_t value) {
+    return round_to_int16((wheel_span - value) / 2.0);
+}
+
+/// Step of the delay wheel by the time per division, in whole picoseconds.
+std::int32_t delay_step(double samplerate) {
+    const std::int32_t division = round_to_int32(plot::division / (1e-12 * samplerate));
+    if (division < 100) {
+        return 4;
+    }
+    if (division < 1000) {
+        return 8;
+    }
+    if (division < 10000) {
+        return 16;
+    }
+    return division < 100000 ? 64 : 256;
+}
+
+} // namespace
+
+void Adjust::setadjuststep() {
+    const std::string key = panel_.tabstrip2.selected_key();
+    ThumbWheel& wheel = panel_.slider1;
+    if (key == adjust_key::horizontal) {
+        wheel.set_range(-horizontal_zero, horizontal_zero - 1);
+        wheel.set_SlideStep(delay_step(quantities_.time_base.samplerate));
+    } else if (key == adjust_key::trigger) {
+        wheel.set_range(0, wheel_span);
+        wheel.set_SlideStep(1);
+    } else if (key == adjust_key::ch1 || key == adjust_key::ch2 || key == adjust_key::cursor_1 ||
+               key == adjust_key::cursor_2) {
+        wheel.set_range(0, wheel_span);
+        wheel.set_SlideStep(4);
+    }
+}
+
+void Adjust::TabStrip2_Click() {
+    const std::string key = panel_.tabstrip2.selected_key();
+    activate_cursor(key);
+    setadjuststep();
+    follow(target_value(key));
+    screen_.draw(draw_flags::all);
+}
+
+void Adjust::select_target(std::string_view key) {
+    int position = 0;
+    if (!hasnotab(panel_.tabstrip2, key, position)) {
+        panel_.tabstrip2.select(position);
+    }
+}
+
+std::int32_t Adjust::target_value(std::string_view key) const {
+    const CursorState& cursors = quantities_.cursors;
+    if (key == adjust_key::ch1) {
+        return quantities_.channels[0].marker_wheel;
+    }
+    if (key == adjust_key::ch2) {
+        return quantities_.channels[1].marker_wheel;
+    }
+    if (key == adjust_key::trigger) {
+        return quantities_.trigger.trigwheel;
+    }
+    if (key == adjust_key::horizontal) {
+        return hposwheel_;
+    }
+    const std::size_t cursor = key == adjust_key::cursor_1 ? 0 : 1;
+    return cursor_mode::is_time(cursors.cursormode) ? cursors.hpos[cursor]
+                                                    : wheel_span - 2 * cursors.vpos[cursor];
+}
+
+void Adjust::activate_cursor(std::string_view key) {
+    if (key != adjust_key::cursor_1 && key != adjust_key::cursor_2) {
+        return;
+    }
+    const bool first = key == adjust_key::cursor_1;
+    std::int16_t& mode = quantities_.cursors.cursormode;
+    if (cursor_mode::is_voltage(mode)) {
+        mode = first ? cursor_mode::voltage_1 : cursor_mode::voltage_2;
+    } else if (cursor_mode::is_time(mode)) {
+        mode = first ? cursor_mode::time_1 : cursor_mode::time_2;
+    }
+}
+
+void Adjust::follow(std::int32_t value) {
+    following_ = true;
+    panel_.slider1.set_Value(value);
+    following_ = false;
+}
+
+void Adjust::sliderupdate() {
+    const std::string key = panel_.tabstrip2.selected_key();
+    const std::int32_t value = panel_.slider1.Value();
+    if (key == adjust_key::ch1) {
+        move_channel(ch1, value);
+    } else if (key == adjust_key::ch2) {
+        move_channel(ch2, value);
+    } else if (key == adjust_key::trigger) {
+        quantities_.trigger.trigwheel = value;
+        trigger_.settrigfromwheel();
+    } else if (key == adjust_key::horizontal) {
+        move_delays(value);
+    } else if (key == adjust_key::cursor_1) {
+        move_cursor(0, value);
+    } else if (key == adjust_key::cursor_2) {
+        move_cursor(1, value);
+    }
+    screen_.calccursors();
+    screen_.show_labels();
+    screen_.draw(draw_flags::all);
+}
+
+void Adjust::move_channel(int channel, std::int32_t value) {
+    ChannelState& state = quantities_.channels[static_cast<std::size_t>(channel)];
+    state.marker_wheel = value;
+    state.pos = row_of(value);
+    state.offsetdac = offset_code(state);
+    vertical_.place_marker(channel);
+    screen_.refresh(channel, 0);
+}
+
+std::int32_t Adjust::delay_points(std::int32_t delay) const {
+    return round_to_int32(delay /
+                          (quantities_.time_base.tbresolution / quantities_.time_base.hstretch));
+}
+
+void Adjust::move_delays(std::int32_t value) {
+    if (value == hposwheel_) {
+        // The wheel has not been turned: boxes that say something else were typed into.
+        return;
+    }
+    const std::int32_t hposdelay = value + horizontal_zero;
+    const std::int32_t delay = longest_delay - hposdelay;
+    for (std::size_t index = 0; index < quantities_.channels.size(); ++index) {
+        ChannelControls& controls = panel_.channel[index];
+        if (controls.slenps.checked()) {
+            controls.psofset.set_text(std::to_string(delay));
+            quantities_.channels[index].delaypts = delay_points(delay);
+        }
+    }
+    hposwheel_ = value;
+    trigger_.trigposupdate();
+    screen_.refreshCH1(0);
+    screen_.refreshCH2(0);
+}
+
+void Adjust::move_cursor(std::size_t cursor, std::int32_t value) {
+    CursorState& cursors = quantities_.cursors;
+    const auto voltage = static_cast<std::int16_t>(cursor_mode::voltage_1 + cursor);
+    const auto time = static_cast<std::int16_t>(cursor_mode::time_1 + cursor);
+    if (cursors.cursormode == voltage) {
+        cursors.vpos[cursor] = row_of(value);
+    } else if (cursors.cursormode == time) {
+        cursors.hpos[cursor] = static_cast<std::int16_t>(std::min(value, plot::width - 1));
+    }
+}
+
+void Adjust::Slider1_Scroll() {
+    sliderupdate();
+    if (panel_.tabstrip2.selected_key() == adjust_key::trigger) {
+        show_trigger_line(quantities_.acquisition);
+    }
+}
+
+void Adjust::Slider1_Change() {
+    if (following_) {
+        return;
+    }
+    sliderupdate();
+    const std::string key = panel_.tabstrip2.selected_key();
+    if (key == adjust_key::trigger) {
+        show_trigger_line(quantities_.acquisition);
+        if (quantities_.acquisition.acqrunning) {
+            quantities_.acquisition.scopestate = "changes";
+        }
+        return;
+    }
+    mark_new_data_needed();
+    if (key == adjust_key::horizontal) {
+        show_delay_label(ch1);
+        show_delay_label(ch2);
+    }
+}
+
+void Adjust::mark_new_data_needed() {
+    AcquisitionState& acquisition = quantities_.acquisition;
+    if (acquisition.acqrunning) {
+        acquisition.scopestate = "changes";
+        acquisition.ready = {false, false};
+    }
+}
+
+std::int32_t Adjust::typed_delay(int channel) const {
+    const std::string& text = panel_.channel[static_cast<std::size_t>(channel)].psofset.text();
+    return std::clamp(round_to_int32(leading_number(text)), 0, longest_delay);
+}
+
+void Adjust::psofset_Enter(int channel) {
+    if (panel_.tabstrip2.selected_key() != adjust_key::horizontal) {
+        return;
+    }
+    const auto index = static_cast<std::size_t>(channel);
+    const std::int32_t delay = typed_delay(channel);
+    panel_.channel[index].psofset.set_text(std::to_string(delay));
+    quantities_.channels[index].delaypts = delay_points(delay);
+    hposwheel_ = longest_delay - delay - horizontal_zero;
+    follow(hposwheel_);
+    show_delay_label(channel);
+    mark_new_data_needed();
+    trigger_.trigposupdate();
+    screen_.refresh(channel, 0);
+    screen_.draw(draw_flags::all);
+}
+
+void Adjust::slenps_Click(int channel) {
+    const auto index = static_cast<std::size_t>(channel);
+    if (panel_.channel[index].slenps.checked() &&
+        panel_.tabstrip2.selected_key() == adjust_key::horizontal) {
+        hposwheel_ = longest_delay - typed_delay(channel) - horizontal_zero;
+        follow(hposwheel_);
+    }
+}
+
+void Adjust::show_delay_label(int channel) {
+    ChannelControls& controls = panel_.channel[static_cast<std::size_t>(channel)];
+    const std::string& delay = controls.psofset.text();
+    const bool none = delay == "0" || quantities_.acquisition.pointmode;
+    controls.hor_delay.set_caption(none ? std::string() : "Delay:  " + delay + "ps");
+}
+
+void Adjust::rescale_delays() {
+    for (int channel = 0; channel < 2; ++channel) {
+        ChannelState& state = quantities_.channels[static_cast<std::size_t>(channel)];
+        state.delaypts = delay_points(typed_delay(channel));
+        state.uploaded_delaypts = state.delaypts;
+        state.shown_delaypts = state.delaypts;
+    }
+}
+
+} // namespace kv408

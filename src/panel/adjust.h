@@ -1,0 +1,102 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "panel/front_panel.h"
+#include "panel/screen.h"
+#include "panel/trigger.h"
+#include "panel/vertical.h"
+#include "state/acquisition_state.h"
+#include "state/channel_state.h"
+#include "state/cursor_state.h"
+#include "state/time_base_state.h"
+#include "state/trigger_state.h"
+
+namespace kv408 {
+
+/// Keys of the adjust tabs.
+namespace adjust_key {
+inline constexpr std::string_view ch1 = "CH1";
+inline constexpr std::string_view ch2 = "CH2";
+inline constexpr std::string_view trigger = "TRIG";
+inline constexpr std::string_view horizontal = "HPOS";
+inline constexpr std::string_view cursor_1 = "C1";
+inline constexpr std::string_view cursor_2 = "C2";
+} // namespace adjust_key
+
+/// The longest horizontal delay, picoseconds.
+inline constexpr std::int32_t longest_delay = 65535;
+
+/// The adjust wheel `Slider1` with the tabs that say what it turns, and the delay boxes.
+class Adjust {
+public:
+    /// What the wheel turns.
+    struct Quantities {
+        Channels& channels;
+        TriggerState& trigger;
+        CursorState& cursors;
+        const TimeBaseState& time_base;
+        AcquisitionState& acquisition;
+    };
+
+    Adjust(FrontPanel& panel, const Quantities& quantities, Vertical& vertical, Trigger& trigger,
+           Screen& screen)
+        : panel_(panel), quantities_(quantities), vertical_(vertical), trigger_(trigger),
+          screen_(screen) {}
+
+    /// Sets the wheel's range and step for the selected tab and the time base.
+    void setadjuststep();
+
+    /// A tab was chosen: the wheel starts where its quantity is, and a cursor's tab makes that
+    /// cursor the active one.
+    void TabStrip2_Click();
+
+    /// Selects the tab with `key`, if there is one.
+    void select_target(std::string_view key);
+
+    /// The quantity of the selected tab follows the wheel, and the screen with it.
+    void sliderupdate();
+
+    /// The wheel was dragged (scroll event), or its value was committed (change event).
+    void Slider1_Scroll();
+    void Slider1_Change();
+
+    /// Enter in a channel's delay box; `channel` is 0 or 1.
+    void psofset_Enter(int channel);
+
+    /// A delay box got the keyboard focus.
+    void psofset_GotFocus() { select_target(adjust_key::horizontal); }
+
+    /// A channel's box "delay moved by the wheel" was clicked.
+    void slenps_Click(int channel);
+
+    /// Shows a channel's delay read-out: empty for a delay box holding "0" and in point mode.
+    void show_delay_label(int channel);
+
+    /// Re-computes both delays in screen points for a new time base; what is shown counts as taken
+    /// with them.
+    void rescale_delays();
+
+private:
+    [[nodiscard]] std::int32_t target_value(std::string_view key) const;
+    void follow(std::int32_t value);
+    void move_channel(int channel, std::int32_t value);
+    void move_delays(std::int32_t value);
+    void move_cursor(std::size_t cursor, std::int32_t value);
+    void activate_cursor(std::string_view key);
+    void mark_new_data_needed();
+    [[nodiscard]] std::int32_t delay_points(std::int32_t delay) const;
+    [[nodiscard]] std::int32_t typed_delay(int channel) const;
+
+    FrontPanel& panel_;
+    Quantities quantities_;
+    Vertical& vertical_;
+    Trigger& trigger_;
+    Screen& screen_;
+    std::int32_t hposwheel_ = 32767; ///< the wheel's value for the horizontal delay
+    bool following_ = false;         ///< the wheel is set to where its quantity is already
+};
+
+} // namespace kv408

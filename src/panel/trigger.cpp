@@ -1,0 +1,96 @@
+#include "panel/trigger.h"
+
+#include <algorithm>
+#include <chrono>
+
+#include "panel/set_up_change.h"
+#include "state/engineering_format.h"
+#include "state/plot_geometry.h"
+#include "state/rounding.h"
+#include "state/samples.h"
+
+namespace kv408 {
+namespace {
+
+/// Level codes that one step of the adjust wheel changes.
+constexpr std::int32_t codes_a_wheel_step = 4;
+
+} // namespace
+
+std::size_t Trigger::source() const {
+    return panel_.trigsource.text() == "TRIG1" ? 0 : 1;
+}
+
+void Trigger::trigsource_Click() {
+    mark_changed(acquisition_, link_);
+    trigger_.trigpos = trigger_.saved_trigpos[source()];
+    panel_.shyst.set_value(trigger_.hyst[source()]);
+    show_level();
+    trigger_.trigwheel = round_to_int32(static_cast<double>(trigger_.trigpos) / codes_a_wheel_step);
+    settriger();
+}
+
+void Trigger::trigeredge_Click() {
+    mark_changed(acquisition_, link_);
+}
+
+void Trigger::shyst_Change() {
+    trigger_.hyst[source()] = static_cast<std::int16_t>(panel_.shyst.value());
+    mark_changed(acquisition_, link_);
+}
+
+void Trigger::trzero_Click() {
+    trigger_.trigpos = zero_volt_code;
+    trigger_.saved_trigpos[source()] = zero_volt_code;
+    trigger_.trigwheel = zero_volt_code / codes_a_wheel_step;
+    panel_.tabstrip2.select(panel_.tabstrip2.selected());
+    shyst_Change();
+    show_trigger_line(acquisition_);
+}
+
+void Trigger::trtout_Commit() {
+    if (trigger_timeout(panel_.trtout.text()) != uploaded_timeout_) {
+        mark_changed(acquisition_, link_);
+    }
+}
+
+void Trigger::settrigfromwheel() {
+    trigger_.trigpos = static_cast<std::int16_t>(trigger_.trigwheel * codes_a_wheel_step);
+    trigger_.saved_trigpos[source()] = trigger_.trigpos;
+}
+
+void Trigger::trigposupdate() {
+    constexpr int leftmost = plot::left;
+    constexpr int rightmost = plot::left + plot::width - 1;
+    const std::int32_t additional = round_to_int32(leading_number(panel_.delaytrttdis.text()));
+    const double columns =
+        (static_cast<double>(additional) - trigger_.trigsrcdelay) / time_base_.tbresolution;
+    panel_.ltp2.move(std::clamp(round_to_int32(leftmost - columns), leftmost, rightmost),
+                     panel_.ltp2.top());
+}
+
+void Trigger::show_level() {
+    panel_.trlevelmv.set_caption(
+        printed_number((trigger_.trigpos - zero_volt_code) * channels_[source()].vtfactor) + "mV");
+}
+
+void Trigger::settriger() {
+    const std::int32_t timeout = trigger_timeout(panel_.trtout.text());
+    trigger_.trigsrcdelay = trigger_.trigdelay[source()];
+    fill_trigger(link_.cmdargs(), {.level = trigger_.trigpos,
+                                   .trig1 = source() == 0,
+                                   .positive = panel_.trigeredge.text() == "Positive",
+                                   .hysteresis = static_cast<std::int16_t>(panel_.shyst.value())});
+    bool done = link_.send_setup(command::set_trigger, " SETTRIG ");
+    if (done) {
+        clock_.sleep(std::chrono::milliseconds(10));
+        fill_trigger_timeout(link_.cmdargs(), timeout);
+        uploaded_timeout_ = timeout;
+        done = link_.send_setup(command::set_trigger_timeout, " SETTTO ");
+    }
+    if (!done) {
+        boxes_.show({.text = "error set triger"});
+    }
+}
+
+} // namespace kv408

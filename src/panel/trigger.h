@@ -1,0 +1,78 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "host/clock.h"
+#include "host/message_boxes.h"
+#include "link/device_link.h"
+#include "panel/front_panel.h"
+#include "state/acquisition_state.h"
+#include "state/channel_state.h"
+#include "state/time_base_state.h"
+#include "state/trigger_state.h"
+
+namespace kv408 {
+
+/// How long the trigger line shows after the level was adjusted, milliseconds.
+inline constexpr std::int32_t trigger_line_ms = 1000;
+
+/// Shows the trigger line for the next second.
+inline void show_trigger_line(AcquisitionState& acquisition) {
+    acquisition.holdoff = true;
+    acquisition.holdoff_time = trigger_line_ms;
+}
+
+/// The TRIGGER frame: source, edge, level, hysteresis and time-out, and their upload.
+class Trigger {
+public:
+    Trigger(FrontPanel& panel, TriggerState& trigger, const Channels& channels,
+            const TimeBaseState& time_base, AcquisitionState& acquisition, DeviceLink& link,
+            Clock& clock, MessageBoxes& boxes)
+        : panel_(panel), trigger_(trigger), channels_(channels), time_base_(time_base),
+          acquisition_(acquisition), link_(link), clock_(clock), boxes_(boxes) {}
+
+    /// Index of the selected source: 0 for "TRIG1", else 1.
+    [[nodiscard]] std::size_t source() const;
+
+    /// A source was chosen: its level and hysteresis come back and go to the instrument at once.
+    void trigsource_Click();
+
+    /// An edge was chosen; it reaches the instrument with the next set-up.
+    void trigeredge_Click();
+
+    /// The hysteresis slider was moved.
+    void shyst_Change();
+
+    /// "set to zero".
+    void trzero_Click();
+
+    /// The time-out box was left or Enter pressed in it: a new time-out marks the set-up as changed
+    /// while running, so that it reaches the instrument.
+    void trtout_Commit();
+
+    /// Takes the level from `trigwheel`, for the selected source.
+    void settrigfromwheel();
+
+    /// Places the marker of the trigger's time above the plot.
+    void trigposupdate();
+
+    /// Shows the level of the selected source in millivolts.
+    void show_level();
+
+    /// Uploads level, source and edge, hysteresis and time-out of the trigger; a failure is told.
+    void settriger();
+
+private:
+    FrontPanel& panel_;
+    TriggerState& trigger_;
+    const Channels& channels_;
+    const TimeBaseState& time_base_;
+    AcquisitionState& acquisition_;
+    DeviceLink& link_;
+    Clock& clock_;
+    MessageBoxes& boxes_;
+    std::int32_t uploaded_timeout_ = 0; ///< the time-out last sent; 0 before the first upload
+};
+
+} // namespace kv408

@@ -1,0 +1,146 @@
+#include "display/cursors.h"
+
+#include <gtest/gtest.h>
+
+#include "support/panel_rig.h"
+
+namespace kv408 {
+namespace {
+
+/// The panel with the cursor frame connected.
+struct CursorRig : StartedPanelRig {
+    CursorRig() {
+        panel.tabstrip3.on_click([this] { frame.TabStrip3_Click(); });
+        panel.combocursorselect.on_click([this] { frame.combocursorselect_Click(); });
+        panel.combocursorselect.set_entries({"CH1", "CH2"});
+        screen.on_calccursors = [this] { show_cursor_readouts(panel, channels, cursors); };
+    }
+    Cursors frame{panel, cursors, adjust, screen};
+};
+
+TEST(CursorDistance, RowsAreVoltsByTheVoltsPerDivision) {
+    EXPECT_EQ(deltacursorvert(64, "2V"), "2.00V");
+    EXPECT_EQ(deltacursorvert(64, "1V"), "1.00V");
+    EXPECT_EQ(deltacursorvert(64, "0.5V"), "500mV");
+    EXPECT_EQ(deltacursorvert(64, "0.2V"), "200mV");
+    EXPECT_EQ(deltacursorvert(64, "0.1V"), "100mV");
+    EXPECT_EQ(deltacursorvert(64, "50mV"), "50.0mV");
+    EXPECT_EQ(deltacursorvert(64, "20mV"), "20.0mV");
+    EXPECT_EQ(deltacursorvert(64, "10mV"), "10.0mV");
+    EXPECT_EQ(deltacursorvert(1, "2V"), "31.2mV");
+    EXPECT_EQ(deltacursorvert(1, "10mV"), "156uV");
+    EXPECT_EQ(deltacursorvert(1, "5V"), "");
+}
+
+TEST(CursorDistance, ColumnsAreSecondsByTheTimeBase) {
+    const std::vector<std::pair<const char*, const char*>> rows = {
+        {"25ps/div", "25.0ps"}, {"50ps/div", "50.0ps"}, {"100ps/div", "100ps"},
+        {"200ps/div", "200ps"}, {"500ps/div", "500ps"}, {"1ns/div", "1.00ns"},
+        {"2ns/div", "2.00ns"},  {"5ns/div", "5.00ns"},  {"10ns/div", "10.0ns"},
+        {"20ns/div", "20.0ns"}, {"50ns/div", "50.0ns"}, {"100ns/div", "100ns"},
+        {"200ns/div", "200ns"}, {"500ns/div", "500ns"}, {"1us/div", "1.00us"},
+        {"2us/div", "2.00us"},  {"5us/div", "5.00us"},  {"10us/div", "10.0us"},
+        {"20us/div", "20.0us"}, {"50us/div", "50.0us"}, {"100us/div", "100us"}};
+    ASSERT_EQ(rows.size(), 21U);
+    for (const auto& [text, shown] : rows) {
+        EXPECT_EQ(deltacursorhor(64, text), shown) << text;
+    }
+    EXPECT_EQ(deltacursorhor(1, "25ps/div"), "0.00s"); // 0.39 ps is less than a pico
+    EXPECT_EQ(deltacursorhor(640, "5ns/div"), "50.0ns");
+    EXPECT_EQ(deltacursorhor(1, "3ns/div"), "");
+}
+
+TEST(CursorReadOut, VoltagesCountFromTheChannelsZeroLine) {
+    CursorRig rig;
+    rig.cursors.vpos = {192, 320};
+    rig.panel.tabstrip3.select(1);
+    EXPECT_EQ(rig.panel.centerfr.caption(), "Delta Cursor : 200mV");
+    EXPECT_EQ(rig.panel.lblc1.caption(), "C1: 100mV");
+    EXPECT_EQ(rig.panel.lblc2.caption(), "C2: -100mV");
+    EXPECT_TRUE(rig.panel.centerfr.visible());
+    EXPECT_TRUE(rig.panel.lblc1.visible());
+    EXPECT_TRUE(rig.panel.lblc2.visible());
+    rig.cursors.vpos = {100, 100};
+    rig.panel.tabstrip3.select(1);
+    EXPECT_EQ(rig.panel.centerfr.caption(), "Delta Cursor : 0.00V");
+}
+
+TEST(CursorReadOut, AnotherChannelIsAnotherScaleAtOnce) {
+    CursorRig rig;
+    PanelRig::choose(rig.panel.channel[1].vdiv, "10mV");
+    rig.cursors.vpos = {192, 320};
+    rig.panel.tabstrip3.select(1);
+    PanelRig::choose(rig.panel.combocursorselect, "CH2");
+    EXPECT_EQ(rig.cursors.channel, 2);
+    EXPECT_EQ(rig.panel.centerfr.caption(), "Delta Cursor : 20.0mV");
+    EXPECT_EQ(rig.panel.lblc1.caption(), "C1: 10.0mV");
+    EXPECT_EQ(rig.screen.calls.back(), "draw 255");
+}
+
+TEST(CursorReadOut, TimesHaveNoBlankBeforeTheColon) {
+    CursorRig rig;
+    rig.cursors.hpos = {64, 320};
+    rig.panel.tabstrip3.select(2);
+    EXPECT_EQ(rig.panel.centerfr.caption(), "Delta Cursor: 80.0ns");
+    EXPECT_EQ(rig.panel.lblc1.caption(), "C1: 20.0ns");
+    EXPECT_EQ(rig.panel.lblc2.caption(), "C2: 100ns");
+    PanelRig::choose(rig.panel.seltimediv, "1ns/div");
+    EXPECT_EQ(rig.panel.centerfr.caption(), "Delta Cursor: 4.00ns");
+}
+
+TEST(CursorType, TheTabsComeOnceAndGo) {
+    CursorRig rig;
+    rig.panel.tabstrip3.select(1);
+    rig.panel.tabstrip3.select(1);
+    EXPECT_EQ(rig.panel.tabstrip2.tabs().size(), 6U);
+    EXPECT_EQ(rig.panel.tabstrip2.tabs()[4], (Tab{"C1", "Cursor 1"}));
+    EXPECT_EQ(rig.panel.tabstrip2.tabs()[5], (Tab{"C2", "Cursor 2"}));
+    EXPECT_EQ(rig.panel.tabstrip2.selected_key(), "C1");
+    EXPECT_EQ(rig.cursors.cursormode, 1);
+    rig.panel.tabstrip3.select(3);
+    EXPECT_EQ(rig.panel.tabstrip2.tabs().size(), 4U);
+    EXPECT_EQ(rig.cursors.cursormode, 0);
+    EXPECT_EQ(rig.panel.tabstrip2.selected_key(), "CH1");
+    EXPECT_FALSE(rig.panel.centerfr.visible());
+    EXPECT_FALSE(rig.panel.lblc1.visible());
+    EXPECT_FALSE(rig.panel.lblc2.visible());
+}
+
+TEST(CursorType, TheSecondCursorStaysActiveAcrossTheTypes) {
+    CursorRig rig;
+    rig.panel.tabstrip3.select(2);
+    EXPECT_EQ(rig.cursors.cursormode, 3);
+    int position = 0;
+    ASSERT_FALSE(hasnotab(rig.panel.tabstrip2, "C2", position));
+    rig.panel.tabstrip2.select(position);
+    EXPECT_EQ(rig.cursors.cursormode, 4);
+    rig.panel.tabstrip3.select(1);
+    EXPECT_EQ(rig.cursors.cursormode, 2);
+    EXPECT_EQ(rig.panel.slider1.Value(), 1024 - 2 * 320);
+    rig.panel.tabstrip3.select(2);
+    EXPECT_EQ(rig.cursors.cursormode, 4);
+    EXPECT_EQ(rig.panel.slider1.Value(), 448);
+}
+
+TEST(CursorType, ComeAlsoWithoutTheDelayTab) {
+    CursorRig rig;
+    PanelRig::choose(rig.panel.seltimediv, "1us/div");
+    rig.panel.tabstrip3.select(1);
+    EXPECT_EQ(rig.panel.tabstrip2.tabs().size(), 5U);
+    rig.panel.tabstrip3.select(1);
+    EXPECT_EQ(rig.panel.tabstrip2.tabs().size(), 5U);
+    rig.panel.tabstrip3.select(3);
+    EXPECT_EQ(rig.panel.tabstrip2.tabs().size(), 3U);
+}
+
+TEST(CursorType, ThePositionsStayWhileTheCursorsAreOff) {
+    CursorRig rig;
+    rig.cursors.vpos = {11, 22};
+    rig.panel.tabstrip3.select(1);
+    rig.panel.tabstrip3.select(3);
+    rig.panel.tabstrip3.select(1);
+    EXPECT_EQ(rig.cursors.vpos, (std::array<std::int16_t, 2>{11, 22}));
+}
+
+} // namespace
+} // namespace kv408

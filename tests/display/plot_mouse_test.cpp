@@ -1,0 +1,157 @@
+#include "display/plot_mouse.h"
+
+#include <gtest/gtest.h>
+
+#include "display/cursors.h"
+#include "display/overlays.h"
+#include "state/plot_geometry.h"
+#include "support/panel_rig.h"
+
+namespace kv408 {
+namespace {
+
+/// The panel with the mouse on the plot and the labels placed after each drawing.
+struct MouseRig : StartedPanelRig {
+    MouseRig() {
+        panel.tabstrip3.on_click([this] { frame.TabStrip3_Click(); });
+        screen.on_draw = [this] { show_labels(panel, channels, trigger_state); };
+        vertical.place_marker(0);
+        vertical.place_marker(1);
+        screen.draw(255);
+    }
+    Cursors frame{panel, cursors, adjust, screen};
+    PlotMouse mouse{panel, channels, cursors, adjust, screen};
+};
+
+TEST(ChannelMarker, StaysUnderTheMouseAndMovesTheChannel) {
+    MouseRig rig;
+    rig.acquisition.acqrunning = true;
+    rig.acquisition.scopestate = "scopech1f";
+    rig.mouse.chtext_MouseDown(1, 5);
+    EXPECT_EQ(rig.panel.tabstrip2.selected_key(), "CH2");
+    rig.mouse.chtext_MouseMove(1, 25);
+    EXPECT_EQ(rig.channels[1].pos, 276);
+    EXPECT_EQ(rig.panel.channel[1].text.top(), plot::top + 276 - 7);
+    EXPECT_EQ(rig.panel.slider1.Value(), 1024 - 2 * 276);
+    EXPECT_EQ(rig.acquisition.scopestate, "scopech1f");
+    rig.mouse.chtext_MouseUp();
+    EXPECT_EQ(rig.acquisition.scopestate, "changes");
+}
+
+TEST(ChannelMarker, StopsAtTheEdgesOfThePlot) {
+    MouseRig rig;
+    rig.mouse.chtext_MouseDown(0, 0);
+    rig.mouse.chtext_MouseMove(0, -5000);
+    EXPECT_EQ(rig.channels[0].pos, 0);
+    rig.mouse.chtext_MouseMove(0, 5000);
+    EXPECT_EQ(rig.channels[0].pos, 512);
+}
+
+TEST(TriggerMarker, LiesAtItsLevelAndStopsAtTheEdges) {
+    MouseRig rig; // 0.1V/div: (2048 - code) x 2 x 0.32 pixels below the zero line
+    EXPECT_EQ(rig.panel.trigertext.top(), plot::top + 256 - 7);
+    EXPECT_EQ(rig.panel.trigertext.left(), plot::box_width - plot::left + 1);
+    rig.trigger_state.saved_trigpos[0] = 2148;
+    rig.screen.draw(255);
+    EXPECT_EQ(rig.panel.trigertext.top(), plot::top + 256 - 7 - 64);
+    rig.trigger_state.saved_trigpos[0] = 4096;
+    rig.screen.draw(255);
+    EXPECT_EQ(rig.panel.trigertext.top(), plot::top - 6);
+    rig.trigger_state.saved_trigpos[0] = 0;
+    rig.screen.draw(255);
+    EXPECT_EQ(rig.panel.trigertext.top(), plot::top + 506);
+}
+
+TEST(TriggerMarker, StaysWhereItWasDroppedAndUploadsItsLevel) {
+    MouseRig rig;
+    rig.acquisition.acqrunning = true;
+    rig.acquisition.scopestate = "scopech1f";
+    rig.mouse.trigertext_MouseDown(3);
+    EXPECT_EQ(rig.panel.tabstrip2.selected_key(), "TRIG");
+    rig.mouse.trigertext_MouseMove(3 - 64);
+    // 64 pixels up are 64 / 0.64 = 100 codes.
+    EXPECT_EQ(rig.trigger_state.saved_trigpos[0], 2148);
+    EXPECT_EQ(rig.panel.trigertext.top(), plot::top + 256 - 7 - 64);
+    EXPECT_TRUE(rig.acquisition.holdoff);
+    EXPECT_EQ(rig.acquisition.scopestate, "scopech1f");
+    rig.mouse.trigertext_MouseUp();
+    EXPECT_EQ(rig.acquisition.scopestate, "changes");
+}
+
+TEST(TriggerMarker, ADragBeyondThePlotStopsAtItsEdge) {
+    MouseRig rig;
+    rig.mouse.trigertext_MouseDown(0);
+    rig.mouse.trigertext_MouseMove(-3000);
+    EXPECT_GE(rig.panel.trigertext.top(), plot::top - 6);
+    EXPECT_LE(rig.panel.trigertext.top(), plot::top - 4);
+    rig.mouse.trigertext_MouseMove(3000);
+    EXPECT_LE(rig.panel.trigertext.top(), plot::top + 506);
+    EXPECT_GE(rig.panel.trigertext.top(), plot::top + 504);
+}
+
+TEST(TriggerMarker, BelongsToTheSecondChannelWithTheSecondSource) {
+    MouseRig rig;
+    PanelRig::choose(rig.panel.trigsource, "TRIG2");
+    PanelRig::choose(rig.panel.channel[1].vdiv, "0.5V"); // 0.064 pixels a code
+    rig.screen.draw(255);
+    rig.mouse.trigertext_MouseDown(0);
+    rig.mouse.trigertext_MouseMove(64); // 64 / 0.128 = 500 codes down
+    EXPECT_EQ(rig.trigger_state.saved_trigpos, (std::array<std::int16_t, 2>{2048, 1548}));
+}
+
+TEST(CursorLine, IsGrabbedWithinFourPixelsAndBecomesTheActiveOne) {
+    MouseRig rig;
+    rig.panel.tabstrip3.select(1); // rows 192 and 320
+    EXPECT_FALSE(rig.mouse.plot_MouseDown(300, 315, false));
+    ASSERT_TRUE(rig.mouse.plot_MouseDown(300, 316, false));
+    EXPECT_EQ(rig.panel.tabstrip2.selected_key(), "C2");
+    EXPECT_EQ(rig.cursors.cursormode, 2);
+    rig.mouse.plot_MouseMove(10, 400);
+    EXPECT_EQ(rig.cursors.vpos, (std::array<std::int16_t, 2>{192, 400}));
+    rig.mouse.plot_MouseMove(10, 9000);
+    EXPECT_EQ(rig.cursors.vpos[1], 512);
+    rig.mouse.plot_MouseUp();
+    rig.mouse.plot_MouseMove(10, 100);
+    EXPECT_EQ(rig.cursors.vpos[1], 512);
+}
+
+TEST(CursorLine, OfTimeMovesSideways) {
+    MouseRig rig;
+    rig.panel.tabstrip3.select(2); // columns 192 and 448
+    ASSERT_TRUE(rig.mouse.plot_MouseDown(196, 40, false));
+    EXPECT_EQ(rig.cursors.cursormode, 3);
+    rig.mouse.plot_MouseMove(-20, 40);
+    EXPECT_EQ(rig.cursors.hpos[0], 0);
+    rig.mouse.plot_MouseMove(2000, 40);
+    EXPECT_EQ(rig.cursors.hpos[0], 640);
+    rig.mouse.plot_MouseUp();
+}
+
+TEST(CursorLine, WithShiftBothMoveTogetherAndTheModeComesBack) {
+    for (const int tab : {1, 2}) {
+        MouseRig rig;
+        rig.panel.tabstrip3.select(tab);
+        auto& positions = tab == 1 ? rig.cursors.vpos : rig.cursors.hpos;
+        const int distance = positions[1] - positions[0];
+        ASSERT_TRUE(rig.mouse.plot_MouseDown(192, 192, true));
+        EXPECT_EQ(rig.cursors.cursormode, tab == 1 ? 5 : 6);
+        rig.mouse.plot_MouseMove(182, 182);
+        EXPECT_EQ(positions[0], 182);
+        EXPECT_EQ(positions[1] - positions[0], distance);
+        rig.mouse.plot_MouseMove(-3000, -3000);
+        EXPECT_EQ(positions[0], 0);
+        EXPECT_EQ(positions[1], distance);
+        rig.mouse.plot_MouseUp();
+        EXPECT_EQ(rig.cursors.cursormode, tab == 1 ? 1 : 3);
+        EXPECT_EQ(rig.panel.slider1.Value(), tab == 1 ? 1024 : 0);
+    }
+}
+
+TEST(CursorLine, ThereIsNoneToGrabWhileTheCursorsAreOff) {
+    MouseRig rig;
+    EXPECT_FALSE(rig.mouse.plot_MouseDown(192, 192, false));
+    EXPECT_FALSE(rig.mouse.holds_cursor());
+}
+
+} // namespace
+} // namespace kv408

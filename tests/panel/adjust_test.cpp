@@ -1,0 +1,264 @@
+#include "panel/adjust.h"
+
+#include <gtest/gtest.h>
+
+#include "state/plot_geometry.h"
+#include "support/panel_rig.h"
+
+namespace kv408 {
+namespace {
+
+/// Selects the adjust tab with `key`.
+void select(PanelRig& rig, std::string_view key) {
+    int position = 0;
+    ASSERT_FALSE(hasnotab(rig.panel.tabstrip2, key, position)) << key;
+    rig.panel.tabstrip2.select(position);
+}
+
+/// Adds the cursor tabs in mode `mode`.
+void offer_cursors(PanelRig& rig, std::int16_t mode) {
+    rig.panel.tabstrip2.add({"C1", "Cursor 1"});
+    rig.panel.tabstrip2.add({"C2", "Cursor 2"});
+    rig.cursors.cursormode = mode;
+}
+
+TEST(Adjust, RangeAndStepFollowTheTab) {
+    StartedPanelRig rig;
+    offer_cursors(rig, 1);
+    for (const char* key : {"CH1", "CH2", "C1", "C2"}) {
+        select(rig, key);
+        EXPECT_EQ(rig.panel.slider1.Min(), 0) << key;
+        EXPECT_EQ(rig.panel.slider1.Max(), 1024) << key;
+        EXPECT_EQ(rig.panel.slider1.SlideStep(), 4) << key;
+    }
+    select(rig, "TRIG");
+    EXPECT_EQ(rig.panel.slider1.Max(), 1024);
+    EXPECT_EQ(rig.panel.slider1.SlideStep(), 1);
+    select(rig, "HPOS");
+    EXPECT_EQ(rig.panel.slider1.Min(), -32768);
+    EXPECT_EQ(rig.panel.slider1.Max(), 32767);
+}
+
+TEST(Adjust, TheDelayStepFollowsTheTimeBase) {
+    StartedPanelRig rig;
+    select(rig, "HPOS");
+    for (const auto& [text, step] :
+         {std::pair{"25ps/div", 4}, std::pair{"50ps/div", 4}, std::pair{"100ps/div", 8},
+          std::pair{"200ps/div", 8}, std::pair{"500ps/div", 8}, std::pair{"1ns/div", 16},
+          std::pair{"2ns/div", 16}, std::pair{"5ns/div", 16}, std::pair{"10ns/div", 64},
+          std::pair{"20ns/div", 64}, std::pair{"50ns/div", 64}, std::pair{"100ns/div", 256},
+          std::pair{"200ns/div", 256}}) {
+        PanelRig::choose(rig.panel.seltimediv, text);
+        EXPECT_EQ(rig.panel.slider1.SlideStep(), step) << text;
+    }
+}
+
+TEST(Adjust, AnUnknownTabLeavesTheWheel) {
+    StartedPanelRig rig;
+    select(rig, "TRIG");
+    rig.panel.tabstrip2.add({"OTHER", "Other"});
+    const int step = rig.panel.slider1.SlideStep();
+    select(rig, "OTHER");
+    EXPECT_EQ(rig.panel.slider1.SlideStep(), step);
+    EXPECT_EQ(rig.panel.slider1.Max(), 1024);
+}
+
+TEST(Adjust, ATabPutsTheWheelWhereItsQuantityIsAndChangesNothing) {
+    StartedPanelRig rig;
+    offer_cursors(rig, 1);
+    rig.channels[0].marker_wheel = 100;
+    rig.channels[1].marker_wheel = 200;
+    rig.trigger_state.trigwheel = 300;
+    rig.cursors.vpos = {212, 162};
+    rig.acquisition.acqrunning = true;
+    rig.acquisition.scopestate = "scopech1f";
+    rig.acquisition.ready = {true, true};
+    for (const auto& [key, value] :
+         {std::pair{"CH2", 200}, std::pair{"CH1", 100}, std::pair{"TRIG", 300},
+          std::pair{"HPOS", 32767}, std::pair{"C1", 600}, std::pair{"C2", 700}}) {
+        select(rig, key);
+        EXPECT_EQ(rig.panel.slider1.Value(), value) << key;
+    }
+    EXPECT_EQ(rig.cursors.cursormode, 2);
+    EXPECT_EQ(rig.acquisition.scopestate, "scopech1f");
+    EXPECT_EQ(rig.acquisition.ready, (std::array<bool, 2>{true, true}));
+    EXPECT_EQ(rig.panel.channel[0].psofset.text(), "0");
+    rig.cursors.cursormode = 3;
+    rig.cursors.hpos = {17, 600};
+    select(rig, "C1");
+    EXPECT_EQ(rig.panel.slider1.Value(), 17);
+    EXPECT_EQ(rig.cursors.cursormode, 3);
+    select(rig, "C2");
+    EXPECT_EQ(rig.panel.slider1.Value(), 600);
+    EXPECT_EQ(rig.cursors.cursormode, 4);
+}
+
+TEST(Adjust, AChannelFollowsTheWheel) {
+    StartedPanelRig rig;
+    select(rig, "CH1");
+    rig.panel.slider1.drag_to(1024);
+    EXPECT_EQ(rig.channels[0].pos, 0);
+    EXPECT_EQ(rig.panel.channel[0].text.top(), plot::top - 7);
+    // At 0.1V/div: 2048 - 256 / 0.32 = 1248.
+    EXPECT_EQ(rig.channels[0].offsetdac, 1248);
+    rig.panel.slider1.drag_to(0);
+    EXPECT_EQ(rig.channels[0].pos, 512);
+    EXPECT_EQ(rig.channels[0].offsetdac, 2848);
+    rig.panel.slider1.drag_to(1021); // 1.5 rows round to 2
+    EXPECT_EQ(rig.channels[0].pos, 2);
+    rig.panel.slider1.drag_to(1023); // half a row rounds to 0
+    EXPECT_EQ(rig.channels[0].pos, 0);
+    EXPECT_EQ(rig.channels[1].pos, 256);
+    select(rig, "CH2");
+    rig.panel.slider1.drag_to(612);
+    EXPECT_EQ(rig.channels[1].pos, 206);
+    EXPECT_EQ(rig.channels[1].marker_wheel, 612);
+}
+
+TEST(Adjust, CommittingAChannelMarksTheSetUpButDraggingDoesNot) {
+    StartedPanelRig rig;
+    rig.acquisition.acqrunning = true;
+    rig.acquisition.scopestate = "scopech1f";
+    rig.acquisition.ready = {true, true};
+    select(rig, "CH1");
+    rig.panel.slider1.mouse_down(0, 0);
+    rig.panel.slider1.mouse_move(left_mouse_button, 3, 0);
+    EXPECT_EQ(rig.acquisition.scopestate, "scopech1f");
+    rig.panel.slider1.mouse_up();
+    EXPECT_EQ(rig.acquisition.scopestate, "changes");
+    EXPECT_EQ(rig.acquisition.ready, (std::array<bool, 2>{false, false}));
+    EXPECT_FALSE(rig.acquisition.holdoff);
+}
+
+TEST(Adjust, TheTriggerLevelShowsItsLineAndMarksTheSetUpOnlyWhenCommitted) {
+    StartedPanelRig rig;
+    rig.acquisition.acqrunning = true;
+    rig.acquisition.scopestate = "scopech1f";
+    rig.acquisition.ready = {true, true};
+    select(rig, "TRIG");
+    rig.panel.slider1.mouse_down(0, 0);
+    rig.panel.slider1.mouse_move(left_mouse_button, 10, 0);
+    EXPECT_EQ(rig.trigger_state.trigpos, 522 * 4);
+    EXPECT_TRUE(rig.acquisition.holdoff);
+    EXPECT_EQ(rig.acquisition.holdoff_time, 1000);
+    EXPECT_EQ(rig.acquisition.scopestate, "scopech1f");
+    rig.acquisition.holdoff = false;
+    rig.panel.slider1.mouse_up();
+    EXPECT_EQ(rig.acquisition.scopestate, "changes");
+    EXPECT_EQ(rig.acquisition.ready, (std::array<bool, 2>{true, true}));
+    EXPECT_TRUE(rig.acquisition.holdoff);
+}
+
+TEST(Adjust, TurningTheDelayUpShortensIt) {
+    StartedPanelRig rig;
+    rig.panel.channel[0].slenps.set_checked(true);
+    select(rig, "HPOS");
+    rig.panel.slider1.drag_to(-32768);
+    EXPECT_EQ(rig.panel.channel[0].psofset.text(), "65535");
+    EXPECT_EQ(rig.panel.channel[1].psofset.text(), "0");
+    // 65535 ps over 313 / 1.0016 ps a point.
+    EXPECT_EQ(rig.channels[0].delaypts, 210);
+    EXPECT_EQ(rig.channels[1].delaypts, 0);
+    rig.panel.slider1.drag_to(32767);
+    EXPECT_EQ(rig.panel.channel[0].psofset.text(), "0");
+    EXPECT_EQ(rig.channels[0].delaypts, 0);
+}
+
+TEST(Adjust, TheDelayInPointsIsWideEnoughForTheFastestTimeBase) {
+    StartedPanelRig rig;
+    PanelRig::choose(rig.panel.seltimediv, "25ps/div");
+    rig.panel.channel[1].slenps.set_checked(true);
+    select(rig, "HPOS");
+    rig.panel.slider1.turn_to(-32768);
+    EXPECT_EQ(rig.channels[1].delaypts, 167770); // 65535 x 2.56 = 167769.6
+    EXPECT_EQ(rig.panel.channel[1].hor_delay.caption(), "Delay:  65535ps");
+    EXPECT_EQ(rig.panel.channel[0].hor_delay.caption(), "");
+}
+
+TEST(Adjust, CursorsFollowTheWheelInTheirOwnModeOnly) {
+    StartedPanelRig rig;
+    offer_cursors(rig, 3);
+    select(rig, "C1");
+    rig.panel.slider1.drag_to(1024);
+    EXPECT_EQ(rig.cursors.hpos[0], 640);
+    select(rig, "C2");
+    rig.panel.slider1.drag_to(30);
+    EXPECT_EQ(rig.cursors.hpos, (std::array<std::int16_t, 2>{640, 30}));
+    rig.cursors.cursormode = 1;
+    select(rig, "C2");
+    EXPECT_EQ(rig.cursors.cursormode, 2);
+    rig.panel.slider1.drag_to(1021);
+    EXPECT_EQ(rig.cursors.vpos[1], 2);
+    select(rig, "C1");
+    rig.panel.slider1.drag_to(24);
+    EXPECT_EQ(rig.cursors.vpos[0], 500);
+}
+
+TEST(Adjust, ATypedDelayIsTakenWithEnter) {
+    StartedPanelRig rig;
+    rig.acquisition.acqrunning = true;
+    rig.acquisition.scopestate = "scopech1f";
+    rig.acquisition.ready = {true, true};
+    TextBox& box = rig.panel.channel[1].psofset;
+    box.focus();
+    EXPECT_EQ(rig.panel.tabstrip2.selected_key(), "HPOS");
+    box.set_text("120");
+    EXPECT_EQ(rig.acquisition.scopestate, "scopech1f");
+    box.enter();
+    EXPECT_EQ(rig.panel.channel[1].hor_delay.caption(), "Delay:  120ps");
+    EXPECT_EQ(rig.panel.slider1.Value(), 65535 - 120 - 32768);
+    EXPECT_EQ(rig.channels[1].delaypts, 0); // 120 / 312.5 = 0.38
+    EXPECT_EQ(rig.acquisition.scopestate, "changes");
+    EXPECT_EQ(rig.acquisition.ready, (std::array<bool, 2>{false, false}));
+    for (const auto& [typed, taken] : {std::pair{"70000", "65535"}, std::pair{"-5", "0"},
+                                       std::pair{"12.5ps", "12"}, std::pair{"abc", "0"}}) {
+        box.set_text(typed);
+        box.enter();
+        EXPECT_EQ(box.text(), taken) << typed;
+    }
+}
+
+TEST(Adjust, EnterDoesNothingWhileAnotherTabIsSelected) {
+    StartedPanelRig rig;
+    rig.acquisition.acqrunning = true;
+    rig.acquisition.scopestate = "scopech1f";
+    select(rig, "CH1");
+    rig.panel.channel[0].psofset.set_text("99999");
+    rig.panel.channel[0].psofset.enter();
+    EXPECT_EQ(rig.panel.channel[0].psofset.text(), "99999");
+    EXPECT_EQ(rig.acquisition.scopestate, "scopech1f");
+}
+
+TEST(Adjust, TheWheelContinuesFromTheDelayOfTheChannelThatIsCheckedIn) {
+    StartedPanelRig rig;
+    select(rig, "HPOS");
+    rig.panel.channel[0].psofset.set_text("1000");
+    rig.panel.channel[0].slenps.set_checked(true);
+    EXPECT_EQ(rig.panel.slider1.Value(), 65535 - 1000 - 32768);
+    rig.panel.slider1.turn(-1); // 64 ps at 20ns/div
+    EXPECT_EQ(rig.panel.channel[0].psofset.text(), "1064");
+}
+
+TEST(Adjust, ANewTimeBaseKeepsTheDelayInItsNewPoints) {
+    StartedPanelRig rig;
+    rig.panel.channel[0].psofset.focus();
+    rig.panel.channel[0].psofset.set_text("10000");
+    rig.panel.channel[0].psofset.enter();
+    EXPECT_EQ(rig.channels[0].delaypts, 32);
+    PanelRig::choose(rig.panel.seltimediv, "1ns/div");
+    EXPECT_EQ(rig.channels[0].delaypts, 640);
+    EXPECT_EQ(rig.channels[0].shown_delaypts, 640);
+}
+
+TEST(Adjust, TheSelectedDelayTabGoesToChannelOneInPointMode) {
+    StartedPanelRig rig;
+    rig.channels[0].marker_wheel = 700;
+    select(rig, "HPOS");
+    PanelRig::choose(rig.panel.seltimediv, "500ns/div");
+    EXPECT_EQ(rig.panel.tabstrip2.selected_key(), "CH1");
+    EXPECT_EQ(rig.panel.slider1.Value(), 700);
+    EXPECT_EQ(rig.panel.slider1.Max(), 1024);
+}
+
+} // namespace
+} // namespace kv408

@@ -1,0 +1,46 @@
+#include <gtest/gtest.h>
+
+#include "support/panel_rig.h"
+
+namespace kv408 {
+namespace {
+
+/// A running panel whose trigger has been uploaded with the time-out "1000".
+struct TimeOutRig : PanelRig {
+    TimeOutRig() {
+        panel.trtout.on_enter([this] { trigger.trtout_Commit(); });
+        panel.trtout.on_leave([this] { trigger.trtout_Commit(); });
+        trigger.settriger();
+        acquisition.acqrunning = true;
+        acquisition.scopestate = "scopech1f";
+    }
+};
+
+TEST(TriggerTimeOut, ANewOneMarksTheSetUpWhenTheBoxIsLeftOrEnterPressed) {
+    for (const bool by_enter : {true, false}) {
+        TimeOutRig rig;
+        rig.panel.trtout.set_text("500");
+        EXPECT_EQ(rig.acquisition.scopestate, "scopech1f");
+        by_enter ? rig.panel.trtout.enter() : rig.panel.trtout.leave();
+        EXPECT_EQ(rig.acquisition.scopestate, "changes");
+    }
+}
+
+TEST(TriggerTimeOut, TheSameOneChangesNothing) {
+    TimeOutRig rig;
+    rig.panel.trtout.set_text("1000.2");
+    rig.panel.trtout.leave();
+    EXPECT_EQ(rig.acquisition.scopestate, "scopech1f");
+}
+
+TEST(TriggerTimeOut, WhileStoppedItWaitsForTheNextStart) {
+    TimeOutRig rig;
+    rig.acquisition.acqrunning = false;
+    rig.acquisition.scopestate = "stoped";
+    rig.panel.trtout.set_text("500");
+    rig.panel.trtout.enter();
+    EXPECT_EQ(rig.acquisition.scopestate, "stoped");
+}
+
+} // namespace
+} // namespace kv408

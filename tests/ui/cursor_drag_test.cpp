@@ -1,0 +1,139 @@
+// Dragging the cursor lines in the whole window.
+
+#include <QLabel>
+
+#include "dragging.h"
+
+namespace kv408::ui {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+class CursorDragTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void cursor_lines_are_dragged_data();
+    void cursor_lines_are_dragged();
+    void a_cursor_line_is_grabbed_from_near_only();
+    void shift_moves_both_cursor_lines();
+    void the_mouse_shows_what_it_can_drag();
+};
+
+void CursorDragTest::cursor_lines_are_dragged_data() {
+    QTest::addColumn<bool>("voltage");
+    QTest::addColumn<int>("cursor");
+    QTest::addColumn<QSize>("size");
+    QTest::newRow("voltage 1") << true << 0 << QSize(1280, 800);
+    QTest::newRow("voltage 2") << true << 1 << QSize(1280, 800);
+    QTest::newRow("time 1") << false << 0 << QSize(1280, 800);
+    QTest::newRow("time 2") << false << 1 << QSize(1280, 800);
+    QTest::newRow("time 2, larger") << false << 1 << QSize(2560, 1440);
+}
+
+void CursorDragTest::cursor_lines_are_dragged() {
+    QFETCH(bool, voltage);
+    QFETCH(int, cursor);
+    QFETCH(QSize, size);
+    const auto index = static_cast<std::size_t>(cursor);
+    Dragging on;
+    QVERIFY(on.begin(size));
+    on.choose_tab("TabStrip3", voltage ? 0 : 1);
+    on.choose_tab("TabStrip2", 0);
+    const auto& places = voltage ? on.cursors().vpos : on.cursors().hpos;
+    const int before = places[index];
+    const int other = places[1 - index];
+    Mouse mouse(on.window());
+    mouse.press(on.window().plot(),
+                voltage ? on.on_plot(500, before + 2) : on.on_plot(before + 2, 100));
+    QCOMPARE(on.panel().tabstrip2.selected_key(), std::string(cursor == 0 ? "C1" : "C2"));
+    QCOMPARE(static_cast<int>(on.cursors().cursormode), (voltage ? 1 : 3) + cursor);
+    mouse.drag(voltage ? on.units(0, 48) : on.units(48, 0));
+    QCOMPARE(static_cast<int>(places[index]), before + 50);
+    QCOMPARE(static_cast<int>(places[1 - index]), other);
+    const QString shown = on.widget<QLabel>(cursor == 0 ? "lblC1" : "lblC2")->text();
+    QVERIFY2(shown.startsWith(cursor == 0 ? u"C1: "_s : u"C2: "_s), qPrintable(shown));
+    const std::size_t from = on.log.frames.size();
+    mouse.release();
+    QVERIFY(on.uploads_after(from));
+    QCOMPARE(static_cast<int>(places[index]), before + 50);
+    // Let go, it stays.
+    mouse.go(on.window().plot(), on.on_plot(20, 20));
+    QCOMPARE(static_cast<int>(places[index]), before + 50);
+}
+
+void CursorDragTest::a_cursor_line_is_grabbed_from_near_only() {
+    Dragging on;
+    QVERIFY(on.begin());
+    Mouse mouse(on.window());
+    const auto drag_from = [&](int x, int y) {
+        mouse.press(on.window().plot(), on.on_plot(x, y));
+        mouse.drag(on.units(0, 30));
+        mouse.release();
+    };
+    const int line = on.cursors().vpos[0];
+    drag_from(300, line);
+    QCOMPARE(static_cast<int>(on.cursors().vpos[0]), line); // no cursors shown
+    on.choose_tab("TabStrip3", 0);
+    on.choose_tab("TabStrip2", 1);
+    drag_from(300, line - 5);
+    drag_from(300, line + 5);
+    QCOMPARE(static_cast<int>(on.cursors().vpos[0]), line);
+    QCOMPARE(on.panel().tabstrip2.selected_key(), std::string("CH2"));
+    drag_from(-8, line);
+    QCOMPARE(static_cast<int>(on.cursors().vpos[0]), line);
+    drag_from(300, line - 4);
+    QCOMPARE(static_cast<int>(on.cursors().vpos[0]), line + 26);
+}
+
+void CursorDragTest::shift_moves_both_cursor_lines() {
+    Dragging on;
+    QVERIFY(on.begin());
+    on.choose_tab("TabStrip3", 1);
+    const auto before = on.cursors().hpos;
+    const QString distance = on.widget<QLabel>("centerfr")->text();
+    Mouse mouse(on.window());
+    mouse.press(on.window().plot(), on.on_plot(before[1], 300), Qt::ShiftModifier);
+    QCOMPARE(on.cursors().cursormode, cursor_mode::time_both);
+    mouse.drag(on.units(-60, 0));
+    QCOMPARE(static_cast<int>(on.cursors().hpos[0]), before[0] - 60);
+    QCOMPARE(static_cast<int>(on.cursors().hpos[1]), before[1] - 60);
+    mouse.release();
+    QCOMPARE(on.cursors().cursormode, cursor_mode::time_2);
+    QCOMPARE(on.widget<QLabel>("centerfr")->text(), distance);
+    // Without Shift again only the one that is grabbed.
+    mouse.press(on.window().plot(), on.on_plot(before[0] - 60, 300));
+    mouse.drag(on.units(10, 0));
+    mouse.release();
+    QCOMPARE(static_cast<int>(on.cursors().hpos[0]), before[0] - 50);
+    QCOMPARE(static_cast<int>(on.cursors().hpos[1]), before[1] - 60);
+}
+
+void CursorDragTest::the_mouse_shows_what_it_can_drag() {
+    Dragging on;
+    QVERIFY(on.begin());
+    PlotWidget& plot_widget = on.window().plot();
+    Mouse mouse(on.window());
+    const auto shape_at = [&](int x, int y) {
+        mouse.go(plot_widget, on.on_plot(x, y));
+        return plot_widget.cursor().shape();
+    };
+    const int row = on.cursors().vpos[1];
+    const int column = on.cursors().hpos[0];
+    QCOMPARE(shape_at(column, row), Qt::ArrowCursor);
+    on.choose_tab("TabStrip3", 0);
+    QCOMPARE(shape_at(column, row + 4), Qt::SizeVerCursor);
+    QCOMPARE(shape_at(column, row + 5), Qt::ArrowCursor);
+    on.choose_tab("TabStrip3", 1);
+    QCOMPARE(shape_at(column - 4, row), Qt::SizeHorCursor);
+    QCOMPARE(shape_at(column - 5, row), Qt::ArrowCursor);
+    on.choose_tab("TabStrip3", 2);
+    QCOMPARE(shape_at(column, row), Qt::ArrowCursor);
+    QCOMPARE(on.widget("Slider1")->cursor().shape(), Qt::SizeHorCursor);
+}
+
+} // namespace
+} // namespace kv408::ui
+
+QTEST_MAIN(kv408::ui::CursorDragTest)
+#include "cursor_drag_test.moc"
