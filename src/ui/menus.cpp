@@ -59,10 +59,11 @@ void fill_menus(QMenuBar& bar, ScopeDriver& driver) {
         {u"&Settings..."_s, u"Snapshot, display and colours"_s, QKeySequence::Preferences});
 
     QMenu& help = add_menu(bar, u"&Help"_s);
-    add(help, panel.menuhelp, driver, {u"&Help"_s, u"How to use the program"_s});
-    add(help, panel.menuabout, driver, {u"&About"_s, u"About the program"_s});
+    add(help, panel.menuhelp, driver, {u"&Help"_s, u"Has no function in this version"_s});
+    add(help, panel.menuabout, driver, {u"&About"_s, u"Has no function in this version"_s});
     help.addSeparator();
-    add(help, panel.exportdata, driver, {u"&Export Data..."_s, u"Exports the sampled data"_s});
+    add(help, panel.exportdata, driver,
+        {u"&Export Data..."_s, u"Has no function in this version"_s});
 }
 
 } // namespace kv408::ui

@@ -36,7 +36,7 @@ TEST(Noise, SameSeedSameSequence) {
 }
 
 TEST(Noise, PublishedValuesOfTheGenerator) {
-    // The first outputs of splitmix64 for the seed 1234567.
+    // The first outputs of splitmix64 for 1234567 as its seed.
     Noise noise(1234567);
     EXPECT_EQ(noise.bits(), 6457827717110365317U);
     EXPECT_EQ(noise.bits(), 3203168211198807973U);
