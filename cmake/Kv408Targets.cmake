@@ -37,8 +37,6 @@ function(kv408_tests folder)
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
   add_executable(test_${folder} ${sources})
   target_link_libraries(test_${folder} PRIVATE kv408_options ${ARGN} GTest::gmock GTest::gtest_main)
-  # Optimising the tests themselves takes long to compile and nobody waits for them to run.
-  target_compile_options(test_${folder} PRIVATE -O0)
   target_include_directories(test_${folder} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
   gtest_discover_tests(test_${folder} TEST_PREFIX ${KV408_TEST_PREFIX}${folder}.
                        DISCOVERY_TIMEOUT 60)

@@ -7,8 +7,8 @@ namespace kv408 {
 
 /// One acquisition status: what the status box says, and on which background.
 struct Status {
-    const char* text;
-    Colour background;
+    const char* text = "";
+    Colour background = {};
 };
 
 /// Every status that the acquisition shows.

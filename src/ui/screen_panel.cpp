@@ -71,11 +71,11 @@ void make_plate(QLabel& label, const QColor& text) {
 
 ScreenPanel::ScreenPanel(const Surface& surface, FrontPanel& panel, QWidget* parent)
     : QWidget(parent), plot_(new PlotWidget(surface, this)), header_(make_header(panel)),
-      footer_(make_footer(panel)), results_(make_results_panel(panel, this)) {
+      footer_(make_footer(panel)), results_(make_results_panel(panel, this)),
+      cursor_read_outs_(make_cursor_read_outs(panel)) {
     describe(*plot_, {u"Plot"_s, u"The traces of both channels, 10 by 8 divisions"_s});
     bind_appearance(plot_, panel.picture1);
     make_markers(panel);
-    cursor_read_outs_ = make_cursor_read_outs(panel);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
 

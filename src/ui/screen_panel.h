@@ -40,7 +40,7 @@ private:
     QWidget* header_;
     QWidget* footer_;
     QWidget* results_;
-    QWidget* cursor_read_outs_ = nullptr;
+    QWidget* cursor_read_outs_;
     qreal ratio_ = 0.0; ///< device pixels a unit that the plot was last fitted for
 };
 

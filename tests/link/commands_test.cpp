@@ -20,8 +20,8 @@ TEST(Commands, HaveTheirCodes) {
 }
 
 struct TriggerRow {
-    TriggerSetup trigger;
-    CommandArguments arguments;
+    TriggerSetup trigger = {};
+    CommandArguments arguments = {};
 };
 
 TEST(TriggerCommand, FillsLevelSourceAndEdgeCodeAndHysteresis) {
@@ -135,9 +135,9 @@ TEST(SweepCommand, AsksFor650PointsWithItsThreeChoices) {
 }
 
 struct SampleRow {
-    PointDelay delay;
-    int channel;
-    CommandArguments arguments;
+    PointDelay delay = {};
+    int channel = 1;
+    CommandArguments arguments = {};
 };
 
 TEST(SampleCommand, FillsBothPositionsAndTheFineByte) {

@@ -2,22 +2,25 @@
 
 #include <filesystem>
 #include <fstream>
+#include <random>
+#include <string>
 
 namespace kv408::simulator {
 namespace {
 
 /// A folder of the test's own that goes away with it.
 class FlashFile : public ::testing::Test {
+public:
+    ~FlashFile() override { std::filesystem::remove_all(folder_); }
+
 protected:
+    // The same test of another build may run at the same time.
     FlashFile()
         : folder_(std::filesystem::temp_directory_path() /
-                  (std::string("kv408-flash-") +
-                   ::testing::UnitTest::GetInstance()->current_test_info()->name())) {
+                  (std::string("kv408-flash-") + std::to_string(std::random_device()()))) {
         std::filesystem::remove_all(folder_);
         std::filesystem::create_directories(folder_);
     }
-
-    ~FlashFile() override { std::filesystem::remove_all(folder_); }
 
     [[nodiscard]] std::filesystem::path file() const { return folder_ / "flash.txt"; }
 
