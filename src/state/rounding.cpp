@@ -74,9 +74,10 @@ double leading_number(std::string_view text) {
         // Too small and too large share one error code: an exponent with a minus sign is too small.
         const std::string_view read(text.data(),
                                     static_cast<std::size_t>(result.ptr - text.data()));
-        value = read.find("e-") != std::string_view::npos || read.find("E-") != std::string_view::npos
-                    ? 0.0
-                    : std::numeric_limits<double>::max();
+        value =
+            read.find("e-") != std::string_view::npos || read.find("E-") != std::string_view::npos
+                ? 0.0
+                : std::numeric_limits<double>::max();
     }
     return negative ? -value : value;
 }
