@@ -12,6 +12,7 @@
 #include "panel/front_panel.h"
 #include "scope/scope.h"
 #include "simulator/simulation.h"
+#include "support/fake_files.h"
 #include "support/fake_host.h"
 #include "support/virtual_clock.h"
 
@@ -64,7 +65,10 @@ struct Sweeping {
     simulator::Simulation simulation{clock};
     FakeMessageBoxes boxes;
     FakeWindowMessages messages;
-    Scope scope{Machine{clock, boxes, messages, simulation.bridge()}};
+    FakeFiles files;
+    FakeFileChoosers choosers;
+    Scope scope{
+        Machine{clock, boxes, messages, simulation.bridge(), files, choosers, fake_places()}};
     int drawn = 0;
 };
 

@@ -27,4 +27,25 @@ void EndingWindowMessages::repaint(std::string_view control_name) {
     messages_.repaint(control_name);
 }
 
+std::optional<std::filesystem::path> EndingFileChoosers::open_file(const FileQuestion& question) {
+    unwind_if_ended(program_);
+    auto answer = choosers_.open_file(question);
+    unwind_if_ended(program_);
+    return answer;
+}
+
+std::optional<std::filesystem::path> EndingFileChoosers::save_file(const FileQuestion& question) {
+    unwind_if_ended(program_);
+    auto answer = choosers_.save_file(question);
+    unwind_if_ended(program_);
+    return answer;
+}
+
+std::optional<std::filesystem::path> EndingFileChoosers::choose_folder(const std::string& title) {
+    unwind_if_ended(program_);
+    auto answer = choosers_.choose_folder(title);
+    unwind_if_ended(program_);
+    return answer;
+}
+
 } // namespace kv408

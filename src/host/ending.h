@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/file_choosers.h"
 #include "host/message_boxes.h"
 #include "host/window_messages.h"
 #include "state/program_state.h"
@@ -32,6 +33,22 @@ public:
 
 private:
     WindowMessages& messages_;
+    const ProgramState& program_;
+};
+
+/// File dialogs that unwind when the program has ended, before or while a dialog was open.
+class EndingFileChoosers : public FileChoosers {
+public:
+    /// Asks through `choosers` as long as `program` has not ended.
+    EndingFileChoosers(FileChoosers& choosers, const ProgramState& program)
+        : choosers_(choosers), program_(program) {}
+
+    std::optional<std::filesystem::path> open_file(const FileQuestion& question) override;
+    std::optional<std::filesystem::path> save_file(const FileQuestion& question) override;
+    std::optional<std::filesystem::path> choose_folder(const std::string& title) override;
+
+private:
+    FileChoosers& choosers_;
     const ProgramState& program_;
 };
 

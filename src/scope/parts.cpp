@@ -4,6 +4,7 @@ namespace kv408 {
 
 Parts::Parts(const Machine& machine)
     : clock(machine.clock), boxes(machine.boxes, program), messages(machine.messages, program),
+      files(machine.files), choosers(machine.choosers, program), places(machine.places),
       link(machine.bridge, clock, boxes, program, panel.device),
       picture({.panel = panel,
                .samples = samples,

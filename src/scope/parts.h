@@ -18,6 +18,8 @@
 #include "panel/vertical.h"
 #include "scope/scope.h"
 #include "state/calibration_record.h"
+#include "state/display_settings.h"
+#include "state/measurement_state.h"
 
 namespace kv408 {
 
@@ -35,6 +37,9 @@ struct Parts {
     Channels channels;
     Samples samples;
     ColourTable colours;
+    MeasurementState measurements;
+    AnnotationMarks marks;
+    DisplaySettings settings;
     CalibrationRecord calibration = default_calibration;
     FrontPanel panel;
 
@@ -42,6 +47,9 @@ struct Parts {
     Clock& clock;
     EndingMessageBoxes boxes;
     EndingWindowMessages messages;
+    Files& files;
+    EndingFileChoosers choosers;
+    Places places;
 
     // The subsystems.
     DeviceLink link;

@@ -4,7 +4,10 @@
 #include <memory>
 
 #include "host/clock.h"
+#include "host/file_choosers.h"
+#include "host/files.h"
 #include "host/message_boxes.h"
+#include "host/places.h"
 #include "host/window_messages.h"
 #include "link/bridge.h"
 
@@ -21,6 +24,9 @@ struct Machine {
     MessageBoxes& boxes;
     WindowMessages& messages;
     Bridge& bridge;
+    Files& files;
+    FileChoosers& choosers;
+    Places places;
 };
 
 /// The whole program without its window: owns every part, wires them together, and is the one

@@ -26,8 +26,8 @@ constexpr int gap = 8;
 
 } // namespace
 
-MainWindow::MainWindow(Scope& scope, QtMessageBoxes& boxes)
-    : scope_(scope), boxes_(boxes), driver_(scope),
+MainWindow::MainWindow(Scope& scope, const Dialogs& dialogs)
+    : scope_(scope), dialogs_(dialogs), driver_(scope),
       screen_(new ScreenPanel(scope.picture().surface(), scope.panel())) {
     setWindowTitle(u"Kv408 - Tarvo  V1.6"_s);
     disable_what_is_to_come(scope.panel());
@@ -93,7 +93,8 @@ void MainWindow::entry_returned() {
         return;
     }
     timer_.stop();
-    boxes_.dismiss();
+    dialogs_.boxes.dismiss();
+    dialogs_.choosers.dismiss();
     if (!driver_.busy()) {
         close();
         if (closed_) {

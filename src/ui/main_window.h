@@ -6,18 +6,25 @@
 #include <QTimer>
 
 #include "scope/scope.h"
+#include "ui/qt_file_choosers.h"
 #include "ui/qt_message_boxes.h"
 #include "ui/scope_driver.h"
 #include "ui/screen_panel.h"
 
 namespace kv408::ui {
 
+/// The modal dialogs that the program opens over its window.
+struct Dialogs {
+    QtMessageBoxes& boxes;
+    QtFileChoosers& choosers;
+};
+
 /// The main window: it shows the controls and hands what the user does on to the program. Once it
 /// has appeared the program starts up, and from then on the timer ticks.
 class MainWindow : public QMainWindow {
 public:
-    /// A window on `scope`, whose message boxes are `boxes`; both outlive it.
-    MainWindow(Scope& scope, QtMessageBoxes& boxes);
+    /// A window on `scope`, which opens `dialogs`; all of them outlive it.
+    MainWindow(Scope& scope, const Dialogs& dialogs);
     ~MainWindow() override;
     MainWindow(const MainWindow&) = delete;
     MainWindow& operator=(const MainWindow&) = delete;
@@ -39,7 +46,7 @@ private:
     void entry_returned();
 
     Scope& scope_;
-    QtMessageBoxes& boxes_;
+    Dialogs dialogs_;
     ScopeDriver driver_;
     ScreenPanel* screen_;
     QTimer timer_{this};

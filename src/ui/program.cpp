@@ -4,10 +4,12 @@
 
 namespace kv408::ui {
 
-Program::Program(Clock& clock, Bridge& bridge)
-    : scope_(Machine{clock, boxes_, messages_, bridge}), window_(scope_, boxes_) {
+Program::Program(Clock& clock, Bridge& bridge, Files& files, const Places& places)
+    : scope_(Machine{clock, boxes_, messages_, bridge, files, choosers_, places}),
+      window_(scope_, {.boxes = boxes_, .choosers = choosers_}) {
     boxes_.set_window(&window_);
     messages_.set_window(&window_);
+    choosers_.set_window(&window_);
     window_.on_closed([] { QCoreApplication::exit(0); });
 }
 

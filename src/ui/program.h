@@ -1,9 +1,12 @@
 #pragma once
 
 #include "host/clock.h"
+#include "host/files.h"
+#include "host/places.h"
 #include "link/bridge.h"
 #include "scope/scope.h"
 #include "ui/main_window.h"
+#include "ui/qt_file_choosers.h"
 #include "ui/qt_message_boxes.h"
 #include "ui/qt_window_messages.h"
 
@@ -12,9 +15,9 @@ namespace kv408::ui {
 /// The whole program with its window.
 class Program {
 public:
-    /// The program that reaches its instrument through `bridge`. It ends the application when it
-    /// ends itself.
-    Program(Clock& clock, Bridge& bridge);
+    /// The program that reaches its instrument through `bridge` and keeps its files in `places`. It
+    /// ends the application when it ends itself.
+    Program(Clock& clock, Bridge& bridge, Files& files, const Places& places);
 
     /// The main window; showing it starts the program.
     [[nodiscard]] MainWindow& window() { return window_; }
@@ -25,6 +28,7 @@ public:
 private:
     QtMessageBoxes boxes_;
     QtWindowMessages messages_;
+    QtFileChoosers choosers_;
     Scope scope_;
     MainWindow window_;
 };

@@ -12,6 +12,7 @@
 #include "scope/parts.h"
 #include "scope/scope.h"
 #include "simulator/simulation.h"
+#include "support/fake_files.h"
 #include "support/fake_host.h"
 #include "support/virtual_clock.h"
 
@@ -62,7 +63,10 @@ struct Program {
     simulator::Simulation simulation{clock, {}, 1, &log};
     FakeMessageBoxes boxes;
     FakeWindowMessages messages;
-    Scope scope{Machine{clock, boxes, messages, simulation.bridge()}};
+    FakeFiles files;
+    FakeFileChoosers choosers;
+    Scope scope{
+        Machine{clock, boxes, messages, simulation.bridge(), files, choosers, fake_places()}};
 };
 
 /// The frames of `program` from the `first` on, as code and five arguments.

@@ -2,6 +2,7 @@
 
 #include "scope/scope.h"
 #include "simulator/simulation.h"
+#include "support/fake_files.h"
 #include "support/fake_host.h"
 #include "support/virtual_clock.h"
 #include "ui/scope_driver.h"
@@ -14,7 +15,10 @@ struct Entered {
     FakeMessageBoxes boxes;
     FakeWindowMessages messages;
     simulator::Simulation simulation{clock};
-    Scope scope{Machine{clock, boxes, messages, simulation.bridge()}};
+    FakeFiles files;
+    FakeFileChoosers choosers;
+    Scope scope{
+        Machine{clock, boxes, messages, simulation.bridge(), files, choosers, fake_places()}};
     ScopeDriver driver{scope};
 };
 

@@ -10,6 +10,7 @@
 #include "scope/parts.h"
 #include "simulator/simulation.h"
 #include "simulator/wire_log.h"
+#include "support/fake_files.h"
 #include "ui/program.h"
 
 namespace kv408::ui {
@@ -91,7 +92,8 @@ struct ProgramOnBench {
     HurriedClock clock;
     simulator::WireLog log;
     simulator::Simulation simulation{clock, {}, 1, &log};
-    Program program{clock, simulation.bridge()};
+    FakeFiles files;
+    Program program{clock, simulation.bridge(), files, fake_places()};
     int closed = 0; ///< how often the window said that it has closed for good
 };
 

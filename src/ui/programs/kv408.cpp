@@ -3,8 +3,10 @@
 #include <QApplication>
 
 #include "host/system_clock.h"
+#include "host/system_files.h"
 #include "link/library_bridge.h"
 #include "ui/look.h"
+#include "ui/machine_places.h"
 #include "ui/program.h"
 #include "ui/termination_signals.h"
 
@@ -14,7 +16,8 @@ int main(int argc, char** argv) {
     kv408::ui::apply_look(kv408::ui::desktop_look());
     kv408::SystemClock clock;
     kv408::LibraryBridge bridge;
-    kv408::ui::Program program(clock, bridge);
+    kv408::SystemFiles files;
+    kv408::ui::Program program(clock, bridge, files, kv408::ui::machine_places());
     signals.on_signal([&program] { program.window().close(); });
     program.window().show();
     return QApplication::exec();

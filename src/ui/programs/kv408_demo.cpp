@@ -3,14 +3,14 @@
 #include <filesystem>
 
 #include <QApplication>
-#include <QDir>
 #include <QMenuBar>
-#include <QStandardPaths>
 
 #include "host/system_clock.h"
+#include "host/system_files.h"
 #include "simulator/simulation.h"
 #include "ui/bench_window.h"
 #include "ui/look.h"
+#include "ui/machine_places.h"
 #include "ui/program.h"
 #include "ui/termination_signals.h"
 
@@ -18,17 +18,12 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-/// The file of the simulated flash memory, in the folder of the program's settings.
-std::filesystem::path flash_file() {
-    const QString application_data = qEnvironmentVariable("APPDATA");
-    const QString folder =
-        (application_data.isEmpty()
-             ? QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
-             : application_data) +
-        u"/kv408"_s;
+/// The file of the simulated flash memory, in the folder `settings`.
+std::filesystem::path flash_file(kv408::Files& files, const std::filesystem::path& settings) {
     // Where the folder cannot be made the memory lasts as long as the program.
-    return QDir().mkpath(folder) ? (folder + u"/simulated-flash.bin"_s).toStdU16String()
-                                 : std::u16string();
+    return files.create_folder(settings).status == kv408::FileStatus::done
+               ? settings / "simulated-flash.bin"
+               : std::filesystem::path();
 }
 
 /// Makes `bench` reachable from the menus of `window`, and opens it as soon as `window` has its
@@ -61,8 +56,10 @@ int main(int argc, char** argv) {
     const QApplication application(argc, argv);
     kv408::ui::apply_look(kv408::ui::desktop_look());
     kv408::SystemClock clock;
-    kv408::simulator::Simulation simulation(clock, flash_file());
-    kv408::ui::Program program(clock, simulation.bridge());
+    kv408::SystemFiles files;
+    const kv408::Places places = kv408::ui::machine_places();
+    kv408::simulator::Simulation simulation(clock, flash_file(files, places.settings));
+    kv408::ui::Program program(clock, simulation.bridge(), files, places);
     signals.on_signal([&program] { program.window().close(); });
     kv408::ui::BenchWindow bench(simulation.bench());
     offer(bench, program.window());

@@ -12,6 +12,7 @@
 #include "panel/front_panel.h"
 #include "scope/parts.h"
 #include "scope/scope.h"
+#include "support/fake_files.h"
 #include "support/fake_host.h"
 
 namespace kv408 {
@@ -31,7 +32,9 @@ TEST(ProgramOnTheLibrary, StartsAndSweepsBothChannels) {
     FakeMessageBoxes boxes;
     FakeWindowMessages messages;
     LibraryBridge bridge;
-    Scope scope(Machine{clock, boxes, messages, bridge});
+    FakeFiles files;
+    FakeFileChoosers choosers;
+    Scope scope(Machine{clock, boxes, messages, bridge, files, choosers, fake_places()});
     ASSERT_TRUE(scope.start()) << (boxes.shown.empty() ? "" : boxes.shown[0].text);
     const auto& ready = scope.parts().acquisition.ready;
     tick_until(scope, clock, 30, [&] { return ready[0] && ready[1]; });
@@ -47,7 +50,9 @@ TEST(ProgramOnTheLibrary, WithoutItTheMessageCarriesTheLoadersReason) {
     FakeMessageBoxes boxes;
     FakeWindowMessages messages;
     LibraryBridge bridge("libNoSuchBridge.so");
-    Scope scope(Machine{clock, boxes, messages, bridge});
+    FakeFiles files;
+    FakeFileChoosers choosers;
+    Scope scope(Machine{clock, boxes, messages, bridge, files, choosers, fake_places()});
     EXPECT_FALSE(scope.start());
     ASSERT_EQ(boxes.shown.size(), 1U);
     EXPECT_EQ(boxes.shown[0].text, "Error finding USB device. Aborting application.");

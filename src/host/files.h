@@ -1,0 +1,35 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace kv408 {
+
+/// How a request to the file system ended.
+enum class FileStatus { done, not_found, failed };
+
+/// The outcome of a request to the file system.
+struct FileResult {
+    FileStatus status = FileStatus::done;
+    std::string reason = {}; ///< the system's own words, empty when done
+};
+
+/// Whole files of the machine.
+class Files {
+public:
+    virtual ~Files() = default;
+
+    /// Reads the file at `path` into `bytes`. `not_found` when the file or its folder is missing;
+    /// `bytes` is then unchanged.
+    virtual FileResult read(const std::filesystem::path& path, std::string& bytes) = 0;
+
+    /// Makes `bytes` the content of the file at `path` in one step: whatever happens meanwhile,
+    /// the file is either the old one or the new one, whole.
+    virtual FileResult replace(const std::filesystem::path& path, std::string_view bytes) = 0;
+
+    /// Makes the folder `path` and those above it; done as well when it is there already.
+    virtual FileResult create_folder(const std::filesystem::path& path) = 0;
+};
+
+} // namespace kv408

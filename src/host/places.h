@@ -1,0 +1,13 @@
+#pragma once
+
+#include <filesystem>
+
+namespace kv408 {
+
+/// Where the program finds and keeps its files on this machine.
+struct Places {
+    std::filesystem::path settings; ///< the folder "kv408" in the user's application data
+    std::filesystem::path program;  ///< the folder that the program itself lies in
+};
+
+} // namespace kv408

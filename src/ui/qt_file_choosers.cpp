@@ -1,0 +1,69 @@
+#include "ui/qt_file_choosers.h"
+
+#include <QStringList>
+
+namespace kv408::ui {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// The pairs of caption and pattern in `filter` as Qt writes them.
+QStringList name_filters(const std::string& filter) {
+    const QStringList parts = QString::fromStdString(filter).split(u'|');
+    QStringList filters;
+    for (qsizetype index = 0; index + 1 < parts.size(); index += 2) {
+        const QString caption = parts[index].section(u'(', 0, 0).trimmed();
+        // The pattern in both cases: elsewhere than on Windows they are different names.
+        const QString& pattern = parts[index + 1];
+        const QString patterns = pattern.toLower() == pattern.toUpper()
+                                     ? u"*"_s
+                                     : pattern.toLower() + u' ' + pattern.toUpper();
+        filters.append(caption + u" ("_s + patterns + u')');
+    }
+    return filters;
+}
+
+} // namespace
+
+std::optional<std::filesystem::path> QtFileChoosers::open_file(const FileQuestion& question) {
+    QFileDialog dialog(window_, QString::fromStdString(question.title));
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    dialog.setNameFilters(name_filters(question.filter));
+    return ask(dialog);
+}
+
+std::optional<std::filesystem::path> QtFileChoosers::save_file(const FileQuestion& question) {
+    QFileDialog dialog(window_, QString::fromStdString(question.title));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    dialog.setNameFilters(name_filters(question.filter));
+    dialog.selectFile(QString::fromStdString(question.default_name));
+    return ask(dialog);
+}
+
+std::optional<std::filesystem::path> QtFileChoosers::choose_folder(const std::string& title) {
+    QFileDialog dialog(window_, QString::fromStdString(title));
+    dialog.setFileMode(QFileDialog::Directory);
+    dialog.setOption(QFileDialog::ShowDirsOnly);
+    return ask(dialog);
+}
+
+void QtFileChoosers::dismiss() {
+    for (QFileDialog* dialog : open_) {
+        dialog->reject();
+    }
+}
+
+std::optional<std::filesystem::path> QtFileChoosers::ask(QFileDialog& dialog) {
+    dialog.setObjectName(u"fileDialog"_s);
+    open_.push_back(&dialog);
+    const bool accepted = dialog.exec() == QDialog::Accepted;
+    open_.pop_back();
+    const QStringList files = dialog.selectedFiles();
+    if (!accepted || files.isEmpty()) {
+        return std::nullopt;
+    }
+    return std::filesystem::path(files.front().toStdU16String());
+}
+
+} // namespace kv408::ui

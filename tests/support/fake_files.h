@@ -1,0 +1,92 @@
+#pragma once
+
+#include <deque>
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "host/file_choosers.h"
+#include "host/files.h"
+#include "host/places.h"
+
+namespace kv408 {
+
+/// A file system in memory.
+class FakeFiles : public Files {
+public:
+    FileResult read(const std::filesystem::path& path, std::string& bytes) override {
+        const auto found = files.find(path.generic_string());
+        if (found == files.end()) {
+            return {.status = FileStatus::not_found, .reason = "No such file or directory"};
+        }
+        bytes = found->second;
+        return {};
+    }
+
+    FileResult replace(const std::filesystem::path& path, std::string_view bytes) override {
+        if (!refusal.empty()) {
+            return {.status = FileStatus::failed, .reason = refusal};
+        }
+        written.push_back(path.generic_string());
+        files[path.generic_string()] = bytes;
+        return {};
+    }
+
+    FileResult create_folder(const std::filesystem::path& path) override {
+        if (!folder_refusal.empty()) {
+            return {.status = FileStatus::failed, .reason = folder_refusal};
+        }
+        folders.insert(path.generic_string());
+        return {};
+    }
+
+    std::map<std::string, std::string> files; ///< contents by path
+    std::set<std::string> folders;            ///< folders that were made
+    std::vector<std::string> written;         ///< paths of all replacements, oldest first
+    std::string refusal;                      ///< not empty: why nothing can be written
+    std::string folder_refusal;               ///< not empty: why no folder can be made
+};
+
+/// File dialogs that nobody has to click: records every question and answers from a list.
+class FakeFileChoosers : public FileChoosers {
+public:
+    std::optional<std::filesystem::path> open_file(const FileQuestion& question) override {
+        opened.push_back(question);
+        return next();
+    }
+
+    std::optional<std::filesystem::path> save_file(const FileQuestion& question) override {
+        saved.push_back(question);
+        return next();
+    }
+
+    std::optional<std::filesystem::path> choose_folder(const std::string& title) override {
+        folders.push_back(title);
+        return next();
+    }
+
+    std::vector<FileQuestion> opened; ///< questions for a file to read
+    std::vector<FileQuestion> saved;  ///< questions for a file to write
+    std::vector<std::string> folders; ///< titles of the questions for a folder
+    std::deque<std::optional<std::filesystem::path>> answers; ///< then always cancelled
+
+private:
+    std::optional<std::filesystem::path> next() {
+        if (answers.empty()) {
+            return std::nullopt;
+        }
+        const auto answer = answers.front();
+        answers.pop_front();
+        return answer;
+    }
+};
+
+/// Where the fakes keep the files.
+inline Places fake_places() {
+    return {.settings = "/settings/kv408", .program = "/program"};
+}
+
+} // namespace kv408
