@@ -13,7 +13,7 @@ void StateMachine::Timer1_Timer(bool exchange_under_way) {
     if (!exchange_under_way) {
         act_on_state();
     }
-    const bool line_ended = count_holdoff_down();
+    screen_stale_ |= count_holdoff_down();
     show_date();
     // While the picture waits for data or for a set-up, level and offsets may have been changed.
     screen_.show_labels();
@@ -22,10 +22,11 @@ void StateMachine::Timer1_Timer(bool exchange_under_way) {
     }
     if (redraw_due()) {
         redraw();
-    } else if (line_ended || waiting_for_trigger() != waited) {
+    } else if (screen_stale_ || waiting_for_trigger() != waited) {
         // No data may ever come to take the trace or the trigger line off the screen.
         screen_.draw(draw_flags::all);
     }
+    screen_stale_ = false;
 }
 
 bool StateMachine::waiting_for_trigger() const {

@@ -62,6 +62,7 @@ private:
     Clock& clock_;
     WindowMessages& messages_;
     Screen& screen_;
+    bool screen_stale_ = false; ///< the trigger line has had its time and is still to be taken off
 };
 
 } // namespace kv408

@@ -20,10 +20,22 @@ constexpr int marker_lowest = plot::top + 506;
 
 void PlotMouse::chtext_MouseDown(int channel, int y) {
     grab_offset_ = y;
-    adjust_.select_target(channel == ch1 ? adjust_key::ch1 : adjust_key::ch2);
+    grab(channel == ch1 ? adjust_key::ch1 : adjust_key::ch2);
+}
+
+void PlotMouse::grab(std::string_view key) {
+    grabbed_ = key;
+    adjust_.select_target(key);
+}
+
+bool PlotMouse::turns_grabbed() const {
+    return panel_.tabstrip2.selected_key() == grabbed_;
 }
 
 void PlotMouse::chtext_MouseMove(int channel, int y) {
+    if (!turns_grabbed()) {
+        return;
+    }
     const Label& marker = panel_.channel[static_cast<std::size_t>(channel)].text;
     const int top = marker.top() + (y - grab_offset_);
     panel_.slider1.drag_to(wheel_span - 2 * (top + plot::marker_middle - plot::top));
@@ -35,10 +47,13 @@ void PlotMouse::chtext_MouseUp() {
 
 void PlotMouse::trigertext_MouseDown(int y) {
     grab_offset_ = y;
-    adjust_.select_target(adjust_key::trigger);
+    grab(adjust_key::trigger);
 }
 
 void PlotMouse::trigertext_MouseMove(int y) {
+    if (!turns_grabbed()) {
+        return;
+    }
     const std::size_t source = panel_.trigsource.text() == "TRIG1" ? 0 : 1;
     const ChannelState& channel = channels_[source];
     const int top =
@@ -72,7 +87,8 @@ bool PlotMouse::plot_MouseDown(int x, int y, bool together) {
     if (!holding_) {
         return false;
     }
-    adjust_.select_target(held_ == 0 ? adjust_key::cursor_1 : adjust_key::cursor_2);
+    grab(held_ == 0 ? adjust_key::cursor_1 : adjust_key::cursor_2);
+    held_voltage_ = voltage;
     last_x_ = x;
     last_y_ = y;
     mode_before_ = cursors_.cursormode;
@@ -83,8 +99,14 @@ bool PlotMouse::plot_MouseDown(int x, int y, bool together) {
     return true;
 }
 
+bool PlotMouse::still_held() const {
+    const std::int16_t mode = cursors_.cursormode;
+    return holding_ && turns_grabbed() &&
+           (held_voltage_ ? cursor_mode::is_voltage(mode) : cursor_mode::is_time(mode));
+}
+
 void PlotMouse::plot_MouseMove(int x, int y) {
-    if (!holding_) {
+    if (!still_held()) {
         return;
     }
     const bool voltage = cursor_mode::is_voltage(cursors_.cursormode);
@@ -115,10 +137,12 @@ void PlotMouse::move_both(int distance) {
 }
 
 void PlotMouse::plot_MouseUp() {
-    if (!holding_) {
+    const bool held = still_held();
+    holding_ = false;
+    if (!held) {
+        // Nothing of the line that was held is left to end.
         return;
     }
-    holding_ = false;
     if (cursors_.cursormode != mode_before_) {
         cursors_.cursormode = mode_before_;
         adjust_.TabStrip2_Click();

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 #include "panel/adjust.h"
 #include "panel/front_panel.h"
@@ -48,6 +49,9 @@ public:
     [[nodiscard]] bool holds_cursor() const { return holding_; }
 
 private:
+    void grab(std::string_view key);
+    [[nodiscard]] bool turns_grabbed() const;
+    [[nodiscard]] bool still_held() const;
     [[nodiscard]] bool on_line(std::size_t cursor, int x, int y) const;
     void move_both(int distance);
 
@@ -56,10 +60,12 @@ private:
     CursorState& cursors_;
     Adjust& adjust_;
     Screen& screen_;
-    int grab_offset_ = 0;  ///< of the dragged marker: mouse below its top, pixels
-    bool holding_ = false; ///< a cursor line is held
-    std::size_t held_ = 0; ///< which one
-    int last_x_ = 0;       ///< of the last move of both cursors
+    std::string_view grabbed_;  ///< key of the tab whose quantity is dragged
+    int grab_offset_ = 0;       ///< of the dragged marker: mouse below its top, pixels
+    bool holding_ = false;      ///< a cursor line is held
+    std::size_t held_ = 0;      ///< which one
+    bool held_voltage_ = false; ///< it was a voltage cursor's, and not a time cursor's
+    int last_x_ = 0;            ///< of the last move of both cursors
     int last_y_ = 0;
     std::int16_t mode_before_ = 0; ///< cursor mode to return to after moving both
 };

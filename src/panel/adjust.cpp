@@ -34,6 +34,10 @@ std::int32_t delay_step(double samplerate) {
 
 } // namespace
 
+std::int32_t typed_delay(const TextBox& psofset) {
+    return std::clamp(round_to_int32(leading_number(psofset.text())), 0, longest_delay);
+}
+
 void Adjust::setadjuststep() {
     const std::string key = panel_.tabstrip2.selected_key();
     ThumbWheel& wheel = panel_.slider1;
@@ -52,8 +56,17 @@ void Adjust::setadjuststep() {
 
 void Adjust::TabStrip2_Click() {
     const std::string key = panel_.tabstrip2.selected_key();
+    const bool chosen = key != target_;
+    if (chosen && panel_.slider1.uncommitted()) {
+        // Whatever the wheel was dragged for so far keeps its value.
+        tell_commit(target_);
+    }
+    target_ = key;
     activate_cursor(key);
     setadjuststep();
+    if (!chosen && panel_.slider1.uncommitted()) {
+        return;
+    }
     follow(target_value(key));
     screen_.draw(draw_flags::all);
 }
@@ -90,6 +103,9 @@ void Adjust::activate_cursor(std::string_view key) {
     }
     const bool first = key == adjust_key::cursor_1;
     std::int16_t& mode = quantities_.cursors.cursormode;
+    if (mode == cursor_mode::voltage_both || mode == cursor_mode::time_both) {
+        return;
+    }
     if (cursor_mode::is_voltage(mode)) {
         mode = first ? cursor_mode::voltage_1 : cursor_mode::voltage_2;
     } else if (cursor_mode::is_time(mode)) {
@@ -151,6 +167,7 @@ void Adjust::move_delays(std::int32_t value) {
         if (controls.slenps.checked()) {
             controls.psofset.set_text(std::to_string(delay));
             quantities_.channels[index].delaypts = delay_points(delay);
+            taken_delay_[index] = delay;
         }
     }
     hposwheel_ = value;
@@ -182,7 +199,10 @@ void Adjust::Slider1_Change() {
         return;
     }
     sliderupdate();
-    const std::string key = panel_.tabstrip2.selected_key();
+    tell_commit(panel_.tabstrip2.selected_key());
+}
+
+void Adjust::tell_commit(std::string_view key) {
     if (key == adjust_key::trigger) {
         show_trigger_line(quantities_.acquisition);
         if (quantities_.acquisition.acqrunning) {
@@ -205,33 +225,51 @@ void Adjust::mark_new_data_needed() {
     }
 }
 
-std::int32_t Adjust::typed_delay(int channel) const {
-    const std::string& text = panel_.channel[static_cast<std::size_t>(channel)].psofset.text();
-    return std::clamp(round_to_int32(leading_number(text)), 0, longest_delay);
+const TextBox& Adjust::delay_box(int channel) const {
+    return panel_.channel[static_cast<std::size_t>(channel)].psofset;
 }
 
 void Adjust::psofset_Enter(int channel) {
-    if (panel_.tabstrip2.selected_key() != adjust_key::horizontal) {
-        return;
+    if (panel_.tabstrip2.selected_key() == adjust_key::horizontal) {
+        take_typed_delay(channel);
     }
+}
+
+void Adjust::psofset_Leave(int channel) {
     const auto index = static_cast<std::size_t>(channel);
-    const std::int32_t delay = typed_delay(channel);
+    TextBox& box = panel_.channel[index].psofset;
+    const std::int32_t delay = typed_delay(box);
+    if (delay != taken_delay_[index]) {
+        take_typed_delay(channel);
+    } else if (box.text() != std::to_string(delay)) {
+        box.set_text(std::to_string(delay));
+    }
+}
+
+void Adjust::take_typed_delay(int channel) {
+    const auto index = static_cast<std::size_t>(channel);
+    const std::int32_t delay = typed_delay(delay_box(channel));
+    taken_delay_[index] = delay;
     panel_.channel[index].psofset.set_text(std::to_string(delay));
     quantities_.channels[index].delaypts = delay_points(delay);
     hposwheel_ = longest_delay - delay - horizontal_zero;
-    follow(hposwheel_);
+    if (panel_.tabstrip2.selected_key() == adjust_key::horizontal) {
+        follow(hposwheel_);
+    }
     show_delay_label(channel);
-    mark_new_data_needed();
     trigger_.trigposupdate();
-    screen_.refresh(channel, 0);
+    screen_.refreshCH1(0);
+    screen_.refreshCH2(0);
+    // Before the set-up counts as changed: until it is uploaded nothing is drawn.
     screen_.draw(draw_flags::all);
+    mark_new_data_needed();
 }
 
 void Adjust::slenps_Click(int channel) {
     const auto index = static_cast<std::size_t>(channel);
     if (panel_.channel[index].slenps.checked() &&
         panel_.tabstrip2.selected_key() == adjust_key::horizontal) {
-        hposwheel_ = longest_delay - typed_delay(channel) - horizontal_zero;
+        hposwheel_ = longest_delay - typed_delay(delay_box(channel)) - horizontal_zero;
         follow(hposwheel_);
     }
 }
@@ -246,7 +284,7 @@ void Adjust::show_delay_label(int channel) {
 void Adjust::rescale_delays() {
     for (int channel = 0; channel < 2; ++channel) {
         ChannelState& state = quantities_.channels[static_cast<std::size_t>(channel)];
-        state.delaypts = delay_points(typed_delay(channel));
+        state.delaypts = delay_points(typed_delay(delay_box(channel)));
         state.uploaded_delaypts = state.delaypts;
         state.shown_delaypts = state.delaypts;
     }

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "panel/front_panel.h"
@@ -29,6 +31,9 @@ inline constexpr std::string_view cursor_2 = "C2";
 /// The longest horizontal delay, picoseconds.
 inline constexpr std::int32_t longest_delay = 65535;
 
+/// The delay that the box `psofset` holds, 0 .. `longest_delay` picoseconds.
+[[nodiscard]] std::int32_t typed_delay(const TextBox& psofset);
+
 /// The adjust wheel `Slider1` with the tabs that say what it turns, and the delay boxes.
 class Adjust {
 public:
@@ -50,7 +55,8 @@ public:
     void setadjuststep();
 
     /// A tab was chosen: the wheel starts where its quantity is, and a cursor's tab makes that
-    /// cursor the active one.
+    /// cursor the active one. Choosing the tab that is selected already refreshes the wheel; a drag
+    /// that is under way on it goes on.
     void TabStrip2_Click();
 
     /// Selects the tab with `key`, if there is one.
@@ -63,8 +69,11 @@ public:
     void Slider1_Scroll();
     void Slider1_Change();
 
-    /// Enter in a channel's delay box; `channel` is 0 or 1.
+    /// Enter in a channel's delay box; `channel` is 0 or 1. Does nothing on another tab.
     void psofset_Enter(int channel);
+
+    /// A channel's delay box lost the keyboard focus: what was typed counts as entered.
+    void psofset_Leave(int channel);
 
     /// A delay box got the keyboard focus.
     void psofset_GotFocus() { select_target(adjust_key::horizontal); }
@@ -88,15 +97,19 @@ private:
     void activate_cursor(std::string_view key);
     void mark_new_data_needed();
     [[nodiscard]] std::int32_t delay_points(std::int32_t delay) const;
-    [[nodiscard]] std::int32_t typed_delay(int channel) const;
+    [[nodiscard]] const TextBox& delay_box(int channel) const;
+    void take_typed_delay(int channel);
+    void tell_commit(std::string_view key);
 
     FrontPanel& panel_;
     Quantities quantities_;
     Vertical& vertical_;
     Trigger& trigger_;
     Screen& screen_;
-    std::int32_t hposwheel_ = 32767; ///< the wheel's value for the horizontal delay
-    bool following_ = false;         ///< the wheel is set to where its quantity is already
+    std::int32_t hposwheel_ = 32767;               ///< the wheel's value for the horizontal delay
+    std::string target_;                           ///< key of the tab that the wheel turns for
+    std::array<std::int32_t, 2> taken_delay_ = {}; ///< delays that the boxes last gave, picoseconds
+    bool following_ = false; ///< the wheel is set to where its quantity is already
 };
 
 } // namespace kv408

@@ -54,6 +54,9 @@ public:
     /// True between mouse-down and mouse-up.
     [[nodiscard]] bool dragging() const { return dragging_; }
 
+    /// True while a drag has changed the value and it has not been committed yet.
+    [[nodiscard]] bool uncommitted() const { return scrolled_; }
+
     /// The mouse at (`x`, `y`) pixels: pressed, moved with `button` held, let go.
     void mouse_down(std::int32_t x, std::int32_t y);
     void mouse_move(int button, std::int32_t x, std::int32_t y);

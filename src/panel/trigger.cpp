@@ -43,9 +43,10 @@ void Trigger::trzero_Click() {
     trigger_.trigpos = zero_volt_code;
     trigger_.saved_trigpos[source()] = zero_volt_code;
     trigger_.trigwheel = zero_volt_code / codes_a_wheel_step;
+    // Before the screen is drawn, so that it shows the line at once.
+    show_trigger_line(acquisition_);
     panel_.tabstrip2.select(panel_.tabstrip2.selected());
     shyst_Change();
-    show_trigger_line(acquisition_);
 }
 
 void Trigger::trtout_Commit() {
@@ -85,8 +86,10 @@ void Trigger::settriger() {
     if (done) {
         clock_.sleep(std::chrono::milliseconds(10));
         fill_trigger_timeout(link_.cmdargs(), timeout);
-        uploaded_timeout_ = timeout;
         done = link_.send_setup(command::set_trigger_timeout, " SETTTO ");
+        if (done) {
+            uploaded_timeout_ = timeout;
+        }
     }
     if (!done) {
         boxes_.show({.text = "error set triger"});

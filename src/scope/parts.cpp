@@ -55,6 +55,7 @@ void Parts::connect_channel(int channel) {
     controls.invert.on_click([this, channel] { vertical.invert_Click(channel); });
     controls.enable.on_click([this, channel] { vertical.enable_Click(channel); });
     controls.psofset.on_enter([this, channel] { adjust.psofset_Enter(channel); });
+    controls.psofset.on_leave([this, channel] { adjust.psofset_Leave(channel); });
     controls.psofset.on_focus([this] { adjust.psofset_GotFocus(); });
     controls.slenps.on_click([this, channel] { adjust.slenps_Click(channel); });
 }

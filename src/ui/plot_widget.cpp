@@ -15,7 +15,7 @@
 namespace kv408::ui {
 namespace {
 
-constexpr std::chrono::milliseconds between_paintings{16};
+constexpr std::chrono::milliseconds between_paintings{12};
 
 Columns spanning(Columns a, Columns b) {
     if (a.empty() || b.empty()) {

@@ -57,6 +57,19 @@ TEST(HoldOff, AFlagWithoutTimeIsCleared) {
     }
 }
 
+TEST(HoldOff, ThatEndsUnderAMessageBoxTakesItsLineOffAfterwards) {
+    StoppedRig rig;
+    rig.acquisition.holdoff = true;
+    rig.acquisition.holdoff_time = 100;
+    rig.state_machine.Timer1_Timer(true);
+    EXPECT_FALSE(rig.acquisition.holdoff);
+    EXPECT_EQ(rig.screen.calls, std::vector<std::string>{});
+    rig.tick();
+    EXPECT_EQ(rig.screen.calls, std::vector<std::string>{"draw 255"});
+    rig.tick();
+    EXPECT_EQ(rig.screen.calls, std::vector<std::string>{"draw 255"});
+}
+
 TEST(DateLabel, ShowsTimeAndDateWithTwoDigitsEach) {
     const std::pair<LocalTime, const char*> rows[] = {
         {{.year = 2026, .month = 11, .day = 21, .hour = 14, .minute = 5, .second = 9},

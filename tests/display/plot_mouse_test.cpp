@@ -153,5 +153,53 @@ TEST(CursorLine, ThereIsNoneToGrabWhileTheCursorsAreOff) {
     EXPECT_FALSE(rig.mouse.holds_cursor());
 }
 
+TEST(CursorLine, MovedTogetherKeepTheirDistanceThroughASetUpUpload) {
+    MouseRig rig;
+    rig.panel.tabstrip3.select(1); // rows 192 and 320
+    ASSERT_TRUE(rig.mouse.plot_MouseDown(300, 192, true));
+    rig.mouse.plot_MouseMove(300, 202);
+    rig.panel.tabstrip2.select(rig.panel.tabstrip2.selected());
+    rig.mouse.plot_MouseMove(300, 222);
+    EXPECT_EQ(rig.cursors.vpos, (std::array<std::int16_t, 2>{222, 350}));
+    EXPECT_EQ(rig.cursors.cursormode, 5);
+    rig.mouse.plot_MouseUp();
+    EXPECT_EQ(rig.cursors.cursormode, 1);
+}
+
+TEST(CursorLine, IsLostWhenTheCursorTypeChanges) {
+    for (const int type : {2, 3}) {
+        for (const bool together : {false, true}) {
+            MouseRig rig;
+            rig.panel.tabstrip3.select(1);
+            ASSERT_TRUE(rig.mouse.plot_MouseDown(300, 192, together));
+            rig.panel.tabstrip3.select(type);
+            const std::int16_t mode = rig.cursors.cursormode;
+            const CursorState before = rig.cursors;
+            rig.mouse.plot_MouseMove(100, 100);
+            rig.mouse.plot_MouseUp();
+            EXPECT_EQ(rig.cursors.cursormode, mode) << type;
+            EXPECT_EQ(rig.cursors.vpos, before.vpos) << type;
+            EXPECT_EQ(rig.cursors.hpos, before.hpos) << type;
+            EXPECT_EQ(rig.channels[0].pos, 256) << type;
+        }
+    }
+}
+
+TEST(Markers, LetGoWhenAnotherTabIsChosen) {
+    MouseRig rig;
+    rig.mouse.chtext_MouseDown(0, 5);
+    rig.panel.tabstrip2.select(2);
+    rig.mouse.chtext_MouseMove(0, 90);
+    rig.mouse.chtext_MouseUp();
+    EXPECT_EQ(rig.channels[0].pos, 256);
+    EXPECT_EQ(rig.channels[1].pos, 256);
+    rig.mouse.trigertext_MouseDown(5);
+    rig.panel.tabstrip2.select(1);
+    rig.mouse.trigertext_MouseMove(90);
+    rig.mouse.trigertext_MouseUp();
+    EXPECT_EQ(rig.channels[0].pos, 256);
+    EXPECT_EQ(rig.trigger_state.saved_trigpos[0], 2048);
+}
+
 } // namespace
 } // namespace kv408

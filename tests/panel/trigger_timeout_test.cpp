@@ -33,6 +33,18 @@ TEST(TriggerTimeOut, TheSameOneChangesNothing) {
     EXPECT_EQ(rig.acquisition.scopestate, "scopech1f");
 }
 
+TEST(TriggerTimeOut, OneThatTheInstrumentDidNotAcknowledgeIsSentAgain) {
+    TimeOutRig rig;
+    rig.panel.trtout.set_text("500");
+    rig.panel.trtout.enter();
+    rig.bridge.on_frame = {};
+    rig.trigger.settriger();
+    EXPECT_EQ(rig.boxes.shown.back().text, "error set triger");
+    rig.acquisition.scopestate = "scopech1f";
+    rig.panel.trtout.enter();
+    EXPECT_EQ(rig.acquisition.scopestate, "changes");
+}
+
 TEST(TriggerTimeOut, WhileStoppedItWaitsForTheNextStart) {
     TimeOutRig rig;
     rig.acquisition.acqrunning = false;

@@ -52,6 +52,7 @@ struct PanelRig {
         for (int index = 0; index < 2; ++index) {
             ChannelControls& controls = panel.channel[static_cast<std::size_t>(index)];
             controls.psofset.on_enter([this, index] { adjust.psofset_Enter(index); });
+            controls.psofset.on_leave([this, index] { adjust.psofset_Leave(index); });
             controls.psofset.on_focus([this] { adjust.psofset_GotFocus(); });
             controls.slenps.on_click([this, index] { adjust.slenps_Click(index); });
         }
