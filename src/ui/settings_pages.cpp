@@ -148,6 +148,9 @@ QWidget* make_colours_page(SettingsControls& controls, ScopeDriver& driver) {
     WidgetMaker make(page, driver);
     QGridLayout* const grid = make_grid(page);
     add_options(*grid, make, controls);
+    for (int row = 0; row < static_cast<int>(colour_items); ++row) {
+        grid->setRowMinimumHeight(row, frame_measure::row_height);
+    }
     grid->setColumnMinimumWidth(2, between_columns);
     grid->addWidget(make_swatch(page, controls.shpcurrentcol,
                                 {u"Edited colour"_s, u"The colour that is being edited"_s}),
