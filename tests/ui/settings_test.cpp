@@ -1,6 +1,5 @@
 // The settings dialog over the running main window.
 
-#include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFileDialog>
@@ -9,127 +8,28 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSlider>
-#include <QTabBar>
 #include <QTest>
 #include <QTimer>
 
-#include "program_on_bench.h"
+#include "open_settings.h"
 #include "ui/colours.h"
-#include "ui/look.h"
-#include "ui/settings_window.h"
 
 namespace kv408::ui {
 namespace {
 
 using namespace Qt::StringLiterals;
 
-/// Every widget of the dialog by its control's name.
-const QStringList widget_names = {
-    u"TabStrip1"_s,         u"cmdOK"_s,           u"cmdCancel"_s,
-    u"frmSnapshot"_s,       u"frmDisplay"_s,      u"frmColors"_s,
-    u"Command1"_s,          u"txtSnapshotpath"_s, u"chkSnapshotDialog"_s,
-    u"chkSnapshotInvert"_s, u"persist"_s,         u"optColor(0)"_s,
-    u"optColor(1)"_s,       u"optColor(2)"_s,     u"optColor(3)"_s,
-    u"optColor(4)"_s,       u"optColor(5)"_s,     u"optColor(6)"_s,
-    u"shpColor(0)"_s,       u"shpColor(1)"_s,     u"shpColor(2)"_s,
-    u"shpColor(3)"_s,       u"shpColor(4)"_s,     u"shpColor(5)"_s,
-    u"shpColor(6)"_s,       u"slRGB(0)"_s,        u"slRGB(1)"_s,
-    u"slRGB(2)"_s,          u"txtRGB(0)"_s,       u"txtRGB(1)"_s,
-    u"txtRGB(2)"_s,         u"shpRed"_s,          u"shpGreen"_s,
-    u"shpBlue"_s,           u"shpCurrentCol"_s,   u"chkAutoUpd"_s,
-    u"cmdSetDefault"_s};
-
 const QColor factory_yellow(255, 255, 0);
-
-/// The running program with its settings dialog open.
-struct OpenSettings : ProgramOnBench {
-    OpenSettings() { open = run_until_sweeping() && open_settings(); }
-
-    /// Opens the dialog by its menu entry.
-    [[nodiscard]] bool open_settings() {
-        action("mnusettings").trigger();
-        return shown() != nullptr && QTest::qWaitForWindowExposed(shown());
-    }
-
-    /// The open dialog; none while it is closed.
-    [[nodiscard]] SettingsWindow* shown() {
-        for (auto* const dialog : window().findChildren<SettingsWindow*>()) {
-            if (dialog->isVisible()) {
-                return dialog;
-            }
-        }
-        return nullptr;
-    }
-
-    [[nodiscard]] QAction& action(const char* name) {
-        return *window().findChild<QAction*>(QString::fromLatin1(name));
-    }
-
-    /// The dialog's widget named `name`.
-    template <typename Widget = QWidget>
-    [[nodiscard]] Widget& in_dialog(const char* name) {
-        auto* const found = shown()->findChild<Widget*>(QString::fromLatin1(name));
-        if (found == nullptr) {
-            qFatal("no widget %s", name);
-        }
-        return *found;
-    }
-
-    void click(const char* name) { QTest::mouseClick(&in_dialog(name), Qt::LeftButton); }
-
-    /// Clicks the mark of a check box or option, at its left end.
-    void click_mark(const char* name) {
-        QWidget& widget = in_dialog(name);
-        QTest::mouseClick(&widget, Qt::LeftButton, {}, QPoint(9, widget.height() / 2));
-    }
-
-    void show_page(int index) {
-        auto& tabs = in_dialog<QTabBar>("TabStrip1");
-        QTest::mouseClick(&tabs, Qt::LeftButton, {}, tabs.tabRect(index).center());
-    }
-
-    void type_over(const char* name, const QString& text) {
-        auto& box = in_dialog<QLineEdit>(name);
-        box.setFocus();
-        box.selectAll();
-        QTest::keyClicks(&box, text);
-    }
-
-    [[nodiscard]] const ColourTable& colours() { return program.scope().parts().colours; }
-
-    /// The text colour of the main window's widget `name`, and what lies behind it.
-    [[nodiscard]] QColor text_colour(const char* name) {
-        return main_widget(name).palette().color(QPalette::WindowText);
-    }
-    [[nodiscard]] QColor back_colour(const char* name) {
-        return main_widget(name).palette().color(QPalette::Window);
-    }
-
-    /// The main window's widget `name`, not the dialog's.
-    [[nodiscard]] QWidget& main_widget(const char* name) {
-        return *window().centralWidget()->findChild<QWidget*>(QString::fromLatin1(name));
-    }
-
-    /// How many pixels of the picture have the colour `colour`.
-    [[nodiscard]] std::ptrdiff_t pixels(Colour colour) {
-        const auto all = program.scope().picture().surface().pixels();
-        return std::count(all.begin(), all.end(), pixel_of(colour));
-    }
-
-    bool open = false;
-};
 
 class SettingsTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void cleanup() { apply_look(Look::dark); }
     void is_a_modeless_window_of_the_main_one();
-    void every_control_has_a_described_widget();
-    void no_two_mnemonics_are_alike();
     void tabs_show_their_pages();
     void a_second_opening_raises_the_one();
     void a_colour_edited_live_shows_everywhere();
+    void backgrounds_edited_live_show_everywhere();
     void without_autoupdate_only_the_dialog_changes();
     void numbers_are_typed();
     void ok_keeps_what_was_edited();
@@ -140,9 +40,6 @@ private Q_SLOTS:
     void a_folder_is_chosen();
     void the_dialog_goes_with_the_program();
     void the_depth_slider_tells_its_number();
-    void looks_well_data();
-    void looks_well();
-    void the_screen_is_readable_on_white();
 };
 
 void SettingsTest::is_a_modeless_window_of_the_main_one() {
@@ -155,55 +52,6 @@ void SettingsTest::is_a_modeless_window_of_the_main_one() {
     // Sweeping goes on meanwhile.
     const std::size_t before = on.log.frames.size();
     QTRY_VERIFY(on.log.frames.size() > before + 4);
-}
-
-void SettingsTest::every_control_has_a_described_widget() {
-    OpenSettings on;
-    QVERIFY(on.open);
-    for (const QString& name : widget_names) {
-        const auto found = on.shown()->findChildren<QWidget*>(name);
-        QVERIFY2(found.size() == 1, qPrintable(name));
-        QVERIFY2(!found.front()->accessibleName().isEmpty(), qPrintable(name));
-        if (!name.startsWith(u"frm"_s)) {
-            QVERIFY2(!found.front()->toolTip().isEmpty(), qPrintable(name));
-        }
-    }
-    QCOMPARE(on.in_dialog<QSlider>("slRGB(1)").pageStep(), 5);
-    QCOMPARE(on.in_dialog<QSlider>("persist").pageStep(), 1);
-    QCOMPARE(on.in_dialog<QSlider>("persist").singleStep(), 1);
-    QCOMPARE(on.in_dialog<QCheckBox>("chkSnapshotDialog").text().remove(u'&'),
-             u"Always show Save-Dialog"_s);
-    QCOMPARE(on.in_dialog<QCheckBox>("chkSnapshotInvert").text().remove(u'&'), u"Invert Colors"_s);
-    QCOMPARE(on.in_dialog<QCheckBox>("chkAutoUpd").text().remove(u'&'), u"Autoupdate"_s);
-    QCOMPARE(on.in_dialog<QPushButton>("cmdSetDefault").text(), u"Set all colors to default"_s);
-    QCOMPARE(on.in_dialog<QPushButton>("cmdOK").text(), u"OK"_s);
-    QCOMPARE(on.in_dialog<QPushButton>("cmdCancel").text(), u"Cancel"_s);
-    QStringList captions;
-    for (const QLabel* const label : on.shown()->findChildren<QLabel*>()) {
-        captions.append(label->text().remove(u'&'));
-    }
-    QVERIFY(captions.contains(u"Snapshot Path:"_s));
-    QVERIFY(captions.contains(u"Persistence Time:"_s));
-}
-
-void SettingsTest::no_two_mnemonics_are_alike() {
-    OpenSettings on;
-    QVERIFY(on.open);
-    QStringList texts;
-    for (const QLabel* const label : on.shown()->findChildren<QLabel*>()) {
-        texts.append(label->buddy() != nullptr ? label->text() : QString());
-    }
-    for (const QAbstractButton* const button : on.shown()->findChildren<QAbstractButton*>()) {
-        texts.append(button->text());
-    }
-    QStringList mnemonics;
-    for (const QString& text : texts) {
-        if (const QKeySequence keys = QKeySequence::mnemonic(text); !keys.isEmpty()) {
-            QVERIFY2(!mnemonics.contains(keys.toString()), qPrintable(text));
-            mnemonics.append(keys.toString());
-        }
-    }
-    QVERIFY(mnemonics.size() >= 8);
 }
 
 void SettingsTest::tabs_show_their_pages() {
@@ -251,7 +99,14 @@ void SettingsTest::a_colour_edited_live_shows_everywhere() {
         QCOMPARE(on.text_colour(name), qcolor(green));
     }
     QCOMPARE(on.text_colour("ch2text"), QColor(128, 220, 255));
-    // Background: the plot box with its margin, and the results.
+}
+
+void SettingsTest::backgrounds_edited_live_show_everywhere() {
+    OpenSettings on;
+    QVERIFY(on.open);
+    on.show_page(2);
+    on.click_mark("chkAutoUpd");
+    // The plot box with its margin, and the results.
     on.click_mark("optColor(2)");
     on.type_over("txtRGB(2)", u"90"_s);
     QCOMPARE(on.back_colour("Picture1"), QColor(0, 0, 90));
@@ -261,7 +116,7 @@ void SettingsTest::a_colour_edited_live_shows_everywhere() {
     const QWidget& plot = on.main_widget("Picture1");
     const QPoint corner = plot.mapTo(&on.window(), QPoint(2, plot.height() - 3));
     QCOMPARE(window.pixelColor(corner * window.devicePixelRatio()), QColor(0, 0, 90));
-    // Text background: combos, marker labels, label frames, results.
+    // Combos, marker labels, label frames, results.
     on.click_mark("optColor(5)");
     on.type_over("txtRGB(0)", u"40"_s);
     for (const char* name : {"ch1text", "ch2text", "ch1labelframe", "ch2labelframe", "ch1vdiv",
@@ -431,64 +286,6 @@ void SettingsTest::the_depth_slider_tells_its_number() {
         texts.append(label->text());
     }
     QVERIFY(texts.contains(u"4"_s));
-}
-
-void SettingsTest::looks_well_data() {
-    QTest::addColumn<Look>("look");
-    QTest::newRow("dark") << Look::dark;
-    QTest::newRow("light") << Look::light;
-}
-
-// Nothing is cut off, and the pictures are there to be looked at.
-void SettingsTest::looks_well() {
-    QFETCH(Look, look);
-    apply_look(look);
-    OpenSettings on;
-    QVERIFY(on.open);
-    const QString folder = QStringLiteral(KV408_PICTURE_DIR "/settings_");
-    for (const int page : {0, 1, 2}) {
-        on.show_page(page);
-        QTest::qWait(20);
-        for (const QWidget* const widget : on.shown()->findChildren<QWidget*>()) {
-            if (widget->isVisible() && widget->parentWidget()->layout() != nullptr) {
-                QVERIFY2(widget->width() >= widget->minimumSizeHint().width() &&
-                             widget->height() >= widget->minimumSizeHint().height(),
-                         qPrintable(widget->objectName()));
-            }
-        }
-        const QString name = folder + QString::fromLatin1(QTest::currentDataTag()) + u'_' +
-                             QString::number(page) + u".png"_s;
-        QVERIFY(on.shown()->grab().save(name));
-    }
-}
-
-// Dark traces on white, as for printing: every text of the screen can still be read.
-void SettingsTest::the_screen_is_readable_on_white() {
-    apply_look(Look::light);
-    OpenSettings on;
-    QVERIFY(on.open);
-    on.show_page(2);
-    on.click_mark("chkAutoUpd");
-    const QList<QStringList> wanted = {
-        {u"160"_s, u"80"_s, u"0"_s}, {u"0"_s, u"60"_s, u"160"_s},    {u"255"_s, u"255"_s, u"255"_s},
-        {u"20"_s, u"20"_s, u"20"_s}, {u"170"_s, u"170"_s, u"170"_s}, {u"255"_s, u"255"_s, u"255"_s},
-        {u"200"_s, u"0"_s, u"0"_s}};
-    for (int item = 0; item < 7; ++item) {
-        on.click_mark(qPrintable(u"optColor(%1)"_s.arg(item)));
-        for (int part = 0; part < 3; ++part) {
-            on.type_over(qPrintable(u"txtRGB(%1)"_s.arg(part)), wanted[item][part]);
-        }
-    }
-    on.click("cmdOK");
-    for (const char* name :
-         {"ch1text", "ch2text", "ch1label", "ch2label", "ch1vdiv", "ch2vdiv", "ch1vdivtext",
-          "ch2vdivtext", "seltimediv", "tdivtext", "trigertext", "ltp2", "avglabel", "lblMeas(0)",
-          "txtMeasCH1(0)", "txtMeasCH2(0)", "lblHorDelay1", "lblHorDelay2", "lblDate"}) {
-        // What lies behind a widget that fills nothing itself is all white here too.
-        QVERIFY2(contrast(on.text_colour(name), Qt::white) > 4.5, name);
-    }
-    QTest::qWait(100);
-    QVERIFY(on.window().grab().save(QStringLiteral(KV408_PICTURE_DIR "/window_on_white.png")));
 }
 
 } // namespace
