@@ -9,11 +9,13 @@
 #include <vector>
 
 #include "display/picture.h"
+#include "display/settings_dialog.h"
 #include "panel/front_panel.h"
 #include "scope/scope.h"
 #include "simulator/simulation.h"
 #include "support/fake_files.h"
 #include "support/fake_host.h"
+#include "support/fake_picture_coder.h"
 #include "support/virtual_clock.h"
 
 namespace {
@@ -44,8 +46,9 @@ struct Sweeping {
     Sweeping() {
         scope.start();
         scope.act([this] {
-            scope.picture().set_persistence_depth(9);
-            scope.picture().calcPersistColors();
+            scope.panel().mnusettings.click();
+            scope.settings_dialog().controls().persist.set_value(9);
+            scope.settings_dialog().controls().cmdok.click();
             scope.panel().persist.set_checked(true);
             scope.panel().channel[0].slenps.set_checked(true);
             scope.panel().channel[1].slenps.set_checked(true);
@@ -67,8 +70,9 @@ struct Sweeping {
     FakeWindowMessages messages;
     FakeFiles files;
     FakeFileChoosers choosers;
-    Scope scope{
-        Machine{clock, boxes, messages, simulation.bridge(), files, choosers, fake_places()}};
+    FakePictureCoder coder;
+    Scope scope{Machine{clock, boxes, messages, simulation.bridge(), files, choosers, fake_places(),
+                        coder}};
     int drawn = 0;
 };
 

@@ -25,12 +25,12 @@ std::size_t slot(int index) {
 
 ScopeScene::ScopeScene(Signal signal, int depth)
     : signal_(signal), depth_(depth), picture_({panel_, samples_, channels_, acquisition_, program_,
-                                                colours_, cursors_, trigger_}) {
+                                                colours_, cursors_, trigger_, settings_}) {
     program_.loaded = true;
     acquisition_.scopestate = "scope";
     acquisition_.ready = {true, true};
     panel_.persist.set_checked(true);
-    picture_.set_persistence_depth(depth);
+    settings_.persisttime = static_cast<std::int16_t>(depth);
     picture_.calcPersistColors();
     picture_.makegrid();
     picture_.refreshCH1(0);

@@ -75,6 +75,7 @@ void StartUp::initialise_panel() {
 }
 
 void StartUp::apply_settings() {
+    handlers_.colour_update.colorupdate();
     handlers_.trigger.trigeredge_Click();
     handlers_.trigger.trigsource_Click();
     handlers_.time_base.seltimediv_Click();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "display/colour_update.h"
 #include "display/cursors.h"
 #include "host/message_boxes.h"
 #include "link/device_link.h"
@@ -27,6 +28,7 @@ public:
         Trigger& trigger;
         Adjust& adjust;
         Cursors& cursors;
+        ColourUpdate& colour_update;
     };
 
     StartUp(FrontPanel& panel, AcquisitionState& acquisition, ProgramState& program,

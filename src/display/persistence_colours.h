@@ -10,9 +10,6 @@ namespace kv408 {
 /// Largest persistence depth: every generation fades, the oldest one step above the background.
 inline constexpr int deepest_persistence = plot::generations;
 
-/// Persistence depth at start-up.
-inline constexpr int default_persistence = 3;
-
 /// One colour a generation, 0 the newest.
 using PersistenceColours = std::array<Colour, plot::generations>;
 

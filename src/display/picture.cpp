@@ -76,14 +76,11 @@ void Picture::set_newest_point(int index) {
 }
 
 void Picture::calcPersistColors() {
+    const int depth = std::clamp<int>(inputs_.settings.persisttime, 0, deepest_persistence);
     for (const int channel : drawing_order) {
         ramps_[slot(channel)] = persistence_colours(inputs_.colours.channel(channel),
-                                                    inputs_.colours.background, depth_);
+                                                    inputs_.colours.background, depth);
     }
-}
-
-void Picture::set_persistence_depth(int depth) {
-    depth_ = std::clamp(depth, 0, deepest_persistence);
 }
 
 const Surface& Picture::surface() const {

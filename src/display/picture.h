@@ -16,6 +16,7 @@
 #include "state/channel_state.h"
 #include "state/colour.h"
 #include "state/cursor_state.h"
+#include "state/display_settings.h"
 #include "state/program_state.h"
 #include "state/samples.h"
 #include "state/trigger_state.h"
@@ -32,6 +33,7 @@ struct PictureInputs {
     const ColourTable& colours;
     const CursorState& cursors;
     const TriggerState& trigger;
+    const DisplaySettings& settings;
 };
 
 /// The picture of the plot area (641 by 513 pixels).
@@ -43,7 +45,7 @@ struct PictureInputs {
 /// same pixels as composing all of them.
 class Picture : public Screen {
 public:
-    /// A picture of `inputs` with an empty grid, no points and the default persistence.
+    /// A picture of `inputs` with an empty grid and no points.
     explicit Picture(const PictureInputs& inputs);
     ~Picture() override;
     Picture(const Picture&) = delete;
@@ -58,12 +60,9 @@ public:
     void set_newest_point(int index) override;
     void draw(unsigned flags) override;
 
-    /// Recomputes both persistence colour ramps.
-    void calcPersistColors();
-
-    /// Sets how many generations of the history fade visibly, held within 0..9; 3 at start-up.
-    /// It shows from the next calcPersistColors on.
-    void set_persistence_depth(int depth);
+    /// Recomputes both persistence colour ramps from the colours and the persistence depth of the
+    /// settings, which is held within 0..9 generations.
+    void calcPersistColors() override;
 
     /// The composed picture, 641 by 513.
     [[nodiscard]] const Surface& surface() const;
@@ -105,7 +104,6 @@ private:
     PictureInputs inputs_;
     std::array<Trace, 2> traces_;
     std::array<PersistenceColours, 2> ramps_ = {};
-    int depth_ = default_persistence;
     int newest_point_ = 0;
     Surface grid_;
     Surface display_;

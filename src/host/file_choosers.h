@@ -13,6 +13,8 @@ struct FileQuestion {
     /// "Text files (*.TXT)|*.TXT|All Files (*.*)|*.*".
     std::string filter;
     std::string default_name = {}; ///< the name that stands there already, UTF-8
+    /// What a name without an ending gets, without its point; empty: nothing.
+    std::string default_suffix = {};
 };
 
 /// Asks the user for files and folders, each in a modal dialog. While one is open the window's

@@ -135,6 +135,38 @@ private:
     Handler handler_;
 };
 
+/// One of several options, of which exactly one is chosen. Whoever owns them clears the others.
+class OptionButton : public Control {
+public:
+    using Control::Control;
+
+    /// The caption beside it.
+    [[nodiscard]] const std::string& caption() const { return caption_; }
+    void set_caption(std::string caption) { show(caption_, std::move(caption)); }
+
+    /// True when it is the chosen one.
+    [[nodiscard]] bool checked() const { return checked_; }
+
+    /// Chooses it and runs the handler, also when nothing changes.
+    void choose() {
+        show(checked_, true);
+        if (handler_) {
+            handler_();
+        }
+    }
+
+    /// Takes the choice from it; no handler runs.
+    void clear() { show(checked_, false); }
+
+    /// Sets what a click does, after the option has been chosen.
+    void on_click(Handler handler) { handler_ = std::move(handler); }
+
+private:
+    std::string caption_;
+    bool checked_ = false;
+    Handler handler_;
+};
+
 /// A drop-down list of texts.
 class ListBox : public Control {
 public:

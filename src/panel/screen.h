@@ -26,6 +26,9 @@ public:
     /// Draws the graticule onto its surface.
     virtual void makegrid() = 0;
 
+    /// Recomputes the colours in which older sweeps fade.
+    virtual void calcPersistColors() = 0;
+
     /// Clears the trace surface of `channel`, 1 or 2, to the background.
     virtual void ClearTrace(int channel) = 0;
 

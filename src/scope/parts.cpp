@@ -13,7 +13,16 @@ Parts::Parts(const Machine& machine)
                .program = program,
                .colours = colours,
                .cursors = cursor_state,
-               .trigger = trigger_state}),
+               .trigger = trigger_state,
+               .settings = settings}),
+      colour_update(panel, colours, picture),
+      settings_dialog(settings, colours, colour_update, picture, choosers),
+      snapshot(panel, picture, settings,
+               {.clock = clock,
+                .boxes = boxes,
+                .files = files,
+                .choosers = choosers,
+                .coder = machine.coder}),
       vertical(panel, channels, acquisition, link, picture, boxes),
       trigger(panel, trigger_state, channels, time_base_state, acquisition, link, clock, boxes),
       adjust(panel,
@@ -38,8 +47,10 @@ Parts::Parts(const Machine& machine)
                 .vertical = vertical,
                 .trigger = trigger,
                 .adjust = adjust,
-                .cursors = cursors},
+                .cursors = cursors,
+                .colour_update = colour_update},
                link, boxes, picture) {
+    colour_update.recolour_panel();
     connect_channel(ch1);
     connect_channel(ch2);
     connect_display();
@@ -65,6 +76,8 @@ void Parts::connect_display() {
     panel.eyeon.on_click([this] { display_controls.redraw(); });
     panel.persist.on_click([this] { display_controls.redraw(); });
     panel.average.on_click([this] { display_controls.average_Click(); });
+    panel.snapshot.on_click([this] { snapshot.Command1_Click(); });
+    panel.mnusettings.on_click([this] { settings_dialog.mnusettings_Click(); });
     panel.tabstrip3.on_click([this] { cursors.TabStrip3_Click(); });
     panel.combocursorselect.on_click([this] { cursors.combocursorselect_Click(); });
 }

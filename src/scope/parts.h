@@ -5,9 +5,12 @@
 #include "acquisition/set_up_upload.h"
 #include "acquisition/start_up.h"
 #include "acquisition/state_machine.h"
+#include "display/colour_update.h"
 #include "display/cursors.h"
 #include "display/picture.h"
 #include "display/plot_mouse.h"
+#include "display/settings_dialog.h"
+#include "display/snapshot.h"
 #include "host/ending.h"
 #include "link/device_link.h"
 #include "panel/adjust.h"
@@ -54,6 +57,9 @@ struct Parts {
     // The subsystems.
     DeviceLink link;
     Picture picture;
+    ColourUpdate colour_update;
+    SettingsDialog settings_dialog;
+    Snapshot snapshot;
     Vertical vertical;
     Trigger trigger;
     Adjust adjust;

@@ -66,4 +66,8 @@ PlotMouse& Scope::plot_mouse() {
     return parts_->plot_mouse;
 }
 
+SettingsDialog& Scope::settings_dialog() {
+    return parts_->settings_dialog;
+}
+
 } // namespace kv408

@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 
+#include "display/picture_coder.h"
 #include "host/clock.h"
 #include "host/file_choosers.h"
 #include "host/files.h"
@@ -15,6 +16,7 @@ namespace kv408 {
 
 class Picture;
 class PlotMouse;
+class SettingsDialog;
 struct FrontPanel;
 struct Parts;
 
@@ -27,6 +29,7 @@ struct Machine {
     Files& files;
     FileChoosers& choosers;
     Places places;
+    PictureCoder& coder;
 };
 
 /// The whole program without its window: owns every part, wires them together, and is the one
@@ -64,6 +67,9 @@ public:
 
     /// Dragging on and around the plot.
     [[nodiscard]] PlotMouse& plot_mouse();
+
+    /// The settings dialog.
+    [[nodiscard]] SettingsDialog& settings_dialog();
 
     /// All parts, to look at; they are declared in scope/parts.h.
     [[nodiscard]] const Parts& parts() const { return *parts_; }

@@ -148,6 +148,18 @@ void bind(QCheckBox* widget, CheckBox& control, ScopeDriver& driver) {
     });
 }
 
+void bind(QRadioButton* widget, OptionButton& control, ScopeDriver& driver) {
+    widget->setObjectName(object_name(control));
+    QObject::connect(widget, &QRadioButton::clicked, widget,
+                     [&] { driver.act([&] { control.choose(); }); });
+    keep_shown(widget, control, [&control](QRadioButton& shown) {
+        const QSignalBlocker quiet(shown);
+        shown.setText(text_of(control.caption()));
+        shown.setChecked(control.checked());
+        show_common(shown, control);
+    });
+}
+
 void bind(QComboBox* widget, ListBox& control, ScopeDriver& driver) {
     widget->setObjectName(object_name(control));
     QObject::connect(widget, &QComboBox::activated, widget, [&, widget](int index) {

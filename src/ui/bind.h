@@ -10,6 +10,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QRadioButton>
 #include <QSlider>
 #include <QTabBar>
 
@@ -32,6 +33,9 @@ void bind(QAction* action, Button& control, ScopeDriver& driver);
 
 /// A check box: a click sets the control.
 void bind(QCheckBox* widget, CheckBox& control, ScopeDriver& driver);
+
+/// One of several options: a click chooses the control.
+void bind(QRadioButton* widget, OptionButton& control, ScopeDriver& driver);
 
 /// A drop-down list: a choice, also of the entry that is selected already, sets the control.
 void bind(QComboBox* widget, ListBox& control, ScopeDriver& driver);

@@ -6,6 +6,7 @@
 
 #include <QAbstractButton>
 #include <QComboBox>
+#include <QEvent>
 #include <QLineEdit>
 
 namespace kv408::ui {
@@ -33,6 +34,40 @@ void set_roles(QPalette& palette, const Roles& roles, const QColor& colour,
         palette.setColor(QPalette::Disabled, role, when_disabled);
     }
 }
+
+/// Mark of a widget that paints its own background.
+constexpr const char* paints_itself = "paintsItself";
+
+/// Hands the text colours of one widget on to another.
+class Follower : public QObject {
+public:
+    Follower(QWidget& widget, QWidget& leader) : QObject(&widget), widget_(widget) {
+        leader.installEventFilter(this);
+        take_over(leader);
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::PaletteChange) {
+            take_over(*static_cast<const QWidget*>(watched));
+        }
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    void take_over(const QWidget& leader) {
+        QPalette palette = widget_.palette();
+        const QPalette& source = leader.palette();
+        for (const QPalette::ColorRole role : fore_roles) {
+            for (const QPalette::ColorGroup group :
+                 {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+                palette.setColor(group, role, source.color(group, role));
+            }
+        }
+        widget_.setPalette(palette);
+    }
+
+    QWidget& widget_;
+};
 
 } // namespace
 
@@ -67,7 +102,8 @@ void show_colours(QWidget& widget, std::optional<Colour> fore, std::optional<Col
     if (back) {
         set_roles(palette, back_roles, qcolor(*back), qcolor(*back));
         // These fill themselves, within their rounded outline.
-        const bool fills_itself = qobject_cast<QLineEdit*>(&widget) != nullptr ||
+        const bool fills_itself = widget.property(paints_itself).toBool() ||
+                                  qobject_cast<QLineEdit*>(&widget) != nullptr ||
                                   qobject_cast<QComboBox*>(&widget) != nullptr ||
                                   qobject_cast<QAbstractButton*>(&widget) != nullptr;
         widget.setAutoFillBackground(!fills_itself);
@@ -80,12 +116,12 @@ void show_colours(QWidget& widget, std::optional<Colour> fore, std::optional<Col
     }
 }
 
-void make_read_out(QWidget& widget, const QColor& text) {
-    const QColor black(Qt::black);
-    QPalette palette = widget.palette();
-    set_roles(palette, back_roles, black, black);
-    set_roles(palette, fore_roles, text, mixed(black, text, 0.5));
-    widget.setPalette(palette);
+void let_paint_itself(QWidget& widget) {
+    widget.setProperty(paints_itself, true);
+}
+
+void follow_colours(QWidget& widget, QWidget& leader) {
+    new Follower(widget, leader);
 }
 
 } // namespace kv408::ui

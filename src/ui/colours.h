@@ -27,8 +27,11 @@ namespace kv408::ui {
 /// without a fore colour gets readable text.
 void show_colours(QWidget& widget, std::optional<Colour> fore, std::optional<Colour> back);
 
-/// Gives `widget` the look of a read-out of the screen: `text` on black, fainter while it is
-/// disabled.
-void make_read_out(QWidget& widget, const QColor& text);
+/// Tells that `widget` paints its own background, in a shape of its own, out of its palette;
+/// otherwise it is filled with its back colour.
+void let_paint_itself(QWidget& widget);
+
+/// Lets `widget` have the text colours of `leader`, now and whenever they change.
+void follow_colours(QWidget& widget, QWidget& leader);
 
 } // namespace kv408::ui

@@ -53,10 +53,30 @@ void draw_button(QPainter& painter, const QStyleOption& option) {
     draw_box(painter, option.rect, fill, outline_of(option), corner);
 }
 
-void draw_check(QPainter& painter, const QStyleOption& option) {
+/// The largest square at the left of where an indicator belongs.
+QRectF indicator_place(const QStyleOption& option) {
     const double side = std::min(option.rect.width(), option.rect.height());
-    const QRectF place(option.rect.x(), option.rect.y() + (option.rect.height() - side) / 2.0, side,
-                       side);
+    return {option.rect.x() + 0.0, option.rect.y() + (option.rect.height() - side) / 2.0, side,
+            side};
+}
+
+void draw_option(QPainter& painter, const QStyleOption& option) {
+    const QRectF place = indicator_place(option);
+    const bool on = has(option, QStyle::State_On);
+    const QPalette& palette = option.palette;
+    const QColor fill = palette.color(on ? QPalette::Highlight : QPalette::Base);
+    const bool focus = has(option, QStyle::State_HasFocus);
+    draw_box(painter, place, fill, on && !focus ? fill : outline_of(option), place.width() / 2.0);
+    if (on) {
+        const double inset = place.width() * 0.32;
+        const QColor dot = palette.color(QPalette::HighlightedText);
+        draw_box(painter, place.adjusted(inset, inset, -inset, -inset), dot, dot, inset);
+    }
+}
+
+void draw_check(QPainter& painter, const QStyleOption& option) {
+    const QRectF place = indicator_place(option);
+    const double side = place.width();
     const bool on = has(option, QStyle::State_On);
     const QPalette& palette = option.palette;
     const QColor fill = palette.color(on ? QPalette::Highlight : QPalette::Base);
@@ -96,6 +116,9 @@ void FlatStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
         return;
     case PE_IndicatorCheckBox:
         draw_check(*painter, *option);
+        return;
+    case PE_IndicatorRadioButton:
+        draw_option(*painter, *option);
         return;
     case PE_PanelLineEdit:
         if (const auto* const frame = qstyleoption_cast<const QStyleOptionFrame*>(option);

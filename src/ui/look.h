@@ -18,12 +18,4 @@ enum class Look { dark, light };
 /// Gives the application the style and the palette of `look`.
 void apply_look(Look look);
 
-/// Colours of the screen around the plot, which is dark in both looks.
-namespace screen_colour {
-inline constexpr QRgb surround = 0xFF0E1013;   ///< behind and around the plot
-inline constexpr QRgb rule = 0xFF2A2F36;       ///< lines between its parts
-inline constexpr QRgb text = 0xFFE8EAED;       ///< read-outs
-inline constexpr QRgb faint_text = 0xFF9AA1AB; ///< captions
-} // namespace screen_colour
-
 } // namespace kv408::ui

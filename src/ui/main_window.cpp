@@ -2,13 +2,18 @@
 
 #include <chrono>
 
+#include <QAction>
+#include <QClipboard>
 #include <QCloseEvent>
+#include <QGuiApplication>
 #include <QHBoxLayout>
 
 #include "display/picture.h"
+#include "display/plot_box.h"
 #include "ui/control_panel.h"
 #include "ui/menus.h"
 #include "ui/plot_drags.h"
+#include "ui/qt_picture_coder.h"
 #include "ui/to_come.h"
 
 namespace kv408::ui {
@@ -33,6 +38,7 @@ MainWindow::MainWindow(Scope& scope, const Dialogs& dialogs)
     disable_what_is_to_come(scope.panel());
     lay_out();
     take_plot_drags(plot(), driver_);
+    listen_to_settings();
     driver_.on_return([this] { entry_returned(); });
     scope.picture().on_drawn([this](Columns columns) { plot().show_columns(columns); });
     timer_.setObjectName(u"Timer1"_s);
@@ -43,10 +49,42 @@ MainWindow::MainWindow(Scope& scope, const Dialogs& dialogs)
 
 MainWindow::~MainWindow() {
     scope_.picture().on_drawn({});
+    scope_.settings_dialog().on_show({});
+    scope_.settings_dialog().on_close({});
+}
+
+void MainWindow::listen_to_settings() {
+    SettingsDialog& settings = scope_.settings_dialog();
+    settings.on_show([this, &settings] {
+        if (!settings_) {
+            settings_ = new SettingsWindow(settings, driver_, this);
+        }
+        settings_->present();
+    });
+    settings.on_close([this] { close_settings(); });
+}
+
+void MainWindow::close_settings() {
+    if (settings_) {
+        settings_->hide();
+        // One of its own widgets may be waiting for this to return.
+        settings_->deleteLater();
+        settings_ = nullptr;
+    }
+}
+
+void MainWindow::copy_picture() const {
+    const Surface box = plot_box(scope_.picture(), scope_.panel());
+    QGuiApplication::clipboard()->setImage(image_of(box).copy());
 }
 
 void MainWindow::lay_out() {
-    fill_menus(*menuBar(), driver_);
+    auto* const copy = new QAction(u"&Copy Picture"_s, this);
+    copy->setObjectName(u"copyPicture"_s);
+    copy->setToolTip(u"Copies the picture of the plot to the clipboard"_s);
+    copy->setShortcut(QKeySequence::Copy);
+    connect(copy, &QAction::triggered, this, [this] { copy_picture(); });
+    fill_menus(*menuBar(), driver_, *copy);
     auto* const centre = new QWidget;
     auto* const layout = new QHBoxLayout(centre);
     layout->setContentsMargins(gap, gap, gap, gap);
@@ -93,6 +131,7 @@ void MainWindow::entry_returned() {
         return;
     }
     timer_.stop();
+    close_settings();
     dialogs_.boxes.dismiss();
     dialogs_.choosers.dismiss();
     if (!driver_.busy()) {

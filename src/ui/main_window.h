@@ -3,6 +3,7 @@
 #include <functional>
 
 #include <QMainWindow>
+#include <QPointer>
 #include <QTimer>
 
 #include "scope/scope.h"
@@ -10,6 +11,7 @@
 #include "ui/qt_message_boxes.h"
 #include "ui/scope_driver.h"
 #include "ui/screen_panel.h"
+#include "ui/settings_window.h"
 
 namespace kv408::ui {
 
@@ -42,6 +44,9 @@ protected:
 
 private:
     void lay_out();
+    void listen_to_settings();
+    void close_settings();
+    void copy_picture() const;
     void start_up();
     void entry_returned();
 
@@ -49,6 +54,7 @@ private:
     Dialogs dialogs_;
     ScopeDriver driver_;
     ScreenPanel* screen_;
+    QPointer<SettingsWindow> settings_; ///< while the settings dialog is open
     QTimer timer_{this};
     bool started_ = false;
     std::function<void()> closed_;

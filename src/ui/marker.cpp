@@ -5,6 +5,7 @@
 
 #include "state/plot_geometry.h"
 #include "ui/bind.h"
+#include "ui/colours.h"
 #include "ui/plot_widget.h"
 
 namespace kv408::ui {
@@ -17,6 +18,7 @@ constexpr int tip = 5;                                     ///< length of the po
 
 Marker::Marker(PlotWidget* plot, Direction direction)
     : QLabel(plot), plot_(*plot), direction_(direction) {
+    let_paint_itself(*this);
     fit();
 }
 
@@ -86,8 +88,6 @@ void bind(Marker* marker, Label& control) {
         guard->setText(QString::fromStdString(control.caption()));
         guard->put(control.left(), control.top());
         show_common(*guard, control);
-        // The colours are painted by the marker itself, in its own shape.
-        guard->setAutoFillBackground(false);
         guard->setVisible(control.visible() && guard->placed());
     };
     control.on_shown(show);

@@ -34,7 +34,7 @@ QMenu& add_menu(QMenuBar& bar, const QString& title) {
 
 } // namespace
 
-void fill_menus(QMenuBar& bar, ScopeDriver& driver) {
+void fill_menus(QMenuBar& bar, ScopeDriver& driver, QAction& copy_picture) {
     FrontPanel& panel = driver.panel();
     QMenu& load = add_menu(bar, u"&Load Setup"_s);
     add(load, panel.loadconfig, driver,
@@ -57,6 +57,8 @@ void fill_menus(QMenuBar& bar, ScopeDriver& driver) {
     QMenu& options = add_menu(bar, u"&Options"_s);
     add(options, panel.mnusettings, driver,
         {u"&Settings..."_s, u"Snapshot, display and colours"_s, QKeySequence::Preferences});
+    options.addSeparator();
+    options.addAction(&copy_picture);
 
     QMenu& help = add_menu(bar, u"&Help"_s);
     add(help, panel.menuhelp, driver, {u"&Help"_s, u"Has no function in this version"_s});

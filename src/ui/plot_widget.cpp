@@ -4,13 +4,12 @@
 #include <chrono>
 #include <cmath>
 
-#include <QImage>
 #include <QPaintEvent>
 #include <QPainter>
 
 #include "state/plot_geometry.h"
-#include "ui/look.h"
 #include "ui/marker.h"
+#include "ui/qt_picture_coder.h"
 
 namespace kv408::ui {
 namespace {
@@ -22,13 +21,6 @@ Columns spanning(Columns a, Columns b) {
         return a.empty() ? b : a;
     }
     return {std::min(a.left, b.left), std::max(a.right, b.right)};
-}
-
-/// The surface's own pixels as an image.
-QImage image_of(const Surface& surface) {
-    return {reinterpret_cast<const uchar*>(surface.pixels().data()), surface.width(),
-            surface.height(), static_cast<qsizetype>(sizeof(Pixel)) * surface.width(),
-            QImage::Format_RGB32};
 }
 
 } // namespace
@@ -100,7 +92,7 @@ void PlotWidget::resizeEvent(QResizeEvent* event) {
 
 void PlotWidget::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
-    painter.fillRect(event->rect(), QColor(screen_colour::surround));
+    painter.fillRect(event->rect(), palette().color(QPalette::Window));
     // From here on in device pixels, from a whole one: the picture's must not fall between them.
     const QTransform to_device = painter.deviceTransform();
     const QPoint origin = to_device.map(QPointF(0, 0)).toPoint();

@@ -5,7 +5,7 @@
 namespace kv408::ui {
 
 Program::Program(Clock& clock, Bridge& bridge, Files& files, const Places& places)
-    : scope_(Machine{clock, boxes_, messages_, bridge, files, choosers_, places}),
+    : scope_(Machine{clock, boxes_, messages_, bridge, files, choosers_, places, coder_}),
       window_(scope_, {.boxes = boxes_, .choosers = choosers_}) {
     boxes_.set_window(&window_);
     messages_.set_window(&window_);

@@ -8,6 +8,7 @@
 #include "ui/main_window.h"
 #include "ui/qt_file_choosers.h"
 #include "ui/qt_message_boxes.h"
+#include "ui/qt_picture_coder.h"
 #include "ui/qt_window_messages.h"
 
 namespace kv408::ui {
@@ -29,6 +30,7 @@ private:
     QtMessageBoxes boxes_;
     QtWindowMessages messages_;
     QtFileChoosers choosers_;
+    QtPictureCoder coder_;
     Scope scope_;
     MainWindow window_;
 };

@@ -37,6 +37,7 @@ std::optional<std::filesystem::path> QtFileChoosers::save_file(const FileQuestio
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setNameFilters(name_filters(question.filter));
+    dialog.setDefaultSuffix(QString::fromStdString(question.default_suffix));
     dialog.selectFile(QString::fromStdString(question.default_name));
     return ask(dialog);
 }

@@ -6,7 +6,6 @@
 
 #include "ui/bind.h"
 #include "ui/colours.h"
-#include "ui/look.h"
 #include "ui/widget_maker.h"
 
 namespace kv408::ui {
@@ -28,17 +27,18 @@ protected:
     void paintEvent(QPaintEvent* /*event*/) override {
         QPainter painter(this);
         const QMargins margins = layout()->contentsMargins();
+        constexpr double visibility = 0.18;
+        const QColor rule = mixed(palette().color(QPalette::Window),
+                                  palette().color(QPalette::WindowText), visibility);
         for (int row = 0; row < rows; ++row) {
             painter.fillRect(margins.left(), row * row_height,
-                             width() - margins.left() - margins.right(), 1,
-                             QColor(screen_colour::rule));
+                             width() - margins.left() - margins.right(), 1, rule);
         }
     }
 };
 
-QLabel* make_result(QWidget* parent, Label& control, const QColor& colour, const Words& words) {
+QLabel* make_result(QWidget* parent, Label& control, const Words& words) {
     auto* const label = new QLabel(parent);
-    make_read_out(*label, colour);
     describe(*label, words);
     bind(label, control);
     return label;
@@ -49,10 +49,12 @@ QGridLayout* make_half(QWidget* panel) {
     auto* const half = new QWidget(panel);
     half->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     auto* const grid = new QGridLayout(half);
-    grid->setContentsMargins(0, 0, 0, 0);
-    grid->setSpacing(0);
+    // Each row leaves its first line of pixels to the rule.
+    grid->setContentsMargins(0, 1, 0, 0);
+    grid->setHorizontalSpacing(0);
+    grid->setVerticalSpacing(1);
     for (int row = 0; row < rows; ++row) {
-        grid->setRowMinimumHeight(row, row_height);
+        grid->setRowMinimumHeight(row, row_height - 1);
     }
     panel->layout()->addWidget(half);
     return grid;
@@ -72,22 +74,20 @@ QWidget* make_results_panel(FrontPanel& panel, QWidget* parent) {
     left->setColumnStretch(2, 1);
     QGridLayout* const right = make_half(results);
     right->setColumnStretch(0, 1);
-    const ColourTable colours;
-    const QColor text(screen_colour::text);
     for (int row = 0; row < rows; ++row) {
         MeasurementControls& slot = panel.measurement[static_cast<std::size_t>(row)];
         const QString measurement = u"Measurement "_s + QString::number(row + 1);
-        left->addWidget(make_result(left->parentWidget(), slot.mark, text,
+        left->addWidget(make_result(left->parentWidget(), slot.mark,
                                     {measurement + u" marked"_s,
                                      u"* where the measurement is marked on the trace"_s}),
                         row, 0);
-        left->addWidget(make_result(left->parentWidget(), slot.label, text,
-                                    {measurement, u"What is measured"_s}),
-                        row, 1);
-        left->addWidget(make_result(left->parentWidget(), slot.ch1, qcolor(colours.ch1),
+        left->addWidget(
+            make_result(left->parentWidget(), slot.label, {measurement, u"What is measured"_s}),
+            row, 1);
+        left->addWidget(make_result(left->parentWidget(), slot.ch1,
                                     {measurement + u" of CH1"_s, u"Result of CH1"_s}),
                         row, 2);
-        right->addWidget(make_result(right->parentWidget(), slot.ch2, qcolor(colours.ch2),
+        right->addWidget(make_result(right->parentWidget(), slot.ch2,
                                      {measurement + u" of CH2"_s, u"Result of CH2"_s}),
                          row, 0);
     }

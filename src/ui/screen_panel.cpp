@@ -1,5 +1,6 @@
 #include "ui/screen_panel.h"
 
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QPainter>
 #include <QVBoxLayout>
@@ -7,7 +8,6 @@
 #include "state/plot_geometry.h"
 #include "ui/bind.h"
 #include "ui/colours.h"
-#include "ui/look.h"
 #include "ui/marker.h"
 #include "ui/results_panel.h"
 #include "ui/widget_maker.h"
@@ -21,10 +21,6 @@ constexpr int row_height = 24;
 constexpr int padding = 4;
 constexpr double corner = 5.0;
 
-QColor channel_colour(std::size_t index) {
-    return qcolor(ColourTable{}.channel(static_cast<int>(index)));
-}
-
 /// A row as wide as the plot, with its contents over the picture's columns.
 QWidget* make_row(QWidget* parent) {
     auto* const row = new QWidget(parent);
@@ -35,10 +31,9 @@ QWidget* make_row(QWidget* parent) {
     return row;
 }
 
-/// A label of the screen in `colour` that keeps its place while it is hidden.
-QLabel* make_label(QWidget* parent, Label& control, const Words& words, const QColor& colour) {
+/// A label of the screen that keeps its place while it is hidden.
+QLabel* make_label(QWidget* parent, Label& control, const Words& words) {
     auto* const label = new QLabel(parent);
-    make_read_out(*label, colour);
     QSizePolicy policy = label->sizePolicy();
     policy.setRetainSizeWhenHidden(true);
     label->setSizePolicy(policy);
@@ -47,25 +42,33 @@ QLabel* make_label(QWidget* parent, Label& control, const Words& words, const QC
     return label;
 }
 
-QLabel* make_heading(QWidget* parent, const QString& text, const QColor& colour) {
+/// A caption in the colours of `read_out`.
+QLabel* make_heading(QWidget* parent, const QString& text, QWidget& read_out) {
     auto* const caption = new QLabel(text, parent);
-    make_read_out(*caption, colour);
+    follow_colours(*caption, read_out);
     QFont bold = caption->font();
     bold.setBold(true);
     caption->setFont(bold);
     return caption;
 }
 
-/// Makes `label` a dark plate with `text` that lets the picture shine through.
-void make_plate(QLabel& label, const QColor& text) {
-    constexpr int plate_alpha = 190;
-    make_read_out(label, text);
-    QPalette palette = label.palette();
-    palette.setColor(QPalette::Window, QColor(0, 0, 0, plate_alpha));
-    label.setPalette(palette);
-    label.setAutoFillBackground(true);
-    label.setContentsMargins(6, 1, 6, 1);
-}
+/// A read-out on a plate that lets the picture shine through.
+class Plate : public QLabel {
+public:
+    explicit Plate(QWidget* parent) : QLabel(parent) {
+        let_paint_itself(*this);
+        setContentsMargins(6, 1, 6, 1);
+    }
+
+protected:
+    void paintEvent(QPaintEvent* event) override {
+        constexpr int plate_alpha = 190;
+        QColor plate = palette().color(QPalette::Window);
+        plate.setAlpha(plate_alpha);
+        QPainter(this).fillRect(rect(), plate);
+        QLabel::paintEvent(event);
+    }
+};
 
 } // namespace
 
@@ -75,6 +78,7 @@ ScreenPanel::ScreenPanel(const Surface& surface, FrontPanel& panel, QWidget* par
       cursor_read_outs_(make_cursor_read_outs(panel)) {
     describe(*plot_, {u"Plot"_s, u"The traces of both channels, 10 by 8 divisions"_s});
     bind_appearance(plot_, panel.picture1);
+    plot_->installEventFilter(this);
     make_markers(panel);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
@@ -82,26 +86,23 @@ ScreenPanel::ScreenPanel(const Surface& surface, FrontPanel& panel, QWidget* par
 QWidget* ScreenPanel::make_header(FrontPanel& panel) {
     QWidget* const row = make_row(this);
     auto* const layout = static_cast<QHBoxLayout*>(row->layout());
-    const QColor text(screen_colour::text);
     QLabel* const time =
-        make_label(row, panel.tdivtext, {u"Time per division"_s, u"Time per division"_s}, text);
+        make_label(row, panel.tdivtext, {u"Time per division"_s, u"Time per division"_s});
     QFont bold = time->font();
     bold.setBold(true);
     time->setFont(bold);
     layout->addWidget(time);
     for (std::size_t index = 0; index < panel.channel.size(); ++index) {
         const QString number = QString::number(index + 1);
-        layout->addWidget(make_label(
-            row, panel.channel[index].hor_delay,
-            {u"Delay of CH"_s + number, u"Horizontal delay of CH"_s + number + u", picoseconds"_s},
-            channel_colour(index)));
+        layout->addWidget(make_label(row, panel.channel[index].hor_delay,
+                                     {u"Delay of CH"_s + number,
+                                      u"Horizontal delay of CH"_s + number + u", picoseconds"_s}));
     }
     layout->addStretch();
     layout->addWidget(
         make_label(row, panel.avglabel,
-                   {u"Averaging"_s, u"Shown while the instrument averages its samples"_s}, text));
-    layout->addWidget(
-        make_label(row, panel.lbldate, {u"Time and date"_s, u"Time and date"_s}, text));
+                   {u"Averaging"_s, u"Shown while the instrument averages its samples"_s}));
+    layout->addWidget(make_label(row, panel.lbldate, {u"Time and date"_s, u"Time and date"_s}));
     return row;
 }
 
@@ -116,37 +117,33 @@ QWidget* ScreenPanel::make_footer(FrontPanel& panel) {
         auto* const half_layout = new QHBoxLayout(half);
         half_layout->setContentsMargins(0, 0, 0, 0);
         half_layout->setSpacing(12);
-        half_layout->addWidget(make_heading(half, channel, channel_colour(index)));
-        half_layout->addWidget(
+        QLabel* const volts =
             make_label(half, panel.channel[index].vdivtext,
                        {u"Volts per division of "_s + channel,
                         u"Volts per division of "_s + channel +
-                            u"; (VT): by way of the trigger input; (inv): upside down"_s},
-                       channel_colour(index)),
-            1);
+                            u"; (VT): by way of the trigger input; (inv): upside down"_s});
+        half_layout->addWidget(make_heading(half, channel, *volts));
+        half_layout->addWidget(volts, 1);
         layout->addWidget(half);
     }
     return row;
 }
 
 void ScreenPanel::make_markers(FrontPanel& panel) {
-    const auto make = [this](Label& control, Marker::Direction direction, const QColor& colour,
-                             const Words& words) {
+    const auto make = [this](Label& control, Marker::Direction direction, const Words& words) {
         auto* const marker = new Marker(plot_, direction);
-        make_read_out(*marker, colour);
         describe(*marker, words);
         bind(marker, control);
     };
     // CH1 comes to lie on top, as its trace does.
     for (const std::size_t index : {1U, 0U}) {
         const QString channel = u"CH"_s + QString::number(index + 1);
-        make(panel.channel[index].text, Marker::Direction::right, channel_colour(index),
+        make(panel.channel[index].text, Marker::Direction::right,
              {u"Zero line of "_s + channel, u"Where 0 V of "_s + channel + u" lies"_s});
     }
-    const QColor text(screen_colour::text);
-    make(panel.trigertext, Marker::Direction::left, text,
+    make(panel.trigertext, Marker::Direction::left,
          {u"Trigger level"_s, u"Where the trigger level lies"_s});
-    make(panel.ltp2, Marker::Direction::down, text,
+    make(panel.ltp2, Marker::Direction::down,
          {u"Trigger time"_s, u"Where the moment of the trigger lies"_s});
 }
 
@@ -158,8 +155,7 @@ QWidget* ScreenPanel::make_cursor_read_outs(FrontPanel& panel) {
     layout->setSpacing(0);
     layout->setSizeConstraint(QLayout::SetFixedSize);
     const auto make = [&](Label& control, const Words& words) {
-        auto* const label = new QLabel(column);
-        make_plate(*label, QColor(screen_colour::text));
+        auto* const label = new Plate(column);
         describe(*label, words);
         layout->addWidget(label);
         bind(label, control);
@@ -212,6 +208,14 @@ void ScreenPanel::fit() {
     }
 }
 
+bool ScreenPanel::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == plot_ && event->type() == QEvent::PaletteChange) {
+        // The surround has the colour of the plot box.
+        update();
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
 void ScreenPanel::paintEvent(QPaintEvent* /*event*/) {
     if (ratio_ != devicePixelRatioF()) {
         // The window has come to a screen of another density.
@@ -221,7 +225,7 @@ void ScreenPanel::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(palette().color(QPalette::Mid));
-    painter.setBrush(QColor(screen_colour::surround));
+    painter.setBrush(plot_->palette().color(QPalette::Window));
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), corner, corner);
 }
 

@@ -9,9 +9,9 @@
 
 namespace kv408::ui {
 
-/// The left half of the window: the plot on its dark surround with the read-outs above and below
-/// it and the results of the measurements. The plot takes the largest whole scale that fits, and
-/// all of it stays in the middle.
+/// The left half of the window: the plot on a surround of its colour with the read-outs above and
+/// below it and the results of the measurements. The plot takes the largest whole scale that fits,
+/// and all of it stays in the middle.
 class ScreenPanel : public QWidget {
 public:
     /// Shows `surface` and the controls of `panel` that lie on the screen.
@@ -25,6 +25,7 @@ public:
     [[nodiscard]] QSize sizeHint() const override { return minimumSizeHint(); }
 
 protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void showEvent(QShowEvent* event) override;

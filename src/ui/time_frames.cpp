@@ -2,7 +2,6 @@
 #include <QRegularExpressionValidator>
 
 #include "ui/bind.h"
-#include "ui/colours.h"
 #include "ui/frame_grid.h"
 #include "ui/frames.h"
 #include "ui/panel_frame.h"
@@ -102,7 +101,6 @@ QWidget* make_horizontal_frame(ScopeDriver& driver) {
     QGridLayout* const grid = make_frame_grid(frame, 5);
     QComboBox* const time =
         make.list(panel.seltimediv, {u"Time per division"_s, u"Time per division of the screen"_s});
-    make_read_out(*time, qcolor(ColourTable{}.normal_text));
     grid->addWidget(make_caption(u"T&ime/div"_s, time), 0, 0);
     grid->addWidget(time, 0, 1, 1, 3);
     add_channel_delay(*grid, make, 2, panel.channel[0], u"CH1"_s);

@@ -4,7 +4,6 @@
 #include <QHBoxLayout>
 
 #include "ui/bind.h"
-#include "ui/colours.h"
 #include "ui/frame_grid.h"
 #include "ui/frames.h"
 #include "ui/panel_frame.h"
@@ -18,15 +17,12 @@ using namespace Qt::StringLiterals;
 /// What differs between the channels.
 struct ChannelLook {
     QString name;
-    QColor colour;
     QString vdiv_caption; ///< with a mnemonic of its own
 };
 
-/// The channel's name in its colour on a black plate, framed by the same colour.
+/// The channel's name in its colour on a plate, framed by the same colour.
 QWidget* make_heading(WidgetMaker& make, ChannelControls& channel, const ChannelLook& look) {
     auto* const plate = new QLabel(make.frame());
-    make_read_out(*plate, look.colour);
-    plate->setAutoFillBackground(true);
     plate->setFrameStyle(static_cast<int>(QFrame::Box) | static_cast<int>(QFrame::Plain));
     plate->setMinimumHeight(frame_measure::row_height);
     describe(*plate, {look.name, u"The colour of "_s + look.name + u" on the screen"_s});
@@ -34,7 +30,6 @@ QWidget* make_heading(WidgetMaker& make, ChannelControls& channel, const Channel
     auto* const row = new QHBoxLayout(plate);
     row->setContentsMargins(10, 0, 10, 0);
     QLabel* const heading = make.label(channel.label, {look.name, u"Channel "_s + look.name});
-    make_read_out(*heading, look.colour);
     QFont bold = heading->font();
     bold.setBold(true);
     heading->setFont(bold);
@@ -46,7 +41,6 @@ void add_channel(QGridLayout& grid, WidgetMaker& make, int column, ChannelContro
                  const ChannelLook& look) {
     QComboBox* const vdiv = make.list(channel.vdiv, {u"Volts per division of "_s + look.name,
                                                      u"Volts per division of "_s + look.name});
-    make_read_out(*vdiv, look.colour);
     grid.addWidget(make_heading(make, channel, look), 0, column);
     grid.addWidget(make.check(channel.enable, u"On"_s,
                               {look.name + u" on"_s, u"Sweeps and shows "_s + look.name}),
@@ -75,9 +69,8 @@ void add_channel(QGridLayout& grid, WidgetMaker& make, int column, ChannelContro
 QWidget* make_vertical_frame(ScopeDriver& driver) {
     auto* const frame = new PanelFrame(u"VERTICAL"_s);
     WidgetMaker make(frame, driver);
-    const ColourTable colours;
-    const std::array looks = {ChannelLook{u"CH1"_s, qcolor(colours.ch1), u"&V/div"_s},
-                              ChannelLook{u"CH2"_s, qcolor(colours.ch2), u"V/&div"_s}};
+    const std::array looks = {ChannelLook{u"CH1"_s, u"&V/div"_s},
+                              ChannelLook{u"CH2"_s, u"V/&div"_s}};
     QGridLayout* const grid = make_frame_grid(frame, 4);
     add_channel(*grid, make, 0, driver.panel().channel[0], looks[0]);
     // A column of nothing keeps the channels apart as far as the frames above are.

@@ -125,6 +125,8 @@ struct AcquisitionRig {
         channels, {.vertical = vertical, .upload = upload, .block = block, .pass = pass},
         clock,    ending_messages,
         screen};
+    ColourTable colours;
+    ColourUpdate colour_update{panel, colours, screen};
     StartUp start_up{panel,
                      acquisition,
                      program,
@@ -134,7 +136,8 @@ struct AcquisitionRig {
                       .vertical = vertical,
                       .trigger = trigger_frame,
                       .adjust = adjust,
-                      .cursors = cursors},
+                      .cursors = cursors,
+                      .colour_update = colour_update},
                      link,
                      ending_boxes,
                      screen};

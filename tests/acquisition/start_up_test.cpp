@@ -91,6 +91,19 @@ TEST(StartUp, FillsTheListsAndChoosesTheirFirstEntries) {
     }
 }
 
+TEST(StartUp, AppliesTheColoursBeforeAllOtherSettings) {
+    AcquisitionRig rig;
+    rig.colours.normal_text = rgb(1, 2, 3);
+    rig.acknowledge_set_up();
+    rig.start_up.Form_Load();
+    const Texts& calls = rig.screen.calls;
+    ASSERT_GE(calls.size(), 6U);
+    EXPECT_EQ(Texts(calls.begin(), calls.begin() + 6),
+              (Texts{"refresh 1 0", "refresh 2 0", "calcPersistColors", "ClearTrace 1",
+                     "ClearTrace 2", "makegrid"}));
+    EXPECT_EQ(rig.panel.tdivtext.fore_colour(), rgb(1, 2, 3));
+}
+
 TEST(StartUp, EndsWithTheGridClearedTracesAndADrawing) {
     AcquisitionRig rig;
     rig.acknowledge_set_up();

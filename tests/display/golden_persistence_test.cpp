@@ -60,7 +60,7 @@ TEST_P(GoldenPersistence, FadesWithAge) {
     const FadeRow& fade = fade_rows[row];
     panel.persist.set_checked(true);
     panel.eyeon.set_checked(dots);
-    picture.set_persistence_depth(fade.depth);
+    settings.persisttime = static_cast<std::int16_t>(fade.depth);
     picture.calcPersistColors();
     for (int age = 9; age >= 0; --age) {
         for (const int channel : {ch1, ch2}) {

@@ -19,7 +19,7 @@ protected:
         scene_.panel.persist.set_checked(random(0, 1) == 1);
         scene_.panel.eyeon.set_checked(random(0, 1) == 1);
         scene_.acquisition.pointmode = random(0, 1) == 1;
-        scene_.picture.set_persistence_depth(9);
+        scene_.settings.persisttime = 9;
         scene_.picture.calcPersistColors();
         change();
     }

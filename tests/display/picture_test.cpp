@@ -155,12 +155,12 @@ TEST_F(PictureTest, shows_the_history_fading_when_persistence_is_on) {
     EXPECT_EQ(at(30, 103), pixel_of(rgb(66, 66, 0)));
     EXPECT_EQ(at(30, 104), background);
     EXPECT_EQ(at(30, 109), background);
-    picture.set_persistence_depth(99); // held at 9: steps of 25
+    settings.persisttime = 99; // held at 9: steps of 25
     picture.calcPersistColors();
     picture.draw(draw_flags::ch1);
     EXPECT_EQ(at(30, 101), pixel_of(rgb(230, 230, 0)));
     EXPECT_EQ(at(30, 109), pixel_of(rgb(30, 30, 0)));
-    picture.set_persistence_depth(-1); // held at 0
+    settings.persisttime = -1; // held at 0
     picture.calcPersistColors();
     picture.draw(draw_flags::ch1);
     EXPECT_EQ(at(30, 101), background);
@@ -182,7 +182,7 @@ TEST_F(PictureTest, lets_a_trace_in_the_background_colour_hide_only_what_is_belo
 TEST_F(PictureTest, lets_a_generation_in_the_background_colour_hide_the_older_ones) {
     colours.ch1 = rgb(0, 0, 0);
     colours.background = rgb(4, 4, 4);
-    picture.set_persistence_depth(9);
+    settings.persisttime = 9;
     picture.calcPersistColors();
     picture.makegrid();
     panel.persist.set_checked(true);
@@ -255,7 +255,8 @@ TEST_F(PictureTest, tells_its_listener_which_columns_changed) {
 }
 
 TEST_F(PictureTest, draws_lines_to_points_that_no_sweep_has_reached_yet) {
-    Picture fresh({panel, samples, channels, acquisition, program, colours, cursors, trigger});
+    Picture fresh(
+        {panel, samples, channels, acquisition, program, colours, cursors, trigger, settings});
     fresh.makegrid();
     for (int index = 1; index <= 10; ++index) {
         fresh.refreshCH1(index);

@@ -34,7 +34,7 @@ private:
     std::array<Points, 2> current_;
     std::array<std::vector<Points>, 2> history_;
     int newest_point_ = 0;
-    int depth_ = default_persistence;
+    int depth_ = 3;
 };
 
 } // namespace kv408::test

@@ -50,6 +50,21 @@ TEST(Button, RunsItsHandlerOnEachClick) {
     EXPECT_EQ(clicks, 2);
 }
 
+TEST(OptionButton, ChoosingRunsTheHandlerAndClearingDoesNot) {
+    OptionButton option("optColor(0)");
+    option.set_caption("CH1 trace");
+    EXPECT_EQ(option.caption(), "CH1 trace");
+    EXPECT_FALSE(option.checked());
+    std::vector<bool> seen;
+    option.on_click([&] { seen.push_back(option.checked()); });
+    option.choose();
+    option.choose();
+    EXPECT_TRUE(option.checked());
+    option.clear();
+    EXPECT_FALSE(option.checked());
+    EXPECT_EQ(seen, (std::vector<bool>{true, true}));
+}
+
 TEST(CheckBox, SettingItFromCodeRunsTheHandlerAlsoWithTheSameValue) {
     CheckBox box("invert1");
     EXPECT_FALSE(box.checked());

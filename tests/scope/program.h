@@ -14,6 +14,7 @@
 #include "simulator/simulation.h"
 #include "support/fake_files.h"
 #include "support/fake_host.h"
+#include "support/fake_picture_coder.h"
 #include "support/virtual_clock.h"
 
 namespace kv408 {
@@ -65,8 +66,9 @@ struct Program {
     FakeWindowMessages messages;
     FakeFiles files;
     FakeFileChoosers choosers;
-    Scope scope{
-        Machine{clock, boxes, messages, simulation.bridge(), files, choosers, fake_places()}};
+    FakePictureCoder coder;
+    Scope scope{Machine{clock, boxes, messages, simulation.bridge(), files, choosers, fake_places(),
+                        coder}};
 };
 
 /// The frames of `program` from the `first` on, as code and five arguments.

@@ -2,6 +2,7 @@
 
 #include <deque>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <optional>
 #include <set>
@@ -72,9 +73,13 @@ public:
     std::vector<FileQuestion> saved;  ///< questions for a file to write
     std::vector<std::string> folders; ///< titles of the questions for a folder
     std::deque<std::optional<std::filesystem::path>> answers; ///< then always cancelled
+    std::function<void()> on_ask;                             ///< runs while a dialog is "open"
 
 private:
     std::optional<std::filesystem::path> next() {
+        if (on_ask) {
+            on_ask();
+        }
         if (answers.empty()) {
             return std::nullopt;
         }

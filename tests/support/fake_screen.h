@@ -18,6 +18,7 @@ public:
     void ClearTrace(int channel) override {
         calls.push_back("ClearTrace " + std::to_string(channel));
     }
+    void calcPersistColors() override { calls.emplace_back("calcPersistColors"); }
     void movepersistance() override { calls.emplace_back("movepersistance"); }
     void set_newest_point(int index) override {
         calls.push_back("newest " + std::to_string(index));

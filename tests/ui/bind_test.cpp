@@ -18,6 +18,7 @@ class BindTest : public QObject {
 private Q_SLOTS:
     void a_click_presses_the_button_once();
     void a_click_checks_the_box_and_code_shows_in_it();
+    void one_of_several_options_is_chosen();
     void choosing_in_a_list_reaches_the_control_also_the_same_entry();
     void a_list_set_from_code_shows_and_runs_its_handler_once();
     void a_list_takes_new_entries();
@@ -63,6 +64,29 @@ void BindTest::a_click_checks_the_box_and_code_shows_in_it() {
     control.set_checked(false);
     QVERIFY(!widget.isChecked());
     QCOMPARE(runs, 2);
+}
+
+void BindTest::one_of_several_options_is_chosen() {
+    Entered entered;
+    OptionButton first("optColor(0)");
+    OptionButton second("optColor(1)");
+    first.set_caption("CH1 trace");
+    first.on_click([&] { second.clear(); });
+    second.on_click([&] { first.clear(); });
+    QWidget group;
+    auto* const upper = new QRadioButton(&group);
+    auto* const lower = new QRadioButton(&group);
+    bind(upper, first, entered.driver);
+    bind(lower, second, entered.driver);
+    QCOMPARE(upper->objectName(), u"optColor(0)"_s);
+    QCOMPARE(upper->text(), u"CH1 trace"_s);
+    upper->click();
+    QVERIFY(first.checked() && upper->isChecked());
+    lower->click();
+    QVERIFY(second.checked() && lower->isChecked());
+    QVERIFY(!first.checked() && !upper->isChecked());
+    first.choose();
+    QVERIFY(upper->isChecked() && !lower->isChecked());
 }
 
 void BindTest::choosing_in_a_list_reaches_the_control_also_the_same_entry() {

@@ -4,6 +4,7 @@
 #include "simulator/simulation.h"
 #include "support/fake_files.h"
 #include "support/fake_host.h"
+#include "support/fake_picture_coder.h"
 #include "support/virtual_clock.h"
 #include "ui/scope_driver.h"
 
@@ -17,8 +18,9 @@ struct Entered {
     simulator::Simulation simulation{clock};
     FakeFiles files;
     FakeFileChoosers choosers;
-    Scope scope{
-        Machine{clock, boxes, messages, simulation.bridge(), files, choosers, fake_places()}};
+    FakePictureCoder coder;
+    Scope scope{Machine{clock, boxes, messages, simulation.bridge(), files, choosers, fake_places(),
+                        coder}};
     ScopeDriver driver{scope};
 };
 

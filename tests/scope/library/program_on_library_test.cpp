@@ -14,6 +14,7 @@
 #include "scope/scope.h"
 #include "support/fake_files.h"
 #include "support/fake_host.h"
+#include "support/fake_picture_coder.h"
 
 namespace kv408 {
 namespace {
@@ -34,7 +35,8 @@ TEST(ProgramOnTheLibrary, StartsAndSweepsBothChannels) {
     LibraryBridge bridge;
     FakeFiles files;
     FakeFileChoosers choosers;
-    Scope scope(Machine{clock, boxes, messages, bridge, files, choosers, fake_places()});
+    FakePictureCoder coder;
+    Scope scope(Machine{clock, boxes, messages, bridge, files, choosers, fake_places(), coder});
     ASSERT_TRUE(scope.start()) << (boxes.shown.empty() ? "" : boxes.shown[0].text);
     const auto& ready = scope.parts().acquisition.ready;
     tick_until(scope, clock, 30, [&] { return ready[0] && ready[1]; });
@@ -52,7 +54,8 @@ TEST(ProgramOnTheLibrary, WithoutItTheMessageCarriesTheLoadersReason) {
     LibraryBridge bridge("libNoSuchBridge.so");
     FakeFiles files;
     FakeFileChoosers choosers;
-    Scope scope(Machine{clock, boxes, messages, bridge, files, choosers, fake_places()});
+    FakePictureCoder coder;
+    Scope scope(Machine{clock, boxes, messages, bridge, files, choosers, fake_places(), coder});
     EXPECT_FALSE(scope.start());
     ASSERT_EQ(boxes.shown.size(), 1U);
     EXPECT_EQ(boxes.shown[0].text, "Error finding USB device. Aborting application.");

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <functional>
+
+#include "display/colour_items.h"
+#include "display/colour_update.h"
+#include "display/settings_controls.h"
+#include "host/file_choosers.h"
+#include "panel/screen.h"
+#include "state/colour.h"
+#include "state/display_settings.h"
+
+namespace kv408 {
+
+/// The settings dialog `frmSettings`: snapshot, display and colours. It is modeless: the main
+/// window goes on sweeping while it is open, and shows edited colours at once where the user wants
+/// it.
+class SettingsDialog {
+public:
+    /// Edits `settings` and `colours`; `update` and `screen` show them, `choosers` asks for
+    /// folders.
+    SettingsDialog(DisplaySettings& settings, ColourTable& colours, ColourUpdate& update,
+                   Screen& screen, FileChoosers& choosers);
+    SettingsDialog(const SettingsDialog&) = delete;
+    SettingsDialog& operator=(const SettingsDialog&) = delete;
+
+    /// The dialog's controls.
+    [[nodiscard]] SettingsControls& controls() { return controls_; }
+
+    /// True from its opening until OK or Cancel.
+    [[nodiscard]] bool is_open() const { return open_; }
+
+    /// The main window's menu entry: opens the dialog; one that is open already is only brought to
+    /// the front.
+    void mnusettings_Click();
+
+    /// Puts the factory colours into the edited ones and applies them.
+    void setColDefault();
+
+    /// Sets the window's ears: the dialog is to be shown and brought to the front; it is to go.
+    void on_show(std::function<void()> listener) { show_ = std::move(listener); }
+    void on_close(std::function<void()> listener) { closed_ = std::move(listener); }
+
+private:
+    void connect();
+    void connect_colours();
+    void Form_Load();
+    void TabStrip1_Click();
+    void optColor_Click(std::size_t item);
+    void slRGB_Change(std::size_t component);
+    void txtRGB_Change(std::size_t component);
+    void chkAutoUpd_Click();
+    void cmdSetDefault_Click();
+    void chkSnapshotDialog_Click();
+    void Command1_Click();
+    void cmdOK_Click();
+    void cmdCancel_Click();
+
+    /// Makes `items` the colours of the program and redraws the main window.
+    void apply(const ItemColours& items);
+    void show_swatches();
+    /// Shows `colour` as the edited one, with its components.
+    void show_edited(Colour colour);
+    void show_number(std::size_t component);
+    void close();
+
+    DisplaySettings& settings_;
+    ColourTable& colours_;
+    ColourUpdate& update_;
+    Screen& screen_;
+    FileChoosers& choosers_;
+    SettingsControls controls_;
+    ItemColours saved_ = {};   ///< in force when the dialog was opened
+    ItemColours working_ = {}; ///< as edited
+    std::size_t item_ = 0;     ///< the edited colour
+    bool open_ = false;
+    bool loading_ = false; ///< the controls are being set to what is there: nothing is edited
+    bool echoing_ = false; ///< a text is being set to its slider's value
+    bool typing_ = false;  ///< a slider is being set to a text that is to stay
+    std::function<void()> show_;
+    std::function<void()> closed_;
+};
+
+} // namespace kv408

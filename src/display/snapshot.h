@@ -1,0 +1,53 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "display/picture.h"
+#include "display/picture_coder.h"
+#include "host/clock.h"
+#include "host/file_choosers.h"
+#include "host/files.h"
+#include "host/message_boxes.h"
+#include "panel/front_panel.h"
+#include "state/display_settings.h"
+
+namespace kv408 {
+
+/// The name of a snapshot taken at `time`: "yymmdd_hhmmss.bmp", whatever the system's locale.
+[[nodiscard]] std::string snapshot_name(const LocalTime& time);
+
+/// Saves the plot box as a picture file.
+class Snapshot {
+public:
+    /// What a snapshot reaches of the machine.
+    struct Host {
+        const Clock& clock;
+        MessageBoxes& boxes;
+        Files& files;
+        FileChoosers& choosers;
+        PictureCoder& coder;
+    };
+
+    Snapshot(const FrontPanel& panel, Picture& picture, DisplaySettings& settings, const Host& host)
+        : panel_(panel), picture_(picture), settings_(settings), host_(host) {}
+
+    /// "Snapshot" was clicked: saves the plot as it is now, inverted where the settings say so,
+    /// into the snapshot folder under a name made of date and time, or where the user says. What
+    /// went wrong is told in a message.
+    void Command1_Click();
+
+private:
+    [[nodiscard]] Surface take() const;
+    void save_silently(const Surface& image, const std::string& name);
+    void save_by_dialog(const Surface& image, const std::string& name);
+    [[nodiscard]] FileResult save(const std::filesystem::path& path, const std::string& bytes);
+    void tell_failure(const FileResult& result);
+
+    const FrontPanel& panel_;
+    Picture& picture_;
+    DisplaySettings& settings_;
+    Host host_;
+};
+
+} // namespace kv408

@@ -1,0 +1,235 @@
+#include "display/snapshot.h"
+
+#include <gtest/gtest.h>
+
+#include "display/bitmap_file.h"
+#include "display/colour_update.h"
+#include "golden.h"
+#include "picture_scene.h"
+#include "support/fake_files.h"
+#include "support/fake_host.h"
+#include "support/fake_picture_coder.h"
+#include "support/virtual_clock.h"
+
+namespace kv408::test {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+constexpr Pixel yellow = pixel_of(rgb(255, 255, 0));
+constexpr Pixel black = pixel_of(rgb(0, 0, 0));
+constexpr Pixel white = pixel_of(rgb(255, 255, 255));
+
+/// A pixel of the bitmap file `file` of a plot box, at (`x`, `y`) of the box from its upper left.
+Pixel pixel_in(const std::string& file, int x, int y) {
+    const std::size_t at =
+        54U + static_cast<std::size_t>(539 - y) * 2116U + static_cast<std::size_t>(x) * 3U;
+    const auto byte = [&](std::size_t index) {
+        return static_cast<std::uint8_t>(file.at(at + index));
+    };
+    return pixel_of(rgb(byte(2), byte(1), byte(0)));
+}
+
+/// CH1 on row 100 of the plot, CH2 off, and a snapshot folder.
+struct SnapshotTest : testing::Test, PictureScene {
+    SnapshotTest() {
+        panel.channel[1].enable.set_checked(false);
+        set_flat(ch1, 100);
+        settings.snapshotpath = "/pictures";
+        clock.set_local_time(
+            {.year = 2026, .month = 11, .day = 16, .hour = 1, .minute = 9, .second = 37});
+        ColourUpdate(panel, colours, picture).recolour_panel();
+    }
+
+    VirtualClock clock;
+    FakeMessageBoxes boxes;
+    FakeFiles files;
+    FakeFileChoosers choosers;
+    FakePictureCoder coder;
+    Snapshot snapshot{
+        panel,
+        picture,
+        settings,
+        {.clock = clock, .boxes = boxes, .files = files, .choosers = choosers, .coder = coder}};
+};
+
+struct NameRow {
+    LocalTime time;
+    const char* name;
+};
+
+TEST(SnapshotName, IsMadeOfTwoDigitsEach) {
+    const NameRow rows[] = {{{2026, 11, 16, 1, 9, 37}, "261116_010937.bmp"},
+                            {{2000, 1, 2, 3, 4, 5}, "000102_030405.bmp"},
+                            {{2099, 12, 31, 23, 59, 59}, "991231_235959.bmp"},
+                            {{2105, 2, 3, 0, 0, 0}, "050203_000000.bmp"}};
+    for (const NameRow& row : rows) {
+        EXPECT_EQ(snapshot_name(row.time), row.name);
+    }
+}
+
+TEST_F(SnapshotTest, GoesIntoTheFolderAndSaysSo) {
+    snapshot.Command1_Click();
+    EXPECT_EQ(files.written, (Texts{"/pictures/261116_010937.bmp"}));
+    ASSERT_EQ(boxes.shown.size(), 1U);
+    EXPECT_EQ(boxes.shown[0].text, "Snapshot saved to: \n/pictures/261116_010937.bmp");
+    EXPECT_EQ(boxes.shown[0].icon, MessageIcon::information);
+    EXPECT_EQ(boxes.shown[0].buttons, MessageButtons::ok);
+    EXPECT_TRUE(choosers.saved.empty());
+}
+
+TEST_F(SnapshotTest, CompletesAFolderWithoutSeparatorOnce) {
+    snapshot.Command1_Click();
+    EXPECT_EQ(settings.snapshotpath, "/pictures/");
+    snapshot.Command1_Click();
+    EXPECT_EQ(settings.snapshotpath, "/pictures/");
+    EXPECT_EQ(files.written.back(), "/pictures/261116_010937.bmp");
+}
+
+TEST_F(SnapshotTest, LeavesAFolderThatEndsInEitherSeparator) {
+    for (const char* folder : {"C:\\pictures\\", "/pictures/"}) {
+        settings.snapshotpath = folder;
+        snapshot.Command1_Click();
+        EXPECT_EQ(settings.snapshotpath, folder);
+        EXPECT_EQ(boxes.shown.back().text,
+                  std::string("Snapshot saved to: \n") + folder + "261116_010937.bmp");
+    }
+}
+
+TEST_F(SnapshotTest, AFolderMayBeNamedInAnyLetters) {
+    settings.snapshotpath = "/Bilder/M\xC3\xA4rz";
+    snapshot.Command1_Click();
+    EXPECT_EQ(files.written.back(), "/Bilder/M\xC3\xA4rz/261116_010937.bmp");
+}
+
+// The plot box: 705 by 540 pixels, the plot area from column 32 and row 20 on, and the background
+// around it.
+TEST_F(SnapshotTest, SavesTheWholePlotBox) {
+    snapshot.Command1_Click();
+    const std::string& file = files.files.at("/pictures/261116_010937.bmp");
+    ASSERT_EQ(file.size(), 54U + 540U * 2116U);
+    Golden golden(black);
+    golden.graticule(pixel_of(rgb(92, 92, 92)));
+    golden.across(1, 638, 100, yellow); // a line leaves its last pixel out
+    for (int y = 0; y < 540; ++y) {
+        for (int x = 0; x < 705; ++x) {
+            const bool in_plot = x >= 32 && x < 32 + 641 && y >= 20 && y < 20 + 513;
+            ASSERT_EQ(pixel_in(file, x, y), in_plot ? golden.at(x - 32, y - 20) : black)
+                << x << ", " << y;
+        }
+    }
+}
+
+TEST_F(SnapshotTest, TheMarginHasTheBackgroundColour) {
+    colours.background = rgb(1, 2, 3);
+    ColourUpdate(panel, colours, picture).colorupdate();
+    snapshot.Command1_Click();
+    const std::string& file = files.files.at("/pictures/261116_010937.bmp");
+    EXPECT_EQ(pixel_in(file, 0, 0), pixel_of(rgb(1, 2, 3)));
+    EXPECT_EQ(pixel_in(file, 704, 539), pixel_of(rgb(1, 2, 3)));
+    EXPECT_EQ(pixel_in(file, 40, 30), pixel_of(rgb(1, 2, 3)));
+}
+
+TEST_F(SnapshotTest, DrawsThePlotFirst) {
+    set_flat(ch1, 200);
+    snapshot.Command1_Click();
+    const std::string& file = files.files.at("/pictures/261116_010937.bmp");
+    EXPECT_EQ(pixel_in(file, 32 + 20, 20 + 200), yellow);
+}
+
+TEST_F(SnapshotTest, InvertedBlackBecomesWhiteAndYellowBlue) {
+    settings.snapshotinvert = 1;
+    snapshot.Command1_Click();
+    const std::string& file = files.files.at("/pictures/261116_010937.bmp");
+    EXPECT_EQ(pixel_in(file, 32 + 20, 20 + 100), pixel_of(rgb(0, 0, 255)));
+    EXPECT_EQ(pixel_in(file, 32 + 20, 20 + 105), white);
+    EXPECT_EQ(pixel_in(file, 32, 20), pixel_of(rgb(163, 163, 163))) << "grid";
+    EXPECT_EQ(pixel_in(file, 0, 0), white);
+    EXPECT_EQ(at(20, 100), yellow) << "the picture itself stays";
+}
+
+TEST_F(SnapshotTest, OnlyOneInverts) {
+    settings.snapshotinvert = 2;
+    snapshot.Command1_Click();
+    EXPECT_EQ(pixel_in(files.files.at("/pictures/261116_010937.bmp"), 0, 0), black);
+}
+
+TEST_F(SnapshotTest, AsksForTheNameWhenTold) {
+    settings.snapshotdialog = 1;
+    choosers.answers = {"/elsewhere/mine.bmp"};
+    snapshot.Command1_Click();
+    ASSERT_EQ(choosers.saved.size(), 1U);
+    EXPECT_EQ(choosers.saved[0].title, "Save Snapshot");
+    EXPECT_EQ(choosers.saved[0].filter, "Bitmap (*.BMP)|*.bmp|All Files (*.*)|*.*");
+    EXPECT_EQ(choosers.saved[0].default_name, "261116_010937.bmp");
+    EXPECT_EQ(files.written, (Texts{"/elsewhere/mine.bmp"}));
+    EXPECT_EQ(files.files.at("/elsewhere/mine.bmp").substr(0, 2), "BM");
+    EXPECT_TRUE(boxes.shown.empty());
+    EXPECT_EQ(settings.snapshotpath, "/pictures");
+}
+
+TEST_F(SnapshotTest, OnlyOneAsks) {
+    settings.snapshotdialog = 2;
+    snapshot.Command1_Click();
+    EXPECT_TRUE(choosers.saved.empty());
+    EXPECT_EQ(files.written.size(), 1U);
+}
+
+TEST_F(SnapshotTest, CancelledSavesNothingAndSaysNothing) {
+    settings.snapshotdialog = 1;
+    choosers.answers = {std::nullopt};
+    snapshot.Command1_Click();
+    EXPECT_EQ(choosers.saved.size(), 1U);
+    EXPECT_TRUE(files.written.empty());
+    EXPECT_TRUE(boxes.shown.empty());
+}
+
+TEST_F(SnapshotTest, ANameEndingInPngGetsThat) {
+    settings.snapshotdialog = 1;
+    settings.snapshotinvert = 1;
+    for (const char* name : {"/a/one.png", "/a/two.PNG", "/a/three.Png"}) {
+        choosers.answers = {name};
+        snapshot.Command1_Click();
+        EXPECT_EQ(files.files.at(name), "a PNG file") << name;
+    }
+    ASSERT_EQ(coder.pictures.size(), 3U);
+    EXPECT_EQ(coder.pictures[0].width(), 705);
+    EXPECT_EQ(coder.pictures[0].height(), 540);
+    EXPECT_EQ(coder.pictures[0].at(0, 0), white);
+}
+
+TEST_F(SnapshotTest, AnyOtherNameGetsABitmap) {
+    settings.snapshotdialog = 1;
+    for (const char* name : {"/a/png", "/a/x.png.bak", "/a/.png/x", "/a/x.jpg", "/a/plain"}) {
+        choosers.answers = {name};
+        snapshot.Command1_Click();
+        EXPECT_EQ(files.files.at(name).substr(0, 2), "BM") << name;
+    }
+    EXPECT_TRUE(coder.pictures.empty());
+}
+
+TEST_F(SnapshotTest, AFailureIsToldWithItsReason) {
+    files.refusal = "No space left on device";
+    for (const std::int32_t dialog : {0, 1}) {
+        settings.snapshotdialog = dialog;
+        choosers.answers = {"/elsewhere/mine.bmp"};
+        snapshot.Command1_Click();
+        EXPECT_EQ(boxes.shown.back().text, "Snapshot wasn't saved!\nError:No space left on device");
+        EXPECT_EQ(boxes.shown.back().icon, MessageIcon::critical);
+    }
+    EXPECT_EQ(boxes.shown.size(), 2U);
+    EXPECT_TRUE(files.written.empty());
+}
+
+TEST_F(SnapshotTest, APictureThatCannotBeEncodedReplacesNothing) {
+    settings.snapshotdialog = 1;
+    coder.bytes.clear();
+    choosers.answers = {"/a/one.png"};
+    snapshot.Command1_Click();
+    EXPECT_TRUE(files.written.empty());
+    EXPECT_EQ(boxes.texts(),
+              (Texts{"Snapshot wasn't saved!\nError:The picture could not be encoded"}));
+}
+
+} // namespace
+} // namespace kv408::test
