@@ -13,7 +13,7 @@
 #include <QPaintEvent>
 #include <QTimer>
 
-#include "display/picture.h"
+#include "display/settings_dialog.h"
 #include "host/system_clock.h"
 #include "simulator/simulation.h"
 #include "state/plot_geometry.h"
@@ -128,8 +128,9 @@ int main(int argc, char** argv) {
     run_for(settling);
     FrontPanel& panel = program.scope().panel();
     program.scope().act([&] {
-        program.scope().picture().set_persistence_depth(9);
-        program.scope().picture().calcPersistColors();
+        panel.mnusettings.click();
+        program.scope().settings_dialog().controls().persist.set_value(9);
+        program.scope().settings_dialog().controls().cmdok.click();
         panel.persist.set_checked(true);
         panel.channel[0].slenps.set_checked(true);
         panel.channel[1].slenps.set_checked(true);
