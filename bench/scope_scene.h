@@ -58,6 +58,7 @@ private:
     CursorState cursors_;
     TriggerState trigger_;
     DisplaySettings settings_;
+    AnnotationMarks marks_;
     Picture picture_;
     std::deque<SweepPoints> sweeps_;
     int newest_point_ = 0;

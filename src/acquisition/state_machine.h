@@ -6,6 +6,7 @@
 #include "host/clock.h"
 #include "host/window_messages.h"
 #include "panel/front_panel.h"
+#include "panel/measuring.h"
 #include "panel/screen.h"
 #include "panel/vertical.h"
 #include "state/acquisition_state.h"
@@ -29,9 +30,9 @@ public:
 
     StateMachine(FrontPanel& panel, AcquisitionState& acquisition, Channels& channels,
                  const Procedures& procedures, Clock& clock, WindowMessages& messages,
-                 Screen& screen)
+                 Screen& screen, Measuring& measuring)
         : panel_(panel), acquisition_(acquisition), channels_(channels), procedures_(procedures),
-          clock_(clock), messages_(messages), screen_(screen) {}
+          clock_(clock), messages_(messages), screen_(screen), measuring_(measuring) {}
 
     /// One tick. With `exchange_under_way` (the tick fell into an open message box or into a point
     /// pass) it acts on no state and redraws nothing; only the hold-off countdown and the date go
@@ -62,6 +63,7 @@ private:
     Clock& clock_;
     WindowMessages& messages_;
     Screen& screen_;
+    Measuring& measuring_;
     bool screen_stale_ = false; ///< the trigger line has had its time and is still to be taken off
 };
 

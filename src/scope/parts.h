@@ -13,6 +13,7 @@
 #include "display/snapshot.h"
 #include "host/ending.h"
 #include "link/device_link.h"
+#include "measure/measurements.h"
 #include "panel/adjust.h"
 #include "panel/display_controls.h"
 #include "panel/front_panel.h"
@@ -60,6 +61,7 @@ struct Parts {
     ColourUpdate colour_update;
     SettingsDialog settings_dialog;
     Snapshot snapshot;
+    Measurements measuring;
     Vertical vertical;
     Trigger trigger;
     Adjust adjust;
@@ -79,6 +81,7 @@ struct Parts {
 private:
     void connect_channel(int channel);
     void connect_display();
+    void connect_measurements();
     void connect_trigger();
     void connect_adjust();
     void connect_acquisition();

@@ -8,13 +8,6 @@ void disable_what_is_to_come(FrontPanel& panel) {
     panel.saveconfig.set_enabled(false);
     panel.mnucalibration.set_enabled(false);
     panel.cmdcaloofset.set_enabled(false);
-
-    // Measurements.
-    panel.check1.set_enabled(false);
-    for (MeasurementControls& slot : panel.measurement) {
-        slot.selector.set_enabled(false);
-        slot.annotate.set_enabled(false);
-    }
 }
 
 } // namespace kv408::ui

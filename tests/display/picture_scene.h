@@ -54,8 +54,9 @@ struct PictureScene {
     CursorState cursors;
     TriggerState trigger;
     DisplaySettings settings;
-    Picture picture{
-        {panel, samples, channels, acquisition, program, colours, cursors, trigger, settings}};
+    AnnotationMarks marks;
+    Picture picture{{panel, samples, channels, acquisition, program, colours, cursors, trigger,
+                     settings, marks}};
 };
 
 } // namespace kv408::test
