@@ -36,7 +36,8 @@ AnnotationGeometry annomarkrect(const ChannelState& channel, const SampleBuffer&
     const double second = samples.raw[index + 1];
     const double code = first + (second - first) * (position - whole);
     constexpr double half = mark_size / 2.0;
-    const std::int32_t left = round_to_int32(position - half + static_cast<double>(trace_shift(channel)));
+    const std::int32_t left =
+        round_to_int32(position - half + static_cast<double>(trace_shift(channel)));
     const std::int32_t top = round_to_int32(trace_row(channel, code) - half);
     return {{{left, top}, {left + mark_size, top + mark_size}}};
 }

@@ -85,9 +85,9 @@ private:
 
 /// Two neighbouring columns: `column` with the value `now`, and the one before it.
 struct Step {
-    int column;
-    double before;
-    double now;
+    int column = 0;
+    double before = 0.0;
+    double now = 0.0;
 
     /// Where the straight line between the two columns meets `level`, in columns.
     [[nodiscard]] double meets(double level) const {
@@ -121,7 +121,7 @@ public:
 
 private:
     [[nodiscard]] static bool passes(const Step& step, double level) {
-        constexpr Beyond beyond;
+        constexpr Beyond beyond{};
         return beyond(step.now, level) && !beyond(step.before, level);
     }
 
