@@ -162,6 +162,11 @@ public:
         }
         rise_.look(step, rises_);
         fall_.look(step, falls_);
+        if (everything_found()) {
+            quiet_above_ = -std::numeric_limits<double>::infinity();
+            quiet_below_ = std::numeric_limits<double>::infinity();
+            return;
+        }
         // The column after a crossing may reach the level that arms the next one without passing
         // it.
         const bool crossed = crossings_.count() != crossings_before;
@@ -185,6 +190,12 @@ private:
     /// After a crossing the signal must reach the level beyond it, 10 % or 90 %, before the next
     /// crossing counts.
     enum class State { empty, cross_pos, amp_pos, cross_neg, amp_neg };
+
+    /// True when there is no room for anything more.
+    [[nodiscard]] bool everything_found() const {
+        return crossings_.count() >= most_crossings && rises_.count() >= most_edge_ends &&
+               falls_.count() >= most_edge_ends;
+    }
 
     /// Takes the thresholds around `value` as the range in which nothing can happen next; none when
     /// it is a threshold itself.
