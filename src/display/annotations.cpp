@@ -20,7 +20,7 @@ Point point_of(const AnnotationPoint& point) {
 
 Annotations annotations(const FrontPanel& panel, const AnnotationMarks& marks,
                         const ColourTable& colours, bool ch2_held) {
-    const auto slot =
+    const auto* const slot =
         std::find_if(panel.measurement.begin(), panel.measurement.end(),
                      [](const MeasurementControls& at) { return at.annotate.checked(); });
     if (!panel.check1.checked() || panel.textstatus.text() == "Waiting For TRIGGER" ||

@@ -85,9 +85,9 @@ private:
 
 /// Two neighbouring columns: `column` with the value `now`, and the one before it.
 struct Step {
-    int column;
-    double before;
-    double now;
+    int column = 0;
+    double before = 0.0;
+    double now = 0.0;
 
     /// Where the straight line between the two columns meets `level`, in columns.
     [[nodiscard]] double meets(double level) const {
@@ -121,7 +121,7 @@ public:
 
 private:
     [[nodiscard]] static bool passes(const Step& step, double level) {
-        constexpr Beyond beyond;
+        constexpr Beyond beyond{};
         return beyond(step.now, level) && !beyond(step.before, level);
     }
 
@@ -162,6 +162,11 @@ public:
         }
         rise_.look(step, rises_);
         fall_.look(step, falls_);
+        if (everything_found()) {
+            quiet_above_ = -std::numeric_limits<double>::infinity();
+            quiet_below_ = std::numeric_limits<double>::infinity();
+            return;
+        }
         // The column after a crossing may reach the level that arms the next one without passing
         // it.
         const bool crossed = crossings_.count() != crossings_before;
@@ -185,6 +190,12 @@ private:
     /// After a crossing the signal must reach the level beyond it, 10 % or 90 %, before the next
     /// crossing counts.
     enum class State { empty, cross_pos, amp_pos, cross_neg, amp_neg };
+
+    /// True when there is no room for anything more.
+    [[nodiscard]] bool everything_found() const {
+        return crossings_.count() >= most_crossings && rises_.count() >= most_edge_ends &&
+               falls_.count() >= most_edge_ends;
+    }
 
     /// Takes the thresholds around `value` as the range in which nothing can happen next; none when
     /// it is a threshold itself.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cassert>
 #include <cstddef>
 #include <span>
 
@@ -16,8 +17,9 @@ inline constexpr int measured_columns = 640;
 template <std::size_t capacity>
 class Positions {
 public:
-    /// Notes `position`; the caller sees to it that there is room.
+    /// Notes `position`; there must be room for it.
     void add(double position) {
+        assert(count_ < capacity);
         position_[count_] = position;
         ++count_;
     }

@@ -1,10 +1,12 @@
-// The pass over a sweep takes no memory from the heap. Counts what this whole test program takes.
+// Measuring a sweep takes no memory from the heap. Counts what this whole test program takes.
 
+#include <cmath>
 #include <cstdlib>
 #include <new>
 
 #include <gtest/gtest.h>
 
+#include "measure/engine.h"
 #include "measure/pulse_times.h"
 #include "measure/sweep_pass.h"
 #include "support/measurement_records.h"
@@ -24,6 +26,10 @@ void* operator new(std::size_t size) {
     }
     throw std::bad_alloc();
 }
+void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+    ++taken;
+    return std::malloc(size);
+}
 void operator delete(void* memory) noexcept {
     std::free(memory);
 }
@@ -35,7 +41,22 @@ void operator delete(void* memory, std::size_t /*size*/) noexcept {
 namespace kv408 {
 namespace {
 
-TEST(Allocation, AnEngineRunTakesNone) {
+TEST(Allocation, AnEngineRunOverOrdinarySignalsTakesNoneForItsTextsEither) {
+    Samples samples;
+    MeasurementState state;
+    for (int sweep = 0; sweep < 5; ++sweep) {
+        for (std::size_t column = 0; column < samples[0].mv.size(); ++column) {
+            const double turn = static_cast<double>(column) / 50.0 + sweep;
+            samples[0].mv[column] = 200.0 * std::sin(turn) - 30.0;
+            samples[1].mv[column] = std::sin(3.0 * turn) > 0.0 ? 1023.5 : -1024.0;
+        }
+        const std::size_t before = taken;
+        measure_sweeps(samples, 3.2e9, state);
+        EXPECT_EQ(taken, before);
+    }
+}
+
+TEST(Allocation, ThePassTakesNoneWhateverTheSweep) {
     MeasurementRecords records(7);
     Samples samples;
     MeasurementState state;

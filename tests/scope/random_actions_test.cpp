@@ -31,6 +31,10 @@ protected:
 
     ChannelControls& any_channel() { return channel(random(ch1, ch2)); }
 
+    MeasurementControls& any_slot() {
+        return panel.measurement[static_cast<std::size_t>(random(0, 2))];
+    }
+
     void any_entry(ListBox& list) {
         list.set_index(random(0, static_cast<int>(list.entries().size()) - 1));
     }
@@ -132,6 +136,9 @@ protected:
             [this] { act([this] { panel.persist.set_checked(chance(50)); }); },
             [this] { act([this] { panel.eyeon.set_checked(chance(50)); }); },
             [this] { act([this] { panel.gridenable.set_checked(chance(50)); }); },
+            [this] { act([this] { panel.check1.press(chance(80)); }); },
+            [this] { act([this] { any_entry(any_slot().selector); }); },
+            [this] { act([this] { any_slot().annotate.press(chance(70)); }); },
             [this] { drag_wheel(); },
             [this] { drag_wheel(); },
             [this] { drag_marker(); },
@@ -206,6 +213,17 @@ protected:
         }
     }
 
+    void expect_one_annotation_at_most() {
+        int annotated = 0;
+        for (const MeasurementControls& slot : panel.measurement) {
+            annotated += slot.annotate.checked() ? 1 : 0;
+        }
+        EXPECT_LE(annotated, 1);
+        if (!panel.check1.checked()) {
+            EXPECT_FALSE(panel.picmeasure.visible());
+        }
+    }
+
     FrontPanel& panel = scope.panel();
     std::mt19937 random_{GetParam()};
     std::string done_; ///< numbers of the actions of this burst
@@ -223,6 +241,7 @@ TEST_P(RandomActions, LeaveTheInstrumentAsThePanelShows) {
         expect_channels_uploaded();
         expect_time_base_uploaded();
         expect_wheel_at_its_quantity();
+        expect_one_annotation_at_most();
         EXPECT_TRUE(boxes.texts().empty()) << boxes.texts().front();
         EXPECT_FALSE(scope.ended());
         ASSERT_FALSE(HasFailure()) << "burst " << bursts << ", actions" << done_;
