@@ -82,19 +82,31 @@ struct Findings {
     }
 };
 
+/// Noise whose peaks reach one code: three standard deviations.
+constexpr double peaks_of_one_code = 1.0 / 3.0;
+
+/// Noise with a standard deviation of one code.
+constexpr double one_code_rms = 1.0;
+
 constexpr const char* introduction =
     "# How closely the measurements agree with the signal\n\n"
     "Printed by `cmake --preset release && cmake --build --preset release --target accuracy && "
     "build/release/bench/accuracy > docs/accuracy.md`.\n\n"
-    "At every time base and every V/div the simulated instrument, with noise of one code (rms), "
-    "sees a pulse\ntrain on each channel: CH1 -1.3 to 1.9 divisions, 40 % high, a period of 2.5 "
-    "divisions, edges of 0.25\ndivisions (10 % to 90 %); CH2 -1.8 to 1.4 divisions, 60 % high, a "
-    "period of 1.25 divisions, edges of 0.2\ndivisions. What is measured is read after the third "
-    "sweep. Allowed are 1 % of the screen's height of eight\ndivisions for a voltage; two columns "
-    "or 1 %, whichever is more, for a time; for the frequency what\nthat makes of it.\n\n"
-    "Vpp at 10mV/div lies beyond that in most cells. It is the distance between the highest and "
-    "the lowest\nsample, noise included: of some hundred samples on a level the outermost one "
-    "lies about three codes\noff, and six codes are 1 mV there, 1.25 % of the screen.\n";
+    "At every time base and every V/div the simulated instrument sees a pulse train on each "
+    "channel: CH1\n-1.3 to 1.9 divisions, 40 % high, a period of 2.5 divisions, edges of 0.25 "
+    "divisions (10 % to 90 %);\nCH2 -1.8 to 1.4 divisions, 60 % high, a period of 1.25 divisions, "
+    "edges of 0.2 divisions. What is\nmeasured is read after the third sweep. Allowed are 1 % of "
+    "the screen's height of eight divisions for\na voltage; two columns or 1 %, whichever is "
+    "more, for a time; for the frequency what that makes of it.\n\n"
+    "The noise of the sampler has peaks of one code (a standard deviation of a third). The last "
+    "section\ntells what noise with a standard deviation of a whole code makes of it.\n";
+
+constexpr const char* more_noise =
+    "\n# With noise of three times as much\n\n"
+    "With a standard deviation of one code Vpp at 10mV/div lies beyond what is allowed in some "
+    "cells. It is\nthe distance between the highest and the lowest sample, noise included: of some "
+    "hundred samples on a\nlevel the outermost one then lies about three codes off, and six codes "
+    "are 1 mV there, 1.25 % of the\nscreen.\n";
 
 void print_cell(const std::string& where, const std::vector<MeasuredValue>& values) {
     std::printf("| %s |", where.c_str());
@@ -143,32 +155,46 @@ void print_worst(const Findings& findings) {
     }
 }
 
-} // namespace
-
-int main() {
-    Findings findings;
-    std::vector<std::pair<std::string, std::vector<MeasuredValue>>> cells;
-    for (const TimeBaseRow& row : time_base_rows()) {
-        for (const VoltsCell& volts : volts_cells) {
-            std::string where(row.text);
-            where += " ";
-            where += volts.text;
-            cells.emplace_back(where, MeasuredCell(row, volts).values());
-            ++findings.cells;
-            for (const MeasuredValue& value : cells.back().second) {
-                findings.take(where, value);
+/// What every cell measures with `noise_codes` of noise (standard deviation).
+struct Table {
+    explicit Table(double noise_codes) {
+        for (const TimeBaseRow& row : time_base_rows()) {
+            for (const VoltsCell& volts : volts_cells) {
+                std::string where(row.text);
+                where += " ";
+                where += volts.text;
+                cells.emplace_back(where, MeasuredCell(row, volts, noise_codes).values());
+                ++findings.cells;
+                for (const MeasuredValue& value : cells.back().second) {
+                    findings.take(where, value);
+                }
             }
         }
     }
-    std::printf("%s", introduction);
-    print_worst(findings);
+
+    std::vector<std::pair<std::string, std::vector<MeasuredValue>>> cells;
+    Findings findings;
+};
+
+void print_cells(const Table& table) {
+    const auto fields = static_cast<std::ptrdiff_t>(measured_fields.size());
     for (int channel = 1; channel <= 2; ++channel) {
         print_head(channel);
-        const auto first = static_cast<std::ptrdiff_t>(measured_fields.size()) * (channel - 1);
-        for (const auto& [where, values] : cells) {
-            const auto begin = values.begin() + first;
-            print_cell(where, {begin, begin + static_cast<std::ptrdiff_t>(measured_fields.size())});
+        for (const auto& [where, values] : table.cells) {
+            const auto begin = values.begin() + fields * (channel - 1);
+            print_cell(where, {begin, begin + fields});
         }
     }
+}
+
+} // namespace
+
+int main() {
+    const Table table(peaks_of_one_code);
+    std::printf("%s", introduction);
+    print_worst(table.findings);
+    print_cells(table);
+    std::printf("%s", more_noise);
+    print_worst(Table(one_code_rms).findings);
     return 0;
 }
