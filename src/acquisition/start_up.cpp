@@ -7,6 +7,7 @@ void StartUp::Form_Load() {
         return;
     }
     initialise_panel();
+    handlers_.settings.restore();
     apply_settings();
 }
 
@@ -63,6 +64,7 @@ void StartUp::initialise_panel() {
         slot.selector.set_entries({"---", "VMax", "VMin", "Vpp", "VAmpl+", "VAmpl-", "VAmplPP",
                                    "VRMS", "VMean", "Frequency", "Period", "tRise", "tFall",
                                    "tPuls+", "tPuls-"});
+        slot.selector.set_index(0);
     }
     constexpr int tenth_of_a_volt = 2;
     constexpr int twenty_nanoseconds = 11;
@@ -98,6 +100,7 @@ void StartUp::apply_settings() {
 
 void StartUp::Form_Unload() {
     link_.close();
+    handlers_.settings.save_at_end(true);
     end_program(program_);
 }
 

@@ -32,6 +32,16 @@ std::int32_t delay_step(double samplerate) {
     return division < 100000 ? 64 : 256;
 }
 
+/// The delay that `text` begins with, picoseconds, held within what the boxes take.
+std::int32_t delay_in(std::string_view text) {
+    return std::clamp(round_to_int32(leading_number(text)), 0, longest_delay);
+}
+
+/// True for what the delay boxes let a user type: up to nine digits.
+bool can_be_typed(std::string_view text) {
+    return text.size() <= 9 && text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
 } // namespace
 
 void Adjust::setadjuststep() {
@@ -53,9 +63,13 @@ void Adjust::setadjuststep() {
 void Adjust::TabStrip2_Click() {
     const std::string key = panel_.tabstrip2.selected_key();
     activate_cursor(key);
-    setadjuststep();
-    follow(target_value(key));
+    refresh_wheel();
     screen_.draw(draw_flags::all);
+}
+
+void Adjust::refresh_wheel() {
+    setadjuststep();
+    follow(target_value(panel_.tabstrip2.selected_key()));
 }
 
 void Adjust::select_target(std::string_view key) {
@@ -111,8 +125,7 @@ void Adjust::sliderupdate() {
     } else if (key == adjust_key::ch2) {
         move_channel(ch2, value);
     } else if (key == adjust_key::trigger) {
-        quantities_.trigger.trigwheel = value;
-        trigger_.settrigfromwheel();
+        move_level(value);
     } else if (key == adjust_key::horizontal) {
         move_delays(value);
     } else if (key == adjust_key::cursor_1) {
@@ -132,6 +145,15 @@ void Adjust::move_channel(int channel, std::int32_t value) {
     state.offsetdac = offset_code(state);
     vertical_.place_marker(channel);
     screen_.refresh(channel, 0);
+}
+
+void Adjust::move_level(std::int32_t value) {
+    if (value == quantities_.trigger.trigwheel) {
+        // The wheel has not been turned: a level between two of its steps stays there.
+        return;
+    }
+    quantities_.trigger.trigwheel = value;
+    trigger_.settrigfromwheel();
 }
 
 std::int32_t Adjust::delay_points(std::int32_t delay) const {
@@ -206,20 +228,28 @@ void Adjust::mark_new_data_needed() {
 }
 
 std::int32_t Adjust::typed_delay(int channel) const {
-    const std::string& text = panel_.channel[static_cast<std::size_t>(channel)].psofset.text();
-    return std::clamp(round_to_int32(leading_number(text)), 0, longest_delay);
+    return delay_in(panel_.channel[static_cast<std::size_t>(channel)].psofset.text());
 }
 
 void Adjust::psofset_Enter(int channel) {
     if (panel_.tabstrip2.selected_key() != adjust_key::horizontal) {
         return;
     }
-    const auto index = static_cast<std::size_t>(channel);
-    const std::int32_t delay = typed_delay(channel);
-    panel_.channel[index].psofset.set_text(std::to_string(delay));
-    quantities_.channels[index].delaypts = delay_points(delay);
-    hposwheel_ = longest_delay - delay - horizontal_zero;
-    follow(hposwheel_);
+    panel_.channel[static_cast<std::size_t>(channel)].psofset.set_text(
+        std::to_string(typed_delay(channel)));
+    apply_delay(channel);
+}
+
+void Adjust::restore_delay(int channel, std::string_view text) {
+    panel_.channel[static_cast<std::size_t>(channel)].psofset.set_text(
+        can_be_typed(text) ? std::string(text) : std::to_string(delay_in(text)));
+    apply_delay(channel);
+}
+
+void Adjust::apply_delay(int channel) {
+    quantities_.channels[static_cast<std::size_t>(channel)].delaypts =
+        delay_points(typed_delay(channel));
+    take_wheel_from_delay(channel);
     show_delay_label(channel);
     mark_new_data_needed();
     trigger_.trigposupdate();
@@ -228,10 +258,15 @@ void Adjust::psofset_Enter(int channel) {
 }
 
 void Adjust::slenps_Click(int channel) {
-    const auto index = static_cast<std::size_t>(channel);
-    if (panel_.channel[index].slenps.checked() &&
+    if (panel_.channel[static_cast<std::size_t>(channel)].slenps.checked() &&
         panel_.tabstrip2.selected_key() == adjust_key::horizontal) {
-        hposwheel_ = longest_delay - typed_delay(channel) - horizontal_zero;
+        take_wheel_from_delay(channel);
+    }
+}
+
+void Adjust::take_wheel_from_delay(int channel) {
+    hposwheel_ = longest_delay - typed_delay(channel) - horizontal_zero;
+    if (panel_.tabstrip2.selected_key() == adjust_key::horizontal) {
         follow(hposwheel_);
     }
 }

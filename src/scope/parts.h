@@ -5,6 +5,7 @@
 #include "acquisition/set_up_upload.h"
 #include "acquisition/start_up.h"
 #include "acquisition/state_machine.h"
+#include "config/settings_file.h"
 #include "display/cursors.h"
 #include "display/picture.h"
 #include "display/plot_mouse.h"
@@ -65,6 +66,7 @@ struct Parts {
     BlockSweep block;
     PointPass pass;
     StateMachine state_machine;
+    SettingsFile settings_file;
     StartUp start_up;
 
     /// Entries into the program that have not returned yet.
@@ -76,6 +78,7 @@ private:
     void connect_trigger();
     void connect_adjust();
     void connect_acquisition();
+    void connect_settings();
 };
 
 } // namespace kv408
