@@ -23,12 +23,15 @@ constexpr std::int16_t highest_level = 4096; ///< the adjust wheel's end, 1024, 
 constexpr std::int32_t wheel_end = 1024;
 constexpr std::uint32_t colour_bits = 0xFFFFFF;
 
-/// `text` as the file can hold it: on one line, and without what parts or ends its fields.
+/// `text` as a line of the file can hold it, and as it comes back: control characters, which would
+/// part or end its fields, count as the spaces around a value do.
 std::string on_one_line(std::string_view text) {
     std::string line(text);
     std::replace_if(
         line.begin(), line.end(), [](char character) { return character >= 0 && character < ' '; },
         ' ');
+    line.erase(0, std::min(line.find_first_not_of(' '), line.size()));
+    line.erase(line.find_last_not_of(' ') + 1);
     return line;
 }
 
