@@ -50,6 +50,16 @@ TEST(Button, RunsItsHandlerOnEachClick) {
     EXPECT_EQ(clicks, 2);
 }
 
+TEST(CheckBox, PuttingItRunsNoHandlerButIsShown) {
+    CheckBox box("chkMeasAnno(0)");
+    int shown = 0;
+    box.on_click([] { FAIL(); });
+    box.on_shown([&shown] { ++shown; });
+    box.put_checked(true);
+    EXPECT_TRUE(box.checked());
+    EXPECT_EQ(shown, 1);
+}
+
 TEST(CheckBox, SettingItFromCodeRunsTheHandlerAlsoWithTheSameValue) {
     CheckBox box("invert1");
     EXPECT_FALSE(box.checked());

@@ -115,6 +115,37 @@ TEST(LoadSetup, WhileStoppedStaysStopped) {
     EXPECT_EQ(program.scope.panel().tdivtext.caption(), "10us/div");
 }
 
+TEST(LoadSetup, InTheMiddleOfAPointPassEndsThePassAndIsUploaded) {
+    Program program;
+    ASSERT_TRUE(program.scope.start());
+    program.choose(program.scope.panel().seltimediv, "10us/div");
+    program.ticks(2);
+    program.files.files["/set-up.TXT"] = "ch2vdiv\t 4 \r\nseltimediv\t 12 \r\n";
+    program.choosers.answers = {"/set-up.TXT"};
+    program.messages.on_process = [&](int) {
+        if (program.messages.processed == 100) {
+            program.scope.act([&] { program.scope.panel().loadconfig.click(); });
+        }
+    };
+    program.ticks(6);
+    EXPECT_TRUE(program.boxes.shown.empty());
+    EXPECT_EQ(program.simulation.settings().range, (std::array<std::size_t, 2>{0, 1}));
+    EXPECT_EQ(program.scope.panel().tdivtext.caption(), "10ns/div");
+    EXPECT_EQ(program.status(), "Running");
+}
+
+TEST(LoadSetup, HoldsTheWindowUpForTwoSecondsAtMost) {
+    Program program;
+    ASSERT_TRUE(program.scope.start());
+    program.ticks(5);
+    program.scope.act([&] { program.choosers.answers = {"/saved", "/saved"}; });
+    program.scope.act([&] { program.scope.panel().saveconfig.click(); });
+    const auto before = program.clock.now();
+    program.scope.act([&] { program.scope.panel().loadconfig.click(); });
+    const std::chrono::duration<double> taken = program.clock.now() - before;
+    EXPECT_LT(taken.count(), 2.0);
+}
+
 TEST(LoadSetup, ABadLineIsToldAndSweepingGoesOn) {
     Program program;
     ASSERT_TRUE(program.scope.start());
