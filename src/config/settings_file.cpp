@@ -14,6 +14,9 @@ constexpr const char* file_name = "ConfigsLM4RX.TXT";
 constexpr const char* file_kinds = "Text files (*.TXT)|*.TXT|All Files (*.*)|*.*";
 constexpr char separator = '\t';
 constexpr std::string_view line_end = "\r\n";
+/// Lines with a key that are taken from one file; no file of the program comes near. Each may be a
+/// talk with the instrument, and whatever bytes a file is made of, reading it has to end.
+constexpr int most_settings = 1000;
 
 std::string_view trimmed(std::string_view text) {
     text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
@@ -98,9 +101,11 @@ void SettingsFile::loadconfigfile(const std::filesystem::path& path) {
 }
 
 void SettingsFile::take_lines(std::string_view lines, const std::filesystem::path& path) {
+    int settings = 0;
     for (int number = 1; !lines.empty(); ++number) {
         const auto fields = fields_of(take_line(lines));
-        if (!fields || !setConfigVal(fields->key, fields->value)) {
+        settings += fields && row_of_key_.contains(fields->key) ? 1 : 0;
+        if (!fields || settings > most_settings || !setConfigVal(fields->key, fields->value)) {
             tell_line(number, path_text(path) +
                                   ": the lines before it have been taken over, it and those after "
                                   "it have not.");
@@ -110,10 +115,9 @@ void SettingsFile::take_lines(std::string_view lines, const std::filesystem::pat
 }
 
 void SettingsFile::tell_line(int line, const std::string& help) {
-    host_.boxes.show(
-        {.text = "Error while reading configuration file in line " + std::to_string(line),
-         .icon = MessageIcon::exclamation,
-         .informative = help});
+    std::string text = "Error while reading configuration file in line ";
+    text += std::to_string(line);
+    host_.boxes.show({.text = text, .icon = MessageIcon::exclamation, .informative = help});
 }
 
 bool SettingsFile::setConfigVal(std::string_view key, std::string_view value) {
@@ -153,11 +157,12 @@ SettingsFile::Outcome SettingsFile::write(const std::filesystem::path& path) {
 
 void SettingsFile::saveconfigsmon(const std::filesystem::path& path) {
     const Outcome outcome = write(path);
-    if (outcome.result.status != FileStatus::done) {
-        host_.boxes.show({.text = "The settings could not be saved. " + path_text(outcome.path) +
-                                  ": " + outcome.result.reason,
-                          .icon = MessageIcon::critical});
+    if (outcome.result.status == FileStatus::done) {
+        return;
     }
+    std::string text = "The settings could not be saved. ";
+    text.append(path_text(outcome.path)).append(": ").append(outcome.result.reason);
+    host_.boxes.show({.text = text, .icon = MessageIcon::critical});
 }
 
 void SettingsFile::loadconfig_Click() {

@@ -45,8 +45,8 @@ public:
     void save_at_end(bool tell);
 
     /// Reads and applies the file at `path`. A missing file is created with the present settings.
-    /// The first line that cannot be taken is told with its number and ends the reading; the lines
-    /// before it stay applied.
+    /// The first line that cannot be taken, or the 1001st with a key, is told with its number and
+    /// ends the reading; the lines before it stay applied.
     void loadconfigfile(const std::filesystem::path& path);
 
     /// Applies one key; false for a value that the key cannot have. A key that is not in the table

@@ -123,6 +123,27 @@ TEST(Loading, LinesOfAHundredMegabytes) {
     EXPECT_EQ(told(std::string(length, 'x')), in_line(1));
 }
 
+TEST(Loading, EndsHoweverOftenKeysAreRepeated) {
+    std::string bytes = "unknown\t1\r\n";
+    for (int line = 0; line < 1000; ++line) {
+        bytes += "trigsource\t0\r\nunknown\t1\r\n";
+    }
+    EXPECT_EQ(told(bytes), Texts{});
+    EXPECT_EQ(told(bytes + "unknown\t2\r\n"), Texts{});
+    EXPECT_EQ(told(bytes + "eyeon\t1\r\n"), in_line(2002));
+}
+
+TEST(Loading, AMillionUnknownLinesArePassedOver) {
+    std::string bytes;
+    for (int line = 0; line < 1'000'000; ++line) {
+        bytes += "x\t\n";
+    }
+    SettingsRig rig;
+    rig.load(bytes + "eyeon\t1\n\n");
+    EXPECT_TRUE(rig.panel.eyeon.checked());
+    EXPECT_EQ(rig.boxes.texts(), in_line(1'000'002));
+}
+
 TEST(Loading, AFileThatCannotBeReadIsAnErrorInItsFirstLine) {
     SettingsRig rig;
     rig.files.unreadable = "Is a directory";
