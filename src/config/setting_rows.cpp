@@ -5,7 +5,9 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <optional>
+#include <utility>
 
 #include "state/engineering_format.h"
 #include "state/plot_geometry.h"
