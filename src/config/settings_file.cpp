@@ -89,7 +89,7 @@ void SettingsFile::loadconfigfile(const std::filesystem::path& path) {
     const FileResult result = host_.files.read(path, bytes);
     switch (result.status) {
     case FileStatus::done:
-        take_lines(from_code_page(bytes), path);
+        take_lines(from_code_page(std::move(bytes)), path);
         break;
     case FileStatus::not_found:
         saveconfigsmon(path);

@@ -1,6 +1,7 @@
 #include "host/text_encoding.h"
 
 #ifdef _WIN32
+#include <string_view>
 #include <windows.h>
 #endif
 
@@ -31,22 +32,22 @@ std::string converted(std::string_view text, UINT from, UINT to) {
 
 } // namespace
 
-std::string from_code_page(std::string_view bytes) {
+std::string from_code_page(std::string bytes) {
     return converted(bytes, CP_ACP, CP_UTF8);
 }
 
-std::string to_code_page(std::string_view text) {
+std::string to_code_page(std::string text) {
     return converted(text, CP_UTF8, CP_ACP);
 }
 
 #else
 
-std::string from_code_page(std::string_view bytes) {
-    return std::string(bytes);
+std::string from_code_page(std::string bytes) {
+    return bytes;
 }
 
-std::string to_code_page(std::string_view text) {
-    return std::string(text);
+std::string to_code_page(std::string text) {
+    return text;
 }
 
 #endif

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "config/settings_file.h"
@@ -39,8 +40,8 @@ struct SettingsRig : StartedPanelRig {
     }
 
     /// Reads a file with the content `bytes`.
-    void load(const std::string& bytes) {
-        files.files[loaded] = bytes;
+    void load(std::string bytes) {
+        files.files[loaded] = std::move(bytes);
         settings.loadconfigfile(loaded);
     }
 
