@@ -7,6 +7,7 @@ void StartUp::Form_Load() {
         return;
     }
     initialise_panel();
+    handlers_.settings.restore();
     apply_settings();
 }
 
@@ -105,6 +106,7 @@ void StartUp::apply_settings() {
 
 void StartUp::Form_Unload() {
     link_.close();
+    handlers_.settings.save_at_end(true);
     end_program(program_);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "config/settings_file.h"
 #include "display/colour_update.h"
 #include "display/cursors.h"
 #include "host/message_boxes.h"
@@ -17,8 +18,8 @@
 
 namespace kv408 {
 
-/// Brings the program up and down: finds and checks the instrument, initialises the panel, and
-/// closes the device at the end.
+/// Brings the program up and down: finds and checks the instrument, initialises the panel and
+/// restores its settings; at the end it closes the device and saves them.
 class StartUp {
 public:
     /// The handlers that start-up runs.
@@ -29,6 +30,7 @@ public:
         Adjust& adjust;
         Cursors& cursors;
         ColourUpdate& colour_update;
+        SettingsFile& settings;
     };
 
     StartUp(FrontPanel& panel, AcquisitionState& acquisition, ProgramState& program,
@@ -38,14 +40,17 @@ public:
           calibration_(calibration), handlers_(handlers), link_(link), boxes_(boxes),
           screen_(screen) {}
 
-    /// Loading: discovery and check until the instrument answers, then the panel. Ends the program
-    /// when the user gives up or no instrument can be had.
+    /// Loading: discovery and check until the instrument answers, then the panel with the settings
+    /// of the default file. Ends the program when the user gives up or no instrument can be had.
     void Form_Load();
 
     /// Discovery, once an activation.
     void Form_Activate();
 
-    /// Exit and closing the window: closes the device and ends the program.
+    /// Runs the panel's handlers in their order, so that settings that were read take effect.
+    void apply_settings();
+
+    /// Exit and closing the window: closes the device, saves the settings and ends the program.
     [[noreturn]] void Form_Unload();
     [[noreturn]] void MenuExit_Click() { Form_Unload(); }
 
@@ -54,7 +59,6 @@ private:
     bool connect();
     void inicijalizacija();
     void initialise_panel();
-    void apply_settings();
 
     FrontPanel& panel_;
     AcquisitionState& acquisition_;

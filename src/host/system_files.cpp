@@ -1,12 +1,15 @@
 #include "host/system_files.h"
 
 #include <cerrno>
+#include <cstdint>
 #include <cstdio>
 #include <memory>
 #include <system_error>
+#include <utility>
 
 #ifdef _WIN32
 #include <io.h>
+#include <process.h>
 #else
 #include <fcntl.h>
 #include <unistd.h>
@@ -29,10 +32,57 @@ OpenFile open_file(const std::filesystem::path& path, bool writing) {
 #endif
 }
 
-/// What the file system said last.
 FileResult failure(int error) {
     return {.status = error == ENOENT ? FileStatus::not_found : FileStatus::failed,
             .reason = std::generic_category().message(error)};
+}
+
+/// Why the file at `path` cannot be read or replaced as a file: devices would swallow the program's
+/// time or be replaced themselves, and no file of the program comes near the size limit.
+FileResult check_file(const std::filesystem::path& path) {
+    std::error_code error;
+    const auto status = std::filesystem::status(path, error);
+    if (!std::filesystem::exists(status)) {
+        return failure(error ? error.value() : ENOENT);
+    }
+    if (std::filesystem::is_directory(status)) {
+        return failure(EISDIR);
+    }
+    if (!std::filesystem::is_regular_file(status)) {
+        return failure(EINVAL);
+    }
+    constexpr std::uintmax_t largest = std::uintmax_t{1} << 30U;
+    return std::filesystem::file_size(path, error) > largest ? failure(EFBIG) : FileResult{};
+}
+
+/// Where the links that start at `path` lead to, be it there or not.
+std::filesystem::path behind_links(std::filesystem::path path) {
+    constexpr int longest_chain = 40;
+    std::error_code error;
+    for (int link = 0; link < longest_chain && std::filesystem::is_symlink(path, error); ++link) {
+        const auto next = std::filesystem::read_symlink(path, error);
+        if (error) {
+            break;
+        }
+        path = path.parent_path() / next;
+    }
+    return path;
+}
+
+/// True for a file that nobody may write to; replacing it would get round that.
+bool is_write_protected(const std::filesystem::path& path) {
+    using std::filesystem::perms;
+    std::error_code error;
+    const perms writers = perms::owner_write | perms::group_write | perms::others_write;
+    return (std::filesystem::status(path, error).permissions() & writers) == perms::none;
+}
+
+int process_id() {
+#ifdef _WIN32
+    return _getpid();
+#else
+    return ::getpid();
+#endif
 }
 
 bool flush_to_disk(std::FILE* file) {
@@ -57,11 +107,23 @@ void flush_folder([[maybe_unused]] const std::filesystem::path& folder) {
 #endif
 }
 
-FileResult write_whole(const std::filesystem::path& path, std::string_view bytes) {
+/// Gives the file at `path` the permissions of the one at `model`, if that exists.
+void copy_permissions(const std::filesystem::path& model, const std::filesystem::path& path) {
+    std::error_code error;
+    const auto status = std::filesystem::status(model, error);
+    if (std::filesystem::exists(status)) {
+        std::filesystem::permissions(path, status.permissions(), error);
+    }
+}
+
+/// Writes a new file at `path` that is to replace the one at `old`.
+FileResult write_whole(const std::filesystem::path& path, const std::filesystem::path& old,
+                       std::string_view bytes) {
     OpenFile file = open_file(path, true);
     if (!file) {
         return failure(errno);
     }
+    copy_permissions(old, path);
     if (std::fwrite(bytes.data(), 1, bytes.size(), file.get()) != bytes.size() ||
         !flush_to_disk(file.get())) {
         return failure(errno);
@@ -75,6 +137,9 @@ FileResult write_whole(const std::filesystem::path& path, std::string_view bytes
 } // namespace
 
 FileResult SystemFiles::read(const std::filesystem::path& path, std::string& bytes) {
+    if (const FileResult checked = check_file(path); checked.status != FileStatus::done) {
+        return checked;
+    }
     const OpenFile file = open_file(path, false);
     if (!file) {
         return failure(errno);
@@ -89,31 +154,36 @@ FileResult SystemFiles::read(const std::filesystem::path& path, std::string& byt
         }
     }
     if (std::ferror(file.get()) != 0) {
-        return {.status = FileStatus::failed, .reason = std::generic_category().message(errno)};
+        return failure(errno);
     }
     bytes = std::move(content);
     return {};
 }
 
 FileResult SystemFiles::replace(const std::filesystem::path& path, std::string_view bytes) {
-    std::error_code error;
     // A link stays a link: what it leads to is replaced.
-    std::filesystem::path target = std::filesystem::weakly_canonical(path, error);
-    if (error) {
-        target = path;
+    const std::filesystem::path target = behind_links(path);
+    const FileResult checked = check_file(target);
+    if (checked.status == FileStatus::failed) {
+        return checked;
     }
+    if (checked.status == FileStatus::done && is_write_protected(target)) {
+        return failure(EACCES);
+    }
+    // The process in the name: two programs that end together do not write into one file.
     std::filesystem::path beside = target;
-    beside += ".new";
-    const FileResult written = write_whole(beside, bytes);
+    beside += ".new" + std::to_string(process_id());
+    const FileResult written = write_whole(beside, target, bytes);
+    std::error_code error;
     if (written.status != FileStatus::done) {
         std::filesystem::remove(beside, error);
         return written;
     }
     std::filesystem::rename(beside, target, error);
     if (error) {
-        const std::string reason = error.message();
+        const int reason = error.value();
         std::filesystem::remove(beside, error);
-        return {.status = FileStatus::failed, .reason = reason};
+        return failure(reason);
     }
     flush_folder(target.parent_path());
     return {};

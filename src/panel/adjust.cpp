@@ -32,10 +32,20 @@ std::int32_t delay_step(double samplerate) {
     return division < 100000 ? 64 : 256;
 }
 
+/// The delay that `text` begins with, picoseconds, held within what the boxes take.
+std::int32_t delay_in(std::string_view text) {
+    return std::clamp(round_to_int32(leading_number(text)), 0, longest_delay);
+}
+
+/// True for what the delay boxes let a user type: up to nine digits.
+bool can_be_typed(std::string_view text) {
+    return text.size() <= 9 && text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
 } // namespace
 
 std::int32_t typed_delay(const TextBox& psofset) {
-    return std::clamp(round_to_int32(leading_number(psofset.text())), 0, longest_delay);
+    return delay_in(psofset.text());
 }
 
 void Adjust::setadjuststep() {
@@ -63,12 +73,17 @@ void Adjust::TabStrip2_Click() {
     }
     target_ = key;
     activate_cursor(key);
-    setadjuststep();
     if (!chosen && panel_.slider1.uncommitted()) {
+        setadjuststep();
         return;
     }
-    follow(target_value(key));
+    refresh_wheel();
     screen_.draw(draw_flags::all);
+}
+
+void Adjust::refresh_wheel() {
+    setadjuststep();
+    follow(target_value(panel_.tabstrip2.selected_key()));
 }
 
 void Adjust::select_target(std::string_view key) {
@@ -127,8 +142,7 @@ void Adjust::sliderupdate() {
     } else if (key == adjust_key::ch2) {
         move_channel(ch2, value);
     } else if (key == adjust_key::trigger) {
-        quantities_.trigger.trigwheel = value;
-        trigger_.settrigfromwheel();
+        move_level(value);
     } else if (key == adjust_key::horizontal) {
         move_delays(value);
     } else if (key == adjust_key::cursor_1) {
@@ -151,6 +165,15 @@ void Adjust::move_channel(int channel, std::int32_t value) {
     state.offsetdac = offset_code(state);
     vertical_.place_marker(channel);
     screen_.refresh(channel, 0);
+}
+
+void Adjust::move_level(std::int32_t value) {
+    if (value == quantities_.trigger.trigwheel) {
+        // The wheel has not been turned: a level between two of its steps stays there.
+        return;
+    }
+    quantities_.trigger.trigwheel = value;
+    trigger_.settrigfromwheel();
 }
 
 std::int32_t Adjust::delay_points(std::int32_t delay) const {
@@ -250,15 +273,22 @@ void Adjust::psofset_Leave(int channel) {
 }
 
 void Adjust::take_typed_delay(int channel) {
+    TextBox& box = panel_.channel[static_cast<std::size_t>(channel)].psofset;
+    box.set_text(std::to_string(typed_delay(box)));
+    apply_delay(channel);
+}
+
+void Adjust::restore_delay(int channel, std::string_view text) {
+    panel_.channel[static_cast<std::size_t>(channel)].psofset.set_text(
+        can_be_typed(text) ? std::string(text) : std::to_string(delay_in(text)));
+    apply_delay(channel);
+}
+
+void Adjust::apply_delay(int channel) {
     const auto index = static_cast<std::size_t>(channel);
-    const std::int32_t delay = typed_delay(delay_box(channel));
-    taken_delay_[index] = delay;
-    panel_.channel[index].psofset.set_text(std::to_string(delay));
-    quantities_.channels[index].delaypts = delay_points(delay);
-    hposwheel_ = longest_delay - delay - horizontal_zero;
-    if (panel_.tabstrip2.selected_key() == adjust_key::horizontal) {
-        follow(hposwheel_);
-    }
+    taken_delay_[index] = typed_delay(delay_box(channel));
+    quantities_.channels[index].delaypts = delay_points(taken_delay_[index]);
+    take_wheel_from_delay(channel);
     show_delay_label(channel);
     trigger_.trigposupdate();
     screen_.refreshCH1(0);
@@ -269,10 +299,15 @@ void Adjust::take_typed_delay(int channel) {
 }
 
 void Adjust::slenps_Click(int channel) {
-    const auto index = static_cast<std::size_t>(channel);
-    if (panel_.channel[index].slenps.checked() &&
+    if (panel_.channel[static_cast<std::size_t>(channel)].slenps.checked() &&
         panel_.tabstrip2.selected_key() == adjust_key::horizontal) {
-        hposwheel_ = longest_delay - typed_delay(delay_box(channel)) - horizontal_zero;
+        take_wheel_from_delay(channel);
+    }
+}
+
+void Adjust::take_wheel_from_delay(int channel) {
+    hposwheel_ = longest_delay - typed_delay(delay_box(channel)) - horizontal_zero;
+    if (panel_.tabstrip2.selected_key() == adjust_key::horizontal) {
         follow(hposwheel_);
     }
 }

@@ -63,9 +63,16 @@ public:
     /// Selects the tab with `key`, if there is one.
     void select_target(std::string_view key);
 
-    /// The quantity of the selected tab follows the wheel, and the screen and the
-    /// measurements with it.
+    /// The quantity of the selected tab follows the wheel, and the screen and the measurements with
+    /// it. A quantity that the wheel stands at already stays as it is, also where it lies between
+    /// two steps of the wheel.
     void sliderupdate();
+
+    /// Turns the wheel to where the quantity of the selected tab is; for whoever has set one.
+    void refresh_wheel();
+
+    /// Puts the zero line of `channel` (0 or 1) where the wheel value `value`, 0..1024, puts it.
+    void move_channel(int channel, std::int32_t value);
 
     /// The wheel was dragged (scroll event), or its value was committed (change event).
     void Slider1_Scroll();
@@ -76,6 +83,13 @@ public:
 
     /// A channel's delay box lost the keyboard focus: what was typed counts as entered.
     void psofset_Leave(int channel);
+
+    /// Puts `text` into a channel's delay box and takes the delay from it: the number that it
+    /// begins with, 0..65535 ps. A text that cannot be typed into the box becomes that number.
+    void restore_delay(int channel, std::string_view text);
+
+    /// Moves the wheel's place for the horizontal delay to the delay in the box of `channel`.
+    void take_wheel_from_delay(int channel);
 
     /// A delay box got the keyboard focus.
     void psofset_GotFocus() { select_target(adjust_key::horizontal); }
@@ -93,7 +107,8 @@ public:
 private:
     [[nodiscard]] std::int32_t target_value(std::string_view key) const;
     void follow(std::int32_t value);
-    void move_channel(int channel, std::int32_t value);
+    void apply_delay(int channel);
+    void move_level(std::int32_t value);
     void move_delays(std::int32_t value);
     void move_cursor(std::size_t cursor, std::int32_t value);
     void activate_cursor(std::string_view key);

@@ -127,6 +127,12 @@ public:
         }
     }
 
+    /// Checks or unchecks it without a click: no handler runs.
+    void put_checked(bool checked) {
+        checked_ = checked;
+        shown();
+    }
+
     /// Sets what a click does, after the box has its new value.
     void on_click(Handler handler) { handler_ = std::move(handler); }
 

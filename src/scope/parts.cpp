@@ -52,13 +52,25 @@ Parts::Parts(const Machine& machine)
       state_machine(panel, acquisition, channels,
                     {.vertical = vertical, .upload = upload, .block = block, .pass = pass}, clock,
                     messages, picture, measuring),
+      settings_file(
+          {.panel = panel,
+           .channels = channels,
+           .trigger = trigger_state,
+           .cursors = cursor_state,
+           .colours = colours,
+           .display = settings,
+           .adjust = adjust,
+           .chkMeasAnno_MouseDown = [this](int index) { measuring.chkMeasAnno_MouseDown(index); }},
+          {.files = files, .choosers = choosers, .boxes = boxes, .places = places},
+          [this] { start_up.apply_settings(); }),
       start_up(panel, acquisition, program, samples, calibration,
                {.time_base = time_base,
                 .vertical = vertical,
                 .trigger = trigger,
                 .adjust = adjust,
                 .cursors = cursors,
-                .colour_update = colour_update},
+                .colour_update = colour_update,
+                .settings = settings_file},
                link, boxes, picture) {
     colour_update.recolour_panel();
     connect_channel(ch1);
@@ -68,6 +80,7 @@ Parts::Parts(const Machine& machine)
     connect_trigger();
     connect_adjust();
     connect_acquisition();
+    connect_settings();
 }
 
 void Parts::connect_channel(int channel) {
@@ -122,6 +135,11 @@ void Parts::connect_acquisition() {
     panel.cmdstartsweep.on_click([this] { state_machine.cmdstartsweep_Click(); });
     panel.cmdstop.on_click([this] { state_machine.cmdstop_Click(); });
     panel.menuexit.on_click([this] { start_up.MenuExit_Click(); });
+}
+
+void Parts::connect_settings() {
+    panel.loadconfig.on_click([this] { settings_file.loadconfig_Click(); });
+    panel.saveconfig.on_click([this] { settings_file.saveconfig_Click(); });
 }
 
 } // namespace kv408

@@ -5,6 +5,7 @@
 #include "acquisition/set_up_upload.h"
 #include "acquisition/start_up.h"
 #include "acquisition/state_machine.h"
+#include "config/settings_file.h"
 #include "display/colour_update.h"
 #include "display/cursors.h"
 #include "display/picture.h"
@@ -73,6 +74,7 @@ struct Parts {
     BlockSweep block;
     PointPass pass;
     StateMachine state_machine;
+    SettingsFile settings_file;
     StartUp start_up;
 
     /// Entries into the program that have not returned yet.
@@ -85,6 +87,7 @@ private:
     void connect_trigger();
     void connect_adjust();
     void connect_acquisition();
+    void connect_settings();
 };
 
 } // namespace kv408

@@ -53,7 +53,8 @@ public:
     /// and a timer tick that falls into a message box knows that an exchange is under way.
     void act(const std::function<void()>& action);
 
-    /// Shut-down, as Exit and closing the window do: closes the device and ends the program.
+    /// Shut-down, as Exit and closing the window do: closes the device, saves the settings and ends
+    /// the program.
     void close();
 
     /// True once the program has ended; the window then closes.

@@ -124,4 +124,10 @@ std::string printed_number(double value) {
     return printed.append(text.data(), end.ptr);
 }
 
+std::string printed_field(std::int32_t value) {
+    std::string printed = value < 0 ? "" : " ";
+    printed += std::to_string(value);
+    return printed += ' ';
+}
+
 } // namespace kv408

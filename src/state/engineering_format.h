@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 namespace kv408 {
@@ -20,5 +21,9 @@ namespace kv408 {
 /// `value` as a number is printed by default: in decimal, preceded by a space when it is not
 /// negative, as in " 200" and "-7".
 [[nodiscard]] std::string printed_number(double value);
+
+/// `value` as a whole number is printed into a file by default: all its digits, preceded by a space
+/// when it is not negative, and followed by one, as in " 200 " and "-7 ".
+[[nodiscard]] std::string printed_field(std::int32_t value);
 
 } // namespace kv408

@@ -1,5 +1,6 @@
 #include "state/rounding.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -28,6 +29,52 @@ bool is_digit(char character) {
     return character >= '0' && character <= '9';
 }
 
+/// Takes the number at the start of `text` off it; nothing where none stands there, and `text` is
+/// then what follows the blanks and the sign.
+std::optional<double> read_number(std::string_view& text) {
+    text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
+    bool negative = false;
+    if (!text.empty() && (text.front() == '+' || text.front() == '-')) {
+        negative = text.front() == '-';
+        text.remove_prefix(1);
+    }
+    // from_chars also knows "inf" and "nan", which no person means as a number here.
+    const bool numeric =
+        !text.empty() &&
+        (is_digit(text.front()) || (text.front() == '.' && text.size() > 1 && is_digit(text[1])));
+    if (!numeric) {
+        return std::nullopt;
+    }
+    double value = 0.0;
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
+    const auto length = static_cast<std::size_t>(result.ptr - text.data());
+    if (result.ec == std::errc::result_out_of_range) {
+        // Too small and too large share one error code: an exponent with a minus sign is too small.
+        const std::string_view read = text.substr(0, length);
+        value =
+            read.find("e-") != std::string_view::npos || read.find("E-") != std::string_view::npos
+                ? 0.0
+                : std::numeric_limits<double>::max();
+    }
+    text.remove_prefix(length);
+    return negative ? -value : value;
+}
+
+/// The number that the whole of `text` is, rounded, when an `Integer` holds it.
+template <typename Integer>
+std::optional<Integer> number_within(std::string_view text) {
+    const auto number = whole_number_text(text);
+    if (!number) {
+        return std::nullopt;
+    }
+    const double rounded = round_half_even(*number);
+    if (rounded < static_cast<double>(std::numeric_limits<Integer>::min()) ||
+        rounded > static_cast<double>(std::numeric_limits<Integer>::max())) {
+        return std::nullopt;
+    }
+    return static_cast<Integer>(rounded);
+}
+
 } // namespace
 
 double round_half_even(double value) {
@@ -51,35 +98,20 @@ std::int16_t round_to_int16(double value) {
 }
 
 double leading_number(std::string_view text) {
-    const auto start = text.find_first_not_of(" \t");
-    if (start == std::string_view::npos) {
-        return 0.0;
-    }
-    text.remove_prefix(start);
-    bool negative = false;
-    if (text.front() == '+' || text.front() == '-') {
-        negative = text.front() == '-';
-        text.remove_prefix(1);
-    }
-    // from_chars also knows "inf" and "nan", which no person means as a number here.
-    const bool numeric =
-        !text.empty() &&
-        (is_digit(text.front()) || (text.front() == '.' && text.size() > 1 && is_digit(text[1])));
-    if (!numeric) {
-        return 0.0;
-    }
-    double value = 0.0;
-    const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (result.ec == std::errc::result_out_of_range) {
-        // Too small and too large share one error code: an exponent with a minus sign is too small.
-        const std::string_view read(text.data(),
-                                    static_cast<std::size_t>(result.ptr - text.data()));
-        value =
-            read.find("e-") != std::string_view::npos || read.find("E-") != std::string_view::npos
-                ? 0.0
-                : std::numeric_limits<double>::max();
-    }
-    return negative ? -value : value;
+    return read_number(text).value_or(0.0);
+}
+
+std::optional<double> whole_number_text(std::string_view text) {
+    const auto number = read_number(text);
+    return text.find_first_not_of(' ') == std::string_view::npos ? number : std::nullopt;
+}
+
+std::optional<std::int16_t> int16_in(std::string_view text) {
+    return number_within<std::int16_t>(text);
+}
+
+std::optional<std::int32_t> int32_in(std::string_view text) {
+    return number_within<std::int32_t>(text);
 }
 
 } // namespace kv408

@@ -4,6 +4,7 @@
 // the user or the instrument can see goes through one of these.
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 namespace kv408 {
@@ -22,5 +23,14 @@ namespace kv408 {
 /// decimal point (always a point, whatever the locale) and an exponent; what follows is ignored.
 /// Text without a number in front gives 0; a number too large for a double gives the largest one.
 [[nodiscard]] double leading_number(std::string_view text);
+
+/// The number that the whole of `text` is, written as leading_number reads one, with blanks around
+/// it; nothing for a text that is more or less than one number.
+[[nodiscard]] std::optional<double> whole_number_text(std::string_view text);
+
+/// The number that the whole of `text` is, rounded halves to even; nothing for a text that is no
+/// number and for one outside the 16-bit or 32-bit signed range.
+[[nodiscard]] std::optional<std::int16_t> int16_in(std::string_view text);
+[[nodiscard]] std::optional<std::int32_t> int32_in(std::string_view text);
 
 } // namespace kv408

@@ -3,9 +3,7 @@
 namespace kv408::ui {
 
 void disable_what_is_to_come(FrontPanel& panel) {
-    // Set-up files, calibration.
-    panel.loadconfig.set_enabled(false);
-    panel.saveconfig.set_enabled(false);
+    // Calibration.
     panel.mnucalibration.set_enabled(false);
     panel.cmdcaloofset.set_enabled(false);
 }

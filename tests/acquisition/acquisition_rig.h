@@ -17,6 +17,7 @@
 #include "panel/time_base.h"
 #include "panel/vertical.h"
 #include "support/fake_bridge.h"
+#include "support/fake_files.h"
 #include "support/fake_host.h"
 #include "support/fake_measuring.h"
 #include "support/fake_screen.h"
@@ -129,8 +130,23 @@ struct AcquisitionRig {
         channels, {.vertical = vertical, .upload = upload, .block = block, .pass = pass},
         clock,    ending_messages,
         screen,   measuring};
+    FakeFiles files;
+    FakeFileChoosers choosers;
+    Places places = fake_places();
     ColourTable colours;
     ColourUpdate colour_update{panel, colours, screen};
+    DisplaySettings settings;
+    SettingsFile settings_file{
+        {.panel = panel,
+         .channels = channels,
+         .trigger = trigger,
+         .cursors = cursor_state,
+         .colours = colours,
+         .display = settings,
+         .adjust = adjust,
+         .chkMeasAnno_MouseDown = {}},
+        {.files = files, .choosers = choosers, .boxes = ending_boxes, .places = places},
+        [this] { start_up.apply_settings(); }};
     StartUp start_up{panel,
                      acquisition,
                      program,
@@ -141,7 +157,8 @@ struct AcquisitionRig {
                       .trigger = trigger_frame,
                       .adjust = adjust,
                       .cursors = cursors,
-                      .colour_update = colour_update},
+                      .colour_update = colour_update,
+                      .settings = settings_file},
                      link,
                      ending_boxes,
                      screen};

@@ -98,7 +98,8 @@ TEST(StartUp, FillsTheListsAndChoosesTheirFirstEntries) {
 
 TEST(StartUp, AppliesTheColoursBeforeAllOtherSettings) {
     AcquisitionRig rig;
-    rig.colours.normal_text = rgb(1, 2, 3);
+    rig.files.files[(rig.places.settings / "ConfigsLM4RX.TXT").generic_string()] =
+        "colorcursor\t197121\r\n"; // 1 + 2 * 256 + 3 * 65536
     rig.acknowledge_set_up();
     rig.start_up.Form_Load();
     // Filling the lists draws too; the colours come after it.

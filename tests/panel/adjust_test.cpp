@@ -275,5 +275,64 @@ TEST(Adjust, TheSelectedDelayTabGoesToChannelOneInPointMode) {
     EXPECT_EQ(rig.panel.slider1.Max(), 1024);
 }
 
+TEST(Adjust, ALevelBetweenTwoWheelStepsStaysUntilTheWheelIsTurned) {
+    StartedPanelRig rig;
+    rig.trigger_state.saved_trigpos[0] = 2050;
+    rig.trigger.trigsource_Click();
+    select(rig, "TRIG");
+    EXPECT_EQ(rig.panel.slider1.Value(), 512); // 2050 / 4 = 512.5, halves to even
+    rig.adjust.sliderupdate();
+    EXPECT_EQ(rig.trigger_state.trigpos, 2050);
+    rig.panel.slider1.turn(1);
+    EXPECT_EQ(rig.trigger_state.trigpos, 2052);
+    EXPECT_EQ(rig.trigger_state.saved_trigpos[0], 2052);
+    rig.panel.slider1.turn(-1);
+    EXPECT_EQ(rig.trigger_state.trigpos, 2048);
+}
+
+TEST(Adjust, TheWheelIsRefreshedToWhereItsQuantityWasSet) {
+    StartedPanelRig rig;
+    rig.adjust.move_channel(ch1, 700);
+    EXPECT_EQ(rig.channels[0].pos, 162);
+    EXPECT_EQ(rig.panel.slider1.Value(), 512);
+    rig.adjust.refresh_wheel();
+    EXPECT_EQ(rig.panel.slider1.Value(), 700);
+    EXPECT_EQ(rig.channels[0].marker_wheel, 700);
+}
+
+struct RestoredDelay {
+    const char* text;
+    const char* box;
+    std::int32_t points; ///< of 313 ps stretched by 1.0016
+};
+
+TEST(Adjust, ARestoredDelayStandsAsItCouldHaveBeenTyped) {
+    const std::vector<RestoredDelay> delays = {{"0", "0", 0},
+                                               {"120", "120", 0},
+                                               {"10000", "10000", 32},
+                                               {"007", "007", 0},
+                                               {"", "", 0},
+                                               {"999999999", "999999999", 210},
+                                               {"120ps", "120", 0},
+                                               {"10000.5 ps", "10000", 32},
+                                               {"-5", "0", 0},
+                                               {"nothing", "0", 0},
+                                               {"1234567890", "65535", 210},
+                                               {" 500", "500", 2}};
+    for (const RestoredDelay& delay : delays) {
+        for (const char* target : {"CH1", "HPOS"}) {
+            SCOPED_TRACE(delay.text);
+            StartedPanelRig rig;
+            select(rig, target);
+            rig.adjust.restore_delay(ch2, delay.text);
+            EXPECT_EQ(rig.panel.channel[1].psofset.text(), delay.box);
+            EXPECT_EQ(rig.channels[1].delaypts, delay.points);
+            EXPECT_EQ(rig.panel.tabstrip2.selected_key(), target);
+            rig.adjust.sliderupdate();
+            EXPECT_EQ(rig.panel.channel[1].psofset.text(), delay.box);
+        }
+    }
+}
+
 } // namespace
 } // namespace kv408

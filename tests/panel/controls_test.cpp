@@ -65,6 +65,16 @@ TEST(OptionButton, ChoosingRunsTheHandlerAndClearingDoesNot) {
     EXPECT_EQ(seen, (std::vector<bool>{true, true}));
 }
 
+TEST(CheckBox, PuttingItRunsNoHandlerButIsShown) {
+    CheckBox box("chkMeasAnno(0)");
+    int shown = 0;
+    box.on_click([] { FAIL(); });
+    box.on_shown([&shown] { ++shown; });
+    box.put_checked(true);
+    EXPECT_TRUE(box.checked());
+    EXPECT_EQ(shown, 1);
+}
+
 TEST(CheckBox, SettingItFromCodeRunsTheHandlerAlsoWithTheSameValue) {
     CheckBox box("invert1");
     EXPECT_FALSE(box.checked());

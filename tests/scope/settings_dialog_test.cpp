@@ -190,6 +190,7 @@ TEST(SnapshotOfTheProgram, HasTheSweepingPictureInIt) {
         program.settings().txtsnapshotpath.set_text("/pictures");
         program.settings().cmdok.click();
     });
+    program.files.written.clear();
     program.act([&] { program.scope.panel().snapshot.click(); });
     ASSERT_EQ(program.files.written, (Texts{"/pictures/261116_010937.bmp"}));
     EXPECT_EQ(program.boxes.texts(), (Texts{"Snapshot saved to: \n/pictures/261116_010937.bmp"}));

@@ -118,5 +118,12 @@ TEST(PrintedNumber, HasASpaceInThePlaceOfTheSign) {
     EXPECT_EQ(printed_number(0.5), " 0.5");
 }
 
+TEST(PrintedField, HasThePlaceOfItsSignAndASpaceBehind) {
+    EXPECT_EQ(printed_field(0), " 0 ");
+    EXPECT_EQ(printed_field(100000), " 100000 ");
+    EXPECT_EQ(printed_field(-7), "-7 ");
+    EXPECT_EQ(printed_field(-2147483647 - 1), "-2147483648 ");
+}
+
 } // namespace
 } // namespace kv408

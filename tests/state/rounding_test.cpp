@@ -53,5 +53,31 @@ TEST(LeadingNumber, BeyondADoubleItIsTheLargestOrZero) {
     EXPECT_EQ(leading_number("1e-999"), 0.0);
 }
 
+TEST(WholeNumberText, IsOneNumberAndNothingElse) {
+    EXPECT_EQ(whole_number_text("120"), 120.0);
+    EXPECT_EQ(whole_number_text("  -7.5  "), -7.5);
+    EXPECT_EQ(whole_number_text("1.5e3"), 1500.0);
+    for (const char* text :
+         {"", " ", "120ps", "1 2", "x", "1e", "--1", "inf", "nan", "1,5", "0x1"}) {
+        EXPECT_EQ(whole_number_text(text), std::nullopt) << text;
+    }
+}
+
+TEST(NumbersInText, AreRoundedAndRefusedBeyondTheirType) {
+    EXPECT_EQ(int16_in(" 2.5 "), 2);
+    EXPECT_EQ(int16_in("3.5"), 4);
+    EXPECT_EQ(int16_in("32767.4"), 32767);
+    EXPECT_EQ(int16_in("32767.5"), std::nullopt);
+    EXPECT_EQ(int16_in("-32768.5"), -32768);
+    EXPECT_EQ(int16_in("-32769"), std::nullopt);
+    EXPECT_EQ(int16_in("x"), std::nullopt);
+    EXPECT_EQ(int32_in("2147483647"), 2147483647);
+    EXPECT_EQ(int32_in("2147483648"), std::nullopt);
+    EXPECT_EQ(int32_in("-2147483648"), -2147483647 - 1);
+    EXPECT_EQ(int32_in("-2147483649"), std::nullopt);
+    EXPECT_EQ(int32_in("1e400"), std::nullopt);
+    EXPECT_EQ(int32_in("1e-400"), 0);
+}
+
 } // namespace
 } // namespace kv408

@@ -19,6 +19,9 @@ namespace kv408 {
 class FakeFiles : public Files {
 public:
     FileResult read(const std::filesystem::path& path, std::string& bytes) override {
+        if (!unreadable.empty()) {
+            return {.status = FileStatus::failed, .reason = unreadable};
+        }
         const auto found = files.find(path.generic_string());
         if (found == files.end()) {
             return {.status = FileStatus::not_found, .reason = "No such file or directory"};
@@ -47,6 +50,7 @@ public:
     std::map<std::string, std::string> files; ///< contents by path
     std::set<std::string> folders;            ///< folders that were made
     std::vector<std::string> written;         ///< paths of all replacements, oldest first
+    std::string unreadable;                   ///< not empty: why nothing can be read
     std::string refusal;                      ///< not empty: why nothing can be written
     std::string folder_refusal;               ///< not empty: why no folder can be made
 };

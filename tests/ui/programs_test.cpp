@@ -35,6 +35,7 @@ private Q_SLOTS:
     void a_signal_ends_them_cleanly_data();
     void a_signal_ends_them_cleanly();
     void the_demo_keeps_its_flash_memory_beside_the_settings();
+    void a_signal_saves_the_settings();
 };
 
 void ProgramsTest::a_signal_ends_them_cleanly_data() {
@@ -76,6 +77,27 @@ void ProgramsTest::the_demo_keeps_its_flash_memory_beside_the_settings() {
     QTRY_VERIFY(QFile::exists(settings.filePath(u"kv408/simulated-flash.bin"_s)));
     process.terminate();
     QVERIFY(process.waitForFinished());
+}
+
+void ProgramsTest::a_signal_saves_the_settings() {
+    const QTemporaryDir settings;
+    const QString file = settings.filePath(u"kv408/ConfigsLM4RX.TXT"_s);
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"APPDATA"_s, settings.path());
+    process.setProcessEnvironment(environment);
+    process.start(u"" KV408_PROGRAM_DIR "/kv408-demo"_s, QStringList());
+    QVERIFY(process.waitForStarted());
+    // Start-up makes the missing file; taken away, it comes back at the end.
+    QTRY_VERIFY(QFile::exists(file));
+    QVERIFY(QFile::remove(file));
+    process.terminate();
+    QVERIFY(process.waitForFinished());
+    QFile saved(file);
+    QVERIFY(saved.open(QIODevice::ReadOnly));
+    const QByteArray bytes = saved.readAll();
+    QVERIFY2(bytes.startsWith("intcr1vpos\t 192 \r\n"), bytes);
+    QVERIFY2(bytes.contains("\r\nsnapshotpath\t" KV408_PROGRAM_DIR), bytes);
 }
 
 } // namespace

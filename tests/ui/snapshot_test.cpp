@@ -135,6 +135,7 @@ void SnapshotTest::is_copied_to_the_clipboard() {
     QVERIFY(on.stopped);
     QGuiApplication::clipboard()->clear();
     on.widget("cmdstop")->setFocus();
+    on.files.written.clear();
     QTest::keyClick(on.widget("cmdstop"), Qt::Key_C, Qt::ControlModifier);
     QVERIFY(on.is_plot_box(QGuiApplication::clipboard()->image()));
     QVERIFY(on.files.written.empty());

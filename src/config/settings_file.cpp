@@ -1,0 +1,183 @@
+#include "config/settings_file.h"
+
+#include <algorithm>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "host/text_encoding.h"
+
+namespace kv408 {
+namespace {
+
+constexpr const char* file_name = "ConfigsLM4RX.TXT";
+constexpr const char* file_kinds = "Text files (*.TXT)|*.TXT|All Files (*.*)|*.*";
+constexpr char separator = '\t';
+constexpr std::string_view line_end = "\r\n";
+/// Lines with a key that are taken from one file; no file of the program comes near. Each may be a
+/// talk with the instrument, and whatever bytes a file is made of, reading it has to end.
+constexpr int most_settings = 1000;
+
+std::string_view trimmed(std::string_view text) {
+    text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+    return text.substr(0, text.find_last_not_of(' ') + 1);
+}
+
+/// Takes the first line off `lines`, without its end: line feed, alone or after a carriage return.
+std::string_view take_line(std::string_view& lines) {
+    const auto end = lines.find('\n');
+    std::string_view line = lines.substr(0, end);
+    lines.remove_prefix(end == std::string_view::npos ? lines.size() : end + 1);
+    if (line.ends_with('\r')) {
+        line.remove_suffix(1);
+    }
+    return line;
+}
+
+/// A line's key and value.
+struct Fields {
+    std::string_view key;
+    std::string_view value;
+};
+
+/// The first two fields of `line`, trimmed; nothing for a line without a separator.
+std::optional<Fields> fields_of(std::string_view line) {
+    const auto first = line.find(separator);
+    if (first == std::string_view::npos) {
+        return std::nullopt;
+    }
+    const std::string_view rest = line.substr(first + 1);
+    return Fields{.key = trimmed(line.substr(0, first)),
+                  .value = trimmed(rest.substr(0, rest.find(separator)))};
+}
+
+} // namespace
+
+SettingsFile::SettingsFile(KeptSettings kept, const Host& host, std::function<void()> apply)
+    : kept_(std::move(kept)), host_(host), apply_(std::move(apply)), rows_(setting_rows(kept_)) {
+    for (const SettingRow& row : rows_) {
+        row_of_key_.emplace(row.key, &row);
+    }
+}
+
+std::filesystem::path SettingsFile::default_path() const {
+    return host_.places.settings / file_name;
+}
+
+void SettingsFile::restore() {
+    kept_.colours = {};
+    kept_.display.snapshotpath = path_text(host_.places.program);
+    loadconfigfile(default_path());
+    restored_ = true;
+}
+
+void SettingsFile::save_at_end(bool tell) {
+    if (!restored_ || saved_at_end_) {
+        return;
+    }
+    // Set first: while a failure is being told the window may be closed once more.
+    saved_at_end_ = true;
+    if (tell) {
+        saveconfigsmon(default_path());
+    } else {
+        [[maybe_unused]] const Outcome outcome = write(default_path());
+    }
+}
+
+void SettingsFile::loadconfigfile(const std::filesystem::path& path) {
+    std::string bytes;
+    const FileResult result = host_.files.read(path, bytes);
+    switch (result.status) {
+    case FileStatus::done:
+        take_lines(from_code_page(std::move(bytes)), path);
+        break;
+    case FileStatus::not_found:
+        saveconfigsmon(path);
+        break;
+    case FileStatus::failed:
+        tell_line(1, path_text(path) + ": " + result.reason);
+        break;
+    }
+}
+
+void SettingsFile::take_lines(std::string_view lines, const std::filesystem::path& path) {
+    int settings = 0;
+    for (int number = 1; !lines.empty(); ++number) {
+        const auto fields = fields_of(take_line(lines));
+        settings += fields && row_of_key_.contains(fields->key) ? 1 : 0;
+        if (!fields || settings > most_settings || !setConfigVal(fields->key, fields->value)) {
+            tell_line(number, path_text(path) +
+                                  ": the lines before it have been taken over, it and those after "
+                                  "it have not.");
+            return;
+        }
+    }
+}
+
+void SettingsFile::tell_line(int line, const std::string& help) {
+    std::string text = "Error while reading configuration file in line ";
+    text += std::to_string(line);
+    host_.boxes.show({.text = text, .icon = MessageIcon::exclamation, .informative = help});
+}
+
+bool SettingsFile::setConfigVal(std::string_view key, std::string_view value) {
+    const auto row = row_of_key_.find(key);
+    if (row == row_of_key_.end()) {
+        return true;
+    }
+    const bool taken = row->second->read(value);
+    // A handler that follows the wheel must find it where the quantity is now.
+    kept_.adjust.refresh_wheel();
+    return taken;
+}
+
+std::string SettingsFile::text() const {
+    std::string lines;
+    for (const SettingRow& row : rows_) {
+        for (const std::string& value : row.write()) {
+            lines.append(row.key).append(1, separator).append(value).append(line_end);
+        }
+    }
+    return lines;
+}
+
+SettingsFile::Outcome SettingsFile::write(const std::filesystem::path& path) {
+    // The default folder is looked after whatever file is written; only that of the file itself
+    // has to be there.
+    host_.files.create_folder(host_.places.settings);
+    const std::filesystem::path folder = path.parent_path();
+    if (!folder.empty()) {
+        FileResult made = host_.files.create_folder(folder);
+        if (made.status != FileStatus::done) {
+            return {.path = folder, .result = std::move(made)};
+        }
+    }
+    return {.path = path, .result = host_.files.replace(path, to_code_page(text()))};
+}
+
+void SettingsFile::saveconfigsmon(const std::filesystem::path& path) {
+    const Outcome outcome = write(path);
+    if (outcome.result.status == FileStatus::done) {
+        return;
+    }
+    std::string text = "The settings could not be saved. ";
+    text.append(path_text(outcome.path)).append(": ").append(outcome.result.reason);
+    host_.boxes.show({.text = text, .icon = MessageIcon::critical});
+}
+
+void SettingsFile::loadconfig_Click() {
+    const auto path = host_.choosers.open_file({.title = "Open File", .filter = file_kinds});
+    if (path && !path->empty()) {
+        loadconfigfile(*path);
+        apply_();
+    }
+}
+
+void SettingsFile::saveconfig_Click() {
+    const auto path = host_.choosers.save_file({.title = "Save File", .filter = file_kinds});
+    if (path && !path->empty()) {
+        saveconfigsmon(*path);
+    }
+}
+
+} // namespace kv408

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "config/setting_rows.h"
+#include "host/file_choosers.h"
+#include "host/files.h"
+#include "host/message_boxes.h"
+#include "host/places.h"
+
+namespace kv408 {
+
+/// The settings file: text lines ended by CR LF, each a key, a tab and a value, in the system's
+/// 8-bit code page.
+class SettingsFile {
+public:
+    /// What the settings file needs of its machine.
+    struct Host {
+        Files& files;
+        FileChoosers& choosers;
+        MessageBoxes& boxes;
+        const Places& places;
+    };
+
+    /// Keeps `kept` in files of `host`; `apply` runs the panel's handlers in their order after a
+    /// set-up was loaded by hand.
+    SettingsFile(KeptSettings kept, const Host& host, std::function<void()> apply);
+
+    /// The rows of the table refer to the kept settings in here.
+    SettingsFile(const SettingsFile&) = delete;
+    SettingsFile& operator=(const SettingsFile&) = delete;
+
+    /// The file that is read at start-up and written at the end.
+    [[nodiscard]] std::filesystem::path default_path() const;
+
+    /// Start-up: gives colours and snapshot folder their defaults, then reads the default file.
+    void restore();
+
+    /// The end of the program: writes the default file, once, and only if it has been read in this
+    /// run, so that a failed start leaves it alone. A failure is told when `tell` is set.
+    void save_at_end(bool tell);
+
+    /// Reads and applies the file at `path`. A missing file is created with the present settings.
+    /// The first line that cannot be taken, or the 1001st with a key, is told with its number and
+    /// ends the reading; the lines before it stay applied.
+    void loadconfigfile(const std::filesystem::path& path);
+
+    /// Applies one key; false for a value that the key cannot have. A key that is not in the table
+    /// is passed over.
+    bool setConfigVal(std::string_view key, std::string_view value);
+
+    /// Writes the present settings to the file at `path`; a failure is told.
+    void saveconfigsmon(const std::filesystem::path& path);
+
+    /// Load Setup and Save Setup.
+    void loadconfig_Click();
+    void saveconfig_Click();
+
+private:
+    /// What could not be made or written, and why; no reason when all went well.
+    struct Outcome {
+        std::filesystem::path path;
+        FileResult result = {};
+    };
+
+    [[nodiscard]] Outcome write(const std::filesystem::path& path);
+    [[nodiscard]] std::string text() const;
+    void take_lines(std::string_view lines, const std::filesystem::path& path);
+    void tell_line(int line, const std::string& help);
+
+    KeptSettings kept_;
+    Host host_;
+    std::function<void()> apply_;
+    std::vector<SettingRow> rows_;
+    std::unordered_map<std::string_view, const SettingRow*> row_of_key_;
+    bool restored_ = false;
+    bool saved_at_end_ = false;
+};
+
+} // namespace kv408

@@ -1,0 +1,198 @@
+#pragma once
+
+#include <functional>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "scope/program.h"
+
+namespace kv408 {
+
+/// The file that start-up reads and the end writes.
+inline constexpr const char* settings_path = "/settings/kv408/ConfigsLM4RX.TXT";
+
+/// Someone who sets every setting by hand to a random value, decided by a seed.
+class RandomSetter {
+public:
+    RandomSetter(Program& program, unsigned seed) : program_(program), random_(seed) {}
+
+    /// Sets all of them.
+    void set_all() {
+        set_lists_and_boxes();
+        set_by_wheel();
+        set_delays();
+        set_annotation();
+        load_colours_and_options();
+        act([this] {
+            TabStrip& cursors = panel_.tabstrip3;
+            cursors.select(random(1, static_cast<int>(cursors.tabs().size())));
+            TabStrip& targets = panel_.tabstrip2;
+            targets.select(random(1, static_cast<int>(targets.tabs().size())));
+        });
+    }
+
+private:
+    int random(int lowest, int highest) {
+        return std::uniform_int_distribution<int>(lowest, highest)(random_);
+    }
+
+    void act(const std::function<void()>& action) { program_.scope.act(action); }
+
+    void any_entry(ListBox& list) {
+        act([&] { list.set_index(random(0, static_cast<int>(list.entries().size()) - 1)); });
+    }
+
+    void any_state(CheckBox& box) {
+        act([&] { box.set_checked(random(0, 1) == 1); });
+    }
+
+    void set_lists_and_boxes() {
+        for (ListBox* list :
+             {&panel_.combocursorselect, &panel_.trigeredge, &panel_.trigsource, &panel_.seltimediv,
+              &panel_.channel[0].vdiv, &panel_.channel[1].vdiv, &panel_.measurement[0].selector,
+              &panel_.measurement[1].selector, &panel_.measurement[2].selector}) {
+            any_entry(*list);
+        }
+        for (CheckBox* box : {&panel_.eyeon, &panel_.gridenable, &panel_.persist, &panel_.average,
+                              &panel_.check1}) {
+            any_state(*box);
+        }
+        for (ChannelControls& channel : panel_.channel) {
+            for (CheckBox* box :
+                 {&channel.inviatr, &channel.invert, &channel.enable, &channel.slenps}) {
+                any_state(*box);
+            }
+        }
+    }
+
+    /// Turns the wheel on every tab that it has with voltage cursors, with time cursors, and with
+    /// both trigger sources.
+    void set_by_wheel() {
+        for (int round = 0; round < 2; ++round) {
+            act([&] { panel_.tabstrip3.select(round + 1); });
+            act([&] { panel_.trigsource.set_index(round); });
+            act([&] { panel_.shyst.set_value(random(0, 255)); });
+            for (int tab = 1; tab <= static_cast<int>(panel_.tabstrip2.tabs().size()); ++tab) {
+                act([&] {
+                    panel_.tabstrip2.select(tab);
+                    panel_.slider1.turn_to(random(panel_.slider1.Min(), panel_.slider1.Max()));
+                });
+            }
+        }
+        any_entry(panel_.trigsource);
+    }
+
+    void set_delays() {
+        for (ChannelControls& channel : panel_.channel) {
+            if (!channel.psofset.enabled() || random(0, 2) == 0) {
+                continue;
+            }
+            act([&] {
+                channel.psofset.focus();
+                channel.psofset.set_text(std::to_string(random(0, 65535)));
+            });
+            if (random(0, 3) > 0) {
+                act([&] { channel.psofset.enter(); });
+            }
+        }
+    }
+
+    void set_annotation() {
+        const int checked = random(0, 3);
+        for (int slot = 0; slot < 3; ++slot) {
+            act([&] {
+                panel_.measurement[static_cast<std::size_t>(slot)].annotate.set_checked(slot ==
+                                                                                        checked);
+            });
+        }
+    }
+
+    /// What the settings dialog sets, by way of a set-up file.
+    void load_colours_and_options() {
+        std::string lines;
+        for (const char* key : {"colorch1", "colorch2", "colorbgnd", "colorcursor", "colordivbgnd",
+                                "colorgrid", "colorannos"}) {
+            lines.append(key).append("\t").append(std::to_string(random(0, 0xFFFFFF)));
+            lines.append("\r\n");
+        }
+        lines.append("persisttime\t").append(std::to_string(random(1, 9))).append("\r\n");
+        lines.append("snapshotpath\t/pictures/").append(std::to_string(random(0, 99)));
+        lines.append("\r\nsnapshotdialog\t").append(std::to_string(random(0, 1)));
+        lines.append("\r\nsnapshotinvert\t").append(std::to_string(random(0, 1))).append("\r\n");
+        program_.files.files["/colours.txt"] = lines;
+        program_.choosers.answers = {"/colours.txt"};
+        act([this] { panel_.loadconfig.click(); });
+    }
+
+    Program& program_;
+    FrontPanel& panel_ = program_.scope.panel();
+    std::mt19937 random_;
+};
+
+/// Everything that the panel shows of the settings, and what its parts work with.
+inline std::vector<std::string> settings_shown(const Program& program) {
+    const Parts& parts = program.scope.parts();
+    const FrontPanel& panel = parts.panel;
+    std::vector<std::string> shown;
+    const auto add = [&shown](std::int64_t number) { shown.push_back(std::to_string(number)); };
+    for (std::size_t index = 0; index < 2; ++index) {
+        const ChannelControls& channel = panel.channel[index];
+        const ChannelState& state = parts.channels[index];
+        for (const CheckBox* box :
+             {&channel.inviatr, &channel.invert, &channel.enable, &channel.slenps}) {
+            add(box->checked() ? 1 : 0);
+        }
+        shown.insert(shown.end(), {channel.vdiv.text(), channel.vdivtext.caption(),
+                                   channel.psofset.text(), channel.hor_delay.caption()});
+        for (const std::int64_t number :
+             {std::int64_t{state.gain}, std::int64_t{state.marker_wheel}, std::int64_t{state.pos},
+              std::int64_t{state.offsetdac}, std::int64_t{channel.text.top()},
+              std::int64_t{parts.cursor_state.vpos[index]},
+              std::int64_t{parts.cursor_state.hpos[index]},
+              std::int64_t{parts.trigger_state.saved_trigpos[index]},
+              std::int64_t{parts.trigger_state.hyst[index]}}) {
+            add(number);
+        }
+    }
+    for (const MeasurementControls& slot : panel.measurement) {
+        shown.push_back(slot.selector.text());
+        add(slot.annotate.checked() ? 1 : 0);
+    }
+    for (const CheckBox* box :
+         {&panel.eyeon, &panel.gridenable, &panel.persist, &panel.average, &panel.check1}) {
+        add(box->checked() ? 1 : 0);
+    }
+    for (const Colour colour :
+         {parts.colours.ch1, parts.colours.ch2, parts.colours.background, parts.colours.normal_text,
+          parts.colours.text_background, parts.colours.grid, parts.colours.annotations}) {
+        add(colour.value);
+    }
+    shown.insert(shown.end(), {panel.combocursorselect.text(), panel.trigeredge.text(),
+                               panel.trigsource.text(), panel.seltimediv.text(),
+                               panel.tabstrip3.selected_key(), panel.tabstrip2.selected_key(),
+                               panel.trlevelmv.caption(), parts.settings.snapshotpath});
+    add(parts.trigger_state.trigpos);
+    add(panel.shyst.value());
+    add(parts.settings.persisttime);
+    add(parts.settings.snapshotdialog);
+    add(parts.settings.snapshotinvert);
+    return shown;
+}
+
+/// The frames of the next set-up from a fresh start of the sweep on, up to its first sweep or
+/// point.
+inline std::vector<std::vector<int>> next_set_up(Program& program) {
+    FrontPanel& panel = program.scope.panel();
+    program.scope.act([&] { panel.cmdstop.click(); });
+    program.ticks(2);
+    const std::size_t first = program.log.frames.size();
+    program.scope.act([&] { panel.cmdstartsweep.click(); });
+    program.ticks(2);
+    auto frames = frames_of(program, first);
+    constexpr std::size_t frames_of_a_set_up = 6;
+    frames.resize(std::min(frames.size(), frames_of_a_set_up));
+    return frames;
+}
+
+} // namespace kv408
