@@ -1,5 +1,8 @@
 #pragma once
 
+#include <functional>
+#include <utility>
+
 #include "acquisition/block_sweep.h"
 #include "acquisition/point_pass.h"
 #include "acquisition/set_up_upload.h"
@@ -38,6 +41,9 @@ public:
     /// on.
     void Timer1_Timer(bool exchange_under_way);
 
+    /// Sets what one tick does in the state "calibrationint": a step of the linearity calibration.
+    void on_calibration_step(std::function<void()> step) { calibration_step_ = std::move(step); }
+
     /// Start.
     void cmdstartsweep_Click();
 
@@ -62,6 +68,7 @@ private:
     Clock& clock_;
     WindowMessages& messages_;
     Screen& screen_;
+    std::function<void()> calibration_step_;
 };
 
 } // namespace kv408

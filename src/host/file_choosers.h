@@ -13,6 +13,7 @@ struct FileQuestion {
     /// "Text files (*.TXT)|*.TXT|All Files (*.*)|*.*".
     std::string filter;
     std::string default_name = {}; ///< the name that stands there already, UTF-8
+    std::filesystem::path folder = {}; ///< the folder shown first, empty for the usual one
 };
 
 /// Asks the user for files and folders, each in a modal dialog. While one is open the window's

@@ -39,7 +39,21 @@ Parts::Parts(const Machine& machine)
                 .trigger = trigger,
                 .adjust = adjust,
                 .cursors = cursors},
-               link, boxes, picture) {
+               link, boxes, picture),
+      frmcalibration(panel,
+                     {.in_use = calibration,
+                      .acquisition = acquisition,
+                      .time_base = time_base_state,
+                      .measurements = measurements,
+                      .samples = samples,
+                      .channels = channels},
+                     link, state_machine,
+                     {.clock = clock,
+                      .boxes = boxes,
+                      .messages = messages,
+                      .files = files,
+                      .choosers = choosers,
+                      .places = places}) {
     connect_channel(ch1);
     connect_channel(ch2);
     connect_display();

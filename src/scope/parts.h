@@ -5,6 +5,7 @@
 #include "acquisition/set_up_upload.h"
 #include "acquisition/start_up.h"
 #include "acquisition/state_machine.h"
+#include "calibration/calibration.h"
 #include "display/cursors.h"
 #include "display/picture.h"
 #include "display/plot_mouse.h"
@@ -66,6 +67,7 @@ struct Parts {
     PointPass pass;
     StateMachine state_machine;
     StartUp start_up;
+    Calibration frmcalibration;
 
     /// Entries into the program that have not returned yet.
     int entries = 0;

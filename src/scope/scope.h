@@ -15,6 +15,7 @@ namespace kv408 {
 
 class Picture;
 class PlotMouse;
+struct CalibrationForm;
 struct FrontPanel;
 struct Parts;
 
@@ -64,6 +65,9 @@ public:
 
     /// Dragging on and around the plot.
     [[nodiscard]] PlotMouse& plot_mouse();
+
+    /// The controls of the calibration form.
+    [[nodiscard]] CalibrationForm& calibration_form();
 
     /// All parts, to look at; they are declared in scope/parts.h.
     [[nodiscard]] const Parts& parts() const { return *parts_; }

@@ -28,6 +28,41 @@ bool is_digit(char character) {
     return character >= '0' && character <= '9';
 }
 
+/// Cuts the number at the start of `text` off it; nothing, with `text` less its leading blanks,
+/// when there is none.
+std::optional<double> take_number(std::string_view& text) {
+    const auto start = text.find_first_not_of(" \t");
+    if (start == std::string_view::npos) {
+        return std::nullopt;
+    }
+    text.remove_prefix(start);
+    bool negative = false;
+    if (text.front() == '+' || text.front() == '-') {
+        negative = text.front() == '-';
+        text.remove_prefix(1);
+    }
+    // from_chars also knows "inf" and "nan", which no person means as a number here.
+    const bool numeric =
+        !text.empty() &&
+        (is_digit(text.front()) || (text.front() == '.' && text.size() > 1 && is_digit(text[1])));
+    if (!numeric) {
+        return std::nullopt;
+    }
+    double value = 0.0;
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
+    const auto length = static_cast<std::size_t>(result.ptr - text.data());
+    if (result.ec == std::errc::result_out_of_range) {
+        // Too small and too large share one error code: an exponent with a minus sign is too small.
+        const std::string_view read = text.substr(0, length);
+        value =
+            read.find("e-") != std::string_view::npos || read.find("E-") != std::string_view::npos
+                ? 0.0
+                : std::numeric_limits<double>::max();
+    }
+    text.remove_prefix(length);
+    return negative ? -value : value;
+}
+
 } // namespace
 
 double round_half_even(double value) {
@@ -51,35 +86,12 @@ std::int16_t round_to_int16(double value) {
 }
 
 double leading_number(std::string_view text) {
-    const auto start = text.find_first_not_of(" \t");
-    if (start == std::string_view::npos) {
-        return 0.0;
-    }
-    text.remove_prefix(start);
-    bool negative = false;
-    if (text.front() == '+' || text.front() == '-') {
-        negative = text.front() == '-';
-        text.remove_prefix(1);
-    }
-    // from_chars also knows "inf" and "nan", which no person means as a number here.
-    const bool numeric =
-        !text.empty() &&
-        (is_digit(text.front()) || (text.front() == '.' && text.size() > 1 && is_digit(text[1])));
-    if (!numeric) {
-        return 0.0;
-    }
-    double value = 0.0;
-    const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (result.ec == std::errc::result_out_of_range) {
-        // Too small and too large share one error code: an exponent with a minus sign is too small.
-        const std::string_view read(text.data(),
-                                    static_cast<std::size_t>(result.ptr - text.data()));
-        value =
-            read.find("e-") != std::string_view::npos || read.find("E-") != std::string_view::npos
-                ? 0.0
-                : std::numeric_limits<double>::max();
-    }
-    return negative ? -value : value;
+    return take_number(text).value_or(0.0);
+}
+
+std::optional<double> whole_number_text(std::string_view text) {
+    const auto number = take_number(text);
+    return text.find_first_not_of(" \t") == std::string_view::npos ? number : std::nullopt;
 }
 
 } // namespace kv408

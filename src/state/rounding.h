@@ -4,6 +4,7 @@
 // the user or the instrument can see goes through one of these.
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 namespace kv408 {
@@ -22,5 +23,9 @@ namespace kv408 {
 /// decimal point (always a point, whatever the locale) and an exponent; what follows is ignored.
 /// Text without a number in front gives 0; a number too large for a double gives the largest one.
 [[nodiscard]] double leading_number(std::string_view text);
+
+/// The number that `text` is, read as `leading_number` reads it; nothing when anything but blanks
+/// stands around it, or no number at all.
+[[nodiscard]] std::optional<double> whole_number_text(std::string_view text);
 
 } // namespace kv408

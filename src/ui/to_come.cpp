@@ -3,11 +3,9 @@
 namespace kv408::ui {
 
 void disable_what_is_to_come(FrontPanel& panel) {
-    // Set-up files, calibration, options.
+    // Set-up files, options.
     panel.loadconfig.set_enabled(false);
     panel.saveconfig.set_enabled(false);
-    panel.mnucalibration.set_enabled(false);
-    panel.cmdcaloofset.set_enabled(false);
     panel.mnusettings.set_enabled(false);
 
     panel.snapshot.set_enabled(false);
