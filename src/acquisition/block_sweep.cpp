@@ -91,6 +91,7 @@ void BlockSweep::rearm(int channel) {
     fill_sweep(link_.cmdargs(), sweep_request(panel_, next));
     link_.sendcommand(command::start_sweep, link_.cmdargs());
     lastrxcount_ = 0;
+    measuring_.makemeasurement();
 }
 
 } // namespace kv408

@@ -7,6 +7,7 @@
 #include "host/clock.h"
 #include "link/device_link.h"
 #include "panel/front_panel.h"
+#include "panel/measuring.h"
 #include "panel/screen.h"
 #include "state/acquisition_state.h"
 #include "state/channel_state.h"
@@ -20,12 +21,12 @@ class BlockSweep {
 public:
     BlockSweep(FrontPanel& panel, AcquisitionState& acquisition, const TimeBaseState& time_base,
                const Channels& channels, Samples& samples, DeviceLink& link, Clock& clock,
-               Screen& screen)
+               Screen& screen, Measuring& measuring)
         : panel_(panel), acquisition_(acquisition), time_base_(time_base), channels_(channels),
-          samples_(samples), link_(link), clock_(clock), screen_(screen) {}
+          samples_(samples), link_(link), clock_(clock), screen_(screen), measuring_(measuring) {}
 
     /// Looks once for the reply of `channel` (1 or 2): takes a whole block, notices the waiting
-    /// word, or looks again on the next call; then asks for the next block.
+    /// word, or looks again on the next call; then asks for the next block and measures.
     void sdisplaych(int channel);
 
     /// Forgets what was seen of a reply; a new sweep has been asked for.
@@ -48,6 +49,7 @@ private:
     DeviceLink& link_;
     Clock& clock_;
     Screen& screen_;
+    Measuring& measuring_;
     std::array<Byte, 5001> rxbuffer_ = {};
     std::uint32_t lastrxcount_ = 0;
     std::int16_t lastword_ = 0;

@@ -50,6 +50,7 @@ void PointPass::sdisplay1ghzt() {
         acquisition_.ready[enabled[0] ? 0 : 1] = true;
     }
     screen_.movepersistance();
+    measuring_.makemeasurement();
 }
 
 PointPass::Outcome PointPass::take_point(int index, const std::array<bool, 2>& enabled) {

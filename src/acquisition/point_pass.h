@@ -7,6 +7,7 @@
 #include "host/window_messages.h"
 #include "link/device_link.h"
 #include "panel/front_panel.h"
+#include "panel/measuring.h"
 #include "panel/screen.h"
 #include "state/acquisition_state.h"
 #include "state/channel_state.h"
@@ -20,12 +21,14 @@ class PointPass {
 public:
     PointPass(FrontPanel& panel, AcquisitionState& acquisition, const TimeBaseState& time_base,
               const Channels& channels, Samples& samples, DeviceLink& link, Clock& clock,
-              WindowMessages& messages, Screen& screen)
+              WindowMessages& messages, Screen& screen, Measuring& measuring)
         : panel_(panel), acquisition_(acquisition), time_base_(time_base), channels_(channels),
-          samples_(samples), link_(link), clock_(clock), messages_(messages), screen_(screen) {}
+          samples_(samples), link_(link), clock_(clock), messages_(messages), screen_(screen),
+          measuring_(measuring) {}
 
     /// One pass of up to 640 points over the channels enabled at its start. Lets window messages
-    /// run before each point and ends as soon as the state word is no longer "scope".
+    /// run before each point and ends as soon as the state word is no longer "scope". What there
+    /// is then is measured, unless the instrument waits for a trigger or did not answer.
     void sdisplay1ghzt();
 
 private:
@@ -45,6 +48,7 @@ private:
     Clock& clock_;
     WindowMessages& messages_;
     Screen& screen_;
+    Measuring& measuring_;
 };
 
 } // namespace kv408

@@ -64,6 +64,12 @@ void StartUp::initialise_panel() {
                                    "VRMS", "VMean", "Frequency", "Period", "tRise", "tFall",
                                    "tPuls+", "tPuls-"});
     }
+    constexpr int largest_value = 1;
+    constexpr int peak_to_peak = 3;
+    constexpr int frequency = 9;
+    panel_.measurement[0].selector.set_index(largest_value);
+    panel_.measurement[1].selector.set_index(peak_to_peak);
+    panel_.measurement[2].selector.set_index(frequency);
     constexpr int tenth_of_a_volt = 2;
     constexpr int twenty_nanoseconds = 11;
     panel_.channel[0].vdiv.set_index(tenth_of_a_volt);

@@ -135,6 +135,7 @@ void StateMachine::redraw() {
         screen_.refreshCH1(0);
         screen_.refreshCH2(0);
     }
+    measuring_.showmeasurements();
     screen_.draw(draw_flags::all);
 }
 

@@ -9,6 +9,7 @@
 #include "host/clock.h"
 #include "host/window_messages.h"
 #include "panel/front_panel.h"
+#include "panel/measuring.h"
 #include "panel/screen.h"
 #include "panel/vertical.h"
 #include "state/acquisition_state.h"
@@ -32,9 +33,9 @@ public:
 
     StateMachine(FrontPanel& panel, AcquisitionState& acquisition, Channels& channels,
                  const Procedures& procedures, Clock& clock, WindowMessages& messages,
-                 Screen& screen)
+                 Screen& screen, Measuring& measuring)
         : panel_(panel), acquisition_(acquisition), channels_(channels), procedures_(procedures),
-          clock_(clock), messages_(messages), screen_(screen) {}
+          clock_(clock), messages_(messages), screen_(screen), measuring_(measuring) {}
 
     /// One tick. With `exchange_under_way` (the tick fell into an open message box or into a point
     /// pass) it acts on no state and redraws nothing; only the hold-off countdown and the date go
@@ -68,6 +69,7 @@ private:
     Clock& clock_;
     WindowMessages& messages_;
     Screen& screen_;
+    Measuring& measuring_;
     std::function<void()> calibration_step_;
 };
 

@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "state/rounding.h"
+#include "state/trace_mapping.h"
 
 namespace kv408 {
 namespace {
@@ -14,13 +15,11 @@ constexpr Columns all_columns{0, plot::width};
 } // namespace
 
 Point map_sample(const ChannelState& channel, std::uint16_t code, int index) {
-    const double difference = static_cast<double>(channel.offsetdac) - static_cast<double>(code);
-    const double y = difference * channel.scale * channel.vtfactor + double{plot::centre_y};
-    const std::int64_t x = std::int64_t{index} - channel.delaypts + channel.shown_delaypts;
+    const std::int64_t x = index + trace_shift(channel);
     return {
         static_cast<std::int32_t>(std::clamp<std::int64_t>(
             x, std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max())),
-        std::clamp(round_to_int32(y), top_row, bottom_row)};
+        std::clamp(round_to_int32(trace_row(channel, code)), top_row, bottom_row)};
 }
 
 Columns Trace::map_point(const ChannelState& channel, std::uint16_t code, int index) {

@@ -120,9 +120,12 @@ void Adjust::sliderupdate() {
     } else if (key == adjust_key::cursor_2) {
         move_cursor(1, value);
     }
+    // The marks on the traces move with them, so they are placed before the picture is drawn.
+    measuring_.showmeasurements();
     screen_.calccursors();
     screen_.show_labels();
     screen_.draw(draw_flags::all);
+    measuring_.showmeasurements();
 }
 
 void Adjust::move_channel(int channel, std::int32_t value) {

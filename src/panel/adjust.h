@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "panel/front_panel.h"
+#include "panel/measuring.h"
 #include "panel/screen.h"
 #include "panel/trigger.h"
 #include "panel/vertical.h"
@@ -42,9 +43,9 @@ public:
     };
 
     Adjust(FrontPanel& panel, const Quantities& quantities, Vertical& vertical, Trigger& trigger,
-           Screen& screen)
+           Screen& screen, Measuring& measuring)
         : panel_(panel), quantities_(quantities), vertical_(vertical), trigger_(trigger),
-          screen_(screen) {}
+          screen_(screen), measuring_(measuring) {}
 
     /// Sets the wheel's range and step for the selected tab and the time base.
     void setadjuststep();
@@ -56,7 +57,8 @@ public:
     /// Selects the tab with `key`, if there is one.
     void select_target(std::string_view key);
 
-    /// The quantity of the selected tab follows the wheel, and the screen with it.
+    /// The quantity of the selected tab follows the wheel, and the screen and the
+    /// measurements with it.
     void sliderupdate();
 
     /// The wheel was dragged (scroll event), or its value was committed (change event).
@@ -95,6 +97,7 @@ private:
     Vertical& vertical_;
     Trigger& trigger_;
     Screen& screen_;
+    Measuring& measuring_;
     std::int32_t hposwheel_ = 32767; ///< the wheel's value for the horizontal delay
     bool following_ = false;         ///< the wheel is set to where its quantity is already
 };

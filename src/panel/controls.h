@@ -133,9 +133,22 @@ public:
     /// Sets what a click does, after the box has its new value.
     void on_click(Handler handler) { handler_ = std::move(handler); }
 
+    /// Sets what only the user's pressing does, after the click's handler: setting the box from
+    /// code does not run it.
+    void on_mouse_down(Handler handler) { mouse_down_ = std::move(handler); }
+
+    /// The user presses it, which leaves it checked or unchecked.
+    void press(bool checked) {
+        set_checked(checked);
+        if (mouse_down_) {
+            mouse_down_();
+        }
+    }
+
 private:
     bool checked_ = false;
     Handler handler_;
+    Handler mouse_down_;
 };
 
 /// A drop-down list of texts.

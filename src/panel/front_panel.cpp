@@ -6,6 +6,7 @@ namespace kv408 {
 
 FrontPanel::FrontPanel() {
     gridenable.set_checked(true);
+    check1.set_checked(true);
     trtout.set_text("1000");
     delaytrttdis.set_text("0");
     avglabel.set_caption("Filter Avg.");

@@ -14,6 +14,13 @@ Parts::Parts(const Machine& machine)
                .colours = colours,
                .cursors = cursor_state,
                .trigger = trigger_state}),
+      measuring(panel,
+                {.samples = samples,
+                 .channels = channels,
+                 .time_base = time_base_state,
+                 .state = measurements,
+                 .marks = marks},
+                picture),
       vertical(panel, channels, acquisition, link, picture, boxes),
       trigger(panel, trigger_state, channels, time_base_state, acquisition, link, clock, boxes),
       adjust(panel,
@@ -22,17 +29,19 @@ Parts::Parts(const Machine& machine)
               .cursors = cursor_state,
               .time_base = time_base_state,
               .acquisition = acquisition},
-             vertical, trigger, picture),
+             vertical, trigger, picture, measuring),
       time_base(panel, time_base_state, acquisition, trigger, adjust, link, picture, boxes),
       cursors(panel, cursor_state, adjust, picture),
       plot_mouse(panel, channels, cursor_state, adjust, picture),
       display_controls(panel, acquisition, link, picture),
       upload(panel, acquisition, time_base_state, trigger, channels, link, clock, boxes),
-      block(panel, acquisition, time_base_state, channels, samples, link, clock, picture),
-      pass(panel, acquisition, time_base_state, channels, samples, link, clock, messages, picture),
+      block(panel, acquisition, time_base_state, channels, samples, link, clock, picture,
+            measuring),
+      pass(panel, acquisition, time_base_state, channels, samples, link, clock, messages, picture,
+           measuring),
       state_machine(panel, acquisition, channels,
                     {.vertical = vertical, .upload = upload, .block = block, .pass = pass}, clock,
-                    messages, picture),
+                    messages, picture, measuring),
       start_up(panel, acquisition, program, samples, calibration,
                {.time_base = time_base,
                 .vertical = vertical,
@@ -57,6 +66,7 @@ Parts::Parts(const Machine& machine)
     connect_channel(ch1);
     connect_channel(ch2);
     connect_display();
+    connect_measurements();
     connect_trigger();
     connect_adjust();
     connect_acquisition();
@@ -80,6 +90,14 @@ void Parts::connect_display() {
     panel.average.on_click([this] { display_controls.average_Click(); });
     panel.tabstrip3.on_click([this] { cursors.TabStrip3_Click(); });
     panel.combocursorselect.on_click([this] { cursors.combocursorselect_Click(); });
+}
+
+void Parts::connect_measurements() {
+    panel.check1.on_click([this] { measuring.Check1_Click(); });
+    for (int slot = 0; slot < static_cast<int>(panel.measurement.size()); ++slot) {
+        panel.measurement[static_cast<std::size_t>(slot)].annotate.on_mouse_down(
+            [this, slot] { measuring.chkMeasAnno_MouseDown(slot); });
+    }
 }
 
 void Parts::connect_trigger() {

@@ -11,6 +11,7 @@
 #include "display/plot_mouse.h"
 #include "host/ending.h"
 #include "link/device_link.h"
+#include "measure/measurements.h"
 #include "panel/adjust.h"
 #include "panel/display_controls.h"
 #include "panel/front_panel.h"
@@ -55,6 +56,7 @@ struct Parts {
     // The subsystems.
     DeviceLink link;
     Picture picture;
+    Measurements measuring;
     Vertical vertical;
     Trigger trigger;
     Adjust adjust;
@@ -75,6 +77,7 @@ struct Parts {
 private:
     void connect_channel(int channel);
     void connect_display();
+    void connect_measurements();
     void connect_trigger();
     void connect_adjust();
     void connect_acquisition();

@@ -11,19 +11,24 @@
 namespace kv408 {
 namespace {
 
-constexpr int decimal_digits = 15;
+/// The most significant digits that every decimal number survives in a double.
+constexpr int most_digits = 15;
 
-/// A number's decimal form: 15 digits with the point after the first, and a power of ten.
+/// Digits after the point that are written beyond those that are shown.
+constexpr int spare_digits = 3;
+
+/// A number's decimal form: its digits with the point after the first, and a power of ten.
 struct Decimal {
     bool negative = false;
     std::string digits;
     int exponent = 0;
 };
 
-Decimal decimal(double value) {
+/// `value` with `significant` digits, the nearest number that has so many.
+Decimal decimal(double value, int significant) {
     std::array<char, 40> text = {};
     const auto end = std::to_chars(text.data(), text.data() + text.size(), std::fabs(value),
-                                   std::chars_format::scientific, decimal_digits - 1);
+                                   std::chars_format::scientific, significant - 1);
     assert(end.ec == std::errc());
     const std::string_view written(text.data(), static_cast<std::size_t>(end.ptr - text.data()));
     const auto mark = written.find('e');
@@ -64,8 +69,10 @@ std::string engformat(double value, int digits) {
         std::string zero = wanted == 1 ? "0" : "0.";
         return zero.append(wanted - 1, '0');
     }
-    Decimal number = decimal(value);
-    const Prefix prefix = prefix_of(number.exponent);
+    const int exponent = decimal(value, most_digits).exponent;
+    const Prefix prefix = prefix_of(exponent);
+    const int written = exponent - prefix.power + 1 + digits + spare_digits;
+    Decimal number = decimal(value, std::min(written, most_digits));
     const auto before_point = static_cast<std::size_t>(number.exponent - prefix.power + 1);
     number.digits.resize(std::max(number.digits.size(), before_point), '0');
     std::string text = number.negative ? "-" : "";

@@ -10,9 +10,11 @@ namespace kv408 {
 /// point at the end is dropped. Below 1e-12 in magnitude it is 0 without a prefix, written with
 /// `digits` digits ("0.00"). All digits before the point stay, also above 1000 G.
 ///
-/// The number is cut in its decimal form of 15 significant digits, the most that every decimal
-/// number survives in a double: 0.3, which a double holds as 0.29999999999999998..., reads 300m and
-/// not 299m, and so does a result that is one rounding off.
+/// What is cut is the number's decimal form with `digits` + 3 digits after the point, counted at
+/// the prefix; it has at most 15 significant digits, the most that every decimal number survives in
+/// a double. So 0.3, which a double holds as 0.29999999999999998..., reads 300m and not 299m, and
+/// so does a result that is some roundings off; 1.99999, given exactly, reads 1.999. The power of
+/// ten of the prefix is taken out of the decimal form, without any rounding by a multiplication.
 [[nodiscard]] std::string engformat(double value, int digits);
 
 /// `value` as a number is printed by default: in decimal, preceded by a space when it is not

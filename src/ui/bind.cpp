@@ -168,7 +168,7 @@ void bind(QAction* action, CheckBox& control, ScopeDriver& driver) {
 void bind(QCheckBox* widget, CheckBox& control, ScopeDriver& driver) {
     widget->setObjectName(object_name(control));
     QObject::connect(widget, &QCheckBox::clicked, widget,
-                     [&](bool checked) { driver.act([&] { control.set_checked(checked); }); });
+                     [&](bool checked) { driver.act([&] { control.press(checked); }); });
     keep_shown(widget, control, [&control](QCheckBox& shown) {
         const QSignalBlocker quiet(shown);
         shown.setChecked(control.checked());

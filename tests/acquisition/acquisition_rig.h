@@ -18,6 +18,7 @@
 #include "panel/vertical.h"
 #include "support/fake_bridge.h"
 #include "support/fake_host.h"
+#include "support/fake_measuring.h"
 #include "support/fake_screen.h"
 #include "support/virtual_clock.h"
 
@@ -88,6 +89,7 @@ struct AcquisitionRig {
     FakeMessageBoxes boxes;
     FakeWindowMessages messages;
     FakeScreen screen;
+    FakeMeasuring measuring;
     ProgramState program;
     AcquisitionState acquisition;
     TimeBaseState time_base_state;
@@ -111,20 +113,22 @@ struct AcquisitionRig {
                    .acquisition = acquisition},
                   vertical,
                   trigger_frame,
-                  screen};
+                  screen,
+                  measuring};
     TimeBase time_base{panel, time_base_state, acquisition, trigger_frame, adjust,
                        link,  screen,          ending_boxes};
     Cursors cursors{panel, cursor_state, adjust, screen};
     SetUpUpload upload{panel,    acquisition, time_base_state, trigger_frame,
                        channels, link,        clock,           ending_boxes};
-    BlockSweep block{panel, acquisition, time_base_state, channels, samples, link, clock, screen};
+    BlockSweep block{panel, acquisition, time_base_state, channels, samples,
+                     link,  clock,       screen,          measuring};
     PointPass pass{panel, acquisition, time_base_state, channels, samples,
-                   link,  clock,       ending_messages, screen};
+                   link,  clock,       ending_messages, screen,   measuring};
     StateMachine state_machine{
         panel,    acquisition,
         channels, {.vertical = vertical, .upload = upload, .block = block, .pass = pass},
         clock,    ending_messages,
-        screen};
+        screen,   measuring};
     StartUp start_up{panel,
                      acquisition,
                      program,

@@ -5,9 +5,10 @@
 namespace kv408 {
 namespace {
 
-TEST(FrontPanel, StartsWithBothChannelsAndTheGridOn) {
+TEST(FrontPanel, StartsWithBothChannelsTheGridAndTheMeasurementsOn) {
     const FrontPanel panel;
     EXPECT_TRUE(panel.gridenable.checked());
+    EXPECT_TRUE(panel.check1.checked());
     for (const ChannelControls& controls : panel.channel) {
         EXPECT_TRUE(controls.enable.checked());
     }
@@ -20,7 +21,6 @@ TEST(FrontPanel, StartsWithEveryOtherBoxUnchecked) {
         &panel.persist,
         &panel.average,
         &panel.adcspeed,
-        &panel.check1,
         &panel.channel[0].inviatr,
         &panel.channel[1].inviatr,
         &panel.channel[0].invert,

@@ -61,6 +61,51 @@ TEST(EngineeringFormat, ValuesGivenExactlyInDecimalComeOutAsGiven) {
     }
 }
 
+TEST(EngineeringFormat, SignPointAndLeadingZerosAreNoDigits) {
+    EXPECT_EQ(engformat(-12.3456, 4), "-12.34");
+    EXPECT_EQ(engformat(-0.00123456, 4), "-1.234m");
+    EXPECT_EQ(engformat(0.0999, 3), "99.9m");
+    EXPECT_EQ(engformat(0.001, 4), "1.000m");
+    EXPECT_EQ(engformat(-250e-12, 2), "-250p");
+}
+
+TEST(EngineeringFormat, CutsWhatIsWrittenWithThreeDigitsMore) {
+    // Seven digits after the point are written for four, six for three.
+    EXPECT_EQ(engformat(1.2349999, 4), "1.234");
+    EXPECT_EQ(engformat(1.23499994, 4), "1.234");
+    EXPECT_EQ(engformat(1.23499996, 4), "1.235");
+    EXPECT_EQ(engformat(1.239999, 3), "1.23");
+    EXPECT_EQ(engformat(1.2399996, 3), "1.24");
+    EXPECT_EQ(engformat(12.99996, 1), "13");
+    EXPECT_EQ(engformat(12.9999, 1), "12");
+}
+
+TEST(EngineeringFormat, ThePrefixStaysWhenWritingCarriesOver) {
+    EXPECT_EQ(engformat(0.9999999, 4), "999.9m");
+    EXPECT_EQ(engformat(0.99999999996, 4), "1000m");
+    EXPECT_EQ(engformat(-999999.9, 3), "-999k");
+    EXPECT_EQ(engformat(-999999.9999996, 3), "-1000k");
+}
+
+TEST(EngineeringFormat, APrefixBeginsAtItsPowerHoweverABinaryFractionHoldsIt) {
+    for (const double power : {1e-9, 1e-6, 1e-3, 1.0, 1e3, 1e6, 1e9}) {
+        const std::string at = engformat(power, 4);
+        EXPECT_EQ(at.substr(0, 5), "1.000");
+        EXPECT_EQ(engformat(std::nextafter(power, 0.0), 4), at);
+        EXPECT_EQ(engformat(-power, 4), std::string("-").append(at));
+    }
+    EXPECT_EQ(engformat(std::nextafter(1e-12, 0.0), 4), "0.000");
+    EXPECT_EQ(engformat(-0.0, 4), "0.000");
+}
+
+TEST(EngineeringFormat, TakesEveryNumberOfDigits) {
+    EXPECT_EQ(engformat(123.456789012, 9), "123.456789");
+    EXPECT_EQ(engformat(123.456789012, 5), "123.45");
+    EXPECT_EQ(engformat(123.456789012, 2), "123");
+    EXPECT_EQ(engformat(1.5e-9, 9), "1.50000000n");
+    EXPECT_EQ(engformat(0.0, 9), "0.00000000");
+}
+
 TEST(EngineeringFormat, DigitsBeforeThePointAlwaysStay) {
     EXPECT_EQ(engformat(12345e9, 3), "12345G");
     EXPECT_EQ(engformat(1e25, 4), "10000000000000000G");

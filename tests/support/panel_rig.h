@@ -13,6 +13,7 @@
 #include "panel/vertical.h"
 #include "support/fake_bridge.h"
 #include "support/fake_host.h"
+#include "support/fake_measuring.h"
 #include "support/fake_screen.h"
 #include "support/virtual_clock.h"
 
@@ -88,6 +89,7 @@ struct PanelRig {
     FakeBridge bridge{clock};
     FakeMessageBoxes boxes;
     FakeScreen screen;
+    FakeMeasuring measuring;
     ProgramState program;
     AcquisitionState acquisition;
     TimeBaseState time_base_state;
@@ -107,7 +109,8 @@ struct PanelRig {
                    .acquisition = acquisition},
                   vertical,
                   trigger,
-                  screen};
+                  screen,
+                  measuring};
     TimeBase time_base{panel, time_base_state, acquisition, trigger, adjust, link, screen, boxes};
     DisplayControls display_controls{panel, acquisition, link, screen};
 };
