@@ -6,6 +6,7 @@
 #include <QHBoxLayout>
 
 #include "display/picture.h"
+#include "ui/calibration_window.h"
 #include "ui/control_panel.h"
 #include "ui/menus.h"
 #include "ui/plot_drags.h"
@@ -33,6 +34,7 @@ MainWindow::MainWindow(Scope& scope, const Dialogs& dialogs)
     disable_what_is_to_come(scope.panel());
     lay_out();
     take_plot_drags(plot(), driver_);
+    follow(scope.calibration_form(), *this, driver_);
     driver_.on_return([this] { entry_returned(); });
     scope.picture().on_drawn([this](Columns columns) { plot().show_columns(columns); });
     timer_.setObjectName(u"Timer1"_s);
@@ -43,6 +45,7 @@ MainWindow::MainWindow(Scope& scope, const Dialogs& dialogs)
 
 MainWindow::~MainWindow() {
     scope_.picture().on_drawn({});
+    scope_.calibration_form().window.on_shown({});
 }
 
 void MainWindow::lay_out() {
@@ -95,6 +98,7 @@ void MainWindow::entry_returned() {
     timer_.stop();
     dialogs_.boxes.dismiss();
     dialogs_.choosers.dismiss();
+    scope_.calibration_form().window.close();
     if (!driver_.busy()) {
         close();
         if (closed_) {
