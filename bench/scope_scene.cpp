@@ -25,7 +25,7 @@ std::size_t slot(int index) {
 
 ScopeScene::ScopeScene(Signal signal, int depth)
     : signal_(signal), depth_(depth), picture_({panel_, samples_, channels_, acquisition_, program_,
-                                                colours_, cursors_, trigger_}) {
+                                                colours_, cursors_, trigger_, marks_}) {
     program_.loaded = true;
     acquisition_.scopestate = "scope";
     acquisition_.ready = {true, true};

@@ -57,6 +57,7 @@ private:
     ColourTable colours_;
     CursorState cursors_;
     TriggerState trigger_;
+    AnnotationMarks marks_;
     Picture picture_;
     std::deque<SweepPoints> sweeps_;
     int newest_point_ = 0;

@@ -78,6 +78,7 @@ void draw_overlays(const Canvas& canvas, const Overlays& overlays) {
             draw_line(canvas, {place, 0}, {place, bottom}, cursor_pen(lines, cursor));
         }
     }
+    draw_annotations(canvas, overlays.annotations);
     if (overlays.trigger.shown) {
         const std::int32_t row = overlays.trigger.row;
         draw_line(canvas, {0, row}, {right, row}, {overlays.trigger.colour, PenStyle::dotted});

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 
+#include "display/annotations.h"
 #include "display/canvas.h"
 #include "panel/front_panel.h"
 #include "state/acquisition_state.h"
@@ -35,6 +36,7 @@ struct TriggerLine {
 /// What is drawn over the traces.
 struct Overlays {
     CursorLines cursors;
+    Annotations annotations;
     TriggerLine trigger;
 
     friend bool operator==(const Overlays&, const Overlays&) = default;
@@ -48,7 +50,8 @@ struct Overlays {
 [[nodiscard]] std::int32_t trigger_row(std::size_t source, const TriggerState& trigger,
                                        const Channels& channels);
 
-/// Draws the cursor lines, then the trigger-level line.
+/// Draws the cursor lines, then the marks of the annotated measurement, then the trigger-level
+/// line.
 void draw_overlays(const Canvas& canvas, const Overlays& overlays);
 
 /// Writes the offset read-outs and the trigger level, and puts the trigger marker and the channel

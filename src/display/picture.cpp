@@ -155,6 +155,8 @@ Overlays Picture::overlays_of(unsigned flags) const {
     }
     Overlays overlays;
     overlays.cursors = cursor_lines(inputs_.cursors, inputs_.colours);
+    overlays.annotations = annotations(inputs_.panel, inputs_.marks, inputs_.colours,
+                                       inputs_.acquisition.ready[slot(ch2)]);
     const std::string source = inputs_.panel.trigsource.text();
     if (inputs_.acquisition.holdoff && (source == "TRIG1" || source == "TRIG2")) {
         overlays.trigger = {

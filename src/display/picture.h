@@ -16,6 +16,7 @@
 #include "state/channel_state.h"
 #include "state/colour.h"
 #include "state/cursor_state.h"
+#include "state/measurement_state.h"
 #include "state/program_state.h"
 #include "state/samples.h"
 #include "state/trigger_state.h"
@@ -32,15 +33,16 @@ struct PictureInputs {
     const ColourTable& colours;
     const CursorState& cursors;
     const TriggerState& trigger;
+    const AnnotationMarks& marks;
 };
 
 /// The picture of the plot area (641 by 513 pixels).
 ///
 /// It is composed in layers, each of which draws over the ones before: the grid, CH2's trace, CH1's
-/// trace, the cursor lines, the trigger-level line. A layer draws onto a canvas that may be limited
-/// to some columns, and what it draws from is part of the `Content` or of the traces' points; so a
-/// draw composes only the columns whose pixels can have changed since the draw before, with the
-/// same pixels as composing all of them.
+/// trace, the cursor lines, the marks of the annotated measurement, the trigger-level line. A layer
+/// draws onto a canvas that may be limited to some columns, and what it draws from is part of the
+/// `Content` or of the traces' points; so a draw composes only the columns whose pixels can have
+/// changed since the draw before, with the same pixels as composing all of them.
 class Picture : public Screen {
 public:
     /// A picture of `inputs` with an empty grid, no points and the default persistence.

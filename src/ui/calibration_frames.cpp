@@ -1,11 +1,14 @@
 #include "ui/calibration_frames.h"
 
+#include <algorithm>
+
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QPointer>
 #include <QProgressBar>
 #include <QVBoxLayout>
 
+#include "calibration/guide.h"
 #include "ui/frame_grid.h"
 #include "ui/frames.h"
 #include "ui/panel_frame.h"
@@ -83,6 +86,18 @@ void add_gain(Frame& frame, int row, const Pair& pair, const QString& v_div, std
     frame.buttons(pair, row, 1);
     frame.text(v_div, row, 3);
     frame.grid->addWidget(frame.box(index, u"Value of "_s + pair.what), row, 4);
+}
+
+/// The width of the longest status in `font`.
+int widest_status(const CalibrationForm& form, const QFont& font) {
+    const QFontMetrics metrics(font);
+    int widest = 0;
+    for (const Guide& guide : guides()) {
+        for (const std::string& text : {ready_text(guide, form), success_text(guide, form)}) {
+            widest = std::max(widest, metrics.horizontalAdvance(QString::fromStdString(text)));
+        }
+    }
+    return widest;
 }
 
 /// A line of the status: as wide as there is room, broken where it must be.
@@ -177,7 +192,7 @@ QWidget* make_offset_frame(CalibrationForm& form, ScopeDriver& driver) {
         1, 3);
     add(2, {form.cmdsetforcall, form.cmdcaoffsetl, u"the offsets in low gain"_s}, u"@200mV/div"_s,
         0, 2);
-    frame.text(u"Cal Data Range = 1800 - 2400"_s, 3, 0, 5);
+    frame.text(u"Cal Data Range = 1800 - 2400"_s, 3, 0, 3);
     frame.grid->setColumnStretch(0, 1);
     frame.grid->setColumnStretch(1, 1);
     return frame.widget;
@@ -219,7 +234,7 @@ QWidget* make_write_frame(CalibrationForm& form, ScopeDriver& driver) {
 }
 
 QWidget* make_linearity_frame(CalibrationForm& form, ScopeDriver& driver) {
-    Frame frame(u"7  Time base linearity"_s, 4, form, driver);
+    Frame frame(u"7  Time base linearity"_s, 3, form, driver);
     frame.text(QString::fromUtf8(linearity_warning.data(),
                                  static_cast<qsizetype>(linearity_warning.size())),
                0, 0, 4);
@@ -256,6 +271,7 @@ QWidget* make_calibration_status(CalibrationForm& form, ScopeDriver& driver) {
     QFont bold = status->font();
     bold.setBold(true);
     status->setFont(bold);
+    status->setMinimumWidth(widest_status(form, bold) + 2);
     lines->addWidget(status);
     lines->addWidget(make_line(make, form.calnote,
                                {u"Calibration note"_s, u"What there is to know besides"_s}, 2));

@@ -9,13 +9,6 @@ void disable_what_is_to_come(FrontPanel& panel) {
     panel.mnusettings.set_enabled(false);
 
     panel.snapshot.set_enabled(false);
-
-    // Measurements.
-    panel.check1.set_enabled(false);
-    for (MeasurementControls& slot : panel.measurement) {
-        slot.selector.set_enabled(false);
-        slot.annotate.set_enabled(false);
-    }
 }
 
 } // namespace kv408::ui

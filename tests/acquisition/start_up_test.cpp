@@ -89,6 +89,9 @@ TEST(StartUp, FillsTheListsAndChoosesTheirFirstEntries) {
                   (Texts{"---", "VMax", "VMin", "Vpp", "VAmpl+", "VAmpl-", "VAmplPP", "VRMS",
                          "VMean", "Frequency", "Period", "tRise", "tFall", "tPuls+", "tPuls-"}));
     }
+    EXPECT_EQ(panel.measurement[0].selector.text(), "VMax");
+    EXPECT_EQ(panel.measurement[1].selector.text(), "Vpp");
+    EXPECT_EQ(panel.measurement[2].selector.text(), "Frequency");
 }
 
 TEST(StartUp, EndsWithTheGridClearedTracesAndADrawing) {

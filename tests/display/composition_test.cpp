@@ -217,7 +217,7 @@ TEST_P(Composition, between_single_points_follows_everything_else) {
 TEST_P(Composition, of_partly_mapped_points_equals_the_plain_picture) {
     PictureScene scene;
     Picture picture({scene.panel, scene.samples, scene.channels, scene.acquisition, scene.program,
-                     scene.colours, scene.cursors, scene.trigger});
+                     scene.colours, scene.cursors, scene.trigger, scene.marks});
     PlainPicture plain(scene);
     picture.makegrid();
     scene.panel.persist.set_checked(chance(50));

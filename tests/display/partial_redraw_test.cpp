@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <array>
 #include <random>
+#include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -48,6 +50,24 @@ protected:
         scene_.acquisition.holdoff = random(0, 1) == 1;
         scene_.trigger.saved_trigpos = {static_cast<std::int16_t>(random(1970, 2120)),
                                         static_cast<std::int16_t>(random(1970, 2120))};
+        change_marks();
+    }
+
+    /// Another annotated measurement: level lines, or dots that may reach over the plot's edges.
+    void change_marks() {
+        MeasurementControls& slot = scene_.panel.measurement[0];
+        slot.selector.set_entries(std::vector<std::string>(15));
+        slot.annotate.set_checked(random(0, 3) != 0);
+        const bool lines = random(0, 1) == 1;
+        slot.selector.set_index(lines ? 1 : 9);
+        for (auto& channel : scene_.marks.mark) {
+            for (AnnotationGeometry& mark : channel) {
+                const int x = random(-10, 645);
+                const int y = random(-10, 515);
+                mark = lines ? AnnotationGeometry{{{1, y}, {639, y}}}
+                             : AnnotationGeometry{{{x, y}, {x + 8, y + 8}}};
+            }
+        }
     }
 
     Surface drawn(unsigned flags) {

@@ -53,7 +53,9 @@ struct PictureScene {
     ColourTable colours;
     CursorState cursors;
     TriggerState trigger;
-    Picture picture{{panel, samples, channels, acquisition, program, colours, cursors, trigger}};
+    AnnotationMarks marks;
+    Picture picture{
+        {panel, samples, channels, acquisition, program, colours, cursors, trigger, marks}};
 };
 
 } // namespace kv408::test

@@ -255,7 +255,8 @@ TEST_F(PictureTest, tells_its_listener_which_columns_changed) {
 }
 
 TEST_F(PictureTest, draws_lines_to_points_that_no_sweep_has_reached_yet) {
-    Picture fresh({panel, samples, channels, acquisition, program, colours, cursors, trigger});
+    Picture fresh(
+        {panel, samples, channels, acquisition, program, colours, cursors, trigger, marks});
     fresh.makegrid();
     for (int index = 1; index <= 10; ++index) {
         fresh.refreshCH1(index);

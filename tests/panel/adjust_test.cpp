@@ -22,6 +22,21 @@ void offer_cursors(PanelRig& rig, std::int16_t mode) {
     rig.cursors.cursormode = mode;
 }
 
+TEST(Adjust, ResultsFollowTheWheelBeforeAndAfterThePictureIsDrawn) {
+    for (const char* key : {"CH1", "CH2", "TRIG", "HPOS"}) {
+        StartedPanelRig rig;
+        select(rig, key);
+        rig.forget();
+        rig.measuring.on_show = [&rig] { rig.screen.calls.emplace_back("show"); };
+        rig.panel.slider1.set_Value(rig.panel.slider1.Value());
+        rig.screen.calls.clear();
+        rig.adjust.sliderupdate();
+        EXPECT_EQ(Texts(rig.screen.calls.end() - 3, rig.screen.calls.end()),
+                  (Texts{"show", "draw 255", "show"}))
+            << key;
+    }
+}
+
 TEST(Adjust, RangeAndStepFollowTheTab) {
     StartedPanelRig rig;
     offer_cursors(rig, 1);

@@ -149,5 +149,18 @@ TEST(Slider, MayLieWhollyBelowZero) {
     EXPECT_EQ(slider.value(), -32768);
 }
 
+TEST(CheckBox, OnlyTheUsersPressingRunsItsMouseDownHandler) {
+    CheckBox box("box");
+    std::vector<std::string> calls;
+    box.on_click([&] { calls.emplace_back(box.checked() ? "click on" : "click off"); });
+    box.on_mouse_down([&] { calls.emplace_back(box.checked() ? "down on" : "down off"); });
+    box.set_checked(true);
+    EXPECT_EQ(calls, (std::vector<std::string>{"click on"}));
+    box.press(false);
+    EXPECT_EQ(calls, (std::vector<std::string>{"click on", "click off", "down off"}));
+    box.press(true);
+    EXPECT_EQ(calls.back(), "down on");
+}
+
 } // namespace
 } // namespace kv408

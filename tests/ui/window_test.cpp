@@ -49,9 +49,7 @@ const QStringList action_names = {u"loadconfig"_s,  u"saveconfig"_s,     u"Expor
 
 /// What cannot be used: it has no function yet, or, as the list of one instrument, nothing to
 /// choose.
-const QStringList idle = {u"cmbDevice"_s,      u"Command1"_s,       u"Check1"_s,
-                          u"cmbMeas(0)"_s,     u"cmbMeas(1)"_s,     u"cmbMeas(2)"_s,
-                          u"chkMeasAnno(0)"_s, u"chkMeasAnno(1)"_s, u"chkMeasAnno(2)"_s};
+const QStringList idle = {u"cmbDevice"_s, u"Command1"_s};
 
 class WindowTest : public QObject {
     Q_OBJECT

@@ -1,0 +1,126 @@
+// When the sweeps are measured and the results shown.
+
+#include <gtest/gtest.h>
+
+#include "acquisition/point_pass_rig.h"
+
+namespace kv408 {
+namespace {
+
+/// Notes frames, measuring and showing among what is asked of the screen.
+void note_all(AcquisitionRig& rig) {
+    rig.bridge.on_frame = [&rig](const FakeBridge::Frame&) {
+        rig.screen.calls.emplace_back("frame");
+    };
+    rig.measuring.on_measure = [&rig] { rig.screen.calls.emplace_back("measure"); };
+    rig.measuring.on_show = [&rig] { rig.screen.calls.emplace_back("show"); };
+}
+
+/// The last `count` things that were asked.
+Texts last(const AcquisitionRig& rig, std::ptrdiff_t count) {
+    const Texts& calls = rig.screen.calls;
+    return {calls.end() - count, calls.end()};
+}
+
+/// A started program that has asked for a block of channel 1.
+struct AskedRig : AcquisitionRig {
+    AskedRig() {
+        start();
+        acquisition.scopestate = "scopech1f";
+        note_all(*this);
+        measuring.measured = 0;
+    }
+};
+
+TEST(Measuring, ABlockIsMeasuredOnceTheNextIsAskedFor) {
+    for (const int channel : {1, 2}) {
+        AskedRig rig;
+        rig.bridge.receive(std::vector<int>(1300, 8));
+        rig.block.sdisplaych(channel);
+        EXPECT_EQ(last(rig, 3), (Texts{"movepersistance", "frame", "measure"}));
+        EXPECT_EQ(rig.measuring.measured, 1);
+    }
+}
+
+TEST(Measuring, EveryRearmMeasures) {
+    AskedRig waiting;
+    waiting.bridge.receive({26, 10});
+    waiting.block.sdisplaych(1);
+    EXPECT_EQ(waiting.measuring.measured, 0) << "the reply may still grow";
+    waiting.block.sdisplaych(1);
+    EXPECT_EQ(waiting.screen.calls, (Texts{"frame", "measure"}));
+
+    AskedRig silent;
+    silent.block.sdisplaych(1);
+    EXPECT_EQ(silent.screen.calls, (Texts{"frame", "measure"}));
+}
+
+TEST(Measuring, AnUnfinishedBlockIsNotMeasured) {
+    AskedRig rig;
+    rig.bridge.receive(std::vector<int>(1299, 8));
+    rig.block.sdisplaych(1);
+    EXPECT_EQ(rig.measuring.measured, 0);
+}
+
+TEST(Measuring, ACompletePassIsMeasuredAfterTheHistoryHasMoved) {
+    for (const bool second : {false, true}) {
+        PassRig rig(true, second);
+        rig.measuring.on_measure = [&rig] { rig.screen.calls.emplace_back("measure"); };
+        rig.pass.sdisplay1ghzt();
+        EXPECT_EQ(last(rig, 2), (Texts{"movepersistance", "measure"}));
+    }
+}
+
+TEST(Measuring, APassThatTheStateWordEndsIsMeasuredToo) {
+    PassRig rig(true, false);
+    rig.measuring.on_measure = [&rig] { rig.screen.calls.emplace_back("measure"); };
+    rig.answer = [&rig](int point) {
+        if (point == 5) {
+            rig.acquisition.scopestate = "changes";
+        }
+        return std::vector{8, 0};
+    };
+    rig.pass.sdisplay1ghzt();
+    EXPECT_EQ(last(rig, 2), (Texts{"movepersistance", "measure"}));
+}
+
+TEST(Measuring, APassThatWaitsOrFailsIsNotMeasured) {
+    for (const std::vector<int>& reply : {std::vector{16, 10}, std::vector<int>{}}) {
+        PassRig rig(true, false);
+        rig.measuring.measured = 0;
+        rig.answer = [&reply](int point) { return point == 5 ? reply : std::vector{8, 0}; };
+        rig.pass.sdisplay1ghzt();
+        EXPECT_EQ(rig.measuring.measured, 0);
+    }
+}
+
+TEST(Measuring, APassWithoutChannelsIsNotMeasured) {
+    PassRig rig(false, false);
+    rig.measuring.measured = 0;
+    rig.pass.sdisplay1ghzt();
+    EXPECT_EQ(rig.measuring.measured, 0);
+}
+
+TEST(Measuring, ResultsAreShownBeforeTheRedraw) {
+    AcquisitionRig rig;
+    rig.start();
+    rig.state_machine.cmdstop_Click();
+    note_all(rig);
+    rig.acquisition.ready = {true, true};
+    rig.acquisition.pending_refresh = true;
+    rig.tick();
+    EXPECT_EQ(rig.screen.calls, (Texts{"refresh 1 0", "refresh 2 0", "show", "draw 255"}));
+}
+
+TEST(Measuring, WithoutARedrawNoResultsAreShown) {
+    AcquisitionRig rig;
+    rig.start();
+    rig.state_machine.cmdstop_Click();
+    rig.measuring.shown = 0;
+    rig.acquisition.ready = {true, false};
+    rig.tick();
+    EXPECT_EQ(rig.measuring.shown, 0);
+}
+
+} // namespace
+} // namespace kv408
