@@ -162,5 +162,33 @@ TEST(CheckBox, OnlyTheUsersPressingRunsItsMouseDownHandler) {
     EXPECT_EQ(calls.back(), "down on");
 }
 
+TEST(CheckBoxControl, CanBeShownCheckedWithoutAClick) {
+    CheckBox box("box");
+    int clicks = 0;
+    int shown = 0;
+    box.on_click([&] { ++clicks; });
+    box.on_shown([&] { ++shown; });
+    box.show_checked(true);
+    EXPECT_TRUE(box.checked());
+    EXPECT_EQ(shown, 1);
+    box.show_checked(false);
+    EXPECT_FALSE(box.checked());
+    EXPECT_EQ(shown, 2);
+    EXPECT_EQ(clicks, 0);
+}
+
+TEST(TextBoxControl, CanBeMarkedAsOneThatCannotBeTaken) {
+    TextBox box("box");
+    int shown = 0;
+    box.on_shown([&] { ++shown; });
+    EXPECT_FALSE(box.faulty());
+    box.set_faulty(true);
+    EXPECT_TRUE(box.faulty());
+    box.set_faulty(true);
+    EXPECT_EQ(shown, 1);
+    box.set_faulty(false);
+    EXPECT_EQ(shown, 2);
+}
+
 } // namespace
 } // namespace kv408

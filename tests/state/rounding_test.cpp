@@ -53,5 +53,15 @@ TEST(LeadingNumber, BeyondADoubleItIsTheLargestOrZero) {
     EXPECT_EQ(leading_number("1e-999"), 0.0);
 }
 
+TEST(WholeNumberText, IsANumberAndNothingElse) {
+    EXPECT_EQ(whole_number_text("12"), 12.0);
+    EXPECT_EQ(whole_number_text(" -1.5e1\t"), -15.0);
+    EXPECT_EQ(whole_number_text("+.5"), 0.5);
+    EXPECT_EQ(whole_number_text("1e999"), std::numeric_limits<double>::max());
+    for (const char* const text : {"", "  ", "-", "12 V", "1 2", "x", "12.x", "inf", "nan"}) {
+        EXPECT_EQ(whole_number_text(text), std::nullopt) << text;
+    }
+}
+
 } // namespace
 } // namespace kv408

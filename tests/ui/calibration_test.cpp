@@ -174,18 +174,18 @@ void CalibrationTest::nothing_is_cut_off() {
              qPrintable(u"%1x%2"_s.arg(on.form()->width()).arg(on.form()->height())));
     save_picture(*on.form(), QString::fromLatin1(QTest::currentDataTag()));
     CalibrationForm& form = on.program.scope().calibration_form();
-    form.calstatus.set_caption("Calculate offset calibration values for high gain comlete! Press  "
-                               "<Write Cal. to Kv408 flash memeory>");
+    form.calstatus.set_caption("Ready for CH1 AND CH2 offset calibration @200mV/div, Press  <Cal. "
+                               "OffsetL>  after CH1 AND CH2 display is visible");
     form.calnote.set_caption(
         "Read back from the instrument: CH1 offset, low gain is 2000 and not "
         "2033; CH1 offset, high gain is 2000 and not 2081; ADC delay is 71 and "
         "not 70");
     form.calerorcnt.set_caption("8000");
     form.calerormax.set_caption("128");
+    QCOMPARE(cut_off(*on.form()).join(u'\n'), QString());
     on.type(4, u"10x"_s);
+    on.type(10, u"-"_s);
     QTest::qWait(20);
-    form.calnote.set_caption("Read back and found right. The values before are in "
-                             "calibration-2026-11-16-010937.txt");
     QCOMPARE(cut_off(*on.form()).join(u'\n'), QString());
     save_picture(*on.form(), QString::fromLatin1(QTest::currentDataTag()) + u"-long"_s);
 }
@@ -297,6 +297,10 @@ void CalibrationTest::the_linearity_run_is_shown_and_stopped() {
     QCOMPARE(on.widget<QLineEdit>("textstatus")->text(), u"Calibrating 2503 of 10500 points"_s);
     QVERIFY(on.text("calnote").startsWith(u"Time left: about "_s));
     save_picture(*on.form(), u"calibration-linearity"_s);
+    // The longest text that the main window's box has to hold.
+    on.panel().textstatus.set_text("Calibrating 10499 of 10500 points");
+    const auto* const box = on.widget<QLineEdit>("textstatus");
+    QVERIFY(box->fontMetrics().horizontalAdvance(box->text()) + 8 <= box->width());
     save_picture(on.window(), u"main-window-linearity"_s);
     on.press("cmdcalstop");
     QVERIFY(QTest::qWaitFor([&] { return on.panel().textstatus.text() == "Stopped"; }));

@@ -130,8 +130,8 @@ void WindowTest::only_what_works_is_enabled() {
             QVERIFY2(widget->isEnabled() != idle.contains(name), qPrintable(name));
         }
     }
-    const QStringList live_actions = {u"MenuExit"_s, u"MenuHelp"_s, u"MenuAbout"_s,
-                                      u"ExportData"_s};
+    const QStringList live_actions = {u"MenuExit"_s,   u"MenuHelp"_s,       u"MenuAbout"_s,
+                                      u"ExportData"_s, u"mnucalibration"_s, u"cmdcaloofset"_s};
     for (const QString& name : action_names) {
         QVERIFY2(on.window().findChild<QAction*>(name)->isEnabled() == live_actions.contains(name),
                  qPrintable(name));
