@@ -32,7 +32,7 @@ Calibration::Calibration(FrontPanel& panel, const Quantities& quantities, Device
                        host.boxes) {
     connect(panel);
     state_machine.on_calibration_step([this] { linearity_.caldelaypstint(); });
-    form_.cmdcalstop.on_click([&state_machine] { state_machine.cmdstop_Click(); });
+    form_.cmdcalstop.on_click([this] { linearity_.cmdcalstop_Click(); });
 }
 
 void Calibration::connect(FrontPanel& panel) {

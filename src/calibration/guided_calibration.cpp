@@ -27,6 +27,12 @@ void check(CheckBox& box, bool checked) {
     }
 }
 
+/// The gain range of a volts-per-division entry; 0 for any other text.
+std::int16_t range_of(std::string_view v_div) {
+    const auto scale = vertical_scale(v_div);
+    return scale ? scale->gain : std::int16_t{0};
+}
+
 } // namespace
 
 void GuidedCalibration::set_up(const Guide& guide) {
@@ -101,11 +107,9 @@ void GuidedCalibration::compute_gain(const Guide& guide) {
 
 bool GuidedCalibration::ranges_are(const Guide& guide) const {
     // Any entry of the range that the set-up selects will do.
-    const auto wanted = vertical_scale(guide.v_div);
     return std::all_of(around_.panel.channel.begin(), around_.panel.channel.end(),
-                       [&](const ChannelControls& controls) {
-                           const auto scale = vertical_scale(controls.vdiv.text());
-                           return scale && scale->gain == wanted->gain;
+                       [&guide](const ChannelControls& controls) {
+                           return range_of(controls.vdiv.text()) == range_of(guide.v_div);
                        });
 }
 
@@ -118,7 +122,7 @@ void GuidedCalibration::compute_offsets(const Guide& guide) {
         refuse(guide, out_of_range_text(guide));
         return;
     }
-    const bool high = vertical_scale(guide.v_div)->gain == high_gain;
+    const bool high = range_of(guide.v_div) == high_gain;
     for (std::size_t channel = 0; channel < guide.fields.size(); ++channel) {
         const bool via_trigger = around_.panel.channel.at(channel).inviatr.checked();
         const double factor = codes_per_millivolt({.high_gain = high, .via_trigger = via_trigger});

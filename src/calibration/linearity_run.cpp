@@ -58,6 +58,15 @@ void LinearityRun::cmdcalint_Click() {
     begun_ = around_.clock.now();
     last_byte_ = begun_;
     points_of_run_ = 0;
+    form_.progressbar1.start(end_point - (started_ ? point_ : first_point));
+}
+
+void LinearityRun::cmdcalstop_Click() {
+    const bool run = around_.acquisition.scopestate == "calibrationint";
+    around_.state_machine.cmdstop_Click();
+    if (run) {
+        form_.calnote.set_caption("Broken off. The next run counts on from here.");
+    }
 }
 
 void LinearityRun::caldelaypstint() {
@@ -93,6 +102,7 @@ void LinearityRun::take_point(Byte reported) {
     largest_ = std::max(largest_, error);
     form_.calerormax.set_caption(std::to_string(largest_));
     ++points_of_run_;
+    form_.progressbar1.step();
     last_byte_ = around_.clock.now();
     tell_time_left();
 }

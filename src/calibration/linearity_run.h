@@ -42,6 +42,9 @@ public:
     /// to "calibrationint".
     void cmdcalint_Click();
 
+    /// Stop on the form, as in the main window.
+    void cmdcalstop_Click();
+
     /// One step, on each tick of the timer in "calibrationint": takes one byte if there is one.
     /// After the last point the state word becomes "stoped". Counting goes on where a run was
     /// broken off.

@@ -48,7 +48,8 @@ void RecordEditor::mnucalibration_Click() {
         return;
     }
     opened_ = true;
-    const bool running = around_.acquisition.acqrunning;
+    // In "idle" the sweep would have started with the next tick.
+    const bool running = around_.acquisition.acqrunning || around_.acquisition.scopestate == "idle";
     cmdreadcald_Click();
     if (running) {
         around_.state_machine.cmdstartsweep_Click();

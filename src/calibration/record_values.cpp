@@ -120,10 +120,11 @@ std::optional<CalibrationRecord> record_of_file(std::string_view bytes) {
     }
     CalibrationRecord record = {};
     for (std::size_t index = 0; index < record.size(); ++index) {
-        if (!found.at(index)) {
+        const auto& value = found.at(index);
+        if (!value) {
             return std::nullopt;
         }
-        record.at(index) = *found.at(index);
+        record.at(index) = *value;
     }
     return record;
 }

@@ -182,6 +182,9 @@ TEST_F(Linearity, ARunBrokenOffIsResumed) {
     EXPECT_EQ(acquisition.scopestate, "stoped");
     tick();
     EXPECT_EQ(status(), "Stopped");
+    EXPECT_EQ(note(), "Broken off. The next run counts on from here.");
+    EXPECT_EQ(form.progressbar1.value(), 10);
+    EXPECT_EQ(form.progressbar1.steps(), 8000);
     EXPECT_TRUE(calibrating.linearity().started());
     start_run();
     tick_with(0);
@@ -192,11 +195,22 @@ TEST_F(Linearity, ARunBrokenOffIsResumed) {
         tick_with(0);
     }
     EXPECT_EQ(acquisition.scopestate, "stoped");
+    EXPECT_EQ(form.progressbar1.value(), 7990);
+    EXPECT_EQ(form.progressbar1.steps(), 7990);
     // The run after it counts from the start.
     start_run();
     tick_with(0);
     EXPECT_EQ(calstatus(), "Calibrating 2500 of 10500 points");
     EXPECT_EQ(counts(), "0 0");
+}
+
+TEST_F(Linearity, StopWithoutARunOnlyStops) {
+    state_machine.cmdstartsweep_Click();
+    form.calnote.set_caption("-");
+    form.cmdcalstop.click();
+    EXPECT_EQ(acquisition.scopestate, "stoped");
+    EXPECT_FALSE(acquisition.acqrunning);
+    EXPECT_EQ(note(), "-");
 }
 
 TEST_F(Linearity, WritingTheRecordBreaksTheRunOff) {

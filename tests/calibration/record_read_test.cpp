@@ -119,6 +119,12 @@ TEST_F(RecordRead, OpeningTheFormLetsARunningSweepGoOn) {
     EXPECT_TRUE(acquisition.acqrunning);
 }
 
+TEST_F(RecordRead, OpeningTheFormBeforeTheFirstTickDoesNotKeepTheSweepFromStarting) {
+    ASSERT_EQ(acquisition.scopestate, "idle");
+    panel.mnucalibration.click();
+    EXPECT_EQ(acquisition.scopestate, "startscope");
+}
+
 TEST_F(RecordRead, OpeningTheFormLeavesAStoppedSweepStopped) {
     panel.cmdstop.on_click([this] { state_machine.cmdstop_Click(); });
     panel.cmdstop.click();

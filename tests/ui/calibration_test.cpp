@@ -237,6 +237,7 @@ void CalibrationTest::the_main_window_takes_it_along() {
 }
 
 void CalibrationTest::the_whole_calibration_by_its_buttons() {
+    apply_look(Look::dark);
     CalibrationOnBench on;
     BenchWindow bench(on.simulation.bench());
     QVERIFY(on.open());
@@ -265,6 +266,9 @@ void CalibrationTest::the_whole_calibration_by_its_buttons() {
         QVERIFY2(answers.texts.size() == boxes, qPrintable(answers.texts.last()));
         QVERIFY2(on.text("calstatus").endsWith(u"Press  <Write Cal. to Kv408 flash memeory>"_s),
                  qPrintable(on.text("calstatus")));
+        if (answers.texts.size() == 2) {
+            save_picture(*on.form(), u"calibration-step"_s);
+        }
         on.press("cmdwritecal");
         QCOMPARE(on.text("calstatus"), u"Write complete"_s);
     }
