@@ -12,7 +12,7 @@ struct FileQuestion {
     /// The kinds offered, as pairs of caption and pattern parted by bars, the first selected:
     /// "Text files (*.TXT)|*.TXT|All Files (*.*)|*.*".
     std::string filter;
-    std::string default_name = {}; ///< the name that stands there already, UTF-8
+    std::string default_name = {};     ///< the name that stands there already, UTF-8
     std::filesystem::path folder = {}; ///< the folder shown first, empty for the usual one
 };
 

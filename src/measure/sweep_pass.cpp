@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdint>
 #include <functional>
+#include <limits>
 
 namespace kv408 {
 namespace {
@@ -151,11 +152,20 @@ public:
 
     /// Looks for crossings and edges between two columns.
     void look(const Step& step) {
-        if (crossings_.count() < most_crossings) {
+        // Nothing can happen while the signal stays strictly between two neighbouring thresholds.
+        if (step.now > quiet_above_ && step.now < quiet_below_) {
+            return;
+        }
+        const std::size_t crossings_before = crossings_.count();
+        if (crossings_before < most_crossings) {
             look_for_crossing(step);
         }
         rise_.look(step, rises_);
         fall_.look(step, falls_);
+        // The column after a crossing may reach the level that arms the next one without passing
+        // it.
+        const bool crossed = crossings_.count() != crossings_before;
+        surround(crossed ? thresholds_.front() : step.now);
     }
 
     [[nodiscard]] SweepFindings findings() const {
@@ -175,6 +185,21 @@ private:
     /// After a crossing the signal must reach the level beyond it, 10 % or 90 %, before the next
     /// crossing counts.
     enum class State { empty, cross_pos, amp_pos, cross_neg, amp_neg };
+
+    /// Takes the thresholds around `value` as the range in which nothing can happen next; none when
+    /// it is a threshold itself.
+    void surround(double value) {
+        quiet_above_ = -std::numeric_limits<double>::infinity();
+        quiet_below_ = std::numeric_limits<double>::infinity();
+        for (const double threshold : thresholds_) {
+            if (threshold <= value) {
+                quiet_above_ = std::max(quiet_above_, threshold);
+            }
+            if (threshold >= value) {
+                quiet_below_ = std::min(quiet_below_, threshold);
+            }
+        }
+    }
 
     void look_for_crossing(const Step& step) {
         if (state_ == State::cross_pos && step.now > high_) {
@@ -197,6 +222,10 @@ private:
     double mid_;
     double low_;
     double high_;
+    std::array<double, 3> thresholds_ = {low_, mid_, high_};
+    /// While the signal stays between these two, nothing can happen.
+    double quiet_above_ = std::numeric_limits<double>::infinity();
+    double quiet_below_ = -std::numeric_limits<double>::infinity();
     double sum_ = 0.0;
     double squares_ = 0.0;
     double minimum_ = extremes_start;

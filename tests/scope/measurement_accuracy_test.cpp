@@ -1,0 +1,54 @@
+// Measurements against what the signal is, on the simulated instrument with one code of noise.
+
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "support/measured_cell.h"
+
+namespace kv408 {
+namespace {
+
+/// Whether `value` is as close as it has to be. Vpp takes in the noise of both its ends; at
+/// 10mV/div, six codes a millivolt, that alone may be more than 1 % of the screen.
+testing::AssertionResult agrees(const MeasuredValue& value, const VoltsCell& volts) {
+    constexpr double codes_a_millivolt = 6.0;
+    constexpr double most_noise_codes = 2 * 4.5;
+    const bool noise_counts = value.name == "Vpp" && volts.text == "10mV";
+    if (noise_counts ? value.value > value.truth &&
+                           value.value < value.truth + most_noise_codes / codes_a_millivolt
+                     : value.holds()) {
+        return testing::AssertionSuccess();
+    }
+    return testing::AssertionFailure()
+           << "CH" << value.channel << " " << value.name << " is " << value.value << ", true "
+           << value.truth << ", allowed " << value.allowed;
+}
+
+void check(const TimeBaseRow& row, const VoltsCell& volts) {
+    const auto values = MeasuredCell(row, volts).values();
+    ASSERT_EQ(values.size(), 28U);
+    for (const MeasuredValue& value : values) {
+        EXPECT_TRUE(agrees(value, volts)) << row.text << " " << volts.text;
+    }
+}
+
+// All cells together are what bench/accuracy.cpp prints.
+TEST(MeasurementAccuracy, EveryTimeBaseAgreesWithTheSignal) {
+    std::size_t next = 0;
+    for (const TimeBaseRow& row : time_base_rows()) {
+        check(row, volts_cells.at(next++ % volts_cells.size()));
+    }
+}
+
+TEST(MeasurementAccuracy, EveryVoltsPerDivisionAgreesWithTheSignalInBlocksAndPasses) {
+    constexpr std::size_t twenty_ns = 9;
+    constexpr std::size_t one_us = 14;
+    for (const VoltsCell& volts : volts_cells) {
+        check(time_base_rows()[twenty_ns], volts);
+        check(time_base_rows()[one_us], volts);
+    }
+}
+
+} // namespace
+} // namespace kv408
