@@ -61,6 +61,8 @@ void StateMachine::act_on_state() {
         fetch_block(1);
     } else if (state == "scopech2f") {
         fetch_block(2);
+    } else if (state == "calibrationint" && calibration_step_) {
+        calibration_step_();
     } else if (state == "changes" || state == "changes1") {
         acquisition_.scopestate = "startscope";
     } else if (state == "stoped") {

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <functional>
+#include <utility>
+
 #include "acquisition/block_sweep.h"
 #include "acquisition/point_pass.h"
 #include "acquisition/set_up_upload.h"
@@ -39,6 +42,9 @@ public:
     /// on.
     void Timer1_Timer(bool exchange_under_way);
 
+    /// Sets what one tick does in the state "calibrationint": a step of the linearity calibration.
+    void on_calibration_step(std::function<void()> step) { calibration_step_ = std::move(step); }
+
     /// Start.
     void cmdstartsweep_Click();
 
@@ -64,6 +70,7 @@ private:
     WindowMessages& messages_;
     Screen& screen_;
     Measuring& measuring_;
+    std::function<void()> calibration_step_;
     bool screen_stale_ = false; ///< the trigger line has had its time and is still to be taken off
 };
 

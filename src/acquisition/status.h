@@ -2,6 +2,7 @@
 
 #include "panel/controls.h"
 #include "state/colour.h"
+#include "state/shared_texts.h"
 
 namespace kv408 {
 
@@ -18,7 +19,7 @@ inline constexpr Status stopped = {"Stopped", rgb(255, 192, 192)};
 inline constexpr Status setup = {"Setup...", rgb(192, 192, 255)};
 inline constexpr Status running = {"Running", rgb(192, 255, 192)};
 inline constexpr Status getting_data = {"Getting Data", rgb(255, 255, 192)};
-inline constexpr Status waiting_for_trigger = {"Waiting For TRIGGER", rgb(255, 224, 192)};
+inline constexpr Status waiting_for_trigger = {waiting_for_trigger_text, rgb(255, 224, 192)};
 } // namespace status
 
 /// Shows `shown` in the status box.

@@ -1,10 +1,12 @@
 #include "display/annotations.h"
 
 #include <algorithm>
+#include <string>
 
 #include "display/lines.h"
 #include "display/shapes.h"
 #include "state/channel_state.h"
+#include "state/shared_texts.h"
 
 namespace kv408 {
 namespace {
@@ -23,15 +25,17 @@ Annotations annotations(const FrontPanel& panel, const AnnotationMarks& marks,
     const auto* const slot =
         std::find_if(panel.measurement.begin(), panel.measurement.end(),
                      [](const MeasurementControls& at) { return at.annotate.checked(); });
-    if (!panel.check1.checked() || panel.textstatus.text() == "Waiting For TRIGGER" ||
+    if (!panel.check1.checked() || panel.textstatus.text() == waiting_for_trigger_text ||
         slot == panel.measurement.end()) {
         return {};
     }
     const auto kind = slot->selector.index() >= first_in_time ? Annotations::Kind::dots
                                                               : Annotations::Kind::lines;
+    const std::string no_pulse = std::string(not_measurable) + ' ';
+    const std::string no_width = std::string(infinitely_fast) + ' ';
     Annotations shown;
     const auto add = [&](std::size_t channel, const Label& result, bool held) {
-        const bool measured = result.caption() != "-inf- " && result.caption() != "--- ";
+        const bool measured = result.caption() != no_pulse && result.caption() != no_width;
         if (measured && held && panel.channel[channel].enable.checked()) {
             shown.channel[channel] = {kind, marks.mark[channel]};
             shown.colour = pixel_of(colours.annotations);

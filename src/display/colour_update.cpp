@@ -19,6 +19,8 @@ void ColourUpdate::recolour_panel() {
     recolour_channel(ch1);
     recolour_channel(ch2);
     panel_.picmeasure.set_back_colour(colours_.background);
+    // The rules between the results.
+    panel_.picmeasure.set_fore_colour(colours_.grid);
     recolour_measurements();
     recolour_general_texts();
 }

@@ -7,6 +7,7 @@
 #include "display/graticule.h"
 #include "display/shapes.h"
 #include "display/trace_painter.h"
+#include "state/shared_texts.h"
 
 namespace kv408 {
 namespace {
@@ -120,7 +121,7 @@ TraceLook Picture::look_of(int channel, unsigned flags) const {
     // Only CH2 waits for a whole sweep; CH1 is redrawn while its sweep is incomplete.
     const bool held = channel == ch1 || inputs_.acquisition.ready[slot(ch2)];
     if ((flags & flag) == 0 || !held || !panel.channel[slot(channel)].enable.checked() ||
-        panel.textstatus.text() == "Waiting For TRIGGER") {
+        panel.textstatus.text() == waiting_for_trigger_text) {
         return {};
     }
     TraceLook look{.shown = true,

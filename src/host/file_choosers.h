@@ -15,6 +15,7 @@ struct FileQuestion {
     std::string default_name = {}; ///< the name that stands there already, UTF-8
     /// What a name without an ending gets, without its point; empty: nothing.
     std::string default_suffix = {};
+    std::filesystem::path folder = {}; ///< the folder shown first, empty for the usual one
 };
 
 /// Asks the user for files and folders, each in a modal dialog. While one is open the window's

@@ -10,8 +10,8 @@ namespace kv408 {
 /// Measures both channels' sweeps into `state`: the records (millivolts and columns), the texts
 /// with `samplerate` columns a second, and where each measurement is marked. The records that
 /// `state` holds give thresholds and histogram range, so a change of signal takes three runs to
-/// settle: the first brings the extremes right, the second everything but the levels, the third
-/// all of it.
+/// settle: the first brings the extremes right, the second the levels, the third what is found
+/// with their help: rise and fall times, pulse widths, period and frequency.
 void measure_sweeps(const Samples& samples, double samplerate, MeasurementState& state);
 
 /// The measurement engine behind its switch.

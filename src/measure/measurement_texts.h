@@ -1,12 +1,9 @@
 #pragma once
 
 #include "state/measurement_state.h"
+#include "state/shared_texts.h"
 
 namespace kv408 {
-
-/// What a text says when there is no such pulse or edge, and when an edge takes no time.
-inline constexpr const char* not_measurable = "---";
-inline constexpr const char* infinitely_fast = "-inf-";
 
 /// Writes the texts of one channel's `record`: volts, seconds and hertz with four digits. It also
 /// computes the record's period and frequency, when both pulse widths are there; otherwise these

@@ -78,8 +78,15 @@ void Measurements::take_marks(std::size_t slot) {
 void Measurements::Check1_Click() {
     if (!panel_.check1.checked()) {
         disablemeasurements();
+        // What was marked must not come back before it is measured again.
+        data_.marks = {};
         screen_.draw(draw_flags::all);
     }
+}
+
+void Measurements::cmbMeas_Click() {
+    showmeasurements();
+    screen_.draw(draw_flags::all);
 }
 
 void Measurements::chkMeasAnno_MouseDown(int index) {

@@ -36,9 +36,12 @@ public:
     void enablemeasurements() { panel_.picmeasure.set_visible(true); }
     void disablemeasurements() { panel_.picmeasure.set_visible(false); }
 
-    /// `Check1` was clicked: unchecked, the panel and the marks go at once; checked, they come with
-    /// the next sweep.
+    /// `Check1` was clicked: unchecked, the panel and the marks go at once; checked, they come back
+    /// with the next results.
     void Check1_Click();
+
+    /// A slot's measurement was chosen: its results, already there, and its marks are shown.
+    void cmbMeas_Click();
 
     /// The user pressed the annotation box of slot `index` (0..2), which has its new value: the
     /// other two are unchecked and the mark is shown. Setting a box from code does not run this; so

@@ -128,10 +128,7 @@ public:
     }
 
     /// Checks or unchecks it without a click: no handler runs.
-    void put_checked(bool checked) {
-        checked_ = checked;
-        shown();
-    }
+    void put_checked(bool checked) { show(checked_, checked); }
 
     /// Sets what a click does, after the box has its new value.
     void on_click(Handler handler) { handler_ = std::move(handler); }
@@ -251,6 +248,10 @@ public:
         }
     }
 
+    /// Whether the text is marked as one that cannot be taken.
+    [[nodiscard]] bool faulty() const { return faulty_; }
+    void set_faulty(bool faulty) { show(faulty_, faulty); }
+
     /// Sets what a change of the text does.
     void on_change(Handler handler) { change_ = std::move(handler); }
 
@@ -280,6 +281,7 @@ public:
 
 private:
     std::string text_;
+    bool faulty_ = false;
     Handler change_;
     Handler enter_;
     Handler focus_;

@@ -59,7 +59,7 @@ struct FrontPanel {
     Button exportdata{"ExportData"};         ///< Export Data: no function
     Button menuexit{"MenuExit"};             ///< Exit
     Button mnucalibration{"mnucalibration"}; ///< Calibration: the calibration form
-    Button cmdcaloofset{"cmdcaloofset"};     ///< Calibration: Software Calibrate Offset
+    CheckBox cmdcaloofset{"cmdcaloofset"};   ///< Calibration: Software Calibrate Offset
     Button mnusettings{"mnusettings"};       ///< Options: the settings dialog
     Button menuhelp{"MenuHelp"};             ///< Help: no function
     Button menuabout{"MenuAbout"};           ///< About: no function

@@ -71,7 +71,21 @@ Parts::Parts(const Machine& machine)
                 .cursors = cursors,
                 .colour_update = colour_update,
                 .settings = settings_file},
-               link, boxes, picture) {
+               link, boxes, picture),
+      frmcalibration(panel,
+                     {.in_use = calibration,
+                      .acquisition = acquisition,
+                      .time_base = time_base_state,
+                      .measurements = measurements,
+                      .samples = samples,
+                      .channels = channels},
+                     link, state_machine,
+                     {.clock = clock,
+                      .boxes = boxes,
+                      .messages = messages,
+                      .files = files,
+                      .choosers = choosers,
+                      .places = places}) {
     colour_update.recolour_panel();
     connect_channel(ch1);
     connect_channel(ch2);
@@ -88,7 +102,11 @@ void Parts::connect_channel(int channel) {
     controls.vdiv.on_click([this, channel] { vertical.vdiv_Click(channel); });
     controls.inviatr.on_click([this, channel] { vertical.vdiv_Click(channel); });
     controls.invert.on_click([this, channel] { vertical.invert_Click(channel); });
-    controls.enable.on_click([this, channel] { vertical.enable_Click(channel); });
+    controls.enable.on_click([this, channel] {
+        // Before the picture is drawn, which marks by what the results say.
+        measuring.showmeasurements();
+        vertical.enable_Click(channel);
+    });
     controls.psofset.on_enter([this, channel] { adjust.psofset_Enter(channel); });
     controls.psofset.on_leave([this, channel] { adjust.psofset_Leave(channel); });
     controls.psofset.on_focus([this] { adjust.psofset_GotFocus(); });
@@ -109,8 +127,9 @@ void Parts::connect_display() {
 void Parts::connect_measurements() {
     panel.check1.on_click([this] { measuring.Check1_Click(); });
     for (int slot = 0; slot < static_cast<int>(panel.measurement.size()); ++slot) {
-        panel.measurement[static_cast<std::size_t>(slot)].annotate.on_mouse_down(
-            [this, slot] { measuring.chkMeasAnno_MouseDown(slot); });
+        MeasurementControls& controls = panel.measurement[static_cast<std::size_t>(slot)];
+        controls.selector.on_click([this] { measuring.cmbMeas_Click(); });
+        controls.annotate.on_mouse_down([this, slot] { measuring.chkMeasAnno_MouseDown(slot); });
     }
 }
 

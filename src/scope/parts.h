@@ -5,6 +5,7 @@
 #include "acquisition/set_up_upload.h"
 #include "acquisition/start_up.h"
 #include "acquisition/state_machine.h"
+#include "calibration/calibration.h"
 #include "config/settings_file.h"
 #include "display/colour_update.h"
 #include "display/cursors.h"
@@ -76,6 +77,7 @@ struct Parts {
     StateMachine state_machine;
     SettingsFile settings_file;
     StartUp start_up;
+    Calibration frmcalibration;
 
     /// Entries into the program that have not returned yet.
     int entries = 0;

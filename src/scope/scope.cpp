@@ -64,6 +64,10 @@ Picture& Scope::picture() {
     return parts_->picture;
 }
 
+CalibrationForm& Scope::calibration_form() {
+    return parts_->frmcalibration.form();
+}
+
 PlotMouse& Scope::plot_mouse() {
     return parts_->plot_mouse;
 }

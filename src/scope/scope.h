@@ -16,6 +16,7 @@ namespace kv408 {
 
 class Picture;
 class PlotMouse;
+struct CalibrationForm;
 class SettingsDialog;
 struct FrontPanel;
 struct Parts;
@@ -71,6 +72,9 @@ public:
 
     /// The settings dialog.
     [[nodiscard]] SettingsDialog& settings_dialog();
+
+    /// The controls of the calibration form.
+    [[nodiscard]] CalibrationForm& calibration_form();
 
     /// All parts, to look at; they are declared in scope/parts.h.
     [[nodiscard]] const Parts& parts() const { return *parts_; }

@@ -68,6 +68,9 @@ QWidget* make_status_frame(ScopeDriver& driver) {
     QFont bold = status->font();
     bold.setBold(true);
     status->setFont(bold);
+    // The longest of all texts, with room for the outline.
+    status->setMinimumWidth(
+        QFontMetrics(bold).horizontalAdvance(u"Calibrating 10499 of 10500 points"_s) + 20);
     grid->addWidget(status, 0, 0);
     QComboBox* const device =
         make.list(panel.device, {u"Instrument"_s, u"Attached instruments by serial number"_s});

@@ -5,6 +5,7 @@
 #include <QScreen>
 #include <QVBoxLayout>
 
+#include "simulator/test_connections.h"
 #include "ui/fault_switches.h"
 #include "ui/frame_grid.h"
 #include "ui/panel_frame.h"
@@ -57,7 +58,7 @@ QWidget* make_cables(simulator::Bench& bench) {
 
 } // namespace
 
-BenchWindow::BenchWindow(simulator::Bench& bench) {
+BenchWindow::BenchWindow(simulator::Bench& bench) : bench_(bench) {
     setObjectName(u"benchWindow"_s);
     setWindowTitle(u"Simulated bench"_s);
     // The main window alone decides when the program ends.
@@ -65,13 +66,47 @@ BenchWindow::BenchWindow(simulator::Bench& bench) {
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(gap, gap, gap, gap);
     layout->setSpacing(gap);
+    layout->addWidget(make_connections());
+    layout->addWidget(make_fault_switches(bench.faults));
+    show_bench();
+}
+
+QWidget* BenchWindow::make_connections() {
+    using simulator::TestConnection;
+    auto* const frame = new PanelFrame(u"Connect"_s);
+    QGridLayout* const grid = make_frame_grid(frame, 1);
+    auto* const list = new QComboBox(frame);
+    list->setObjectName(u"connection"_s);
+    list->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    describe(*list, {u"Connect"_s, u"Sets signal 1 and the cables as a calibration asks for"_s});
+    // In the order of the connections.
+    list->addItems({u"As delivered"_s, u"200 mVpp, 10 MHz sine; CH1 to trigger output"_s,
+                    u"200 mVpp, 10 MHz sine; CH2 to trigger output"_s,
+                    u"1 Vpp, 10 MHz sine; CH1 to trigger output"_s,
+                    u"1 Vpp, 10 MHz sine; CH2 to trigger output"_s,
+                    u"1 Vpp, 10 MHz sine; CH1 and CH2 open"_s});
+    QObject::connect(list, &QComboBox::activated, list, [this](int index) {
+        simulator::connect(bench_, static_cast<TestConnection>(index));
+        show_bench();
+    });
+    grid->addWidget(list, 0, 0);
+    return frame;
+}
+
+void BenchWindow::show_bench() {
+    auto* const content = new QWidget;
+    auto* const rows = new QVBoxLayout(content);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(gap);
     auto* const signals_row = new QHBoxLayout;
     signals_row->setSpacing(gap);
-    signals_row->addWidget(make_source_editor(u"Signal 1"_s, bench.sources[0]));
-    signals_row->addWidget(make_source_editor(u"Signal 2"_s, bench.sources[1]));
-    layout->addLayout(signals_row);
-    layout->addWidget(make_cables(bench));
-    layout->addWidget(make_fault_switches(bench.faults));
+    signals_row->addWidget(make_source_editor(u"Signal 1"_s, bench_.sources[0]));
+    signals_row->addWidget(make_source_editor(u"Signal 2"_s, bench_.sources[1]));
+    rows->addLayout(signals_row);
+    rows->addWidget(make_cables(bench_));
+    delete shown_;
+    shown_ = content;
+    static_cast<QVBoxLayout*>(layout())->insertWidget(1, content);
 }
 
 bool BenchWindow::place_beside(const QWidget& window) {

@@ -26,6 +26,22 @@ QString text_of(const std::string& text) {
     return QString::fromStdString(text);
 }
 
+/// Marks `widget` as one whose text cannot be taken, or takes the mark away.
+void show_fault(QLineEdit& widget, bool faulty) {
+    constexpr const char* marked = "faulty";
+    if (widget.property(marked).toBool() == faulty) {
+        return;
+    }
+    widget.setProperty(marked, faulty);
+    QPalette palette;
+    if (faulty) {
+        const QColor ground(255, 192, 192);
+        palette.setColor(QPalette::Base, ground);
+        palette.setColor(QPalette::Text, readable_on(ground));
+    }
+    widget.setPalette(palette);
+}
+
 QStringList entries_of(const ListBox& control) {
     QStringList entries;
     for (const std::string& entry : control.entries()) {
@@ -137,6 +153,18 @@ void bind(QAction* action, Button& control, ScopeDriver& driver) {
     });
 }
 
+void bind(QAction* action, CheckBox& control, ScopeDriver& driver) {
+    action->setObjectName(object_name(control));
+    action->setCheckable(true);
+    QObject::connect(action, &QAction::triggered, action,
+                     [&](bool checked) { driver.act([&] { control.set_checked(checked); }); });
+    keep_shown(action, control, [&control](QAction& shown) {
+        shown.setChecked(control.checked());
+        shown.setEnabled(control.enabled());
+        shown.setVisible(control.visible());
+    });
+}
+
 void bind(QCheckBox* widget, CheckBox& control, ScopeDriver& driver) {
     widget->setObjectName(object_name(control));
     QObject::connect(widget, &QCheckBox::clicked, widget,
@@ -185,6 +213,7 @@ void bind(QLineEdit* widget, TextBox& control, ScopeDriver& driver) {
         if (const QString text = text_of(control.text()); shown.text() != text) {
             shown.setText(text);
         }
+        show_fault(shown, control.faulty());
         show_common(shown, control);
     });
 }

@@ -31,6 +31,9 @@ void bind(QAbstractButton* widget, Button& control, ScopeDriver& driver);
 /// A menu entry: choosing it presses the control.
 void bind(QAction* action, Button& control, ScopeDriver& driver);
 
+/// A menu entry with a check mark: choosing it sets the control.
+void bind(QAction* action, CheckBox& control, ScopeDriver& driver);
+
 /// A check box: a click sets the control.
 void bind(QCheckBox* widget, CheckBox& control, ScopeDriver& driver);
 

@@ -10,11 +10,11 @@
 
 #include "display/picture.h"
 #include "display/plot_box.h"
+#include "ui/calibration_window.h"
 #include "ui/control_panel.h"
 #include "ui/menus.h"
 #include "ui/plot_drags.h"
 #include "ui/qt_picture_coder.h"
-#include "ui/to_come.h"
 
 namespace kv408::ui {
 namespace {
@@ -35,10 +35,10 @@ MainWindow::MainWindow(Scope& scope, const Dialogs& dialogs)
     : scope_(scope), dialogs_(dialogs), driver_(scope),
       screen_(new ScreenPanel(scope.picture().surface(), scope.panel())) {
     setWindowTitle(u"Kv408 - Tarvo  V1.6"_s);
-    disable_what_is_to_come(scope.panel());
     lay_out();
     take_plot_drags(plot(), driver_);
     listen_to_settings();
+    follow(scope.calibration_form(), *this, driver_);
     driver_.on_return([this] { entry_returned(); });
     scope.picture().on_drawn([this](Columns columns) { plot().show_columns(columns); });
     timer_.setObjectName(u"Timer1"_s);
@@ -51,6 +51,7 @@ MainWindow::~MainWindow() {
     scope_.picture().on_drawn({});
     scope_.settings_dialog().on_show({});
     scope_.settings_dialog().on_close({});
+    scope_.calibration_form().window.on_shown({});
 }
 
 void MainWindow::listen_to_settings() {
@@ -126,7 +127,6 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 }
 
 void MainWindow::entry_returned() {
-    disable_what_is_to_come(scope_.panel());
     if (!driver_.ended()) {
         return;
     }
@@ -134,6 +134,7 @@ void MainWindow::entry_returned() {
     close_settings();
     dialogs_.boxes.dismiss();
     dialogs_.choosers.dismiss();
+    scope_.calibration_form().window.close();
     if (!driver_.busy()) {
         close();
         if (closed_) {

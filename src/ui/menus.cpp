@@ -17,7 +17,8 @@ struct Entry {
     QKeySequence keys = {};
 };
 
-QAction* add(QMenu& menu, Button& control, ScopeDriver& driver, const Entry& entry) {
+template <typename Entered>
+QAction* add(QMenu& menu, Entered& control, ScopeDriver& driver, const Entry& entry) {
     auto* const action = new QAction(entry.caption, &menu);
     action->setToolTip(entry.tip);
     action->setShortcut(entry.keys);
@@ -51,8 +52,7 @@ void fill_menus(QMenuBar& bar, ScopeDriver& driver, QAction& copy_picture) {
     add(calibration, panel.mnucalibration, driver,
         {u"&Calibration..."_s, u"Calibrates gain, offset and time base"_s});
     add(calibration, panel.cmdcaloofset, driver,
-        {u"Software Calibrate &Offset"_s, u"Takes the present mean of both inputs as 0 V"_s})
-        ->setCheckable(true);
+        {u"Software Calibrate &Offset"_s, u"Takes the present mean of both inputs as 0 V"_s});
 
     QMenu& options = add_menu(bar, u"&Options"_s);
     add(options, panel.mnusettings, driver,

@@ -28,6 +28,9 @@ QStringList name_filters(const std::string& filter) {
 std::optional<std::filesystem::path> QtFileChoosers::open_file(const FileQuestion& question) {
     QFileDialog dialog(window_, QString::fromStdString(question.title));
     dialog.setFileMode(QFileDialog::ExistingFile);
+    if (!question.folder.empty()) {
+        dialog.setDirectory(QString::fromStdU16String(question.folder.u16string()));
+    }
     dialog.setNameFilters(name_filters(question.filter));
     return ask(dialog);
 }

@@ -16,7 +16,7 @@ using namespace Qt::StringLiterals;
 constexpr int row_height = 20;
 constexpr int rows = 3;
 
-/// The panel with a rule above each of its rows.
+/// The panel with a rule above each of its rows and one between the channels.
 class ResultsPanel : public QWidget {
 public:
     using QWidget::QWidget;
@@ -27,13 +27,12 @@ protected:
     void paintEvent(QPaintEvent* /*event*/) override {
         QPainter painter(this);
         const QMargins margins = layout()->contentsMargins();
-        constexpr double visibility = 0.18;
-        const QColor rule = mixed(palette().color(QPalette::Window),
-                                  palette().color(QPalette::WindowText), visibility);
+        const QColor rule = palette().color(QPalette::WindowText);
         for (int row = 0; row < rows; ++row) {
             painter.fillRect(margins.left(), row * row_height,
                              width() - margins.left() - margins.right(), 1, rule);
         }
+        painter.fillRect(width() / 2, 0, 1, height(), rule);
     }
 };
 

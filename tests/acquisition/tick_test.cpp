@@ -185,6 +185,25 @@ TEST(RestrictedTick, ActsOnNoStateAndRedrawsNothing) {
     }
 }
 
+TEST(CalibrationStep, IsRunByEachTickInItsStateAndInNoOther) {
+    AcquisitionRig rig;
+    rig.start();
+    int steps = 0;
+    rig.state_machine.on_calibration_step([&] { ++steps; });
+    for (const char* const state : {"changes", "stoped", "idle", "startscope", "Calibrationint"}) {
+        rig.acquisition.scopestate = state;
+        rig.tick();
+    }
+    EXPECT_EQ(steps, 0);
+    rig.acquisition.scopestate = "calibrationint";
+    rig.tick();
+    rig.tick();
+    EXPECT_EQ(steps, 2);
+    EXPECT_EQ(rig.acquisition.scopestate, "calibrationint");
+    rig.state_machine.Timer1_Timer(true);
+    EXPECT_EQ(steps, 2);
+}
+
 TEST(RestrictedTick, InsideAPassStartsNoSecondExchange) {
     AcquisitionRig rig;
     rig.start();

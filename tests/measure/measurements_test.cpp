@@ -200,6 +200,14 @@ TEST(ResultsPanel, IsHiddenWhileTheMeasurementsAreOff) {
     EXPECT_EQ(rig.row(0), (Row{"", "Vmax", "A0 ", "B0 "}));
 }
 
+TEST(ResultsPanel, ShowsANewChoiceAtOnce) {
+    PresentationRig rig;
+    rig.choose(1, 2);
+    rig.measurements.cmbMeas_Click();
+    EXPECT_EQ(rig.row(1), (Row{"", "Vmin", "A1 ", "B1 "}));
+    EXPECT_EQ(rig.screen.calls, (std::vector<std::string>{"draw 255"}));
+}
+
 TEST(ResultsPanel, CanBeShownAndHidden) {
     PresentationRig rig;
     rig.measurements.disablemeasurements();

@@ -187,5 +187,18 @@ TEST(CheckBox, OnlyTheUsersPressingRunsItsMouseDownHandler) {
     EXPECT_EQ(calls.back(), "down on");
 }
 
+TEST(TextBoxControl, CanBeMarkedAsOneThatCannotBeTaken) {
+    TextBox box("box");
+    int shown = 0;
+    box.on_shown([&] { ++shown; });
+    EXPECT_FALSE(box.faulty());
+    box.set_faulty(true);
+    EXPECT_TRUE(box.faulty());
+    box.set_faulty(true);
+    EXPECT_EQ(shown, 1);
+    box.set_faulty(false);
+    EXPECT_EQ(shown, 2);
+}
+
 } // namespace
 } // namespace kv408

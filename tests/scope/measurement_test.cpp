@@ -98,6 +98,41 @@ TEST(Measurements, FollowTheSweepsOfPointByPointPassesToo) {
     EXPECT_NEAR(number(first), 200.0, 2.0);
 }
 
+TEST(Measurements, OfAChannelThatIsSwitchedOffGoAtOnce) {
+    Measured program;
+    const MeasurementControls& slot = program.scope.panel().measurement[0];
+    ASSERT_NE(slot.ch1.caption(), " ");
+    program.scope.act([&] { program.channel(0).enable.set_checked(false); });
+    EXPECT_EQ(slot.ch1.caption(), " ");
+    EXPECT_NE(slot.ch2.caption(), " ");
+    program.scope.act([&] { program.channel(1).enable.set_checked(false); });
+    EXPECT_EQ(slot.ch1.caption(), " ");
+    EXPECT_EQ(slot.ch2.caption(), " ");
+}
+
+TEST(Annotations, AreNotSeenAgainBeforeTheyAreMeasuredAgain) {
+    Measured program;
+    program.press(0, true);
+    ASSERT_GT(program.marked_pixels(), 0);
+    program.scope.act([&] {
+        program.scope.panel().check1.set_checked(false);
+        program.scope.panel().check1.set_checked(true);
+        program.scope.picture().draw(draw_flags::all);
+    });
+    EXPECT_EQ(program.marked_pixels(), 0);
+    program.ticks(3);
+    EXPECT_GT(program.marked_pixels(), 0);
+}
+
+TEST(Annotations, OfARowSetToNothingAreNone) {
+    Measured program;
+    program.press(0, true);
+    program.choose(program.scope.panel().measurement[0].selector, "---");
+    EXPECT_EQ(program.marked_pixels(), 0);
+    program.ticks(3);
+    EXPECT_EQ(program.marked_pixels(), 0);
+}
+
 TEST(Measurements, StandStillWhileTheyAreOff) {
     Measured program;
     program.scope.act([&] { program.scope.panel().check1.set_checked(false); });

@@ -25,6 +25,7 @@ private Q_SLOTS:
     void steps_stay_in_the_decade();
     void signals_are_edited();
     void cables_are_plugged();
+    void a_calibration_is_connected_from_the_list();
     void faults_are_switched();
     void an_acknowledge_is_lost_or_wrong();
     void stands_beside_the_main_window_or_not_at_all();
@@ -138,6 +139,30 @@ void BenchTest::cables_are_plugged() {
     QCOMPARE(bench.triggers[0], simulator::TriggerRoute::signal_2);
     window.findChild<QComboBox*>(u"TRIG2"_s)->setCurrentText(u"Nothing"_s);
     QCOMPARE(bench.triggers[1], simulator::TriggerRoute::disconnected);
+}
+
+void BenchTest::a_calibration_is_connected_from_the_list() {
+    Bench bench;
+    BenchWindow window(bench);
+    auto* const list = window.findChild<QComboBox*>(u"connection"_s);
+    const auto choose = [list](const QString& text) {
+        list->setCurrentText(text);
+        Q_EMIT list->activated(list->currentIndex());
+    };
+    choose(u"1 Vpp, 10 MHz sine; CH2 to trigger output"_s);
+    QCOMPARE(bench.sources[0].amplitude_mvpp, 1000.0);
+    QVERIFY(bench.samplers[1] == simulator::SamplerRoute::trigger_output);
+    // What is shown follows, and still edits.
+    auto* const amplitude = window.findChildren<QDoubleSpinBox*>(u"amplitude"_s).front();
+    QCOMPARE(amplitude->text(), u"1 Vpp"_s);
+    QCOMPARE(window.findChild<QComboBox*>(u"CH2"_s)->currentText(), u"Trigger output"_s);
+    QCOMPARE(window.findChild<QComboBox*>(u"CH1"_s)->currentText(), u"Nothing"_s);
+    amplitude->setValue(500.0);
+    QCOMPARE(bench.sources[0].amplitude_mvpp, 500.0);
+    choose(u"As delivered"_s);
+    QCOMPARE(bench.sources[0].amplitude_mvpp, Bench().sources[0].amplitude_mvpp);
+    QVERIFY(bench.samplers == Bench().samplers);
+    QVERIFY(bench.triggers == Bench().triggers);
 }
 
 void BenchTest::faults_are_switched() {

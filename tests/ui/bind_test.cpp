@@ -29,6 +29,8 @@ private Q_SLOTS:
     void a_slider_goes_both_ways();
     void tabs_come_go_and_are_chosen();
     void a_menu_entry_presses_its_button();
+    void a_menu_entry_with_a_check_mark_shows_its_box();
+    void a_text_that_cannot_be_taken_is_marked();
     void a_control_outlives_its_widget();
 };
 
@@ -255,6 +257,40 @@ void BindTest::a_menu_entry_presses_its_button() {
     QCOMPARE(clicks, 1);
     control.set_enabled(false);
     QVERIFY(!action.isEnabled());
+}
+
+void BindTest::a_menu_entry_with_a_check_mark_shows_its_box() {
+    Entered entered;
+    CheckBox control("cmdcaloofset");
+    QList<bool> seen;
+    control.on_click([&] { seen.append(control.checked()); });
+    QAction action;
+    bind(&action, control, entered.driver);
+    QCOMPARE(action.objectName(), u"cmdcaloofset"_s);
+    QVERIFY(action.isCheckable() && !action.isChecked());
+    action.trigger();
+    QVERIFY(control.checked());
+    control.put_checked(false);
+    QVERIFY(!action.isChecked());
+    action.trigger();
+    action.trigger();
+    QVERIFY(!control.checked());
+    QCOMPARE(seen, (QList<bool>{true, true, false}));
+    control.set_enabled(false);
+    QVERIFY(!action.isEnabled());
+}
+
+void BindTest::a_text_that_cannot_be_taken_is_marked() {
+    Entered entered;
+    TextBox control("cald(0)");
+    QLineEdit widget;
+    bind(&widget, control, entered.driver);
+    const QPalette usual = widget.palette();
+    control.set_faulty(true);
+    QCOMPARE(widget.palette().color(QPalette::Base), QColor(255, 192, 192));
+    QVERIFY(contrast(widget.palette().color(QPalette::Text), QColor(255, 192, 192)) > 7.0);
+    control.set_faulty(false);
+    QCOMPARE(widget.palette().color(QPalette::Base), usual.color(QPalette::Base));
 }
 
 void BindTest::a_control_outlives_its_widget() {

@@ -1,0 +1,181 @@
+#include "calibration/guided_calibration.h"
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+
+#include "calibration/corrections.h"
+#include "panel/vertical.h"
+#include "state/rounding.h"
+
+namespace kv408 {
+namespace {
+
+/// Does what a click does that sets `list` to the entry `text`, which it has.
+void choose(ListBox& list, std::string_view text) {
+    const auto& entries = list.entries();
+    const auto found = std::find(entries.begin(), entries.end(), text);
+    if (found != entries.end()) {
+        list.set_index(static_cast<int>(found - entries.begin()));
+    }
+}
+
+/// Does what a click does that leaves `box` as `checked` says; nothing when it is so already.
+void check(CheckBox& box, bool checked) {
+    if (box.checked() != checked) {
+        box.set_checked(checked);
+    }
+}
+
+/// The gain range of a volts-per-division entry; 0 for any other text.
+std::int16_t range_of(std::string_view v_div) {
+    const auto scale = vertical_scale(v_div);
+    return scale ? scale->gain : std::int16_t{0};
+}
+
+} // namespace
+
+void GuidedCalibration::set_up(const Guide& guide) {
+    if (around_.boxes.show({.text = set_up_text(guide, form_),
+                            .title = std::string(guide.title),
+                            .buttons = MessageButtons::ok_cancel,
+                            .icon = MessageIcon::information}) != MessageAnswer::ok) {
+        return;
+    }
+    set_panel(guide);
+    form_.calstatus.set_caption(ready_text(guide, form_));
+    record_.note("");
+    around_.state_machine.cmdstartsweep_Click();
+}
+
+void GuidedCalibration::set_panel(const Guide& guide) {
+    FrontPanel& panel = around_.panel;
+    for (std::size_t channel = 0; channel < panel.channel.size(); ++channel) {
+        ChannelControls& controls = panel.channel.at(channel);
+        check(controls.enable, guide.channels.at(channel));
+        check(controls.invert, false);
+        check(controls.inviatr, false);
+    }
+    check(panel.persist, false);
+    check(panel.average, false);
+    check(panel.check1, true);
+    choose(panel.seltimediv, guide.time_div);
+    choose(panel.channel[0].vdiv, guide.v_div);
+    choose(panel.channel[1].vdiv, guide.v_div);
+    if (guide.trig1) {
+        choose(panel.trigsource, "TRIG1");
+    }
+}
+
+void GuidedCalibration::compute(const Guide& guide) {
+    switch (guide.what) {
+    case Calibrates::gain:
+        compute_gain(guide);
+        break;
+    case Calibrates::offset:
+        compute_offsets(guide);
+        break;
+    case Calibrates::time_scale:
+        compute_time_scale(guide);
+        break;
+    case Calibrates::linearity:
+        break;
+    }
+}
+
+void GuidedCalibration::compute_gain(const Guide& guide) {
+    const std::size_t channel = guide.channels[0] ? 0 : 1;
+    if (around_.panel.channel.at(channel).vdiv.text() != guide.v_div) {
+        refuse(guide, wrong_panel_text(guide, form_));
+        return;
+    }
+    const std::size_t field = guide.fields[0];
+    const std::int32_t millivolts = round_to_int32(measured(channel, meas::vpp));
+    const auto gain = corrected_gain(record_.in_use().at(field), millivolts, guide.expected_mvpp);
+    std::string found = std::to_string(millivolts);
+    found += "mV peak to peak measured in place of ";
+    found += std::to_string(round_to_int32(guide.expected_mvpp));
+    found += "mV.";
+    if (!gain) {
+        refuse(guide, out_of_range_text(guide), found);
+        return;
+    }
+    record_.put(field, *gain);
+    record_.set_calibrated();
+    succeed(guide, found);
+}
+
+bool GuidedCalibration::ranges_are(const Guide& guide) const {
+    // Any entry of the range that the set-up selects will do.
+    return std::all_of(around_.panel.channel.begin(), around_.panel.channel.end(),
+                       [&guide](const ChannelControls& controls) {
+                           return range_of(controls.vdiv.text()) == range_of(guide.v_div);
+                       });
+}
+
+void GuidedCalibration::compute_offsets(const Guide& guide) {
+    if (!ranges_are(guide)) {
+        refuse(guide, wrong_panel_text(guide, form_));
+        return;
+    }
+    if (!quiet_enough(measured(0, meas::vpp)) || !quiet_enough(measured(1, meas::vpp))) {
+        refuse(guide, out_of_range_text(guide));
+        return;
+    }
+    const bool high = range_of(guide.v_div) == high_gain;
+    for (std::size_t channel = 0; channel < guide.fields.size(); ++channel) {
+        const bool via_trigger = around_.panel.channel.at(channel).inviatr.checked();
+        const double factor = codes_per_millivolt({.high_gain = high, .via_trigger = via_trigger});
+        const std::size_t field = guide.fields.at(channel);
+        record_.put(field, corrected_offset(record_.in_use().at(field),
+                                            measured(channel, meas::vmean), factor));
+    }
+    succeed(guide, {});
+}
+
+void GuidedCalibration::compute_time_scale(const Guide& guide) {
+    if (around_.panel.seltimediv.text() != guide.time_div) {
+        refuse(guide, wrong_panel_text(guide, form_));
+        return;
+    }
+    const std::int32_t frequency =
+        round_to_int32(around_.time_base.samplerate * measured(0, meas::frequency));
+    std::string found = std::to_string(frequency);
+    found += "Hz measured in place of 10000000Hz.";
+    if (!accepted_frequency(frequency)) {
+        refuse(guide, "Frequency out of range!", found);
+        return;
+    }
+    const std::size_t field = guide.fields[0];
+    const auto scale = corrected_time_scale(record_.in_use().at(field), frequency);
+    if (!scale) {
+        refuse(guide, out_of_range_text(guide));
+        return;
+    }
+    record_.put(field, *scale);
+    // The correction leaves the square of the error: one part in a thousand from 3 % on.
+    constexpr std::int32_t once_is_enough_hz = 300000;
+    if (std::abs(frequency - round_to_int32(calibration_hz)) > once_is_enough_hz) {
+        found += " So large an error takes a second time: write, set up and calibrate again.";
+    }
+    succeed(guide, found);
+}
+
+void GuidedCalibration::refuse(const Guide& guide, const std::string& text,
+                               const std::string& help) {
+    around_.boxes.show({.text = text,
+                        .title = std::string(guide.error_title),
+                        .icon = MessageIcon::exclamation,
+                        .informative = help});
+}
+
+void GuidedCalibration::succeed(const Guide& guide, const std::string& measured) {
+    form_.calstatus.set_caption(success_text(guide, form_));
+    record_.note(measured);
+}
+
+double GuidedCalibration::measured(std::size_t channel, std::size_t field) const {
+    return around_.measurements.measresults.at(channel).at(field);
+}
+
+} // namespace kv408

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "acquisition/state_machine.h"
+#include "calibration/calibration_form.h"
+#include "host/clock.h"
+#include "host/message_boxes.h"
+#include "host/window_messages.h"
+#include "link/device_link.h"
+#include "panel/front_panel.h"
+#include "state/acquisition_state.h"
+
+namespace kv408 {
+
+/// The linearity calibration of the time base. The instrument does it by itself and reports the
+/// error of each of 8000 points in a byte; the program starts it, counts and shows.
+class LinearityRun {
+public:
+    /// Number of the first point, and the one after the last.
+    static constexpr std::int16_t first_point = 2500;
+    static constexpr std::int16_t end_point = 10500;
+
+    /// What a run works with.
+    struct Surroundings {
+        FrontPanel& panel;
+        AcquisitionState& acquisition;
+        DeviceLink& link;
+        StateMachine& state_machine;
+        Clock& clock;
+        MessageBoxes& boxes;
+        WindowMessages& messages;
+    };
+
+    LinearityRun(CalibrationForm& form, const Surroundings& surroundings)
+        : form_(form), around_(surroundings) {}
+
+    /// After a question: stops the sweep, starts the run in the instrument and sets the state word
+    /// to "calibrationint".
+    void cmdcalint_Click();
+
+    /// Stop on the form, as in the main window.
+    void cmdcalstop_Click();
+
+    /// One step, on each tick of the timer in "calibrationint": takes one byte if there is one.
+    /// After the last point the state word becomes "stoped". Counting goes on where a run was
+    /// broken off.
+    void caldelaypstint();
+
+    /// Number of the next point.
+    [[nodiscard]] std::int16_t point() const { return point_; }
+
+    /// A run has begun and not come to its end.
+    [[nodiscard]] bool started() const { return started_; }
+
+private:
+    void take_point(Byte error);
+    void tell_time_left();
+    void tell_silence();
+    void finish();
+    void show_status(const std::string& text);
+
+    CalibrationForm& form_;
+    Surroundings around_;
+    bool started_ = false;
+    std::int16_t point_ = first_point;
+    std::int16_t errors_ = 0;
+    std::int16_t largest_ = 0; ///< picoseconds
+    // The pace of this run, from its start in the instrument on.
+    std::chrono::nanoseconds begun_{0};
+    std::chrono::nanoseconds last_byte_{0};
+    std::int32_t points_of_run_ = 0;
+};
+
+/// The size of a reported error, picoseconds: the byte is a signed number, and one of 1 is none.
+[[nodiscard]] std::int16_t linearity_error(Byte reported);
+
+/// How long is left, in words: "about 29 minutes", "less than a minute".
+[[nodiscard]] std::string minutes_in_words(std::chrono::nanoseconds left);
+
+} // namespace kv408

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "host/clock.h"
+#include "host/file_choosers.h"
+#include "host/files.h"
+#include "host/places.h"
+#include "state/calibration_record.h"
+
+namespace kv408 {
+
+/// Keeps calibration records in dated files beside the settings, and brings them back.
+class RecordBackup {
+public:
+    RecordBackup(Files& files, FileChoosers& choosers, const Places& places, const Clock& clock)
+        : files_(files), choosers_(choosers), places_(places), clock_(clock) {}
+
+    /// Keeps `record` in a file of its own, named by date and time. On failure the result says why.
+    FileResult keep(const CalibrationRecord& record);
+
+    /// Name of the file that `keep` wrote last; empty before.
+    [[nodiscard]] const std::string& kept() const { return kept_; }
+
+    /// What came of bringing a record back.
+    struct Restored {
+        std::optional<CalibrationRecord> record = {}; ///< the record in the file that was chosen
+        std::string file = {};    ///< name of that file; empty when none was chosen
+        std::string failure = {}; ///< why there is no record in it; empty when there is
+    };
+
+    /// Asks for a file and reads the record in it.
+    Restored restore();
+
+private:
+    Files& files_;
+    FileChoosers& choosers_;
+    Places places_;
+    const Clock& clock_;
+    std::string kept_;
+};
+
+} // namespace kv408

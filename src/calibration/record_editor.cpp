@@ -1,0 +1,262 @@
+#include "calibration/record_editor.h"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <vector>
+
+#include "calibration/record_values.h"
+#include "panel/set_up_change.h"
+
+namespace kv408 {
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr std::size_t record_size = std::tuple_size_v<CalibrationRecord>;
+
+/// The words of the record, in order.
+std::array<std::uint16_t, record_size> record_addresses() {
+    std::array<std::uint16_t, record_size> addresses = {};
+    for (std::size_t index = 0; index < record_size; ++index) {
+        addresses.at(index) = record_address(index);
+    }
+    return addresses;
+}
+
+CalibrationRecord record_of(std::span<const std::uint16_t> words) {
+    CalibrationRecord record = {};
+    std::transform(words.begin(), words.begin() + record_size, record.begin(), value_of_word);
+    return record;
+}
+
+/// Lets the reply in progress arrive and throws away what the instrument has sent.
+void drain(DeviceLink& link) {
+    constexpr std::uint32_t most = 1400;
+    link.waitrxidle();
+    std::vector<Byte> bytes(std::min(link.waiting(), most));
+    if (!bytes.empty()) {
+        link.read(bytes);
+    }
+}
+
+} // namespace
+
+void RecordEditor::mnucalibration_Click() {
+    form_.window.open();
+    if (opened_ || !around_.link.state().open) {
+        return;
+    }
+    opened_ = true;
+    // In "idle" the sweep would have started with the next tick.
+    const bool running = around_.acquisition.acqrunning || around_.acquisition.scopestate == "idle";
+    cmdreadcald_Click();
+    if (running) {
+        around_.state_machine.cmdstartsweep_Click();
+    }
+}
+
+void RecordEditor::cmdreadcald_Click() {
+    around_.state_machine.cmdstop_Click();
+    drain(around_.link);
+    constexpr std::size_t hardware = record_size;
+    constexpr std::size_t firmware = record_size + 1;
+    std::array<std::uint16_t, record_size + 2> addresses = {};
+    const auto values = record_addresses();
+    std::copy(values.begin(), values.end(), addresses.begin());
+    addresses.at(hardware) = flash_address::hardware_id;
+    addresses.at(firmware) = flash_address::firmware_id;
+    std::array<std::uint16_t, addresses.size()> words = {};
+    show_status("");
+    form_.progressbar1.start(static_cast<int>(addresses.size()));
+    const std::size_t came = read_words(addresses, words, true);
+    if (came < addresses.size()) {
+        std::string text = "Word ";
+        text += std::to_string(came + 1);
+        text += " of ";
+        text += std::to_string(addresses.size());
+        text += " did not come from the instrument. The record here is as it was before.";
+        note(text);
+        return;
+    }
+    form_.cald61.set_text(std::to_string(words.at(hardware)));
+    form_.cald62.set_text(std::to_string(words.at(firmware)));
+    held_ = record_of(words);
+    around_.in_use = *held_;
+    show_edited(*held_);
+    calibrated_ = false;
+    show_status("Read complete");
+    note("These are the values that the instrument works with.");
+}
+
+std::size_t RecordEditor::read_words(std::span<const std::uint16_t> addresses,
+                                     std::span<std::uint16_t> words, bool show_progress) {
+    for (std::size_t index = 0; index < addresses.size(); ++index) {
+        if (!around_.link.read_flash_word(addresses[index], words[index])) {
+            return index;
+        }
+        if (show_progress) {
+            show_step();
+        }
+    }
+    return addresses.size();
+}
+
+void RecordEditor::cmdwritecal_Click() {
+    if (!may_write() || !keep_record()) {
+        return;
+    }
+    if (around_.acquisition.scopestate == "calibrationint") {
+        // The instrument breaks its run off as soon as it is asked for anything else.
+        around_.state_machine.cmdstop_Click();
+    }
+    write_words();
+    take_in_use(edited_);
+    calibrated_ = false;
+    show_status("Write complete");
+    read_back();
+}
+
+bool RecordEditor::may_write() {
+    for (std::size_t index = 0; index < form_.cald.size(); ++index) {
+        if (form_.cald.at(index).faulty()) {
+            check_boxes();
+            return false;
+        }
+    }
+    return held_ || around_.boxes.show({.text = "Overwrite the calibration in the instrument?",
+                                        .title = "Write Calibration",
+                                        .buttons = MessageButtons::yes_no,
+                                        .icon = MessageIcon::question,
+                                        .informative =
+                                            "It was never read, so it cannot be kept in a file and "
+                                            "cannot be brought back."}) == MessageAnswer::yes;
+}
+
+bool RecordEditor::keep_record() {
+    if (!held_) {
+        return true;
+    }
+    const FileResult result = backup_.keep(*held_);
+    return result.status == FileStatus::done ||
+           around_.boxes.show({.text = "Write without keeping the calibration read before?",
+                               .title = "Write Calibration",
+                               .buttons = MessageButtons::yes_no,
+                               .icon = MessageIcon::exclamation,
+                               .informative = "It could not be kept in a file: " +
+                                              result.reason}) == MessageAnswer::yes;
+}
+
+void RecordEditor::write_words() {
+    around_.link.flush();
+    show_status("Writing Cal Data");
+    around_.clock.sleep(milliseconds(500));
+    form_.progressbar1.start(static_cast<int>(record_size) + 1);
+    for (std::size_t index = 0; index < record_size; ++index) {
+        around_.link.write_flash_word(record_address(index), word_of_value(edited_.at(index)));
+        show_step();
+    }
+    around_.link.write_flash_word(flash_address::marker, written_marker);
+    show_step();
+    around_.clock.sleep(milliseconds(200));
+}
+
+void RecordEditor::read_back() {
+    std::array<std::uint16_t, record_size> words = {};
+    const auto addresses = record_addresses();
+    if (read_words(addresses, words, false) < addresses.size()) {
+        note("The instrument did not answer when the record was read back.");
+        return;
+    }
+    const bool kept = held_.has_value();
+    held_ = record_of(words);
+    const std::string found = differences(edited_, *held_);
+    if (!found.empty()) {
+        note("Read back from the instrument: " + found);
+    } else if (kept && !backup_.kept().empty()) {
+        note("Read back and found right. The values before are in " + backup_.kept());
+    } else {
+        note("Read back and found right.");
+    }
+}
+
+void RecordEditor::cmdsetalltodefault_Click() {
+    if (around_.boxes.show({.text = "Set calibration data to default?",
+                            .title = "Set to Default",
+                            .buttons = MessageButtons::yes_no,
+                            .icon = MessageIcon::question}) != MessageAnswer::yes) {
+        return;
+    }
+    show_edited(default_calibration);
+    take_in_use(default_calibration);
+    note("The instrument keeps its own values until these are written.");
+}
+
+void RecordEditor::cmdrestorecal_Click() {
+    const RecordBackup::Restored restored = backup_.restore();
+    if (restored.file.empty()) {
+        return;
+    }
+    if (!restored.record) {
+        note(restored.file + " cannot be restored: " + restored.failure);
+        return;
+    }
+    show_edited(*restored.record);
+    note(restored.file + " is in the boxes, not yet in the instrument.");
+}
+
+void RecordEditor::cald_Change(std::size_t index) {
+    TextBox& box = form_.cald.at(index);
+    const auto value = record_value(box.text());
+    box.set_faulty(!value);
+    if (value) {
+        edited_.at(index) = *value;
+    }
+    check_boxes();
+}
+
+void RecordEditor::check_boxes() {
+    std::string faulty;
+    for (std::size_t index = 0; index < form_.cald.size(); ++index) {
+        if (form_.cald.at(index).faulty()) {
+            faulty += faulty.empty() ? "" : "; ";
+            faulty += record_value_name(index);
+        }
+    }
+    const bool writable = faulty.empty();
+    if (writable && !form_.cmdwritecal.enabled()) {
+        note("");
+    } else if (!writable) {
+        note("Not a whole number from -32768 to 32767: " + faulty + ". Cannot be written.");
+    }
+    form_.cmdwritecal.set_enabled(writable);
+}
+
+void RecordEditor::put(std::size_t index, std::int32_t value) {
+    edited_.at(index) = value;
+    form_.cald.at(index).set_text(std::to_string(value));
+}
+
+void RecordEditor::show_edited(const CalibrationRecord& record) {
+    for (std::size_t index = 0; index < record.size(); ++index) {
+        put(index, record.at(index));
+    }
+}
+
+void RecordEditor::take_in_use(const CalibrationRecord& record) {
+    around_.in_use = record;
+    // A sweep that was broken off by the writing, or taken with the old values, starts anew.
+    mark_changed(around_.acquisition, around_.link);
+}
+
+void RecordEditor::show_status(const std::string& text) {
+    form_.calstatus.set_caption(text);
+    around_.messages.repaint(form_.calstatus.name());
+}
+
+void RecordEditor::show_step() {
+    form_.progressbar1.step();
+    around_.messages.repaint(form_.progressbar1.name());
+}
+
+} // namespace kv408

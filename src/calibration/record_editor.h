@@ -1,0 +1,102 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+
+#include "acquisition/state_machine.h"
+#include "calibration/calibration_form.h"
+#include "calibration/record_backup.h"
+#include "host/clock.h"
+#include "host/message_boxes.h"
+#include "host/window_messages.h"
+#include "link/device_link.h"
+#include "state/acquisition_state.h"
+#include "state/calibration_record.h"
+
+namespace kv408 {
+
+/// The calibration record on the form: read from the instrument, edited, written, set to defaults.
+///
+/// There are two copies of it. The one in use is what the instrument corrects its samples with as
+/// far as the program knows; the edited one follows the text boxes, and becomes the one in use when
+/// it is written.
+class RecordEditor {
+public:
+    /// What the editor works with.
+    struct Surroundings {
+        CalibrationRecord& in_use;
+        AcquisitionState& acquisition;
+        DeviceLink& link;
+        StateMachine& state_machine;
+        Clock& clock;
+        MessageBoxes& boxes;
+        WindowMessages& messages;
+    };
+
+    RecordEditor(CalibrationForm& form, const Surroundings& surroundings, RecordBackup& backup)
+        : form_(form), around_(surroundings), backup_(backup) {}
+
+    /// Calibration in the menu: opens the form. The first time it also reads the record from the
+    /// instrument, and starts a running sweep again afterwards.
+    void mnucalibration_Click();
+
+    /// Reads record and identification from the instrument, which stops sweeping.
+    void cmdreadcald_Click();
+
+    /// Writes the edited record to the instrument, keeps the one read before in a file, and reads
+    /// back what the instrument then holds. Refused while a box holds no value.
+    void cmdwritecal_Click();
+
+    /// After a question: the defaults become the edited record and the one in use. The instrument
+    /// keeps its own.
+    void cmdsetalltodefault_Click();
+
+    /// Puts a record that was kept in a file into the boxes.
+    void cmdrestorecal_Click();
+
+    /// The text of box `index`, 0..10, has changed.
+    void cald_Change(std::size_t index);
+
+    /// Sets edited value `index`, 0..10, and shows it in its box.
+    void put(std::size_t index, std::int32_t value);
+
+    /// The edited record.
+    [[nodiscard]] const CalibrationRecord& edited() const { return edited_; }
+
+    /// The record in use.
+    [[nodiscard]] const CalibrationRecord& in_use() const { return around_.in_use; }
+
+    /// The calibration flag: a gain was calibrated and is not written yet.
+    [[nodiscard]] bool calibrated() const { return calibrated_; }
+    void set_calibrated() { calibrated_ = true; }
+
+    /// Says `text` in the line under the status.
+    void note(std::string text) { form_.calnote.set_caption(std::move(text)); }
+
+private:
+    /// Reads the words at `addresses` into `words`; the number that came before one did not.
+    std::size_t read_words(std::span<const std::uint16_t> addresses, std::span<std::uint16_t> words,
+                           bool show_progress);
+    bool may_write();
+    bool keep_record();
+    void write_words();
+    void read_back();
+    void take_in_use(const CalibrationRecord& record);
+    void show_edited(const CalibrationRecord& record);
+    void show_status(const std::string& text);
+    void show_step();
+    void check_boxes();
+
+    CalibrationForm& form_;
+    Surroundings around_;
+    RecordBackup& backup_;
+    CalibrationRecord edited_ = default_calibration;
+    std::optional<CalibrationRecord> held_; ///< what the instrument held when it was last read
+    bool opened_ = false;
+    bool calibrated_ = false;
+};
+
+} // namespace kv408

@@ -1,0 +1,39 @@
+#include "simulator/test_connections.h"
+
+namespace kv408::simulator {
+namespace {
+
+constexpr double small_mvpp = 200.0;
+constexpr double large_mvpp = 1000.0;
+
+Source clean_sine(double amplitude_mvpp) {
+    Source source;
+    source.kind = SignalKind::sine;
+    source.amplitude_mvpp = amplitude_mvpp;
+    source.frequency_hz = 10.0e6;
+    return source;
+}
+
+} // namespace
+
+void connect(Bench& bench, TestConnection connection) {
+    if (connection == TestConnection::delivery) {
+        const Bench delivered;
+        bench.sources = delivered.sources;
+        bench.samplers = delivered.samplers;
+        bench.triggers = delivered.triggers;
+        return;
+    }
+    bench.triggers = {TriggerRoute::signal_1, TriggerRoute::signal_1};
+    bench.samplers = {SamplerRoute::disconnected, SamplerRoute::disconnected};
+    const bool small = connection == TestConnection::sine_200mv_ch1 ||
+                       connection == TestConnection::sine_200mv_ch2;
+    bench.sources[0] = clean_sine(small ? small_mvpp : large_mvpp);
+    if (connection != TestConnection::inputs_open) {
+        const bool first = connection == TestConnection::sine_200mv_ch1 ||
+                           connection == TestConnection::sine_1v_ch1;
+        bench.samplers.at(first ? 0 : 1) = SamplerRoute::trigger_output;
+    }
+}
+
+} // namespace kv408::simulator

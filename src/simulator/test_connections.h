@@ -1,0 +1,21 @@
+#pragma once
+
+#include "simulator/bench.h"
+
+namespace kv408::simulator {
+
+/// What a person connects to the instrument for a calibration, or as it was delivered.
+enum class TestConnection {
+    delivery,       ///< the signals and cables that every bench starts with
+    sine_200mv_ch1, ///< 200 mVpp, 10 MHz sine at the trigger inputs, CH1 at the trigger output
+    sine_200mv_ch2, ///< the same, CH2 at the trigger output
+    sine_1v_ch1,    ///< 1 Vpp, 10 MHz sine at the trigger inputs, CH1 at the trigger output
+    sine_1v_ch2,    ///< the same, CH2 at the trigger output
+    inputs_open     ///< a trigger as before, both sampler inputs open
+};
+
+/// Connects `connection`: sets signal 1, which is then a clean generator without noise and jitter,
+/// and the cables. Errors and faults stay.
+void connect(Bench& bench, TestConnection connection);
+
+} // namespace kv408::simulator

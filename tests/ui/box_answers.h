@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QStringList>
+#include <QTimer>
+
+namespace kv408::ui {
+
+/// Answers every message box that opens while it lives, as a person does who agrees, and keeps what
+/// they said.
+class BoxAnswers {
+public:
+    BoxAnswers() {
+        QObject::connect(&look_, &QTimer::timeout, &look_, [this] { answer(); });
+        look_.start(5);
+    }
+
+    QStringList texts; ///< of all boxes so far
+    /// What is pressed, of the buttons that the box has; the first counts.
+    QList<QMessageBox::StandardButton> agree = {QMessageBox::Ok, QMessageBox::Yes};
+
+private:
+    void answer() {
+        for (QWidget* const widget : QApplication::topLevelWidgets()) {
+            auto* const box = qobject_cast<QMessageBox*>(widget);
+            if (box == nullptr || !box->isVisible()) {
+                continue;
+            }
+            texts.append(box->text());
+            for (const QMessageBox::StandardButton button : agree) {
+                if (box->button(button) != nullptr) {
+                    box->button(button)->click();
+                    return;
+                }
+            }
+        }
+    }
+
+    QTimer look_;
+};
+
+} // namespace kv408::ui
