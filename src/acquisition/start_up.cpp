@@ -9,6 +9,7 @@ void StartUp::Form_Load() {
     initialise_panel();
     handlers_.settings.restore();
     apply_settings();
+    handlers_.settings.start_keeping();
 }
 
 bool StartUp::connect() {

@@ -53,8 +53,8 @@ std::optional<Fields> fields_of(std::string_view line) {
 
 } // namespace
 
-SettingsFile::SettingsFile(KeptSettings kept, const Host& host, std::function<void()> apply)
-    : kept_(std::move(kept)), host_(host), apply_(std::move(apply)), rows_(setting_rows(kept_)) {
+SettingsFile::SettingsFile(KeptSettings kept, const Host& host, Hooks hooks)
+    : kept_(std::move(kept)), host_(host), hooks_(std::move(hooks)), rows_(setting_rows(kept_)) {
     for (const SettingRow& row : rows_) {
         row_of_key_.emplace(row.key, &row);
     }
@@ -67,40 +67,49 @@ std::filesystem::path SettingsFile::default_path() const {
 void SettingsFile::restore() {
     kept_.colours = {};
     kept_.display.snapshotpath = path_text(host_.places.program);
-    loadconfigfile(default_path());
-    restored_ = true;
+    std::string bytes;
+    restored_ = host_.files.read(default_path(), bytes);
+    if (loadconfigfile(default_path()) == Reading::bad_line) {
+        std::filesystem::path copy = default_path();
+        copy += ".bad";
+        // Where it cannot be made, the message of the line has told what will be missing.
+        host_.files.replace(copy, bytes);
+    }
 }
 
 void SettingsFile::save_at_end(bool tell) {
-    if (!restored_ || saved_at_end_) {
+    if (!keeping_ || saved_at_end_) {
         return;
     }
     // Set first: while a failure is being told the window may be closed once more.
     saved_at_end_ = true;
+    hooks_.cancel_edits();
+    const Outcome outcome = restored_.status == FileStatus::failed
+                                ? Outcome{.path = default_path(), .result = restored_}
+                                : write(default_path());
     if (tell) {
-        saveconfigsmon(default_path());
-    } else {
-        [[maybe_unused]] const Outcome outcome = write(default_path());
+        tell_failure(outcome);
     }
 }
 
-void SettingsFile::loadconfigfile(const std::filesystem::path& path) {
+SettingsFile::Reading SettingsFile::loadconfigfile(const std::filesystem::path& path) {
     std::string bytes;
     const FileResult result = host_.files.read(path, bytes);
     switch (result.status) {
     case FileStatus::done:
-        take_lines(from_code_page(std::move(bytes)), path);
-        break;
+        return take_lines(from_code_page(std::move(bytes)), path) ? Reading::complete
+                                                                  : Reading::bad_line;
     case FileStatus::not_found:
         saveconfigsmon(path);
-        break;
+        return Reading::missing;
     case FileStatus::failed:
-        tell_line(1, path_text(path) + ": " + result.reason);
         break;
     }
+    tell_line(1, path_text(path) + ": " + result.reason);
+    return Reading::failed;
 }
 
-void SettingsFile::take_lines(std::string_view lines, const std::filesystem::path& path) {
+bool SettingsFile::take_lines(std::string_view lines, const std::filesystem::path& path) {
     int settings = 0;
     for (int number = 1; !lines.empty(); ++number) {
         const auto fields = fields_of(take_line(lines));
@@ -109,9 +118,10 @@ void SettingsFile::take_lines(std::string_view lines, const std::filesystem::pat
             tell_line(number, path_text(path) +
                                   ": the lines before it have been taken over, it and those after "
                                   "it have not.");
-            return;
+            return false;
         }
     }
+    return true;
 }
 
 void SettingsFile::tell_line(int line, const std::string& help) {
@@ -156,7 +166,10 @@ SettingsFile::Outcome SettingsFile::write(const std::filesystem::path& path) {
 }
 
 void SettingsFile::saveconfigsmon(const std::filesystem::path& path) {
-    const Outcome outcome = write(path);
+    tell_failure(write(path));
+}
+
+void SettingsFile::tell_failure(const Outcome& outcome) {
     if (outcome.result.status == FileStatus::done) {
         return;
     }
@@ -168,8 +181,11 @@ void SettingsFile::saveconfigsmon(const std::filesystem::path& path) {
 void SettingsFile::loadconfig_Click() {
     const auto path = host_.choosers.open_file({.title = "Open File", .filter = file_kinds});
     if (path && !path->empty()) {
-        loadconfigfile(*path);
-        apply_();
+        hooks_.cancel_edits();
+        const Reading reading = loadconfigfile(*path);
+        if (reading == Reading::complete || reading == Reading::bad_line) {
+            hooks_.apply();
+        }
     }
 }
 

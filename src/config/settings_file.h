@@ -26,9 +26,16 @@ public:
         const Places& places;
     };
 
-    /// Keeps `kept` in files of `host`; `apply` runs the panel's handlers in their order after a
-    /// set-up was loaded by hand.
-    SettingsFile(KeptSettings kept, const Host& host, std::function<void()> apply);
+    /// What others do when settings are loaded or saved.
+    struct Hooks {
+        /// Runs the panel's handlers in their order after a set-up was loaded by hand.
+        std::function<void()> apply;
+        /// Takes back what is being edited and has not been confirmed.
+        std::function<void()> cancel_edits;
+    };
+
+    /// Keeps `kept` in files of `host`.
+    SettingsFile(KeptSettings kept, const Host& host, Hooks hooks);
 
     /// The rows of the table refer to the kept settings in here.
     SettingsFile(const SettingsFile&) = delete;
@@ -37,17 +44,24 @@ public:
     /// The file that is read at start-up and written at the end.
     [[nodiscard]] std::filesystem::path default_path() const;
 
-    /// Start-up: gives colours and snapshot folder their defaults, then reads the default file.
+    /// Start-up: gives colours and snapshot folder their defaults, then reads the default file. Of
+    /// one with a line that cannot be taken a copy with the further ending ".bad" is kept, because
+    /// the end of the program will write the file without what stood after that line.
     void restore();
 
-    /// The end of the program: writes the default file, once, and only if it has been read in this
-    /// run, so that a failed start leaves it alone. A failure is told when `tell` is set.
+    /// Start-up is complete: from now on the end of the program saves the settings.
+    void start_keeping() { keeping_ = true; }
+
+    /// The end of the program: writes the default file, once, and only after a complete start, so
+    /// that a failed one leaves it alone. A file that could not be read at start-up stays as it is.
+    /// A failure is told when `tell` is set.
     void save_at_end(bool tell);
 
     /// Reads and applies the file at `path`. A missing file is created with the present settings.
     /// The first line that cannot be taken, or the 1001st with a key, is told with its number and
-    /// ends the reading; the lines before it stay applied.
-    void loadconfigfile(const std::filesystem::path& path);
+    /// ends the reading; the lines before it stay applied. Returns what became of it.
+    enum class Reading { complete, bad_line, missing, failed };
+    Reading loadconfigfile(const std::filesystem::path& path);
 
     /// Applies one key; false for a value that the key cannot have. A key that is not in the table
     /// is passed over.
@@ -69,15 +83,17 @@ private:
 
     [[nodiscard]] Outcome write(const std::filesystem::path& path);
     [[nodiscard]] std::string text() const;
-    void take_lines(std::string_view lines, const std::filesystem::path& path);
+    void tell_failure(const Outcome& outcome);
+    bool take_lines(std::string_view lines, const std::filesystem::path& path);
     void tell_line(int line, const std::string& help);
 
     KeptSettings kept_;
     Host host_;
-    std::function<void()> apply_;
+    Hooks hooks_;
     std::vector<SettingRow> rows_;
     std::unordered_map<std::string_view, const SettingRow*> row_of_key_;
-    bool restored_ = false;
+    bool keeping_ = false;
+    FileResult restored_; ///< how the default file could be read at start-up
     bool saved_at_end_ = false;
 };
 

@@ -187,6 +187,12 @@ void SettingsDialog::cmdOK_Click() {
     close();
 }
 
+void SettingsDialog::cancel() {
+    if (open_) {
+        cmdCancel_Click();
+    }
+}
+
 void SettingsDialog::cmdCancel_Click() {
     apply(saved_);
     close();

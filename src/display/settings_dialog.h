@@ -34,6 +34,9 @@ public:
     /// the front.
     void mnusettings_Click();
 
+    /// Does what Cancel does, if the dialog is open: the colours from before come back.
+    void cancel();
+
     /// Puts the factory colours into the edited ones and applies them.
     void setColDefault();
 

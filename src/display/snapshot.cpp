@@ -29,9 +29,10 @@ bool names_png(const std::filesystem::path& path) {
     return extension == ".png";
 }
 
-/// Whether `folder` ends in a separator of this or of the other kind of system.
+/// Whether `folder` ends in a separator of this system.
 bool ends_in_separator(const std::string& folder) {
-    return folder.ends_with('/') || folder.ends_with('\\');
+    return folder.ends_with('/') ||
+           folder.ends_with(static_cast<char>(std::filesystem::path::preferred_separator));
 }
 
 } // namespace

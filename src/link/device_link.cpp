@@ -268,6 +268,9 @@ bool DeviceLink::read(std::span<Byte> bytes) {
 }
 
 void DeviceLink::end_with(const std::string& text, const std::string& advice) {
+    if (program_.keep_settings) {
+        program_.keep_settings();
+    }
     boxes_.show({.text = text, .informative = advice});
     end_program(program_);
 }

@@ -37,11 +37,6 @@ std::int32_t delay_in(std::string_view text) {
     return std::clamp(round_to_int32(leading_number(text)), 0, longest_delay);
 }
 
-/// True for what the delay boxes let a user type: up to nine digits.
-bool can_be_typed(std::string_view text) {
-    return text.size() <= 9 && text.find_first_not_of("0123456789") == std::string_view::npos;
-}
-
 } // namespace
 
 std::int32_t typed_delay(const TextBox& psofset) {
@@ -280,7 +275,7 @@ void Adjust::take_typed_delay(int channel) {
 
 void Adjust::restore_delay(int channel, std::string_view text) {
     panel_.channel[static_cast<std::size_t>(channel)].psofset.set_text(
-        can_be_typed(text) ? std::string(text) : std::to_string(delay_in(text)));
+        std::to_string(delay_in(text)));
     apply_delay(channel);
 }
 

@@ -84,8 +84,8 @@ public:
     /// A channel's delay box lost the keyboard focus: what was typed counts as entered.
     void psofset_Leave(int channel);
 
-    /// Puts `text` into a channel's delay box and takes the delay from it: the number that it
-    /// begins with, 0..65535 ps. A text that cannot be typed into the box becomes that number.
+    /// Takes the delay of a channel from `text`: the number that it begins with, held within
+    /// 0..65535 ps, as its box then shows it.
     void restore_delay(int channel, std::string_view text);
 
     /// Moves the wheel's place for the horizontal delay to the delay in the box of `channel`.

@@ -62,7 +62,8 @@ Parts::Parts(const Machine& machine)
            .adjust = adjust,
            .chkMeasAnno_MouseDown = [this](int index) { measuring.chkMeasAnno_MouseDown(index); }},
           {.files = files, .choosers = choosers, .boxes = boxes, .places = places},
-          [this] { start_up.apply_settings(); }),
+          {.apply = [this] { start_up.apply_settings(); },
+           .cancel_edits = [this] { settings_dialog.cancel(); }}),
       start_up(panel, acquisition, program, samples, calibration,
                {.time_base = time_base,
                 .vertical = vertical,
@@ -86,6 +87,7 @@ Parts::Parts(const Machine& machine)
                       .files = files,
                       .choosers = choosers,
                       .places = places}) {
+    program.keep_settings = [this] { settings_file.save_at_end(false); };
     colour_update.recolour_panel();
     connect_channel(ch1);
     connect_channel(ch2);

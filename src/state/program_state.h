@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 namespace kv408 {
 
 /// Where the program stands between its start and its end.
@@ -7,6 +9,10 @@ struct ProgramState {
     bool activated = false; ///< device discovery has run in this activation cycle
     bool loaded = false;    ///< start-up is complete; drawing waits for it
     bool ended = false;     ///< the program is ending: nothing more is sent or drawn
+
+    /// Keeps what the user has set; runs before a message that ends the program is shown, so that
+    /// nothing is lost while that waits for its answer. Set by whoever owns the settings.
+    std::function<void()> keep_settings;
 };
 
 /// Thrown to unwind at once when the program ends from deep inside; it carries nothing and is

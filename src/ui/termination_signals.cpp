@@ -17,6 +17,7 @@ TerminationSignals::TerminationSignals() {
     sigemptyset(&signals);
     sigaddset(&signals, SIGTERM);
     sigaddset(&signals, SIGINT);
+    sigaddset(&signals, SIGHUP);
     if (pthread_sigmask(SIG_BLOCK, &signals, nullptr) == 0) {
         file_ = signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
     }

@@ -146,7 +146,7 @@ struct AcquisitionRig {
          .adjust = adjust,
          .chkMeasAnno_MouseDown = {}},
         {.files = files, .choosers = choosers, .boxes = ending_boxes, .places = places},
-        [this] { start_up.apply_settings(); }};
+        {.apply = [this] { start_up.apply_settings(); }, .cancel_edits = [] {}}};
     StartUp start_up{panel,
                      acquisition,
                      program,

@@ -236,5 +236,25 @@ TEST(Dialogs, WhatWasTakenBeforeABadLineIsAppliedToo) {
     EXPECT_EQ(rig.applied, 1);
 }
 
+TEST(Loading, ByHandIsAppliedWhenSomethingWasRead) {
+    SettingsRig rig;
+    rig.choosers.answers = {"/a/good", "/a/bad", "/a/missing"};
+    rig.files.files["/a/good"] = "eyeon\t1\r\n";
+    rig.files.files["/a/bad"] = "persist\t1\r\nno tab\r\n";
+    rig.settings.loadconfig_Click();
+    EXPECT_EQ(rig.applied, 1);
+    rig.settings.loadconfig_Click();
+    EXPECT_EQ(rig.applied, 2);
+    rig.settings.loadconfig_Click();
+    EXPECT_EQ(rig.applied, 2);
+    rig.files.unreadable = "Is a directory";
+    rig.choosers.answers = {"/a/good"};
+    rig.settings.loadconfig_Click();
+    EXPECT_EQ(rig.applied, 2);
+    EXPECT_EQ(rig.cancelled, 4);
+    rig.settings.loadconfig_Click();
+    EXPECT_EQ(rig.cancelled, 4);
+}
+
 } // namespace
 } // namespace kv408

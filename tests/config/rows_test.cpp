@@ -236,7 +236,7 @@ struct ClampRow {
 };
 
 TEST(Rows, ANumberThatNoUserCanSetBecomesTheNearestThatOneCan) {
-    constexpr std::array<ClampRow, 22> numbers = {{{"intcr1vpos", "513", " 512 "},
+    constexpr std::array<ClampRow, 23> numbers = {{{"intcr1vpos", "513", " 512 "},
                                                    {"intcr1vpos", "-1", " 0 "},
                                                    {"intcr2vpos", "32767", " 512 "},
                                                    {"intcr1hpos", "641", " 640 "},
@@ -256,8 +256,9 @@ TEST(Rows, ANumberThatNoUserCanSetBecomesTheNearestThatOneCan) {
                                                    {"horpos2", "-5", "0"},
                                                    {"horpos", "120ps", "120"},
                                                    {"horpos2", "abc", "0"},
-                                                   {"horpos", "70000", "70000"},
-                                                   {"horpos2", "", ""}}};
+                                                   {"horpos", "70000", "65535"},
+                                                   {"horpos2", "007", "7"},
+                                                   {"horpos2", "", "0"}}};
     for (const ClampRow& row : numbers) {
         SettingsRig rig;
         EXPECT_TRUE(rig.settings.setConfigVal(row.key, row.value));

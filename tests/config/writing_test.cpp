@@ -126,15 +126,18 @@ TEST(Writing, TellsTheFileThatCannotBeWritten) {
                     "No space left on device"});
 }
 
-TEST(Writing, AtTheEndHappensOnceAndOnlyAfterTheFileWasRead) {
+TEST(Writing, AtTheEndHappensOnceAndOnlyAfterACompleteStart) {
     SettingsRig rig;
     rig.settings.save_at_end(true);
     EXPECT_TRUE(rig.files.files.empty());
     rig.files.files[default_file] = "horpos\t77\r\n";
     rig.settings.restore();
+    rig.settings.save_at_end(true);
     EXPECT_TRUE(rig.files.written.empty());
+    rig.settings.start_keeping();
     rig.settings.save_at_end(true);
     rig.settings.save_at_end(true);
+    EXPECT_EQ(rig.cancelled, 1);
     EXPECT_EQ(rig.files.written, Texts{default_file});
     EXPECT_NE(rig.files.files[default_file].find("horpos\t77\r\n"), std::string::npos);
 }
@@ -143,10 +146,37 @@ TEST(Writing, AtTheEndIsToldOnlyWhereItMayBe) {
     for (const bool tell : {true, false}) {
         SettingsRig rig;
         rig.settings.restore();
+        rig.settings.start_keeping();
         rig.files.refusal = "Permission denied";
         rig.settings.save_at_end(tell);
         EXPECT_EQ(rig.boxes.shown.size(), tell ? 1U : 0U);
     }
+}
+
+TEST(Writing, AtTheEndLeavesAFileThatCouldNotBeRead) {
+    for (const bool tell : {true, false}) {
+        SettingsRig rig;
+        rig.files.unreadable = "Input/output error";
+        rig.settings.restore();
+        rig.settings.start_keeping();
+        rig.boxes.shown.clear();
+        rig.settings.save_at_end(tell);
+        EXPECT_TRUE(rig.files.written.empty());
+        const Texts told = {"The settings could not be saved. "
+                            "/settings/kv408/ConfigsLM4RX.TXT: Input/output error"};
+        EXPECT_EQ(rig.boxes.texts(), tell ? told : Texts{});
+    }
+}
+
+TEST(Writing, AFileWithABadLineIsKeptBesideTheNewOne) {
+    SettingsRig rig;
+    const std::string bad = "eyeon\t1\nno tab\npersist\t1\n";
+    rig.files.files[default_file] = bad;
+    rig.settings.restore();
+    rig.settings.start_keeping();
+    rig.settings.save_at_end(true);
+    EXPECT_EQ(rig.files.files[std::string(default_file) + ".bad"], bad);
+    EXPECT_NE(rig.files.files[default_file].find("persist\t 0 \r\n"), std::string::npos);
 }
 
 } // namespace

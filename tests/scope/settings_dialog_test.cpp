@@ -176,9 +176,10 @@ TEST(SettingsDialog, OfAnEndedProgramDoesNothing) {
     program.scope.settings_dialog().on_close([&] { ++closed; });
     program.scope.close();
     EXPECT_TRUE(program.scope.ended());
+    EXPECT_EQ(closed, 1);
     // What a closing window still does finds nobody in.
     program.act([&] { program.settings().cmdok.click(); });
-    EXPECT_EQ(closed, 0);
+    EXPECT_EQ(closed, 1);
 }
 
 TEST(SnapshotOfTheProgram, HasTheSweepingPictureInIt) {

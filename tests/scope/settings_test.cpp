@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "display/settings_dialog.h"
 #include "scope/kept_settings.h"
 
 namespace kv408 {
@@ -207,18 +208,73 @@ TEST(LostLink, AtAnyFrameOfTheStartUpLeavesTheFileAsItWas) {
     Program first;
     ASSERT_TRUE(first.scope.start());
     RandomSetter(first, 7).set_all();
-    const std::string saved = close_and_save(first);
+    // What the program itself would not write.
+    const std::string odd = close_and_save(first) + "unknown\t1\nno tab\n";
     bool came_up = false;
     for (int frame = 0; !came_up; ++frame) {
         SCOPED_TRACE(frame);
         ASSERT_LT(frame, 100);
         Program program;
-        program.files.files[settings_path] = saved;
+        program.files.files[settings_path] = odd;
         program.simulation.bench().faults.operations[Operation::write] = {.after = frame};
         came_up = program.scope.start();
         EXPECT_EQ(program.scope.ended(), !came_up);
-        EXPECT_EQ(program.files.files[settings_path], saved);
+        EXPECT_EQ(program.files.files[settings_path], odd);
     }
+}
+
+TEST(LostLink, KeepsTheSettingsBeforeItsMessageIsAnswered) {
+    Program program;
+    ASSERT_TRUE(program.scope.start());
+    program.ticks(5);
+    program.scope.act([&] { program.channel(ch2).invert.set_checked(true); });
+    program.files.written.clear();
+    std::size_t written_by_then = 0;
+    program.boxes.on_show = [&](const Message&) { written_by_then = program.files.written.size(); };
+    pull_the_cable(program);
+    EXPECT_EQ(written_by_then, 1U);
+    EXPECT_NE(program.files.files[settings_path].find("invert2\t 1 \r\n"), std::string::npos);
+}
+
+/// Edits the grid's colour in the settings dialog, live.
+void edit_the_grid(Program& program) {
+    program.scope.act([&] {
+        program.scope.panel().mnusettings.click();
+        SettingsControls& dialog = program.scope.settings_dialog().controls();
+        dialog.chkautoupd.set_checked(true);
+        dialog.optcolor[4].choose();
+        dialog.slrgb[0].set_value(200);
+    });
+    ASSERT_EQ(program.scope.parts().colours.grid, rgb(200, 92, 92));
+}
+
+TEST(SettingsDialogAtTheEnd, CountsAsCancelled) {
+    for (const bool lost : {false, true}) {
+        Program program;
+        ASSERT_TRUE(program.scope.start());
+        program.ticks(5);
+        edit_the_grid(program);
+        if (lost) {
+            pull_the_cable(program);
+        } else {
+            program.scope.close();
+        }
+        EXPECT_NE(program.files.files[settings_path].find("colorgrid\t 6052956 \r\n"),
+                  std::string::npos);
+        EXPECT_FALSE(program.scope.settings_dialog().is_open());
+    }
+}
+
+TEST(LoadSetup, ClosesTheSettingsDialogWhoseColoursItReplaces) {
+    Program program;
+    ASSERT_TRUE(program.scope.start());
+    program.ticks(5);
+    edit_the_grid(program);
+    program.files.files["/set-up.TXT"] = "colorgrid\t 255 \r\n";
+    program.choosers.answers = {"/set-up.TXT"};
+    program.scope.act([&] { program.scope.panel().loadconfig.click(); });
+    EXPECT_FALSE(program.scope.settings_dialog().is_open());
+    EXPECT_EQ(program.scope.parts().colours.grid, rgb(255, 0, 0));
 }
 
 TEST(ShutDown, ByMenuAndByWindowSavesTheSame) {

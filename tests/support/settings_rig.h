@@ -60,17 +60,19 @@ struct SettingsRig : StartedPanelRig {
     DisplaySettings display;
     Cursors cursor_tabs{panel, cursors, adjust, screen};
     std::vector<int> pressed; ///< annotation boxes whose handler ran
+    int cancelled = 0;        ///< how often unconfirmed edits were taken back
     int applied = 0;          ///< how often the settings were applied after loading by hand
-    SettingsFile settings{{.panel = panel,
-                           .channels = channels,
-                           .trigger = trigger_state,
-                           .cursors = cursors,
-                           .colours = colours,
-                           .display = display,
-                           .adjust = adjust,
-                           .chkMeasAnno_MouseDown = [this](int index) { press_annotation(index); }},
-                          {.files = files, .choosers = choosers, .boxes = boxes, .places = places},
-                          [this] { ++applied; }};
+    SettingsFile settings{
+        {.panel = panel,
+         .channels = channels,
+         .trigger = trigger_state,
+         .cursors = cursors,
+         .colours = colours,
+         .display = display,
+         .adjust = adjust,
+         .chkMeasAnno_MouseDown = [this](int index) { press_annotation(index); }},
+        {.files = files, .choosers = choosers, .boxes = boxes, .places = places},
+        {.apply = [this] { ++applied; }, .cancel_edits = [this] { ++cancelled; }}};
 };
 
 /// True when nothing on the panel stands where a user could not have put it.
@@ -89,9 +91,8 @@ inline bool is_settable(const SettingsRig& rig) {
         within(panel.slider1.Value(), panel.slider1.Min(), panel.slider1.Max());
     for (std::size_t index = 0; index < 2; ++index) {
         const ChannelControls& channel = panel.channel[index];
-        const std::string& delay = channel.psofset.text();
-        good = good && chosen(channel.vdiv) && delay.size() <= 9 &&
-               delay.find_first_not_of("0123456789") == std::string::npos &&
+        good = good && chosen(channel.vdiv) &&
+               channel.psofset.text() == std::to_string(typed_delay(channel.psofset)) &&
                within(rig.channels[index].marker_wheel, 0, 1024) &&
                within(rig.channels[index].pos, 0, 512) && within(rig.cursors.vpos[index], 0, 512) &&
                within(rig.cursors.hpos[index], 0, 640) &&
