@@ -137,7 +137,7 @@ FileResult write_whole(const std::filesystem::path& path, const std::filesystem:
 } // namespace
 
 FileResult SystemFiles::read(const std::filesystem::path& path, std::string& bytes) {
-    if (const FileResult checked = check_file(path); checked.status != FileStatus::done) {
+    if (FileResult checked = check_file(path); checked.status != FileStatus::done) {
         return checked;
     }
     const OpenFile file = open_file(path, false);
@@ -163,7 +163,7 @@ FileResult SystemFiles::read(const std::filesystem::path& path, std::string& byt
 FileResult SystemFiles::replace(const std::filesystem::path& path, std::string_view bytes) {
     // A link stays a link: what it leads to is replaced.
     const std::filesystem::path target = behind_links(path);
-    const FileResult checked = check_file(target);
+    FileResult checked = check_file(target);
     if (checked.status == FileStatus::failed) {
         return checked;
     }
@@ -173,7 +173,7 @@ FileResult SystemFiles::replace(const std::filesystem::path& path, std::string_v
     // The process in the name: two programs that end together do not write into one file.
     std::filesystem::path beside = target;
     beside += ".new" + std::to_string(process_id());
-    const FileResult written = write_whole(beside, target, bytes);
+    FileResult written = write_whole(beside, target, bytes);
     std::error_code error;
     if (written.status != FileStatus::done) {
         std::filesystem::remove(beside, error);

@@ -15,6 +15,7 @@ using namespace Qt::StringLiterals;
 
 constexpr int row_height = 20;
 constexpr int rows = 3;
+constexpr int rule_gap = 10; ///< ahead of the second channel, with the rule in its middle
 
 /// The panel with a rule above each of its rows and one between the channels.
 class ResultsPanel : public QWidget {
@@ -32,7 +33,7 @@ protected:
             painter.fillRect(margins.left(), row * row_height,
                              width() - margins.left() - margins.right(), 1, rule);
         }
-        painter.fillRect(width() / 2, 0, 1, height(), rule);
+        painter.fillRect(width() / 2 - rule_gap / 2, 0, 1, height(), rule);
     }
 };
 
@@ -68,6 +69,7 @@ QWidget* make_results_panel(FrontPanel& panel, QWidget* parent) {
     halves->setContentsMargins(0, 0, 0, 0);
     halves->setSpacing(0);
     QGridLayout* const left = make_half(results);
+    left->setContentsMargins(0, 1, rule_gap, 0);
     left->setColumnMinimumWidth(0, 14);
     left->setColumnMinimumWidth(1, 90);
     left->setColumnStretch(2, 1);

@@ -89,7 +89,7 @@ TEST(Writing, ReplacesWhatWasInTheFile) {
 
 TEST(Writing, KeepsTheFileWholeWhateverTheFolderIsCalled) {
     SettingsRig rig;
-    rig.display.snapshotpath = std::string("/odd\tname\r\nsnapshotdialog\t1\0", 29);
+    rig.display.snapshotpath = std::string("/odd\tname\r\nsnapshotdialog\t1\0", 28);
     const std::string text = rig.save();
     EXPECT_NE(text.find("\r\nsnapshotpath\t/odd name  snapshotdialog 1\r\nsnapshotdialog\t 0 \r\n"),
               std::string::npos)

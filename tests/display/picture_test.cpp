@@ -96,6 +96,17 @@ TEST_F(PictureTest, has_no_trace_while_the_instrument_waits_for_its_trigger) {
     picture.draw(draw_flags::all);
     EXPECT_EQ(count(yellow) + count(blue), 0);
     EXPECT_EQ(count(grid), 3991);
+    // Cursors and labels are drawn all the same.
+    cursors.cursormode = 1;
+    trigger.saved_trigpos[0] = 2148;
+    panel.trigsource.set_entries({"TRIG1"});
+    panel.trigsource.set_index(0);
+    panel.trlevelmv.set_caption("old");
+    picture.draw(draw_flags::all);
+    EXPECT_EQ(count(yellow) + count(blue), 0);
+    EXPECT_LT(count(grid), 3991);
+    EXPECT_NE(panel.trlevelmv.caption(), "old");
+    cursors.cursormode = 0;
     panel.textstatus.set_text("waiting for trigger");
     picture.draw(draw_flags::all);
     EXPECT_EQ(count(yellow), 638);

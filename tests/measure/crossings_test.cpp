@@ -37,9 +37,9 @@ Found found(std::span<const double> positions) {
 
 /// A wave that is low and high for `half` columns each, low first, straight from one to the other.
 std::vector<double> square(int half, double low = -100.0, double high = 100.0) {
-    std::vector<double> columns;
+    std::vector<double> columns(measured_columns);
     for (int column = 0; column < measured_columns; ++column) {
-        columns.push_back(column / half % 2 == 0 ? low : high);
+        columns[static_cast<std::size_t>(column)] = column / half % 2 == 0 ? low : high;
     }
     return columns;
 }

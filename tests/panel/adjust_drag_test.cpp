@@ -82,26 +82,24 @@ TEST(WheelDrag, EachMovementWritesTheCursorReadOutsAndDrawsEverything) {
     }
 }
 
+struct OtherModes {
+    const char* key;
+    std::array<std::int16_t, 4> modes;
+};
+
 TEST(WheelDrag, OfACursorInAnotherCursorsModeMovesNothing) {
-    for (const std::int16_t mode : std::initializer_list<std::int16_t>{2, 4, 5, 6}) {
-        DragRig rig;
-        rig.panel.tabstrip2.add({"C1", "Cursor 1"});
-        rig.select("C1");
-        rig.cursors.cursormode = mode;
-        const CursorState before = rig.cursors;
-        rig.drag(-7);
-        EXPECT_EQ(rig.cursors.vpos, before.vpos) << mode;
-        EXPECT_EQ(rig.cursors.hpos, before.hpos) << mode;
-    }
-    for (const std::int16_t mode : std::initializer_list<std::int16_t>{1, 3, 5, 6}) {
-        DragRig rig;
-        rig.panel.tabstrip2.add({"C2", "Cursor 2"});
-        rig.select("C2");
-        rig.cursors.cursormode = mode;
-        const CursorState before = rig.cursors;
-        rig.drag(-7);
-        EXPECT_EQ(rig.cursors.vpos, before.vpos) << mode;
-        EXPECT_EQ(rig.cursors.hpos, before.hpos) << mode;
+    for (const OtherModes& cursor :
+         {OtherModes{"C1", {2, 4, 5, 6}}, OtherModes{"C2", {1, 3, 5, 6}}}) {
+        for (const std::int16_t mode : cursor.modes) {
+            DragRig rig;
+            rig.panel.tabstrip2.add({cursor.key, "Cursor"});
+            rig.select(cursor.key);
+            rig.cursors.cursormode = mode;
+            const CursorState before = rig.cursors;
+            rig.drag(-7);
+            EXPECT_EQ(rig.cursors.vpos, before.vpos) << cursor.key << mode;
+            EXPECT_EQ(rig.cursors.hpos, before.hpos) << cursor.key << mode;
+        }
     }
 }
 

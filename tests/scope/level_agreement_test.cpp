@@ -1,5 +1,7 @@
 // A level at the input, the trace, the zero-line marker, the cursors and the millivolts agree.
 
+#include <vector>
+
 #include <gtest/gtest.h>
 
 #include "scope/trace_reader.h"
@@ -23,31 +25,43 @@ struct Volts {
     double millivolts; ///< a division
 };
 
-/// CH2 alone on a steady level, dot by dot; CH1's signal triggers.
-class LevelAgreement : public testing::TestWithParam<Volts> {
+struct ChannelAt {
+    int channel;
+    Volts volts;
+};
+
+/// One channel alone on a steady level, dot by dot; the other one's signal triggers.
+class LevelAgreement : public testing::TestWithParam<ChannelAt> {
 protected:
     LevelAgreement() {
-        program.simulation.bench().sources[1] = {.kind = SignalKind::sine, .amplitude_mvpp = 0.0};
+        // A signal that crosses 0 V now and then, for the trigger, and one that stands still.
+        source() = {.kind = SignalKind::sine, .amplitude_mvpp = 0.0};
         EXPECT_TRUE(program.scope.start());
-        program.scope.act([this] {
-            program.channel(ch1).enable.set_checked(false);
+        const int other = own == ch1 ? ch2 : ch1;
+        program.choose(program.scope.panel().trigsource, other == ch1 ? "TRIG1" : "TRIG2");
+        program.scope.act([this, other] {
+            program.channel(other).enable.set_checked(false);
             program.scope.panel().eyeon.set_checked(true);
-            program.scope.panel().combocursorselect.set_index(1);
+            program.scope.panel().combocursorselect.set_index(own);
         });
-        program.choose(program.channel(ch2).vdiv, GetParam().text);
+        program.choose(program.channel(own).vdiv, GetParam().volts.text);
+    }
+
+    simulator::Source& source() {
+        return program.simulation.bench().sources[static_cast<std::size_t>(own)];
     }
 
     /// Puts `level` millivolts at the input and sweeps.
     void measure(double level, bool via_trigger, bool inverted, int wheel) {
-        program.simulation.bench().sources[1].offset_mv = level;
-        program.simulation.bench().samplers[1] =
+        source().offset_mv = level;
+        program.simulation.bench().samplers[static_cast<std::size_t>(own)] =
             via_trigger ? SamplerRoute::via_trigger : SamplerRoute::own_signal;
         program.scope.act([&] {
-            program.channel(ch2).inviatr.set_checked(via_trigger);
-            program.channel(ch2).invert.set_checked(inverted);
+            program.channel(own).inviatr.set_checked(via_trigger);
+            program.channel(own).invert.set_checked(inverted);
             program.scope.panel().tabstrip3.select(3);
         });
-        turn_wheel(program, 2, wheel);
+        turn_wheel(program, own + 1, wheel);
         program.ticks(5);
     }
 
@@ -63,22 +77,24 @@ protected:
     }
 
     void check(double level, bool via_trigger, bool inverted, const Position& position) {
-        const double pixel = GetParam().millivolts / 64.0;
+        const double pixel = GetParam().volts.millivolts / 64.0;
         const double shown = inverted ? -level : level;
         const double expected_row = position.row - shown / pixel;
         if (expected_row < 2.0 || expected_row > 510.0) {
             return; // at the edge a trace is held within the plot
         }
         measure(level, via_trigger, inverted, position.wheel);
-        const int row = trace_row(program, ch2, 300);
+        const int row = trace_row(program, own, 300);
         ASSERT_NEAR(row, expected_row, 1.0);
-        ASSERT_EQ(marker_row(program.channel(ch2).text), position.row);
-        ASSERT_NEAR(program.scope.parts().samples[1].mv[300], shown, pixel);
+        ASSERT_EQ(marker_row(program.channel(own).text), position.row);
+        ASSERT_NEAR(program.scope.parts().samples[static_cast<std::size_t>(own)].mv[300], shown,
+                    pixel);
         ASSERT_NEAR(cursor_on(row), shown, pixel);
         ++checked;
     }
 
     Program program;
+    int own = GetParam().channel;
     int checked = 0;
 };
 
@@ -91,7 +107,7 @@ TEST_P(LevelAgreement, AtEveryPositionInvertedOrNotAndViaTheTriggerInputOrNot) {
                     SCOPED_TRACE(testing::Message()
                                  << divisions << " div, wheel " << position.wheel
                                  << (via_trigger ? ", VT" : "") << (inverted ? ", inv" : ""));
-                    check(divisions * GetParam().millivolts, via_trigger, inverted, position);
+                    check(divisions * GetParam().volts.millivolts, via_trigger, inverted, position);
                     if (HasFatalFailure()) {
                         return;
                     }
@@ -103,9 +119,17 @@ TEST_P(LevelAgreement, AtEveryPositionInvertedOrNotAndViaTheTriggerInputOrNot) {
     EXPECT_TRUE(program.boxes.shown.empty());
 }
 
-INSTANTIATE_TEST_SUITE_P(VoltsPerDivision, LevelAgreement,
-                         testing::Values(Volts{"0.5V", 500}, Volts{"0.2V", 200}, Volts{"0.1V", 100},
-                                         Volts{"50mV", 50}, Volts{"20mV", 20}, Volts{"10mV", 10}));
+INSTANTIATE_TEST_SUITE_P(VoltsPerDivision, LevelAgreement, testing::ValuesIn([] {
+                             std::vector<ChannelAt> all;
+                             for (const int channel : {ch1, ch2}) {
+                                 for (const Volts& volts :
+                                      {Volts{"0.5V", 500}, Volts{"0.2V", 200}, Volts{"0.1V", 100},
+                                       Volts{"50mV", 50}, Volts{"20mV", 20}, Volts{"10mV", 10}}) {
+                                     all.push_back({channel, volts});
+                                 }
+                             }
+                             return all;
+                         }()));
 
 struct TriggerRow {
     const char* volts;

@@ -87,7 +87,7 @@ private:
         if (answers.empty()) {
             return std::nullopt;
         }
-        const auto answer = answers.front();
+        auto answer = answers.front();
         answers.pop_front();
         return answer;
     }

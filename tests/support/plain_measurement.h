@@ -197,7 +197,8 @@ struct PlainChannel {
         for (std::size_t i = 1; i < count; i += 2) {
             total += ends[i] - ends[i - 1];
         }
-        return total / static_cast<double>(count / 2);
+        const std::size_t pairs = count / 2;
+        return total / static_cast<double>(pairs);
     }
 
     void place(const MeasurementRecord& record, AnnotationPlaces& places) const {
