@@ -55,7 +55,7 @@ struct SnapshotTest : testing::Test, PictureScene {
 
 struct NameRow {
     LocalTime time;
-    const char* name;
+    const char* name = "";
 };
 
 TEST(SnapshotName, IsMadeOfTwoDigitsEach) {

@@ -45,6 +45,7 @@ struct PulseOnScreen : ProgramOnBench {
                                          .duty = 0.4,
                                          .noise_mv = 5.0};
         window().resize(1280, 800);
+        // NOLINTNEXTLINE(cppcoreguidelines-prefer-member-initializer): the window comes first
         running = run_until_sweeping();
         program.scope().act([this] {
             panel().channel[ch2].enable.set_checked(false);

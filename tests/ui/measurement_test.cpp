@@ -26,6 +26,7 @@ struct Sweeping : ProgramOnBench {
     Sweeping() {
         apply_look(Look::dark);
         window().resize(1280, 800);
+        // NOLINTNEXTLINE(cppcoreguidelines-prefer-member-initializer): the window comes first
         running = run_until_sweeping();
     }
 

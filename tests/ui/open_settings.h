@@ -14,7 +14,10 @@ namespace kv408::ui {
 
 /// The running program with its settings dialog open.
 struct OpenSettings : ProgramOnBench {
-    OpenSettings() { open = run_until_sweeping() && open_settings(); }
+    OpenSettings() {
+        // NOLINTNEXTLINE(cppcoreguidelines-prefer-member-initializer): the program comes first
+        open = run_until_sweeping() && open_settings();
+    }
 
     /// Opens the dialog by its menu entry.
     [[nodiscard]] bool open_settings() {

@@ -18,6 +18,7 @@ using namespace Qt::StringLiterals;
 /// The running program, stopped, so that its picture stays.
 struct Stopped : ProgramOnBench {
     Stopped() {
+        // NOLINTNEXTLINE(cppcoreguidelines-prefer-member-initializer): the window comes first
         stopped = run_until_sweeping();
         QTest::mouseClick(widget("cmdstop"), Qt::LeftButton);
         stopped = stopped && state() == "stoped";

@@ -13,6 +13,7 @@
 int main(int argc, char** argv) {
     kv408::ui::TerminationSignals signals;
     const QApplication application(argc, argv);
+    QApplication::setDesktopFileName(QStringLiteral("org.kv408.Kv408"));
     kv408::ui::apply_look(kv408::ui::desktop_look());
     kv408::SystemClock clock;
     kv408::LibraryBridge bridge;

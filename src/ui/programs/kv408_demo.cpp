@@ -54,6 +54,7 @@ void offer(kv408::ui::BenchWindow& bench, QMainWindow& window) {
 int main(int argc, char** argv) {
     kv408::ui::TerminationSignals signals;
     const QApplication application(argc, argv);
+    QApplication::setDesktopFileName(QStringLiteral("org.kv408.Kv408Demo"));
     kv408::ui::apply_look(kv408::ui::desktop_look());
     kv408::SystemClock clock;
     kv408::SystemFiles files;
