@@ -21,8 +21,8 @@ using Values = std::vector<std::string>;
 
 constexpr std::int16_t last_row = plot::height - 1;
 constexpr std::int16_t last_column = plot::width - 1;
-constexpr std::int16_t highest_level = 4096; ///< the adjust wheel's end, 1024, in level codes
-constexpr std::int32_t wheel_end = 1024;
+/// The adjust wheel's end in level codes.
+constexpr std::int16_t highest_level = plot::wheel_span * codes_a_wheel_step;
 constexpr std::uint32_t colour_bits = 0xFFFFFF;
 
 /// `text` as a line of the file can hold it, and as it comes back: control characters, which would
@@ -140,7 +140,7 @@ SettingRow position(std::string_view key, const KeptSettings& kept, int channel)
                 [&kept, channel](std::string_view value) {
                     const auto number = int32_in(value);
                     if (number) {
-                        kept.adjust.move_channel(channel, std::clamp(*number, 0, wheel_end));
+                        kept.adjust.move_channel(channel, std::clamp(*number, 0, plot::wheel_span));
                     }
                     return number.has_value();
                 }};

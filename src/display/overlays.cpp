@@ -12,10 +12,6 @@
 namespace kv408 {
 namespace {
 
-/// How far the trigger marker may be from the plot area's top, pixels.
-constexpr int marker_highest = plot::top - 6;
-constexpr int marker_lowest = plot::top + 506;
-
 std::uint8_t mean(std::uint8_t first, std::uint8_t second) {
     return static_cast<std::uint8_t>(round_half_even((first + second) / 2.0));
 }
@@ -102,8 +98,9 @@ void show_labels(FrontPanel& panel, const Channels& channels, const TriggerState
                            channels[source].vtfactor) +
             "mV");
     }
-    panel.trigertext.move(plot::box_width - plot::left + 1,
-                          std::clamp(top, marker_highest, marker_lowest));
+    panel.trigertext.move(
+        plot::box_width - plot::left + 1,
+        std::clamp(top, plot::trigger_marker_highest, plot::trigger_marker_lowest));
 }
 
 } // namespace kv408

@@ -9,14 +9,6 @@
 #include "state/samples.h"
 
 namespace kv408 {
-namespace {
-
-constexpr int wheel_span = 1024;
-/// How far the trigger marker may be from the plot area's top, pixels.
-constexpr int marker_highest = plot::top - 6;
-constexpr int marker_lowest = plot::top + 506;
-
-} // namespace
 
 void PlotMouse::chtext_MouseDown(int channel, int y) {
     grab_offset_ = y;
@@ -38,7 +30,7 @@ void PlotMouse::chtext_MouseMove(int channel, int y) {
     }
     const Label& marker = panel_.channel[static_cast<std::size_t>(channel)].text;
     const int top = marker.top() + (y - grab_offset_);
-    panel_.slider1.drag_to(wheel_span - 2 * (top + plot::marker_middle - plot::top));
+    panel_.slider1.drag_to(plot::wheel_span - 2 * (top + plot::marker_middle - plot::top));
 }
 
 void PlotMouse::chtext_MouseUp() {
@@ -56,12 +48,12 @@ void PlotMouse::trigertext_MouseMove(int y) {
     }
     const std::size_t source = panel_.trigsource.text() == "TRIG1" ? 0 : 1;
     const ChannelState& channel = channels_[source];
-    const int top =
-        std::clamp(panel_.trigertext.top() + (y - grab_offset_), marker_highest, marker_lowest);
+    const int top = std::clamp(panel_.trigertext.top() + (y - grab_offset_),
+                               plot::trigger_marker_highest, plot::trigger_marker_lowest);
     const std::int32_t code =
         round_to_int32(zero_volt_code - (top - panel_.channel[source].text.top()) /
                                             (2.0 * channel.scale * channel.vtfactor));
-    panel_.slider1.drag_to(round_to_int32(code / 4.0));
+    panel_.slider1.drag_to(round_to_int32(static_cast<double>(code) / codes_a_wheel_step));
 }
 
 void PlotMouse::trigertext_MouseUp() {
@@ -116,7 +108,7 @@ void PlotMouse::plot_MouseMove(int x, int y) {
         last_x_ = x;
         last_y_ = y;
     } else if (voltage) {
-        panel_.slider1.drag_to(wheel_span - 2 * y);
+        panel_.slider1.drag_to(plot::wheel_span - 2 * y);
     } else {
         panel_.slider1.drag_to(std::clamp(x, 0, plot::width - 1));
     }

@@ -9,12 +9,11 @@
 namespace kv408 {
 namespace {
 
-constexpr std::int32_t wheel_span = 1024;       ///< two wheel steps a row of the plot
 constexpr std::int32_t horizontal_zero = 32768; ///< delay wheel value that the 16 bits count from
 
 /// Row of the plot at which the wheel stands at `value`.
 std::int16_t row_of(std::int32_t value) {
-    return round_to_int16((wheel_span - value) / 2.0);
+    return round_to_int16((plot::wheel_span - value) / 2.0);
 }
 
 /// Step of the delay wheel by the time per division, in whole picoseconds.
@@ -50,11 +49,11 @@ void Adjust::setadjuststep() {
         wheel.set_range(-horizontal_zero, horizontal_zero - 1);
         wheel.set_SlideStep(delay_step(quantities_.time_base.samplerate));
     } else if (key == adjust_key::trigger) {
-        wheel.set_range(0, wheel_span);
+        wheel.set_range(0, plot::wheel_span);
         wheel.set_SlideStep(1);
     } else if (key == adjust_key::ch1 || key == adjust_key::ch2 || key == adjust_key::cursor_1 ||
                key == adjust_key::cursor_2) {
-        wheel.set_range(0, wheel_span);
+        wheel.set_range(0, plot::wheel_span);
         wheel.set_SlideStep(4);
     }
 }
@@ -104,7 +103,7 @@ std::int32_t Adjust::target_value(std::string_view key) const {
     }
     const std::size_t cursor = key == adjust_key::cursor_1 ? 0 : 1;
     return cursor_mode::is_time(cursors.cursormode) ? cursors.hpos[cursor]
-                                                    : wheel_span - 2 * cursors.vpos[cursor];
+                                                    : plot::wheel_span - 2 * cursors.vpos[cursor];
 }
 
 void Adjust::activate_cursor(std::string_view key) {

@@ -12,7 +12,7 @@ FrontPanel::FrontPanel() {
     avglabel.set_caption("Filter Avg.");
     avglabel.set_visible(false);
     trigertext.set_caption("T");
-    slider1.set_range(0, 1024);
+    slider1.set_range(0, plot::wheel_span);
     slider1.set_Value(512);
     ltp2.move(plot::left, plot::top - plot::marker_width - 1);
     centerfr.set_visible(false);

@@ -10,12 +10,6 @@
 #include "state/samples.h"
 
 namespace kv408 {
-namespace {
-
-/// Level codes that one step of the adjust wheel changes.
-constexpr std::int32_t codes_a_wheel_step = 4;
-
-} // namespace
 
 std::size_t Trigger::source() const {
     return panel_.trigsource.text() == "TRIG1" ? 0 : 1;

@@ -25,6 +25,14 @@ inline constexpr int box_height = top + height + 7;   ///< the plot box with bot
 /// row that it marks.
 inline constexpr int marker_width = 14;
 inline constexpr int marker_middle = 7;
+
+/// Where the top of the trigger-level marker stays at most, above and below the plot area's rows.
+inline constexpr int trigger_marker_highest = top - 6;
+inline constexpr int trigger_marker_lowest = top + 506;
+
+/// The adjust wheel's value at its upper end for everything but the delay. Two of its steps are a
+/// row of the plot: it stands at 1024 for row 0 and at 0 for row 512.
+inline constexpr int wheel_span = 1024;
 } // namespace plot
 
 } // namespace kv408

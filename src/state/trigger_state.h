@@ -5,6 +5,9 @@
 
 namespace kv408 {
 
+/// Level codes that one step of the adjust wheel changes.
+inline constexpr std::int32_t codes_a_wheel_step = 4;
+
 /// What the trigger controls have set. Arrays hold TRIG1 at index 0 and TRIG2 at index 1.
 struct TriggerState {
     std::int16_t trigpos =
