@@ -25,6 +25,7 @@ void SoftwareOffset::cmdcaloofset_Click() {
         for (ChannelState& channel : channels_) {
             channel.swoffset = 0;
         }
+        acquisition_.fresh = {};
         return;
     }
     // The click has set the mark; it is not due before the user has agreed.
@@ -44,6 +45,7 @@ void SoftwareOffset::cmdcaloofset_Click() {
     // The sum of the second channel starts from the mean of the first: the instrument's users know
     // it so.
     correct(1, software_offset_mean(samples_[1], first));
+    acquisition_.fresh = {};
 }
 
 void SoftwareOffset::correct(std::size_t channel, std::int32_t mean) {

@@ -21,9 +21,10 @@ protected:
         calibration = {2040, 2050, 2060, 2070, 10100, 10200, 10300, 10400, 10500, 100, 70};
     }
 
-    /// Presses a set-up button, says OK, and forgets.
+    /// Presses a set-up button, says OK, waits for the trace, and forgets.
     void set_up(Button& button) {
         button.click();
+        sweep();
         forget();
         form.calstatus.set_caption("");
     }
@@ -133,6 +134,7 @@ TEST_F(Compute, AGainWithoutItsSetUpNamesTheButton) {
         }
         choose(list, right);
         choose(panel.channel.at(1 - gain.channel).vdiv, 5);
+        sweep();
         form.calstatus.set_caption("");
     }
     (form.*gains()[3].compute).click();
@@ -199,6 +201,9 @@ TEST_F(Compute, ThroughTheTriggerInputTheFactorIsHalf) {
     for (const Offset& offset : offsets()) {
         set_up(form.*offset.set_up);
         panel.channel[1].inviatr.set_checked(true);
+        sweep();
+        measure(0, meas::vpp, 1.0);
+        measure(1, meas::vpp, 1.0);
         measure(0, meas::vmean, 10.0);
         measure(1, meas::vmean, 10.0);
         (form.*offset.compute).click();
@@ -214,11 +219,14 @@ TEST_F(Compute, OffsetsOfALoudInputAreRefused) {
     for (const Offset& offset : offsets()) {
         set_up(form.*offset.set_up);
         for (std::size_t loud = 0; loud < 2; ++loud) {
-            measure(loud, meas::vpp, 30.0);
-            measure(1 - loud, meas::vpp, 1.0);
-            (form.*offset.compute).click();
-            expect_refused(offset.title,
-                           range + trigger_and + "Sampler inputs are disconnected or 0V");
+            // 0 stands for nothing measured.
+            for (const double vpp : {30.0, 0.0}) {
+                measure(loud, meas::vpp, vpp);
+                measure(1 - loud, meas::vpp, 1.0);
+                (form.*offset.compute).click();
+                expect_refused(offset.title,
+                               range + trigger_and + "Sampler inputs are disconnected or 0V");
+            }
         }
     }
 }
@@ -228,9 +236,13 @@ TEST_F(Compute, OffsetsNeedBothChannelsInTheRange) {
         const bool high = offset.factor == 6;
         for (std::size_t channel = 0; channel < 2; ++channel) {
             set_up(form.*offset.set_up);
+            measure(0, meas::vpp, 1.0);
+            measure(1, meas::vpp, 1.0);
             // "0.5V", "0.2V", "0.1V" are low gain, "50mV", "20mV", "10mV" high gain.
             for (int index = 0; index < 6; ++index) {
                 choose(panel.channel.at(channel).vdiv, index);
+                sweep();
+                const CalibrationRecord before = calibrating.record().edited();
                 (form.*offset.compute).click();
                 if ((index >= 3) == high) {
                     EXPECT_TRUE(boxes.shown.empty()) << index;
@@ -240,6 +252,8 @@ TEST_F(Compute, OffsetsNeedBothChannelsInTheRange) {
                     EXPECT_EQ(boxes.shown[0].text,
                               settings_wrong + offset.caption + ">-Button first");
                     EXPECT_EQ(boxes.shown[0].title, offset.title);
+                    EXPECT_EQ(calibrating.record().edited(), before);
+                    EXPECT_EQ(calstatus(), "");
                 }
                 boxes.shown.clear();
                 form.calstatus.set_caption("");
