@@ -15,7 +15,29 @@ std::string dated_name(const LocalTime& time) {
     return text.data();
 }
 
+/// Holds the name of a kept file while a write is under way, and nothing otherwise.
+constexpr const char* write_note = "write-under-way.txt";
+
 } // namespace
+
+void RecordBackup::begin_write() {
+    // After one write that was cut off, what the instrument held before that one still counts.
+    if (!kept_.empty() && unfinished().empty()) {
+        files_.replace(places_.settings / write_note, kept_);
+    }
+}
+
+void RecordBackup::end_write() {
+    if (!unfinished().empty()) {
+        files_.replace(places_.settings / write_note, "");
+    }
+}
+
+std::string RecordBackup::unfinished() {
+    std::string name;
+    files_.read(places_.settings / write_note, name);
+    return name;
+}
 
 std::string RecordBackup::free_name() {
     constexpr int most = 99;
@@ -36,6 +58,7 @@ std::string RecordBackup::free_name() {
 }
 
 FileResult RecordBackup::keep(const KeptRecord& record) {
+    kept_.clear();
     FileResult result = files_.create_folder(places_.settings);
     if (result.status != FileStatus::done) {
         return result;

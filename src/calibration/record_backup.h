@@ -22,8 +22,17 @@ public:
     /// is overwritten. On failure the result says why.
     FileResult keep(const KeptRecord& record);
 
-    /// Name of the file that `keep` wrote last; empty before.
+    /// Name of the file that `keep` wrote when it was called last; empty when it failed, or before.
     [[nodiscard]] const std::string& kept() const { return kept_; }
+
+    /// Notes beside the files that a write begins, before which the instrument held what was kept
+    /// last; and that it has come to its end. A failure to do so is not told.
+    void begin_write();
+    void end_write();
+
+    /// Name of the file with what the instrument held before a write that has not come to its end,
+    /// perhaps in an earlier run of the program; empty when there was none.
+    [[nodiscard]] std::string unfinished();
 
     /// What came of bringing a record back.
     struct Restored {

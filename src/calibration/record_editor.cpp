@@ -108,7 +108,11 @@ void RecordEditor::read_record() {
     show_edited(*held_);
     calibrated_ = false;
     show_status("Read complete");
-    note_.say("The boxes were filled with the values that the instrument works with.");
+    const std::string before = backup_.unfinished();
+    note_.say(before.empty()
+                  ? "The boxes were filled with the values that the instrument works with."
+                  : "The last write was not seen to its end. The values before it are in " +
+                        before + "; Restore brings them back.");
 }
 
 std::size_t RecordEditor::read_words(std::span<const std::uint16_t> addresses,
@@ -132,6 +136,7 @@ void RecordEditor::cmdwritecal_Click() {
         // The instrument breaks its run off as soon as it is asked for anything else.
         around_.state_machine.cmdstop_Click();
     }
+    backup_.begin_write();
     write_words();
     take_in_use(edited_);
     calibrated_ = false;
@@ -190,6 +195,7 @@ void RecordEditor::read_back() {
     }
     const bool kept = held_.has_value();
     held_ = record_of(words);
+    backup_.end_write();
     const std::string found = differences(edited_, *held_);
     if (!found.empty()) {
         take_in_use(*held_);
@@ -258,7 +264,6 @@ void RecordEditor::cald_Change(std::size_t index) {
     if (const auto value = int16_in(form_.cald.at(index).text())) {
         edited_.at(index) = *value;
     }
-    form_.cald.at(index).set_faulty(!has_value(index));
     check_boxes();
 }
 
@@ -278,6 +283,7 @@ bool RecordEditor::writable() const {
 void RecordEditor::check_boxes() {
     std::vector<std::string> without;
     for (std::size_t index = 0; index < form_.cald.size(); ++index) {
+        form_.cald.at(index).set_faulty(!has_value(index));
         if (!has_value(index)) {
             without.emplace_back(record_value_name(index));
         }

@@ -58,6 +58,17 @@ struct CalibrationRig : AcquisitionRig {
         return texts;
     }
 
+    /// The files that records were kept in, oldest first.
+    [[nodiscard]] Texts kept() const {
+        Texts paths;
+        for (const std::string& path : files.written) {
+            if (path.find("/calibration-") != std::string::npos) {
+                paths.push_back(path);
+            }
+        }
+        return paths;
+    }
+
     /// Sets field `field` of channel index `channel` of the measurements.
     void measure(std::size_t channel, std::size_t field, double value) {
         measurements.measresults.at(channel).at(field) = value;

@@ -103,6 +103,10 @@ TEST_F(Compute, AGainOutOfRangeIsRefused) {
         for (const double vpp : {most, least, 0.0, 0.4, -500.0}) {
             measure(gain.channel, meas::vpp, vpp);
             (form.*gain.compute).click();
+            std::string found = std::to_string(static_cast<int>(std::lrint(vpp)));
+            found += "mV peak to peak measured in place of ";
+            found += gain.expected == 200.0 ? "200mV." : "1000mV.";
+            EXPECT_EQ(boxes.shown.back().informative, found);
             expect_refused(gain.title, text);
         }
     }
@@ -290,6 +294,9 @@ TEST_F(TimeScale, AFrequencyOutOfRangeIsRefused) {
     for (const double hertz : {0.0, 9000000.4, 10999999.6, 5e6}) {
         see(hertz);
         form.cmdcaltb.click();
+        std::string found = std::to_string(std::lrint(hertz));
+        EXPECT_EQ(boxes.shown.back().informative,
+                  found.append("Hz measured in place of 10000000Hz."));
         expect_refused(title_, "Frequency out of range!");
     }
     for (const double hertz : {9000000.6, 10999999.4}) {

@@ -102,6 +102,7 @@ TEST_F(RecordRead, OpeningTheFormReadsAgainAfterAReadingThatFailed) {
     words_that_come = 3;
     panel.mnucalibration.click();
     EXPECT_EQ(box_texts(), Texts(11));
+    EXPECT_TRUE(form.cald[7].faulty());
     EXPECT_EQ(note(),
               "Not a whole number from -32768 to 32767: CH1 offset, low gain; CH1 offset, "
               "high gain and 9 more. Cannot be written.\nWord 4 of 13 did not come from the "

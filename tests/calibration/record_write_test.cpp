@@ -98,7 +98,7 @@ TEST_F(RecordWrite, TheRecordReadBeforeIsKeptInADatedFile) {
     form.cald[0].set_text("2050");
     form.cmdwritecal.click();
     EXPECT_TRUE(files.folders.contains("/settings/kv408"));
-    ASSERT_EQ(files.written, Texts{backup});
+    ASSERT_EQ(kept(), Texts{backup});
     EXPECT_NE(files.files[backup].find("\n0 100 CH1 offset, low gain\n"), std::string::npos);
     EXPECT_EQ(note(), "Read back and found right. The values before are in "
                       "calibration-2026-11-21-090705.txt");
@@ -161,6 +161,15 @@ TEST_F(RecordWrite, WithoutAFileItIsAskedWhetherToGoOn) {
     EXPECT_EQ(note(), "Read back and found right.");
 }
 
+TEST_F(RecordWrite, AnOlderFileIsNotTakenForTheOneThatCouldNotBeKept) {
+    form.cmdwritecal.click();
+    files.refusal = "No space left on device";
+    boxes.answers = {MessageAnswer::yes};
+    form.cmdwritecal.click();
+    EXPECT_EQ(boxes.shown.back().title, "Write Calibration");
+    EXPECT_EQ(note(), "Read back and found right.");
+}
+
 TEST_F(RecordWrite, WithoutItsFolderAFileCannotBeKept) {
     files.folder_refusal = "Permission denied";
     boxes.answers = {MessageAnswer::no};
@@ -210,12 +219,31 @@ TEST_F(RecordWrite, AnInstrumentThatGoesInTheMiddleLeavesTheRecordInItsFile) {
     // The instrument is back.
     bridge.status.clear();
     bridge.on_frame = answering;
+    form.cmdreadcald.click();
+    const std::string unfinished = "The last write was not seen to its end. The values before it "
+                                   "are in calibration-2026-11-21-090705.txt; Restore brings them "
+                                   "back.";
+    EXPECT_EQ(note(), unfinished);
     choosers.answers = {backup};
     form.cmdrestorecal.click();
     EXPECT_EQ(calibrating.record().edited(), before);
     form.cmdwritecal.click();
     EXPECT_EQ(flash[0xA400], 100);
     EXPECT_EQ(flash[0xA403], 103);
+    form.cmdreadcald.click();
+    EXPECT_EQ(note(), "The boxes were filled with the values that the instrument works with.");
+}
+
+TEST_F(RecordWrite, AfterTwoWritesThatWereCutOffTheFileBeforeTheFirstIsNamed) {
+    words_that_come = 0;
+    form.cmdwritecal.click();
+    clock.set_local_time({.year = 2026, .month = 11, .day = 21, .hour = 9, .minute = 8});
+    form.cmdwritecal.click();
+    ASSERT_EQ(kept().size(), 2U);
+    words_that_come = 1000;
+    form.cmdreadcald.click();
+    EXPECT_NE(note().find(" are in calibration-2026-11-21-090705.txt;"), std::string::npos)
+        << note();
 }
 
 TEST_F(RecordNeverRead, EmptyBoxesAreNotWritten) {
@@ -271,7 +299,7 @@ TEST_F(RecordNeverRead, IsOverwrittenOnlyAfterAQuestion) {
     boxes.shown.clear();
     form.cmdwritecal.click();
     EXPECT_TRUE(boxes.shown.empty());
-    EXPECT_EQ(files.written, Texts{backup});
+    EXPECT_EQ(kept(), Texts{backup});
 }
 
 TEST_F(RecordNeverRead, AReadingThatFailedDoesNotCount) {
@@ -353,7 +381,7 @@ TEST_F(RecordWrite, AFileOfTheSameSecondIsNotOverwritten) {
     form.cald[0].set_text("2060");
     form.cmdwritecal.click();
     const std::string second = "/settings/kv408/calibration-2026-11-21-090705-2.txt";
-    EXPECT_EQ(files.written, (Texts{backup, second}));
+    EXPECT_EQ(kept(), (Texts{backup, second}));
     EXPECT_NE(files.files[backup].find("\n0 100 "), std::string::npos);
     EXPECT_NE(files.files[second].find("\n0 2050 "), std::string::npos);
 }
