@@ -82,7 +82,6 @@ void StateMachine::act_on_state() {
 }
 
 void StateMachine::set_up() {
-    acquisition_.fresh = {};
     show_status(panel_.textstatus, status::setup);
     messages_.repaint(panel_.textstatus.name());
     procedures_.vertical.ch1vdiv_Click();

@@ -45,7 +45,6 @@ void SoftwareOffset::cmdcaloofset_Click() {
     // The sum of the second channel starts from the mean of the first: the instrument's users know
     // it so.
     correct(1, software_offset_mean(samples_[1], first));
-    acquisition_.fresh = {};
 }
 
 void SoftwareOffset::correct(std::size_t channel, std::int32_t mean) {

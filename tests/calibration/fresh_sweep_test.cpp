@@ -1,6 +1,8 @@
 // The compute buttons work on nothing but a triggered sweep of the panel and the record as they are
 // now.
 
+#include <algorithm>
+
 #include "calibration/calibration_rig.h"
 
 namespace kv408 {
@@ -175,6 +177,48 @@ TEST_F(FreshSweep, OfAChannelThatIsOffIsNone) {
         panel.channel.at(channel).enable.set_checked(false);
         expect_refused(form.cmdcaoffseth, first + "Set for CalH>-Button first", "");
     }
+}
+
+TEST_F(FreshSweep, IsNoneAfterAChangeOfTheRangeAndBack) {
+    // "0.5V" and "0.2V" are one gain range: the instrument is not set up anew between them.
+    const int right = panel.channel[0].vdiv.index();
+    panel.channel[0].vdiv.set_index(0);
+    ASSERT_EQ(panel.channel[0].vdiv.text(), "0.5V");
+    panel.channel[0].vdiv.set_index(right);
+    ASSERT_EQ(acquisition.scopestate, "scopech1f");
+    expect_refused(form.cmdcalgain, out_of_range_ch1, stale);
+    sweep();
+    expect_computed(form.cmdcalgain);
+}
+
+TEST_F(FreshSweep, IsAWholePassOfPointsToo) {
+    const auto answering = bridge.on_frame;
+    bridge.on_frame = [this, answering](const FakeBridge::Frame& frame) {
+        answering(frame);
+        if (frame.at(1) == 26) {
+            bridge.receive({8, 8});
+        }
+    };
+    const auto& entries = panel.seltimediv.entries();
+    const auto found = std::find(entries.begin(), entries.end(), "1us/div");
+    panel.seltimediv.set_index(static_cast<int>(found - entries.begin()));
+    ASSERT_TRUE(acquisition.pointmode);
+    // A pass that is broken off after some points is none.
+    int points = 0;
+    messages.on_process = [this, &points](int) {
+        if (++points == 100) {
+            acquisition.scopestate = "changes";
+        }
+    };
+    for (int count = 0; points == 0 && count < 5; ++count) {
+        tick();
+    }
+    ASSERT_EQ(points, 100);
+    acquisition.scopestate = "scope";
+    expect_refused(form.cmdcalgain, out_of_range_ch1, stale);
+    messages.on_process = {};
+    tick();
+    expect_computed(form.cmdcalgain);
 }
 
 TEST_F(FreshSweep, WithoutMeasurementsIsNotMeasured) {
