@@ -8,13 +8,12 @@
 
 #include "acquisition/status.h"
 #include "calibration/corrections.h"
+#include "calibration/linearity_run.h"
 #include "panel/vertical.h"
 #include "state/rounding.h"
 
 namespace kv408 {
 namespace {
-
-constexpr const char* linearity_state = "calibrationint";
 
 /// Does what a click does that sets `list` to the entry `text`, which it has.
 void choose(ListBox& list, std::string_view text) {

@@ -58,7 +58,7 @@ void LinearityRun::cmdcalint_Click() {
     if (!begun) {
         return;
     }
-    around_.acquisition.scopestate = "calibrationint";
+    around_.acquisition.scopestate = linearity_state;
     begun_ = around_.clock.now();
     last_byte_ = begun_;
     points_of_run_ = 0;

@@ -16,6 +16,9 @@
 
 namespace kv408 {
 
+/// The state word while a run is under way.
+inline constexpr const char* linearity_state = "calibrationint";
+
 /// The linearity calibration of the time base. The instrument does it by itself and reports the
 /// error of each of 8000 points in a byte; the program starts it, counts and shows.
 class LinearityRun {

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "calibration/linearity_run.h"
 #include "panel/set_up_change.h"
 #include "state/rounding.h"
 
@@ -14,8 +15,6 @@ namespace kv408 {
 namespace {
 
 using std::chrono::milliseconds;
-
-constexpr const char* linearity_state = "calibrationint";
 
 constexpr std::size_t record_size = std::tuple_size_v<CalibrationRecord>;
 
