@@ -45,6 +45,7 @@ void BlockSweep::take_block(int channel) {
         acquisition_.scopestate = channel == 1 ? "scopech2f" : "scopech1f";
     }
     acquisition_.ready[static_cast<std::size_t>(channel - 1)] = true;
+    acquisition_.fresh[static_cast<std::size_t>(channel - 1)] = true;
     rearm(channel);
 }
 

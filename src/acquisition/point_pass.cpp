@@ -49,6 +49,9 @@ void PointPass::sdisplay1ghzt() {
     if (index > points_a_pass && !both) {
         acquisition_.ready[enabled[0] ? 0 : 1] = true;
     }
+    if (index > points_a_pass) {
+        acquisition_.fresh = enabled;
+    }
     screen_.movepersistance();
     measuring_.makemeasurement();
 }

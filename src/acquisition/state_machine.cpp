@@ -35,13 +35,21 @@ bool StateMachine::waiting_for_trigger() const {
 
 void StateMachine::cmdstartsweep_Click() {
     acquisition_.acqrunning = true;
-    acquisition_.scopestate = "startscope";
+    leave_for("startscope");
 }
 
 void StateMachine::cmdstop_Click() {
     acquisition_.stoprequest = true;
     acquisition_.acqrunning = false;
-    acquisition_.scopestate = "stoped";
+    leave_for("stoped");
+}
+
+void StateMachine::leave_for(const char* state) {
+    const bool calibrating = acquisition_.scopestate == "calibrationint";
+    acquisition_.scopestate = state;
+    if (calibrating && calibration_broken_off_) {
+        calibration_broken_off_();
+    }
 }
 
 void StateMachine::act_on_state() {

@@ -45,6 +45,11 @@ public:
     /// Sets what one tick does in the state "calibrationint": a step of the linearity calibration.
     void on_calibration_step(std::function<void()> step) { calibration_step_ = std::move(step); }
 
+    /// Sets what is done when Start or Stop ends the state "calibrationint", after it has ended.
+    void on_calibration_broken_off(std::function<void()> handler) {
+        calibration_broken_off_ = std::move(handler);
+    }
+
     /// Start.
     void cmdstartsweep_Click();
 
@@ -58,6 +63,8 @@ private:
     /// True when the trigger line has just had its time.
     bool count_holdoff_down();
     [[nodiscard]] bool waiting_for_trigger() const;
+    /// Goes to `state`; a linearity calibration that this breaks off is told.
+    void leave_for(const char* state);
     void show_date();
     [[nodiscard]] bool redraw_due() const;
     void redraw();
@@ -71,6 +78,7 @@ private:
     Screen& screen_;
     Measuring& measuring_;
     std::function<void()> calibration_step_;
+    std::function<void()> calibration_broken_off_;
     bool screen_stale_ = false; ///< the trigger line has had its time and is still to be taken off
 };
 

@@ -5,7 +5,7 @@ namespace kv408 {
 Calibration::Calibration(FrontPanel& panel, const Quantities& quantities, DeviceLink& link,
                          StateMachine& state_machine, const Host& host)
     : backup_(host.files, host.choosers, host.places, host.clock),
-      record_(form_,
+      record_(form_, note_,
               {.in_use = quantities.in_use,
                .acquisition = quantities.acquisition,
                .link = link,
@@ -14,24 +14,27 @@ Calibration::Calibration(FrontPanel& panel, const Quantities& quantities, Device
                .boxes = host.boxes,
                .messages = host.messages},
               backup_),
-      guided_(form_,
+      guided_(form_, note_,
               {.panel = panel,
+               .acquisition = quantities.acquisition,
                .time_base = quantities.time_base,
                .measurements = quantities.measurements,
                .state_machine = state_machine,
                .boxes = host.boxes},
               record_),
-      linearity_(form_, {.panel = panel,
-                         .acquisition = quantities.acquisition,
-                         .link = link,
-                         .state_machine = state_machine,
-                         .clock = host.clock,
-                         .boxes = host.boxes,
-                         .messages = host.messages}),
+      linearity_(form_, note_,
+                 {.panel = panel,
+                  .acquisition = quantities.acquisition,
+                  .link = link,
+                  .state_machine = state_machine,
+                  .clock = host.clock,
+                  .boxes = host.boxes,
+                  .messages = host.messages}),
       software_offset_(panel, quantities.acquisition, quantities.samples, quantities.channels,
                        host.boxes) {
     connect(panel);
     state_machine.on_calibration_step([this] { linearity_.caldelaypstint(); });
+    state_machine.on_calibration_broken_off([this] { linearity_.broken_off(); });
     form_.cmdcalstop.on_click([this] { linearity_.cmdcalstop_Click(); });
 }
 

@@ -2,6 +2,7 @@
 
 #include "acquisition/state_machine.h"
 #include "calibration/calibration_form.h"
+#include "calibration/calibration_note.h"
 #include "calibration/guided_calibration.h"
 #include "calibration/linearity_run.h"
 #include "calibration/record_backup.h"
@@ -65,6 +66,7 @@ private:
     void connect(FrontPanel& panel);
 
     CalibrationForm form_;
+    CalibrationNote note_{form_.calnote};
     RecordBackup backup_;
     RecordEditor record_;
     GuidedCalibration guided_;

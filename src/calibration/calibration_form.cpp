@@ -10,6 +10,7 @@ CalibrationForm::CalibrationForm()
     cmdwritecal.set_caption("Write Cal. to Kv408 flash memeory");
     cmdsetalltodefault.set_caption("Set all to Default none calibrated values");
     cmdrestorecal.set_caption("Restore...");
+    cmdwritecal.set_enabled(false);
     cmdcalstop.set_caption("Stop");
     for (Button* const button :
          {&cmdsetforcalgainh, &cmdsetforcalgainh2, &cmdsetforcalgainl, &cmdsetforcalgainl2}) {

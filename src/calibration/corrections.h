@@ -32,7 +32,8 @@ struct OffsetFactor {
 /// The offset that brings a mean of `mean_mv` to 0.
 [[nodiscard]] std::int16_t corrected_offset(std::int32_t in_use, double mean_mv, double factor);
 
-/// True when both inputs are quiet enough to calibrate an offset: below 30 mV peak to peak.
+/// True when an input is quiet enough to calibrate an offset: below 30 mV peak to peak, but not 0,
+/// which stands for nothing measured.
 [[nodiscard]] bool quiet_enough(double vpp_mv);
 
 /// True for a measured frequency, hertz, that is the 10 MHz of the calibration within 10 %:

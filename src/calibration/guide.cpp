@@ -1,5 +1,7 @@
 #include "calibration/guide.h"
 
+#include <initializer_list>
+
 namespace kv408 {
 namespace {
 

@@ -1,10 +1,14 @@
 #include "calibration/guided_calibration.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <string>
 #include <string_view>
+#include <utility>
 
+#include "acquisition/status.h"
 #include "calibration/corrections.h"
+#include "calibration/linearity_run.h"
 #include "panel/vertical.h"
 #include "state/rounding.h"
 
@@ -36,15 +40,27 @@ std::int16_t range_of(std::string_view v_div) {
 } // namespace
 
 void GuidedCalibration::set_up(const Guide& guide) {
+    const bool calibrating = around_.acquisition.scopestate == linearity_state;
     if (around_.boxes.show({.text = set_up_text(guide, form_),
                             .title = std::string(guide.title),
                             .buttons = MessageButtons::ok_cancel,
-                            .icon = MessageIcon::information}) != MessageAnswer::ok) {
+                            .icon = MessageIcon::information,
+                            .informative = calibrating ? "The linearity calibration is under way. "
+                                                         "OK breaks it off."
+                                                       : ""}) != MessageAnswer::ok) {
         return;
+    }
+    if (around_.acquisition.scopestate == linearity_state) {
+        around_.state_machine.cmdstop_Click();
+    } else {
+        note_.say("");
+    }
+    if (around_.panel.cmdcaloofset.checked()) {
+        around_.panel.cmdcaloofset.set_checked(false);
+        note_.say("Software Calibrate Offset was switched off: it would be measured along.");
     }
     set_panel(guide);
     form_.calstatus.set_caption(ready_text(guide, form_));
-    record_.note("");
     around_.state_machine.cmdstartsweep_Click();
 }
 
@@ -67,7 +83,76 @@ void GuidedCalibration::set_panel(const Guide& guide) {
     }
 }
 
+bool GuidedCalibration::fits_gain(const Guide& guide) const {
+    const std::size_t channel = guide.channels[0] ? 0 : 1;
+    return around_.panel.channel.at(channel).vdiv.text() == guide.v_div;
+}
+
+bool GuidedCalibration::fits_offsets(const Guide& guide) const {
+    // Any entry of the range that the set-up selects will do. What turns the trace over or shifts
+    // it would be taken for the offset.
+    return !around_.panel.cmdcaloofset.checked() &&
+           std::all_of(around_.panel.channel.begin(), around_.panel.channel.end(),
+                       [&guide](const ChannelControls& controls) {
+                           return range_of(controls.vdiv.text()) == range_of(guide.v_div) &&
+                                  !controls.invert.checked();
+                       });
+}
+
+bool GuidedCalibration::panel_is_right(const Guide& guide) const {
+    const FrontPanel& panel = around_.panel;
+    for (std::size_t channel = 0; channel < panel.channel.size(); ++channel) {
+        if (guide.channels.at(channel) && !panel.channel.at(channel).enable.checked()) {
+            return false;
+        }
+    }
+    if (!panel.check1.checked()) {
+        return false;
+    }
+    switch (guide.what) {
+    case Calibrates::gain:
+        return fits_gain(guide);
+    case Calibrates::offset:
+        return fits_offsets(guide);
+    case Calibrates::time_scale:
+        return panel.seltimediv.text() == guide.time_div;
+    case Calibrates::linearity:
+        break;
+    }
+    return true;
+}
+
+std::string GuidedCalibration::sweep_missing(const Guide& guide) const {
+    const AcquisitionState& acquisition = around_.acquisition;
+    if (acquisition.scopestate == linearity_state) {
+        return "The linearity calibration is under way.";
+    }
+    if (!acquisition.acqrunning) {
+        return "The sweep is stopped: start it, and wait for the trace.";
+    }
+    if (around_.panel.textstatus.text() == status::waiting_for_trigger.text) {
+        return "The instrument waits for a trigger.";
+    }
+    // "scope", "scopech1f", "scopech2f": in any other state the set-up is still to be sent.
+    bool fresh = acquisition.scopestate.starts_with("scope");
+    for (std::size_t channel = 0; channel < guide.channels.size(); ++channel) {
+        fresh = fresh && (!guide.channels.at(channel) || acquisition.fresh.at(channel));
+    }
+    return fresh ? ""
+                 : "No sweep has come since the panel or the calibration was changed: wait for the "
+                   "trace.";
+}
+
 void GuidedCalibration::compute(const Guide& guide) {
+    if (!panel_is_right(guide)) {
+        refuse(guide, wrong_panel_text(guide, form_));
+        return;
+    }
+    const std::string missing = sweep_missing(guide);
+    if (!missing.empty()) {
+        refuse(guide, out_of_range_text(guide), missing);
+        return;
+    }
     switch (guide.what) {
     case Calibrates::gain:
         compute_gain(guide);
@@ -85,10 +170,6 @@ void GuidedCalibration::compute(const Guide& guide) {
 
 void GuidedCalibration::compute_gain(const Guide& guide) {
     const std::size_t channel = guide.channels[0] ? 0 : 1;
-    if (around_.panel.channel.at(channel).vdiv.text() != guide.v_div) {
-        refuse(guide, wrong_panel_text(guide, form_));
-        return;
-    }
     const std::size_t field = guide.fields[0];
     const std::int32_t millivolts = round_to_int32(measured(channel, meas::vpp));
     const auto gain = corrected_gain(record_.in_use().at(field), millivolts, guide.expected_mvpp);
@@ -105,19 +186,7 @@ void GuidedCalibration::compute_gain(const Guide& guide) {
     succeed(guide, found);
 }
 
-bool GuidedCalibration::ranges_are(const Guide& guide) const {
-    // Any entry of the range that the set-up selects will do.
-    return std::all_of(around_.panel.channel.begin(), around_.panel.channel.end(),
-                       [&guide](const ChannelControls& controls) {
-                           return range_of(controls.vdiv.text()) == range_of(guide.v_div);
-                       });
-}
-
 void GuidedCalibration::compute_offsets(const Guide& guide) {
-    if (!ranges_are(guide)) {
-        refuse(guide, wrong_panel_text(guide, form_));
-        return;
-    }
     if (!quiet_enough(measured(0, meas::vpp)) || !quiet_enough(measured(1, meas::vpp))) {
         refuse(guide, out_of_range_text(guide));
         return;
@@ -134,10 +203,6 @@ void GuidedCalibration::compute_offsets(const Guide& guide) {
 }
 
 void GuidedCalibration::compute_time_scale(const Guide& guide) {
-    if (around_.panel.seltimediv.text() != guide.time_div) {
-        refuse(guide, wrong_panel_text(guide, form_));
-        return;
-    }
     const std::int32_t frequency =
         round_to_int32(around_.time_base.samplerate * measured(0, meas::frequency));
     std::string found = std::to_string(frequency);
@@ -171,7 +236,13 @@ void GuidedCalibration::refuse(const Guide& guide, const std::string& text,
 
 void GuidedCalibration::succeed(const Guide& guide, const std::string& measured) {
     form_.calstatus.set_caption(success_text(guide, form_));
-    record_.note(measured);
+    std::string text = measured;
+    if (!record_.was_read()) {
+        text += text.empty() ? "" : " ";
+        text += "The calibration was never read from the instrument: this comes from the values in "
+                "use here. Read it first.";
+    }
+    note_.say(std::move(text));
 }
 
 double GuidedCalibration::measured(std::size_t channel, std::size_t field) const {

@@ -2,13 +2,16 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 
 #include "acquisition/state_machine.h"
 #include "calibration/calibration_form.h"
+#include "calibration/calibration_note.h"
 #include "calibration/guide.h"
 #include "calibration/record_editor.h"
 #include "host/message_boxes.h"
 #include "panel/front_panel.h"
+#include "state/acquisition_state.h"
 #include "state/measurement_state.h"
 #include "state/time_base_state.h"
 
@@ -21,33 +24,40 @@ public:
     /// What the procedures look at and set.
     struct Surroundings {
         FrontPanel& panel;
+        const AcquisitionState& acquisition;
         const TimeBaseState& time_base;
         const MeasurementState& measurements;
         StateMachine& state_machine;
         MessageBoxes& boxes;
     };
 
-    GuidedCalibration(CalibrationForm& form, const Surroundings& surroundings, RecordEditor& record)
-        : form_(form), around_(surroundings), record_(record) {}
+    GuidedCalibration(CalibrationForm& form, CalibrationNote& note,
+                      const Surroundings& surroundings, RecordEditor& record)
+        : form_(form), note_(note), around_(surroundings), record_(record) {}
 
     /// A set-up button: says what to connect, sets the panel and starts the sweep.
     void set_up(const Guide& guide);
 
     /// A compute button but that of the linearity: computes the edited values from what is measured
-    /// now. Refused, with a message, when the panel or the measurement is not right.
+    /// now. Refused, with a message, when the panel or the measurement is not right, or when no
+    /// triggered sweep has come since the panel or the record in use was changed.
     void compute(const Guide& guide);
 
 private:
     void set_panel(const Guide& guide);
+    [[nodiscard]] bool panel_is_right(const Guide& guide) const;
+    [[nodiscard]] bool fits_gain(const Guide& guide) const;
+    [[nodiscard]] bool fits_offsets(const Guide& guide) const;
+    [[nodiscard]] std::string sweep_missing(const Guide& guide) const;
     void compute_gain(const Guide& guide);
     void compute_offsets(const Guide& guide);
     void compute_time_scale(const Guide& guide);
-    [[nodiscard]] bool ranges_are(const Guide& guide) const;
     void refuse(const Guide& guide, const std::string& text, const std::string& help = {});
     void succeed(const Guide& guide, const std::string& measured);
     [[nodiscard]] double measured(std::size_t channel, std::size_t field) const;
 
     CalibrationForm& form_;
+    CalibrationNote& note_;
     Surroundings around_;
     RecordEditor& record_;
 };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <string>
 
 #include "acquisition/status.h"
 
@@ -50,23 +51,25 @@ void LinearityRun::cmdcalint_Click() {
     around_.state_machine.cmdstop_Click();
     around_.link.waitrxidle();
     std::int16_t retries = command_attempts;
-    if (!around_.link.sendcmdack(command::start_linearity, around_.link.cmdargs(), retries,
-                                 start_timeout_ms, " CALDELPS")) {
+    const bool begun = around_.link.sendcmdack(command::start_linearity, around_.link.cmdargs(),
+                                               retries, start_timeout_ms, " CALDELPS");
+    // What is read or written next has no time-out of its own.
+    around_.link.set_usual_timeouts();
+    if (!begun) {
         return;
     }
-    around_.acquisition.scopestate = "calibrationint";
+    around_.acquisition.scopestate = linearity_state;
     begun_ = around_.clock.now();
     last_byte_ = begun_;
     points_of_run_ = 0;
+    note_.say("");
     form_.progressbar1.start(end_point - (started_ ? point_ : first_point));
 }
 
-void LinearityRun::cmdcalstop_Click() {
-    const bool run = around_.acquisition.scopestate == "calibrationint";
-    around_.state_machine.cmdstop_Click();
-    if (run) {
-        form_.calnote.set_caption("Broken off. The next run counts on from here.");
-    }
+void LinearityRun::broken_off() {
+    form_.calstatus.set_caption("");
+    note_.say(started_ && point_ > first_point ? "Broken off. The next run counts on from here."
+                                               : "Broken off before the first point.");
 }
 
 void LinearityRun::caldelaypstint() {
@@ -109,7 +112,7 @@ void LinearityRun::take_point(Byte reported) {
 
 void LinearityRun::tell_time_left() {
     const nanoseconds pace = (last_byte_ - begun_) / points_of_run_;
-    form_.calnote.set_caption("Time left: " + minutes_in_words(pace * (end_point - point_)));
+    note_.say("Time left: " + minutes_in_words(pace * (end_point - point_)));
 }
 
 void LinearityRun::tell_silence() {
@@ -120,13 +123,13 @@ void LinearityRun::tell_silence() {
     std::string text = "No point has come for ";
     text += std::to_string(std::chrono::duration_cast<seconds>(since).count());
     text += "s. Stop breaks the run off.";
-    form_.calnote.set_caption(text);
+    note_.say(text);
 }
 
 void LinearityRun::finish() {
     started_ = false;
     show_status("Calibration Completed");
-    form_.calnote.set_caption("");
+    note_.say("");
     around_.messages.repaint(around_.panel.textstatus.name());
     around_.acquisition.scopestate = "stoped";
 }

@@ -2,11 +2,11 @@
 
 #include <chrono>
 #include <cstdint>
-#include <optional>
 #include <string>
 
 #include "acquisition/state_machine.h"
 #include "calibration/calibration_form.h"
+#include "calibration/calibration_note.h"
 #include "host/clock.h"
 #include "host/message_boxes.h"
 #include "host/window_messages.h"
@@ -15,6 +15,9 @@
 #include "state/acquisition_state.h"
 
 namespace kv408 {
+
+/// The state word while a run is under way.
+inline constexpr const char* linearity_state = "calibrationint";
 
 /// The linearity calibration of the time base. The instrument does it by itself and reports the
 /// error of each of 8000 points in a byte; the program starts it, counts and shows.
@@ -35,15 +38,18 @@ public:
         WindowMessages& messages;
     };
 
-    LinearityRun(CalibrationForm& form, const Surroundings& surroundings)
-        : form_(form), around_(surroundings) {}
+    LinearityRun(CalibrationForm& form, CalibrationNote& note, const Surroundings& surroundings)
+        : form_(form), note_(note), around_(surroundings) {}
 
     /// After a question: stops the sweep, starts the run in the instrument and sets the state word
     /// to "calibrationint".
     void cmdcalint_Click();
 
     /// Stop on the form, as in the main window.
-    void cmdcalstop_Click();
+    void cmdcalstop_Click() { around_.state_machine.cmdstop_Click(); }
+
+    /// Says that a run was broken off, whatever did it.
+    void broken_off();
 
     /// One step, on each tick of the timer in "calibrationint": takes one byte if there is one.
     /// After the last point the state word becomes "stoped". Counting goes on where a run was
@@ -64,6 +70,7 @@ private:
     void show_status(const std::string& text);
 
     CalibrationForm& form_;
+    CalibrationNote& note_;
     Surroundings around_;
     bool started_ = false;
     std::int16_t point_ = first_point;

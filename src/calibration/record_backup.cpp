@@ -3,27 +3,72 @@
 #include <array>
 #include <cstdio>
 
-#include "calibration/record_values.h"
+#include "host/path_text.h"
 
 namespace kv408 {
 namespace {
 
 std::string dated_name(const LocalTime& time) {
     std::array<char, 96> text = {};
-    std::snprintf(text.data(), text.size(), "calibration-%04d-%02d-%02d-%02d%02d%02d.txt",
-                  time.year, time.month, time.day, time.hour, time.minute, time.second);
+    std::snprintf(text.data(), text.size(), "calibration-%04d-%02d-%02d-%02d%02d%02d", time.year,
+                  time.month, time.day, time.hour, time.minute, time.second);
     return text.data();
 }
 
+/// Holds the name of a kept file while a write is under way, and nothing otherwise.
+constexpr const char* write_note = "write-under-way.txt";
+
 } // namespace
 
-FileResult RecordBackup::keep(const CalibrationRecord& record) {
-    const FileResult folder = files_.create_folder(places_.settings);
-    if (folder.status != FileStatus::done) {
-        return folder;
+void RecordBackup::begin_write() {
+    // After one write that was cut off, what the instrument held before that one still counts.
+    if (!kept_.empty() && unfinished().empty()) {
+        files_.replace(places_.settings / write_note, kept_);
     }
-    const std::string name = dated_name(clock_.local_time());
-    FileResult result = files_.replace(places_.settings / name, record_file(record));
+}
+
+void RecordBackup::end_write() {
+    if (!unfinished().empty()) {
+        files_.replace(places_.settings / write_note, "");
+    }
+}
+
+std::string RecordBackup::unfinished() {
+    std::string name;
+    files_.read(places_.settings / write_note, name);
+    return name;
+}
+
+std::string RecordBackup::free_name() {
+    constexpr int most = 99;
+    const std::string dated = dated_name(clock_.local_time());
+    for (int count = 1; count <= most; ++count) {
+        std::string name = dated;
+        if (count > 1) {
+            name += '-';
+            name += std::to_string(count);
+        }
+        name += ".txt";
+        std::string bytes;
+        if (files_.read(places_.settings / name, bytes).status == FileStatus::not_found) {
+            return name;
+        }
+    }
+    return {};
+}
+
+FileResult RecordBackup::keep(const KeptRecord& record) {
+    kept_.clear();
+    FileResult result = files_.create_folder(places_.settings);
+    if (result.status != FileStatus::done) {
+        return result;
+    }
+    const std::string name = free_name();
+    if (name.empty()) {
+        return {.status = FileStatus::failed,
+                .reason = "no name is free in " + text_of_path(places_.settings)};
+    }
+    result = files_.replace(places_.settings / name, record_file(record));
     if (result.status == FileStatus::done) {
         kept_ = name;
     }
@@ -39,7 +84,7 @@ RecordBackup::Restored RecordBackup::restore() {
     if (!path) {
         return {};
     }
-    Restored restored{.file = path->filename().string()};
+    Restored restored{.file = text_of_path(path->filename())};
     std::string bytes;
     const FileResult result = files_.read(*path, bytes);
     if (result.status != FileStatus::done) {

@@ -4,11 +4,11 @@
 #include <optional>
 #include <string>
 
+#include "calibration/record_values.h"
 #include "host/clock.h"
 #include "host/file_choosers.h"
 #include "host/files.h"
 #include "host/places.h"
-#include "state/calibration_record.h"
 
 namespace kv408 {
 
@@ -18,16 +18,26 @@ public:
     RecordBackup(Files& files, FileChoosers& choosers, const Places& places, const Clock& clock)
         : files_(files), choosers_(choosers), places_(places), clock_(clock) {}
 
-    /// Keeps `record` in a file of its own, named by date and time. On failure the result says why.
-    FileResult keep(const CalibrationRecord& record);
+    /// Keeps `record` in a file of its own, named by date and time; no file that is there already
+    /// is overwritten. On failure the result says why.
+    FileResult keep(const KeptRecord& record);
 
-    /// Name of the file that `keep` wrote last; empty before.
+    /// Name of the file that `keep` wrote when it was called last; empty when it failed, or before.
     [[nodiscard]] const std::string& kept() const { return kept_; }
+
+    /// Notes beside the files that a write begins, before which the instrument held what was kept
+    /// last; and that it has come to its end. A failure to do so is not told.
+    void begin_write();
+    void end_write();
+
+    /// Name of the file with what the instrument held before a write that has not come to its end,
+    /// perhaps in an earlier run of the program; empty when there was none.
+    [[nodiscard]] std::string unfinished();
 
     /// What came of bringing a record back.
     struct Restored {
-        std::optional<CalibrationRecord> record = {}; ///< the record in the file that was chosen
-        std::string file = {};    ///< name of that file; empty when none was chosen
+        std::optional<KeptRecord> record = {}; ///< the record in the file that was chosen
+        std::string file = {};                 ///< name of that file; empty when none was chosen
         std::string failure = {}; ///< why there is no record in it; empty when there is
     };
 
@@ -35,6 +45,9 @@ public:
     Restored restore();
 
 private:
+    /// A name that no file in the settings' folder has; empty when none was found.
+    std::string free_name();
+
     Files& files_;
     FileChoosers& choosers_;
     Places places_;

@@ -3,10 +3,13 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <tuple>
+#include <utility>
 #include <vector>
 
-#include "calibration/record_values.h"
+#include "calibration/linearity_run.h"
 #include "panel/set_up_change.h"
+#include "state/rounding.h"
 
 namespace kv408 {
 namespace {
@@ -44,19 +47,36 @@ void drain(DeviceLink& link) {
 
 void RecordEditor::mnucalibration_Click() {
     form_.window.open();
-    if (opened_ || !around_.link.state().open) {
+    if (held_ || writable() || !around_.link.state().open ||
+        around_.acquisition.scopestate == linearity_state) {
         return;
     }
-    opened_ = true;
     // In "idle" the sweep would have started with the next tick.
     const bool running = around_.acquisition.acqrunning || around_.acquisition.scopestate == "idle";
-    cmdreadcald_Click();
+    read_record();
     if (running) {
         around_.state_machine.cmdstartsweep_Click();
     }
 }
 
 void RecordEditor::cmdreadcald_Click() {
+    if (may_break_off()) {
+        read_record();
+    }
+}
+
+bool RecordEditor::may_break_off() {
+    return around_.acquisition.scopestate != linearity_state ||
+           around_.boxes.show({.text = "Break the linearity calibration off?",
+                               .title = "Calibrate Linearity",
+                               .buttons = MessageButtons::yes_no,
+                               .icon = MessageIcon::question,
+                               .informative =
+                                   "The instrument does nothing else meanwhile. The next "
+                                   "run counts on from here."}) == MessageAnswer::yes;
+}
+
+void RecordEditor::read_record() {
     around_.state_machine.cmdstop_Click();
     drain(around_.link);
     constexpr std::size_t hardware = record_size;
@@ -76,7 +96,8 @@ void RecordEditor::cmdreadcald_Click() {
         text += " of ";
         text += std::to_string(addresses.size());
         text += " did not come from the instrument. The record here is as it was before.";
-        note(text);
+        note_.say(text);
+        check_boxes();
         return;
     }
     form_.cald61.set_text(std::to_string(words.at(hardware)));
@@ -86,7 +107,11 @@ void RecordEditor::cmdreadcald_Click() {
     show_edited(*held_);
     calibrated_ = false;
     show_status("Read complete");
-    note("These are the values that the instrument works with.");
+    const std::string before = backup_.unfinished();
+    note_.say(before.empty()
+                  ? "The boxes were filled with the values that the instrument works with."
+                  : "The last write was not seen to its end. The values before it are in " +
+                        before + "; Restore brings them back.");
 }
 
 std::size_t RecordEditor::read_words(std::span<const std::uint16_t> addresses,
@@ -103,13 +128,14 @@ std::size_t RecordEditor::read_words(std::span<const std::uint16_t> addresses,
 }
 
 void RecordEditor::cmdwritecal_Click() {
-    if (!may_write() || !keep_record()) {
+    if (!may_break_off() || !may_write() || !keep_record()) {
         return;
     }
-    if (around_.acquisition.scopestate == "calibrationint") {
+    if (around_.acquisition.scopestate == linearity_state) {
         // The instrument breaks its run off as soon as it is asked for anything else.
         around_.state_machine.cmdstop_Click();
     }
+    backup_.begin_write();
     write_words();
     take_in_use(edited_);
     calibrated_ = false;
@@ -118,11 +144,9 @@ void RecordEditor::cmdwritecal_Click() {
 }
 
 bool RecordEditor::may_write() {
-    for (std::size_t index = 0; index < form_.cald.size(); ++index) {
-        if (form_.cald.at(index).faulty()) {
-            check_boxes();
-            return false;
-        }
+    check_boxes();
+    if (!writable()) {
+        return false;
     }
     return held_ || around_.boxes.show({.text = "Overwrite the calibration in the instrument?",
                                         .title = "Write Calibration",
@@ -137,7 +161,7 @@ bool RecordEditor::keep_record() {
     if (!held_) {
         return true;
     }
-    const FileResult result = backup_.keep(*held_);
+    const FileResult result = backup_.keep({.values = *held_, .instrument = instrument()});
     return result.status == FileStatus::done ||
            around_.boxes.show({.text = "Write without keeping the calibration read before?",
                                .title = "Write Calibration",
@@ -165,18 +189,20 @@ void RecordEditor::read_back() {
     std::array<std::uint16_t, record_size> words = {};
     const auto addresses = record_addresses();
     if (read_words(addresses, words, false) < addresses.size()) {
-        note("The instrument did not answer when the record was read back.");
+        note_.say("The instrument did not answer when the record was read back.");
         return;
     }
     const bool kept = held_.has_value();
     held_ = record_of(words);
+    backup_.end_write();
     const std::string found = differences(edited_, *held_);
     if (!found.empty()) {
-        note("Read back from the instrument: " + found);
+        take_in_use(*held_);
+        note_.say("Read back from the instrument: " + found);
     } else if (kept && !backup_.kept().empty()) {
-        note("Read back and found right. The values before are in " + backup_.kept());
+        note_.say("Read back and found right. The values before are in " + backup_.kept());
     } else {
-        note("Read back and found right.");
+        note_.say("Read back and found right.");
     }
 }
 
@@ -189,7 +215,7 @@ void RecordEditor::cmdsetalltodefault_Click() {
     }
     show_edited(default_calibration);
     take_in_use(default_calibration);
-    note("The instrument keeps its own values until these are written.");
+    note_.say("The instrument keeps its own values until these are written.");
 }
 
 void RecordEditor::cmdrestorecal_Click() {
@@ -198,38 +224,77 @@ void RecordEditor::cmdrestorecal_Click() {
         return;
     }
     if (!restored.record) {
-        note(restored.file + " cannot be restored: " + restored.failure);
+        note_.say(restored.file + " cannot be restored: " + restored.failure);
         return;
     }
-    show_edited(*restored.record);
-    note(restored.file + " is in the boxes, not yet in the instrument.");
+    if (!may_restore(*restored.record)) {
+        return;
+    }
+    show_edited(restored.record->values);
+    note_.say(restored.file + " is in the boxes, not yet in the instrument.");
+}
+
+InstrumentIdentity RecordEditor::instrument() const {
+    // Whatever a device calls itself must fit into a line of the file.
+    std::string serial = around_.link.state().serialsuffix;
+    std::erase_if(serial, [](char character) { return character <= ' ' || character > '~'; });
+    return {.serial = std::move(serial),
+            .hardware = form_.cald61.text(),
+            .firmware = form_.cald62.text()};
+}
+
+bool RecordEditor::may_restore(const KeptRecord& record) {
+    if (may_be_the_same(record.instrument, instrument())) {
+        return true;
+    }
+    std::string of = "It was kept for the instrument with the serial number ";
+    of += record.instrument.serial;
+    of += " and the hardware ID ";
+    of += record.instrument.hardware;
+    of += ", not for this one.";
+    return around_.boxes.show({.text = "Restore the calibration of another instrument?",
+                               .title = "Restore Calibration",
+                               .buttons = MessageButtons::yes_no,
+                               .icon = MessageIcon::exclamation,
+                               .informative = of}) == MessageAnswer::yes;
 }
 
 void RecordEditor::cald_Change(std::size_t index) {
-    TextBox& box = form_.cald.at(index);
-    const auto value = record_value(box.text());
-    box.set_faulty(!value);
-    if (value) {
+    if (const auto value = int16_in(form_.cald.at(index).text())) {
         edited_.at(index) = *value;
     }
     check_boxes();
 }
 
-void RecordEditor::check_boxes() {
-    std::string faulty;
+bool RecordEditor::has_value(std::size_t index) const {
+    return int16_in(form_.cald.at(index).text()).has_value();
+}
+
+bool RecordEditor::writable() const {
     for (std::size_t index = 0; index < form_.cald.size(); ++index) {
-        if (form_.cald.at(index).faulty()) {
-            faulty += faulty.empty() ? "" : "; ";
-            faulty += record_value_name(index);
+        if (!has_value(index)) {
+            return false;
         }
     }
-    const bool writable = faulty.empty();
-    if (writable && !form_.cmdwritecal.enabled()) {
-        note("");
-    } else if (!writable) {
-        note("Not a whole number from -32768 to 32767: " + faulty + ". Cannot be written.");
+    return true;
+}
+
+void RecordEditor::check_boxes() {
+    std::vector<std::string> without;
+    for (std::size_t index = 0; index < form_.cald.size(); ++index) {
+        form_.cald.at(index).set_faulty(!has_value(index));
+        if (!has_value(index)) {
+            without.emplace_back(record_value_name(index));
+        }
     }
-    form_.cmdwritecal.set_enabled(writable);
+    std::string obstacle;
+    if (!without.empty()) {
+        obstacle = "Not a whole number from -32768 to 32767: ";
+        obstacle += first_few(without);
+        obstacle += ". Cannot be written.";
+    }
+    note_.set_obstacle(std::move(obstacle));
+    form_.cmdwritecal.set_enabled(without.empty());
 }
 
 void RecordEditor::put(std::size_t index, std::int32_t value) {

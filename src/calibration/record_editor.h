@@ -8,7 +8,9 @@
 
 #include "acquisition/state_machine.h"
 #include "calibration/calibration_form.h"
+#include "calibration/calibration_note.h"
 #include "calibration/record_backup.h"
+#include "calibration/record_values.h"
 #include "host/clock.h"
 #include "host/message_boxes.h"
 #include "host/window_messages.h"
@@ -36,18 +38,22 @@ public:
         WindowMessages& messages;
     };
 
-    RecordEditor(CalibrationForm& form, const Surroundings& surroundings, RecordBackup& backup)
-        : form_(form), around_(surroundings), backup_(backup) {}
+    RecordEditor(CalibrationForm& form, CalibrationNote& note, const Surroundings& surroundings,
+                 RecordBackup& backup)
+        : form_(form), note_(note), around_(surroundings), backup_(backup) {}
 
-    /// Calibration in the menu: opens the form. The first time it also reads the record from the
-    /// instrument, and starts a running sweep again afterwards.
+    /// Calibration in the menu: opens the form. As long as no record was read and the boxes hold
+    /// none it also reads the record from the instrument, and starts a running sweep again
+    /// afterwards.
     void mnucalibration_Click();
 
-    /// Reads record and identification from the instrument, which stops sweeping.
+    /// Reads record and identification from the instrument, which stops sweeping. Breaks a
+    /// linearity calibration off only after a question; so does the writing.
     void cmdreadcald_Click();
 
     /// Writes the edited record to the instrument, keeps the one read before in a file, and reads
-    /// back what the instrument then holds. Refused while a box holds no value.
+    /// back what the instrument then holds, which is then in use. Refused while a box holds no
+    /// value.
     void cmdwritecal_Click();
 
     /// After a question: the defaults become the edited record and the one in use. The instrument
@@ -73,13 +79,16 @@ public:
     [[nodiscard]] bool calibrated() const { return calibrated_; }
     void set_calibrated() { calibrated_ = true; }
 
-    /// Says `text` in the line under the status.
-    void note(std::string text) { form_.calnote.set_caption(std::move(text)); }
+    /// The record in use was read from the instrument at least once.
+    [[nodiscard]] bool was_read() const { return held_.has_value(); }
 
 private:
     /// Reads the words at `addresses` into `words`; the number that came before one did not.
     std::size_t read_words(std::span<const std::uint16_t> addresses, std::span<std::uint16_t> words,
                            bool show_progress);
+    /// False when a linearity calibration is under way and is to go on.
+    bool may_break_off();
+    void read_record();
     bool may_write();
     bool keep_record();
     void write_words();
@@ -88,14 +97,18 @@ private:
     void show_edited(const CalibrationRecord& record);
     void show_status(const std::string& text);
     void show_step();
+    [[nodiscard]] bool has_value(std::size_t index) const;
+    [[nodiscard]] bool writable() const;
     void check_boxes();
+    [[nodiscard]] InstrumentIdentity instrument() const;
+    bool may_restore(const KeptRecord& record);
 
     CalibrationForm& form_;
+    CalibrationNote& note_;
     Surroundings around_;
     RecordBackup& backup_;
     CalibrationRecord edited_ = default_calibration;
     std::optional<CalibrationRecord> held_; ///< what the instrument held when it was last read
-    bool opened_ = false;
     bool calibrated_ = false;
 };
 

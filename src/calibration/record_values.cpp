@@ -2,8 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <limits>
 #include <tuple>
+#include <utility>
+#include <vector>
 
 #include "state/rounding.h"
 
@@ -22,7 +23,25 @@ constexpr std::array<std::string_view, 11> names = {"CH1 offset, low gain",
                                                     "bridge offset",
                                                     "ADC delay"};
 
+constexpr std::size_t record_size = std::tuple_size_v<CalibrationRecord>;
+
 constexpr std::string_view blanks = " \t\r";
+
+// A file without its last line has been cut off, perhaps in the middle of a number.
+constexpr std::string_view first_line = "Kv408 calibration";
+constexpr std::string_view last_line = "end";
+
+/// A line of the file that says which instrument the record is of: its first word, and what
+/// follows.
+struct IdentityLine {
+    std::string_view key;
+    std::string InstrumentIdentity::*member = nullptr;
+};
+
+constexpr std::array<IdentityLine, 3> identity_lines = {
+    {{"serial", &InstrumentIdentity::serial},
+     {"hardware", &InstrumentIdentity::hardware},
+     {"firmware", &InstrumentIdentity::firmware}}};
 
 /// Cuts the first of the words in `line` off it; empty when there is none.
 std::string_view take_word(std::string_view& line) {
@@ -34,12 +53,27 @@ std::string_view take_word(std::string_view& line) {
     return word;
 }
 
-/// Cuts the first line off `bytes`.
+/// Cuts the first line off `bytes`; without the blanks at its end.
 std::string_view take_line(std::string_view& bytes) {
     const auto end = std::min(bytes.find('\n'), bytes.size());
-    const std::string_view line = bytes.substr(0, end);
+    std::string_view line = bytes.substr(0, end);
     bytes.remove_prefix(std::min(end + 1, bytes.size()));
+    line = line.substr(0, line.find_last_not_of(blanks) + 1);
     return line;
+}
+
+/// Takes what `line` says of the instrument into `instrument`; false when it says nothing of it.
+bool take_identity(std::string_view line, InstrumentIdentity& instrument) {
+    const std::string_view key = take_word(line);
+    const auto* const found =
+        std::find_if(identity_lines.begin(), identity_lines.end(),
+                     [key](const IdentityLine& one) { return one.key == key; });
+    if (found == identity_lines.end()) {
+        return false;
+    }
+    const auto start = std::min(line.find_first_not_of(blanks), line.size());
+    instrument.*(found->member) = line.substr(start);
+    return true;
 }
 
 } // namespace
@@ -60,73 +94,89 @@ std::uint16_t word_of_value(std::int32_t value) {
     return static_cast<std::uint16_t>(value);
 }
 
-std::optional<std::int32_t> record_value(std::string_view text) {
-    const auto number = whole_number_text(text);
-    if (!number) {
-        return std::nullopt;
-    }
-    const double rounded = round_half_even(*number);
-    if (rounded < std::numeric_limits<std::int16_t>::min() ||
-        rounded > std::numeric_limits<std::int16_t>::max()) {
-        return std::nullopt;
-    }
-    return static_cast<std::int32_t>(rounded);
-}
-
-std::string differences(const CalibrationRecord& written, const CalibrationRecord& held) {
+std::string first_few(std::span<const std::string> items) {
+    constexpr std::size_t most = 2;
     std::string text;
-    for (std::size_t index = 0; index < written.size(); ++index) {
-        if (held.at(index) == written.at(index)) {
-            continue;
-        }
+    for (const std::string& item : items.first(std::min(items.size(), most))) {
         text += text.empty() ? "" : "; ";
-        text += names.at(index);
-        text += " is ";
-        text += std::to_string(held.at(index));
-        text += " and not ";
-        text += std::to_string(written.at(index));
+        text += item;
+    }
+    if (items.size() > most) {
+        text += " and ";
+        text += std::to_string(items.size() - most);
+        text += " more";
     }
     return text;
 }
 
-std::string record_file(const CalibrationRecord& record) {
-    std::string text = "Kv408 calibration\n";
-    for (std::size_t index = 0; index < record.size(); ++index) {
+std::string differences(const CalibrationRecord& written, const CalibrationRecord& held) {
+    std::vector<std::string> found;
+    for (std::size_t index = 0; index < written.size(); ++index) {
+        if (held.at(index) != written.at(index)) {
+            std::string text(names.at(index));
+            text += " is ";
+            text += std::to_string(held.at(index));
+            text += " and not ";
+            text += std::to_string(written.at(index));
+            found.push_back(std::move(text));
+        }
+    }
+    return first_few(found);
+}
+
+bool may_be_the_same(const InstrumentIdentity& one, const InstrumentIdentity& other) {
+    const auto agree = [](const std::string& left, const std::string& right) {
+        return left.empty() || right.empty() || left == right;
+    };
+    return agree(one.serial, other.serial) && agree(one.hardware, other.hardware);
+}
+
+std::string record_file(const KeptRecord& kept) {
+    std::string text(first_line);
+    text += '\n';
+    for (const auto& [key, member] : identity_lines) {
+        text += key;
+        text += ' ';
+        text += kept.instrument.*member;
+        text += '\n';
+    }
+    for (std::size_t index = 0; index < kept.values.size(); ++index) {
         text += std::to_string(index);
         text += ' ';
-        text += std::to_string(record.at(index));
+        text += std::to_string(kept.values.at(index));
         text += ' ';
         text += names.at(index);
         text += '\n';
     }
+    text += last_line;
+    text += '\n';
     return text;
 }
 
-std::optional<CalibrationRecord> record_of_file(std::string_view bytes) {
-    take_line(bytes);
-    std::array<std::optional<std::int32_t>, std::tuple_size_v<CalibrationRecord>> found = {};
-    while (!bytes.empty()) {
+std::optional<KeptRecord> record_of_file(std::string_view bytes) {
+    if (take_line(bytes) != first_line) {
+        return std::nullopt;
+    }
+    KeptRecord kept;
+    std::array<bool, record_size> found = {};
+    bool whole = false;
+    while (!bytes.empty() && !whole) {
         std::string_view line = take_line(bytes);
-        const auto index = record_value(take_word(line));
-        if (!index) {
+        whole = line == last_line;
+        if (whole || take_identity(line, kept.instrument)) {
             continue;
         }
-        const auto value = record_value(take_word(line));
-        const auto place = static_cast<std::size_t>(*index);
-        if (*index < 0 || place >= found.size() || !value || found.at(place)) {
+        const auto index = int16_in(take_word(line));
+        const auto value = int16_in(take_word(line));
+        const auto place = static_cast<std::size_t>(index.value_or(-1));
+        if (!value || place >= found.size() || found.at(place)) {
             return std::nullopt;
         }
-        found.at(place) = value;
+        found.at(place) = true;
+        kept.values.at(place) = *value;
     }
-    CalibrationRecord record = {};
-    for (std::size_t index = 0; index < record.size(); ++index) {
-        const auto& value = found.at(index);
-        if (!value) {
-            return std::nullopt;
-        }
-        record.at(index) = *value;
-    }
-    return record;
+    const bool complete = std::all_of(found.begin(), found.end(), [](bool one) { return one; });
+    return whole && complete ? std::optional(kept) : std::nullopt;
 }
 
 } // namespace kv408

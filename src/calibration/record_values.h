@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -33,20 +34,37 @@ inline constexpr std::uint16_t written_marker = 55;
 /// The flash word that `value` is stored as: its low 16 bits.
 [[nodiscard]] std::uint16_t word_of_value(std::int32_t value);
 
-/// The value that a text box stands for, rounded halves to even; nothing when the text is no number
-/// or the number does not fit into 16 bits with sign.
-[[nodiscard]] std::optional<std::int32_t> record_value(std::string_view text);
+/// The first of `items`, parted by semicolons, and how many more there are: "a; b and 9 more".
+[[nodiscard]] std::string first_few(std::span<const std::string> items);
 
 /// What differs between the record that was written and the one that the instrument holds, as
-/// "CH1 gain, low gain is 9999 and not 10000"; empty when nothing does.
+/// "CH1 gain, low gain is 9999 and not 10000", the first few; empty when nothing does.
 [[nodiscard]] std::string differences(const CalibrationRecord& written,
                                       const CalibrationRecord& held);
 
-/// `record` as a text file, a line with number, value and name for every value.
-[[nodiscard]] std::string record_file(const CalibrationRecord& record);
+/// What an instrument is told from others by; what is not known is empty.
+struct InstrumentIdentity {
+    std::string serial;   ///< its serial number
+    std::string hardware; ///< the word "Hardware ID", decimal
+    std::string firmware; ///< the word "Firmware ID", decimal
+};
 
-/// The record in a text file that `record_file` has made; nothing when a value is missing, stands
-/// there twice or is none.
-[[nodiscard]] std::optional<CalibrationRecord> record_of_file(std::string_view bytes);
+/// False when serial number or hardware of two instruments are known and differ. The firmware may
+/// have been renewed.
+[[nodiscard]] bool may_be_the_same(const InstrumentIdentity& one, const InstrumentIdentity& other);
+
+/// A record that is kept in a file, and of which instrument it is.
+struct KeptRecord {
+    CalibrationRecord values = {};
+    InstrumentIdentity instrument = {};
+};
+
+/// `kept` as a text file: a heading, what it is of, a line with number, value and name for every
+/// value, and an end mark.
+[[nodiscard]] std::string record_file(const KeptRecord& kept);
+
+/// The record in a text file that `record_file` has made; nothing when the file is another one, was
+/// cut off, or lacks or repeats a value.
+[[nodiscard]] std::optional<KeptRecord> record_of_file(std::string_view bytes);
 
 } // namespace kv408

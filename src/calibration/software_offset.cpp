@@ -25,6 +25,7 @@ void SoftwareOffset::cmdcaloofset_Click() {
         for (ChannelState& channel : channels_) {
             channel.swoffset = 0;
         }
+        acquisition_.fresh = {};
         return;
     }
     // The click has set the mark; it is not due before the user has agreed.

@@ -12,7 +12,7 @@ namespace kv408 {
 /// 0 V. The calibration record has no part in it.
 class SoftwareOffset {
 public:
-    SoftwareOffset(FrontPanel& panel, const AcquisitionState& acquisition, const Samples& samples,
+    SoftwareOffset(FrontPanel& panel, AcquisitionState& acquisition, const Samples& samples,
                    Channels& channels, MessageBoxes& boxes)
         : panel_(panel), acquisition_(acquisition), samples_(samples), channels_(channels),
           boxes_(boxes) {}
@@ -25,7 +25,7 @@ private:
     void correct(std::size_t channel, std::int32_t mean);
 
     FrontPanel& panel_;
-    const AcquisitionState& acquisition_;
+    AcquisitionState& acquisition_;
     const Samples& samples_;
     Channels& channels_;
     MessageBoxes& boxes_;

@@ -216,6 +216,10 @@ bool DeviceLink::send_setup(std::int16_t command, std::string_view label) {
     return sendcmdack(command, state_.cmdargs, retries, command_timeout_ms, label);
 }
 
+void DeviceLink::set_usual_timeouts() {
+    keep(bridge_.SI_SetTimeouts(command_timeout_ms, command_timeout_ms));
+}
+
 bool DeviceLink::read_flash_word(std::uint16_t address, std::uint16_t& word) {
     flush();
     fill_flash_read(state_.cmdargs, address);

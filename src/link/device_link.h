@@ -79,6 +79,9 @@ public:
     /// Sends a set-up command with the link's own arguments, three attempts of 1000 ms each.
     bool send_setup(std::int16_t command, std::string_view label);
 
+    /// Sets the usual time-outs, of 1000 ms, for all reads and writes from now on.
+    void set_usual_timeouts();
+
     /// Reads the word at `address` of the instrument's flash, high byte first, into `word`; false,
     /// with `word` unchanged, when it does not come within the read time-out.
     bool read_flash_word(std::uint16_t address, std::uint16_t& word);

@@ -85,6 +85,7 @@ bool Vertical::set_scale(int channel) {
     state.vtfactor = via_trigger ? 2.0 : 1.0;
     state.vtsuffix = via_trigger ? " (VT)" : "";
     state.pixpermv = state.scale / state.atten;
+    acquisition_.fresh[index] = false;
     if (acquisition_.acqrunning) {
         if (state.gain != gain_before) {
             acquisition_.scopestate = "changes";
@@ -126,6 +127,7 @@ void Vertical::show_caption(int channel) {
 
 void Vertical::invert_Click(int channel) {
     const auto index = static_cast<std::size_t>(channel);
+    acquisition_.fresh[index] = false;
     channels_[index].invsuffix = panel_.channel[index].invert.checked() ? " (inv)" : "";
     show_caption(channel);
     screen_.refresh(channel, 0);
@@ -133,8 +135,10 @@ void Vertical::invert_Click(int channel) {
 }
 
 void Vertical::enable_Click(int channel) {
-    ChannelControls& controls = panel_.channel[static_cast<std::size_t>(channel)];
+    const auto index = static_cast<std::size_t>(channel);
+    ChannelControls& controls = panel_.channel[index];
     const bool enabled = controls.enable.checked();
+    acquisition_.fresh[index] = false;
     controls.text.set_visible(enabled);
     controls.vdivtext.set_visible(enabled);
     screen_.refreshCH1(0);

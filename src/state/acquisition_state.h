@@ -16,6 +16,9 @@ struct AcquisitionState {
     bool stoprequest = false; ///< Stop was pressed
     bool pointmode = false;   ///< point-by-point passes instead of block sweeps
     std::array<bool, 2> ready = {}; ///< `ch1ready`, `ch2ready`: a sweep of the channel is complete
+    /// A complete sweep of the channel has come since what it is taken with (range, inversion) was
+    /// changed last and since the last set-up, which every change of the record in use brings.
+    std::array<bool, 2> fresh = {};
     std::array<std::int32_t, 2> offset =
         {}; ///< `ch1offset`, `ch2offset`: time-base offsets, picoseconds
 

@@ -274,7 +274,7 @@ QWidget* make_calibration_status(CalibrationForm& form, ScopeDriver& driver) {
     status->setMinimumWidth(widest_status(form, bold) + 2);
     lines->addWidget(status);
     lines->addWidget(make_line(make, form.calnote,
-                               {u"Calibration note"_s, u"What there is to know besides"_s}, 2));
+                               {u"Calibration note"_s, u"What there is to know besides"_s}, 3));
     auto* const side = new QVBoxLayout;
     side->addWidget(make_progress_bar(frame, form.progressbar1));
     side->addWidget(make.button(

@@ -37,13 +37,13 @@ QMessageBox::StandardButtons buttons_of(MessageButtons buttons) {
     return QMessageBox::Ok;
 }
 
-/// The button that Enter presses.
+/// The button that Enter presses: of Yes and No the one that changes nothing.
 QMessageBox::StandardButton default_button(MessageButtons buttons) {
     switch (buttons) {
     case MessageButtons::retry_cancel:
         return QMessageBox::Retry;
     case MessageButtons::yes_no:
-        return QMessageBox::Yes;
+        return QMessageBox::No;
     case MessageButtons::ok:
     case MessageButtons::ok_cancel:
         break;

@@ -28,6 +28,16 @@ struct CalibrationRig : AcquisitionRig {
             {.year = 2026, .month = 11, .day = 21, .hour = 9, .minute = 7, .second = 5});
     }
 
+    /// Lets the instrument sweep until every channel that is on has had its block.
+    void sweep() {
+        for (int count = 0; count < 5; ++count) {
+            if (acquisition.scopestate.starts_with("scopech")) {
+                bridge.receive(std::vector<int>(1300, 8));
+            }
+            tick();
+        }
+    }
+
     /// The frames that read (33) or write (34) flash words, without start byte, code and checksum.
     [[nodiscard]] std::vector<FakeBridge::Frame> flash_frames(int code) const {
         std::vector<FakeBridge::Frame> result;
@@ -46,6 +56,17 @@ struct CalibrationRig : AcquisitionRig {
             texts.push_back(box.text());
         }
         return texts;
+    }
+
+    /// The files that records were kept in, oldest first.
+    [[nodiscard]] Texts kept() const {
+        Texts paths;
+        for (const std::string& path : files.written) {
+            if (path.find("/calibration-") != std::string::npos) {
+                paths.push_back(path);
+            }
+        }
+        return paths;
     }
 
     /// Sets field `field` of channel index `channel` of the measurements.

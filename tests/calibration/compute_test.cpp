@@ -21,9 +21,10 @@ protected:
         calibration = {2040, 2050, 2060, 2070, 10100, 10200, 10300, 10400, 10500, 100, 70};
     }
 
-    /// Presses a set-up button, says OK, and forgets.
+    /// Presses a set-up button, says OK, waits for the trace, and forgets.
     void set_up(Button& button) {
         button.click();
+        sweep();
         forget();
         form.calstatus.set_caption("");
     }
@@ -102,6 +103,10 @@ TEST_F(Compute, AGainOutOfRangeIsRefused) {
         for (const double vpp : {most, least, 0.0, 0.4, -500.0}) {
             measure(gain.channel, meas::vpp, vpp);
             (form.*gain.compute).click();
+            std::string found = std::to_string(static_cast<int>(std::lrint(vpp)));
+            found += "mV peak to peak measured in place of ";
+            found += gain.expected == 200.0 ? "200mV." : "1000mV.";
+            EXPECT_EQ(boxes.shown.back().informative, found);
             expect_refused(gain.title, text);
         }
     }
@@ -133,6 +138,7 @@ TEST_F(Compute, AGainWithoutItsSetUpNamesTheButton) {
         }
         choose(list, right);
         choose(panel.channel.at(1 - gain.channel).vdiv, 5);
+        sweep();
         form.calstatus.set_caption("");
     }
     (form.*gains()[3].compute).click();
@@ -199,6 +205,9 @@ TEST_F(Compute, ThroughTheTriggerInputTheFactorIsHalf) {
     for (const Offset& offset : offsets()) {
         set_up(form.*offset.set_up);
         panel.channel[1].inviatr.set_checked(true);
+        sweep();
+        measure(0, meas::vpp, 1.0);
+        measure(1, meas::vpp, 1.0);
         measure(0, meas::vmean, 10.0);
         measure(1, meas::vmean, 10.0);
         (form.*offset.compute).click();
@@ -214,11 +223,14 @@ TEST_F(Compute, OffsetsOfALoudInputAreRefused) {
     for (const Offset& offset : offsets()) {
         set_up(form.*offset.set_up);
         for (std::size_t loud = 0; loud < 2; ++loud) {
-            measure(loud, meas::vpp, 30.0);
-            measure(1 - loud, meas::vpp, 1.0);
-            (form.*offset.compute).click();
-            expect_refused(offset.title,
-                           range + trigger_and + "Sampler inputs are disconnected or 0V");
+            // 0 stands for nothing measured.
+            for (const double vpp : {30.0, 0.0}) {
+                measure(loud, meas::vpp, vpp);
+                measure(1 - loud, meas::vpp, 1.0);
+                (form.*offset.compute).click();
+                expect_refused(offset.title,
+                               range + trigger_and + "Sampler inputs are disconnected or 0V");
+            }
         }
     }
 }
@@ -228,9 +240,13 @@ TEST_F(Compute, OffsetsNeedBothChannelsInTheRange) {
         const bool high = offset.factor == 6;
         for (std::size_t channel = 0; channel < 2; ++channel) {
             set_up(form.*offset.set_up);
+            measure(0, meas::vpp, 1.0);
+            measure(1, meas::vpp, 1.0);
             // "0.5V", "0.2V", "0.1V" are low gain, "50mV", "20mV", "10mV" high gain.
             for (int index = 0; index < 6; ++index) {
                 choose(panel.channel.at(channel).vdiv, index);
+                sweep();
+                const CalibrationRecord before = calibrating.record().edited();
                 (form.*offset.compute).click();
                 if ((index >= 3) == high) {
                     EXPECT_TRUE(boxes.shown.empty()) << index;
@@ -240,6 +256,8 @@ TEST_F(Compute, OffsetsNeedBothChannelsInTheRange) {
                     EXPECT_EQ(boxes.shown[0].text,
                               settings_wrong + offset.caption + ">-Button first");
                     EXPECT_EQ(boxes.shown[0].title, offset.title);
+                    EXPECT_EQ(calibrating.record().edited(), before);
+                    EXPECT_EQ(calstatus(), "");
                 }
                 boxes.shown.clear();
                 form.calstatus.set_caption("");
@@ -276,6 +294,9 @@ TEST_F(TimeScale, AFrequencyOutOfRangeIsRefused) {
     for (const double hertz : {0.0, 9000000.4, 10999999.6, 5e6}) {
         see(hertz);
         form.cmdcaltb.click();
+        std::string found = std::to_string(std::lrint(hertz));
+        EXPECT_EQ(boxes.shown.back().informative,
+                  found.append("Hz measured in place of 10000000Hz."));
         expect_refused(title_, "Frequency out of range!");
     }
     for (const double hertz : {9000000.6, 10999999.4}) {

@@ -56,6 +56,8 @@ TEST(Corrections, AnOffsetIsCorrectedByTheMeanInCodes) {
 TEST(Corrections, AnInputIsQuietBelowThirtyMillivolts) {
     EXPECT_TRUE(quiet_enough(std::nextafter(30.0, 0.0)));
     EXPECT_FALSE(quiet_enough(30.0));
+    EXPECT_TRUE(quiet_enough(0.1));
+    EXPECT_FALSE(quiet_enough(0.0));
 }
 
 TEST(Corrections, AFrequencyIsAcceptedFromTheFirstHertzAboveNineMegahertz) {

@@ -98,6 +98,36 @@ TEST_F(RecordRead, AMissingIdentificationLeavesTheRecordTooAsItWas) {
     EXPECT_EQ(form.cald61.text(), "");
 }
 
+TEST_F(RecordRead, OpeningTheFormReadsAgainAfterAReadingThatFailed) {
+    words_that_come = 3;
+    panel.mnucalibration.click();
+    EXPECT_EQ(box_texts(), Texts(11));
+    EXPECT_TRUE(form.cald[7].faulty());
+    EXPECT_EQ(note(),
+              "Not a whole number from -32768 to 32767: CH1 offset, low gain; CH1 offset, "
+              "high gain and 9 more. Cannot be written.\nWord 4 of 13 did not come from the "
+              "instrument. The record here is as it was before.");
+    form.window.close();
+    words_that_come = 1000;
+    panel.mnucalibration.click();
+    EXPECT_EQ(box_texts(), held_texts);
+    EXPECT_EQ(calibration, held);
+    EXPECT_EQ(note(), "The boxes were filled with the values that the instrument works with.");
+}
+
+TEST_F(RecordRead, OpeningTheFormLeavesARecordInTheBoxesThatWasNotRead) {
+    words_that_come = 3;
+    panel.mnucalibration.click();
+    boxes.answers = {MessageAnswer::yes};
+    form.cmdsetalltodefault.click();
+    form.window.close();
+    forget();
+    words_that_come = 1000;
+    panel.mnucalibration.click();
+    EXPECT_TRUE(bridge.frames().empty());
+    EXPECT_EQ(form.cald[0].text(), "2048");
+}
+
 TEST_F(RecordRead, OpeningTheFormReadsOnce) {
     forget();
     panel.mnucalibration.click();
@@ -144,6 +174,7 @@ TEST_F(RecordRead, EveryKeystrokeChangesTheEditedValueAndNoOther) {
 }
 
 TEST_F(RecordRead, AValueOutsideTheShownRangeIsTaken) {
+    form.cmdreadcald.click();
     form.cald[0].set_text("12");
     EXPECT_EQ(calibrating.record().edited()[0], 12);
     EXPECT_FALSE(form.cald[0].faulty());
@@ -157,13 +188,48 @@ TEST_F(RecordRead, ATextThatIsNoValueIsMarkedAndTheValueBeforeItStays) {
         EXPECT_TRUE(form.cald[4].faulty()) << text;
         EXPECT_EQ(calibrating.record().edited()[4], 104) << text;
         EXPECT_FALSE(form.cmdwritecal.enabled()) << text;
-        EXPECT_EQ(note(), "Not a whole number from -32768 to 32767: CH1 gain, low gain. Cannot be "
-                          "written.");
+        EXPECT_TRUE(note().starts_with("Not a whole number from -32768 to 32767: CH1 gain, low "
+                                       "gain. Cannot be written.\n"))
+            << note();
     }
     form.cald[4].set_text("10000");
     EXPECT_FALSE(form.cald[4].faulty());
     EXPECT_TRUE(form.cmdwritecal.enabled());
-    EXPECT_EQ(note(), "");
+    EXPECT_EQ(note(), "The boxes were filled with the values that the instrument works with.");
+}
+
+TEST_F(RecordRead, OfManyTextsThatAreNoValuesTheFirstAreNamed) {
+    form.cmdreadcald.click();
+    for (TextBox& box : form.cald) {
+        box.set_text("?");
+    }
+    EXPECT_TRUE(note().starts_with("Not a whole number from -32768 to 32767: CH1 offset, low gain; "
+                                   "CH1 offset, high gain and 9 more. Cannot be written.\n"))
+        << note();
+}
+
+TEST_F(RecordRead, WhyNothingCanBeWrittenStaysInSightWhateverIsSaid) {
+    form.cmdreadcald.click();
+    form.cald[4].set_text("x");
+    const std::string reason =
+        "Not a whole number from -32768 to 32767: CH1 gain, low gain. Cannot "
+        "be written.";
+    form.cmdsetforcalgainl.click();
+    EXPECT_EQ(note(), reason);
+    sweep();
+    measure(0, meas::vpp, 1000.0);
+    form.cald[5].set_text("y");
+    form.cmdcalgain.click();
+    EXPECT_EQ(note(), "Not a whole number from -32768 to 32767: CH1 gain, high gain. Cannot be "
+                      "written.\n1000mV peak to peak measured in place of 1000mV.");
+    choosers.answers = {"/a/missing.txt"};
+    form.cmdrestorecal.click();
+    EXPECT_TRUE(note().starts_with("Not a whole number")) << note();
+    form.cmdcalint.click();
+    bridge.receive({0});
+    tick();
+    EXPECT_TRUE(note().starts_with("Not a whole number")) << note();
+    EXPECT_NE(note().find("\nTime left: "), std::string::npos) << note();
 }
 
 } // namespace

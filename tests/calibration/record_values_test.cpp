@@ -1,5 +1,8 @@
 #include "calibration/record_values.h"
 
+#include <string>
+#include <vector>
+
 #include <gtest/gtest.h>
 
 namespace kv408 {
@@ -21,23 +24,6 @@ TEST(RecordValues, AWordIsANumberWithSign) {
     EXPECT_EQ(word_of_value(10000), 0x2710);
 }
 
-TEST(RecordValues, ATextIsAValueWhenAllOfItIsANumberOfSixteenBits) {
-    EXPECT_EQ(record_value("2048"), 2048);
-    EXPECT_EQ(record_value(" 2048 "), 2048);
-    EXPECT_EQ(record_value("-5"), -5);
-    EXPECT_EQ(record_value("+5"), 5);
-    EXPECT_EQ(record_value("10.5"), 10);
-    EXPECT_EQ(record_value("11.5"), 12);
-    EXPECT_EQ(record_value("32767"), 32767);
-    EXPECT_EQ(record_value("32768"), std::nullopt);
-    EXPECT_EQ(record_value("-32768"), -32768);
-    EXPECT_EQ(record_value("-32769"), std::nullopt);
-    EXPECT_EQ(record_value("1e300"), std::nullopt);
-    for (const char* const text : {"", " ", "-", "abc", "12a", "1 2", "0x10", "nan", "inf"}) {
-        EXPECT_EQ(record_value(text), std::nullopt) << text;
-    }
-}
-
 TEST(RecordValues, DifferencesAreNamed) {
     EXPECT_EQ(differences(some, some), "");
     CalibrationRecord held = some;
@@ -47,35 +33,102 @@ TEST(RecordValues, DifferencesAreNamed) {
               "CH1 offset, low gain is 2000 and not 2033; ADC delay is 71 and not 70");
 }
 
-TEST(RecordValues, ARecordSurvivesItsFile) {
-    const std::string bytes = record_file(some);
-    EXPECT_NE(bytes.find("\n4 10100 CH1 gain, low gain\n"), std::string::npos) << bytes;
-    EXPECT_EQ(record_of_file(bytes), some);
+TEST(RecordValues, OfManyDifferencesTheFirstAreNamedAndTheOthersCounted) {
+    CalibrationRecord held = some;
+    for (std::int32_t& value : held) {
+        ++value;
+    }
+    EXPECT_EQ(differences(some, held), "CH1 offset, low gain is 2034 and not 2033; CH1 offset, "
+                                       "high gain is 2082 and not 2081 and 9 more");
+}
+
+TEST(RecordValues, AListIsCutAfterTwo) {
+    const std::vector<std::string> items = {"a", "b", "c"};
+    EXPECT_EQ(first_few(std::span(items).first(0)), "");
+    EXPECT_EQ(first_few(std::span(items).first(1)), "a");
+    EXPECT_EQ(first_few(std::span(items).first(2)), "a; b");
+    EXPECT_EQ(first_few(items), "a; b and 1 more");
+}
+
+const InstrumentIdentity instrument = {.serial = "SERIAL1", .hardware = "408", .firmware = "16"};
+
+std::string file() {
+    return record_file({.values = some, .instrument = instrument});
+}
+
+/// The values in `bytes`; nothing when they are no record.
+std::optional<CalibrationRecord> values_of(std::string_view bytes) {
+    const auto kept = record_of_file(bytes);
+    return kept ? std::optional(kept->values) : std::nullopt;
+}
+
+TEST(RecordValues, ARecordAndItsInstrumentSurviveTheirFile) {
+    const std::string bytes = file();
+    EXPECT_TRUE(bytes.starts_with("Kv408 calibration\nserial SERIAL1\nhardware 408\nfirmware 16\n"
+                                  "0 2033 CH1 offset, low gain\n"))
+        << bytes;
+    EXPECT_TRUE(bytes.ends_with("\n10 70 ADC delay\nend\n")) << bytes;
+    const auto kept = record_of_file(bytes);
+    ASSERT_TRUE(kept);
+    EXPECT_EQ(kept->values, some);
+    EXPECT_EQ(kept->instrument.serial, "SERIAL1");
+    EXPECT_EQ(kept->instrument.hardware, "408");
+    EXPECT_EQ(kept->instrument.firmware, "16");
     CalibrationRecord negative = some;
     negative[9] = -32768;
-    EXPECT_EQ(record_of_file(record_file(negative)), negative);
+    EXPECT_EQ(values_of(record_file({.values = negative})), negative);
+    EXPECT_EQ(record_of_file(record_file({.values = negative}))->instrument.serial, "");
 }
 
 TEST(RecordValues, AFileWithLineEndsOfAnotherSystemIsRead) {
     std::string bytes;
-    for (const char character : record_file(some)) {
+    for (const char character : file()) {
         bytes += character == '\n' ? "\r\n" : std::string(1, character);
     }
-    EXPECT_EQ(record_of_file(bytes), some);
+    const auto kept = record_of_file(bytes);
+    ASSERT_TRUE(kept);
+    EXPECT_EQ(kept->values, some);
+    EXPECT_EQ(kept->instrument.serial, "SERIAL1");
+}
+
+TEST(RecordValues, AFileThatWasCutOffAnywhereIsNoRecord) {
+    const std::string bytes = file();
+    // Without its last line end it still has its end mark.
+    for (std::size_t length = 0; length + 1 < bytes.size(); ++length) {
+        EXPECT_EQ(values_of(bytes.substr(0, length)), std::nullopt) << length;
+    }
 }
 
 TEST(RecordValues, AFileThatLacksOrRepeatsAValueIsNoRecord) {
-    const std::string bytes = record_file(some);
-    EXPECT_EQ(record_of_file(""), std::nullopt);
-    EXPECT_EQ(record_of_file("some letter\nwith text\n"), std::nullopt);
-    EXPECT_EQ(record_of_file(bytes.substr(0, bytes.find("10 70"))), std::nullopt);
-    EXPECT_EQ(record_of_file(bytes + "3 2059\n"), std::nullopt);
-    EXPECT_EQ(record_of_file(bytes + "11 5\n"), std::nullopt);
-    EXPECT_EQ(record_of_file(bytes + "-1 5\n"), std::nullopt);
+    const std::string bytes = file();
+    const std::string open = bytes.substr(0, bytes.size() - std::string("end\n").size());
+    EXPECT_EQ(values_of(open + "end\n"), some);
+    EXPECT_EQ(values_of("some letter\nwith text\n"), std::nullopt);
+    EXPECT_EQ(values_of("Another heading\n" + bytes.substr(bytes.find('\n') + 1)), std::nullopt);
+    std::string lacking = bytes;
+    EXPECT_EQ(values_of(lacking.erase(lacking.find("4 10100"), 8)), std::nullopt);
+    EXPECT_EQ(values_of(open + "3 2059\nend\n"), std::nullopt);
+    EXPECT_EQ(values_of(open + "11 5\nend\n"), std::nullopt);
+    EXPECT_EQ(values_of(open + "-1 5\nend\n"), std::nullopt);
     std::string word = bytes;
-    EXPECT_EQ(record_of_file(word.replace(word.find("10100"), 5, "hello")), std::nullopt);
+    EXPECT_EQ(values_of(word.replace(word.find("10100"), 5, "hello")), std::nullopt);
     std::string large = bytes;
-    EXPECT_EQ(record_of_file(large.replace(large.find("10100"), 5, "40000")), std::nullopt);
+    EXPECT_EQ(values_of(large.replace(large.find("10100"), 5, "40000")), std::nullopt);
+}
+
+TEST(RecordValues, InstrumentsAreToldApartByWhatIsKnownOfThem) {
+    EXPECT_TRUE(may_be_the_same(instrument, instrument));
+    EXPECT_TRUE(may_be_the_same(instrument, {}));
+    EXPECT_TRUE(may_be_the_same({}, instrument));
+    InstrumentIdentity renewed = instrument;
+    renewed.firmware = "17";
+    EXPECT_TRUE(may_be_the_same(instrument, renewed));
+    InstrumentIdentity other = instrument;
+    other.serial = "SERIAL2";
+    EXPECT_FALSE(may_be_the_same(instrument, other));
+    other = instrument;
+    other.hardware = "409";
+    EXPECT_FALSE(may_be_the_same(instrument, other));
 }
 
 } // namespace

@@ -99,7 +99,8 @@ TEST(CalibrationWire, TheOldRecordComesBackFromItsFile) {
     EXPECT_EQ(program.simulation.flash().record(4), 10100);
     program.press(program.form().cmdwritecal);
     EXPECT_EQ(program.simulation.flash().record(4), 10000);
-    ASSERT_EQ(program.files.written.size(), 1U);
+    ASSERT_FALSE(program.files.written.empty());
+    ASSERT_NE(program.files.written[0].find("/calibration-"), std::string::npos);
     program.choosers.answers = {program.files.written[0]};
     program.press(program.form().cmdrestorecal);
     program.press(program.form().cmdwritecal);
@@ -114,8 +115,50 @@ TEST(CalibrationWire, ASilentInstrumentLeavesTheRecordAsItWas) {
     program.simulation.bench().faults.lose_every = 1;
     program.press_menu();
     EXPECT_EQ(program.scope.parts().calibration, default_calibration);
-    EXPECT_TRUE(program.form().calnote.caption().starts_with("Word 1 of 13 did not come"));
+    EXPECT_NE(program.form().calnote.caption().find("\nWord 1 of 13 did not come"),
+              std::string::npos);
     EXPECT_EQ(program.form().cald[0].text(), "");
+    EXPECT_FALSE(program.form().cmdwritecal.enabled());
+    // It answers again when the form is opened next.
+    program.simulation.bench().faults.lose_every = 0;
+    program.press_menu();
+    EXPECT_EQ(program.form().calstatus.caption(), "Read complete");
+    EXPECT_NE(program.form().cald[0].text(), "");
+}
+
+TEST(CalibrationWire, AGainIsNotCorrectedTwiceForTheSameSweep) {
+    Calibrated program;
+    program.simulation.set_factory_state();
+    program.open();
+    CalibrationForm& form = program.form();
+    program.calibrate(TestConnection::sine_1v_ch1, form.cmdsetforcalgainl, form.cmdcalgain);
+    const int written = program.simulation.flash().record(4);
+    program.boxes.shown.clear();
+    program.press(form.cmdcalgain);
+    ASSERT_EQ(program.boxes.shown.size(), 1U);
+    EXPECT_TRUE(program.boxes.shown[0].text.starts_with("Sampled data out of range!"));
+    EXPECT_EQ(form.cald[4].text(), std::to_string(written));
+    program.ticks(6);
+    program.press(form.cmdcalgain);
+    EXPECT_EQ(program.boxes.shown.size(), 1U);
+    // What is left is the noise.
+    EXPECT_NEAR(std::stoi(form.cald[4].text()), written, 30);
+}
+
+TEST(CalibrationWire, WithoutATriggerNothingIsComputed) {
+    Calibrated program;
+    program.open();
+    CalibrationForm& form = program.form();
+    connect(program.simulation.bench(), TestConnection::sine_1v_ch1);
+    program.press(form.cmdsetforcalgainl);
+    program.ticks(10);
+    program.simulation.bench().faults.no_trigger = true;
+    program.ticks(20);
+    ASSERT_EQ(program.status(), "Waiting For TRIGGER");
+    const std::string before = form.cald[4].text();
+    program.press(form.cmdcalgain);
+    EXPECT_EQ(program.boxes.shown.back().informative, "The instrument waits for a trigger.");
+    EXPECT_EQ(form.cald[4].text(), before);
 }
 
 /// The run on an instrument that sends a point every 225 ms.

@@ -54,6 +54,16 @@ struct CalibrationOnBench : ProgramOnBench {
         return QTest::qWaitFor([&] { return codes(from).count(32) >= count; }, 10000);
     }
 
+    /// The eighth calibration to its end; time is skipped from one point to the next.
+    void run_linearity() {
+        press("cmdsetforlinearitycal");
+        press("cmdcalint");
+        for (int tick = 0; tick < 9000 && state() == "calibrationint"; ++tick) {
+            clock.sleep(std::chrono::milliseconds(225));
+            program.scope().tick();
+        }
+    }
+
     [[nodiscard]] QList<int> codes(std::size_t from) const {
         const auto all = ProgramOnBench::codes(from);
         return {all.begin(), all.end()};
@@ -76,6 +86,7 @@ private Q_SLOTS:
     void the_whole_calibration_by_its_buttons();
     void the_linearity_run_is_shown_and_stopped();
     void software_offset_has_its_check_mark();
+    void enter_is_no_where_a_calibration_would_be_lost();
 };
 
 void CalibrationTest::the_menu_opens_it_and_it_reads() {
@@ -183,8 +194,16 @@ void CalibrationTest::nothing_is_cut_off() {
     form.calerorcnt.set_caption("8000");
     form.calerormax.set_caption("128");
     QCOMPARE(cut_off(*on.form()).join(u'\n'), QString());
-    on.type(4, u"10x"_s);
-    on.type(10, u"-"_s);
+    // The longest that is said while nothing can be written.
+    for (int index = 0; index < 11; ++index) {
+        on.type(index, u"-"_s);
+    }
+    form.calnote.set_caption(
+        form.calnote.caption().substr(0, form.calnote.caption().find('\n')) +
+        "\n10999999Hz measured in place of 10000000Hz. So large an error takes "
+        "a second time: write, set up and calibrate again. The calibration was "
+        "never read from the instrument: this comes from the values in use "
+        "here. Read it first.");
     QTest::qWait(20);
     QCOMPARE(cut_off(*on.form()).join(u'\n'), QString());
     save_picture(*on.form(), QString::fromLatin1(QTest::currentDataTag()) + u"-long"_s);
@@ -273,6 +292,9 @@ void CalibrationTest::the_whole_calibration_by_its_buttons() {
         QCOMPARE(on.text("calstatus"), u"Write complete"_s);
     }
     QCOMPARE(answers.texts.size(), steps.size());
+    on.run_linearity();
+    QCOMPARE(on.text("calstatus"), u"Calibration Completed"_s);
+    QCOMPARE(on.text("calerormax"), u"5"_s);
     const auto& errors = on.simulation.bench().errors;
     const simulator::Flash& flash = on.simulation.flash();
     for (std::size_t place = 0; place < 4; ++place) {
@@ -308,6 +330,24 @@ void CalibrationTest::the_linearity_run_is_shown_and_stopped() {
     save_picture(on.window(), u"main-window-linearity"_s);
     on.press("cmdcalstop");
     QVERIFY(QTest::qWaitFor([&] { return on.panel().textstatus.text() == "Stopped"; }));
+}
+
+void CalibrationTest::enter_is_no_where_a_calibration_would_be_lost() {
+    CalibrationOnBench on;
+    QVERIFY(on.open());
+    int asked = 0;
+    QTimer::singleShot(0, qApp, [&asked] {
+        auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        if (box == nullptr) {
+            return;
+        }
+        ++asked;
+        QTest::keyClick(box, Qt::Key_Return);
+    });
+    on.press("cmdsetalltodefault");
+    QCOMPARE(asked, 1);
+    QCOMPARE(on.widget<QLineEdit>("cald(4)")->text(), u"10100"_s);
+    QCOMPARE(on.program.scope().parts().calibration[4], 10100);
 }
 
 void CalibrationTest::software_offset_has_its_check_mark() {
