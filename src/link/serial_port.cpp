@@ -38,6 +38,20 @@ Config new_config() {
     return Config(sp_new_config(&config) == SP_OK ? config : nullptr);
 }
 
+/// Ends the flow control by modem lines of the open terminal `handle`; gives the error number.
+/// libserialport 0.1.1 leaves it on where another program has left it on.
+int end_modem_line_flow_control(int handle) {
+    termios settings = {};
+    if (tcgetattr(handle, &settings) != 0) {
+        return errno;
+    }
+    if ((settings.c_cflag & CRTSCTS) == 0) {
+        return 0;
+    }
+    settings.c_cflag &= ~static_cast<tcflag_t>(CRTSCTS);
+    return tcsetattr(handle, TCSANOW, &settings) == 0 ? 0 : errno;
+}
+
 } // namespace
 
 std::optional<std::vector<SerialPortEntry>> list_serial_ports() {
@@ -98,7 +112,7 @@ int SerialPort::take_for_ourselves() {
 }
 
 int SerialPort::set_rate(int baud) {
-    if (const int error = end_modem_line_flow_control(); error != 0) {
+    if (const int error = end_modem_line_flow_control(handle_); error != 0) {
         return error;
     }
     const Config config = new_config();
@@ -112,19 +126,6 @@ int SerialPort::set_rate(int baud) {
     sp_set_config_stopbits(config.get(), 1);
     sp_set_config_flowcontrol(config.get(), SP_FLOWCONTROL_NONE);
     return error_of(sp_set_config(port_.get(), config.get()));
-}
-
-int SerialPort::end_modem_line_flow_control() {
-    // libserialport 0.1.1 leaves it on where another program has left it on.
-    termios settings = {};
-    if (tcgetattr(handle_, &settings) != 0) {
-        return errno;
-    }
-    if ((settings.c_cflag & CRTSCTS) == 0) {
-        return 0;
-    }
-    settings.c_cflag &= ~static_cast<tcflag_t>(CRTSCTS);
-    return tcsetattr(handle_, TCSANOW, &settings) == 0 ? 0 : errno;
 }
 
 int SerialPort::rate() const {

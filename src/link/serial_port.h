@@ -69,7 +69,6 @@ private:
     };
 
     [[nodiscard]] int take_for_ourselves();
-    [[nodiscard]] int end_modem_line_flow_control();
     [[nodiscard]] int wait_for(short events, std::chrono::nanoseconds deadline) const;
 
     const Clock& clock_;

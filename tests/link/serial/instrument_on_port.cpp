@@ -13,7 +13,7 @@ namespace kv408 {
 
 using std::chrono::milliseconds;
 
-InstrumentOnPort::InstrumentOnPort(int far_end) : far_end_(far_end) {
+void InstrumentOnPort::begin() {
     make_exact(simulation_);
     bridge_.SI_Open(0, handle_);
     bridge_.SI_SetTimeouts(0, 0);

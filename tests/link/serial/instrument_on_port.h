@@ -13,7 +13,7 @@ namespace kv408 {
 class InstrumentOnPort {
 public:
     /// Begins to answer at `far_end`, which outlives it.
-    explicit InstrumentOnPort(int far_end);
+    explicit InstrumentOnPort(int far_end) : far_end_(far_end) { begin(); }
 
     /// Changes the bench: `change(bench)` runs while the instrument stands still.
     template <typename Change>
@@ -23,6 +23,7 @@ public:
     }
 
 private:
+    void begin();
     void run(const std::stop_token& stop);
     void hear();
     void speak();

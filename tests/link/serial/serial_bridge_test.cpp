@@ -246,6 +246,9 @@ TEST_F(SerialBridgeTest, AWriteThatNobodyTakesFailsWithinTheTimeOut) {
     EXPECT_LT(clock_.now() - began, milliseconds(5000));
     EXPECT_LT(written, flood.size());
     EXPECT_EQ(bridge_.trouble(), "The port /dev/ttyUSB0 takes no more data.");
+    // Into a queue that is full from the beginning.
+    EXPECT_EQ(bridge_.SI_Write(handle_, flood, written), si_failed);
+    EXPECT_EQ(bridge_.trouble(), "The port /dev/ttyUSB0 takes no more data.");
 }
 
 TEST_F(SerialBridgeTest, AFlushEmptiesTheReceiveQueue) {

@@ -13,6 +13,7 @@
 #include "panel/front_panel.h"
 #include "scope/parts.h"
 #include "scope/scope.h"
+#include "state/rounding.h"
 #include "support/fake_files.h"
 #include "support/fake_host.h"
 #include "support/fake_picture_coder.h"
@@ -128,7 +129,8 @@ TEST_F(SerialProgram, KeepsSweepingBothChannels) {
     plug();
     ASSERT_TRUE(program_.scope.start());
     const char* const wanted = std::getenv("KV408_SWEEP_SECONDS");
-    const auto end = clock_.now() + seconds(wanted != nullptr ? std::atoi(wanted) : 2);
+    const auto end =
+        clock_.now() + seconds(wanted != nullptr ? round_to_int32(leading_number(wanted)) : 2);
     int sweeps = 0; // of both channels: each ends where the second channel hands on to the first
     std::string before;
     while (clock_.now() < end && !program_.scope.ended()) {
