@@ -36,6 +36,9 @@ public:
     BridgeStatus SI_CheckRXQueue(Handle handle, Dword& waiting, Dword& queue_status) override;
     [[nodiscard]] std::string trouble() const override { return trouble_; }
 
+    /// False when the system's search found no library of that name.
+    [[nodiscard]] bool library_found() const { return library_.found(); }
+
 private:
     /// Looks `symbol` up into `function`, or notes that it is missing.
     template <typename Function>

@@ -4,6 +4,9 @@
 #include <bit>
 #include <windows.h>
 #else
+#include <cerrno>
+#include <system_error>
+
 #include <dlfcn.h>
 #endif
 
@@ -54,6 +57,11 @@ SharedLibrary::SharedLibrary(const std::string& name)
     if (module_ == nullptr) {
         const char* reason = dlerror();
         problem_ = reason != nullptr ? reason : "unknown reason";
+        // The loader has no other way to say so: it names the file first, which is another one
+        // where a library lacks one that it needs, and ends with the system's text in the user's
+        // language.
+        found_ = !(problem_.starts_with(name + ": ") &&
+                   problem_.ends_with(std::generic_category().message(ENOENT)));
     }
 }
 

@@ -20,9 +20,14 @@ public:
     /// Why the library could not be loaded, in the loader's own words; empty when it is loaded.
     [[nodiscard]] const std::string& problem() const { return problem_; }
 
+    /// False when the search found no library of that name; always true on Windows, which does not
+    /// tell that from a library that needs another one.
+    [[nodiscard]] bool found() const { return found_; }
+
 private:
     void* module_ = nullptr;
     std::string problem_;
+    bool found_ = true;
 };
 
 } // namespace kv408

@@ -1,0 +1,215 @@
+#include "link/serial_port.h"
+
+#include <algorithm>
+#include <limits>
+
+#include <libserialport.h>
+#include <poll.h>
+#include <sys/file.h>
+#include <sys/ioctl.h>
+#include <termios.h>
+
+namespace kv408 {
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::nanoseconds;
+
+/// The system error number behind `result`, 0 when it is none.
+int error_of(sp_return result) {
+    if (result >= SP_OK) {
+        return 0;
+    }
+    if (result == SP_ERR_FAIL) {
+        const int code = sp_last_error_code();
+        return code != 0 ? code : EIO;
+    }
+    return result == SP_ERR_MEM ? ENOMEM : ENODEV;
+}
+
+/// Frees a configuration of libserialport.
+struct FreeConfig {
+    void operator()(sp_port_config* config) const { sp_free_config(config); }
+};
+using Config = std::unique_ptr<sp_port_config, FreeConfig>;
+
+Config new_config() {
+    sp_port_config* config = nullptr;
+    return Config(sp_new_config(&config) == SP_OK ? config : nullptr);
+}
+
+/// Ends the flow control by modem lines of the open terminal `handle`; gives the error number.
+/// libserialport 0.1.1 leaves it on where another program has left it on.
+int end_modem_line_flow_control(int handle) {
+    termios settings = {};
+    if (tcgetattr(handle, &settings) != 0) {
+        return errno;
+    }
+    if ((settings.c_cflag & CRTSCTS) == 0) {
+        return 0;
+    }
+    settings.c_cflag &= ~static_cast<tcflag_t>(CRTSCTS);
+    return tcsetattr(handle, TCSANOW, &settings) == 0 ? 0 : errno;
+}
+
+} // namespace
+
+std::optional<std::vector<SerialPortEntry>> list_serial_ports() {
+    sp_port** ports = nullptr;
+    if (sp_list_ports(&ports) != SP_OK) {
+        return std::nullopt;
+    }
+    std::vector<SerialPortEntry> entries;
+    for (sp_port** port = ports; *port != nullptr; ++port) {
+        const char* const serial = sp_get_port_usb_serial(*port);
+        if (serial != nullptr && *serial != '\0') {
+            entries.push_back({sp_get_port_name(*port), serial});
+        }
+    }
+    sp_free_port_list(ports);
+    return entries;
+}
+
+void SerialPort::Free::operator()(sp_port* port) const {
+    sp_free_port(port);
+}
+
+SerialPort::~SerialPort() {
+    if (handle_ >= 0) {
+        // A terminal keeps this mark as long as anybody has it open.
+        ioctl(handle_, TIOCNXCL);
+        sp_close(port_.get());
+    }
+}
+
+int SerialPort::open(const std::string& name) {
+    sp_port* found = nullptr;
+    if (const int error = error_of(sp_get_port_by_name(name.c_str(), &found)); error != 0) {
+        return error;
+    }
+    port_.reset(found);
+    if (const int error = error_of(sp_open(found, SP_MODE_READ_WRITE)); error != 0) {
+        return error;
+    }
+    if (const int error = take_for_ourselves(); error != 0) {
+        // The mark of the other program stays on the port.
+        handle_ = -1;
+        sp_close(found);
+        return error;
+    }
+    return 0;
+}
+
+int SerialPort::take_for_ourselves() {
+    if (const int error = error_of(sp_get_port_handle(port_.get(), &handle_)); error != 0) {
+        return error;
+    }
+    // The lock keeps out who asks for it, the mark who may not override it: neither is enough.
+    if (flock(handle_, LOCK_EX | LOCK_NB) != 0) {
+        return errno == EWOULDBLOCK ? EBUSY : errno;
+    }
+    return ioctl(handle_, TIOCEXCL) == 0 ? 0 : errno;
+}
+
+int SerialPort::set_rate(int baud) {
+    if (const int error = end_modem_line_flow_control(handle_); error != 0) {
+        return error;
+    }
+    const Config config = new_config();
+    if (config == nullptr) {
+        return ENOMEM;
+    }
+    // In one go: a driver that rounds the speed would have it asked for again with each setting.
+    sp_set_config_baudrate(config.get(), baud);
+    sp_set_config_bits(config.get(), 8);
+    sp_set_config_parity(config.get(), SP_PARITY_NONE);
+    sp_set_config_stopbits(config.get(), 1);
+    sp_set_config_flowcontrol(config.get(), SP_FLOWCONTROL_NONE);
+    return error_of(sp_set_config(port_.get(), config.get()));
+}
+
+int SerialPort::rate() const {
+    const Config config = new_config();
+    int baud = 0;
+    if (config == nullptr || sp_get_config(port_.get(), config.get()) != SP_OK ||
+        sp_get_config_baudrate(config.get(), &baud) != SP_OK) {
+        return 0;
+    }
+    return std::max(baud, 0);
+}
+
+int SerialPort::wait_for(short events, nanoseconds deadline) const {
+    pollfd wanted = {handle_, events, 0};
+    // Longer waits than poll can count are cut; the callers then wait again.
+    constexpr milliseconds longest{std::numeric_limits<int>::max()};
+    const auto left = std::chrono::ceil<milliseconds>(deadline - clock_.now());
+    const auto wait = std::clamp(left, milliseconds(0), longest);
+    if (poll(&wanted, 1, static_cast<int>(wait.count())) < 0) {
+        return errno == EINTR ? 0 : errno;
+    }
+    constexpr int gone = POLLERR | POLLHUP | POLLNVAL;
+    return (wanted.revents & gone) != 0 ? EIO : 0;
+}
+
+int SerialPort::write(std::span<const Byte> bytes, milliseconds time_out, std::size_t& written) {
+    const nanoseconds deadline = clock_.now() + time_out;
+    written = 0;
+    while (written < bytes.size()) {
+        const auto left = bytes.subspan(written);
+        const sp_return result = sp_nonblocking_write(port_.get(), left.data(), left.size());
+        // A full queue is an error to libserialport.
+        if (const int error = error_of(result); error != 0 && error != EAGAIN) {
+            return error;
+        }
+        written += static_cast<std::size_t>(std::max<int>(result, 0));
+        if (written == bytes.size()) {
+            break;
+        }
+        if (clock_.now() >= deadline) {
+            return ETIMEDOUT;
+        }
+        if (const int error = wait_for(POLLOUT, deadline); error != 0) {
+            return error;
+        }
+    }
+    return 0;
+}
+
+int SerialPort::read(std::span<Byte> bytes, milliseconds time_out, std::size_t& read) {
+    const nanoseconds deadline = clock_.now() + time_out;
+    read = 0;
+    while (read < bytes.size()) {
+        const auto left = bytes.subspan(read);
+        const sp_return result = sp_nonblocking_read(port_.get(), left.data(), left.size());
+        if (const int error = error_of(result); error != 0) {
+            return error;
+        }
+        read += static_cast<std::size_t>(result);
+        if (read == bytes.size() || clock_.now() >= deadline) {
+            break;
+        }
+        // A port that has gone reads as nothing at all; only this tells it from silence.
+        if (const int error = wait_for(POLLIN, deadline); error != 0) {
+            return error;
+        }
+    }
+    return 0;
+}
+
+int SerialPort::flush(bool transmit, bool receive) {
+    if (!transmit && !receive) {
+        return 0;
+    }
+    if (transmit && receive) {
+        return error_of(sp_flush(port_.get(), SP_BUF_BOTH));
+    }
+    return error_of(sp_flush(port_.get(), transmit ? SP_BUF_OUTPUT : SP_BUF_INPUT));
+}
+
+int SerialPort::waiting(std::size_t& count) const {
+    const sp_return result = sp_input_waiting(port_.get());
+    count = result > 0 ? static_cast<std::size_t>(result) : 0;
+    return error_of(result);
+}
+
+} // namespace kv408

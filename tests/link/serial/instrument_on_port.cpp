@@ -1,0 +1,73 @@
+#include "link/serial/instrument_on_port.h"
+
+#include <array>
+#include <chrono>
+#include <vector>
+
+#include <poll.h>
+#include <unistd.h>
+
+#include "link/serial/usb_ports.h"
+
+namespace kv408 {
+
+using std::chrono::milliseconds;
+
+void InstrumentOnPort::begin() {
+    make_exact(simulation_);
+    bridge_.SI_Open(0, handle_);
+    bridge_.SI_SetTimeouts(0, 0);
+    thread_ = std::jthread([this](const std::stop_token& stop) { run(stop); });
+}
+
+void InstrumentOnPort::run(const std::stop_token& stop) {
+    while (!stop.stop_requested()) {
+        pollfd wanted = {far_end_, POLLIN, 0};
+        poll(&wanted, 1, 1);
+        if ((wanted.revents & POLLIN) != 0) {
+            hear();
+        } else if (wanted.revents != 0) {
+            // Nobody has the port open.
+            std::this_thread::sleep_for(milliseconds(1));
+        }
+        speak();
+    }
+}
+
+void InstrumentOnPort::hear() {
+    std::array<Byte, 256> bytes = {};
+    const ssize_t count = read(far_end_, bytes.data(), bytes.size());
+    if (count <= 0) {
+        return;
+    }
+    const std::lock_guard lock(mutex_);
+    const Dword baud = line_settings(far_end_).baud;
+    if (baud != baud_ && bridge_.SI_SetBaudRate(handle_, baud) == si_success) {
+        baud_ = baud;
+    }
+    Dword written = 0;
+    bridge_.SI_Write(handle_, std::span(bytes).first(static_cast<std::size_t>(count)), written);
+}
+
+void InstrumentOnPort::speak() {
+    const std::lock_guard lock(mutex_);
+    Dword waiting = 0;
+    Dword queue_status = 0;
+    bridge_.SI_CheckRXQueue(handle_, waiting, queue_status);
+    if (waiting == 0) {
+        return;
+    }
+    std::vector<Byte> bytes(waiting);
+    Dword count = 0;
+    bridge_.SI_Read(handle_, bytes, count);
+    std::span<const Byte> left = std::span(bytes).first(count);
+    while (!left.empty()) {
+        const ssize_t sent = write(far_end_, left.data(), left.size());
+        if (sent <= 0) {
+            return;
+        }
+        left = left.subspan(static_cast<std::size_t>(sent));
+    }
+}
+
+} // namespace kv408
