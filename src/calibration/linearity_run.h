@@ -63,7 +63,7 @@ public:
     [[nodiscard]] bool started() const { return started_; }
 
 private:
-    void take_point(Byte error);
+    void take_point(Byte reported);
     void tell_time_left();
     void tell_silence();
     void finish();

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "calibration/record_values.h"
 #include "host/clock.h"
@@ -15,8 +16,8 @@ namespace kv408 {
 /// Keeps calibration records in dated files beside the settings, and brings them back.
 class RecordBackup {
 public:
-    RecordBackup(Files& files, FileChoosers& choosers, const Places& places, const Clock& clock)
-        : files_(files), choosers_(choosers), places_(places), clock_(clock) {}
+    RecordBackup(Files& files, FileChoosers& choosers, Places places, const Clock& clock)
+        : files_(files), choosers_(choosers), places_(std::move(places)), clock_(clock) {}
 
     /// Keeps `record` in a file of its own, named by date and time; no file that is there already
     /// is overwritten. On failure the result says why.
