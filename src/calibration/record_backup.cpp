@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "calibration/record_values.h"
+#include "host/path_text.h"
 
 namespace kv408 {
 namespace {
@@ -39,7 +40,7 @@ RecordBackup::Restored RecordBackup::restore() {
     if (!path) {
         return {};
     }
-    Restored restored{.file = path->filename().string()};
+    Restored restored{.file = text_of_path(path->filename())};
     std::string bytes;
     const FileResult result = files_.read(*path, bytes);
     if (result.status != FileStatus::done) {

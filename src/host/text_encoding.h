@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
 
 namespace kv408 {
 
@@ -12,6 +13,14 @@ namespace kv408 {
 /// The UTF-8 `text` in the system's 8-bit code page; what that cannot express becomes the code
 /// page's own substitute.
 [[nodiscard]] std::string to_code_page(std::string text);
+
+#ifdef _WIN32
+/// The UTF-8 text of the system's wide characters `wide`.
+[[nodiscard]] std::string from_wide(std::wstring_view wide);
+
+/// The UTF-8 `text` in the system's wide characters.
+[[nodiscard]] std::wstring to_wide(std::string_view text);
+#endif
 
 /// The UTF-8 text of `path`, with the platform's separators.
 [[nodiscard]] std::string path_text(const std::filesystem::path& path);
