@@ -2,6 +2,7 @@
 
 #ifdef _WIN32
 #include <bit>
+#include <string_view>
 
 #include "host/system_error.h"
 #include "host/text_encoding.h"
@@ -21,6 +22,11 @@ SharedLibrary::SharedLibrary(const std::string& name) {
     module_ = LoadLibraryW(to_wide(name).c_str());
     if (module_ == nullptr) {
         problem_ = reason_of(latest_error());
+        // The sentence about a file that is no library leaves its name open.
+        constexpr std::string_view gap = "%1";
+        if (const auto at = problem_.find(gap); at != std::string::npos) {
+            problem_.replace(at, gap.size(), name);
+        }
     }
     SetThreadErrorMode(mode, nullptr);
 }
