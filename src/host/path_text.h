@@ -8,9 +8,9 @@
 
 namespace kv408 {
 
-/// `path` as the platform writes it, with its separators, UTF-8.
-[[nodiscard]] inline std::string text_of_path(std::filesystem::path path) {
-    const std::u8string text = path.make_preferred().u8string();
+/// `path` as the platform writes it, UTF-8.
+[[nodiscard]] inline std::string text_of_path(const std::filesystem::path& path) {
+    const std::u8string text = path.u8string();
     return {text.begin(), text.end()};
 }
 

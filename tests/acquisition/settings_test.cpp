@@ -115,7 +115,7 @@ TEST(ShutDownSettings, AFolderThatCannotBeWrittenIsToldAndTheProgramEnds) {
     EXPECT_TRUE(rig.program.ended);
     EXPECT_EQ(times, 1);
     EXPECT_EQ(rig.boxes.texts(), Texts{"The settings could not be saved. " +
-                                       text_of_path("/settings/kv408/ConfigsLM4RX.TXT") +
+                                       text_of_path(fake_places().settings / "ConfigsLM4RX.TXT") +
                                        ": No space left on device"});
 }
 
