@@ -1,4 +1,10 @@
-# What a program for Windows carries within itself besides its code.
+# What a program for Windows carries within itself besides its code, and where its Qt is looked for.
+
+# Where packages are only looked for below the target's own roots, the folders that the builder names
+# are roots too.
+if(CMAKE_CROSSCOMPILING)
+  list(APPEND CMAKE_FIND_ROOT_PATH ${CMAKE_PREFIX_PATH})
+endif()
 
 # kv408_windows_resources(<target> <description>): icon, version and manifest.
 function(kv408_windows_resources target description)

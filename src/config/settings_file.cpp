@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 
+#include "host/path_text.h"
 #include "host/text_encoding.h"
 
 namespace kv408 {
@@ -66,7 +67,7 @@ std::filesystem::path SettingsFile::default_path() const {
 
 void SettingsFile::restore() {
     kept_.colours = {};
-    kept_.display.snapshotpath = path_text(host_.places.program);
+    kept_.display.snapshotpath = text_of_path(host_.places.program);
     std::string bytes;
     restored_ = host_.files.read(default_path(), bytes);
     if (loadconfigfile(default_path()) == Reading::bad_line) {
@@ -105,7 +106,7 @@ SettingsFile::Reading SettingsFile::loadconfigfile(const std::filesystem::path& 
     case FileStatus::failed:
         break;
     }
-    tell_line(1, path_text(path) + ": " + result.reason);
+    tell_line(1, text_of_path(path) + ": " + result.reason);
     return Reading::failed;
 }
 
@@ -115,7 +116,7 @@ bool SettingsFile::take_lines(std::string_view lines, const std::filesystem::pat
         const auto fields = fields_of(take_line(lines));
         settings += fields && row_of_key_.contains(fields->key) ? 1 : 0;
         if (!fields || settings > most_settings || !setConfigVal(fields->key, fields->value)) {
-            tell_line(number, path_text(path) +
+            tell_line(number, text_of_path(path) +
                                   ": the lines before it have been taken over, it and those after "
                                   "it have not.");
             return false;
@@ -174,7 +175,7 @@ void SettingsFile::tell_failure(const Outcome& outcome) {
         return;
     }
     std::string text = "The settings could not be saved. ";
-    text.append(path_text(outcome.path)).append(": ").append(outcome.result.reason);
+    text.append(text_of_path(outcome.path)).append(": ").append(outcome.result.reason);
     host_.boxes.show({.text = text, .icon = MessageIcon::critical});
 }
 

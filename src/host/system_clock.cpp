@@ -10,8 +10,10 @@ std::chrono::nanoseconds SystemClock::now() const {
 }
 
 void SystemClock::sleep(std::chrono::nanoseconds duration) {
-    if (duration > std::chrono::nanoseconds::zero()) {
-        std::this_thread::sleep_for(duration);
+    // Some systems wake a sleeper early.
+    const auto end = now() + duration;
+    for (auto left = duration; left > left.zero(); left = end - now()) {
+        std::this_thread::sleep_for(left);
     }
 }
 

@@ -7,9 +7,12 @@
 #include <system_error>
 #include <utility>
 
+#include "host/system_error.h"
+
 #ifdef _WIN32
 #include <io.h>
 #include <process.h>
+#include <windows.h>
 #else
 #include <fcntl.h>
 #include <unistd.h>
@@ -32,18 +35,29 @@ OpenFile open_file(const std::filesystem::path& path, bool writing) {
 #endif
 }
 
+FileResult failure(const std::error_code& error) {
+    return {.status = error == std::errc::no_such_file_or_directory ? FileStatus::not_found
+                                                                    : FileStatus::failed,
+            .reason = reason_of(error)};
+}
+
+/// The failure `error` of the C library.
 FileResult failure(int error) {
-    return {.status = error == ENOENT ? FileStatus::not_found : FileStatus::failed,
-            .reason = std::generic_category().message(error)};
+    return failure(std::error_code(error, std::generic_category()));
 }
 
 /// Why the file at `path` cannot be read or replaced as a file: devices would swallow the program's
 /// time or be replaced themselves, and no file of the program comes near the size limit.
 FileResult check_file(const std::filesystem::path& path) {
     std::error_code error;
+    std::error_code parent_error;
     const auto status = std::filesystem::status(path, error);
     if (!std::filesystem::exists(status)) {
-        return failure(error ? error.value() : ENOENT);
+        // Not every system says so itself.
+        if (std::filesystem::is_regular_file(path.parent_path(), parent_error)) {
+            return failure(ENOTDIR);
+        }
+        return error ? failure(error) : failure(ENOENT);
     }
     if (std::filesystem::is_directory(status)) {
         return failure(EISDIR);
@@ -104,6 +118,18 @@ void flush_folder([[maybe_unused]] const std::filesystem::path& folder) {
         fsync(descriptor);
         ::close(descriptor);
     }
+#endif
+}
+
+/// Renames the file at `from` to `to` in one step, over a file that is there already.
+std::error_code move_over(const std::filesystem::path& from, const std::filesystem::path& to) {
+#ifdef _WIN32
+    constexpr DWORD how = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
+    return MoveFileExW(from.c_str(), to.c_str(), how) != 0 ? std::error_code() : latest_error();
+#else
+    std::error_code error;
+    std::filesystem::rename(from, to, error);
+    return error;
 #endif
 }
 
@@ -179,11 +205,9 @@ FileResult SystemFiles::replace(const std::filesystem::path& path, std::string_v
         std::filesystem::remove(beside, error);
         return written;
     }
-    std::filesystem::rename(beside, target, error);
-    if (error) {
-        const int reason = error.value();
+    if (const std::error_code refused = move_over(beside, target); refused) {
         std::filesystem::remove(beside, error);
-        return failure(reason);
+        return failure(refused);
     }
     flush_folder(target.parent_path());
     return {};
@@ -193,7 +217,7 @@ FileResult SystemFiles::create_folder(const std::filesystem::path& path) {
     std::error_code error;
     std::filesystem::create_directories(path, error);
     if (error) {
-        return {.status = FileStatus::failed, .reason = error.message()};
+        return {.status = FileStatus::failed, .reason = reason_of(error)};
     }
     return {};
 }

@@ -1,7 +1,6 @@
 #include "host/text_encoding.h"
 
 #ifdef _WIN32
-#include <string_view>
 #include <windows.h>
 #endif
 
@@ -11,33 +10,41 @@ namespace kv408 {
 
 namespace {
 
-/// `text` of code page `from` in code page `to`, by way of the system's wide characters.
-std::string converted(std::string_view text, UINT from, UINT to) {
-    if (text.empty()) {
-        return {};
-    }
+/// The wide characters of `text`, which is in code page `code_page`.
+std::wstring widened(std::string_view text, UINT code_page) {
     const int length = static_cast<int>(text.size());
-    std::wstring wide(
-        static_cast<std::size_t>(MultiByteToWideChar(from, 0, text.data(), length, nullptr, 0)),
-        L'\0');
-    const int characters = static_cast<int>(wide.size());
-    MultiByteToWideChar(from, 0, text.data(), length, wide.data(), characters);
-    std::string bytes(static_cast<std::size_t>(WideCharToMultiByte(to, 0, wide.data(), characters,
-                                                                   nullptr, 0, nullptr, nullptr)),
-                      '\0');
-    WideCharToMultiByte(to, 0, wide.data(), characters, bytes.data(),
-                        static_cast<int>(bytes.size()), nullptr, nullptr);
-    return bytes;
+    const int size = MultiByteToWideChar(code_page, 0, text.data(), length, nullptr, 0);
+    std::wstring wide(static_cast<std::size_t>(size), L'\0');
+    MultiByteToWideChar(code_page, 0, text.data(), length, wide.data(), size);
+    return wide;
+}
+
+/// `wide` in code page `code_page`.
+std::string narrowed(std::wstring_view wide, UINT code_page) {
+    const int length = static_cast<int>(wide.size());
+    const int size =
+        WideCharToMultiByte(code_page, 0, wide.data(), length, nullptr, 0, nullptr, nullptr);
+    std::string text(static_cast<std::size_t>(size), '\0');
+    WideCharToMultiByte(code_page, 0, wide.data(), length, text.data(), size, nullptr, nullptr);
+    return text;
 }
 
 } // namespace
 
+std::string from_wide(std::wstring_view wide) {
+    return narrowed(wide, CP_UTF8);
+}
+
+std::wstring to_wide(std::string_view text) {
+    return widened(text, CP_UTF8);
+}
+
 std::string from_code_page(std::string bytes) {
-    return converted(bytes, CP_ACP, CP_UTF8);
+    return from_wide(widened(bytes, CP_ACP));
 }
 
 std::string to_code_page(std::string text) {
-    return converted(text, CP_UTF8, CP_ACP);
+    return narrowed(to_wide(text), CP_ACP);
 }
 
 #else
@@ -51,10 +58,5 @@ std::string to_code_page(std::string text) {
 }
 
 #endif
-
-std::string path_text(const std::filesystem::path& path) {
-    const std::u8string text = path.u8string();
-    return {text.begin(), text.end()};
-}
 
 } // namespace kv408

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <filesystem>
 #include <string>
+#include <string_view>
 
 namespace kv408 {
 
@@ -13,7 +13,12 @@ namespace kv408 {
 /// page's own substitute.
 [[nodiscard]] std::string to_code_page(std::string text);
 
-/// The UTF-8 text of `path`, with the platform's separators.
-[[nodiscard]] std::string path_text(const std::filesystem::path& path);
+#ifdef _WIN32
+/// The UTF-8 text of the system's wide characters `wide`.
+[[nodiscard]] std::string from_wide(std::wstring_view wide);
+
+/// The UTF-8 `text` in the system's wide characters.
+[[nodiscard]] std::wstring to_wide(std::string_view text);
+#endif
 
 } // namespace kv408

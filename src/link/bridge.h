@@ -12,6 +12,10 @@ using Handle = void*;              ///< an open device, as wide as a pointer
 using Dword = std::uint32_t;       ///< 32-bit unsigned count or index
 using Byte = std::uint8_t;
 
+// The library's functions take them in these widths.
+static_assert(sizeof(BridgeStatus) == 4 && sizeof(Handle) == sizeof(std::uintptr_t) &&
+              sizeof(Dword) == 4 && sizeof(Byte) == 1);
+
 /// Status values that the program tests; every other one is a general failure.
 inline constexpr BridgeStatus si_success = 0;
 inline constexpr BridgeStatus si_read_timed_out = 13;

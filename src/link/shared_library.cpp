@@ -2,6 +2,10 @@
 
 #ifdef _WIN32
 #include <bit>
+#include <string_view>
+
+#include "host/system_error.h"
+#include "host/text_encoding.h"
 #include <windows.h>
 #else
 #include <cerrno>
@@ -14,27 +18,20 @@ namespace kv408 {
 
 #ifdef _WIN32
 
-namespace {
-
-/// The system's text for its error `code`, without the line end that it carries.
-std::string system_error_text(DWORD code) {
-    char text[512] = {};
-    const DWORD length = FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS,
-                                        nullptr, code, 0, text, sizeof text, nullptr);
-    std::string result(text, length);
-    while (!result.empty() && (result.back() == '\n' || result.back() == '\r')) {
-        result.pop_back();
-    }
-    return result.empty() ? "system error " + std::to_string(code) : result;
-}
-
-} // namespace
-
 SharedLibrary::SharedLibrary(const std::string& name) {
-    module_ = LoadLibraryA(name.c_str());
+    // Without a box of the system's own where the file is no library.
+    DWORD mode = 0;
+    SetThreadErrorMode(SEM_FAILCRITICALERRORS, &mode);
+    module_ = LoadLibraryW(to_wide(name).c_str());
     if (module_ == nullptr) {
-        problem_ = system_error_text(GetLastError());
+        problem_ = reason_of(latest_error());
+        // The sentence about a file that is no library leaves its name open.
+        constexpr std::string_view gap = "%1";
+        if (const auto at = problem_.find(gap); at != std::string::npos) {
+            problem_.replace(at, gap.size(), name);
+        }
     }
+    SetThreadErrorMode(mode, nullptr);
 }
 
 SharedLibrary::~SharedLibrary() {

@@ -2,6 +2,14 @@
 
 namespace kv408::simulator {
 
+void silence(Bench& bench) {
+    bench.sampler_noise_codes = 0.0;
+    for (Source& source : bench.sources) {
+        source.noise_mv = 0.0;
+        source.jitter_ps = 0.0;
+    }
+}
+
 const Source* trigger_source(const Bench& bench, std::size_t input) {
     switch (bench.triggers.at(input)) {
     case TriggerRoute::signal_1:

@@ -81,6 +81,9 @@ struct Bench {
     std::optional<PlannedFaults> planned_faults = {};    ///< what will break
 };
 
+/// Takes noise and jitter out of all signals and of the sampler of `bench`.
+void silence(Bench& bench);
+
 /// The signal at trigger input `input` (0 for TRIG1), null when nothing is connected.
 [[nodiscard]] const Source* trigger_source(const Bench& bench, std::size_t input);
 

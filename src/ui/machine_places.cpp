@@ -1,6 +1,7 @@
 #include "ui/machine_places.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QStandardPaths>
 #include <QtGlobal>
 
@@ -13,8 +14,12 @@ Places machine_places() {
         application_data.isEmpty()
             ? QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
             : application_data;
-    return {.settings = (folder + u"/kv408"_s).toStdU16String(),
-            .program = QCoreApplication::applicationDirPath().toStdU16String()};
+    // Users read them, so they are as the platform writes them.
+    const auto written = [](const QString& path) {
+        return std::filesystem::path(QDir::toNativeSeparators(path).toStdU16String());
+    };
+    return {.settings = written(folder + u"/kv408"_s),
+            .program = written(QCoreApplication::applicationDirPath())};
 }
 
 } // namespace kv408::ui

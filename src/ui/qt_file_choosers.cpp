@@ -1,5 +1,6 @@
 #include "ui/qt_file_choosers.h"
 
+#include <QDir>
 #include <QStringList>
 
 namespace kv408::ui {
@@ -7,18 +8,24 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
+/// The pattern `pattern` as a list of Qt's.
+QString patterns_of(const QString& pattern) {
+#ifdef Q_OS_WIN
+    return pattern;
+#else
+    // In both cases: here they are different names. And a name may lack the point.
+    return pattern.toLower() == pattern.toUpper() ? u"*"_s
+                                                  : pattern.toLower() + u' ' + pattern.toUpper();
+#endif
+}
+
 /// The pairs of caption and pattern in `filter` as Qt writes them.
 QStringList name_filters(const std::string& filter) {
     const QStringList parts = QString::fromStdString(filter).split(u'|');
     QStringList filters;
     for (qsizetype index = 0; index + 1 < parts.size(); index += 2) {
         const QString caption = parts[index].section(u'(', 0, 0).trimmed();
-        // The pattern in both cases: elsewhere than on Windows they are different names.
-        const QString& pattern = parts[index + 1];
-        const QString patterns = pattern.toLower() == pattern.toUpper()
-                                     ? u"*"_s
-                                     : pattern.toLower() + u' ' + pattern.toUpper();
-        filters.append(caption + u" ("_s + patterns + u')');
+        filters.append(caption + u" ("_s + patterns_of(parts[index + 1]) + u')');
     }
     return filters;
 }
@@ -67,7 +74,7 @@ std::optional<std::filesystem::path> QtFileChoosers::ask(QFileDialog& dialog) {
     if (!accepted || files.isEmpty()) {
         return std::nullopt;
     }
-    return std::filesystem::path(files.front().toStdU16String());
+    return std::filesystem::path(QDir::toNativeSeparators(files.front()).toStdU16String());
 }
 
 } // namespace kv408::ui

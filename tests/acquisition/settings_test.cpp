@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "acquisition/acquisition_rig.h"
+#include "host/path_text.h"
 
 namespace kv408 {
 namespace {
@@ -113,9 +114,9 @@ TEST(ShutDownSettings, AFolderThatCannotBeWrittenIsToldAndTheProgramEnds) {
     EXPECT_THROW(rig.start_up.Form_Unload(), ProgramEnded);
     EXPECT_TRUE(rig.program.ended);
     EXPECT_EQ(times, 1);
-    EXPECT_EQ(rig.boxes.texts(),
-              Texts{"The settings could not be saved. "
-                    "/settings/kv408/ConfigsLM4RX.TXT: No space left on device"});
+    EXPECT_EQ(rig.boxes.texts(), Texts{"The settings could not be saved. " +
+                                       text_of_path(fake_places().settings / "ConfigsLM4RX.TXT") +
+                                       ": No space left on device"});
 }
 
 TEST(ShutDownSettings, AFailedStartLeavesTheFileAlone) {

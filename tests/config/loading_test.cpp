@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "host/text_encoding.h"
 #include "support/settings_rig.h"
 
 namespace kv408 {
@@ -106,9 +107,10 @@ TEST(Loading, TextsComeBackInTheCodePage) {
     SettingsRig rig;
     const std::string folder = "/home/me/Bilder f\xC3\xBCr Stra\xC3\x9F"
                                "e";
-    rig.load("snapshotpath\t" + folder + "\r\n");
+    const std::string line = to_code_page("snapshotpath\t" + folder + "\r\n");
+    rig.load(line);
     EXPECT_EQ(rig.display.snapshotpath, folder);
-    EXPECT_NE(rig.save().find("snapshotpath\t" + folder + "\r\n"), std::string::npos);
+    EXPECT_NE(rig.save().find(line), std::string::npos);
 }
 
 TEST(Loading, LinesOfAHundredMegabytes) {

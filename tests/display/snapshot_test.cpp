@@ -16,6 +16,9 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
+/// What the system parts folders with.
+const std::string separator(1, static_cast<char>(std::filesystem::path::preferred_separator));
+
 constexpr Pixel yellow = pixel_of(rgb(255, 255, 0));
 constexpr Pixel black = pixel_of(rgb(0, 0, 0));
 constexpr Pixel white = pixel_of(rgb(255, 255, 255));
@@ -72,7 +75,8 @@ TEST_F(SnapshotTest, GoesIntoTheFolderAndSaysSo) {
     snapshot.Command1_Click();
     EXPECT_EQ(files.written, (Texts{"/pictures/261116_010937.bmp"}));
     ASSERT_EQ(boxes.shown.size(), 1U);
-    EXPECT_EQ(boxes.shown[0].text, "Snapshot saved to: \n/pictures/261116_010937.bmp");
+    EXPECT_EQ(boxes.shown[0].text,
+              "Snapshot saved to: \n/pictures" + separator + "261116_010937.bmp");
     EXPECT_EQ(boxes.shown[0].icon, MessageIcon::information);
     EXPECT_EQ(boxes.shown[0].buttons, MessageButtons::ok);
     EXPECT_TRUE(choosers.saved.empty());
@@ -80,9 +84,9 @@ TEST_F(SnapshotTest, GoesIntoTheFolderAndSaysSo) {
 
 TEST_F(SnapshotTest, CompletesAFolderWithoutSeparatorOnce) {
     snapshot.Command1_Click();
-    EXPECT_EQ(settings.snapshotpath, "/pictures/");
+    EXPECT_EQ(settings.snapshotpath, "/pictures" + separator);
     snapshot.Command1_Click();
-    EXPECT_EQ(settings.snapshotpath, "/pictures/");
+    EXPECT_EQ(settings.snapshotpath, "/pictures" + separator);
     EXPECT_EQ(files.written.back(), "/pictures/261116_010937.bmp");
 }
 

@@ -17,7 +17,7 @@ int main(int argc, char** argv) {
             std::ifstream file(entry.path(), std::ios::binary);
             const std::vector<char> bytes{std::istreambuf_iterator<char>(file), {}};
             const std::vector<std::uint8_t> data(bytes.begin(), bytes.end());
-            std::printf("%s\n", entry.path().filename().c_str());
+            std::printf("%s\n", entry.path().filename().string().c_str());
             std::fflush(stdout);
             LLVMFuzzerTestOneInput(data.data(), data.size());
             ++files;

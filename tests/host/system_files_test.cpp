@@ -7,8 +7,12 @@
 
 #include <gtest/gtest.h>
 
+#include "host/path_text.h"
 #include "host/text_encoding.h"
 #include "support/temporary_folder.h"
+#ifdef _WIN32
+#include <windows.h>
+#endif
 
 namespace kv408 {
 namespace {
@@ -19,7 +23,7 @@ using std::filesystem::perms;
 class SystemFilesTest : public testing::Test {
 protected:
     [[nodiscard]] std::filesystem::path at(const std::string& name) const {
-        return folder_.path() / name;
+        return folder_.path() / path_of_text(name);
     }
 
     void put(const std::string& name, const std::string& bytes) const {
@@ -119,6 +123,80 @@ TEST_F(SystemFilesTest, AWriteProtectedFileStays) {
     EXPECT_EQ(entries(), 1);
 }
 
+TEST_F(SystemFilesTest, LeftoversOfACrashDoNotHurt) {
+    put("file", "old");
+    put("file.new", "half");
+    std::filesystem::create_directory(at("file.new1"));
+    EXPECT_EQ(replace("file", "new"), FileStatus::done);
+    EXPECT_EQ(content("file"), "new");
+    EXPECT_EQ(entries(), 3);
+}
+
+#ifdef _WIN32
+
+TEST_F(SystemFilesTest, PathsAreWrittenWithTheSystemsSeparators) {
+    EXPECT_EQ(text_of_path(path_of_text("C:\\a") / path_of_text("Men\xC3\xBC")),
+              "C:\\a\\Men\xC3\xBC");
+}
+
+TEST_F(SystemFilesTest, TheCodePageIsTheSystems) {
+    ASSERT_EQ(GetACP(), 1252U) << "the bytes below are those of the western code page";
+    const std::string bytes("Men\xFC\0\x80", 6);
+    const std::string text("Men\xC3\xBC\0\xE2\x82\xAC", 9); // the euro comes last
+    EXPECT_EQ(from_code_page(bytes), text);
+    EXPECT_EQ(to_code_page(text), bytes);
+    EXPECT_EQ(to_code_page("\xE4\xB8\xAD."), "?.");
+    EXPECT_EQ(from_code_page(""), "");
+    EXPECT_EQ(to_code_page(""), "");
+}
+
+TEST_F(SystemFilesTest, DevicesAreLeftAlone) {
+    for (const char* device : {"NUL", "CON", "nul"}) {
+        EXPECT_NE(files_.read(device, bytes_).status, FileStatus::done) << device;
+        EXPECT_NE(files_.replace(device, "x").status, FileStatus::done) << device;
+    }
+    EXPECT_EQ(bytes_, "unchanged");
+}
+
+TEST_F(SystemFilesTest, ANameThatTheSystemCannotHoldFails) {
+    EXPECT_NE(replace(std::string(5000, 'x'), "x"), FileStatus::done);
+    EXPECT_NE(replace("what?", "x"), FileStatus::done);
+    EXPECT_EQ(entries(), 0);
+}
+
+TEST_F(SystemFilesTest, NamesAreInAnyLetters) {
+    EXPECT_EQ(replace("\xE4\xB8\xAD\xD0\x96", "x"), FileStatus::done);
+    EXPECT_TRUE(std::filesystem::exists(folder_.path() / L"\u4E2D\u0416"));
+}
+
+TEST_F(SystemFilesTest, AFileThatAnotherProgramHoldsStays) {
+    put("file", "old");
+    void* const held = CreateFileW(at("file").c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                   OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    ASSERT_NE(held, INVALID_HANDLE_VALUE);
+    EXPECT_EQ(replace("file", "new"), FileStatus::failed);
+    // A sentence of the system's, not a bare number.
+    EXPECT_GT(result_.reason.size(), 10U) << result_.reason;
+    EXPECT_EQ(result_.reason.find("system error"), std::string::npos) << result_.reason;
+    CloseHandle(held);
+    EXPECT_EQ(content("file"), "old");
+    EXPECT_EQ(entries(), 1);
+    EXPECT_EQ(replace("file", "new"), FileStatus::done);
+    EXPECT_EQ(content("file"), "new");
+}
+
+#else
+
+TEST_F(SystemFilesTest, PathsAndCodePageKeepTheirBytes) {
+    const std::string name = "Men\xC3\xBC";
+    EXPECT_EQ(text_of_path(std::filesystem::path("/a") / std::filesystem::path(u8"Men\u00fc")),
+              "/a/" + name);
+    EXPECT_EQ(from_code_page(name), name);
+    EXPECT_EQ(to_code_page(name), name);
+    EXPECT_EQ(to_code_page(std::string("\0\xFF", 2)), std::string("\0\xFF", 2));
+}
+
+// Elsewhere a file knows write protection and no other permission.
 TEST_F(SystemFilesTest, PermissionsAreKept) {
     for (const perms mode : {perms::owner_read | perms::owner_write,
                              perms::owner_all | perms::group_read | perms::others_read}) {
@@ -129,28 +207,6 @@ TEST_F(SystemFilesTest, PermissionsAreKept) {
         EXPECT_EQ(std::filesystem::status(at("file")).permissions(), mode);
     }
 }
-
-TEST_F(SystemFilesTest, LeftoversOfACrashDoNotHurt) {
-    put("file", "old");
-    put("file.new", "half");
-    std::filesystem::create_directory(at("file.new1"));
-    EXPECT_EQ(replace("file", "new"), FileStatus::done);
-    EXPECT_EQ(content("file"), "new");
-    EXPECT_EQ(entries(), 3);
-}
-
-TEST_F(SystemFilesTest, PathsAndCodePageKeepTheirBytes) {
-    const std::string name = "Men\xC3\xBC";
-    EXPECT_EQ(path_text(std::filesystem::path("/a") / std::filesystem::path(u8"Men\u00fc")),
-              "/a/" + name);
-#ifndef _WIN32
-    EXPECT_EQ(from_code_page(name), name);
-    EXPECT_EQ(to_code_page(name), name);
-    EXPECT_EQ(to_code_page(std::string("\0\xFF", 2)), std::string("\0\xFF", 2));
-#endif
-}
-
-#ifndef _WIN32
 
 TEST_F(SystemFilesTest, ALinkStaysALink) {
     std::filesystem::create_directory(at("elsewhere"));

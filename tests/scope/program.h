@@ -25,11 +25,7 @@ struct Program {
     explicit Program(bool noise_free = true) {
         simulation.set_calibrated();
         if (noise_free) {
-            simulation.bench().sampler_noise_codes = 0.0;
-            for (simulator::Source& source : simulation.bench().sources) {
-                source.noise_mv = 0.0;
-                source.jitter_ps = 0.0;
-            }
+            simulator::silence(simulation.bench());
         }
     }
 

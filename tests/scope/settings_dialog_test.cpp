@@ -188,7 +188,7 @@ TEST(SnapshotOfTheProgram, HasTheSweepingPictureInIt) {
         {.year = 2026, .month = 11, .day = 16, .hour = 1, .minute = 9, .second = 37});
     program.open_settings();
     program.act([&] {
-        program.settings().txtsnapshotpath.set_text("/pictures");
+        program.settings().txtsnapshotpath.set_text("/pictures/");
         program.settings().cmdok.click();
     });
     program.files.written.clear();

@@ -56,11 +56,7 @@ protected:
     /// Takes everything random and every error out.
     void make_exact() {
         simulation_.set_calibrated();
-        bench().sampler_noise_codes = 0.0;
-        for (Source& source : bench().sources) {
-            source.noise_mv = 0.0;
-            source.jitter_ps = 0.0;
-        }
+        silence(bench());
     }
 
     BridgeStatus write(const std::vector<Byte>& bytes) {

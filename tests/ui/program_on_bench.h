@@ -36,11 +36,7 @@ private:
 struct ProgramOnBench {
     ProgramOnBench() {
         simulation.set_calibrated();
-        simulation.bench().sampler_noise_codes = 0.0;
-        for (simulator::Source& source : simulation.bench().sources) {
-            source.noise_mv = 0.0;
-            source.jitter_ps = 0.0;
-        }
+        simulator::silence(simulation.bench());
         window().on_closed([this] { ++closed; });
     }
 

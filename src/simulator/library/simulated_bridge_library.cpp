@@ -1,6 +1,7 @@
 // The ten functions of the bridge library, answered by a simulated instrument in real time. The
 // environment variable KV408_SIMULATED_FLASH names the file that keeps the flash memory; without
-// it the memory lasts as long as the process.
+// it the memory lasts as long as the process. Where KV408_SIMULATED_SILENCE is set the signals have
+// no noise, and every sweep of one set-up is the same.
 
 #include "host/system_clock.h"
 #include "link/bridge_functions.h"
@@ -30,7 +31,11 @@ struct Owner {
     kv408::SystemClock clock;
     kv408::simulator::Simulation simulation;
 
-    Owner() : simulation(clock, flash_file()) {}
+    Owner() : simulation(clock, flash_file()) {
+        if (std::getenv("KV408_SIMULATED_SILENCE") != nullptr) {
+            kv408::simulator::silence(simulation.bench());
+        }
+    }
 
     static std::filesystem::path flash_file() {
         const char* const name = std::getenv("KV408_SIMULATED_FLASH");

@@ -1,10 +1,13 @@
 #include "link/library_bridge.h"
 
 #include <array>
+#include <fstream>
 
 #include <gtest/gtest.h>
 
+#include "host/path_text.h"
 #include "link/device_link.h"
+#include "support/temporary_folder.h"
 
 namespace kv408 {
 namespace {
@@ -63,6 +66,18 @@ TEST(LibraryBridge, WithoutTheLibraryEveryOperationFailsAndTheReasonIsTold) {
     LibraryBridge bridge("libNoSuchBridge.so");
     expect_every_operation_to_fail(bridge);
     EXPECT_NE(bridge.trouble().find("libNoSuchBridge.so could not be loaded: "), std::string::npos);
+}
+
+TEST(LibraryBridge, AFileThatIsNoLibraryIsToldByItsName) {
+    const TemporaryFolder folder;
+    const std::string name = text_of_path(folder.path() / "text.dll");
+    std::ofstream(path_of_text(name)) << "no library";
+    LibraryBridge bridge(name);
+    expect_every_operation_to_fail(bridge);
+    const std::string told = "The bridge library " + name + " could not be loaded: ";
+    ASSERT_EQ(bridge.trouble().substr(0, told.size()), told);
+    EXPECT_NE(bridge.trouble().find(name, told.size()), std::string::npos) << bridge.trouble();
+    EXPECT_EQ(bridge.trouble().find("%1"), std::string::npos) << bridge.trouble();
 }
 
 TEST(LibraryBridge, WithoutASymbolEveryOperationFailsAndTheMissingOnesAreNamed) {
