@@ -4,7 +4,6 @@
 #include <cstdio>
 
 #include "calibration/record_values.h"
-#include "host/path_text.h"
 
 namespace kv408 {
 namespace {
@@ -40,7 +39,7 @@ RecordBackup::Restored RecordBackup::restore() {
     if (!path) {
         return {};
     }
-    Restored restored{.file = text_of_path(path->filename())};
+    Restored restored{.file = path->filename().string()};
     std::string bytes;
     const FileResult result = files_.read(*path, bytes);
     if (result.status != FileStatus::done) {
