@@ -69,6 +69,10 @@ void Picture::calccursors() {
 }
 
 void Picture::show_labels() {
+    if (!inputs_.program.loaded) {
+        // There is nothing to show yet, and the markers have no place.
+        return;
+    }
     kv408::show_labels(inputs_.panel, inputs_.channels, inputs_.trigger);
 }
 

@@ -39,7 +39,7 @@ public:
     virtual void calccursors() = 0;
 
     /// Writes the offset read-outs and the trigger level and places the markers, also while the
-    /// picture itself is not drawn.
+    /// picture itself is not drawn; not before start-up is complete.
     virtual void show_labels() = 0;
 
     /// Notes `index` (1..640) as the newest point of a running point-by-point pass.

@@ -112,6 +112,16 @@ TEST_F(PictureTest, has_no_trace_while_the_instrument_waits_for_its_trigger) {
     EXPECT_EQ(count(yellow), 638);
 }
 
+TEST_F(PictureTest, leaves_the_labels_before_start_up) {
+    panel.channel[0].ofset.set_caption("before");
+    program.loaded = false;
+    picture.show_labels();
+    EXPECT_EQ(panel.channel[0].ofset.caption(), "before");
+    program.loaded = true;
+    picture.show_labels();
+    EXPECT_NE(panel.channel[0].ofset.caption(), "before");
+}
+
 TEST_F(PictureTest, stays_as_it_is_before_start_up_and_during_a_set_up) {
     picture.draw(draw_flags::all);
     set_flat(ch1, 300);
