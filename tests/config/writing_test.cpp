@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "host/path_text.h"
 #include "support/settings_rig.h"
 
 namespace kv408 {
@@ -162,9 +163,10 @@ TEST(Writing, AtTheEndLeavesAFileThatCouldNotBeRead) {
         rig.boxes.shown.clear();
         rig.settings.save_at_end(tell);
         EXPECT_TRUE(rig.files.written.empty());
-        const Texts told = {"The settings could not be saved. "
-                            "/settings/kv408/ConfigsLM4RX.TXT: Input/output error"};
-        EXPECT_EQ(rig.boxes.texts(), tell ? told : Texts{});
+        std::string told = "The settings could not be saved. ";
+        told += text_of_path(fake_places().settings / "ConfigsLM4RX.TXT");
+        told += ": Input/output error";
+        EXPECT_EQ(rig.boxes.texts(), tell ? Texts{told} : Texts{});
     }
 }
 
