@@ -36,6 +36,18 @@ VIAddVersionKey "LegalCopyright" "MIT licence"
 Section
   SetRegView 64
   SetShellVarContext all
+  ; An older version goes first, with all its files; the settings and the bridge library stay.
+  ReadRegStr $1 HKLM "${LISTED}" "UninstallString"
+  ReadRegStr $2 HKLM "${LISTED}" "InstallLocation"
+  ${If} $1 != ""
+    ExecWait '$1 /S _?=$2'
+    ${If} ${FileExists} "$2\kv408.exe"
+      MessageBox MB_OK|MB_ICONSTOP "Kv408 is running. Close it, then start this again." /SD IDOK
+      SetErrorLevel 1
+      Quit
+    ${EndIf}
+    Delete "$2\uninstall.exe"
+  ${EndIf}
   SetOutPath "$INSTDIR"
   File /r "${FILES}/*"
   WriteUninstaller "$INSTDIR\uninstall.exe"
@@ -64,6 +76,15 @@ SectionEnd
 Section "Uninstall"
   SetRegView 64
   SetShellVarContext all
+  ; A program that runs cannot be deleted; then everything stays, to be tried again.
+  ClearErrors
+  Delete "$INSTDIR\kv408.exe"
+  Delete "$INSTDIR\kv408-demo.exe"
+  ${If} ${Errors}
+    MessageBox MB_OK|MB_ICONSTOP "Kv408 is running. Close it, then start this again." /SD IDOK
+    SetErrorLevel 1
+    Quit
+  ${EndIf}
   !include "${INSTALLED}"
   Delete "$INSTDIR\uninstall.exe"
   RMDir "$INSTDIR"

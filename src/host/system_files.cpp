@@ -125,7 +125,21 @@ void flush_folder([[maybe_unused]] const std::filesystem::path& folder) {
 std::error_code move_over(const std::filesystem::path& from, const std::filesystem::path& to) {
 #ifdef _WIN32
     constexpr DWORD how = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
-    return MoveFileExW(from.c_str(), to.c_str(), how) != 0 ? std::error_code() : latest_error();
+    // A virus scanner or an indexer may hold a file that has just been written for a moment.
+    constexpr int tries = 10;
+    constexpr DWORD pause_ms = 50;
+    std::error_code error;
+    for (int attempt = 0; attempt < tries; ++attempt) {
+        if (MoveFileExW(from.c_str(), to.c_str(), how) != 0) {
+            return {};
+        }
+        error = latest_error();
+        if (error.value() != ERROR_SHARING_VIOLATION && error.value() != ERROR_ACCESS_DENIED) {
+            break;
+        }
+        Sleep(pause_ms);
+    }
+    return error;
 #else
     std::error_code error;
     std::filesystem::rename(from, to, error);

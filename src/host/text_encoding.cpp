@@ -21,11 +21,14 @@ std::wstring widened(std::string_view text, UINT code_page) {
 
 /// `wide` in code page `code_page`.
 std::string narrowed(std::wstring_view wide, UINT code_page) {
+    // A letter that only looks like the one meant would name another folder. UTF-8 has them all and
+    // takes no such flag.
+    const DWORD flags = code_page == CP_UTF8 ? 0 : WC_NO_BEST_FIT_CHARS;
     const int length = static_cast<int>(wide.size());
     const int size =
-        WideCharToMultiByte(code_page, 0, wide.data(), length, nullptr, 0, nullptr, nullptr);
+        WideCharToMultiByte(code_page, flags, wide.data(), length, nullptr, 0, nullptr, nullptr);
     std::string text(static_cast<std::size_t>(size), '\0');
-    WideCharToMultiByte(code_page, 0, wide.data(), length, text.data(), size, nullptr, nullptr);
+    WideCharToMultiByte(code_page, flags, wide.data(), length, text.data(), size, nullptr, nullptr);
     return text;
 }
 

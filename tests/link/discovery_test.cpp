@@ -34,7 +34,7 @@ TEST(Discovery, OpensTheInstrumentAndLocksTheList) {
 
 TEST(Discovery, TakesTheFirstThatMatches) {
     LinkRig rig;
-    rig.bridge.serials = {"cp2102", "", "lm4rxa1FIRST01", "lm4rxa2SECOND2"};
+    rig.bridge.serials = {"other1", "", "lm4rxa1FIRST01", "lm4rxa2SECOND2"};
     rig.link.finddevice();
     EXPECT_TRUE(rig.link.select_and_open());
     EXPECT_EQ(opened(rig), std::vector<std::int64_t>{2});
