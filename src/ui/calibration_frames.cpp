@@ -58,7 +58,7 @@ struct Frame {
     }
 
     /// A line of text that explains.
-    void text(const QString& words, int row, int column, int columns = 1) {
+    void text(const QString& words, int row, int column, int columns = 1) const {
         auto* const label = new QLabel(words, widget);
         label->setTextFormat(Qt::PlainText);
         grid->addWidget(label, row, column, 1, columns);

@@ -255,6 +255,22 @@ void CalibrationTest::the_main_window_takes_it_along() {
     QVERIFY(!on.form()->isVisible());
 }
 
+/// The corrections in the flash memory take the simulated errors away.
+void expect_corrected(simulator::Simulation& simulation) {
+    const auto& errors = simulation.bench().errors;
+    const simulator::Flash& flash = simulation.flash();
+    for (std::size_t place = 0; place < 4; ++place) {
+        const auto index = static_cast<std::uint16_t>(place);
+        const double gain = errors.gain.at(place / 2).at(place % 2) *
+                            flash.record(static_cast<std::uint16_t>(4 + index)) / 10000.0;
+        QVERIFY2(std::abs(gain - 1.0) < (place % 2 == 0 ? 0.003 : 0.006), QByteArray::number(gain));
+        const double offset =
+            errors.offset.at(place / 2).at(place % 2) + flash.record(index) - 2048.0;
+        QVERIFY2(std::abs(offset) < 2.0, QByteArray::number(offset));
+    }
+    QVERIFY(std::abs(errors.time_scale * flash.record(8) / 10000.0 - 1.0) < 0.001);
+}
+
 void CalibrationTest::the_whole_calibration_by_its_buttons() {
     apply_look(Look::dark);
     CalibrationOnBench on;
@@ -295,18 +311,7 @@ void CalibrationTest::the_whole_calibration_by_its_buttons() {
     on.run_linearity();
     QCOMPARE(on.text("calstatus"), u"Calibration Completed"_s);
     QCOMPARE(on.text("calerormax"), u"5"_s);
-    const auto& errors = on.simulation.bench().errors;
-    const simulator::Flash& flash = on.simulation.flash();
-    for (std::size_t place = 0; place < 4; ++place) {
-        const auto index = static_cast<std::uint16_t>(place);
-        const double gain = errors.gain.at(place / 2).at(place % 2) *
-                            flash.record(static_cast<std::uint16_t>(4 + index)) / 10000.0;
-        QVERIFY2(std::abs(gain - 1.0) < (place % 2 == 0 ? 0.003 : 0.006), QByteArray::number(gain));
-        const double offset =
-            errors.offset.at(place / 2).at(place % 2) + flash.record(index) - 2048.0;
-        QVERIFY2(std::abs(offset) < 2.0, QByteArray::number(offset));
-    }
-    QVERIFY(std::abs(errors.time_scale * flash.record(8) / 10000.0 - 1.0) < 0.001);
+    expect_corrected(on.simulation);
 }
 
 void CalibrationTest::the_linearity_run_is_shown_and_stopped() {
