@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "display/settings_dialog.h"
 #include "scope/program.h"
 
 namespace kv408 {
@@ -23,7 +24,7 @@ public:
         set_by_wheel();
         set_delays();
         set_annotation();
-        load_colours_and_options();
+        set_in_dialog();
         act([this] {
             TabStrip& cursors = panel_.tabstrip3;
             cursors.select(random(1, static_cast<int>(cursors.tabs().size())));
@@ -95,34 +96,36 @@ private:
             if (random(0, 3) > 0) {
                 act([&] { channel.psofset.enter(); });
             }
+            act([&] { channel.psofset.leave(); });
         }
     }
 
     void set_annotation() {
-        const int checked = random(0, 3);
-        for (int slot = 0; slot < 3; ++slot) {
-            act([&] {
-                panel_.measurement[static_cast<std::size_t>(slot)].annotate.set_checked(slot ==
-                                                                                        checked);
-            });
+        const auto slot = static_cast<std::size_t>(random(0, 3));
+        if (slot < panel_.measurement.size()) {
+            act([&] { panel_.measurement[slot].annotate.press(true); });
         }
     }
 
-    /// What the settings dialog sets, by way of a set-up file.
-    void load_colours_and_options() {
-        std::string lines;
-        for (const char* key : {"colorch1", "colorch2", "colorbgnd", "colorcursor", "colordivbgnd",
-                                "colorgrid", "colorannos"}) {
-            lines.append(key).append("\t").append(std::to_string(random(0, 0xFFFFFF)));
-            lines.append("\r\n");
-        }
-        lines.append("persisttime\t").append(std::to_string(random(1, 9))).append("\r\n");
-        lines.append("snapshotpath\t/pictures/").append(std::to_string(random(0, 99)));
-        lines.append("\r\nsnapshotdialog\t").append(std::to_string(random(0, 1)));
-        lines.append("\r\nsnapshotinvert\t").append(std::to_string(random(0, 1))).append("\r\n");
-        program_.files.files["/colours.txt"] = lines;
-        program_.choosers.answers = {"/colours.txt"};
-        act([this] { panel_.loadconfig.click(); });
+    /// Colours, persistence depth and the options of snapshots, in the settings dialog.
+    void set_in_dialog() {
+        act([this] {
+            panel_.mnusettings.click();
+            SettingsControls& dialog = program_.scope.settings_dialog().controls();
+            for (OptionButton& item : dialog.optcolor) {
+                item.choose();
+                for (Slider& component : dialog.slrgb) {
+                    component.set_value(random(0, 255));
+                }
+            }
+            dialog.persist.set_value(random(1, 9));
+            std::string folder = "/pictures/";
+            folder += std::to_string(random(0, 99));
+            dialog.txtsnapshotpath.set_text(folder);
+            dialog.chksnapshotdialog.set_checked(random(0, 1) == 1);
+            dialog.chksnapshotinvert.set_checked(random(0, 1) == 1);
+            dialog.cmdok.click();
+        });
     }
 
     Program& program_;
