@@ -1,5 +1,6 @@
 // A level at the input, the trace, the zero-line marker, the cursors and the millivolts agree.
 
+#include <ostream>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -29,6 +30,11 @@ struct ChannelAt {
     int channel;
     Volts volts;
 };
+
+/// What the test's name says of it.
+void PrintTo(const ChannelAt& at, std::ostream* out) {
+    *out << "CH" << at.channel + 1 << "_at_" << at.volts.text;
+}
 
 /// One channel alone on a steady level, dot by dot; the other one's signal triggers.
 class LevelAgreement : public testing::TestWithParam<ChannelAt> {
