@@ -35,7 +35,8 @@ QString picture_name(const QString& measurement) {
 
 /// CH1 alone on a noisy pulse train with slow edges: -150 mV to 250 mV, 40 % high, 80 ns.
 struct PulseOnScreen : ProgramOnBench {
-    PulseOnScreen() {
+    /// Connects the signal and shows it; false when the program does not sweep.
+    [[nodiscard]] bool begin() {
         apply_look(Look::dark);
         simulation.bench().sources[0] = {.kind = simulator::SignalKind::pulse,
                                          .amplitude_mvpp = 400.0,
@@ -45,12 +46,12 @@ struct PulseOnScreen : ProgramOnBench {
                                          .duty = 0.4,
                                          .noise_mv = 5.0};
         window().resize(1280, 800);
-        // NOLINTNEXTLINE(cppcoreguidelines-prefer-member-initializer): the window comes first
-        running = run_until_sweeping();
+        const bool sweeping = run_until_sweeping();
         program.scope().act([this] {
             panel().channel[ch2].enable.set_checked(false);
             panel().channel[ch2].text.set_visible(false);
         });
+        return sweeping;
     }
 
     /// Waits until `count` more sweeps of CH1 have been asked for.
@@ -79,7 +80,7 @@ struct PulseOnScreen : ProgramOnBench {
         return std::count(pixels.begin(), pixels.end(), pixel_of(ColourTable{}.annotations));
     }
 
-    bool running = false;
+    bool running = begin();
 };
 
 class ManualPicturesTest : public QObject {

@@ -23,11 +23,11 @@ QByteArray numbered(const char* name, int slot) {
 
 /// The program with its window, sweeping.
 struct Sweeping : ProgramOnBench {
-    Sweeping() {
+    /// Shows the window; false when the program does not sweep.
+    [[nodiscard]] bool begin() {
         apply_look(Look::dark);
         window().resize(1280, 800);
-        // NOLINTNEXTLINE(cppcoreguidelines-prefer-member-initializer): the window comes first
-        running = run_until_sweeping();
+        return run_until_sweeping();
     }
 
     QComboBox* selector(int slot) { return widget<QComboBox>(numbered("cmbMeas", slot)); }
@@ -56,7 +56,7 @@ struct Sweeping : ProgramOnBench {
             std::count(pixels.begin(), pixels.end(), pixel_of(ColourTable{}.annotations)));
     }
 
-    bool running = false;
+    bool running = begin();
 };
 
 class MeasurementTest : public QObject {

@@ -14,11 +14,6 @@ namespace kv408::ui {
 
 /// The running program with its settings dialog open.
 struct OpenSettings : ProgramOnBench {
-    OpenSettings() {
-        // NOLINTNEXTLINE(cppcoreguidelines-prefer-member-initializer): the program comes first
-        open = run_until_sweeping() && open_settings();
-    }
-
     /// Opens the dialog by its menu entry.
     [[nodiscard]] bool open_settings() {
         action("mnusettings").trigger();
@@ -90,7 +85,7 @@ struct OpenSettings : ProgramOnBench {
         return std::count(all.begin(), all.end(), pixel_of(colour));
     }
 
-    bool open = false;
+    bool open = run_until_sweeping() && open_settings();
 };
 
 } // namespace kv408::ui

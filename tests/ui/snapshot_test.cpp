@@ -17,11 +17,11 @@ using namespace Qt::StringLiterals;
 
 /// The running program, stopped, so that its picture stays.
 struct Stopped : ProgramOnBench {
-    Stopped() {
-        // NOLINTNEXTLINE(cppcoreguidelines-prefer-member-initializer): the window comes first
-        stopped = run_until_sweeping();
+    /// Shows the window and stops the sweeps; false when there were none or they go on.
+    [[nodiscard]] bool stop() {
+        const bool sweeping = run_until_sweeping();
         QTest::mouseClick(widget("cmdstop"), Qt::LeftButton);
-        stopped = stopped && state() == "stoped";
+        return sweeping && state() == "stoped";
     }
 
     /// Whether `image` is the plot box: the picture in its place, and the background around it.
@@ -64,7 +64,7 @@ struct Stopped : ProgramOnBench {
         });
     }
 
-    bool stopped = false;
+    bool stopped = stop();
     QString title;
     QString offered;
     QStringList filters;
