@@ -66,6 +66,9 @@ void Adjust::TabStrip2_Click() {
         tell_commit(target_);
     }
     target_ = key;
+    if (key == adjust_key::ch1 || key == adjust_key::ch2) {
+        panel_.channel[key == adjust_key::ch1 ? 0 : 1].text.bring_to_front();
+    }
     activate_cursor(key);
     if (!chosen && panel_.slider1.uncommitted()) {
         setadjuststep();

@@ -308,10 +308,20 @@ public:
         }
     }
 
+    /// Lays it over the others that share its place.
+    void bring_to_front() {
+        ++times_brought_;
+        shown();
+    }
+
+    /// How often it was brought to the front, 0..
+    [[nodiscard]] int times_brought_to_front() const { return times_brought_; }
+
 private:
     std::string caption_;
     int left_ = 0;
     int top_ = 0;
+    int times_brought_ = 0;
 };
 
 /// A slider over a range of whole numbers.

@@ -39,6 +39,13 @@ void Marker::fit() {
     setFont(scaled);
 }
 
+void Marker::come_to_front(int times) {
+    if (times != times_brought_) {
+        times_brought_ = times;
+        raise();
+    }
+}
+
 QPolygonF Marker::outline() const {
     const QRectF box = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
     const double sharp = plot_.place_of(tip, 0).x();
@@ -87,6 +94,7 @@ void bind(Marker* marker, Label& control) {
         }
         guard->setText(QString::fromStdString(control.caption()));
         guard->put(control.left(), control.top());
+        guard->come_to_front(control.times_brought_to_front());
         show_common(*guard, control);
         guard->setVisible(control.visible() && guard->placed());
     };

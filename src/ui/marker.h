@@ -24,6 +24,10 @@ public:
     /// Takes the size and place that the plot's scale gives it.
     void fit();
 
+    /// Comes to lie over the plot's other markers when `times`, how often it was brought to the
+    /// front so far, has grown.
+    void come_to_front(int times);
+
     /// False until the marker has first been put somewhere else than into the box's corner, where
     /// no marker ever belongs.
     [[nodiscard]] bool placed() const { return left_ != 0 || top_ != 0; }
@@ -38,6 +42,7 @@ private:
     Direction direction_;
     int left_ = 0;
     int top_ = 0;
+    int times_brought_ = 0;
 };
 
 /// Shows text, colours and place of `control` on `marker`.
