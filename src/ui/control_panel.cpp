@@ -1,6 +1,9 @@
 #include "ui/control_panel.h"
 
+#include <QApplication>
 #include <QGridLayout>
+#include <QScrollArea>
+#include <QScrollBar>
 
 #include "ui/frame_grid.h"
 #include "ui/frames.h"
@@ -14,12 +17,47 @@ constexpr int gap = 6;
 /// Beyond this the rows would no longer hold together.
 constexpr int greatest_height = 1040;
 
-} // namespace
+/// The frames one below the other; a scroll bar beside them where the window is too low.
+class FrameColumn : public QScrollArea {
+public:
+    explicit FrameColumn(QWidget* frames) {
+        setWidget(frames);
+        setWidgetResizable(true);
+        setFrameShape(QFrame::NoFrame);
+        setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        setFocusPolicy(Qt::NoFocus);
+        viewport()->setAutoFillBackground(false);
+        frames->setAutoFillBackground(false);
+        setFixedWidth(panel_width);
+        set_frames_width(panel_width);
+        connect(verticalScrollBar(), &QScrollBar::rangeChanged, this, [this](int, int greatest) {
+            const int bar = greatest > 0 ? verticalScrollBar()->sizeHint().width() : 0;
+            set_frames_width(panel_width - bar);
+        });
+        connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* focused) {
+            if (focused != nullptr && widget()->isAncestorOf(focused)) {
+                ensureWidgetVisible(focused);
+            }
+        });
+    }
 
-QWidget* make_control_panel(ScopeDriver& driver) {
+    [[nodiscard]] QSize sizeHint() const override { return widget()->sizeHint(); }
+    [[nodiscard]] QSize minimumSizeHint() const override { return {panel_width, least_height}; }
+
+private:
+    static constexpr int least_height = 300;
+
+    /// Makes the frames `width` wide, both columns alike.
+    void set_frames_width(int width) {
+        auto* const grid = static_cast<QGridLayout*>(widget()->layout());
+        grid->setColumnMinimumWidth(0, (width - gap) / 2);
+        grid->setColumnMinimumWidth(1, (width - gap) / 2);
+        widget()->setFixedWidth(width);
+    }
+};
+
+QWidget* make_frames(ScopeDriver& driver) {
     auto* const panel = new QWidget;
-    panel->setFixedWidth(panel_width);
-    panel->setMaximumHeight(greatest_height);
     auto* const grid = new QGridLayout(panel);
     grid->setContentsMargins(0, 0, 0, 0);
     grid->setSpacing(gap);
@@ -33,16 +71,29 @@ QWidget* make_control_panel(ScopeDriver& driver) {
     add(make_horizontal_frame(driver), 1, 1, 1);
     add(make_vertical_frame(driver), 2, 0, 2);
     add(make_cursor_frame(driver), 3, 0, 2);
-    add(make_adjust_frame(driver), 4, 0, 2);
-    add(make_status_frame(driver), 5, 0, 2);
-    grid->addWidget(make_buttons(driver), 6, 0, 1, 2);
-    // Both columns alike; what height is left goes to the frames by the rows they hold.
-    grid->setColumnMinimumWidth(0, (panel_width - gap) / 2);
-    grid->setColumnMinimumWidth(1, (panel_width - gap) / 2);
+    // What height is left goes to the frames by the rows they hold.
     int row = 0;
-    for (const int rows : {4, 5, 4, 1, 2, 1}) {
+    for (const int rows : {4, 5, 4, 1}) {
         grid->setRowStretch(row++, rows);
     }
+    return panel;
+}
+
+} // namespace
+
+QWidget* make_control_panel(ScopeDriver& driver) {
+    auto* const panel = new QWidget;
+    panel->setMaximumHeight(greatest_height);
+    auto* const column = new QVBoxLayout(panel);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(gap);
+    column->addWidget(new FrameColumn(make_frames(driver)), 1);
+    // What is used all the time is always in sight.
+    for (QWidget* const frame : {make_adjust_frame(driver), make_status_frame(driver)}) {
+        spread_rows(*frame);
+        column->addWidget(frame);
+    }
+    column->addWidget(make_buttons(driver));
     return panel;
 }
 

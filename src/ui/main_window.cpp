@@ -7,6 +7,7 @@
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QHBoxLayout>
+#include <QScreen>
 
 #include "display/picture.h"
 #include "display/plot_box.h"
@@ -29,6 +30,9 @@ constexpr std::chrono::milliseconds longest_wait_for_screen = 500ms;
 
 constexpr int gap = 8;
 
+/// What the title bar of a desktop takes at most, pixels.
+constexpr int title_bar_height = 40;
+
 } // namespace
 
 MainWindow::MainWindow(Scope& scope, const Dialogs& dialogs)
@@ -36,6 +40,8 @@ MainWindow::MainWindow(Scope& scope, const Dialogs& dialogs)
       screen_(new ScreenPanel(scope.picture().surface(), scope.panel())) {
     setWindowTitle(u"Kv408 - Tarvo  V1.6"_s);
     lay_out();
+    const QSize room = screen()->availableSize() - QSize(0, title_bar_height);
+    resize(sizeHint().boundedTo(room).expandedTo(minimumSizeHint()));
     take_plot_drags(plot(), driver_);
     listen_to_settings();
     follow(scope.calibration_form(), *this, driver_);

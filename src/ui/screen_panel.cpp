@@ -19,6 +19,8 @@ using namespace Qt::StringLiterals;
 
 constexpr int row_height = 24;
 constexpr int padding = 4;
+/// The texts above and below the plot need this width, also where the plot is smaller.
+constexpr int rows_width = plot::box_width;
 constexpr double corner = 5.0;
 
 /// A row as wide as the plot, with its contents over the picture's columns.
@@ -167,10 +169,17 @@ QWidget* ScreenPanel::make_cursor_read_outs(FrontPanel& panel) {
     return column;
 }
 
+QSize ScreenPanel::size_around(int plot_height) const {
+    return {rows_width + 2 * padding,
+            plot_height + 2 * row_height + results_->sizeHint().height() + 3 * padding};
+}
+
+QSize ScreenPanel::sizeHint() const {
+    return size_around(PlotWidget::size_at(1, 1.0).height());
+}
+
 QSize ScreenPanel::minimumSizeHint() const {
-    const QSize plot_size = PlotWidget::size_at(1, 1.0);
-    return {plot_size.width() + 2 * padding,
-            plot_size.height() + 2 * row_height + results_->sizeHint().height() + 3 * padding};
+    return size_around(PlotWidget::size_at(1, std::max(1.0, devicePixelRatioF())).height());
 }
 
 void ScreenPanel::showEvent(QShowEvent* event) {
@@ -189,20 +198,22 @@ void ScreenPanel::fit() {
     const int others = 2 * row_height + results_height;
     plot_->set_scale(PlotWidget::scale_for(
         QSizeF(width() - 2 * padding, height() - others - 3 * padding), ratio_));
-    const int left = (width() - plot_->width()) / 2;
     int top = (height() - plot_->height() - others - padding) / 2;
-    const auto place = [&](QWidget* widget, int widget_height) {
-        widget->setGeometry(left, top, plot_->width(), widget_height);
-        top += widget_height;
+    const auto place = [&](QWidget* widget, QSize size) {
+        widget->setGeometry((width() - size.width()) / 2, top, size.width(), size.height());
+        top += size.height();
     };
-    place(header_, row_height);
-    place(plot_, plot_->height());
-    place(footer_, row_height);
-    place(results_, results_height);
+    const int across = std::max(rows_width, plot_->width());
+    place(header_, {across, row_height});
+    place(plot_, plot_->size());
+    place(footer_, {across, row_height});
+    place(results_, {across, results_height});
     constexpr int from_edge = 8;
     cursor_read_outs_->move(
         plot_->place_of(plot::left + from_edge, plot::top + from_edge).toPoint());
-    const int margin = static_cast<int>(plot_->place_of(plot::left, 0).x());
+    // Over the picture's columns, where these are not narrower than the texts.
+    const int margin =
+        across > plot_->width() ? plot::left : static_cast<int>(plot_->place_of(plot::left, 0).x());
     for (const QWidget* row : {header_, footer_, results_}) {
         row->layout()->setContentsMargins(margin, 0, margin, 0);
     }
@@ -220,7 +231,12 @@ void ScreenPanel::paintEvent(QPaintEvent* /*event*/) {
     if (ratio_ != devicePixelRatioF()) {
         // The window has come to a screen of another density.
         QMetaObject::invokeMethod(
-            this, [this] { fit(); }, Qt::QueuedConnection);
+            this,
+            [this] {
+                updateGeometry();
+                fit();
+            },
+            Qt::QueuedConnection);
     }
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);

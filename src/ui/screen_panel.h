@@ -20,9 +20,11 @@ public:
     /// The plot.
     [[nodiscard]] PlotWidget& plot() { return *plot_; }
 
-    /// Room for everything at the smallest scale.
+    /// Room for everything with a pixel of the picture as large as a unit of the window.
+    [[nodiscard]] QSize sizeHint() const override;
+
+    /// Room for everything with a pixel of the picture as large as one of the screen.
     [[nodiscard]] QSize minimumSizeHint() const override;
-    [[nodiscard]] QSize sizeHint() const override { return minimumSizeHint(); }
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -31,6 +33,8 @@ protected:
     void showEvent(QShowEvent* event) override;
 
 private:
+    /// The size of all of it around a plot of `plot_height`.
+    [[nodiscard]] QSize size_around(int plot_height) const;
     void fit();
     [[nodiscard]] QWidget* make_header(FrontPanel& panel);
     [[nodiscard]] QWidget* make_footer(FrontPanel& panel);

@@ -5,6 +5,8 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QStyle>
 #include <QStyleOptionComboBox>
 #include <QTest>
@@ -47,6 +49,7 @@ private Q_SLOTS:
     void nothing_is_cut_off_data();
     void nothing_is_cut_off();
     void the_window_leaves_room_for_its_title_bar();
+    void a_low_window_lets_every_control_be_reached();
     void nothing_is_cut_off_while_everything_is_shown_data();
     void nothing_is_cut_off_while_everything_is_shown();
     void the_frames_stand_on_an_even_grid();
@@ -82,6 +85,37 @@ void LayoutTest::the_window_leaves_room_for_its_title_bar() {
     const QSize least = on.window().minimumSizeHint();
     QVERIFY2(least.width() <= 1280 && least.height() <= 766,
              qPrintable(u"%1x%2"_s.arg(least.width()).arg(least.height())));
+}
+
+void LayoutTest::a_low_window_lets_every_control_be_reached() {
+    apply_look(Look::dark);
+    ProgramOnBench on;
+    MainWindow& window = on.window();
+    const QSize least = window.minimumSizeHint();
+    // What a screen of 1920x1080 at 150 % has beside its task bar and the window's title bar.
+    QVERIFY2(window.devicePixelRatioF() < 1.5 || least.height() <= 720 - 48 - 32,
+             qPrintable(QString::number(least.height())));
+    window.resize(least);
+    QVERIFY(on.run_until_sweeping());
+    QCOMPARE(window.size(), least);
+    write_long_texts(on.panel());
+    QTest::qWait(20);
+    save_picture(window, u"low"_s);
+    const QScrollArea& frames = *window.findChild<QScrollArea*>();
+    QVERIFY(frames.verticalScrollBar()->isVisible());
+    const auto in_sight = [&](const QWidget& widget, const QWidget& within) {
+        return within.rect().contains(QRect(widget.mapTo(&within, QPoint()), widget.size()));
+    };
+    QCOMPARE(cut_off(*frames.widget()).join(u'\n'), QString());
+    for (const char* const name :
+         {"cmdstartsweep", "cmdstop", "Command1", "textstatus", "Slider1"}) {
+        QVERIFY2(in_sight(*on.widget(name), window), name);
+    }
+    for (const char* const name :
+         {"combocursorselect", "gridenable", "chkMeasAnno(2)", "psofsetch2"}) {
+        on.widget(name)->setFocus();
+        QVERIFY2(in_sight(*on.widget(name), *frames.viewport()), name);
+    }
 }
 
 void LayoutTest::nothing_is_cut_off_while_everything_is_shown_data() {
