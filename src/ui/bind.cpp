@@ -220,8 +220,13 @@ void bind(QLineEdit* widget, TextBox& control, ScopeDriver& driver) {
 
 void bind(QLabel* widget, Label& control) {
     widget->setObjectName(object_name(control));
-    keep_shown(widget, control, [&control](QLabel& shown) {
-        shown.setText(text_of(control.caption()));
+    keep_shown(widget, control, [&control, name = widget->accessibleName()](QLabel& shown) {
+        const QString text = text_of(control.caption());
+        shown.setText(text);
+        if (!name.isEmpty()) {
+            // What reads the screen aloud tells a label's name and nothing else.
+            shown.setAccessibleName(text.isEmpty() ? name : name + QStringLiteral(": ") + text);
+        }
         show_common(shown, control);
     });
 }

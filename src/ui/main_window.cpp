@@ -50,7 +50,10 @@ MainWindow::MainWindow(Scope& scope, const Dialogs& dialogs)
     timer_.setObjectName(u"Timer1"_s);
     timer_.setInterval(tick_interval);
     timer_.setTimerType(Qt::PreciseTimer);
-    connect(&timer_, &QTimer::timeout, this, [this] { driver_.tick(); });
+    // Queued: while Qt waits for one time-out's handler it delivers no other, and a pass or a
+    // message box that a tick has begun is to see ticks.
+    connect(
+        &timer_, &QTimer::timeout, this, [this] { tick(); }, Qt::QueuedConnection);
 }
 
 MainWindow::~MainWindow() {
@@ -69,6 +72,12 @@ void MainWindow::listen_to_settings() {
         settings_->present();
     });
     settings.on_close([this] { close_settings(); });
+}
+
+void MainWindow::tick() {
+    if (!driver_.ended()) {
+        driver_.tick();
+    }
 }
 
 void MainWindow::close_settings() {

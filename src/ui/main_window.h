@@ -45,6 +45,8 @@ protected:
 private:
     void lay_out();
     void listen_to_settings();
+    /// A time-out of the timer; one that comes after the program's end does nothing.
+    void tick();
     void close_settings();
     void copy_picture() const;
     void start_up();

@@ -60,6 +60,8 @@ private Q_SLOTS:
     void retry_finds_an_instrument_that_is_switched_on();
     void cancel_ends_the_program();
     void ticks_go_on_while_a_box_is_open();
+    void ticks_go_on_while_a_box_of_a_tick_is_open();
+    void ticks_go_on_in_the_middle_of_a_pass();
     void the_window_closes_while_a_box_is_open();
     void pending_messages_run_and_nothing_is_waited_for();
     void repaints_the_named_control_at_once();
@@ -163,6 +165,49 @@ void HostTest::ticks_go_on_while_a_box_is_open() {
     on.window().show();
     QTRY_COMPARE(on.closed, 1);
     QVERIFY2(date.startsWith(u"01:09:37, "_s), qPrintable(date));
+}
+
+void HostTest::ticks_go_on_while_a_box_of_a_tick_is_open() {
+    ProgramOnBench on;
+    QVERIFY(on.run_until_sweeping());
+    QString text;
+    bool line_gone = false;
+    WhenBoxOpens opened([&](QMessageBox& box) {
+        text = box.text();
+        on.panel().trzero.click();
+        const AcquisitionState& acquisition = on.program.scope().parts().acquisition;
+        line_gone =
+            acquisition.holdoff && QTest::qWaitFor([&] { return !acquisition.holdoff; }, 3000);
+        on.simulation.bench().faults = {};
+        on.window().close();
+    });
+    on.simulation.bench().faults.acknowledge = simulator::AcknowledgeFault::lost;
+    // Only marks the set-up as changed; the next ticks send it.
+    on.panel().trigeredge.set_index(1);
+    QTRY_COMPARE(on.closed, 1);
+    QCOMPARE(text, u" SETTRIG Comm timed out"_s);
+    QVERIFY(line_gone);
+}
+
+void HostTest::ticks_go_on_in_the_middle_of_a_pass() {
+    ProgramOnBench on;
+    QVERIFY(on.run_until_sweeping());
+    auto& list = on.panel().seltimediv;
+    const auto entry = std::find(list.entries().begin(), list.entries().end(), "500ns/div");
+    list.set_index(static_cast<int>(entry - list.entries().begin()));
+    bool ticked = false;
+    QTimer in_the_pass;
+    connect(&in_the_pass, &QTimer::timeout, &in_the_pass, [&] {
+        if (on.program.scope().parts().entries > 0 && on.state() == "scope") {
+            in_the_pass.stop();
+            on.panel().lbldate.set_caption("");
+            ticked = QTest::qWaitFor([&] { return !on.panel().lbldate.caption().empty(); }, 2000);
+            on.window().close();
+        }
+    });
+    in_the_pass.start(0);
+    QTRY_COMPARE(on.closed, 1);
+    QVERIFY(ticked);
 }
 
 void HostTest::the_window_closes_while_a_box_is_open() {

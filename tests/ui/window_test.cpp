@@ -1,6 +1,7 @@
 // The main window on a simulated instrument.
 
 #include <QAbstractItemView>
+#include <QAccessible>
 #include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
@@ -57,6 +58,7 @@ class WindowTest : public QObject {
 private Q_SLOTS:
     void has_the_given_title_and_menus();
     void every_control_has_a_described_widget();
+    void a_read_out_is_told_with_its_text();
     void no_two_mnemonics_are_alike();
     void only_what_works_is_enabled();
     void stop_and_start_reach_the_program();
@@ -96,6 +98,17 @@ void WindowTest::every_control_has_a_described_widget() {
         QVERIFY2(!found.front()->toolTip().isEmpty(), qPrintable(name));
     }
     QVERIFY(on.window().findChild<QTimer*>(u"Timer1"_s) != nullptr);
+}
+
+void WindowTest::a_read_out_is_told_with_its_text() {
+    ProgramOnBench on;
+    const auto told = [&on](const char* name) {
+        return QAccessible::queryAccessibleInterface(on.widget(name))->text(QAccessible::Name);
+    };
+    on.panel().trlevelmv.set_caption("-5mV");
+    QCOMPARE(told("trlevelmv"), u"Trigger level: -5mV"_s);
+    on.panel().trlevelmv.set_caption("");
+    QCOMPARE(told("trlevelmv"), u"Trigger level"_s);
 }
 
 void WindowTest::no_two_mnemonics_are_alike() {
