@@ -26,6 +26,8 @@ void BlockSweep::sdisplaych(int channel) {
         if (count < 2) {
             if (count == 1) {
                 link_.read(std::span(rxbuffer_).first(count));
+            } else {
+                link_.note_silence();
             }
             rearm(channel);
         }
@@ -71,6 +73,7 @@ void BlockSweep::convert_block(int channel) {
 
 void BlockSweep::take_short_reply(int channel, std::uint32_t count) {
     if (!link_.read(std::span(rxbuffer_).first(count))) {
+        rearm(channel);
         return;
     }
     lastword_ = sample_word(rxbuffer_[count - 2], rxbuffer_[count - 1], block_high_byte_limit);

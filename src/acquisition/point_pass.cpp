@@ -12,6 +12,27 @@ namespace {
 constexpr int points_a_pass = 640;
 constexpr const char* pass_state = "scope";
 
+/// What one channel's samples are taken with.
+struct Conversion {
+    bool inverted;
+    double atten;
+    double vtfactor;
+    std::int16_t swoffset;
+
+    friend bool operator==(const Conversion&, const Conversion&) = default;
+};
+
+/// What both channels' samples are taken with now.
+std::array<Conversion, 2> conversions(const FrontPanel& panel, const Channels& channels) {
+    std::array<Conversion, 2> result = {};
+    for (std::size_t index = 0; index < result.size(); ++index) {
+        const ChannelState& channel = channels[index];
+        result[index] = {panel.channel[index].invert.checked(), channel.atten, channel.vtfactor,
+                         channel.swoffset};
+    }
+    return result;
+}
+
 } // namespace
 
 void PointPass::sdisplay1ghzt() {
@@ -23,6 +44,7 @@ void PointPass::sdisplay1ghzt() {
     if (!enabled[0] && !enabled[1]) {
         return;
     }
+    const auto before = conversions(panel_, channels_);
     int index = 1;
     for (; index <= points_a_pass; ++index) {
         messages_.process_pending();
@@ -49,7 +71,7 @@ void PointPass::sdisplay1ghzt() {
     if (index > points_a_pass && !both) {
         acquisition_.ready[enabled[0] ? 0 : 1] = true;
     }
-    if (index > points_a_pass) {
+    if (index > points_a_pass && conversions(panel_, channels_) == before) {
         acquisition_.fresh = enabled;
     }
     screen_.movepersistance();
@@ -75,6 +97,7 @@ PointPass::Outcome PointPass::fetch(int channel, int index, const PointDelay& de
     link_.sendcommand(command::fetch_sample, link_.cmdargs());
     std::array<Byte, 2> reply = {};
     if (!link_.read(reply)) {
+        link_.note_silence();
         return Outcome::failed;
     }
     const std::int16_t word = sample_word(reply[0], reply[1], point_high_byte_limit);

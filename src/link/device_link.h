@@ -24,6 +24,7 @@ struct LinkState {
     bool open = false;             ///< a device is open
     std::int16_t retrycount = 0;   ///< attempts of the start-up check; 0 after an acknowledge
     CommandArguments cmdargs = {}; ///< argument bytes, kept from one command to the next
+    std::uint32_t silences = 0;    ///< requests for samples that the instrument left unanswered
     std::string serialsuffix;      ///< characters 8 to 14 of the selected device's serial number
 };
 
@@ -100,6 +101,10 @@ public:
 
     /// Reads exactly `bytes.size()` bytes; false when the bridge fails or fewer came in time.
     bool read(std::span<Byte> bytes);
+
+    /// Notes that a request for samples was left unanswered: the instrument may have lost its
+    /// power, and with it what it was set up to.
+    void note_silence() { ++state_.silences; }
 
 private:
     void keep(BridgeStatus status);

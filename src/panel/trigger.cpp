@@ -72,6 +72,10 @@ void Trigger::show_level() {
 void Trigger::settriger() {
     const std::int32_t timeout = trigger_timeout(panel_.trtout.text());
     trigger_.trigsrcdelay = trigger_.trigdelay[source()];
+    if (acquisition_.scopestate == "calibrationint") {
+        // A command would break the linearity run off; the next set-up sends the trigger.
+        return;
+    }
     fill_trigger(link_.cmdargs(), {.level = trigger_.trigpos,
                                    .trig1 = source() == 0,
                                    .positive = panel_.trigeredge.text() == "Positive",

@@ -67,6 +67,10 @@ void Vertical::vdiv_Click(int channel) {
     show_caption(channel);
     screen_.refreshCH1(0);
     screen_.refreshCH2(0);
+    if (!acquisition_.acqrunning) {
+        // No new data may come that would bring the traces to the screen in their new scale.
+        screen_.draw(draw_flags::all);
+    }
 }
 
 bool Vertical::set_scale(int channel) {
@@ -100,7 +104,12 @@ bool Vertical::set_scale(int channel) {
 bool Vertical::send_gain(int channel) {
     const auto index = static_cast<std::size_t>(channel);
     const std::array<std::int16_t, 2> gain = {channels_[0].gain, channels_[1].gain};
-    if (gain[index] == acknowledged_gain_[index]) {
+    const bool known = silences_ == link_.state().silences;
+    if (known && gain[index] == acknowledged_gain_[index]) {
+        return true;
+    }
+    if (acquisition_.scopestate == "calibrationint") {
+        // A command would break the linearity run off; the next set-up sends the range.
         return true;
     }
     if (acquisition_.acqrunning && acquisition_.scopestate != "changes") {
@@ -115,6 +124,7 @@ bool Vertical::send_gain(int channel) {
         return false;
     }
     acknowledged_gain_ = gain;
+    silences_ = link_.state().silences;
     return true;
 }
 

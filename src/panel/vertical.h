@@ -41,7 +41,8 @@ public:
     void fill_lists();
 
     /// A volts-per-division entry was chosen; `channel` is 0 or 1. Tells the instrument both gain
-    /// ranges when the channel's range differs from the one that it last acknowledged.
+    /// ranges when the channel's range differs from the one that it last acknowledged, or when it
+    /// has been silent since.
     void vdiv_Click(int channel);
     void ch1vdiv_Click() { vdiv_Click(0); }
     void ch2vdiv_Click() { vdiv_Click(1); }
@@ -76,6 +77,9 @@ private:
     MessageBoxes& boxes_;
     /// The ranges that the instrument last acknowledged; 0 after a frame that it did not.
     std::array<std::int16_t, 2> acknowledged_gain_ = {high_gain, high_gain};
+    /// `silences` of the link at that time. An instrument that has been silent since may have lost
+    /// its power and stand in the range that it wakes with.
+    std::uint32_t silences_ = 0;
 };
 
 } // namespace kv408

@@ -117,16 +117,25 @@ TEST(BlockReply, AfterARequestTheCountIsForgotten) {
     EXPECT_EQ(rig.bridge.count("SI_Read"), 1);
 }
 
-TEST(BlockReply, AShortReplyThatCannotBeReadIsNoError) {
+TEST(BlockReply, AfterAShortReplyThatCannotBeReadTheBlockIsAskedForAgain) {
     ReplyRig rig;
     rig.look(reply_ending(40, 26, 10));
     rig.bridge.status["SI_Read"] = 5;
     rig.look();
     EXPECT_EQ(rig.status(), "before");
     EXPECT_TRUE(rig.boxes.shown.empty());
-    EXPECT_TRUE(rig.bridge.frames().empty());
+    EXPECT_EQ(rig.bridge.timeline(), (Texts{"SI_CheckRXQueue @1000", "SI_Read 40 @1000",
+                                            "SI_FlushBuffers 1 1 @1001", request}));
+}
+
+TEST(BlockReply, OnlyAnEmptyQueueIsASilence) {
+    ReplyRig rig;
+    rig.look({26});
+    rig.look(reply_ending(40, 26, 10));
     rig.look();
-    EXPECT_EQ(rig.bridge.frames().size(), 1U);
+    EXPECT_EQ(rig.link.state().silences, 0U);
+    rig.look();
+    EXPECT_EQ(rig.link.state().silences, 1U);
 }
 
 TEST(BlockRequest, CarriesAveragingAndSpeed) {

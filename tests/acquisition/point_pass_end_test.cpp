@@ -188,5 +188,31 @@ TEST(PointPassProgress, GettingDataIsShownAtExactly500WholeMilliseconds) {
     }
 }
 
+TEST(PointPassEnd, OnlyAPassTakenInOneWayIsFresh) {
+    enum class Change { none, inverted, by_trigger };
+    for (const Change change : {Change::none, Change::inverted, Change::by_trigger}) {
+        PassRig rig(true, true);
+        rig.messages.on_process = [&](int processed) {
+            ChannelControls& controls = rig.panel.channel[1];
+            if (processed == 300 && change == Change::inverted) {
+                controls.invert.set_checked(true);
+            } else if (processed == 300 && change == Change::by_trigger) {
+                controls.inviatr.set_checked(true);
+            }
+        };
+        rig.pass.sdisplay1ghzt();
+        EXPECT_EQ(rig.fetched, 1280);
+        const bool fresh = change == Change::none;
+        EXPECT_EQ(rig.acquisition.fresh, (std::array<bool, 2>{fresh, fresh}));
+    }
+}
+
+TEST(PointPassEnd, APointWithoutAReplyIsASilence) {
+    PassRig rig(true, false);
+    rig.answer = [](int point) { return point < 3 ? std::vector{8, 0} : std::vector<int>(); };
+    rig.pass.sdisplay1ghzt();
+    EXPECT_EQ(rig.link.state().silences, 1U);
+}
+
 } // namespace
 } // namespace kv408

@@ -199,11 +199,36 @@ TEST(Gain, WhileStoppedNeitherStateNorFlagChanges) {
     EXPECT_EQ(rig.bridge.frames().size(), 1U);
 }
 
+TEST(Gain, IsSentAgainAfterTheInstrumentWasSilent) {
+    PanelRig rig;
+    start_in_low_gain(rig);
+    PanelRig::choose(rig.panel.channel[1].vdiv, "0.2V");
+    EXPECT_TRUE(rig.bridge.frames().empty());
+    rig.link.note_silence();
+    PanelRig::choose(rig.panel.channel[1].vdiv, "0.1V");
+    EXPECT_EQ(rig.bridge.frames(), Frames{gain_frame(2, 2)});
+    PanelRig::choose(rig.panel.channel[0].vdiv, "0.2V");
+    EXPECT_EQ(rig.bridge.frames().size(), 1U);
+}
+
+TEST(Gain, ChosenInALinearityRunItWaitsForTheNextSetUp) {
+    PanelRig rig;
+    start_in_low_gain(rig);
+    rig.acquisition.scopestate = "calibrationint";
+    PanelRig::choose(rig.panel.channel[1].vdiv, "20mV");
+    EXPECT_TRUE(rig.bridge.calls.empty());
+    EXPECT_EQ(rig.panel.channel[1].vdivtext.caption(), "20mV");
+    EXPECT_EQ(rig.acquisition.scopestate, "calibrationint");
+    rig.acquisition.scopestate = "startscope";
+    rig.vertical.ch2vdiv_Click();
+    EXPECT_EQ(rig.bridge.frames(), Frames{gain_frame(2, 1)});
+}
+
 TEST(Gain, BothTracesAreRemappedAfterAChoice) {
     PanelRig rig;
     start_in_low_gain(rig);
     PanelRig::choose(rig.panel.channel[1].vdiv, "0.5V");
-    EXPECT_EQ(rig.screen.calls, (Texts{"draw 255", "refresh 1 0", "refresh 2 0"}));
+    EXPECT_EQ(rig.screen.calls, (Texts{"draw 255", "refresh 1 0", "refresh 2 0", "draw 255"}));
 }
 
 TEST(Gain, AFrameThatCannotBeWrittenEndsTheProgramThere) {

@@ -74,6 +74,14 @@ TEST(TriggerFrame, AFailedUploadIsToldAndTheValuesStay) {
     EXPECT_EQ(rig.bridge.frames().size(), 3U);
 }
 
+TEST(TriggerFrame, ASourceChosenInALinearityRunWaitsForTheNextSetUp) {
+    PanelRig rig;
+    rig.acquisition.scopestate = "calibrationint";
+    PanelRig::choose(rig.panel.trigsource, "TRIG2");
+    EXPECT_TRUE(rig.bridge.calls.empty());
+    EXPECT_EQ(rig.acquisition.scopestate, "calibrationint");
+}
+
 TEST(TriggerFrame, ASourceChosenWhileRunningAlsoMarksTheSetUp) {
     StartedPanelRig rig;
     PanelRig::choose(rig.panel.trigsource, "TRIG2");

@@ -186,6 +186,34 @@ TEST(Robustness, AChangeInAPointPassIsUploadedOnTheNextTicks) {
     EXPECT_EQ(program.status(), "Running");
 }
 
+TEST(Robustness, AfterALossOfPowerTheNextStartSetsTheRangesToo) {
+    Program program;
+    ASSERT_TRUE(program.scope.start());
+    program.ticks(6);
+    ASSERT_EQ(program.status(), "Running");
+    program.simulation.bench().faults.no_power = true;
+    program.ticks(3);
+    program.simulation.bench().faults.no_power = false;
+    const std::size_t from = program.log.frames.size();
+    program.scope.act([&] { program.scope.panel().cmdstartsweep.click(); });
+    program.ticks(3);
+    EXPECT_EQ(program.status(), "Running");
+    // Both channels stand at "0.1V", the low gain; the instrument wakes in the high one.
+    ASSERT_GT(program.log.frames.size(), from);
+    EXPECT_EQ(frames_of(program, from)[0], (std::vector<int>{9, 2, 2, 0, 0, 0}));
+    EXPECT_TRUE(program.boxes.shown.empty());
+}
+
+TEST(Robustness, TheDeviceIsClosedWhenAFailureEndsTheProgram) {
+    Program program;
+    ASSERT_TRUE(program.scope.start());
+    program.simulation.bench().faults.operations[Operation::write] = {};
+    program.ticks(2);
+    EXPECT_TRUE(program.scope.ended());
+    EXPECT_FALSE(program.scope.parts().link.state().open);
+    EXPECT_EQ(program.scope.parts().link.state().commstatus, 0);
+}
+
 TEST(Robustness, NoTriggerShowsTheWaitAndNoTraceAndRecovers) {
     for (const char* time_base : {"20ns/div", "10us/div"}) {
         SCOPED_TRACE(time_base);
