@@ -148,6 +148,41 @@ TEST(SetUpStep, ARefusedTimeBaseIsTriedAgainAsAWhole) {
     EXPECT_EQ(rig.acquisition.scopestate, "scopech1f");
 }
 
+TEST(SetUpStep, InPointModeARefusedTimeBaseLetsThePassesRun) {
+    SetUpRig rig;
+    rig.acquisition.pointmode = true;
+    rig.bridge.on_frame = [&](const FakeBridge::Frame& frame) {
+        if (frame.at(1) == 26) {
+            rig.bridge.receive({8, 0});
+        } else if (frame.at(1) != 35) {
+            rig.bridge.receive({6});
+        }
+    };
+    rig.tick();
+    EXPECT_EQ(rig.boxes.shown.size(), 3U);
+    EXPECT_EQ(rig.acquisition.scopestate, "scope");
+    rig.forget();
+    rig.tick();
+    EXPECT_TRUE(rig.boxes.shown.empty());
+    EXPECT_EQ(rig.bridge.frames().size(), 1280U); // 640 points of both channels
+    EXPECT_EQ(rig.acquisition.scopestate, "scope");
+}
+
+TEST(SetUpStep, RangesThatAreNotAcknowledgedAreToldForBothChannels) {
+    SetUpRig rig;
+    rig.link.note_silence();
+    rig.bridge.on_frame = [&](const FakeBridge::Frame& frame) {
+        if (frame.at(1) != 9 && frame.at(1) != 32) {
+            rig.bridge.receive({6});
+        }
+    };
+    rig.tick();
+    EXPECT_EQ(rig.boxes.texts(),
+              (Texts{"_SET AMP GAIN_Comm timed out", "Error Sending Data.", "Error Vold/div set",
+                     " SET AMP GAIN Comm timed out", "Error Sending Data.", "Error Vold/div set"}));
+    EXPECT_EQ(rig.acquisition.scopestate, "scopech1f");
+}
+
 TEST(SetUpStep, ARefusedTriggerIsToldAndTheSweepStartsAllTheSame) {
     SetUpRig rig;
     rig.bridge.on_frame = [&](const FakeBridge::Frame& frame) {
@@ -163,8 +198,9 @@ TEST(SetUpStep, ARefusedTriggerIsToldAndTheSweepStartsAllTheSame) {
 }
 
 TEST(SetUpStep, StopDuringItsMessagesStaysAStop) {
-    for (const std::int64_t silent : {8, 27, 30, 35, 31}) {
+    for (const std::int64_t silent : {9, 8, 27, 30, 35, 31}) {
         SetUpRig rig;
+        rig.link.note_silence(); // the ranges are sent too
         rig.bridge.on_frame = [&](const FakeBridge::Frame& frame) {
             if (frame.at(1) != 32 && frame.at(1) != silent) {
                 rig.bridge.receive({6});

@@ -100,6 +100,17 @@ TEST(ShutDownSettings, AreSavedAfterTheDeviceIsClosed) {
     }
 }
 
+TEST(ShutDownSettings, AreSavedThoughTheDeviceCannotBeClosed) {
+    AcquisitionRig rig;
+    rig.start();
+    rig.files.written.clear();
+    rig.bridge.status["SI_Close"] = 3;
+    EXPECT_THROW(rig.start_up.Form_Unload(), ProgramEnded);
+    EXPECT_EQ(rig.link.state().commstatus, 3);
+    EXPECT_EQ(rig.files.written, Texts{path});
+    EXPECT_TRUE(rig.boxes.shown.empty());
+}
+
 TEST(ShutDownSettings, AFolderThatCannotBeWrittenIsToldAndTheProgramEnds) {
     AcquisitionRig rig;
     rig.start();

@@ -224,6 +224,16 @@ TEST(Gain, ChosenInALinearityRunItWaitsForTheNextSetUp) {
     EXPECT_EQ(rig.bridge.frames(), Frames{gain_frame(2, 1)});
 }
 
+TEST(Gain, TheCursorsAreReadAgainInTheNewScale) {
+    PanelRig rig;
+    start_in_low_gain(rig);
+    std::vector<double> scales;
+    rig.screen.on_calccursors = [&] { scales.push_back(rig.channels[1].pixpermv); };
+    PanelRig::choose(rig.panel.channel[1].vdiv, "0.5V");
+    ASSERT_FALSE(scales.empty());
+    EXPECT_DOUBLE_EQ(scales.back(), 0.128);
+}
+
 TEST(Gain, BothTracesAreRemappedAfterAChoice) {
     PanelRig rig;
     start_in_low_gain(rig);

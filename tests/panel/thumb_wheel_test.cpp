@@ -103,6 +103,27 @@ TEST(ThumbWheel, NarrowRibsAndNegativeGapsAreHeld) {
     EXPECT_EQ(wheel.SlideStep(), -300);
 }
 
+TEST(ThumbWheel, ThePhaseStaysWithinANarrowerPeriod) {
+    WheelRig rig;
+    rig.prepare(0, 1024, 512, 1);
+    rig.wheel.mouse_down(0, 0);
+    rig.wheel.mouse_move(left_mouse_button, 11, 0);
+    ASSERT_EQ(rig.wheel.phase(), 11); // of a period of 8 + 4
+    rig.wheel.set_TrackWidth(4);
+    EXPECT_EQ(rig.wheel.phase(), 3);
+    rig.wheel.set_TrackDistance(-5);
+    EXPECT_EQ(rig.wheel.phase(), 3);
+}
+
+TEST(ThumbWheel, TheCommittedValueSetAgainRaisesNoEvent) {
+    WheelRig rig;
+    rig.wheel.set_Value(70);
+    rig.changes = 0;
+    rig.wheel.set_Value(70);
+    EXPECT_EQ(rig.changes, 0);
+    EXPECT_EQ(rig.scrolls, 0);
+}
+
 TEST(ThumbWheel, AValueSetByTheProgramRaisesTheChangeEventOnce) {
     WheelRig rig;
     rig.wheel.set_Value(70);

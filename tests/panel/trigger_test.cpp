@@ -155,5 +155,14 @@ TEST(TriggerFrame, TheTimeMarkerStaysOnTheScreen) {
     EXPECT_EQ(rig.panel.ltp2.left(), 132);
 }
 
+TEST(TriggerFrame, TheTimeMarkerFollowsTheTimeBase) {
+    StartedPanelRig rig; // 20ns/div: 313 ps a column
+    rig.panel.delaytrttdis.set_text("-3130");
+    rig.panel.delaytrttdis.leave();
+    EXPECT_EQ(rig.panel.ltp2.left(), 42);
+    PanelRig::choose(rig.panel.seltimediv, "5ns/div"); // 79 ps a column
+    EXPECT_EQ(rig.panel.ltp2.left(), 32 + 40);         // 3130 / 79 = 39.6
+}
+
 } // namespace
 } // namespace kv408
