@@ -43,10 +43,12 @@ install_compressed(${CMAKE_SOURCE_DIR}/packaging/debian/changelog ${CMAKE_INSTAL
 install(FILES ${CMAKE_SOURCE_DIR}/packaging/debian/lintian-overrides
         DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides RENAME kv408)
 install(FILES ${CMAKE_SOURCE_DIR}/packaging/debian/copyright DESTINATION ${CMAKE_INSTALL_DOCDIR})
-install(FILES ${CMAKE_SOURCE_DIR}/docs/manual.md ${CMAKE_SOURCE_DIR}/docs/manual-measurements.md
-              ${CMAKE_SOURCE_DIR}/docs/accuracy.md
-        DESTINATION ${CMAKE_INSTALL_DOCDIR})
-install(DIRECTORY ${CMAKE_SOURCE_DIR}/docs/images DESTINATION ${CMAKE_INSTALL_DOCDIR})
+if(TARGET manual)
+  install(DIRECTORY ${CMAKE_BINARY_DIR}/manual DESTINATION ${CMAKE_INSTALL_DOCDIR}
+          PATTERN copied EXCLUDE)
+  install(FILES ${CMAKE_SOURCE_DIR}/packaging/debian/doc-base
+          DESTINATION ${CMAKE_INSTALL_DATADIR}/doc-base RENAME kv408-manual)
+endif()
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME kv408)

@@ -1,110 +1,92 @@
-// The pictures of the manual's page on measurements, as the program draws them: each of the
-// fourteen annotated on the same pulse train, and the screen with its results. docs/make-pictures
-// puts them into docs/images.
+// The pictures of the manual, as the program draws them now: docs/make-pictures puts them into
+// docs/manual/images, and those that lie there have to be these.
 
-#include <algorithm>
-#include <cstddef>
-#include <utility>
+#include "manual_scenes.h"
 
-#include <QDir>
-#include <QTest>
+#include <QFontDatabase>
+#include <QLocale>
 
-#include "program_on_bench.h"
 #include "ui/look.h"
 
 namespace kv408::ui {
 namespace {
 
-using namespace Qt::StringLiterals;
-
-QString picture_file(const QString& name) {
-    const QString folder = u"" KV408_PICTURE_DIR "/manual"_s;
-    QDir().mkpath(folder);
-    return folder + u'/' + name + u".png"_s;
+/// Where the manual has its pictures.
+QDir manual_folder() {
+    return QDir(u"" KV408_SOURCE_ROOT "/docs/manual/images"_s);
 }
 
-/// The name of a measurement's picture: "tPuls+" is in "measure-tpuls-high.png".
-QString picture_name(const QString& measurement) {
-    QString name = measurement.toLower();
-    name.replace(u"+"_s, u"-high"_s);
-    if (name.endsWith(u'-')) {
-        name.append(u"low"_s);
-    }
-    return u"measure-"_s + name;
-}
-
-/// CH1 alone on a noisy pulse train with slow edges: -150 mV to 250 mV, 40 % high, 80 ns.
-struct PulseOnScreen : ProgramOnBench {
-    /// Connects the signal and shows it; false when the program does not sweep.
-    [[nodiscard]] bool begin() {
-        apply_look(Look::dark);
-        simulation.bench().sources[0] = {.kind = simulator::SignalKind::pulse,
-                                         .amplitude_mvpp = 400.0,
-                                         .frequency_hz = 12.5e6,
-                                         .offset_mv = 50.0,
-                                         .rise_time_ps = 12e3,
-                                         .duty = 0.4,
-                                         .noise_mv = 5.0};
-        window().resize(1280, 800);
-        const bool sweeping = run_until_sweeping();
-        program.scope().act([this] {
-            panel().channel[ch2].enable.set_checked(false);
-            panel().channel[ch2].text.set_visible(false);
-        });
-        return sweeping;
-    }
-
-    /// Waits until `count` more sweeps of CH1 have been asked for.
-    [[nodiscard]] bool wait_for_sweeps(std::size_t count) {
-        const std::size_t before = log.frames.size();
-        return QTest::qWaitFor([&] { return log.frames.size() >= before + count; });
-    }
-
-    /// Annotates `measurement` in slot 0 and lets it be measured.
-    [[nodiscard]] bool annotate(const QString& measurement) {
-        program.scope().act([&] {
-            ListBox& list = panel().measurement[0].selector;
-            const auto found =
-                std::find(list.entries().begin(), list.entries().end(), measurement.toStdString());
-            list.set_index(static_cast<int>(found - list.entries().begin()));
-        });
-        if (!wait_for_sweeps(2)) {
-            return false;
+/// How many pixels of two pictures differ more than another processor's rounding makes them.
+int differing_pixels(const QImage& one, const QImage& other) {
+    constexpr int rounding = 16;
+    const auto differ = [](QRgb left, QRgb right) {
+        return std::abs(qRed(left) - qRed(right)) > rounding ||
+               std::abs(qGreen(left) - qGreen(right)) > rounding ||
+               std::abs(qBlue(left) - qBlue(right)) > rounding;
+    };
+    int count = 0;
+    for (int y = 0; y < one.height(); ++y) {
+        for (int x = 0; x < one.width(); ++x) {
+            count += differ(one.pixel(x, y), other.pixel(x, y)) ? 1 : 0;
         }
-        program.scope().act([this] { panel().measurement[0].annotate.press(true); });
-        return true;
     }
-
-    [[nodiscard]] std::ptrdiff_t marked_pixels() {
-        const auto pixels = std::as_const(program.scope().picture()).surface().pixels();
-        return std::count(pixels.begin(), pixels.end(), pixel_of(ColourTable{}.annotations));
-    }
-
-    bool running = begin();
-};
+    return count;
+}
 
 class ManualPicturesTest : public QObject {
     Q_OBJECT
 
+    Gallery gallery_{u"" KV408_PICTURE_DIR "/manual"_s};
+
 private Q_SLOTS:
-    void each_measurement_is_marked();
+    void initTestCase();
+    void first_picture() { show_first_picture(gallery_); }
+    void window() { show_window(gallery_); }
+    void menus() { show_menus(gallery_); }
+    void display() { show_display(gallery_); }
+    void trigger() { show_trigger(gallery_); }
+    void delays() { show_delays(gallery_); }
+    void cursors() { show_cursors(gallery_); }
+    void measurements() { show_measurements(gallery_); }
+    void each_measurement() { show_each_measurement(gallery_); }
+    void calibration() { show_calibration(gallery_); }
+    void linearity() { show_linearity(gallery_); }
+    void settings() { show_settings(gallery_); }
+    void snapshots() { show_snapshots(gallery_); }
+    void messages() { show_messages(gallery_); }
+    void they_are_those_of_the_manual();
 };
 
-void ManualPicturesTest::each_measurement_is_marked() {
-    PulseOnScreen on;
-    QVERIFY(on.running);
-    QVERIFY(on.wait_for_sweeps(6));
-    const QStringList times = {u"Frequency"_s, u"Period"_s, u"tRise"_s,
-                               u"tFall"_s,     u"tPuls+"_s, u"tPuls-"_s};
-    const QStringList levels = {u"VMax"_s,   u"VMin"_s,    u"Vpp"_s,  u"VAmpl+"_s,
-                                u"VAmpl-"_s, u"VAmplPP"_s, u"VRMS"_s, u"VMean"_s};
-    for (const QString& measurement : levels + times) {
-        QVERIFY(on.annotate(measurement));
-        QVERIFY2(on.marked_pixels() > 0, qPrintable(measurement));
-        QVERIFY(on.widget("Picture1")->grab().save(picture_file(picture_name(measurement))));
+void ManualPicturesTest::initTestCase() {
+    apply_look(Look::dark);
+    QApplication::setCursorFlashTime(0);
+    QLocale::setDefault(QLocale::c());
+    // The texts look alike on every machine that has this font.
+    QVERIFY2(QFontDatabase::families().contains(u"DejaVu Sans"_s), "fonts-dejavu-core is missing");
+    QApplication::setFont(QFont(u"DejaVu Sans"_s, 9));
+}
+
+void ManualPicturesTest::they_are_those_of_the_manual() {
+    QStringList findings;
+    QStringList made;
+    for (const auto& [name, picture] : gallery_.pictures()) {
+        made.append(name + u".png"_s);
+        const QImage kept(manual_folder().filePath(made.last()));
+        if (kept.isNull()) {
+            findings.append(made.last() + u" is not there"_s);
+        } else if (kept.size() != picture.size()) {
+            findings.append(made.last() + u" has another size"_s);
+        } else if (const int count = differing_pixels(kept, picture); count > 0) {
+            findings.append(u"%1 differs in %2 pixels"_s.arg(made.last()).arg(count));
+        }
     }
-    QVERIFY(on.annotate(u"Period"_s));
-    QVERIFY(on.window().grab().save(picture_file(u"measurements"_s)));
+    for (const QString& file : manual_folder().entryList(QDir::Files)) {
+        if (!made.contains(file)) {
+            findings.append(file + u" is not made by docs/make-pictures"_s);
+        }
+    }
+    QVERIFY2(findings.isEmpty(),
+             qPrintable(findings.join(u'\n') + u"\ndocs/make-pictures makes them anew."_s));
 }
 
 } // namespace
