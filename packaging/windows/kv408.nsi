@@ -55,6 +55,7 @@ Section
   CreateDirectory "$SMPROGRAMS\Kv408"
   CreateShortcut "$SMPROGRAMS\Kv408\Kv408.lnk" "$INSTDIR\kv408.exe"
   CreateShortcut "$SMPROGRAMS\Kv408\Kv408 (simulated instrument).lnk" "$INSTDIR\kv408-demo.exe"
+  CreateShortcut "$SMPROGRAMS\Kv408\Kv408 manual.lnk" "$INSTDIR\manual\index.html"
 
   ${GetSize} "$INSTDIR" "/S=0K" $0 $1 $2
   IntFmt $0 "0x%08X" $0
@@ -90,6 +91,7 @@ Section "Uninstall"
   RMDir "$INSTDIR"
   Delete "$SMPROGRAMS\Kv408\Kv408.lnk"
   Delete "$SMPROGRAMS\Kv408\Kv408 (simulated instrument).lnk"
+  Delete "$SMPROGRAMS\Kv408\Kv408 manual.lnk"
   RMDir "$SMPROGRAMS\Kv408"
   DeleteRegKey HKLM "${LISTED}"
   DeleteRegKey HKLM "Software\Kv408"
