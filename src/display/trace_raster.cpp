@@ -11,7 +11,7 @@ namespace {
 constexpr int touched_columns = 8; // that one number notes for a band
 
 /// Rows that a run is painted in at a time: most runs are not longer.
-constexpr int stroke_rows = 16;
+constexpr int stroke_rows = 32;
 using Stroke = std::array<std::uint8_t, stroke_rows>;
 
 /// For 0..16 rows, the stroke that has all bits in the first so many and none in the others.
@@ -173,10 +173,41 @@ void TraceRaster::write_band(const Canvas& canvas, int top) {
          left += touched_columns) {
         Touched rest =
             std::exchange(touched_[band][static_cast<std::size_t>(left / touched_columns)], 0);
+        if (rest == ~Touched{0}) {
+            for (int group = 0; group < word_rows; ++group) {
+                write_block(canvas.surface(), left, top + group * word_rows);
+            }
+            continue;
+        }
         for (; rest != 0; rest &= rest - 1) {
             const int bit = std::countr_zero(rest);
             write_rows(canvas.surface(), left + bit / word_rows, top + bit % word_rows * word_rows);
         }
+    }
+}
+
+inline void TraceRaster::write_block(Surface& surface, int left, int top) {
+    const std::span columns =
+        std::span(sheet_).subspan(static_cast<std::size_t>(left), touched_columns);
+    for (int row = top; row < top + word_rows; ++row) {
+        using Pixels = std::array<Pixel, touched_columns>;
+        Pixels colours = {};
+        for (std::size_t index = 0; index < colours.size(); ++index) {
+            const std::uint8_t seen = columns[index].seen[static_cast<std::size_t>(row)];
+            colours[index] = palette_[seen].colour;
+        }
+        // By bits and on copies, for several pixels to be told apart at a time.
+        Pixel* const place = &surface.at(left, row);
+        Pixels pixels = {};
+        std::memcpy(&pixels, place, sizeof pixels);
+        for (std::size_t index = 0; index < colours.size(); ++index) {
+            pixels[index] &= colours[index] == 0 ? ~Pixel{0} : Pixel{0};
+            pixels[index] |= colours[index];
+        }
+        std::memcpy(place, &pixels, sizeof pixels);
+    }
+    for (Column& column : columns) {
+        store<std::uint64_t>(column.seen.data() + top, 0);
     }
 }
 

@@ -72,6 +72,7 @@ private:
     void paint_dots(Columns columns, const Generation& generation, Ink ink);
     void paint_run(int column, int top, int end, Ink ink);
     void note_touched(Columns columns);
+    void write_block(Surface& surface, int left, int top);
     void write_rows(Surface& surface, int column, int top);
 
     std::vector<Column> sheet_; ///< all 0 but for what is painted and not yet written
