@@ -22,10 +22,13 @@ inline constexpr Status getting_data = {"Getting Data", rgb(255, 255, 192)};
 inline constexpr Status waiting_for_trigger = {waiting_for_trigger_text, rgb(255, 224, 192)};
 } // namespace status
 
-/// Shows `shown` in the status box.
+/// Shows `shown` in the status box, which is left alone when it shows that already: every tick
+/// tells its status.
 inline void show_status(TextBox& textstatus, const Status& shown) {
     textstatus.set_back_colour(shown.background);
-    textstatus.set_text(shown.text);
+    if (textstatus.text() != shown.text) {
+        textstatus.set_text(shown.text);
+    }
 }
 
 } // namespace kv408

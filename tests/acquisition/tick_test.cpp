@@ -216,5 +216,18 @@ TEST(RestrictedTick, InsideAPassStartsNoSecondExchange) {
     EXPECT_EQ(rig.messages.processed, 640);
 }
 
+TEST(StatusBox, IsLeftAloneByTicksThatChangeNothing) {
+    StoppedRig rig;
+    int told = 0;
+    rig.panel.textstatus.on_shown([&told] { ++told; });
+    rig.tick();
+    EXPECT_EQ(rig.panel.textstatus.text(), "Stopped");
+    const int told_at_first = told;
+    EXPECT_GT(told_at_first, 0);
+    rig.tick();
+    rig.tick();
+    EXPECT_EQ(told, told_at_first);
+}
+
 } // namespace
 } // namespace kv408
