@@ -27,7 +27,8 @@ bool StartUp::connect() {
             {.text = "No connection to Device, maybe it's not powered. Please check and click "
                      "<Retry>!",
              .buttons = MessageButtons::retry_cancel,
-             .icon = MessageIcon::exclamation});
+             .icon = MessageIcon::exclamation,
+             .details = link_.diagnosis()});
         if (answer != MessageAnswer::retry) {
             end_program(program_);
         }

@@ -20,6 +20,7 @@ struct Message {
     MessageButtons buttons = MessageButtons::ok;
     MessageIcon icon = MessageIcon::none;
     std::string informative = {}; ///< further help in plain words, empty when there is none
+    std::string details = {};     ///< lines that the user may ask for, empty when there are none
 };
 
 /// Shows modal message boxes. While one is open the window's timer goes on ticking.

@@ -68,6 +68,11 @@ public:
 
     /// Why the bridge cannot work, in plain words for a message box; empty while nothing is known.
     [[nodiscard]] virtual std::string trouble() const { return {}; }
+
+    /// Every device of this computer that could be the instrument, with what keeps the program from
+    /// reaching it and what cures that, in lines for a person to read; empty where the bridge has
+    /// nowhere to look. Looks anew each time, at the cost of some milliseconds; never throws.
+    [[nodiscard]] virtual std::string diagnosis() { return {}; }
 };
 
 } // namespace kv408

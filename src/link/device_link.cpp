@@ -7,6 +7,8 @@
 #include <chrono>
 #include <limits>
 
+#include "link/instrument_serial.h"
+
 namespace kv408 {
 namespace {
 
@@ -15,7 +17,6 @@ using std::chrono::milliseconds;
 constexpr Byte start_byte = 4;
 constexpr Byte acknowledge_byte = 6;
 constexpr Dword link_speed_baud = 833000;
-constexpr std::string_view instrument_prefix = "lm4rxa";
 /// Pause between a frame and the reading of its acknowledge.
 constexpr milliseconds acknowledge_pause{20};
 
@@ -95,7 +96,8 @@ void DeviceLink::finddevice() {
 bool DeviceLink::select_and_open() {
     if (state_.numdevices < 1) {
         boxes_.show({.text = "ERROR!!! No attached device is found!!!",
-                     .informative = "Connect the instrument to a USB port of this computer."});
+                     .informative = "Connect the instrument to a USB port of this computer.",
+                     .details = diagnosis()});
         return false;
     }
     cmbDevice_.set_enabled(true);
@@ -104,7 +106,7 @@ bool DeviceLink::select_and_open() {
         cmbDevice_.set_index(index);
         const std::string serial = cmbDevice_.text();
         state_.serialsuffix = serial.size() > 7 ? serial.substr(7, 7) : std::string();
-        if (serial.substr(0, instrument_prefix.size()) != instrument_prefix) {
+        if (!is_instrument(serial)) {
             continue;
         }
         opendevice();
@@ -275,7 +277,7 @@ void DeviceLink::end_with(const std::string& text, const std::string& advice) {
     if (program_.keep_settings) {
         program_.keep_settings();
     }
-    boxes_.show({.text = text, .informative = advice});
+    boxes_.show({.text = text, .informative = advice, .details = diagnosis()});
     end_program(program_);
 }
 

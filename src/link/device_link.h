@@ -65,6 +65,9 @@ public:
     /// device is closed; with no device open nothing is sent.
     bool checkdevice();
 
+    /// What stands between the program and its instrument, for the details of a message.
+    [[nodiscard]] std::string diagnosis() { return bridge_.diagnosis(); }
+
     /// Closes the device if one is open.
     void close();
 

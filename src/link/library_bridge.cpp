@@ -1,6 +1,14 @@
 #include "link/library_bridge.h"
 
+#include <array>
 #include <bit>
+#include <sstream>
+
+#include "link/device_link.h"
+#include "link/instrument_serial.h"
+#ifndef _WIN32
+#include "link/usb_diagnosis.h"
+#endif
 
 namespace kv408 {
 
@@ -30,6 +38,36 @@ void LibraryBridge::look_up(const char* symbol, Function& function) {
                                      : std::string(", ");
         trouble_ += symbol;
     }
+}
+
+std::string LibraryBridge::diagnosis() {
+    std::string text = trouble_.empty() ? listed_devices() : trouble_ + "\n";
+#ifndef _WIN32
+    if (!trouble_.empty()) {
+        text.append("As long as it is there, the kernel's serial ports are not used.\n");
+    }
+    text.append("\n").append(usb_diagnosis(Way::library));
+#endif
+    return text;
+}
+
+std::string LibraryBridge::listed_devices() {
+    Dword count = 0;
+    std::ostringstream text;
+    text << "The bridge library " << name_ << " is used. ";
+    if (const BridgeStatus status = SI_GetNumDevices(count); status != si_success) {
+        text << "It cannot count its devices: it fails with status " << status << ".\n";
+        return text.str();
+    }
+    text << "Devices that it lists: " << count << ".\n";
+    for (Dword index = 0; index < count; ++index) {
+        std::array<Byte, product_string_size> buffer = {};
+        const bool told = SI_GetProductString(index, buffer, si_return_serial_number) == si_success;
+        const std::string serial = bytestostring(buffer);
+        text << "Serial number " << (told ? serial : "unreadable") << ": "
+             << (is_instrument(serial) ? "an instrument.\n" : "no instrument.\n");
+    }
+    return text.str();
 }
 
 BridgeStatus LibraryBridge::SI_GetNumDevices(Dword& count) {

@@ -35,6 +35,7 @@ public:
     BridgeStatus SI_Read(Handle handle, std::span<Byte> bytes, Dword& read) override;
     BridgeStatus SI_CheckRXQueue(Handle handle, Dword& waiting, Dword& queue_status) override;
     [[nodiscard]] std::string trouble() const override { return trouble_; }
+    [[nodiscard]] std::string diagnosis() override;
 
     /// False when the system's search found no library of that name.
     [[nodiscard]] bool library_found() const { return library_.found(); }
@@ -43,6 +44,7 @@ private:
     /// Looks `symbol` up into `function`, or notes that it is missing.
     template <typename Function>
     void look_up(const char* symbol, Function& function);
+    [[nodiscard]] std::string listed_devices();
 
     std::string name_;
     SharedLibrary library_;

@@ -5,7 +5,9 @@
 #include <limits>
 #include <ostream>
 
+#include "link/library_bridge.h"
 #include "link/serial_trouble.h"
+#include "link/usb_diagnosis.h"
 
 namespace kv408 {
 
@@ -130,6 +132,12 @@ BridgeStatus SerialBridge::SI_CheckRXQueue(Handle handle, Dword& waiting, Dword&
         on_port(handle, [&](SerialPort& port) { return port.waiting(count); });
     waiting = static_cast<Dword>(count);
     return status;
+}
+
+std::string SerialBridge::diagnosis() {
+    return std::string("The bridge library ") + bridge_library_name +
+           " is not there: the kernel's serial ports are used in its place.\n\n" +
+           usb_diagnosis(Way::serial_port);
 }
 
 } // namespace kv408

@@ -31,6 +31,7 @@ public:
     BridgeStatus SI_Read(Handle handle, std::span<Byte> bytes, Dword& read) override;
     BridgeStatus SI_CheckRXQueue(Handle handle, Dword& waiting, Dword& queue_status) override;
     [[nodiscard]] std::string trouble() const override { return trouble_; }
+    [[nodiscard]] std::string diagnosis() override;
 
     /// The speed at which the open port runs, baud; 0 before `SI_SetBaudRate` and when the driver
     /// does not tell.

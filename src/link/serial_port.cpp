@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <limits>
 
+#include <fcntl.h>
 #include <libserialport.h>
 #include <poll.h>
 #include <sys/file.h>
 #include <sys/ioctl.h>
 #include <termios.h>
+#include <unistd.h>
 
 namespace kv408 {
 namespace {
@@ -36,6 +38,15 @@ using Config = std::unique_ptr<sp_port_config, FreeConfig>;
 Config new_config() {
     sp_port_config* config = nullptr;
     return Config(sp_new_config(&config) == SP_OK ? config : nullptr);
+}
+
+/// Locks the open port `handle` without waiting; gives the error number, `EBUSY` when another
+/// program has locked it.
+int lock(int handle) {
+    if (flock(handle, LOCK_EX | LOCK_NB) == 0) {
+        return 0;
+    }
+    return errno == EWOULDBLOCK ? EBUSY : errno;
 }
 
 /// Ends the flow control by modem lines of the open terminal `handle`; gives the error number.
@@ -70,6 +81,27 @@ std::optional<std::vector<SerialPortEntry>> list_serial_ports() {
     return entries;
 }
 
+SerialPortLook::SerialPortLook(const std::string& name)
+    : handle_(::open(name.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC)) {
+    if (handle_ < 0) {
+        error_ = errno;
+        return;
+    }
+    error_ = lock(handle_);
+    flock(handle_, LOCK_UN);
+    // Root gets past the mark of another program, and is to respect it.
+    int marked = 0;
+    if (error_ == 0 && ioctl(handle_, TIOCGEXCL, &marked) == 0 && marked != 0) {
+        error_ = EBUSY;
+    }
+}
+
+SerialPortLook::~SerialPortLook() {
+    if (handle_ >= 0) {
+        close(handle_);
+    }
+}
+
 void SerialPort::Free::operator()(sp_port* port) const {
     sp_free_port(port);
 }
@@ -83,6 +115,12 @@ SerialPort::~SerialPort() {
 }
 
 int SerialPort::open(const std::string& name) {
+    // libserialport puts its own settings on a port as soon as it is open, also on one that another
+    // program is using.
+    const SerialPortLook look(name);
+    if (look.error() != 0) {
+        return look.error();
+    }
     sp_port* found = nullptr;
     if (const int error = error_of(sp_get_port_by_name(name.c_str(), &found)); error != 0) {
         return error;
@@ -105,8 +143,8 @@ int SerialPort::take_for_ourselves() {
         return error;
     }
     // The lock keeps out who asks for it, the mark who may not override it: neither is enough.
-    if (flock(handle_, LOCK_EX | LOCK_NB) != 0) {
-        return errno == EWOULDBLOCK ? EBUSY : errno;
+    if (const int error = lock(handle_); error != 0) {
+        return error;
     }
     return ioctl(handle_, TIOCEXCL) == 0 ? 0 : errno;
 }

@@ -28,6 +28,22 @@ struct SerialPortEntry {
 /// out.
 [[nodiscard]] std::optional<std::vector<SerialPortEntry>> list_serial_ports();
 
+/// A look at the serial port `name` that changes nothing on it: 0 when it can be had, else the
+/// system error number why not, `EBUSY` when another program keeps it for itself.
+class SerialPortLook {
+public:
+    explicit SerialPortLook(const std::string& name);
+    ~SerialPortLook();
+    SerialPortLook(const SerialPortLook&) = delete;
+    SerialPortLook& operator=(const SerialPortLook&) = delete;
+
+    [[nodiscard]] int error() const { return error_; }
+
+private:
+    int handle_;
+    int error_ = 0;
+};
+
 /// One open serial port that no other program has; closed at the end. What fails gives a system
 /// error number, 0 for success.
 class SerialPort {

@@ -1,6 +1,8 @@
 #include "ui/qt_message_boxes.h"
 
+#include <QFontMetrics>
 #include <QPushButton>
+#include <QTextEdit>
 
 namespace kv408::ui {
 namespace {
@@ -70,6 +72,19 @@ MessageAnswer answer_of(int result, MessageButtons buttons) {
     return buttons == MessageButtons::ok ? MessageAnswer::ok : MessageAnswer::cancel;
 }
 
+/// Gives `box` a button that shows `details`, unless they are empty.
+void add_details(QMessageBox& box, const std::string& details) {
+    box.setDetailedText(QString::fromStdString(details));
+    if (auto* const shown = box.findChild<QTextEdit*>()) {
+        // Room for more than the five short lines that are usual.
+        constexpr int characters = 64;
+        constexpr int lines = 14;
+        const QFontMetrics letters(shown->font());
+        shown->setMinimumWidth(characters * letters.averageCharWidth());
+        shown->setFixedHeight(lines * letters.lineSpacing());
+    }
+}
+
 } // namespace
 
 MessageAnswer QtMessageBoxes::show(const Message& message) {
@@ -80,6 +95,7 @@ MessageAnswer QtMessageBoxes::show(const Message& message) {
     box.setTextFormat(Qt::PlainText);
     box.setText(QString::fromStdString(message.text));
     box.setInformativeText(QString::fromStdString(message.informative));
+    add_details(box, message.details);
     box.setIcon(icon_of(message.icon));
     box.setStandardButtons(buttons_of(message.buttons));
     box.setDefaultButton(default_button(message.buttons));

@@ -34,9 +34,11 @@ const Texts discovery = {"SI_GetNumDevices", "SI_GetProductString", "SI_Open", "
 
 TEST(Retry, APowerlessInstrumentIsListedAndOpenedAgain) {
     AcquisitionRig rig;
+    rig.bridge.diagnosis_text = "what is there";
     rig.boxes.answers = {MessageAnswer::retry};
     rig.boxes.on_show = [&](const Message& message) {
         EXPECT_EQ(message.text, retry_text);
+        EXPECT_EQ(message.details, "what is there");
         EXPECT_EQ(message.buttons, MessageButtons::retry_cancel);
         EXPECT_EQ(message.icon, MessageIcon::exclamation);
         EXPECT_EQ(operations(rig), joined({discovery, attempt, attempt, attempt, {"SI_Close"}}));

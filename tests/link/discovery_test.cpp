@@ -1,3 +1,5 @@
+#include <functional>
+
 #include <gtest/gtest.h>
 
 #include "link/link_rig.h"
@@ -152,6 +154,33 @@ TEST(Discovery, SerialNumbersThatCannotBeReadAreNoMatch) {
     rig.link.finddevice();
     EXPECT_THROW(rig.link.select_and_open(), ProgramEnded);
     EXPECT_EQ(rig.boxes.texts(), Texts{no_match});
+}
+
+TEST(Discovery, EveryMessageOfAFailureHasTheDiagnosisInItsDetails) {
+    const std::function<void(FakeBridge&)> failures[] = {
+        [](FakeBridge& bridge) { bridge.status["SI_GetNumDevices"] = 2; },
+        [](FakeBridge& bridge) { bridge.serials = {}; },
+        [](FakeBridge& bridge) { bridge.serials = {"other"}; },
+        [](FakeBridge& bridge) { bridge.status["SI_Open"] = 2; },
+        [](FakeBridge& bridge) { bridge.status["SI_Write"] = 2; },
+    };
+    std::set<std::string> texts;
+    for (const auto& fail : failures) {
+        LinkRig rig;
+        fail(rig.bridge);
+        rig.bridge.diagnosis_text = "what is there";
+        try {
+            rig.link.finddevice();
+            if (rig.link.select_and_open()) {
+                rig.link.sendcommand(command::set_trigger, {});
+            }
+        } catch (const ProgramEnded&) {
+        }
+        ASSERT_EQ(rig.boxes.shown.size(), 1U);
+        EXPECT_EQ(rig.boxes.shown[0].details, "what is there") << rig.boxes.shown[0].text;
+        texts.insert(rig.boxes.shown[0].text);
+    }
+    EXPECT_EQ(texts.size(), 4U); // a lost connection is told like a missing instrument
 }
 
 TEST(LinkSpeed, IsSetTo833000Baud) {

@@ -115,6 +115,7 @@ public:
     }
 
     [[nodiscard]] std::string trouble() const override { return trouble_text; }
+    [[nodiscard]] std::string diagnosis() override { return diagnosis_text; }
 
     /// Puts `bytes` into the receive queue.
     void receive(const std::vector<int>& bytes) {
@@ -167,6 +168,7 @@ public:
     std::function<void(const Frame&)> on_frame; ///< runs after each frame written
     std::function<void(Dword&)> on_check;       ///< may change the number of waiting bytes told
     std::string trouble_text;                   ///< reason for trouble
+    std::string diagnosis_text;                 ///< what a look at the devices shows
     std::vector<Call> calls;                    ///< every call, oldest first
     std::set<Handle> handles;                   ///< every handle that was handed in
 

@@ -4,7 +4,9 @@
 #include <QApplication>
 #include <QLabel>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QTest>
+#include <QTextEdit>
 #include <QTimer>
 
 #include "program_on_bench.h"
@@ -48,11 +50,23 @@ void press(QMessageBox& box, QMessageBox::StandardButton button) {
     box.button(button)->click();
 }
 
+/// The button of `box` that opens its details, null where it has none.
+QAbstractButton* details_button(const QMessageBox& box) {
+    for (QAbstractButton* const button : box.buttons()) {
+        if (box.buttonRole(button) == QMessageBox::ActionRole) {
+            return button;
+        }
+    }
+    return nullptr;
+}
+
 class HostTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
     void a_box_shows_its_texts_as_they_stand();
+    void the_keys_open_a_box_with_details();
+    void a_box_without_details_has_no_button_for_them();
     void every_button_has_its_answer_data();
     void every_button_has_its_answer();
     void closing_a_box_is_an_answer_data();
@@ -84,6 +98,49 @@ void HostTest::a_box_shows_its_texts_as_they_stand() {
                                              .icon = MessageIcon::exclamation,
                                              .informative = "Is <it> on?"});
     QCOMPARE(answer, MessageAnswer::retry);
+}
+
+void HostTest::the_keys_open_a_box_with_details() {
+    QtMessageBoxes boxes;
+    QMessageBox::StandardButton usual = QMessageBox::NoButton;
+    bool closed_at_first = false;
+    QString seen;
+    WhenBoxOpens opened([&](QMessageBox& box) {
+        usual = box.standardButton(box.defaultButton());
+        const auto* const shown = box.findChild<QTextEdit*>();
+        closed_at_first = shown != nullptr && !shown->isVisible();
+        const QAbstractButton* const button = details_button(box);
+        if (QTest::qWaitForWindowActive(&box) && closed_at_first && button != nullptr) {
+            for (int presses = 0; presses < 3 && !button->hasFocus(); ++presses) {
+                QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+            }
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+            seen = shown->isVisible() ? shown->toPlainText() : QString();
+            box.grab().save(u"" KV408_PICTURE_DIR "/screenshot-message-details.png"_s);
+        }
+        QTest::keyClick(&box, Qt::Key_Escape);
+    });
+    const MessageAnswer answer = boxes.show({.text = "please click <Retry>!",
+                                             .buttons = MessageButtons::retry_cancel,
+                                             .details = "<one>\ntwo"});
+    QCOMPARE(answer, MessageAnswer::cancel);
+    QCOMPARE(usual, QMessageBox::Retry);
+    QVERIFY(closed_at_first);
+    QCOMPARE(seen, u"<one>\ntwo"_s);
+    // The only other button is the one that Escape presses.
+    WhenBoxOpens alone([](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); });
+    QCOMPARE(boxes.show({.text = "?", .details = "one"}), MessageAnswer::ok);
+}
+
+void HostTest::a_box_without_details_has_no_button_for_them() {
+    QtMessageBoxes boxes;
+    bool has_one = true;
+    WhenBoxOpens opened([&](QMessageBox& box) {
+        has_one = details_button(box) != nullptr;
+        press(box, QMessageBox::Ok);
+    });
+    QCOMPARE(boxes.show({.text = "?"}), MessageAnswer::ok);
+    QVERIFY(!has_one);
 }
 
 void HostTest::every_button_has_its_answer_data() {

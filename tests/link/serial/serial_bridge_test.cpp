@@ -2,10 +2,8 @@
 
 #include <array>
 #include <cerrno>
-#include <cstdlib>
 #include <set>
 #include <sstream>
-#include <stdexcept>
 #include <thread>
 
 #include <fcntl.h>
@@ -15,33 +13,13 @@
 
 #include "host/system_clock.h"
 #include "link/device_link.h"
-#include "link/serial/usb_ports.h"
+#include "support/ports/plain_user.h"
+#include "support/ports/usb_ports.h"
 
 namespace kv408 {
 namespace {
 
 using std::chrono::milliseconds;
-
-/// Acts as a user without rights for its lifetime, where the test runs as root.
-class PlainUser {
-public:
-    PlainUser() : before_(geteuid()) {
-        constexpr uid_t nobody = 65534;
-        if (before_ == 0 && seteuid(nobody) != 0) {
-            throw std::runtime_error("cannot become a plain user");
-        }
-    }
-    ~PlainUser() {
-        if (seteuid(before_) != 0) {
-            std::abort();
-        }
-    }
-    PlainUser(const PlainUser&) = delete;
-    PlainUser& operator=(const PlainUser&) = delete;
-
-private:
-    uid_t before_;
-};
 
 class SerialBridgeTest : public testing::Test {
 protected:
@@ -160,6 +138,7 @@ TEST_F(SerialBridgeTest, SetsTheSpeedEightBitsOneStopAndNoFlowControl) {
     EXPECT_FALSE(line.parity);
     EXPECT_FALSE(line.two_stops);
     EXPECT_FALSE(line.flow_control);
+    EXPECT_FALSE(line.lines);
     EXPECT_EQ(bridge_.rate(), 833000U);
     EXPECT_EQ(log_.str(), "");
     EXPECT_EQ(bridge_.SI_SetBaudRate(handle_, 0), si_failed);

@@ -8,8 +8,6 @@
 #include <gtest/gtest.h>
 
 #include "link/make_bridge.h"
-#include "link/serial/instrument_on_port.h"
-#include "link/serial/usb_ports.h"
 #include "panel/front_panel.h"
 #include "scope/parts.h"
 #include "scope/scope.h"
@@ -17,6 +15,8 @@
 #include "support/fake_files.h"
 #include "support/fake_host.h"
 #include "support/fake_picture_coder.h"
+#include "support/ports/instrument_on_port.h"
+#include "support/ports/usb_ports.h"
 #include "support/virtual_clock.h"
 
 namespace kv408 {

@@ -1,4 +1,4 @@
-#include "link/serial/usb_ports.h"
+#include "support/ports/usb_ports.h"
 
 #include <array>
 #include <cerrno>
@@ -20,6 +20,20 @@ std::string port_name(int number) {
 
 std::string device_folder(int number) {
     return std::string("/devices/pci0000:00/usb1/1-").append(std::to_string(number + 1));
+}
+
+/// What umockdev is told of a device.
+std::string device_text(int number, const UsbPorts::Portless& device) {
+    const std::string ids = device.ids;
+    std::string text =
+        "P: " + device_folder(number) + "\nE: SUBSYSTEM=usb\n" +
+        "E: DEVTYPE=usb_device\nA: busnum=1\nA: devnum=" + std::to_string(number + 2) +
+        "\nA: idVendor=" + ids.substr(0, 4) + "\nA: idProduct=" + ids.substr(5) +
+        "\nA: bDeviceClass=" + device.device_class + "\n";
+    if (device.serial != nullptr) {
+        text.append("A: serial=").append(device.serial).append("\n");
+    }
+    return text + "\n";
 }
 
 /// Folder of the device's one interface.
@@ -55,16 +69,16 @@ UsbPorts::UsbPorts() : testbed_(umockdev_testbed_new()), handler_(umockdev_ioctl
 
 UsbPorts::~UsbPorts() = default;
 
+void UsbPorts::plug_nothing() const {
+    for (const char* const folder : {"/sys/class/tty", "/sys/bus/usb/devices"}) {
+        std::filesystem::create_directories(root() + folder);
+    }
+}
+
 void UsbPorts::plug(int number, const char* serial) {
     const std::string name = port_name(number);
-    const std::string device = device_folder(number);
-    std::string text = "P: " + device + "\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_device\n" +
-                       "A: busnum=1\nA: devnum=" + std::to_string(number + 2) +
-                       "\nA: idVendor=10c4\nA: idProduct=ea60\n";
-    if (serial != nullptr) {
-        text.append("A: serial=").append(serial).append("\n");
-    }
-    text += "\nP: " + interface_folder(number) + "\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_interface\n";
+    std::string text = device_text(number, {.serial = serial});
+    text += "P: " + interface_folder(number) + "\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_interface\n";
     text += "\nP: " + interface_folder(number) + "/" + name + "\nE: SUBSYSTEM=usb-serial\n";
     text += "\nP: " + terminal_folder(number) + "\nN: " + name + "\nE: DEVNAME=/dev/" + name +
             "\nE: SUBSYSTEM=tty\nL: device=../../../" + name + "\n\n";
@@ -76,6 +90,36 @@ void UsbPorts::plug(int number, const char* serial) {
     }
     const int end = far_end(number);
     fcntl(end, F_SETFL, fcntl(end, F_GETFL) | O_NONBLOCK);
+}
+
+void UsbPorts::plug_portless(int number, const Portless& device) {
+    std::string text = device_text(number, device);
+    if (device.set_up) {
+        text += "P: " + interface_folder(number) + "\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_interface\n";
+        if (device.driver != nullptr) {
+            text.append("L: driver=../../../../bus/usb/drivers/").append(device.driver);
+        }
+        text += "\n\n";
+    }
+    GError* error = nullptr;
+    if (!umockdev_testbed_add_from_string(testbed_.get(), text.c_str(), &error)) {
+        throw std::runtime_error(error->message);
+    }
+}
+
+void UsbPorts::put_raw_node(int number, const std::string& target) const {
+    const std::string folder = root() + "/dev/bus/usb/001";
+    std::filesystem::create_directories(folder);
+    std::filesystem::create_symlink(target, folder + "/00" + std::to_string(number + 2));
+}
+
+void UsbPorts::remove_node(int number) const {
+    std::filesystem::remove(root() + "/dev/" + port_name(number));
+}
+
+void UsbPorts::hide_serial(int number) const {
+    std::filesystem::permissions(root() + "/sys" + device_folder(number) + "/serial",
+                                 std::filesystem::perms(0400));
 }
 
 void UsbPorts::unplug(int number) {
@@ -180,6 +224,7 @@ LineSettings line_settings(int far_end) {
     line.parity = (found.c_cflag & PARENB) != 0;
     line.two_stops = (found.c_cflag & CSTOPB) != 0;
     line.flow_control = (found.c_cflag & CRTSCTS) != 0 || (found.c_iflag & (IXON | IXOFF)) != 0;
+    line.lines = (found.c_lflag & ICANON) != 0;
     return line;
 }
 
@@ -189,6 +234,7 @@ void leave_odd_settings(int far_end) {
     settings.c_cflag = (settings.c_cflag & ~static_cast<tcflag_t>(CBAUD)) | BOTHER;
     settings.c_cflag |= CSTOPB | CRTSCTS;
     settings.c_iflag |= IXON | IXOFF;
+    settings.c_lflag |= ICANON;
     settings.c_ispeed = 9600;
     settings.c_ospeed = 9600;
     ioctl(far_end, TCSETS2, &settings);

@@ -20,9 +20,33 @@ public:
     UsbPorts(const UsbPorts&) = delete;
     UsbPorts& operator=(const UsbPorts&) = delete;
 
+    /// Shows a computer that has USB and serial ports, and nothing plugged in.
+    void plug_nothing() const;
+
     /// Plugs in a device with serial number `serial`, or without one where that is null; its port
     /// is /dev/ttyUSB<number>. No number is used twice.
     void plug(int number, const char* serial);
+
+    /// A device without a port.
+    struct Portless {
+        const char* serial = nullptr;    ///< serial number, null for none
+        const char* driver = nullptr;    ///< driver of its interface, null for none
+        const char* ids = "10c4:ea60";   ///< ids of vendor and product
+        const char* device_class = "00"; ///< "09" is a hub
+        bool set_up = true;              ///< it has an interface
+    };
+
+    /// Plugs in `device` as the one of that number.
+    void plug_portless(int number, const Portless& device);
+
+    /// Puts a second name of the file `target` where the raw device of that number is to be.
+    void put_raw_node(int number, const std::string& target) const;
+
+    /// Takes the device node of port `number` away and leaves the rest.
+    void remove_node(int number) const;
+
+    /// Lets no user but root read the serial number of device `number`.
+    void hide_serial(int number) const;
 
     /// Pulls the device of port `number` out: the port is hung up and goes.
     void unplug(int number);
@@ -60,12 +84,13 @@ struct LineSettings {
     bool parity = false;       ///< a parity bit
     bool two_stops = false;    ///< two stop bits
     bool flow_control = false; ///< by modem lines or by characters
+    bool lines = false;        ///< bytes are held back until a line ends
 };
 
 [[nodiscard]] LineSettings line_settings(int far_end);
 
-/// Puts two stop bits, both kinds of flow control and 9600 baud on the port, as another program
-/// may leave it.
+/// Puts two stop bits, both kinds of flow control, reading by lines and 9600 baud on the port, as
+/// another program may leave it.
 void leave_odd_settings(int far_end);
 
 } // namespace kv408

@@ -1,4 +1,4 @@
-#include "link/serial/instrument_on_port.h"
+#include "support/ports/instrument_on_port.h"
 
 #include <array>
 #include <chrono>
@@ -7,7 +7,7 @@
 #include <poll.h>
 #include <unistd.h>
 
-#include "link/serial/usb_ports.h"
+#include "support/ports/usb_ports.h"
 
 namespace kv408 {
 

@@ -1,0 +1,337 @@
+// What is told of every device that could be the instrument, for each reason why it is not reached.
+
+#include <array>
+#include <fstream>
+#include <optional>
+#include <sstream>
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "host/system_clock.h"
+#include "link/device_users.h"
+#include "link/library_bridge.h"
+#include "link/serial_bridge.h"
+#include "link/usb_diagnosis.h"
+#include "support/ports/other_process.h"
+#include "support/ports/plain_user.h"
+#include "support/ports/usb_ports.h"
+#include "support/temporary_folder.h"
+
+namespace kv408 {
+namespace {
+
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+const std::string port_title =
+    "/dev/ttyUSB0 (USB device 1-1, 10c4:ea60, serial number lm4rxa-SIM00001):\n";
+const std::string device_title = "USB device 1-1, 10c4:ea60, serial number lm4rxa-SIM00001:\n";
+const std::string plug_in = " Unplug the instrument and plug it in again.\n";
+
+class Diagnosis : public testing::Test {
+protected:
+    void plug() { ports_.plug(0, "lm4rxa-SIM00001"); }
+
+    void plug_portless(const char* driver) {
+        ports_.plug_portless(0, {.serial = "lm4rxa-SIM00001", .driver = driver});
+    }
+
+    /// Expects exactly the line `reason` for the instrument's port.
+    static void expect_of_port(const std::string& reason) {
+        EXPECT_EQ(usb_diagnosis(Way::serial_port), port_title + reason + "\n");
+    }
+
+    /// Expects exactly the line `reason` for the instrument's device, which has no port.
+    static void expect_of_device(const std::string& reason) {
+        EXPECT_EQ(usb_diagnosis(Way::serial_port), device_title + reason);
+    }
+
+    UsbPorts ports_;
+};
+
+TEST_F(Diagnosis, APortThatCanBeHadIsLeftAsItIs) {
+    plug();
+    leave_odd_settings(ports_.far_end(0));
+    expect_of_port("It can be opened. If the instrument does not answer, check its power.");
+    const LineSettings line = line_settings(ports_.far_end(0));
+    EXPECT_TRUE(line.two_stops && line.flow_control && line.lines && line.baud == 9600);
+}
+
+TEST_F(Diagnosis, WithoutPermissionItNamesTheCure) {
+    plug();
+    ports_.open_folders();
+    const std::string terminal = ports_.terminal(0);
+    ASSERT_EQ(chmod(terminal.c_str(), 0), 0);
+    const PlainUser user;
+    const std::string text = usb_diagnosis(Way::serial_port);
+    EXPECT_THAT(text, StartsWith(port_title + "You have no permission to use /dev/ttyUSB0."));
+    EXPECT_THAT(text, HasSubstr("\nsudo usermod -aG "));
+}
+
+TEST_F(Diagnosis, WhoHasLockedThePortIsNamed) {
+    plug();
+    const OtherProcess other("some-terminal", {.opens = ports_.terminal(0), .locks = true});
+    const std::string reason = "/dev/ttyUSB0 is in use by " + other.title() +
+                               ". Close that program and start this one again.";
+    expect_of_port(reason);
+    // A user sees as much, of the locks.
+    ports_.open_folders();
+    ASSERT_EQ(chmod(ports_.terminal(0).c_str(), 0666), 0);
+    const PlainUser user;
+    expect_of_port(reason);
+}
+
+TEST_F(Diagnosis, WhoKeepsOthersOutWithoutALockIsNamed) {
+    plug();
+    const OtherProcess other("some-terminal", {.opens = ports_.terminal(0), .marks = true});
+    expect_of_port("/dev/ttyUSB0 is in use by " + other.title() +
+                   ". Close that program and start this one again.");
+}
+
+TEST_F(Diagnosis, WhereWhoKeepsOthersOutDoesNotShowRootIsToLook) {
+    plug();
+    ports_.open_folders();
+    const std::string terminal = ports_.terminal(0);
+    ASSERT_EQ(chmod(terminal.c_str(), 0666), 0);
+    const OtherProcess other("some-terminal", {.opens = terminal, .marks = true});
+    const PlainUser user;
+    expect_of_port("Another program is using /dev/ttyUSB0. Close it and start this one again.\n"
+                   "This line tells which it is:\nsudo kv408-doctor");
+}
+
+TEST_F(Diagnosis, AllWhoHaveThePortOpenToNoHarmAreNamed) {
+    plug();
+    const OtherProcess one("some-terminal", {.opens = ports_.terminal(0)});
+    const OtherProcess two("some-logger", {.opens = ports_.terminal(0)});
+    const auto& [first, second] = one.id() < two.id() ? std::tie(one, two) : std::tie(two, one);
+    expect_of_port("/dev/ttyUSB0 is open in " + first.title() + " and " + second.title() +
+                   " too, which disturbs the traffic. Close that program.");
+}
+
+TEST_F(Diagnosis, APortThatThisProgramHasIsNotTakenForBusy) {
+    plug();
+    SystemClock clock;
+    std::ostringstream log;
+    SerialBridge bridge(clock, log);
+    Dword count = 0;
+    Handle handle = nullptr;
+    ASSERT_EQ(bridge.SI_GetNumDevices(count), si_success);
+    ASSERT_EQ(bridge.SI_Open(0, handle), si_success);
+    expect_of_port("This program has it open.");
+    EXPECT_EQ(bridge.SI_Close(handle), si_success);
+    expect_of_port("It can be opened. If the instrument does not answer, check its power.");
+}
+
+TEST_F(Diagnosis, APortWhoseNodeHasGoneIsTold) {
+    plug();
+    ports_.remove_node(0);
+    expect_of_port("There is no port /dev/ttyUSB0 any more. Check the instrument's USB cable.");
+}
+
+TEST_F(Diagnosis, AnotherSerialNumberIsNamed) {
+    ports_.plug(0, "LM4RXA-SIM00001");
+    EXPECT_EQ(usb_diagnosis(Way::serial_port),
+              "/dev/ttyUSB0 (USB device 1-1, 10c4:ea60, serial number LM4RXA-SIM00001):\n"
+              "Its serial number is another one than the instrument's, which begins with "
+              "lm4rxa.\n");
+}
+
+TEST_F(Diagnosis, NoSerialNumberIsTold) {
+    ports_.plug(0, nullptr);
+    EXPECT_EQ(usb_diagnosis(Way::serial_port),
+              "/dev/ttyUSB0 (USB device 1-1, 10c4:ea60):\n"
+              "It has no serial number. That of the instrument begins with lm4rxa.\n");
+}
+
+TEST_F(Diagnosis, ASerialNumberThatCannotBeReadIsTold) {
+    plug();
+    ports_.open_folders();
+    ports_.hide_serial(0);
+    const PlainUser user;
+    EXPECT_EQ(usb_diagnosis(Way::serial_port), "/dev/ttyUSB0 (USB device 1-1, 10c4:ea60):\n"
+                                               "Its serial number cannot be read.\n");
+}
+
+TEST_F(Diagnosis, WithoutADriverTheLineIsToldThatLoadsIt) {
+    plug_portless(nullptr);
+    expect_of_device("It has no driver and so no serial port. This line loads the driver:\n"
+                     "sudo modprobe cp210x\n");
+}
+
+TEST_F(Diagnosis, ADriverThatMakesNoPortIsNamed) {
+    plug_portless("usbhid");
+    expect_of_device("The driver usbhid makes no serial port of it." + plug_in);
+}
+
+TEST_F(Diagnosis, ADeviceThatIsNotSetUpIsTold) {
+    ports_.plug_portless(0, {.serial = "lm4rxa-SIM00001", .set_up = false});
+    expect_of_device("The system has not set it up." + plug_in);
+}
+
+const std::string braille_cure = " This line ends the service, for good:\n"
+                                 "sudo systemctl mask --now brltty.service brltty-udev.service\n"
+                                 "Unplug the instrument and plug it in again.\n";
+
+TEST_F(Diagnosis, TheBrailleServiceThatHasTheDeviceIsNamed) {
+    plug_portless("usbfs");
+    ports_.plug(1, nullptr);
+    ports_.put_raw_node(0, ports_.terminal(1));
+    const OtherProcess service("brltty", {.opens = ports_.terminal(1)});
+    EXPECT_THAT(usb_diagnosis(Way::serial_port),
+                StartsWith(device_title + service.title() +
+                           ", the service for Braille displays, has taken it." + braille_cure));
+}
+
+TEST_F(Diagnosis, TheBrailleServiceIsSuspectedWhereItRuns) {
+    plug_portless(nullptr);
+    const OtherProcess service("brltty", {});
+    expect_of_device(service.title() + ", the service for Braille displays, takes such devices." +
+                     braille_cure);
+}
+
+TEST_F(Diagnosis, TheBrailleServiceIsOnlySuspectedWhereWhoHasTheDeviceDoesNotShow) {
+    plug_portless("usbfs");
+    const OtherProcess service("brltty", {});
+    expect_of_device(service.title() + ", the service for Braille displays, takes such devices." +
+                     braille_cure);
+}
+
+TEST_F(Diagnosis, AnotherProgramThatHasTheDeviceIsNamed) {
+    plug_portless("usbfs");
+    ports_.plug(1, nullptr);
+    ports_.put_raw_node(0, ports_.terminal(1));
+    const OtherProcess service("brltty", {});
+    const OtherProcess other("some-machine", {.opens = ports_.terminal(1)});
+    EXPECT_THAT(usb_diagnosis(Way::serial_port),
+                StartsWith(device_title + other.title() +
+                           " has taken it, so that it has no serial port. Close that program." +
+                           plug_in));
+}
+
+TEST_F(Diagnosis, AProgramThatHasTheDeviceAndDoesNotShowIsTold) {
+    plug_portless("usbfs");
+    expect_of_device("Another program has taken it, so that it has no serial port. Close that "
+                     "program." +
+                     plug_in);
+}
+
+TEST_F(Diagnosis, EveryDeviceThatCouldBeTheInstrumentIsListedAndNoOther) {
+    ports_.plug(0, "other");
+    ports_.plug(1, "lm4rxa-SIM00001");
+    ports_.plug_portless(2, {.serial = "keyboard", .driver = "usbhid", .ids = "046d:c31c"});
+    ports_.plug_portless(3, {.driver = "usbfs"});
+    ports_.plug_portless(4, {.serial = "lm4rxa-SIM00002", .ids = "1234:5678"});
+    const std::string text = usb_diagnosis(Way::serial_port);
+    EXPECT_THAT(text, StartsWith("/dev/ttyUSB0 (USB device 1-1, 10c4:ea60, serial number other):"));
+    EXPECT_THAT(text, HasSubstr("\n\n/dev/ttyUSB1 (USB device 1-2, 10c4:ea60, serial number "
+                                "lm4rxa-SIM00001):\nIt can be opened."));
+    EXPECT_THAT(text, HasSubstr("\n\nUSB device 1-4, 10c4:ea60:\nIt has no serial number."));
+    EXPECT_THAT(text, HasSubstr("\n\nUSB device 1-5, 1234:5678, serial number lm4rxa-SIM00002:\n"
+                                "It has no driver"));
+    EXPECT_THAT(text, Not(HasSubstr("keyboard")));
+}
+
+TEST_F(Diagnosis, NothingThatCouldBeTheInstrumentIsToldWithTheCountOfTheOthers) {
+    ports_.plug_portless(0, {.driver = "hub", .ids = "1d6b:0002", .device_class = "09"});
+    const std::string none =
+        "No device that could be the instrument is attached to this computer. Other USB devices: ";
+    EXPECT_EQ(usb_diagnosis(Way::serial_port), none + "none.\n");
+    ports_.plug_portless(1, {.serial = "keyboard", .driver = "usbhid", .ids = "046d:c31c"});
+    ports_.plug_portless(2, {.driver = "usbhid", .ids = "046d:c31c"});
+    EXPECT_EQ(usb_diagnosis(Way::serial_port), none + "2.\n");
+}
+
+TEST_F(Diagnosis, ASystemThatShowsNoUsbDevicesIsTold) {
+    EXPECT_EQ(usb_diagnosis(Way::serial_port),
+              "The system shows no USB devices: there is no /sys/bus/usb/devices.\n");
+}
+
+TEST_F(Diagnosis, ForTheLibraryTheWholeDeviceIsLookedAt) {
+    plug();
+    ports_.plug(1, nullptr);
+    ports_.put_raw_node(0, ports_.terminal(1));
+    const std::string text = usb_diagnosis(Way::library);
+    EXPECT_THAT(text, StartsWith(device_title + "It can be opened."));
+    EXPECT_THAT(text, HasSubstr("\n\nUSB device 1-2, 10c4:ea60:\nIt has no serial number."));
+    const OtherProcess other("some-machine", {.opens = ports_.terminal(1)});
+    EXPECT_THAT(usb_diagnosis(Way::library),
+                StartsWith(device_title + "/dev/bus/usb/001/002 is in use by " + other.title()));
+}
+
+TEST_F(Diagnosis, ForTheLibraryWhoHasDeviceAndPortIsNamedOnce) {
+    plug();
+    ports_.put_raw_node(0, ports_.terminal(0));
+    const OtherProcess other("some-machine", {.opens = ports_.terminal(0)});
+    EXPECT_EQ(usb_diagnosis(Way::library), device_title + "/dev/bus/usb/001/002 is in use by " +
+                                               other.title() +
+                                               ". Close that program and start this one again.\n");
+}
+
+TEST_F(Diagnosis, ForTheLibraryWithoutPermissionTheLineIsToldThatGivesIt) {
+    plug();
+    ports_.plug(1, nullptr);
+    ports_.put_raw_node(0, ports_.terminal(1));
+    ports_.open_folders();
+    ASSERT_EQ(chmod(ports_.terminal(1).c_str(), 0), 0);
+    const PlainUser user;
+    EXPECT_THAT(usb_diagnosis(Way::library),
+                StartsWith(device_title + "You have no permission to use /dev/bus/usb/001/002. "
+                                          "This line gives it to you until the instrument is "
+                                          "unplugged:\nsudo chmod a+rw /dev/bus/usb/001/002\n"));
+}
+
+TEST_F(Diagnosis, TheSerialBridgeTellsThatTheLibraryIsNotThere) {
+    plug();
+    SystemClock clock;
+    std::ostringstream log;
+    EXPECT_THAT(SerialBridge(clock, log).diagnosis(),
+                StartsWith("The bridge library libSiUSBXp.so is not there: the kernel's serial "
+                           "ports are used in its place.\n\n" +
+                           port_title));
+}
+
+TEST_F(Diagnosis, ALibraryThatCannotBeLoadedIsToldInTheLoadersWords) {
+    plug();
+    LibraryBridge bridge(KV408_NEEDY_LIBRARY);
+    EXPECT_THAT(bridge.trouble(), HasSubstr("kv408_absent.so: "));
+    EXPECT_THAT(bridge.diagnosis(),
+                StartsWith(bridge.trouble() +
+                           "\nAs long as it is there, the kernel's serial ports "
+                           "are not used.\n\n" +
+                           device_title));
+}
+
+TEST_F(Diagnosis, WhatTheLibraryListsIsToldAndThenTheDevices) {
+    plug();
+    LibraryBridge bridge(KV408_SIMULATED_LIBRARY);
+    EXPECT_THAT(bridge.diagnosis(), StartsWith("The bridge library " KV408_SIMULATED_LIBRARY
+                                               " is used. Devices that it lists: 1.\n"
+                                               "Serial number lm4rxa-SIM00001: an instrument.\n\n" +
+                                               device_title));
+}
+
+TEST(DeviceUsers, ALockFileNamesItsProcessAsLongAsThatLives) {
+    const TemporaryFolder locks;
+    std::optional<OtherProcess> other(std::in_place, "some-terminal", OtherProcess::Deed{});
+    std::ofstream(locks.path() / "LCK..ttyUSB0") << "      " << other->id() << '\n';
+    const DeviceUsers expected = {{other->id(), "some-terminal"}};
+    EXPECT_EQ(users_of("/dev/ttyUSB0", locks.path()), expected);
+    EXPECT_EQ(users_of("/dev/ttyUSB1", locks.path()), DeviceUsers());
+    other.reset();
+    EXPECT_EQ(users_of("/dev/ttyUSB0", locks.path()), DeviceUsers());
+}
+
+TEST(DeviceUsers, ALockFileWithoutAProcessIsPassedOver) {
+    const TemporaryFolder locks;
+    for (const char* const text : {"", "nobody", "0", "-1", "99999999999999999999", "1x"}) {
+        std::ofstream(locks.path() / "LCK..ttyUSB0") << text;
+        EXPECT_EQ(users_of("/dev/ttyUSB0", locks.path()), DeviceUsers()) << text;
+    }
+}
+
+} // namespace
+} // namespace kv408
