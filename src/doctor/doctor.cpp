@@ -1,0 +1,90 @@
+#include "doctor/doctor.h"
+
+#include <ostream>
+
+#include "host/message_boxes.h"
+#include "link/device_link.h"
+#include "panel/controls.h"
+#include "state/program_state.h"
+
+namespace kv408 {
+namespace {
+
+constexpr const char* help_text =
+    "Usage: kv408-doctor\n"
+    "\n"
+    "Lists every device of this computer that could be the oscilloscope, with what keeps kv408 "
+    "from\n"
+    "reaching it and what cures that. Then opens the oscilloscope as kv408 does and asks whether "
+    "it\n"
+    "is there. A kv408 that is running is not disturbed.\n"
+    "\n"
+    "  --help  shows this text\n"
+    "\n"
+    "Exit code: 0 an oscilloscope answers, 1 none answers, 2 wrong use.\n";
+
+/// Message boxes as lines of a terminal, where nobody is asked anything.
+class TerminalBoxes : public MessageBoxes {
+public:
+    explicit TerminalBoxes(std::ostream& out) : out_(out) {}
+
+    MessageAnswer show(const Message& message) override {
+        // The details have been written before.
+        out_ << message.text << '\n';
+        if (!message.informative.empty()) {
+            out_ << message.informative << '\n';
+        }
+        return message.buttons == MessageButtons::ok ? MessageAnswer::ok : MessageAnswer::cancel;
+    }
+
+private:
+    std::ostream& out_;
+};
+
+/// True when an instrument has been opened over `link` and acknowledges the check frame.
+bool open_and_check(DeviceLink& link) {
+    try {
+        link.finddevice();
+        if (!link.select_and_open()) {
+            return false;
+        }
+        link.set_link_speed();
+        return link.checkdevice();
+    } catch (const ProgramEnded&) {
+        return false;
+    }
+}
+
+} // namespace
+
+DoctorResult answer_arguments(std::span<const char* const> arguments, std::ostream& out,
+                              std::ostream& errors) {
+    if (arguments.size() == 1 && std::string_view(arguments[0]) == "--help") {
+        out << help_text;
+        return DoctorResult::answers;
+    }
+    errors << "kv408-doctor takes no arguments but --help.\n";
+    return DoctorResult::wrong_use;
+}
+
+DoctorResult examine(Bridge& bridge, Clock& clock, std::ostream& out) {
+    // The check may take seconds; until then this is to be read.
+    out << bridge.diagnosis() << std::endl;
+    TerminalBoxes boxes(out);
+    ProgramState program;
+    ListBox devices("cmbDevice");
+    DeviceLink link(bridge, clock, boxes, program, devices);
+    const bool answers = open_and_check(link);
+    const std::string serial = devices.text();
+    const bool opened = link.state().devfound;
+    link.close();
+    if (answers) {
+        out << "The instrument " << serial << " answers.\n";
+        return DoctorResult::answers;
+    }
+    out << (opened ? "The instrument " + serial + " does not answer: check its power.\n"
+                   : std::string("No instrument answers.\n"));
+    return DoctorResult::no_answer;
+}
+
+} // namespace kv408
