@@ -154,6 +154,11 @@ TEST(Discovery, SerialNumbersThatCannotBeReadAreNoMatch) {
     EXPECT_EQ(rig.boxes.texts(), Texts{no_match});
 }
 
+TEST(Discovery, ABridgeThatKnowsOfNoTroubleTellsNone) {
+    const LinkRig rig;
+    EXPECT_EQ(rig.bridge.Bridge::trouble(), "");
+}
+
 TEST(LinkSpeed, IsSetTo833000Baud) {
     LinkRig rig;
     rig.open();

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <cstdlib>
 #include <set>
 #include <sstream>
@@ -16,6 +17,7 @@
 #include "host/system_clock.h"
 #include "link/device_link.h"
 #include "link/serial/usb_ports.h"
+#include "link/serial_trouble.h"
 
 namespace kv408 {
 namespace {
@@ -256,6 +258,7 @@ TEST_F(SerialBridgeTest, AFlushEmptiesTheReceiveQueue) {
     Dword waiting = 0;
     Dword queue_status = 0;
     receive({1, 2, 3});
+    EXPECT_EQ(bridge_.SI_FlushBuffers(handle_, 0, 0), si_success);
     EXPECT_EQ(bridge_.SI_FlushBuffers(handle_, 1, 0), si_success);
     EXPECT_EQ(bridge_.SI_CheckRXQueue(handle_, waiting, queue_status), si_success);
     EXPECT_EQ(waiting, 3U);
@@ -344,6 +347,57 @@ TEST_F(SerialBridgeTest, AReadThatWaitsEndsWhenThePortIsUnplugged) {
     Dword count = 0;
     EXPECT_EQ(bridge_.SI_Read(handle_, bytes, count), si_failed);
     EXPECT_LT(clock_.now() - began, milliseconds(5000));
+}
+
+TEST_F(SerialBridgeTest, AWriteThatWaitsEndsWhenThePortIsUnplugged) {
+    open();
+    ASSERT_EQ(bridge_.SI_SetTimeouts(20000, 20000), si_success);
+    const auto began = clock_.now();
+    std::jthread later([this] {
+        clock_.sleep(milliseconds(50));
+        ports_.unplug(0);
+    });
+    const std::vector<Byte> flood(1000000, 7);
+    Dword written = 0;
+    EXPECT_EQ(bridge_.SI_Write(handle_, flood, written), si_failed);
+    EXPECT_LT(clock_.now() - began, milliseconds(5000));
+    EXPECT_EQ(bridge_.trouble(),
+              "The port /dev/ttyUSB0 does not work any more. Check the instrument's USB cable.");
+}
+
+TEST_F(SerialBridgeTest, AReadThatASignalInterruptsGoesOn) {
+    open();
+    ASSERT_EQ(bridge_.SI_SetTimeouts(10000, 10000), si_success);
+    const auto before = std::signal(SIGUSR1, [](int /*signal*/) {});
+    std::jthread later([this, reader = pthread_self()] {
+        for (int times = 0; times < 5; ++times) {
+            clock_.sleep(milliseconds(10));
+            pthread_kill(reader, SIGUSR1);
+        }
+        EXPECT_EQ(write(ports_.far_end(0), "abcd", 4), 4);
+    });
+    std::array<Byte, 4> bytes = {};
+    Dword count = 0;
+    EXPECT_EQ(bridge_.SI_Read(handle_, bytes, count), si_success);
+    EXPECT_EQ(bytes, (std::array<Byte, 4>{'a', 'b', 'c', 'd'}));
+    later.join();
+    std::signal(SIGUSR1, before);
+}
+
+TEST_F(SerialBridgeTest, APortThatHasGoneHasNoSpeed) {
+    open();
+    EXPECT_EQ(bridge_.SI_Close(handle_), si_success);
+    SerialPort port(clock_);
+    ASSERT_EQ(port.open("/dev/ttyUSB0"), 0);
+    ASSERT_EQ(port.set_rate(833000), 0);
+    EXPECT_EQ(port.rate(), 833000);
+    ports_.unplug(0);
+    EXPECT_EQ(port.rate(), 0);
+}
+
+TEST(SerialTrouble, ThePortsGroupIsGuessedWhereThePortHasGone) {
+    const std::string trouble = serial_trouble("/dev/no port", EACCES);
+    EXPECT_NE(trouble.find("\nsudo usermod -aG dialout $USER\n"), std::string::npos) << trouble;
 }
 
 TEST_F(SerialBridgeTest, NothingWorksOnAHandleThatIsNotOpen) {
