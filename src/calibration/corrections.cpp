@@ -35,18 +35,13 @@ bool quiet_enough(double vpp_mv) {
     return vpp_mv > 0.0 && vpp_mv < loud_mv;
 }
 
-bool accepted_frequency(std::int32_t frequency) {
+std::optional<std::int16_t> corrected_time_scale(std::int32_t in_use, std::int32_t frequency) {
     constexpr std::int32_t lowest = 9000001;
     constexpr std::int32_t too_high = 11000000;
-    return frequency >= lowest && frequency < too_high;
-}
-
-std::optional<std::int16_t> corrected_time_scale(std::int32_t in_use, std::int32_t frequency) {
-    constexpr double most = 0.1;
-    const double error = (calibration_hz - frequency) / calibration_hz;
-    if (!(error > -most && error < most)) {
+    if (frequency < lowest || frequency >= too_high) {
         return std::nullopt;
     }
+    const double error = (calibration_hz - frequency) / calibration_hz;
     return round_to_int16(in_use * error + in_use);
 }
 

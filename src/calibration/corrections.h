@@ -36,12 +36,8 @@ struct OffsetFactor {
 /// which stands for nothing measured.
 [[nodiscard]] bool quiet_enough(double vpp_mv);
 
-/// True for a measured frequency, hertz, that is the 10 MHz of the calibration within 10 %:
-/// from 9000001 on and below 11000000.
-[[nodiscard]] bool accepted_frequency(std::int32_t frequency);
-
-/// The time-base scale that makes the measured `frequency`, hertz, 10 MHz; nothing when it is off
-/// by 10 % or more.
+/// The time-base scale that makes the measured `frequency`, hertz, the 10 MHz of the calibration;
+/// nothing unless it is that within 10 %: from 9000001 on and below 11000000.
 [[nodiscard]] std::optional<std::int16_t> corrected_time_scale(std::int32_t in_use,
                                                                std::int32_t frequency);
 

@@ -40,14 +40,14 @@ std::int16_t range_of(std::string_view v_div) {
 } // namespace
 
 void GuidedCalibration::set_up(const Guide& guide) {
-    const bool calibrating = around_.acquisition.scopestate == linearity_state;
-    if (around_.boxes.show({.text = set_up_text(guide, form_),
-                            .title = std::string(guide.title),
-                            .buttons = MessageButtons::ok_cancel,
-                            .icon = MessageIcon::information,
-                            .informative = calibrating ? "The linearity calibration is under way. "
-                                                         "OK breaks it off."
-                                                       : ""}) != MessageAnswer::ok) {
+    Message message = {.text = set_up_text(guide, form_),
+                       .title = std::string(guide.title),
+                       .buttons = MessageButtons::ok_cancel,
+                       .icon = MessageIcon::information};
+    if (around_.acquisition.scopestate == linearity_state) {
+        message.informative = "The linearity calibration is under way. OK breaks it off.";
+    }
+    if (around_.boxes.show(message) != MessageAnswer::ok) {
         return;
     }
     if (around_.acquisition.scopestate == linearity_state) {
@@ -109,17 +109,13 @@ bool GuidedCalibration::panel_is_right(const Guide& guide) const {
     if (!panel.check1.checked()) {
         return false;
     }
-    switch (guide.what) {
-    case Calibrates::gain:
+    if (guide.what == Calibrates::gain) {
         return fits_gain(guide);
-    case Calibrates::offset:
-        return fits_offsets(guide);
-    case Calibrates::time_scale:
-        return panel.seltimediv.text() == guide.time_div;
-    case Calibrates::linearity:
-        break;
     }
-    return true;
+    if (guide.what == Calibrates::offset) {
+        return fits_offsets(guide);
+    }
+    return panel.seltimediv.text() == guide.time_div;
 }
 
 std::string GuidedCalibration::sweep_missing(const Guide& guide) const {
@@ -153,18 +149,12 @@ void GuidedCalibration::compute(const Guide& guide) {
         refuse(guide, out_of_range_text(guide), missing);
         return;
     }
-    switch (guide.what) {
-    case Calibrates::gain:
+    if (guide.what == Calibrates::gain) {
         compute_gain(guide);
-        break;
-    case Calibrates::offset:
+    } else if (guide.what == Calibrates::offset) {
         compute_offsets(guide);
-        break;
-    case Calibrates::time_scale:
+    } else {
         compute_time_scale(guide);
-        break;
-    case Calibrates::linearity:
-        break;
     }
 }
 
@@ -207,14 +197,10 @@ void GuidedCalibration::compute_time_scale(const Guide& guide) {
         round_to_int32(around_.time_base.samplerate * measured(0, meas::frequency));
     std::string found = std::to_string(frequency);
     found += "Hz measured in place of 10000000Hz.";
-    if (!accepted_frequency(frequency)) {
-        refuse(guide, "Frequency out of range!", found);
-        return;
-    }
     const std::size_t field = guide.fields[0];
     const auto scale = corrected_time_scale(record_.in_use().at(field), frequency);
     if (!scale) {
-        refuse(guide, out_of_range_text(guide));
+        refuse(guide, "Frequency out of range!", found);
         return;
     }
     record_.put(field, *scale);

@@ -38,7 +38,8 @@ public:
         WindowMessages& messages;
     };
 
-    LinearityRun(CalibrationForm& form, CalibrationNote& note, const Surroundings& surroundings)
+    LinearityRun(CalibrationForm& form, CalibrationNote& note,
+                 const Surroundings& surroundings) noexcept
         : form_(form), note_(note), around_(surroundings) {}
 
     /// After a question: stops the sweep, starts the run in the instrument and sets the state word

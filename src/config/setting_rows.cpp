@@ -199,19 +199,21 @@ SettingRow adjust_target(std::string_view key, const KeptSettings& kept) {
                 }};
 }
 
+/// The numbers of the checked annotation boxes.
+Values checked_annotations(const FrontPanel& panel) {
+    Values values;
+    for (std::size_t slot = 0; slot < panel.measurement.size(); ++slot) {
+        if (panel.measurement[slot].annotate.checked()) {
+            values.push_back(printed_field(static_cast<std::int32_t>(slot)));
+        }
+    }
+    return values;
+}
+
 /// The checked annotation boxes, a line each.
 SettingRow annotations(std::string_view key, const KeptSettings& kept) {
     return {.key = key,
-            .write =
-                [&kept] {
-                    Values values;
-                    for (std::size_t slot = 0; slot < kept.panel.measurement.size(); ++slot) {
-                        if (kept.panel.measurement[slot].annotate.checked()) {
-                            values.push_back(printed_field(static_cast<std::int32_t>(slot)));
-                        }
-                    }
-                    return values;
-                },
+            .write = [&kept] { return checked_annotations(kept.panel); },
             .read =
                 [&kept](std::string_view value) {
                     auto& slots = kept.panel.measurement;

@@ -1,17 +1,21 @@
 #include "host/system_files.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
 #include <memory>
+#include <optional>
 #include <system_error>
 #include <utility>
 
+#include "host/path_text.h"
+#include "host/processes.h"
 #include "host/system_error.h"
+#include "state/rounding.h"
 
 #ifdef _WIN32
 #include <io.h>
-#include <process.h>
 #include <windows.h>
 #else
 #include <fcntl.h>
@@ -91,14 +95,6 @@ bool is_write_protected(const std::filesystem::path& path) {
     return (std::filesystem::status(path, error).permissions() & writers) == perms::none;
 }
 
-int process_id() {
-#ifdef _WIN32
-    return _getpid();
-#else
-    return ::getpid();
-#endif
-}
-
 bool flush_to_disk(std::FILE* file) {
     if (std::fflush(file) != 0) {
         return false;
@@ -153,6 +149,39 @@ void copy_permissions(const std::filesystem::path& model, const std::filesystem:
     const auto status = std::filesystem::status(model, error);
     if (std::filesystem::exists(status)) {
         std::filesystem::permissions(path, status.permissions(), error);
+    }
+}
+
+/// What follows the name of a file in that of its new content before the renaming; the number of
+/// the process that writes it comes last.
+constexpr const char* new_mark = ".new";
+
+/// The process that wrote the new content called `name` of the file called `file`; nothing when it
+/// is not called so. No name is turned into text that might not be text.
+std::optional<int> writer_of(const std::filesystem::path& name, std::filesystem::path file) {
+    const auto start = (file += new_mark).native();
+    if (!name.native().starts_with(start)) {
+        return std::nullopt;
+    }
+    const auto number = name.native().substr(start.size());
+    const auto is_digit = [](auto character) { return character >= '0' && character <= '9'; };
+    if (!std::all_of(number.begin(), number.end(), is_digit)) {
+        return std::nullopt;
+    }
+    return int32_in(text_of_path(number));
+}
+
+/// Removes what is left beside the file at `path` of writes whose processes were killed.
+void remove_leftovers(const std::filesystem::path& path) {
+    const auto folder = path.has_parent_path() ? path.parent_path() : ".";
+    std::error_code error;
+    std::error_code refused;
+    std::filesystem::directory_iterator entry(folder, error);
+    for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+        const auto writer = writer_of(entry->path().filename(), path.filename());
+        if (writer && !process_runs(*writer) && entry->is_regular_file(refused)) {
+            std::filesystem::remove(entry->path(), refused);
+        }
     }
 }
 
@@ -212,7 +241,7 @@ FileResult SystemFiles::replace(const std::filesystem::path& path, std::string_v
     }
     // The process in the name: two programs that end together do not write into one file.
     std::filesystem::path beside = target;
-    beside += ".new" + std::to_string(process_id());
+    beside += new_mark + std::to_string(process_id());
     FileResult written = write_whole(beside, target, bytes);
     std::error_code error;
     if (written.status != FileStatus::done) {
@@ -223,6 +252,7 @@ FileResult SystemFiles::replace(const std::filesystem::path& path, std::string_v
         std::filesystem::remove(beside, error);
         return failure(refused);
     }
+    remove_leftovers(target);
     flush_folder(target.parent_path());
     return {};
 }

@@ -35,6 +35,8 @@ struct FreeConfig {
 };
 using Config = std::unique_ptr<sp_port_config, FreeConfig>;
 
+/// A new configuration; null where there is no memory for it, which libserialport's functions then
+/// refuse.
 Config new_config() {
     sp_port_config* config = nullptr;
     return Config(sp_new_config(&config) == SP_OK ? config : nullptr);
@@ -139,9 +141,7 @@ int SerialPort::open(const std::string& name) {
 }
 
 int SerialPort::take_for_ourselves() {
-    if (const int error = error_of(sp_get_port_handle(port_.get(), &handle_)); error != 0) {
-        return error;
-    }
+    sp_get_port_handle(port_.get(), &handle_); // an open port has one
     // The lock keeps out who asks for it, the mark who may not override it: neither is enough.
     if (const int error = lock(handle_); error != 0) {
         return error;
@@ -154,9 +154,6 @@ int SerialPort::set_rate(int baud) {
         return error;
     }
     const Config config = new_config();
-    if (config == nullptr) {
-        return ENOMEM;
-    }
     // In one go: a driver that rounds the speed would have it asked for again with each setting.
     sp_set_config_baudrate(config.get(), baud);
     sp_set_config_bits(config.get(), 8);
@@ -169,7 +166,7 @@ int SerialPort::set_rate(int baud) {
 int SerialPort::rate() const {
     const Config config = new_config();
     int baud = 0;
-    if (config == nullptr || sp_get_config(port_.get(), config.get()) != SP_OK ||
+    if (sp_get_config(port_.get(), config.get()) != SP_OK ||
         sp_get_config_baudrate(config.get(), &baud) != SP_OK) {
         return 0;
     }

@@ -373,6 +373,20 @@ TEST_F(SettingsDialogTest, CancelRestoresTheColoursAndStoresNothing) {
     EXPECT_EQ(closed, 1);
 }
 
+TEST_F(SettingsDialogTest, CancelledFromOutsideItClosesWhereItIsOpen) {
+    dialog.cancel();
+    EXPECT_EQ(closed, 0);
+    EXPECT_TRUE(screen.calls.empty());
+    open();
+    controls.chkautoupd.set_checked(true);
+    controls.slrgb[blue].set_value(250);
+    EXPECT_NE(colours, odd_colours);
+    dialog.cancel();
+    EXPECT_EQ(colours, odd_colours);
+    EXPECT_EQ(closed, 1);
+    EXPECT_FALSE(dialog.is_open());
+}
+
 TEST_F(SettingsDialogTest, IsLoadedAfreshEachTimeItOpens) {
     open();
     controls.tabstrip1.select(3);

@@ -12,8 +12,18 @@
 #include "host/system_files.h"
 #include "support/temporary_folder.h"
 #ifdef __linux__
+#include <algorithm>
+#include <cerrno>
 #include <csignal>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #endif
@@ -66,6 +76,50 @@ TEST(InterruptedWrite, AReaderMeanwhileFindsTheOldFileOrTheNewOne) {
 std::string content(const std::filesystem::path& path) {
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// Lets the system answer `answer`, a SECCOMP_RET_... value, to this process's every renaming.
+void answer_renaming(std::uint32_t answer) {
+    std::vector<sock_filter> rules = {
+        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr))};
+    for (const std::uint32_t call : {
+#ifdef SYS_rename
+             std::uint32_t{SYS_rename},
+#endif
+             std::uint32_t{SYS_renameat}, std::uint32_t{SYS_renameat2}}) {
+        rules.push_back(BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, call, 0, 1));
+        rules.push_back(BPF_STMT(BPF_RET | BPF_K, answer));
+    }
+    rules.push_back(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW));
+    sock_fprog program = {.len = static_cast<unsigned short>(rules.size()), .filter = rules.data()};
+    if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0 ||
+        prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) != 0) {
+        _exit(99);
+    }
+}
+
+/// How a child process ended that wrote `bytes` to `path` where every renaming is answered with
+/// `answer`.
+int write_without_renaming(const std::filesystem::path& path, const std::string& bytes,
+                           std::uint32_t answer) {
+    const pid_t child = fork();
+    if (child == 0) {
+        answer_renaming(answer);
+        _exit(static_cast<int>(SystemFiles().replace(path, bytes).status));
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    return status;
+}
+
+/// The names of the files in `folder`, in their order.
+std::vector<std::string> names(const std::filesystem::path& folder) {
+    std::vector<std::string> result;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        result.push_back(entry.path().filename().string());
+    }
+    std::sort(result.begin(), result.end());
+    return result;
 }
 
 /// How a child process ended that wrote `bytes` to `path` on a disk that takes `space` bytes a
@@ -121,6 +175,67 @@ TEST(InterruptedWrite, KilledAtAnyByteTheOldFileStaysWholeAndTheNextWriteSucceed
     EXPECT_EQ(content(path), new_bytes);
     ASSERT_EQ(SystemFiles().replace(path, old_bytes).status, FileStatus::done);
     EXPECT_EQ(content(path), old_bytes);
+}
+
+TEST(InterruptedWrite, KilledBeforeTheRenamingTheOldFileStaysAndTheNextWriteTidiesUp) {
+    const TemporaryFolder folder;
+    const auto path = folder.path() / "file";
+    const std::string old_bytes = settings('1');
+    const std::string new_bytes = settings('2');
+    ASSERT_EQ(SystemFiles().replace(path, old_bytes).status, FileStatus::done);
+    const int status = write_without_renaming(path, new_bytes, SECCOMP_RET_KILL_PROCESS);
+    ASSERT_TRUE(WIFSIGNALED(status));
+    ASSERT_EQ(WTERMSIG(status), SIGSYS);
+    EXPECT_EQ(content(path), old_bytes);
+    // The new content was whole already.
+    ASSERT_EQ(names(folder.path()).size(), 2U);
+    EXPECT_EQ(content(folder.path() / names(folder.path())[1]), new_bytes);
+    EXPECT_EQ(SystemFiles().replace(path, new_bytes).status, FileStatus::done);
+    EXPECT_EQ(content(path), new_bytes);
+    EXPECT_EQ(names(folder.path()), std::vector<std::string>{"file"});
+}
+
+TEST(InterruptedWrite, ARefusedRenamingLeavesTheOldFileAndNothingElse) {
+    const TemporaryFolder folder;
+    const auto path = folder.path() / "file";
+    ASSERT_EQ(SystemFiles().replace(path, "old").status, FileStatus::done);
+    for (const std::uint32_t error : {EACCES, EBUSY, EIO, ENOSPC}) {
+        const int status = write_without_renaming(path, "new", SECCOMP_RET_ERRNO | error);
+        ASSERT_TRUE(WIFEXITED(status)) << error;
+        EXPECT_EQ(WEXITSTATUS(status), static_cast<int>(FileStatus::failed)) << error;
+        EXPECT_EQ(content(path), "old") << error;
+        EXPECT_EQ(names(folder.path()), std::vector<std::string>{"file"}) << error;
+    }
+}
+
+TEST(InterruptedWrite, OnlyWhatAKilledWriteOfThisFileLeftIsRemoved) {
+    const TemporaryFolder folder;
+    const auto path = folder.path() / "file";
+    const pid_t gone = fork();
+    if (gone == 0) {
+        _exit(0);
+    }
+    waitpid(gone, nullptr, 0);
+    const std::string left = ".new" + std::to_string(gone);
+    // A process that runs, another file's, and names that no write gives.
+    const std::vector<std::string> kept = {
+        "file",       "file.new",   "file.new" + std::to_string(getppid()), "file" + left + "a",
+        "file.new 1", "fold" + left};
+    for (const std::string& name : kept) {
+        std::ofstream(folder.path() / name) << "kept";
+    }
+    std::ofstream(folder.path() / ("file" + left)) << "half";
+    ASSERT_EQ(SystemFiles().replace(path, "new").status, FileStatus::done);
+    std::vector<std::string> expected = kept;
+    std::sort(expected.begin(), expected.end());
+    EXPECT_EQ(names(folder.path()), expected);
+    // Also where the file's name is all that is given.
+    std::ofstream(folder.path() / ("file" + left)) << "half";
+    const auto before = std::filesystem::current_path();
+    std::filesystem::current_path(folder.path());
+    EXPECT_EQ(SystemFiles().replace("file", "newer").status, FileStatus::done);
+    std::filesystem::current_path(before);
+    EXPECT_EQ(names(folder.path()), expected);
 }
 
 #endif

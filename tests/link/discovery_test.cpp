@@ -183,6 +183,11 @@ TEST(Discovery, EveryMessageOfAFailureHasTheDiagnosisInItsDetails) {
     EXPECT_EQ(texts.size(), 4U); // a lost connection is told like a missing instrument
 }
 
+TEST(Discovery, ABridgeThatKnowsOfNoTroubleTellsNone) {
+    const LinkRig rig;
+    EXPECT_EQ(rig.bridge.Bridge::trouble(), "");
+}
+
 TEST(LinkSpeed, IsSetTo833000Baud) {
     LinkRig rig;
     rig.open();

@@ -2,6 +2,8 @@
 
 #include <array>
 #include <cerrno>
+#include <csignal>
+#include <cstdlib>
 #include <set>
 #include <sstream>
 #include <thread>
@@ -13,6 +15,7 @@
 
 #include "host/system_clock.h"
 #include "link/device_link.h"
+#include "link/serial_trouble.h"
 #include "support/ports/plain_user.h"
 #include "support/ports/usb_ports.h"
 
@@ -59,11 +62,18 @@ protected:
     /// Expects every operation on the open port to fail, none with a time-out.
     void expect_all_to_fail(Handle handle) {
         std::array<Byte, 8> bytes = {};
-        Dword count = 0;
-        EXPECT_EQ(bridge_.SI_Read(handle, bytes, count), si_failed);
-        EXPECT_EQ(bridge_.SI_Write(handle, bytes, count), si_failed);
+        Dword read = 9;
+        EXPECT_EQ(bridge_.SI_Read(handle, bytes, read), si_failed);
+        EXPECT_EQ(read, 0U);
+        Dword written = 9;
+        EXPECT_EQ(bridge_.SI_Write(handle, bytes, written), si_failed);
+        EXPECT_EQ(written, 0U);
         EXPECT_EQ(bridge_.SI_FlushBuffers(handle, 1, 1), si_failed);
-        EXPECT_EQ(bridge_.SI_CheckRXQueue(handle, count, count), si_failed);
+        Dword waiting = 9;
+        Dword queue_status = 9;
+        EXPECT_EQ(bridge_.SI_CheckRXQueue(handle, waiting, queue_status), si_failed);
+        EXPECT_EQ(waiting, 0U);
+        EXPECT_EQ(queue_status, 0U);
         EXPECT_EQ(bridge_.SI_SetBaudRate(handle, 833000), si_failed);
     }
 
@@ -131,6 +141,7 @@ TEST_F(SerialBridgeTest, SetsTheSpeedEightBitsOneStopAndNoFlowControl) {
     listed(bridge_);
     ASSERT_EQ(bridge_.SI_Open(0, handle_), si_success);
     EXPECT_EQ(bridge_.rate(), 0U);
+    errno = EPERM; // what went wrong before is no failure of this
     EXPECT_EQ(bridge_.SI_SetBaudRate(handle_, 833000), si_success);
     const LineSettings line = line_settings(ports_.far_end(0));
     EXPECT_EQ(line.baud, 833000U);
@@ -235,12 +246,16 @@ TEST_F(SerialBridgeTest, AFlushEmptiesTheReceiveQueue) {
     Dword waiting = 0;
     Dword queue_status = 0;
     receive({1, 2, 3});
+    EXPECT_EQ(bridge_.SI_FlushBuffers(handle_, 0, 0), si_success);
     EXPECT_EQ(bridge_.SI_FlushBuffers(handle_, 1, 0), si_success);
     EXPECT_EQ(bridge_.SI_CheckRXQueue(handle_, waiting, queue_status), si_success);
     EXPECT_EQ(waiting, 3U);
-    EXPECT_EQ(bridge_.SI_FlushBuffers(handle_, 1, 1), si_success);
-    EXPECT_EQ(bridge_.SI_CheckRXQueue(handle_, waiting, queue_status), si_success);
-    EXPECT_EQ(waiting, 0U);
+    for (const Byte transmit : {Byte{1}, Byte{0}}) {
+        EXPECT_EQ(bridge_.SI_FlushBuffers(handle_, transmit, 1), si_success);
+        EXPECT_EQ(bridge_.SI_CheckRXQueue(handle_, waiting, queue_status), si_success);
+        EXPECT_EQ(waiting, 0U);
+        receive({4, 5});
+    }
 }
 
 TEST_F(SerialBridgeTest, ASecondOpenerIsRefusedUntilTheFirstCloses) {
@@ -323,6 +338,57 @@ TEST_F(SerialBridgeTest, AReadThatWaitsEndsWhenThePortIsUnplugged) {
     Dword count = 0;
     EXPECT_EQ(bridge_.SI_Read(handle_, bytes, count), si_failed);
     EXPECT_LT(clock_.now() - began, milliseconds(5000));
+}
+
+TEST_F(SerialBridgeTest, AWriteThatWaitsEndsWhenThePortIsUnplugged) {
+    open();
+    ASSERT_EQ(bridge_.SI_SetTimeouts(20000, 20000), si_success);
+    const auto began = clock_.now();
+    std::jthread later([this] {
+        clock_.sleep(milliseconds(50));
+        ports_.unplug(0);
+    });
+    const std::vector<Byte> flood(1000000, 7);
+    Dword written = 0;
+    EXPECT_EQ(bridge_.SI_Write(handle_, flood, written), si_failed);
+    EXPECT_LT(clock_.now() - began, milliseconds(5000));
+    EXPECT_EQ(bridge_.trouble(),
+              "The port /dev/ttyUSB0 does not work any more. Check the instrument's USB cable.");
+}
+
+TEST_F(SerialBridgeTest, AReadThatASignalInterruptsGoesOn) {
+    open();
+    ASSERT_EQ(bridge_.SI_SetTimeouts(10000, 10000), si_success);
+    const auto before = std::signal(SIGUSR1, [](int /*signal*/) {});
+    std::jthread later([this, reader = pthread_self()] {
+        for (int times = 0; times < 5; ++times) {
+            clock_.sleep(milliseconds(10));
+            pthread_kill(reader, SIGUSR1);
+        }
+        EXPECT_EQ(write(ports_.far_end(0), "abcd", 4), 4);
+    });
+    std::array<Byte, 4> bytes = {};
+    Dword count = 0;
+    EXPECT_EQ(bridge_.SI_Read(handle_, bytes, count), si_success);
+    EXPECT_EQ(bytes, (std::array<Byte, 4>{'a', 'b', 'c', 'd'}));
+    later.join();
+    std::signal(SIGUSR1, before);
+}
+
+TEST_F(SerialBridgeTest, APortThatHasGoneHasNoSpeed) {
+    open();
+    EXPECT_EQ(bridge_.SI_Close(handle_), si_success);
+    SerialPort port(clock_);
+    ASSERT_EQ(port.open("/dev/ttyUSB0"), 0);
+    ASSERT_EQ(port.set_rate(833000), 0);
+    EXPECT_EQ(port.rate(), 833000);
+    ports_.unplug(0);
+    EXPECT_EQ(port.rate(), 0);
+}
+
+TEST(SerialTrouble, ThePortsGroupIsGuessedWhereThePortHasGone) {
+    const std::string trouble = serial_trouble("/dev/no port", EACCES);
+    EXPECT_NE(trouble.find("\nsudo usermod -aG dialout $USER\n"), std::string::npos) << trouble;
 }
 
 TEST_F(SerialBridgeTest, NothingWorksOnAHandleThatIsNotOpen) {
