@@ -43,8 +43,8 @@ void Scope::act(const std::function<void()>& action) {
     } catch (const ProgramEnded&) {
         // Unwound to here on purpose: the program has ended and the window asks ended().
         parts_->program.ended = true;
+        // Shut-down has done both already; an end from deep inside has saved at most.
         parts_->link.close();
-        // Every other end has saved already. Nothing more is asked then.
         parts_->program.keep_settings();
     }
 }

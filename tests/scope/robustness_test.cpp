@@ -75,6 +75,18 @@ TEST(Robustness, PullingTheCableWhileSweepingEndsTheProgramWithItsMessage) {
     EXPECT_EQ(program.log.operations.size(), operations);
 }
 
+TEST(Robustness, AFrameThatCannotBeWrittenLeavesNoDeviceOpen) {
+    Program program;
+    ASSERT_TRUE(program.scope.start());
+    program.ticks(4);
+    program.simulation.bench().faults.operations[Operation::write] = {};
+    program.ticks(1);
+    EXPECT_TRUE(program.scope.ended());
+    EXPECT_EQ(program.boxes.texts(), Texts{not_found_text});
+    EXPECT_EQ(program.log.operations.back().operation, Operation::close);
+    EXPECT_EQ(program.log.operations.back().status, si_success);
+}
+
 TEST(Robustness, PullingTheCableInAPointPassDrawsNothingMore) {
     Program program;
     ASSERT_TRUE(program.scope.start());
