@@ -1,6 +1,7 @@
 #include "config/settings_file.h"
 
 #include <algorithm>
+#include <array>
 #include <optional>
 #include <string>
 #include <utility>
@@ -13,6 +14,7 @@ namespace {
 
 constexpr const char* file_name = "ConfigsLM4RX.TXT";
 constexpr const char* file_kinds = "Text files (*.TXT)|*.TXT|All Files (*.*)|*.*";
+constexpr std::string_view annotation_key = "chkmeasanno";
 constexpr char separator = '\t';
 constexpr std::string_view line_end = "\r\n";
 /// Lines with a key that are taken from one file; no file of the program comes near. Each may be a
@@ -112,10 +114,15 @@ SettingsFile::Reading SettingsFile::loadconfigfile(const std::filesystem::path& 
 
 bool SettingsFile::take_lines(std::string_view lines, const std::filesystem::path& path) {
     int settings = 0;
+    bool annotated = false;
     for (int number = 1; !lines.empty(); ++number) {
         const auto fields = fields_of(take_line(lines));
         settings += fields && row_of_key_.contains(fields->key) ? 1 : 0;
-        if (!fields || settings > most_settings || !setConfigVal(fields->key, fields->value)) {
+        const bool first_annotation = fields && !annotated && fields->key == annotation_key;
+        annotated |= first_annotation;
+        if (!fields || settings > most_settings ||
+            !(first_annotation ? take_first_annotation(fields->value)
+                               : setConfigVal(fields->key, fields->value))) {
             tell_line(number, text_of_path(path) +
                                   ": the lines before it have been taken over, it and those after "
                                   "it have not.");
@@ -123,6 +130,22 @@ bool SettingsFile::take_lines(std::string_view lines, const std::filesystem::pat
         }
     }
     return true;
+}
+
+bool SettingsFile::take_first_annotation(std::string_view value) {
+    auto& slots = kept_.panel.measurement;
+    std::array<bool, 3> before = {};
+    for (std::size_t slot = 0; slot < slots.size(); ++slot) {
+        before.at(slot) = slots[slot].annotate.checked();
+        slots[slot].annotate.put_checked(false);
+    }
+    if (setConfigVal(annotation_key, value)) {
+        return true;
+    }
+    for (std::size_t slot = 0; slot < slots.size(); ++slot) {
+        slots[slot].annotate.put_checked(before.at(slot));
+    }
+    return false;
 }
 
 void SettingsFile::tell_line(int line, const std::string& help) {

@@ -85,6 +85,8 @@ private:
     [[nodiscard]] std::string text() const;
     void tell_failure(const Outcome& outcome);
     bool take_lines(std::string_view lines, const std::filesystem::path& path);
+    /// The first annotation that a file marks takes the place of what was marked before it.
+    bool take_first_annotation(std::string_view value);
     void tell_line(int line, const std::string& help);
 
     KeptSettings kept_;

@@ -75,6 +75,22 @@ TEST(ReadHandlers, TwoAnnotationLinesLeaveTwoBoxesChecked) {
     EXPECT_FALSE(rig.panel.measurement[0].annotate.checked());
 }
 
+TEST(ReadHandlers, AnAnnotationLineTakesThePlaceOfWhatWasMarkedBefore) {
+    SettingsRig rig;
+    rig.panel.measurement[1].annotate.put_checked(true);
+    rig.load("chkmeasanno\t 0 \r\n");
+    EXPECT_TRUE(rig.panel.measurement[0].annotate.checked());
+    EXPECT_FALSE(rig.panel.measurement[1].annotate.checked());
+    rig.load("chkmeasanno\t 1 \r\nchkmeasanno\t 2 \r\n");
+    EXPECT_FALSE(rig.panel.measurement[0].annotate.checked());
+    EXPECT_TRUE(rig.panel.measurement[1].annotate.checked());
+    EXPECT_TRUE(rig.panel.measurement[2].annotate.checked());
+    rig.load("chkmeasanno\t 3 \r\n");
+    EXPECT_FALSE(rig.panel.measurement[0].annotate.checked());
+    EXPECT_TRUE(rig.panel.measurement[1].annotate.checked());
+    EXPECT_TRUE(rig.panel.measurement[2].annotate.checked());
+}
+
 TEST(ReadHandlers, WithoutAnAnnotationLineTheBoxesStayAsTheyAre) {
     SettingsRig rig;
     rig.load("eyeon\t1\r\n");
