@@ -1,0 +1,68 @@
+#include "endurance/allocated_bytes.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <new>
+
+namespace {
+
+/// Every block begins with its size, in as many bytes as keep what follows aligned for anything.
+constexpr std::size_t header = alignof(std::max_align_t) > sizeof(std::size_t)
+                                   ? alignof(std::max_align_t)
+                                   : sizeof(std::size_t);
+
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): of the process
+std::size_t allocated = 0;
+
+// NOLINTBEGIN(cppcoreguidelines-no-malloc,cppcoreguidelines-pro-bounds-pointer-arithmetic): these
+// are what everything else allocates with
+void* take(std::size_t size) {
+    auto* const block = static_cast<std::byte*>(std::malloc(size + header));
+    if (block == nullptr) {
+        return nullptr;
+    }
+    std::memcpy(block, &size, sizeof size);
+    allocated += size;
+    return block + header;
+}
+
+void give_back(void* memory) {
+    if (memory == nullptr) {
+        return;
+    }
+    auto* const block = static_cast<std::byte*>(memory) - header;
+    std::size_t size = 0;
+    std::memcpy(&size, block, sizeof size);
+    allocated -= size;
+    std::free(block);
+}
+// NOLINTEND(cppcoreguidelines-no-malloc,cppcoreguidelines-pro-bounds-pointer-arithmetic)
+
+} // namespace
+
+void* operator new(std::size_t size) {
+    if (void* const memory = take(size); memory != nullptr) {
+        return memory;
+    }
+    throw std::bad_alloc();
+}
+void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+    return take(size);
+}
+void operator delete(void* memory) noexcept {
+    give_back(memory);
+}
+void operator delete(void* memory, std::size_t /*size*/) noexcept {
+    give_back(memory);
+}
+void operator delete(void* memory, const std::nothrow_t& /*tag*/) noexcept {
+    give_back(memory);
+}
+
+namespace kv408 {
+
+std::size_t allocated_bytes() {
+    return allocated;
+}
+
+} // namespace kv408

@@ -1,0 +1,338 @@
+#include "endurance/soak.h"
+
+#include <algorithm>
+#include <array>
+#include <iostream>
+
+#include "endurance/allocated_bytes.h"
+#include "scope/panel_agreement.h"
+#include "scope/set_up_agreement.h"
+#include "scope/settings_shown.h"
+
+namespace kv408 {
+namespace {
+
+using std::chrono::duration_cast;
+using std::chrono::milliseconds;
+using std::chrono::nanoseconds;
+using std::chrono::seconds;
+
+/// What memory may grow by after the first mark.
+constexpr std::size_t most_growth = 1U << 20U;
+
+/// How long after a fault the program may still tell of it.
+constexpr seconds aftermath{30};
+
+/// What is told only when the link fails.
+constexpr std::array link_failures = {
+    "Comm timed out",      "CommError",          "Error Sending Data.", "error set triger",
+    "Error setting scope", "Error Vold/div set", "No connection",       "WKTP2B",
+    "error seting"};
+
+std::string time_text(nanoseconds time) {
+    const auto whole = duration_cast<seconds>(time).count();
+    std::string text = std::to_string(whole / 3600);
+    text.append("h ").append(std::to_string(whole / 60 % 60)).append("min ");
+    return text.append(std::to_string(whole % 60)).append("s");
+}
+
+} // namespace
+
+Soak::Soak(const SoakOptions& options)
+    : options_(options), chance_(options.seed), simulation_(clock_, {}, options.seed),
+      interval_(std::min<nanoseconds>(std::chrono::hours(1), options.length / 10)),
+      next_mark_(interval_) {
+    weather_.longest_wait =
+        static_cast<int>(std::min<std::int64_t>(interval_ / milliseconds(100), 6000));
+    boxes_.on_show = [this](const std::string& text) { hear(text); };
+    boxes_.on_tick = [this] {
+        if (scope_) {
+            ticks(1);
+        }
+    };
+    messages_.on_message = [this] {
+        if (user_ && !within_message_) {
+            within_message_ = true;
+            done_.add(std::string("within: ") + user_->do_anything());
+            within_message_ = false;
+        }
+    };
+}
+
+bool Soak::run() {
+    begin();
+    while (!failed_ && clock_.now() < options_.length &&
+           (!options_.until_step || step_ < *options_.until_step)) {
+        step();
+        pass_mark();
+    }
+    if (options_.until_step) {
+        tell_where();
+        tell_state();
+    } else if (!failed_) {
+        end_on_request();
+        begin_again();
+    }
+    std::cout << (failed_ ? "FAILED" : "passed") << " after " << time_text(clock_.now()) << ": "
+              << step_ << " steps, " << tick_count_ << " ticks, " << starts_ << " starts, "
+              << boxes_.count << " messages, " << files_.pictures << " snapshots, " << agreements_
+              << " comparisons of instrument and panel\n";
+    return !failed_;
+}
+
+void Soak::ticks(int count) {
+    for (; count > 0 && !scope_->ended(); --count) {
+        constexpr nanoseconds interval = milliseconds(100);
+        clock_.advance(interval - clock_.now() % interval);
+        ++tick_count_;
+        scope_->tick();
+    }
+}
+
+void Soak::step() {
+    ++step_;
+    note_faults();
+    done_.add(user_->do_anything());
+    note_faults();
+    const bool in_trouble = clock_.now() - last_fault_ < aftermath;
+    if (scope_->ended()) {
+        if (!in_trouble) {
+            fail("the program has ended by itself");
+            return;
+        }
+        begin_again();
+        return;
+    }
+    if (chance_.in(30)) {
+        heal();
+    }
+    if (chance_.in(4)) {
+        settle();
+        check_set_up();
+    }
+    if (power_lost_ ? chance_.in(10) : weather_.stormy && chance_.number(1, 400) == 1) {
+        settle();
+        end_on_request();
+        begin_again();
+    }
+}
+
+void Soak::note_faults() {
+    const simulator::Faults& faults = simulation_.bench().faults;
+    const bool any = faults.unplugged || faults.no_power ||
+                     faults.acknowledge != simulator::AcknowledgeFault::none ||
+                     faults.lose_every > 0 || faults.flipped_bits != 0 || faults.block_bytes ||
+                     !faults.extra_bytes.empty() || faults.no_trigger || !faults.operations.empty();
+    const auto& planned = simulation_.bench().planned_faults;
+    if (any || planned) {
+        last_fault_ = clock_.now();
+    }
+    power_lost_ |= faults.no_power || (planned && planned->faults.no_power);
+}
+
+void Soak::heal() {
+    note_faults();
+    simulation_.bench().faults = {};
+    simulation_.bench().planned_faults.reset();
+}
+
+void Soak::hear(const std::string& text) {
+    told_.add(text);
+    note_faults();
+    const bool of_the_link =
+        std::any_of(link_failures.begin(), link_failures.end(),
+                    [&text](const char* part) { return text.find(part) != std::string::npos; });
+    if (of_the_link && clock_.now() - last_fault_ > aftermath) {
+        fail("told without a fault: " + text);
+    }
+}
+
+void Soak::pass_mark() {
+    if (failed_ || clock_.now() < next_mark_) {
+        return;
+    }
+    while (next_mark_ <= clock_.now()) {
+        next_mark_ += interval_;
+    }
+    check_memory(time_text(clock_.now()));
+    change_weather();
+}
+
+void Soak::change_weather() {
+    constexpr int hours_of_a_day = 6;
+    const bool stormy = clock_.now() / interval_ % hours_of_a_day == 0;
+    if (weather_.stormy && !stormy) {
+        heal();
+    }
+    weather_.stormy = stormy;
+}
+
+void Soak::check_memory(const std::string& when) {
+    const std::size_t bytes = allocated_bytes();
+    if (!first_bytes_) {
+        first_bytes_ = bytes;
+    }
+    std::cout << when << ": " << bytes << " bytes allocated, "
+              << static_cast<std::int64_t>(bytes) - static_cast<std::int64_t>(*first_bytes_)
+              << " more than at first; " << step_ << " steps, " << starts_ << " starts, "
+              << boxes_.count << " messages" << std::endl;
+    if (bytes > *first_bytes_ + most_growth) {
+        fail("memory has grown");
+    }
+}
+
+void Soak::settle() {
+    heal();
+    const auto on_message = std::exchange(messages_.on_message, nullptr);
+    scope_->act([this] { scope_->panel().cmdstartsweep.click(); });
+    // Two failed set-ups at most, and what a channel's block and a pass take.
+    ticks(20);
+    messages_.on_message = on_message;
+}
+
+void Soak::check_set_up() {
+    // An instrument that was switched off has forgotten its gain ranges, which are sent only when
+    // they change.
+    if (failed_ || scope_->ended() || power_lost_) {
+        return;
+    }
+    ++agreements_;
+    const FrontPanel& panel = scope_->panel();
+    const bool swept = panel.textstatus.text() == "Running" &&
+                       (panel.channel[0].enable.checked() || panel.channel[1].enable.checked());
+    std::string all;
+    for (const auto& texts : {set_up_differences(scope_->parts(), simulation_.settings()),
+                              panel_differences(scope_->parts(), {.swept = swept})}) {
+        for (const std::string& text : texts) {
+            all.append("\n  ").append(text);
+        }
+    }
+    if (!all.empty()) {
+        fail("instrument, panel and program do not agree:" + all);
+    }
+}
+
+void Soak::begin() {
+    for (int attempt = 1; !start(); ++attempt) {
+        if (attempt > 2 || chance_.in(50)) {
+            heal();
+        }
+    }
+}
+
+void Soak::close_device() {
+    simulator::Bench& bench = simulation_.bench();
+    const simulator::Faults faults = std::exchange(bench.faults, {.unplugged = true});
+    const auto planned = std::exchange(bench.planned_faults, std::nullopt);
+    Dword count = 0;
+    simulation_.bridge().SI_GetNumDevices(count);
+    bench.faults = faults;
+    bench.planned_faults = planned;
+}
+
+bool Soak::start() {
+    user_.reset();
+    scope_.reset();
+    close_device();
+    ++starts_;
+    scope_ = std::make_unique<Scope>(Machine{clock_, boxes_, messages_, simulation_.bridge(),
+                                             files_, choosers_, fake_places(), coder_});
+    note_faults();
+    const bool started = scope_->start();
+    note_faults();
+    if (!started && clock_.now() - last_fault_ > aftermath) {
+        fail("the program does not start");
+        return true;
+    }
+    if (started) {
+        power_lost_ = simulation_.bench().faults.no_power;
+        user_ = std::make_unique<SoakUser>(*scope_, simulation_, chance_, weather_, ticks_);
+    }
+    return started;
+}
+
+void Soak::end_on_request() {
+    if (chance_.in(50)) {
+        scope_->close();
+    } else {
+        scope_->act([this] { scope_->panel().menuexit.click(); });
+    }
+    if (!scope_->ended()) {
+        fail("the program does not end");
+    }
+}
+
+void Soak::begin_again() {
+    const std::string saved = saved_settings();
+    const auto shown = settings_shown(scope_->parts());
+    const bool clean = clock_.now() - last_fault_ > aftermath;
+    done_.add("the program ends");
+    if (chance_.in(70)) {
+        heal();
+    }
+    begin();
+    if (failed_) {
+        return;
+    }
+    check_settings(saved);
+    if (!clean || clock_.now() - last_fault_ <= aftermath) {
+        return;
+    }
+    const auto now = settings_shown(scope_->parts());
+    for (std::size_t index = 0; index < shown.size(); ++index) {
+        if (now.at(index) != shown.at(index)) {
+            fail("setting " + std::to_string(index) + " was \"" + shown.at(index) +
+                 "\" and comes back as \"" + now.at(index) + "\"");
+        }
+    }
+}
+
+void Soak::check_settings(const std::string& before) {
+    choosers_.next = "/compared.TXT";
+    scope_->act([this] { scope_->panel().saveconfig.click(); });
+    const std::string& after = files_.files["/compared.TXT"];
+    if (after != before) {
+        fail("the settings do not come back. Saved:\n" + before + "Back:\n" + after);
+    }
+}
+
+std::string Soak::saved_settings() const {
+    const auto found = files_.files.find(settings_path);
+    return found == files_.files.end() ? std::string() : found->second;
+}
+
+void Soak::fail(const std::string& what) {
+    if (failed_) {
+        return;
+    }
+    failed_ = true;
+    std::cout << what << '\n';
+    tell_where();
+    std::cout << "Once more up to here: soak --minutes "
+              << duration_cast<std::chrono::minutes>(options_.length).count() << " --seed "
+              << options_.seed << " --until-step " << step_ << '\n';
+}
+
+void Soak::tell_where() const {
+    std::cout << "Seed " << options_.seed << ", step " << step_ << ", " << time_text(clock_.now())
+              << ". Done last:\n";
+    for (const std::string& text : done_.texts()) {
+        std::cout << "  " << text << '\n';
+    }
+    std::cout << "Told last:\n";
+    for (const std::string& text : told_.texts()) {
+        std::cout << "  " << text << '\n';
+    }
+}
+
+void Soak::tell_state() const {
+    std::cout << "State word " << scope_->parts().acquisition.scopestate << ", settings:\n";
+    for (const std::string& text : settings_shown(scope_->parts())) {
+        std::cout << "  " << text << '\n';
+    }
+    for (const std::string& text : set_up_differences(scope_->parts(), simulation_.settings())) {
+        std::cout << "  not yet uploaded: " << text << '\n';
+    }
+}
+
+} // namespace kv408
