@@ -254,7 +254,7 @@ private:
         // Rows a code; the zero line lies at the nearest whole code.
         const double rows = 512.0 / volts.divisor * (controls.inviatr.checked() ? 2.0 : 1.0);
         const int below = 256 - parts_.channels.at(index).pos;
-        const double zero = nearest(below / rows) * rows;
+        const double zero = (2048 - nearest(2048 - below / rows)) * rows;
         const auto& [first, second] = parts_.cursor_state.vpos;
         differences_.compare("centerfr", panel_.centerfr.caption(),
                              "Delta Cursor : " + three_digits(std::abs(second - first) * a_row) +
