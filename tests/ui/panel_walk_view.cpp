@@ -1,5 +1,6 @@
 #include "panel_walk_view.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
@@ -259,18 +260,22 @@ void compare_cursor_lines(const Surface& picture, const Parts& parts, QStringLis
         }
         return;
     }
-    for (int cursor = 0; cursor < 2; ++cursor) {
+    // Lines of annotations and of the other cursor may lie over them.
+    const bool alone =
+        cursors.vpos[0] != cursors.vpos[1] && cursors.hpos[0] != cursors.hpos[1] &&
+        !parts.acquisition.holdoff &&
+        std::none_of(parts.panel.measurement.begin(), parts.panel.measurement.end(),
+                     [](const MeasurementControls& slot) { return slot.annotate.checked(); });
+    for (int cursor = 0; alone && cursor < 2; ++cursor) {
         const auto place = static_cast<std::size_t>(cursor);
         const bool voltage = mode <= 2;
         const QRect line = voltage ? QRect(0, cursors.vpos.at(place), plot::width, 1)
                                    : QRect(cursors.hpos.at(place), 0, 1, plot::height);
         const bool solid = mode == (voltage ? 1 : 3) + cursor;
-        // Annotations lie over them, and lines of both cursors over each other.
-        const std::ptrdiff_t least = (voltage ? plot::width : plot::height) * (solid ? 8 : 3) / 10;
-        if (cursors.vpos[0] != cursors.vpos[1] && cursors.hpos[0] != cursors.hpos[1] &&
-            !parts.acquisition.holdoff && pixels(picture, colour, line) < least) {
-            differences.append(u"the line of cursor %1 has %2 pixels"_s.arg(cursor + 1)
-                                   .arg(pixels(picture, colour, line)));
+        const auto count = pixels(picture, colour, line);
+        const int length = voltage ? plot::width : plot::height;
+        if (solid ? count < length : (count < length * 3 / 10 || count > length * 7 / 10)) {
+            differences.append(u"the line of cursor %1 has %2 pixels"_s.arg(cursor + 1).arg(count));
         }
     }
 }
@@ -320,9 +325,11 @@ QStringList picture_differences(const Surface& picture, const Parts& parts) {
     }
     for (std::size_t index = 0; index < 2; ++index) {
         const bool on = panel.channel.at(index).enable.checked();
+        // CH1 may cover CH2, where both leave the plot on the same side.
+        const bool on_top = on && (index == 0 || !panel.channel[0].enable.checked());
         const auto count =
             pixels(picture, index == 0 ? parts.colours.ch1 : parts.colours.ch2, whole_plot);
-        if ((on && running) ? count < 50 : (!on && count > 0)) {
+        if ((on_top && running && count < 50) || (!on && count > 0)) {
             differences.append(u"CH%1 has %2 pixels"_s.arg(index + 1).arg(count));
         }
     }
