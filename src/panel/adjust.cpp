@@ -262,10 +262,12 @@ void Adjust::psofset_Leave(int channel) {
     const auto index = static_cast<std::size_t>(channel);
     TextBox& box = panel_.channel[index].psofset;
     const std::int32_t delay = typed_delay(box);
-    if (delay != taken_delay_[index]) {
+    // What stood there before it was left may have been uploaded with something else.
+    if (delay != taken_delay_[index] || delay != quantities_.acquisition.offset[index]) {
         take_typed_delay(channel);
     } else if (box.text() != std::to_string(delay)) {
         box.set_text(std::to_string(delay));
+        show_delay_label(channel);
     }
 }
 

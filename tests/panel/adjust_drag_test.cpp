@@ -137,6 +137,20 @@ TEST(TypedDelay, LeftAsItWasMarksNothing) {
     EXPECT_EQ(rig.acquisition.scopestate, "scopech1f");
 }
 
+TEST(TypedDelay, OfTheSameValueCorrectsItsLabel) {
+    DragRig rig;
+    TextBox& box = rig.panel.channel[0].psofset;
+    box.set_text("65535");
+    box.leave();
+    rig.acquisition.offset[0] = 65535;
+    box.set_text("610375535");
+    PanelRig::choose(rig.panel.seltimediv, "10ns/div");
+    ASSERT_EQ(rig.panel.channel[0].hor_delay.caption(), "Delay:  610375535ps");
+    box.leave();
+    EXPECT_EQ(box.text(), "65535");
+    EXPECT_EQ(rig.panel.channel[0].hor_delay.caption(), "Delay:  65535ps");
+}
+
 TEST(TypedDelay, IsTakenWhereNoTabTurnsDelays) {
     DragRig rig;
     PanelRig::choose(rig.panel.seltimediv, "500ns/div");

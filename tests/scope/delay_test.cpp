@@ -209,5 +209,21 @@ TEST_F(Delay, SurvivesATripToPointMode) {
     expect_settled();
 }
 
+TEST_F(Delay, UploadedWhileItWasBeingTypedIsUploadedAgainWhenTheBoxIsLeft) {
+    TextBox& box = channel(ch1).psofset;
+    scope.act([&] { box.set_text("9000"); });
+    scope.act([&] { box.enter(); });
+    ticks(5);
+    scope.act([&] { box.set_text("900000"); });
+    choose(panel.trigeredge, "Negative");
+    ticks(5);
+    ASSERT_EQ(simulation.settings().offset_ps[0], 900000);
+    scope.act([&] { box.set_text("9000"); });
+    scope.act([&] { box.leave(); });
+    ticks(5);
+    EXPECT_EQ(simulation.settings().offset_ps[0], 9000);
+    EXPECT_EQ(channel(ch1).hor_delay.caption(), "Delay:  9000ps");
+}
+
 } // namespace
 } // namespace kv408
