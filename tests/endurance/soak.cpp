@@ -110,7 +110,7 @@ void Soak::step() {
         settle();
         check_set_up();
     }
-    if (power_lost_ ? chance_.in(10) : weather_.stormy && chance_.number(1, 400) == 1) {
+    if (power_lost_ ? chance_.in(10) : weather_.stormy && chance_.number(1, 60) == 1) {
         settle();
         end_on_request();
         begin_again();
@@ -184,7 +184,11 @@ void Soak::check_memory(const std::string& when) {
 void Soak::settle() {
     heal();
     const auto on_message = std::exchange(messages_.on_message, nullptr);
-    scope_->act([this] { scope_->panel().cmdstartsweep.click(); });
+    // A start uploads everything; what is being swept must have been uploaded without it.
+    const AcquisitionState& acquisition = scope_->parts().acquisition;
+    if (!acquisition.acqrunning || acquisition.scopestate == "calibrationint") {
+        scope_->act([this] { scope_->panel().cmdstartsweep.click(); });
+    }
     // Two failed set-ups at most, and what a channel's block and a pass take.
     ticks(20);
     messages_.on_message = on_message;

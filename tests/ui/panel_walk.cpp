@@ -88,8 +88,11 @@ void PanelWalk::settle() {
     bring_to_front(window);
     // What is still being typed is entered by leaving the box.
     window.setFocus(Qt::OtherFocusReason);
-    auto* const start = window.findChild<QWidget*>(u"cmdstartsweep"_s);
-    QTest::mouseClick(start, Qt::LeftButton);
+    // A start uploads everything; what is being swept must have been uploaded without it.
+    const AcquisitionState& acquisition = program_.scope().parts().acquisition;
+    if (!acquisition.acqrunning || acquisition.scopestate == "calibrationint") {
+        QTest::mouseClick(window.findChild<QWidget*>(u"cmdstartsweep"_s), Qt::LeftButton);
+    }
     ticks(8);
 }
 
