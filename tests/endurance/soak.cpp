@@ -110,7 +110,7 @@ void Soak::step() {
         settle();
         check_set_up();
     }
-    if (power_lost_ ? chance_.in(10) : weather_.stormy && chance_.number(1, 60) == 1) {
+    if (weather_.stormy && chance_.number(1, 60) == 1) {
         settle();
         end_on_request();
         begin_again();
@@ -123,11 +123,10 @@ void Soak::note_faults() {
                      faults.acknowledge != simulator::AcknowledgeFault::none ||
                      faults.lose_every > 0 || faults.flipped_bits != 0 || faults.block_bytes ||
                      !faults.extra_bytes.empty() || faults.no_trigger || !faults.operations.empty();
-    const auto& planned = simulation_.bench().planned_faults;
-    if (any || planned) {
+    if (any || simulation_.bench().planned_faults) {
         last_fault_ = clock_.now();
     }
-    power_lost_ |= faults.no_power || (planned && planned->faults.no_power);
+    power_lost_ |= faults.no_power;
 }
 
 void Soak::heal() {
@@ -186,7 +185,7 @@ void Soak::settle() {
     const auto on_message = std::exchange(messages_.on_message, nullptr);
     // A start uploads everything; what is being swept must have been uploaded without it.
     const AcquisitionState& acquisition = scope_->parts().acquisition;
-    if (!acquisition.acqrunning || acquisition.scopestate == "calibrationint") {
+    if (!acquisition.acqrunning || acquisition.scopestate == "calibrationint" || power_lost_) {
         scope_->act([this] { scope_->panel().cmdstartsweep.click(); });
     }
     // Two failed set-ups at most, and what a channel's block and a pass take.
@@ -195,11 +194,10 @@ void Soak::settle() {
 }
 
 void Soak::check_set_up() {
-    // An instrument that was switched off has forgotten its gain ranges, which are sent only when
-    // they change.
-    if (failed_ || scope_->ended() || power_lost_) {
+    if (failed_ || scope_->ended()) {
         return;
     }
+    power_lost_ = false;
     ++agreements_;
     const FrontPanel& panel = scope_->panel();
     const bool swept = panel.textstatus.text() == "Running" &&
@@ -249,7 +247,6 @@ bool Soak::start() {
         return true;
     }
     if (started) {
-        power_lost_ = simulation_.bench().faults.no_power;
         user_ = std::make_unique<SoakUser>(*scope_, simulation_, chance_, weather_, ticks_);
     }
     return started;
@@ -271,6 +268,8 @@ void Soak::begin_again() {
     const auto shown = settings_shown(scope_->parts());
     const bool clean = clock_.now() - last_fault_ > aftermath;
     done_.add("the program ends");
+    // Nobody starts it before a reply that is under way has come to its end.
+    clock_.advance(seconds(2));
     if (chance_.in(70)) {
         heal();
     }

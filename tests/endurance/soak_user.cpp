@@ -42,12 +42,9 @@ TestConnection connection_for(const Guide& guide) {
 
 simulator::Faults any_faults(Chance& chance, bool stormy) {
     simulator::Faults faults;
-    switch (chance.number(stormy ? 0 : 3, 9)) {
-    case 0:
-        faults.unplugged = true;
-        break;
+    switch (chance.number(stormy ? 1 : 3, 9)) {
     case 1:
-        faults.no_power = true;
+        faults.unplugged = true;
         break;
     case 2:
         faults.operations[static_cast<simulator::Operation>(chance.number(0, 9))] = {
@@ -320,6 +317,14 @@ const char* SoakUser::to_the_cables() {
 
 const char* SoakUser::to_the_instrument() {
     simulator::Bench& bench = simulation_.bench();
+    if (chance_.in(10)) {
+        // In the middle of sweeping: that nobody misses is never noticed.
+        press(panel_.cmdstartsweep);
+        ticks_(10);
+        bench.faults = {.no_power = true};
+        ticks_(chance_.number(20, 60));
+        return "power off";
+    }
     if (bench.faults.operations.empty() && chance_.in(40)) {
         bench.planned_faults = {.after_operations = chance_.number(0, 300),
                                 .lasting_operations = chance_.number(1, 300),

@@ -55,8 +55,7 @@ private:
     RandomUser user_;
 };
 
-/// A fault of some kind; in a storm also one that ends the program or that the instrument forgets
-/// its settings by.
+/// A fault of some kind but the loss of power; in a storm also one that ends the program.
 [[nodiscard]] simulator::Faults any_faults(Chance& chance, bool stormy);
 
 } // namespace kv408

@@ -320,8 +320,8 @@ QStringList picture_differences(const Surface& picture, const Parts& parts) {
         return differences; // of colours that may be each other's nothing can be told
     }
     const FrontPanel& panel = parts.panel;
-    const bool running = panel.textstatus.text() == "Running";
-    if (!panel.channel[0].enable.checked() && !panel.channel[1].enable.checked()) {
+    if (panel.textstatus.text() != "Running" ||
+        (!panel.channel[0].enable.checked() && !panel.channel[1].enable.checked())) {
         return differences; // no sweep brings a new picture
     }
     for (std::size_t index = 0; index < 2; ++index) {
@@ -330,7 +330,7 @@ QStringList picture_differences(const Surface& picture, const Parts& parts) {
         const bool on_top = on && (index == 0 || !panel.channel[0].enable.checked());
         const auto count =
             pixels(picture, index == 0 ? parts.colours.ch1 : parts.colours.ch2, whole_plot);
-        if ((on_top && running && count < 50) || (!on && count > 0)) {
+        if ((on_top && count < 50) || (!on && count > 0)) {
             differences.append(u"CH%1 has %2 pixels"_s.arg(index + 1).arg(count));
         }
     }
