@@ -318,11 +318,15 @@ const char* SoakUser::to_the_cables() {
 const char* SoakUser::to_the_instrument() {
     simulator::Bench& bench = simulation_.bench();
     if (chance_.in(10)) {
-        // In the middle of sweeping: that nobody misses is never noticed.
+        // In the middle of sweeping: only there the program notices and sends the ranges again.
+        bench.faults = {};
+        bench.planned_faults.reset();
         press(panel_.cmdstartsweep);
-        ticks_(10);
-        bench.faults = {.no_power = true};
-        ticks_(chance_.number(20, 60));
+        ticks_(20);
+        if (panel_.textstatus.text() == "Running" && panel_.channel[0].enable.checked()) {
+            bench.faults.no_power = true;
+            ticks_(chance_.number(20, 60));
+        }
         return "power off";
     }
     if (bench.faults.operations.empty() && chance_.in(40)) {

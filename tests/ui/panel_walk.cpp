@@ -79,8 +79,8 @@ void PanelWalk::ticks(int count) {
         constexpr std::chrono::nanoseconds interval = std::chrono::milliseconds(100);
         clock_.advance(interval - clock_.now() % interval);
         QMetaObject::invokeMethod(timer_, "timeout");
+        QCoreApplication::processEvents();
     }
-    QCoreApplication::processEvents();
 }
 
 void PanelWalk::settle() {
