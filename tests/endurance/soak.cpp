@@ -125,6 +125,7 @@ void Soak::note_faults() {
                      !faults.extra_bytes.empty() || faults.no_trigger || !faults.operations.empty();
     if (any || simulation_.bench().planned_faults) {
         last_fault_ = clock_.now();
+        fault_seen_ = true;
     }
     power_lost_ |= faults.no_power;
 }
@@ -183,9 +184,12 @@ void Soak::check_memory(const std::string& when) {
 void Soak::settle() {
     heal();
     const auto on_message = std::exchange(messages_.on_message, nullptr);
-    // A start uploads everything; what is being swept must have been uploaded without it.
+    // A start uploads everything; what is being swept must have been uploaded without it. But point
+    // by point a set-up that failed is not tried again by itself, and an instrument that was off
+    // is not set up by itself.
     const AcquisitionState& acquisition = scope_->parts().acquisition;
-    if (!acquisition.acqrunning || acquisition.scopestate == "calibrationint" || power_lost_) {
+    if (!acquisition.acqrunning || acquisition.scopestate == "calibrationint" || power_lost_ ||
+        (acquisition.pointmode && fault_seen_)) {
         scope_->act([this] { scope_->panel().cmdstartsweep.click(); });
     }
     // Two failed set-ups at most, and what a channel's block and a pass take.
@@ -198,6 +202,7 @@ void Soak::check_set_up() {
         return;
     }
     power_lost_ = false;
+    fault_seen_ = false;
     ++agreements_;
     const FrontPanel& panel = scope_->panel();
     const bool swept = panel.textstatus.text() == "Running" &&

@@ -82,8 +82,8 @@ constexpr std::array<MeasurementRule, 14> measurement_rules = {{{"VMax", "Vmax",
 
 template <typename Rules>
 const auto& rule_for(const Rules& rules, std::string_view text) {
-    const auto found = std::find_if(rules.begin(), rules.end(),
-                                    [text](const auto& rule) { return rule.text == text; });
+    const auto* const found = std::find_if(rules.begin(), rules.end(),
+                                           [text](const auto& rule) { return rule.text == text; });
     return found == rules.end() ? rules.front() : *found;
 }
 
@@ -302,8 +302,8 @@ private:
 
     void check_measurements() {
         int annotated = 0;
-        for (std::size_t slot = 0; slot < panel_.measurement.size(); ++slot) {
-            annotated += panel_.measurement.at(slot).annotate.checked() ? 1 : 0;
+        for (const MeasurementControls& slot : panel_.measurement) {
+            annotated += slot.annotate.checked() ? 1 : 0;
         }
         differences_.expect("more than one annotation", annotated <= 1);
         if (!panel_.check1.checked()) {
@@ -320,7 +320,7 @@ private:
     }
 
     void check_slot(const MeasurementControls& slot) {
-        const auto rule = std::find_if(
+        const auto* const rule = std::find_if(
             measurement_rules.begin(), measurement_rules.end(),
             [&slot](const MeasurementRule& entry) { return entry.name == slot.selector.text(); });
         const bool any = rule != measurement_rules.end();
