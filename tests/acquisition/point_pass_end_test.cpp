@@ -118,6 +118,7 @@ TEST(PointPassEnd, StoppingBeforeTheLastPointLeavesTheSingleChannelUnready) {
     rig.pass.sdisplay1ghzt();
     EXPECT_EQ(rig.fetched, 639);
     EXPECT_FALSE(rig.acquisition.ready[1]);
+    EXPECT_FALSE(rig.acquisition.fresh[1]);
     EXPECT_TRUE(shifted(rig));
 }
 

@@ -266,6 +266,17 @@ TEST_F(Compute, OffsetsNeedBothChannelsInTheRange) {
     }
 }
 
+TEST_F(Compute, OffsetsNeedARangeThatIsSelected) {
+    for (const Offset& offset : offsets()) {
+        set_up(form.*offset.set_up);
+        measure(0, meas::vpp, 1.0);
+        measure(1, meas::vpp, 1.0);
+        choose(panel.channel[1].vdiv, -1);
+        (form.*offset.compute).click();
+        expect_refused(offset.title, settings_wrong + offset.caption + ">-Button first");
+    }
+}
+
 class TimeScale : public Compute {
 protected:
     TimeScale() { set_up(form.cmdsetforcalhscale); }

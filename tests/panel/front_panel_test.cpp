@@ -86,6 +86,18 @@ TEST(FrontPanel, StartsWithEmptyLists) {
     }
 }
 
+TEST(FrontPanel, MarkersBearTheirChannelOrTrigger) {
+    const FrontPanel panel;
+    EXPECT_EQ(panel.channel[0].text.caption(), "1");
+    EXPECT_EQ(panel.channel[1].text.caption(), "2");
+    EXPECT_EQ(panel.channel[0].label.caption(), "CH1");
+    EXPECT_EQ(panel.channel[1].label.caption(), "CH2");
+    EXPECT_EQ(panel.trigertext.caption(), "T");
+    // Above the plot's corner at (32, 20), with a row between them.
+    EXPECT_EQ(panel.ltp2.left(), 32);
+    EXPECT_EQ(panel.ltp2.top(), 20 - 14 - 1);
+}
+
 TEST(FrontPanel, TheAveragingLabelWaitsForItsBox) {
     const FrontPanel panel;
     EXPECT_EQ(panel.avglabel.caption(), "Filter Avg.");
