@@ -61,6 +61,14 @@ TEST_F(SoftwareOffsets, TheSecondSumStartsFromTheFirstMean) {
     EXPECT_TRUE(panel.cmdcaloofset.checked());
 }
 
+TEST_F(SoftwareOffsets, TheFirstSumStartsFromNothing) {
+    // A half above 2004 goes down to even; the least more would go up.
+    fill_sum(0, 1002250);
+    fill(1, 2000);
+    click();
+    EXPECT_EQ(corrections(), (std::array{44, 40}));
+}
+
 TEST_F(SoftwareOffsets, ExactInputsAreCorrectedByFourAndEight) {
     // 501 * 2048 / 500 = 2052.096; (2052 + 1026048) / 500 = 2056.2
     click();

@@ -386,6 +386,12 @@ TEST_F(SerialBridgeTest, APortThatHasGoneHasNoSpeed) {
     EXPECT_EQ(port.rate(), 0);
 }
 
+TEST(SerialTrouble, ThePortsGroupIsNamed) {
+    // The root folder is that of the group 0, which has the same name everywhere.
+    const std::string trouble = serial_trouble("/", EACCES);
+    EXPECT_NE(trouble.find("\nsudo usermod -aG root $USER\n"), std::string::npos) << trouble;
+}
+
 TEST(SerialTrouble, ThePortsGroupIsGuessedWhereThePortHasGone) {
     const std::string trouble = serial_trouble("/dev/no port", EACCES);
     EXPECT_NE(trouble.find("\nsudo usermod -aG dialout $USER\n"), std::string::npos) << trouble;
