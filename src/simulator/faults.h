@@ -2,6 +2,7 @@
 
 #include "link/bridge.h"
 
+#include <chrono>
 #include <cstddef>
 #include <map>
 #include <optional>
@@ -23,14 +24,41 @@ enum class Operation {
     check_rx_queue
 };
 
-/// `OperationFault::times` and `PlannedFaults::lasting_operations`: without end.
+/// `times` of a fault and `PlannedFaults::lasting_operations`: without end.
 inline constexpr int without_end = -1;
+
+/// Counts one occasion of a fault down: first `after` that go well, then `times` that do not. True
+/// when the fault strikes.
+[[nodiscard]] inline bool strikes(int& after, int& times) {
+    if (after > 0) {
+        --after;
+        return false;
+    }
+    if (times > 0) {
+        --times;
+        return true;
+    }
+    return times == without_end;
+}
 
 /// One kind of operation fails. The counts are counted down as the operations come.
 struct OperationFault {
     BridgeStatus status = si_failed; ///< status given instead of doing the operation
     int after = 0;                   ///< operations of this kind that still go well, 0..
     int times = 1;                   ///< failures that follow, 1.., or `without_end`
+    bool done = false; ///< the operation is done all the same; only its status is wrong
+};
+
+/// The replies to one command are damaged. The counts are counted down as the replies come.
+struct ReplyFault {
+    std::optional<std::size_t> length = {}; ///< a reply ends after so many bytes; 0 loses it
+    std::optional<Byte> replacement = {};   ///< stands in place of every byte
+    Byte flipped_bits = 0;                  ///< bits that are inverted in every byte
+    std::vector<Byte> before = {};          ///< sent just before a reply
+    std::vector<Byte> behind = {};          ///< sent just behind a reply
+    std::chrono::nanoseconds late{0};       ///< a reply comes so much later
+    int after = 0;                          ///< replies that still go well, 0..
+    int times = 1;                          ///< damaged replies that follow, 1.., or `without_end`
 };
 
 /// What becomes of the acknowledge byte.
@@ -60,6 +88,7 @@ struct Faults {
     /// between listing and opening.
     std::optional<Dword> reported_devices = {};
     std::map<Operation, OperationFault> operations = {}; ///< operations that fail
+    std::map<Byte, ReplyFault> replies = {};             ///< damaged replies, by command code
 };
 
 /// Faults that set in later, counted in operations of the bridge.

@@ -59,24 +59,24 @@ void Instrument::run_until(nanoseconds now) {
 
 void Instrument::execute(const Command& command, nanoseconds at) {
     if (set_up(command)) {
-        acknowledge(at);
+        acknowledge(command.code, at);
         return;
     }
     switch (command.code) {
     case linearity_command:
-        acknowledge(at);
+        acknowledge(command.code, at);
         linearity_run_ = {at + linearity_step, linearity_points};
         break;
     case sweep_command:
-        send_samples(sweeper_.sweep(decode_sweep(command), settings_, at));
+        send_samples(command.code, sweeper_.sweep(decode_sweep(command), settings_, at));
         break;
     case fetch_point_command:
-        send_samples(sweeper_.point(decode_point(command), settings_, at));
+        send_samples(command.code, sweeper_.point(decode_point(command), settings_, at));
         break;
     case read_flash_command: {
         const std::uint16_t word = flash_.read(word_argument(command, 0));
-        send({static_cast<Byte>(word >> 8U), static_cast<Byte>(word & 0xFFU)},
-             at + acknowledge_delay);
+        reply(command.code, {static_cast<Byte>(word >> 8U), static_cast<Byte>(word & 0xFFU)},
+              at + acknowledge_delay);
         break;
     }
     case write_flash_command:
@@ -144,23 +144,40 @@ void Instrument::set_gain(const Command& command) {
     }
 }
 
-void Instrument::acknowledge(nanoseconds at) {
+void Instrument::acknowledge(Byte code, nanoseconds at) {
     const Faults& faults = bench_.faults;
     if (faults.acknowledge == AcknowledgeFault::lost) {
         return;
     }
     const bool wrong = faults.acknowledge == AcknowledgeFault::wrong;
-    send({wrong ? faults.wrong_acknowledge : acknowledge_byte}, at + acknowledge_delay);
+    reply(code, {wrong ? faults.wrong_acknowledge : acknowledge_byte}, at + acknowledge_delay);
 }
 
-void Instrument::send_samples(const SampleReply& reply) {
-    std::vector<Byte> bytes = reply.bytes;
+void Instrument::send_samples(Byte code, const SampleReply& samples) {
+    std::vector<Byte> bytes = samples.bytes;
     const auto& limit = bench_.faults.block_bytes;
     const bool block = bytes.size() > waiting_reply.size();
     if (block && limit && *limit < bytes.size()) {
         bytes.resize(*limit);
     }
-    send(std::move(bytes), reply.ready);
+    reply(code, std::move(bytes), samples.ready);
+}
+
+void Instrument::reply(Byte code, std::vector<Byte> bytes, nanoseconds start) {
+    const auto found = bench_.faults.replies.find(code);
+    if (found == bench_.faults.replies.end() ||
+        !strikes(found->second.after, found->second.times)) {
+        send(std::move(bytes), start);
+        return;
+    }
+    const ReplyFault& fault = found->second;
+    bytes.resize(std::min(bytes.size(), fault.length.value_or(bytes.size())));
+    for (Byte& byte : bytes) {
+        byte = fault.replacement.value_or(byte) ^ fault.flipped_bits;
+    }
+    bytes.insert(bytes.begin(), fault.before.begin(), fault.before.end());
+    bytes.insert(bytes.end(), fault.behind.begin(), fault.behind.end());
+    send(std::move(bytes), start + fault.late);
 }
 
 void Instrument::send(std::vector<Byte> bytes, nanoseconds start) {

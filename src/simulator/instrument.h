@@ -19,7 +19,7 @@ inline constexpr int linearity_points = 8000;
 class Instrument {
 public:
     /// The instrument stands on `bench` with the memory `flash`; `seed` decides all chance.
-    Instrument(const Bench& bench, Flash& flash, std::uint64_t seed)
+    Instrument(Bench& bench, Flash& flash, std::uint64_t seed)
         : bench_(bench), flash_(flash), noise_(seed), sweeper_(bench, flash, noise_) {}
 
     Instrument(const Instrument&) = delete;
@@ -50,12 +50,14 @@ private:
     [[nodiscard]] bool set_up(const Command& command);
     void set_trigger(const Command& command);
     void set_gain(const Command& command);
-    void acknowledge(std::chrono::nanoseconds at);
-    void send_samples(const SampleReply& reply);
+    void acknowledge(Byte code, std::chrono::nanoseconds at);
+    void send_samples(Byte code, const SampleReply& samples);
+    /// Answers command `code`.
+    void reply(Byte code, std::vector<Byte> bytes, std::chrono::nanoseconds start);
     void send(std::vector<Byte> bytes, std::chrono::nanoseconds start);
     [[nodiscard]] Byte linearity_error();
 
-    const Bench& bench_;
+    Bench& bench_; // only the counts of its faults are changed
     Flash& flash_;
     Noise noise_;
     Sweeper sweeper_;

@@ -19,9 +19,12 @@ BridgeStatus SimulatedBridge::perform(Operation operation, std::vector<Dword> ar
         open_ = false;
     }
     instrument_.run_until(record.began);
-    record.status = planned_status(operation);
-    if (record.status == si_success) {
+    const auto fault = fault_of(operation);
+    if (!fault || fault->done) {
         record.status = action(record);
+    }
+    if (fault) {
+        record.status = fault->status;
     }
     record.ended = clock_.now();
     const BridgeStatus status = record.status;
@@ -184,26 +187,16 @@ void SimulatedBridge::advance_plan() {
     }
 }
 
-BridgeStatus SimulatedBridge::planned_status(Operation operation) {
+std::optional<OperationFault> SimulatedBridge::fault_of(Operation operation) {
     if (bench_.faults.unplugged && operation != Operation::get_num_devices) {
-        return si_failed;
+        return OperationFault{};
     }
     const auto found = bench_.faults.operations.find(operation);
-    if (found == bench_.faults.operations.end()) {
-        return si_success;
+    if (found == bench_.faults.operations.end() ||
+        !strikes(found->second.after, found->second.times)) {
+        return std::nullopt;
     }
-    OperationFault& fault = found->second;
-    if (fault.after > 0) {
-        --fault.after;
-        return si_success;
-    }
-    if (fault.times == 0) {
-        return si_success;
-    }
-    if (fault.times > 0) {
-        --fault.times;
-    }
-    return fault.status;
+    return found->second;
 }
 
 bool SimulatedBridge::is_open(Handle handle) const {

@@ -6,6 +6,7 @@
 #include "simulator/wire_log.h"
 
 #include <memory>
+#include <optional>
 
 namespace kv408::simulator {
 
@@ -44,7 +45,8 @@ private:
     BridgeStatus perform(Operation operation, std::vector<Dword> arguments, Action action);
 
     void advance_plan();
-    [[nodiscard]] BridgeStatus planned_status(Operation operation);
+    /// The fault that strikes `operation`, none when it goes well.
+    [[nodiscard]] std::optional<OperationFault> fault_of(Operation operation);
     [[nodiscard]] bool is_open(Handle handle) const;
     [[nodiscard]] bool in_tune() const;
     void deliver(Byte byte, std::chrono::nanoseconds at);

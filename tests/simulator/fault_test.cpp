@@ -116,6 +116,47 @@ TEST_F(Fault, AnOperationCanFailForGood) {
     }
 }
 
+TEST_F(Fault, AnOperationCanBeDoneAndStillReportAFailure) {
+    send(33, {0xA4, 0x3F, 0, 0, 0});
+    clock_.advance(milliseconds(20));
+    faults().operations[Operation::read] = {.status = 13, .done = true};
+    std::array<Byte, 2> bytes{};
+    Dword count = 0;
+    EXPECT_EQ(bridge().SI_Read(handle_, bytes, count), 13);
+    EXPECT_EQ(count, 2U);
+    EXPECT_EQ(bytes, (std::array<Byte, 2>{0, 55}));
+}
+
+TEST_F(Fault, RepliesToOneCommandAreDamaged) {
+    const auto marker = [this] {
+        send(33, {0xA4, 0x3F, 0, 0, 0});
+        return read(10);
+    };
+    const auto damaged = [&](const ReplyFault& fault) {
+        faults().replies = {{33, fault}};
+        return marker();
+    };
+    using Bytes = std::vector<Byte>;
+    EXPECT_EQ(damaged({.length = 0}), Bytes{});
+    EXPECT_EQ(damaged({.length = 1}), Bytes{0});
+    EXPECT_EQ(damaged({.length = 9}), (Bytes{0, 55}));
+    EXPECT_EQ(damaged({.replacement = 7}), (Bytes{7, 7}));
+    EXPECT_EQ(damaged({.flipped_bits = 1}), (Bytes{1, 54}));
+    EXPECT_EQ(damaged({.before = {9}, .behind = {8, 8}}), (Bytes{9, 0, 55, 8, 8}));
+    EXPECT_EQ(damaged({.length = 0, .after = 1, .times = 2}), (Bytes{0, 55}));
+    EXPECT_EQ(marker(), Bytes{});
+    EXPECT_EQ(acknowledge(), Bytes{6}); // another command's
+    EXPECT_EQ(marker(), Bytes{});
+    EXPECT_EQ(marker(), (Bytes{0, 55}));
+}
+
+TEST_F(Fault, ALateReplyComesLate) {
+    faults().replies[33] = {.late = milliseconds(150)};
+    send(33, {0xA4, 0x3F, 0, 0, 0});
+    EXPECT_TRUE(read(2).empty()); // within 100 ms
+    EXPECT_EQ(read(2), (std::vector<Byte>{0, 55}));
+}
+
 TEST_F(Fault, UnpluggedListsNothingAndFailsEverywhere) {
     faults().unplugged = true;
     Dword count = 9;
