@@ -1,0 +1,256 @@
+// Every operation of the bridge fails, times out, lies about its failure or loses its cable, at
+// every place of everything that the program does with the link. Each time: the messages that the
+// link's rules give and no others, no more time than the time-outs add up to, and a sweep of both
+// channels once the fault has gone.
+
+#include <algorithm>
+#include <random>
+
+#include "scope/fault_run.h"
+
+namespace kv408 {
+namespace {
+
+using simulator::Operation;
+using simulator::OperationFault;
+using simulator::PlannedFaults;
+using simulator::WireOperation;
+
+constexpr std::array<const char*, 10> operation_names = {
+    "SI_GetNumDevices", "SI_GetProductString", "SI_Open",  "SI_Close", "SI_SetBaudRate",
+    "SI_SetTimeouts",   "SI_FlushBuffers",     "SI_Write", "SI_Read",  "SI_CheckRXQueue"};
+
+enum class Kind { fails, times_out, fails_though_done, fails_on, times_out_on, unplugged, moment };
+
+constexpr std::array kinds = {Kind::fails,    Kind::times_out,    Kind::fails_though_done,
+                              Kind::fails_on, Kind::times_out_on, Kind::unplugged,
+                              Kind::moment};
+
+constexpr std::array<const char*, 7> kind_names = {"fails once",
+                                                   "times out once",
+                                                   "fails once, though done",
+                                                   "fails from there on",
+                                                   "times out from there on",
+                                                   "unplugged before",
+                                                   "unplugged for a moment"};
+
+/// The fault `kind` that sets in with operation number `index`, which is an `operation`.
+PlannedFaults plan(Kind kind, int index, Operation operation) {
+    PlannedFaults planned{.after_operations = index};
+    OperationFault fault;
+    switch (kind) {
+    case Kind::fails:
+        break;
+    case Kind::times_out:
+        fault.status = si_read_timed_out;
+        break;
+    case Kind::fails_though_done:
+        // An opening that fails leaves nothing open.
+        fault.done = operation != Operation::open;
+        break;
+    case Kind::fails_on:
+        fault.times = simulator::without_end;
+        break;
+    case Kind::times_out_on:
+        fault = {.status = si_read_timed_out, .times = simulator::without_end};
+        break;
+    case Kind::moment:
+        planned.lasting_operations = 1;
+        [[fallthrough]];
+    case Kind::unplugged:
+        planned.faults.unplugged = true;
+        return planned;
+    }
+    planned.faults.operations[operation] = fault;
+    return planned;
+}
+
+bool lasts(Kind kind) {
+    return kind == Kind::fails_on || kind == Kind::times_out_on;
+}
+
+/// Where in a scenario an operation stands.
+struct Place {
+    Operation operation;
+    bool acknowledge = false; ///< reads an acknowledge
+    bool check = false;       ///< reads that of the start-up check
+};
+
+/// What must become of a read.
+std::vector<Outcome> of_read(const Place& place, Kind kind) {
+    if (place.check && kind == Kind::fails) {
+        return {Outcome::message}; // the byte that did not come is not 6
+    }
+    return {place.acknowledge && lasts(kind) ? Outcome::message : Outcome::quiet};
+}
+
+/// What may become of the program, by the tables of failures.
+std::vector<Outcome> allowed(const Place& place, Kind kind) {
+    if (kind == Kind::unplugged || kind == Kind::moment) {
+        // Where nothing is sent before the user can plug it in and press Retry.
+        const bool retried = place.operation == Operation::get_num_devices || place.check;
+        return {retried ? Outcome::message : Outcome::ended};
+    }
+    switch (place.operation) {
+    case Operation::get_product_string:
+        return {kind == Kind::fails_though_done ? Outcome::quiet : Outcome::ended};
+    case Operation::get_num_devices:
+    case Operation::open:
+    case Operation::close:
+    case Operation::write:
+        return {Outcome::ended};
+    case Operation::set_baud_rate:
+        return {Outcome::message};
+    case Operation::flush_buffers:
+        // What was never emptied may stand where an acknowledge is expected.
+        return lasts(kind) ? std::vector{Outcome::quiet, Outcome::message}
+                           : std::vector{Outcome::quiet};
+    case Operation::read:
+        return of_read(place, kind);
+    default:
+        return {Outcome::quiet};
+    }
+}
+
+/// Where each of `operations` stands.
+std::vector<Place> places_of(const std::vector<WireOperation>& operations) {
+    const std::vector<int> acknowledged = {8, 9, 27, 29, 30, 31, 35};
+    std::vector<Place> places;
+    bool awaited = false;
+    bool check = false;
+    for (const WireOperation& operation : operations) {
+        Place place{.operation = operation.operation};
+        if (operation.operation == Operation::open) {
+            check = true;
+        } else if (operation.operation == Operation::write) {
+            awaited = std::find(acknowledged.begin(), acknowledged.end(), operation.bytes.at(1)) !=
+                      acknowledged.end();
+        } else if (operation.operation == Operation::read && awaited) {
+            place.acknowledge = true;
+            place.check = check;
+            awaited = false;
+            check = false;
+        }
+        places.push_back(place);
+    }
+    return places;
+}
+
+/// Breaks the operations of one scenario.
+class Breaker {
+public:
+    explicit Breaker(const std::string& scenario)
+        : scenario_(fault_scenario(scenario)), places_(places_of(FaultRun(scenario_).reference())) {
+        EXPECT_EQ(places_.size(), scenario_.operations);
+    }
+
+    ~Breaker() { tally_.print(); }
+    Breaker(const Breaker&) = delete;
+    Breaker& operator=(const Breaker&) = delete;
+
+    /// Number of operations.
+    [[nodiscard]] std::size_t size() const { return places_.size(); }
+
+    /// Runs so far.
+    [[nodiscard]] std::size_t runs() const { return tally_.runs(); }
+
+    void break_each_way_at(std::size_t index) {
+        for (const Kind kind : kinds) {
+            break_at(index, kind);
+        }
+    }
+
+    void break_at(std::size_t index, Kind kind) {
+        const Place& place = places_[index];
+        const auto number = static_cast<std::size_t>(kind);
+        std::string fault = operation_names.at(static_cast<std::size_t>(place.operation));
+        fault += ' ';
+        fault += kind_names.at(number);
+        SCOPED_TRACE(scenario_.name + ", operation " + std::to_string(index) + ": " + fault);
+        const Outcome outcome = FaultRun(scenario_).run([&](simulator::Bench& bench) {
+            bench.planned_faults = plan(kind, static_cast<int>(index), place.operation);
+        });
+        const auto outcomes = allowed(place, kind);
+        EXPECT_NE(std::find(outcomes.begin(), outcomes.end(), outcome), outcomes.end())
+            << "outcome " << static_cast<int>(outcome);
+        tally_.count(fault, outcome);
+    }
+
+private:
+    const FaultScenario scenario_;
+    std::vector<Place> places_;
+    FaultTally tally_{scenario_};
+};
+
+std::vector<std::string> names(const std::vector<FaultScenario>& scenarios) {
+    std::vector<std::string> result;
+    for (const FaultScenario& scenario : scenarios) {
+        result.push_back(scenario.name);
+    }
+    return result;
+}
+
+class OperationFaults : public testing::TestWithParam<std::string> {};
+
+TEST_P(OperationFaults, EachAtEachPlace) {
+    Breaker breaker(GetParam());
+    for (std::size_t index = 0; index < breaker.size() && !HasFailure(); ++index) {
+        breaker.break_each_way_at(index);
+    }
+    EXPECT_EQ(breaker.runs(), fault_scenario(GetParam()).operations * kinds.size());
+}
+
+INSTANTIATE_TEST_SUITE_P(All, OperationFaults, testing::ValuesIn(names(fault_scenarios())),
+                         [](const auto& test) { return test.param; });
+
+/// A whole pass has too many operations to break each in each way: the first and last ten are, and
+/// a sample of the rest.
+class PassFaults : public testing::TestWithParam<std::string> {};
+
+TEST_P(PassFaults, EachAtASampleOfPlaces) {
+    constexpr std::size_t ends = 10;
+    constexpr std::size_t sample = 20;
+    Breaker breaker(GetParam());
+    std::vector<std::size_t> indices;
+    for (std::size_t index = 0; index < ends; ++index) {
+        indices.push_back(index);
+        indices.push_back(breaker.size() - 1 - index);
+    }
+    std::mt19937 random(408);
+    std::uniform_int_distribution<std::size_t> any(ends, breaker.size() - ends - 1);
+    std::generate_n(std::back_inserter(indices), sample, [&] { return any(random); });
+    for (const std::size_t index : indices) {
+        breaker.break_each_way_at(index);
+        if (HasFailure()) {
+            return;
+        }
+    }
+    EXPECT_EQ(breaker.runs(), (2 * ends + sample) * kinds.size());
+}
+
+INSTANTIATE_TEST_SUITE_P(All, PassFaults, testing::ValuesIn(names(point_pass_scenarios())),
+                         [](const auto& test) { return test.param; });
+
+/// The cable comes out before each operation of a pass of channel 1, in parts that run beside each
+/// other.
+class CablePulls : public testing::TestWithParam<std::size_t> {
+protected:
+    static constexpr std::size_t parts = 4;
+};
+
+TEST_P(CablePulls, BeforeEachOperationOfAPass) {
+    Breaker breaker("PointsOfChannel1");
+    std::size_t expected = 0;
+    for (std::size_t index = GetParam(); index < breaker.size() && !HasFailure();
+         index += parts * series_stride) {
+        breaker.break_at(index, Kind::unplugged);
+        ++expected;
+    }
+    EXPECT_EQ(breaker.runs(), expected);
+    EXPECT_GE(expected, (1 + 640 * 2) / parts / series_stride);
+}
+
+INSTANTIATE_TEST_SUITE_P(Quarters, CablePulls, testing::Range(std::size_t{0}, std::size_t{4}));
+
+} // namespace
+} // namespace kv408
