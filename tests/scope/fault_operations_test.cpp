@@ -183,10 +183,9 @@ private:
 };
 
 std::vector<std::string> names(const std::vector<FaultScenario>& scenarios) {
-    std::vector<std::string> result;
-    for (const FaultScenario& scenario : scenarios) {
-        result.push_back(scenario.name);
-    }
+    std::vector<std::string> result(scenarios.size());
+    std::transform(scenarios.begin(), scenarios.end(), result.begin(),
+                   [](const FaultScenario& scenario) { return scenario.name; });
     return result;
 }
 

@@ -87,8 +87,16 @@ std::vector<int> operator+(std::vector<int> left, const std::vector<int>& right)
 }
 
 const std::vector<int> set_up_codes = {8, 27, 30, 35, 31, 32};
-/// Four operations for each acknowledged command: time-outs, flush, write, read.
-constexpr std::size_t set_up_operations = 5 * 4 + 2;
+
+// Operations of the bridge.
+constexpr std::size_t an_acknowledged = 4; ///< time-outs, flush, write, read
+constexpr std::size_t a_block = 4;         ///< count, read, flush, write
+constexpr std::size_t a_point = 2;         ///< write, read
+constexpr std::size_t a_word_read = 3;     ///< flush, write, read
+constexpr std::size_t a_word_written = 2;  ///< flush, write
+constexpr std::size_t set_up_operations = 5 * an_acknowledged + 2;
+/// While a block waits in the queue its count is looked at twice.
+constexpr std::size_t idle_operations = 2;
 
 std::vector<FaultScenario> starting() {
     return {{.name = "StartUp",
@@ -96,7 +104,7 @@ std::vector<FaultScenario> starting() {
              .prepare = [](Program&) {},
              .steps = {act(start_up, [](Program& program) { program.scope.start(); })},
              .codes = {8, 9, 9, 8, 27, 8, 27, 8, 27},
-             .operations = 4 + 9 * 4,
+             .operations = 4 + 9 * an_acknowledged,
              .gain_senders = {1, 2, 1, 2}},
             {.name = "FirstTicks",
              .states = "idle, startscope",
@@ -117,7 +125,7 @@ std::vector<FaultScenario> starting() {
              .prepare = sweep_points,
              .steps = {act(0ms, start_sweep), tick(set_up)},
              .codes = {8, 27, 30, 35, 31},
-             .operations = 5 * 4,
+             .operations = 5 * an_acknowledged,
              .sweeps_on = true},
             {.name = "ShutDown",
              .states = "scopech1f",
@@ -133,21 +141,21 @@ std::vector<FaultScenario> sweeping() {
              .prepare = sweep,
              .steps = {tick(block), tick(block), tick(block), tick(block)},
              .codes = repeated(32, 4),
-             .operations = 4 * 4,
+             .operations = 4 * a_block,
              .sweeps_on = true},
             {.name = "BlocksOfChannel1",
              .states = "scopech1f",
              .prepare = [](Program& program) { sweep_only(program, ch1); },
              .steps = {tick(block), tick(block)},
              .codes = repeated(32, 2),
-             .operations = 2 * 4,
+             .operations = 2 * a_block,
              .sweeps_on = true},
             {.name = "BlocksOfChannel2",
              .states = "scopech2f",
              .prepare = [](Program& program) { sweep_only(program, ch2); },
              .steps = {tick(block), tick(block)},
              .codes = repeated(32, 2),
-             .operations = 2 * 4,
+             .operations = 2 * a_block,
              .sweeps_on = true},
             {.name = "BlocksWithoutTrigger",
              .states = "scopech1f",
@@ -161,7 +169,7 @@ std::vector<FaultScenario> sweeping() {
              // A waiting word is looked at twice: the count, then count, read, flush, write.
              .steps = {tick(block), tick(block), tick(block), tick(block)},
              .codes = repeated(32, 2),
-             .operations = 2 * (1 + 4),
+             .operations = 2 * (1 + a_block),
              .sweeps_on = true},
             {.name = "PointsWithoutTrigger",
              .states = "scope",
@@ -173,30 +181,22 @@ std::vector<FaultScenario> sweeping() {
              // Words that only look like samples: a whole pass, each point with the trigger's time.
              .steps = std::vector<FaultStep>(2, tick(pass + 1280 * trigger_time_out)),
              .codes = repeated(26, 2),
-             .operations = 2 * 3,
+             .operations = 2 * (1 + a_point),
              .sweeps_on = true}};
 }
 
-std::vector<FaultScenario> changing() {
+std::vector<FaultScenario> changing_ranges() {
     const auto range = [](int channel) {
         return
             [channel](Program& program) { program.choose(program.channel(channel).vdiv, "20mV"); };
     };
-    const auto source = [](Program& program) {
-        program.choose(program.scope.panel().trigsource, "TRIG2");
-    };
-    const auto slow = [](Program& program) {
-        program.choose(program.scope.panel().seltimediv, "10us/div");
-    };
-    // While a block waits in the queue its count is looked at twice.
-    constexpr std::size_t idle_operations = 2;
     return {{.name = "RangeOfChannel1Running",
              .states = "changes, startscope",
              .prepare = sweep,
              .steps = {act(idle_wait + acknowledged + wire, range(ch1)), tick(0ms),
                        tick(2 * (idle_wait + acknowledged) + set_up)},
              .codes = std::vector<int>{9} + set_up_codes,
-             .operations = idle_operations + 4 + set_up_operations,
+             .operations = idle_operations + an_acknowledged + set_up_operations,
              .sweeps_on = true,
              .gain_senders = {1, 1, 2}},
             {.name = "RangeOfChannel2Running",
@@ -205,7 +205,7 @@ std::vector<FaultScenario> changing() {
              .steps = {act(idle_wait + acknowledged + wire, range(ch2)), tick(0ms),
                        tick(2 * (idle_wait + acknowledged) + set_up)},
              .codes = std::vector<int>{9} + set_up_codes,
-             .operations = idle_operations + 4 + set_up_operations,
+             .operations = idle_operations + an_acknowledged + set_up_operations,
              .sweeps_on = true,
              .gain_senders = {2, 1, 2}},
             {.name = "RangeOfChannel1Stopped",
@@ -213,31 +213,40 @@ std::vector<FaultScenario> changing() {
              .prepare = stop,
              .steps = {act(acknowledged + wire, range(ch1)), tick(0ms)},
              .codes = {9},
-             .operations = 4},
-            {.name = "TriggerSourceRunning",
+             .operations = an_acknowledged}};
+}
+
+std::vector<FaultScenario> changing() {
+    const auto source = [](Program& program) {
+        program.choose(program.scope.panel().trigsource, "TRIG2");
+    };
+    const auto slow = [](Program& program) {
+        program.choose(program.scope.panel().seltimediv, "10us/div");
+    };
+    return {{.name = "TriggerSourceRunning",
              .states = "changes, startscope",
              .prepare = sweep,
              // The hysteresis of the other source is a change of its own.
              .steps = {act(2 * idle_wait + trigger + wire, source), tick(0ms), tick(set_up)},
              .codes = std::vector<int>{8, 27} + set_up_codes,
-             .operations = 2 * idle_operations + 2 * 4 + set_up_operations,
+             .operations = 2 * idle_operations + 2 * an_acknowledged + set_up_operations,
              .sweeps_on = true},
             {.name = "TriggerSourceStopped",
              .states = "stoped",
              .prepare = stop,
              .steps = {act(trigger + wire, source), tick(0ms)},
              .codes = {8, 27},
-             .operations = 2 * 4},
+             .operations = 2 * an_acknowledged},
             {.name = "BlocksToPoints",
              .states = "changes, startscope",
              .prepare = sweep,
              .steps = {act(idle_wait, slow), tick(0ms), tick(set_up)},
              .codes = {8, 27, 30, 35, 31},
-             .operations = idle_operations + 5 * 4,
+             .operations = idle_operations + 5 * an_acknowledged,
              .sweeps_on = true}};
 }
 
-std::vector<FaultScenario> calibrating() {
+std::vector<FaultScenario> records() {
     const auto read_record = [](Program& program) {
         press(program, program.scope.calibration_form().cmdreadcald);
     };
@@ -250,13 +259,13 @@ std::vector<FaultScenario> calibrating() {
              .prepare = sweep,
              .steps = {act(read, read_record), tick(0ms)},
              .codes = repeated(33, 13),
-             .operations = 2 + 2 + 13 * 3},
+             .operations = idle_operations + 2 + 13 * a_word_read},
             {.name = "RecordReadInPoints",
              .states = "stoped",
              .prepare = sweep_points,
              .steps = {act(read, read_record), tick(0ms)},
              .codes = repeated(33, 13),
-             .operations = 1 + 1 + 13 * 3},
+             .operations = 1 + 1 + 13 * a_word_read},
             {.name = "RecordWrite",
              .states = "stoped",
              .prepare =
@@ -272,8 +281,11 @@ std::vector<FaultScenario> calibrating() {
                            }),
                        tick(0ms)},
              .codes = repeated(34, 12) + repeated(33, 11),
-             .operations = 1 + 12 * 2 + 11 * 3},
-            {.name = "LinearityStart",
+             .operations = 1 + 12 * a_word_written + 11 * a_word_read}};
+}
+
+std::vector<FaultScenario> linearity() {
+    return {{.name = "LinearityStart",
              .states = "stoped, calibrationint",
              .prepare = sweep,
              .steps = {act(idle_wait + 3 * (20ms + 100ms) + wire,
@@ -281,7 +293,7 @@ std::vector<FaultScenario> calibrating() {
                                press(program, program.scope.calibration_form().cmdcalint);
                            })},
              .codes = {29},
-             .operations = 2 + 4 + 1},
+             .operations = idle_operations + an_acknowledged + 1},
             {.name = "LinearityRun",
              .states = "calibrationint",
              .prepare =
@@ -315,7 +327,8 @@ FaultScenario guided() {
             // Both ranges change, one after the other.
             .codes = std::vector<int>{9, 9} + set_up_codes + repeated(32, 2),
             // Three waits for the queue; the gain command empties it for those behind.
-            .operations = 2 + 2 + 4 + 1 + 4 + set_up_operations + 2 * 4,
+            .operations = 2 * idle_operations + an_acknowledged + 1 + an_acknowledged +
+                          set_up_operations + 2 * a_block,
             .sweeps_on = true,
             .gain_senders = {1, 2, 1, 2, 1, 2}};
 }
@@ -324,7 +337,8 @@ FaultScenario guided() {
 
 std::vector<FaultScenario> fault_scenarios() {
     std::vector<FaultScenario> all = starting();
-    for (const auto& more : {sweeping(), changing(), calibrating(), {guided()}}) {
+    for (const auto& more :
+         {sweeping(), changing_ranges(), changing(), records(), linearity(), {guided()}}) {
         all.insert(all.end(), more.begin(), more.end());
     }
     return all;
@@ -340,14 +354,14 @@ std::vector<FaultScenario> point_pass_scenarios() {
                  },
              .steps = {tick(pass)},
              .codes = repeated(26, 640),
-             .operations = 1 + 640 * 2,
+             .operations = 1 + 640 * a_point,
              .sweeps_on = true},
             {.name = "PointsOfBoth",
              .states = "scope",
              .prepare = sweep_points,
              .steps = {tick(pass)},
              .codes = repeated(26, 1280),
-             .operations = 1 + 1280 * 2,
+             .operations = 1 + 1280 * a_point,
              .sweeps_on = true}};
 }
 

@@ -152,7 +152,7 @@ private:
         told_.push_back(text + (timed_out ? "Comm timed out" : "CommError"));
         told_.push_back(told::not_sent);
         if (!std::string(consequence).empty()) {
-            told_.push_back(consequence);
+            told_.emplace_back(consequence);
         }
         forbidden_ = next;
     }
