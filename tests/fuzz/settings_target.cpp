@@ -4,22 +4,17 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
 #include <string>
 
+#include "fuzz/promise.h"
 #include "support/settings_rig.h"
 
 namespace {
 
-constexpr const char* bad_line = "Error while reading configuration file in line ";
+using kv408::demand;
 
-void demand(bool promise, const char* what) {
-    if (!promise) {
-        std::fprintf(stderr, "broken promise: %s\n", what);
-        std::abort();
-    }
-}
+constexpr const char* bad_line = "Error while reading configuration file in line ";
 
 /// At most one message about a bad line, and that line is in the file.
 void check_messages(const kv408::SettingsRig& rig, const std::string& bytes) {
