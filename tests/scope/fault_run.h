@@ -17,8 +17,8 @@
 
 namespace kv408 {
 
-/// Of the two long series, every place of a pass and every length of a block, so many places are
-/// passed over to the next: under the sanitizers, where all take minutes, most.
+/// Of the long series, the places of a pass and the lengths of a block, every so many-th is tried:
+/// all but under the sanitizers, where that takes minutes.
 #ifdef __SANITIZE_ADDRESS__
 inline constexpr std::size_t series_stride = 10;
 #else
