@@ -1,12 +1,16 @@
 // What is told of every device that could be the instrument, for each reason why it is not reached.
 
 #include <array>
+#include <cerrno>
+#include <filesystem>
 #include <fstream>
 #include <optional>
 #include <sstream>
+#include <system_error>
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -32,6 +36,24 @@ const std::string port_title =
 const std::string device_title = "USB device 1-1, 10c4:ea60, serial number lm4rxa-SIM00001:\n";
 const std::string plug_in = " Unplug the instrument and plug it in again.\n";
 
+/// Holds back other test programs that play processes of known names, for as long as it lives.
+class OneAtATime {
+public:
+    OneAtATime()
+        : file_(open((std::filesystem::temp_directory_path() / "kv408-test-processes").c_str(),
+                     O_RDWR | O_CREAT | O_CLOEXEC, 0666)) {
+        if (file_ < 0 || flock(file_, LOCK_EX) != 0) {
+            throw std::system_error(errno, std::generic_category(), "the lock of the tests");
+        }
+    }
+    ~OneAtATime() { close(file_); }
+    OneAtATime(const OneAtATime&) = delete;
+    OneAtATime& operator=(const OneAtATime&) = delete;
+
+private:
+    int file_;
+};
+
 class Diagnosis : public testing::Test {
 protected:
     void plug() { ports_.plug(0, "lm4rxa-SIM00001"); }
@@ -50,6 +72,7 @@ protected:
         EXPECT_EQ(usb_diagnosis(Way::serial_port), device_title + reason);
     }
 
+    OneAtATime alone_;
     UsbPorts ports_;
 };
 
