@@ -91,6 +91,10 @@ TEST(RecordValues, AFileWithLineEndsOfAnotherSystemIsRead) {
     EXPECT_EQ(kept->instrument.serial, "SERIAL1");
 }
 
+TEST(RecordValues, WhatFollowsTheEndIsNotLookedAt) {
+    EXPECT_EQ(values_of(file() + "10 71 ADC delay\nmeasured on Monday\n"), some);
+}
+
 TEST(RecordValues, AFileThatWasCutOffAnywhereIsNoRecord) {
     const std::string bytes = file();
     // Without its last line end it still has its end mark.

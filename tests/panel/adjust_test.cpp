@@ -255,14 +255,17 @@ TEST(Adjust, TheWheelContinuesFromTheDelayOfTheChannelThatIsCheckedIn) {
 }
 
 TEST(Adjust, ANewTimeBaseKeepsTheDelayInItsNewPoints) {
-    StartedPanelRig rig;
-    rig.panel.channel[0].psofset.focus();
-    rig.panel.channel[0].psofset.set_text("10000");
-    rig.panel.channel[0].psofset.enter();
-    EXPECT_EQ(rig.channels[0].delaypts, 32);
-    PanelRig::choose(rig.panel.seltimediv, "1ns/div");
-    EXPECT_EQ(rig.channels[0].delaypts, 640);
-    EXPECT_EQ(rig.channels[0].shown_delaypts, 640);
+    for (const std::size_t channel : {0U, 1U}) {
+        StartedPanelRig rig;
+        TextBox& delay = rig.panel.channel[channel].psofset;
+        delay.focus();
+        delay.set_text("10000");
+        delay.enter();
+        EXPECT_EQ(rig.channels[channel].delaypts, 32);
+        PanelRig::choose(rig.panel.seltimediv, "1ns/div");
+        EXPECT_EQ(rig.channels[channel].delaypts, 640);
+        EXPECT_EQ(rig.channels[channel].shown_delaypts, 640);
+    }
 }
 
 TEST(Adjust, TheSelectedDelayTabGoesToChannelOneInPointMode) {
