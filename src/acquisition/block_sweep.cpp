@@ -13,6 +13,10 @@ namespace {
 
 constexpr std::uint32_t block_bytes = 2 * npoints;
 
+/// By then the instrument has sent the first bytes of a reply: it waits 65.535 ms for a trigger at
+/// most. A tick may come right after a request, as after a set-up that took longer than a tick.
+constexpr std::chrono::milliseconds longest_wait{80};
+
 } // namespace
 
 void BlockSweep::sdisplaych(int channel) {
@@ -27,10 +31,21 @@ void BlockSweep::sdisplaych(int channel) {
             if (count == 1) {
                 link_.read(std::span(rxbuffer_).first(count));
             } else {
-                link_.note_silence();
+                note_empty_queue();
             }
             rearm(channel);
         }
+    }
+}
+
+void BlockSweep::restart() {
+    lastrxcount_ = 0;
+    asked_at_ = clock_.now();
+}
+
+void BlockSweep::note_empty_queue() {
+    if (clock_.now() - asked_at_ >= longest_wait) {
+        link_.note_silence();
     }
 }
 
@@ -94,7 +109,7 @@ void BlockSweep::rearm(int channel) {
     }
     fill_sweep(link_.cmdargs(), sweep_request(panel_, next));
     link_.sendcommand(command::start_sweep, link_.cmdargs());
-    lastrxcount_ = 0;
+    restart();
     measuring_.makemeasurement();
 }
 

@@ -41,8 +41,8 @@ public:
     void fill_lists();
 
     /// A volts-per-division entry was chosen; `channel` is 0 or 1. Tells the instrument both gain
-    /// ranges when the channel's range differs from the one that it last acknowledged, or when it
-    /// has been silent since.
+    /// ranges when the channel's range differs from the one that it last acknowledged, and in a
+    /// set-up when it has been silent since.
     void vdiv_Click(int channel);
     void ch1vdiv_Click() { vdiv_Click(0); }
     void ch2vdiv_Click() { vdiv_Click(1); }

@@ -128,12 +128,19 @@ TEST(BlockReply, AfterAShortReplyThatCannotBeReadTheBlockIsAskedForAgain) {
                                             "SI_FlushBuffers 1 1 @1001", request}));
 }
 
-TEST(BlockReply, OnlyAnEmptyQueueIsASilence) {
+TEST(BlockReply, OnlyAQueueThatStaysEmptyIsASilence) {
     ReplyRig rig;
+    rig.block.restart(); // asked for now
+    rig.clock.advance(std::chrono::milliseconds(79));
+    rig.look(); // too soon to tell
+    rig.clock.advance(std::chrono::milliseconds(100));
     rig.look({26});
+    rig.clock.advance(std::chrono::milliseconds(100));
     rig.look(reply_ending(40, 26, 10));
+    rig.clock.advance(std::chrono::milliseconds(100));
     rig.look();
     EXPECT_EQ(rig.link.state().silences, 0U);
+    rig.clock.advance(std::chrono::milliseconds(80));
     rig.look();
     EXPECT_EQ(rig.link.state().silences, 1U);
 }

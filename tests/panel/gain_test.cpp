@@ -199,15 +199,18 @@ TEST(Gain, WhileStoppedNeitherStateNorFlagChanges) {
     EXPECT_EQ(rig.bridge.frames().size(), 1U);
 }
 
-TEST(Gain, IsSentAgainAfterTheInstrumentWasSilent) {
+TEST(Gain, IsSentAgainWithTheSetUpAfterTheInstrumentWasSilent) {
     PanelRig rig;
     start_in_low_gain(rig);
     PanelRig::choose(rig.panel.channel[1].vdiv, "0.2V");
     EXPECT_TRUE(rig.bridge.frames().empty());
     rig.link.note_silence();
     PanelRig::choose(rig.panel.channel[1].vdiv, "0.1V");
+    EXPECT_TRUE(rig.bridge.frames().empty());
+    rig.acquisition.scopestate = "startscope";
+    rig.vertical.ch1vdiv_Click();
     EXPECT_EQ(rig.bridge.frames(), Frames{gain_frame(2, 2)});
-    PanelRig::choose(rig.panel.channel[0].vdiv, "0.2V");
+    rig.vertical.ch2vdiv_Click();
     EXPECT_EQ(rig.bridge.frames().size(), 1U);
 }
 

@@ -216,6 +216,24 @@ TEST(Robustness, AfterALossOfPowerTheNextStartSetsTheRangesToo) {
     EXPECT_TRUE(program.boxes.shown.empty());
 }
 
+TEST(Robustness, ATickRightAfterASetUpTakesNothingForLost) {
+    Program program;
+    ASSERT_TRUE(program.scope.start());
+    program.ticks(6);
+    const std::size_t from = program.log.frames.size();
+    program.choose(program.scope.panel().trigeredge, "Negative");
+    program.ticks(2); // to the set-up, which takes longer than a tick
+    program.scope.tick();
+    program.ticks(4);
+    program.choose(program.channel(0).vdiv, "0.2V");
+    program.choose(program.scope.panel().trigeredge, "Positive");
+    program.ticks(4);
+    EXPECT_EQ(program.status(), "Running");
+    for (const auto& frame : frames_of(program, from)) {
+        EXPECT_NE(frame[0], 9);
+    }
+}
+
 TEST(Robustness, TheDeviceIsClosedWhenAFailureEndsTheProgram) {
     Program program;
     ASSERT_TRUE(program.scope.start());
