@@ -97,6 +97,21 @@ void new_point(benchmark::State& state, Signal signal, int depth) {
     times.report();
 }
 
+/// The columns that a new point changes, its own and the gap's 20, with QPainter.
+void painter_point(benchmark::State& state, Signal signal, int depth) {
+    constexpr int changed = 21;
+    ScopeScene scene(signal, depth);
+    PainterPicture painter(scene);
+    painter.draw();
+    IterationTimes times(state);
+    int column = 0;
+    for (auto _ : state) {
+        column = (column + 1) % (plot::width - changed);
+        times.add([&] { painter.draw_columns(column, changed); });
+    }
+    times.report();
+}
+
 /// A picture to measure with.
 struct Subject {
     const char* name;
@@ -126,6 +141,7 @@ void register_all() {
         add("full composition", full_composition);
         add("QPainter", painter_composition);
         add("one new point", new_point);
+        add("QPainter's new point", painter_point);
     }
 }
 
@@ -138,6 +154,9 @@ void print_ratios(const RatioReporter& reporter) {
         reporter.print_ratio("full composition vs one plain copy" + which + " costs", full,
                              "plain copy");
         reporter.print_ratio("one new point vs full composition" + which + " faster by", full,
+                             name_of("one new point", subject));
+        reporter.print_ratio("one new point vs QPainter" + which + " faster by",
+                             name_of("QPainter's new point", subject),
                              name_of("one new point", subject));
     }
 }

@@ -1,5 +1,7 @@
 #include "painter_picture.h"
 
+#include <algorithm>
+
 #include <QPainter>
 
 #include "display/graticule.h"
@@ -68,6 +70,32 @@ void PainterPicture::draw() {
     for (const std::size_t channel : {std::size_t{ch2}, std::size_t{ch1}}) {
         draw_trace(lines_[channel]);
         painter.drawImage(0, 0, trace_);
+    }
+}
+
+void PainterPicture::draw_columns(int first, int count) {
+    const QRect columns = QRect(first, 0, count, plot::height).intersected(display_.rect());
+    QPainter painter(&display_);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.drawImage(columns.topLeft(), grid_, columns);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    for (const std::size_t channel : {std::size_t{ch2}, std::size_t{ch1}}) {
+        draw_trace_columns(lines_[channel], columns);
+        painter.drawImage(columns.topLeft(), trace_, columns);
+    }
+}
+
+void PainterPicture::draw_trace_columns(const std::vector<Line>& lines, const QRect& columns) {
+    QPainter painter(&trace_);
+    painter.setClipRect(columns);
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.fillRect(columns, Qt::transparent);
+    for (const Line& line : lines) {
+        painter.setPen(line.pen);
+        // Point n lies in column n; the neighbours' lines reach into the columns too.
+        const int before = std::max(0, columns.left() - 1);
+        painter.drawPolyline(line.points.mid(before, columns.right() + 2 - before));
     }
 }
 

@@ -21,6 +21,9 @@ public:
     /// Composes the whole picture.
     void draw();
 
+    /// Composes `count` columns from column `first` on, as after a new point.
+    void draw_columns(int first, int count);
+
     [[nodiscard]] const QImage& image() const { return display_; }
 
 private:
@@ -30,6 +33,7 @@ private:
     };
 
     void draw_trace(const std::vector<Line>& lines);
+    void draw_trace_columns(const std::vector<Line>& lines, const QRect& columns);
 
     QImage grid_;
     QImage display_;

@@ -14,7 +14,7 @@ constexpr int touched_columns = 8; // that one number notes for a band
 constexpr int stroke_rows = 32;
 using Stroke = std::array<std::uint8_t, stroke_rows>;
 
-/// For 0..16 rows, the stroke that has all bits in the first so many and none in the others.
+/// For 0..32 rows, the stroke that has all bits in the first so many and none in the others.
 constexpr std::array<Stroke, stroke_rows + 1> first_rows_table() {
     std::array<Stroke, stroke_rows + 1> table = {};
     for (std::size_t count = 0; count < table.size(); ++count) {

@@ -17,11 +17,13 @@ constexpr const char* help_text =
     "from\n"
     "reaching it and what cures that. Then opens the oscilloscope as kv408 does and asks whether "
     "it\n"
-    "is there. A kv408 that is running is not disturbed.\n"
+    "is there. Over the serial port a kv408 that is running is not disturbed; with the bridge "
+    "library\n"
+    "close it first.\n"
     "\n"
     "  --help  shows this text\n"
     "\n"
-    "Exit code: 0 an oscilloscope answers, 1 none answers, 2 wrong use.\n";
+    "Exit code: 0 an oscilloscope answers, 1 none answers, 2 wrong use. After this help: 0.\n";
 
 /// Message boxes as lines of a terminal, where nobody is asked anything.
 class TerminalBoxes : public MessageBoxes {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <memory>
@@ -154,7 +155,11 @@ void copy_permissions(const std::filesystem::path& model, const std::filesystem:
 
 /// What follows the name of a file in that of its new content before the renaming; the number of
 /// the process that writes it comes last.
-constexpr const char* new_mark = ".new";
+constexpr const char* new_mark = ".kv408-new";
+
+/// Age from which new content counts as left behind. Where several computers share a folder the
+/// process that writes may run on another one.
+constexpr std::chrono::hours leftover_age{1};
 
 /// The process that wrote the new content called `name` of the file called `file`; nothing when it
 /// is not called so. No name is turned into text that might not be text.
@@ -171,6 +176,13 @@ std::optional<int> writer_of(const std::filesystem::path& name, std::filesystem:
     return int32_in(text_of_path(number));
 }
 
+/// True when the file at `path` was last written more than `leftover_age` ago.
+bool is_old(const std::filesystem::path& path) {
+    std::error_code error;
+    const auto written = std::filesystem::last_write_time(path, error);
+    return !error && std::filesystem::file_time_type::clock::now() - written > leftover_age;
+}
+
 /// Removes what is left beside the file at `path` of writes whose processes were killed.
 void remove_leftovers(const std::filesystem::path& path) {
     const auto folder = path.has_parent_path() ? path.parent_path() : ".";
@@ -179,7 +191,8 @@ void remove_leftovers(const std::filesystem::path& path) {
     std::filesystem::directory_iterator entry(folder, error);
     for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
         const auto writer = writer_of(entry->path().filename(), path.filename());
-        if (writer && !process_runs(*writer) && entry->is_regular_file(refused)) {
+        if (writer && !process_runs(*writer) && entry->is_regular_file(refused) &&
+            is_old(entry->path())) {
             std::filesystem::remove(entry->path(), refused);
         }
     }

@@ -1,5 +1,6 @@
 #include "link/library_bridge.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <sstream>
@@ -52,6 +53,8 @@ std::string LibraryBridge::diagnosis() {
 }
 
 std::string LibraryBridge::listed_devices() {
+    constexpr Dword most_listed =
+        100; // more than USB has room for: such a count is not to be believed
     Dword count = 0;
     std::ostringstream text;
     text << "The bridge library " << name_ << " is used. ";
@@ -60,7 +63,7 @@ std::string LibraryBridge::listed_devices() {
         return text.str();
     }
     text << "Devices that it lists: " << count << ".\n";
-    for (Dword index = 0; index < count; ++index) {
+    for (Dword index = 0; index < std::min(count, most_listed); ++index) {
         std::array<Byte, product_string_size> buffer = {};
         const bool told = SI_GetProductString(index, buffer, si_return_serial_number) == si_success;
         const std::string serial = bytestostring(buffer);

@@ -177,6 +177,12 @@ TEST(InterruptedWrite, KilledAtAnyByteTheOldFileStaysWholeAndTheNextWriteSucceed
     EXPECT_EQ(content(path), old_bytes);
 }
 
+/// Makes the file at `path` look written an hour and a minute ago.
+void make_old(const std::filesystem::path& path) {
+    std::filesystem::last_write_time(path, std::filesystem::file_time_type::clock::now() -
+                                               std::chrono::minutes(61));
+}
+
 TEST(InterruptedWrite, KilledBeforeTheRenamingTheOldFileStaysAndTheNextWriteTidiesUp) {
     const TemporaryFolder folder;
     const auto path = folder.path() / "file";
@@ -189,7 +195,9 @@ TEST(InterruptedWrite, KilledBeforeTheRenamingTheOldFileStaysAndTheNextWriteTidi
     EXPECT_EQ(content(path), old_bytes);
     // The new content was whole already.
     ASSERT_EQ(names(folder.path()).size(), 2U);
-    EXPECT_EQ(content(folder.path() / names(folder.path())[1]), new_bytes);
+    const auto left = folder.path() / names(folder.path())[1];
+    EXPECT_EQ(content(left), new_bytes);
+    make_old(left);
     EXPECT_EQ(SystemFiles().replace(path, new_bytes).status, FileStatus::done);
     EXPECT_EQ(content(path), new_bytes);
     EXPECT_EQ(names(folder.path()), std::vector<std::string>{"file"});
@@ -216,21 +224,32 @@ TEST(InterruptedWrite, OnlyWhatAKilledWriteOfThisFileLeftIsRemoved) {
         _exit(0);
     }
     waitpid(gone, nullptr, 0);
-    const std::string left = ".new" + std::to_string(gone);
+    const std::string left = ".kv408-new" + std::to_string(gone);
     // A process that runs, another file's, and names that no write gives.
-    const std::vector<std::string> kept = {
-        "file",       "file.new",   "file.new" + std::to_string(getppid()), "file" + left + "a",
-        "file.new 1", "fold" + left};
+    const std::vector<std::string> kept = {"file",
+                                           "file.kv408-new",
+                                           "file.kv408-new" + std::to_string(getppid()),
+                                           "file" + left + "a",
+                                           "file.kv408-new 1",
+                                           "file.new" + std::to_string(gone),
+                                           "fold" + left};
     for (const std::string& name : kept) {
         std::ofstream(folder.path() / name) << "kept";
+        make_old(folder.path() / name);
     }
-    std::ofstream(folder.path() / ("file" + left)) << "half";
+    const auto leftover = folder.path() / ("file" + left);
+    std::ofstream(leftover) << "half";
+    // It may be another computer's, as long as it is young.
+    ASSERT_EQ(SystemFiles().replace(path, "new").status, FileStatus::done);
+    EXPECT_TRUE(std::filesystem::exists(leftover));
+    make_old(leftover);
     ASSERT_EQ(SystemFiles().replace(path, "new").status, FileStatus::done);
     std::vector<std::string> expected = kept;
     std::sort(expected.begin(), expected.end());
     EXPECT_EQ(names(folder.path()), expected);
     // Also where the file's name is all that is given.
-    std::ofstream(folder.path() / ("file" + left)) << "half";
+    std::ofstream(leftover) << "half";
+    make_old(leftover);
     const auto before = std::filesystem::current_path();
     std::filesystem::current_path(folder.path());
     EXPECT_EQ(SystemFiles().replace("file", "newer").status, FileStatus::done);

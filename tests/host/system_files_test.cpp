@@ -125,8 +125,8 @@ TEST_F(SystemFilesTest, AWriteProtectedFileStays) {
 
 TEST_F(SystemFilesTest, LeftoversOfACrashDoNotHurt) {
     put("file", "old");
-    put("file.new", "half");
-    std::filesystem::create_directory(at("file.new1"));
+    put("file.kv408-new", "half");
+    std::filesystem::create_directory(at("file.kv408-new1"));
     EXPECT_EQ(replace("file", "new"), FileStatus::done);
     EXPECT_EQ(content("file"), "new");
     EXPECT_EQ(entries(), 3);

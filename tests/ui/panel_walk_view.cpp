@@ -338,7 +338,9 @@ QStringList picture_differences(const Surface& picture, const Parts& parts) {
     const auto grid =
         pixels(picture, parts.colours.grid, {1, 1, plot::width - 2, plot::height - 2});
     if (panel.gridenable.checked() ? grid < 500 : grid > 0) {
-        differences.append(u"the grid has %1 pixels"_s.arg(grid));
+        differences.append(u"the grid has %1 pixels, CH1 %2, CH2 %3"_s.arg(grid)
+                               .arg(pixels(picture, parts.colours.ch1, whole_plot))
+                               .arg(pixels(picture, parts.colours.ch2, whole_plot)));
     }
     compare_cursor_lines(picture, parts, differences);
     return differences;
