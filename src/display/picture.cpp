@@ -43,7 +43,6 @@ void Picture::refresh(int channel, int index) {
     const Columns changed = traces_[slot(channel)].map(inputs_.channels[slot(channel)],
                                                        inputs_.samples[slot(channel)], index);
     changes_.points[slot(channel)].add(changed);
-    changes_.history[slot(channel)] |= index == 0;
 }
 
 void Picture::makegrid() {
@@ -61,7 +60,7 @@ void Picture::movepersistance() {
     for (Trace& trace : traces_) {
         trace.shift();
     }
-    changes_.history.fill(true);
+    changes_.history = true;
 }
 
 void Picture::calccursors() {
@@ -106,7 +105,7 @@ void Picture::draw(unsigned flags) {
     const Content next = content(flags);
     const DirtyColumns dirty = columns_to_compose(next);
     drawn_ = next;
-    changes_ = Changes{.everything = false, .history = {}, .points = {}};
+    changes_ = Changes{.everything = false, .history = false, .points = {}};
     dirty.for_each_range([this](Columns columns) { compose(columns); });
     if (listener_ && !dirty.hull().empty()) {
         listener_(dirty.hull());
@@ -189,7 +188,7 @@ DirtyColumns Picture::columns_to_compose(const Content& next) const {
     for (const int channel : drawing_order) {
         const TraceLook& look = next.looks[slot(channel)];
         everything |= look != drawn_.looks[slot(channel)];
-        everything |= look.history && changes_.history[slot(channel)];
+        everything |= look.history && changes_.history;
         if (look.shown) {
             dirty.add_difference(next.gaps[slot(channel)], drawn_.gaps[slot(channel)]);
             changes_.points[slot(channel)].for_each_range(

@@ -86,7 +86,7 @@ private:
     /// What has changed since the last composition, besides the content.
     struct Changes {
         bool everything = true;
-        std::array<bool, 2> history = {};
+        bool history = false;
         std::array<DirtyColumns, 2> points;
     };
 
