@@ -334,13 +334,15 @@ QStringList picture_differences(const Surface& picture, const Parts& parts) {
             differences.append(u"CH%1 has %2 pixels"_s.arg(index + 1).arg(count));
         }
     }
-    // The border alone has 2304 pixels, traces may cover some of them.
+    // The border alone has 2304 pixels. Of what lies within it the traces cover their share.
     const auto grid =
         pixels(picture, parts.colours.grid, {1, 1, plot::width - 2, plot::height - 2});
-    if (panel.gridenable.checked() ? grid < 500 : grid > 0) {
-        differences.append(u"the grid has %1 pixels, CH1 %2, CH2 %3"_s.arg(grid)
-                               .arg(pixels(picture, parts.colours.ch1, whole_plot))
-                               .arg(pixels(picture, parts.colours.ch2, whole_plot)));
+    const auto covered = pixels(picture, parts.colours.ch1, whole_plot) +
+                         pixels(picture, parts.colours.ch2, whole_plot);
+    constexpr double area = double{plot::width} * plot::height;
+    const double least = 500.0 * (1.0 - static_cast<double>(covered) / area);
+    if (panel.gridenable.checked() ? static_cast<double>(grid) < least : grid > 0) {
+        differences.append(u"the grid has %1 pixels, the traces %2"_s.arg(grid).arg(covered));
     }
     compare_cursor_lines(picture, parts, differences);
     return differences;
