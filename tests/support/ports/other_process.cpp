@@ -15,6 +15,10 @@
 namespace kv408 {
 namespace {
 
+// The library that plays the ports locks what it keeps in each call of open, ioctl and write. One
+// of its threads may hold that lock when this process is made, without the thread that would let go
+// of it: the kernel is called directly, which also opens the port itself and not a play of it.
+
 bool done(const char* name, const OtherProcess::Deed& deed) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     if (prctl(PR_SET_NAME, name) != 0) {
@@ -23,8 +27,8 @@ bool done(const char* name, const OtherProcess::Deed& deed) {
     if (deed.opens.empty()) {
         return true;
     }
-    // The call of the library would go to the parent's play of a port.
-    const int handle = open(deed.opens.c_str(), O_RDWR | O_NOCTTY);
+    const auto handle = static_cast<int>(
+        syscall(SYS_openat, AT_FDCWD, deed.opens.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC));
     return handle >= 0 && (!deed.locks || flock(handle, LOCK_EX | LOCK_NB) == 0) &&
            (!deed.marks || syscall(SYS_ioctl, handle, TIOCEXCL) == 0);
 }
@@ -39,7 +43,7 @@ OtherProcess::OtherProcess(const char* name, const Deed& deed) : name_(name) {
     id_ = fork();
     if (id_ == 0) {
         const char answer = done(name, deed) ? 1 : 0;
-        if (write(ends[1], &answer, 1) != 1) {
+        if (syscall(SYS_write, ends[1], &answer, 1) != 1) {
             _exit(1);
         }
         for (;;) {
