@@ -1,6 +1,6 @@
 #include "ui/control_panel.h"
 
-#include <QApplication>
+#include <QFocusEvent>
 #include <QGridLayout>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -34,11 +34,17 @@ public:
             const int bar = greatest > 0 ? verticalScrollBar()->sizeHint().width() : 0;
             set_frames_width(panel_width - bar);
         });
-        connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* focused) {
-            if (focused != nullptr && widget()->isAncestorOf(focused)) {
-                ensureWidgetVisible(focused);
-            }
-        });
+        for (QWidget* const inner : frames->findChildren<QWidget*>()) {
+            inner->installEventFilter(this);
+        }
+    }
+
+    /// Brings into sight what the keyboard goes to.
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::FocusIn && by_keyboard(static_cast<QFocusEvent&>(*event))) {
+            ensureWidgetVisible(static_cast<QWidget*>(watched));
+        }
+        return QScrollArea::eventFilter(watched, event);
     }
 
     [[nodiscard]] QSize sizeHint() const override { return widget()->sizeHint(); }
@@ -46,6 +52,14 @@ public:
 
 private:
     static constexpr int least_height = 300;
+
+    /// Not by the mouse, under which nothing may move away, nor because the window has come to the
+    /// front, which a click may have brought about.
+    static bool by_keyboard(const QFocusEvent& event) {
+        const Qt::FocusReason reason = event.reason();
+        return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
+               reason == Qt::ShortcutFocusReason || reason == Qt::OtherFocusReason;
+    }
 
     /// Makes the frames `width` wide, both columns alike.
     void set_frames_width(int width) {
