@@ -7,6 +7,7 @@
 
 #include "ui/frame_grid.h"
 #include "ui/frames.h"
+#include "ui/mouse_wheel.h"
 
 namespace kv408::ui {
 namespace {
@@ -108,6 +109,7 @@ QWidget* make_control_panel(ScopeDriver& driver) {
         column->addWidget(frame);
     }
     column->addWidget(make_buttons(driver));
+    let_wheel_turn_only_what_has_focus(*panel);
     return panel;
 }
 

@@ -1,9 +1,12 @@
-// The column of frames in a low window: what scrolls it, and what a click does to the controls
-// in it.
+// The column of frames in a low window: what scrolls it, and what a click and the mouse wheel do to
+// the controls in it.
 
 #include <QAbstractButton>
+#include <QComboBox>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QSlider>
+#include <QTabBar>
 #include <QTest>
 
 #include "mouse.h"
@@ -40,6 +43,31 @@ private:
 };
 
 constexpr QSize low(1277, 695);
+constexpr QSize high(1600, 1100);
+
+/// The lists, sliders and tabs of the control panel.
+QList<QWidget*> turned_by_wheel(QWidget& window) {
+    QList<QWidget*> found;
+    for (QWidget* const widget : window.findChildren<QWidget*>()) {
+        if (qobject_cast<QComboBox*>(widget) != nullptr ||
+            qobject_cast<QSlider*>(widget) != nullptr ||
+            qobject_cast<QTabBar*>(widget) != nullptr) {
+            found.append(widget);
+        }
+    }
+    return found;
+}
+
+/// What `widget` stands at.
+int standing(const QWidget& widget) {
+    if (const auto* const list = qobject_cast<const QComboBox*>(&widget)) {
+        return list->currentIndex();
+    }
+    if (const auto* const slider = qobject_cast<const QSlider*>(&widget)) {
+        return slider->value();
+    }
+    return qobject_cast<const QTabBar*>(&widget)->currentIndex();
+}
 
 class ColumnTest : public QObject {
     Q_OBJECT
@@ -48,6 +76,9 @@ private Q_SLOTS:
     void a_click_on_what_is_half_seen_counts();
     void the_keyboard_brings_into_sight_what_it_goes_to();
     void a_window_that_comes_to_the_front_stays_as_it_was();
+    void the_mouse_wheel_scrolls_over_what_has_no_focus();
+    void the_mouse_wheel_turns_what_has_the_focus();
+    void the_mouse_wheel_does_nothing_where_nothing_scrolls();
 };
 
 void ColumnTest::a_click_on_what_is_half_seen_counts() {
@@ -132,6 +163,62 @@ void ColumnTest::a_window_that_comes_to_the_front_stays_as_it_was() {
     QVERIFY(QTest::qWaitForWindowActive(&column.on.window()));
     QVERIFY(channel.hasFocus());
     QCOMPARE(column.bar->value(), 0);
+}
+
+void ColumnTest::the_mouse_wheel_scrolls_over_what_has_no_focus() {
+    Column column(low);
+    QVERIFY(column.ready);
+    const QList<QWidget*> all = turned_by_wheel(column.on.window());
+    // Lists: 3 measurements, source, edge, time, 2 volts, cursor channel, device; the hysteresis;
+    // 2 rows of tabs.
+    QCOMPARE(all.size(), 13);
+    for (QWidget* const widget : all) {
+        column.focus_nothing();
+        column.area->ensureWidgetVisible(widget);
+        const int stood = standing(*widget);
+        const int scrolled = column.bar->value();
+        Mouse(column.on.window()).turn_wheel(*widget, scrolled == 0 ? -1 : 1);
+        QVERIFY2(standing(*widget) == stood, qPrintable(widget->objectName()));
+        QVERIFY2(!widget->hasFocus(), qPrintable(widget->objectName()));
+        const bool inside = column.area->isAncestorOf(widget);
+        QVERIFY2((column.bar->value() != scrolled) == inside, qPrintable(widget->objectName()));
+    }
+}
+
+void ColumnTest::the_mouse_wheel_turns_what_has_the_focus() {
+    Column column(low);
+    QVERIFY(column.ready);
+    FrontPanel& panel = column.on.panel();
+    const auto turn = [&column](const char* name, int notches) {
+        QWidget& widget = *column.on.widget(name);
+        widget.setFocus(Qt::TabFocusReason);
+        const int scrolled = column.bar->value();
+        Mouse(column.on.window()).turn_wheel(widget, notches);
+        return column.bar->value() == scrolled;
+    };
+    QVERIFY(turn("seltimediv", -1));
+    QCOMPARE(panel.seltimediv.text(), std::string("10ns/div"));
+    QVERIFY(turn("ch2vdiv", 1));
+    QCOMPARE(panel.channel[1].vdiv.text(), std::string("0.2V"));
+    QVERIFY(turn("shyst", 1));
+    QVERIFY(panel.shyst.value() > 10);
+    QVERIFY(turn("TabStrip3", 1));
+    QCOMPARE(panel.tabstrip3.selected(), 2);
+}
+
+void ColumnTest::the_mouse_wheel_does_nothing_where_nothing_scrolls() {
+    Column column(high);
+    QVERIFY(column.ready);
+    QCOMPARE(column.bar->maximum(), 0);
+    for (QWidget* const widget : turned_by_wheel(column.on.window())) {
+        for (const int notches : {-1, 1}) {
+            column.focus_nothing();
+            const int stood = standing(*widget);
+            Mouse(column.on.window()).turn_wheel(*widget, notches);
+            QVERIFY2(standing(*widget) == stood, qPrintable(widget->objectName()));
+            QVERIFY2(!widget->hasFocus(), qPrintable(widget->objectName()));
+        }
+    }
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QTest>
+#include <QWheelEvent>
 #include <QWidget>
 #include <QWindow>
 
@@ -36,6 +37,18 @@ public:
 
     /// Lets go of the left button.
     void release() { QTest::mouseRelease(top_.windowHandle(), Qt::LeftButton, {}, at_); }
+
+    /// Turns its wheel by `notches`, away from the user where positive, over the middle of
+    /// `widget`.
+    void turn_wheel(const QWidget& widget, int notches) {
+        go(widget, widget.rect().center());
+        const QPoint turned(0, notches * QWheelEvent::DefaultDeltasPerStep);
+        QWheelEvent event(at_, top_.mapToGlobal(at_), {}, turned, Qt::NoButton, Qt::NoModifier,
+                          Qt::NoScrollPhase, false);
+        QSpontaneKeyEvent::setSpontaneous(&event);
+        // Sending it would make it one of the program's own again.
+        qApp->notify(top_.windowHandle(), &event);
+    }
 
 private:
     QWidget& top_;

@@ -189,6 +189,7 @@ void PanelWalk::choose_entry(QComboBox& list) {
     case 1: {
         const QPoint place = list.rect().center();
         const int notches = chance(50) ? 120 : -120;
+        list.setFocus(Qt::TabFocusReason);
         QWheelEvent event(place, list.mapToGlobal(place), {}, {0, notches}, Qt::NoButton,
                           Qt::NoModifier, Qt::NoScrollPhase, false);
         QCoreApplication::sendEvent(&list, &event);
