@@ -36,12 +36,11 @@ const std::string port_title =
 const std::string device_title = "USB device 1-1, 10c4:ea60, serial number lm4rxa-SIM00001:\n";
 const std::string plug_in = " Unplug the instrument and plug it in again.\n";
 
-/// Holds back other test programs that play processes of known names, for as long as it lives.
+/// Holds back other test programs of this user that play processes of known names, for as long as
+/// it lives.
 class OneAtATime {
 public:
-    OneAtATime()
-        : file_(open((std::filesystem::temp_directory_path() / "kv408-test-processes").c_str(),
-                     O_RDWR | O_CREAT | O_CLOEXEC, 0666)) {
+    OneAtATime() : file_(open(path().c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600)) {
         if (file_ < 0 || flock(file_, LOCK_EX) != 0) {
             throw std::system_error(errno, std::generic_category(), "the lock of the tests");
         }
@@ -51,6 +50,11 @@ public:
     OneAtATime& operator=(const OneAtATime&) = delete;
 
 private:
+    static std::filesystem::path path() {
+        return std::filesystem::temp_directory_path() /
+               std::string("kv408-test-processes-").append(std::to_string(geteuid()));
+    }
+
     int file_;
 };
 
@@ -120,7 +124,8 @@ TEST_F(Diagnosis, WhereWhoKeepsOthersOutDoesNotShowRootIsToLook) {
     ports_.open_folders();
     const std::string terminal = ports_.terminal(0);
     ASSERT_EQ(chmod(terminal.c_str(), 0666), 0);
-    const OtherProcess other("some-terminal", {.opens = terminal, .marks = true});
+    // A pseudo terminal keeps the mark when the process has ended: none shows, whoever looks.
+    { const OtherProcess ended("some-terminal", {.opens = terminal, .marks = true}); }
     const PlainUser user;
     expect_of_port("Another program is using /dev/ttyUSB0. Close it and start this one again.\n"
                    "This line tells which it is:\nsudo kv408-doctor");

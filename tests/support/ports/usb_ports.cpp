@@ -119,7 +119,7 @@ void UsbPorts::remove_node(int number) const {
 
 void UsbPorts::hide_serial(int number) const {
     std::filesystem::permissions(root() + "/sys" + device_folder(number) + "/serial",
-                                 std::filesystem::perms(0400));
+                                 std::filesystem::perms::none);
 }
 
 void UsbPorts::unplug(int number) {
