@@ -51,6 +51,15 @@ int lock(int handle) {
     return errno == EWOULDBLOCK ? EBUSY : errno;
 }
 
+/// Keeps others from opening the port that `handle` has open; gives the error number.
+int take_for_ourselves(int handle) {
+    // The lock keeps out who asks for it, the mark who may not override it: neither is enough.
+    if (const int error = lock(handle); error != 0) {
+        return error;
+    }
+    return ioctl(handle, TIOCEXCL) == 0 ? 0 : errno;
+}
+
 /// Ends the flow control by modem lines of the open terminal `handle`; gives the error number.
 /// libserialport 0.1.1 leaves it on where another program has left it on.
 int end_modem_line_flow_control(int handle) {
@@ -131,22 +140,15 @@ int SerialPort::open(const std::string& name) {
     if (const int error = error_of(sp_open(found, SP_MODE_READ_WRITE)); error != 0) {
         return error;
     }
-    if (const int error = take_for_ourselves(); error != 0) {
+    int handle = -1;
+    sp_get_port_handle(found, &handle); // an open port has one
+    if (const int error = take_for_ourselves(handle); error != 0) {
         // The mark of the other program stays on the port.
-        handle_ = -1;
         sp_close(found);
         return error;
     }
+    handle_ = handle;
     return 0;
-}
-
-int SerialPort::take_for_ourselves() {
-    sp_get_port_handle(port_.get(), &handle_); // an open port has one
-    // The lock keeps out who asks for it, the mark who may not override it: neither is enough.
-    if (const int error = lock(handle_); error != 0) {
-        return error;
-    }
-    return ioctl(handle_, TIOCEXCL) == 0 ? 0 : errno;
 }
 
 int SerialPort::set_rate(int baud) {

@@ -84,12 +84,11 @@ private:
         void operator()(sp_port* port) const;
     };
 
-    [[nodiscard]] int take_for_ourselves();
     [[nodiscard]] int wait_for(short events, std::chrono::nanoseconds deadline) const;
 
     const Clock& clock_;
     std::unique_ptr<sp_port, Free> port_;
-    int handle_ = -1; ///< file descriptor of the open port, else -1
+    int handle_ = -1; ///< file descriptor of the port once it is ours, else -1
 };
 
 } // namespace kv408

@@ -188,6 +188,11 @@ TEST(Discovery, ABridgeThatKnowsOfNoTroubleTellsNone) {
     EXPECT_EQ(rig.bridge.Bridge::trouble(), "");
 }
 
+TEST(Discovery, ABridgeThatHasNowhereToLookFindsNothingInTheWay) {
+    LinkRig rig;
+    EXPECT_EQ(rig.bridge.Bridge::diagnosis(), "");
+}
+
 TEST(LinkSpeed, IsSetTo833000Baud) {
     LinkRig rig;
     rig.open();

@@ -154,6 +154,13 @@ TEST_F(Diagnosis, APortThatThisProgramHasIsNotTakenForBusy) {
     expect_of_port("It can be opened. If the instrument does not answer, check its power.");
 }
 
+TEST_F(Diagnosis, APortRightBelowItsInterfaceIsLookedAt) {
+    ports_.plug_modem(0, "lm4rxa-SIM00001");
+    EXPECT_EQ(usb_diagnosis(Way::serial_port),
+              "/dev/ttyACM0 (USB device 1-1, 10c4:ea60, serial number lm4rxa-SIM00001):\n"
+              "It can be opened. If the instrument does not answer, check its power.\n");
+}
+
 TEST_F(Diagnosis, APortWhoseNodeHasGoneIsTold) {
     plug();
     ports_.remove_node(0);
@@ -219,6 +226,15 @@ TEST_F(Diagnosis, TheBrailleServiceIsSuspectedWhereItRuns) {
     const OtherProcess service("brltty", {});
     expect_of_device(service.title() + ", the service for Braille displays, takes such devices." +
                      braille_cure);
+}
+
+TEST_F(Diagnosis, EveryProcessOfTheBrailleServiceIsNamed) {
+    plug_portless(nullptr);
+    const OtherProcess one("brltty", {});
+    const OtherProcess two("brltty", {});
+    const auto& [first, second] = one.id() < two.id() ? std::tie(one, two) : std::tie(two, one);
+    expect_of_device(first.title() + " and " + second.title() +
+                     ", the service for Braille displays, takes such devices." + braille_cure);
 }
 
 TEST_F(Diagnosis, TheBrailleServiceIsOnlySuspectedWhereWhoHasTheDeviceDoesNotShow) {
@@ -299,6 +315,28 @@ TEST_F(Diagnosis, ForTheLibraryWhoHasDeviceAndPortIsNamedOnce) {
                                                ". Close that program and start this one again.\n");
 }
 
+TEST_F(Diagnosis, ForTheLibraryWhoHasThePortAloneIsNamedToo) {
+    plug();
+    ports_.plug(1, nullptr);
+    ports_.put_raw_node(0, ports_.terminal(1));
+    const OtherProcess other("some-terminal", {.opens = ports_.terminal(0)});
+    EXPECT_THAT(usb_diagnosis(Way::library),
+                StartsWith(device_title + "/dev/bus/usb/001/002 is in use by " + other.title() +
+                           ". Close that program and start this one again.\n"));
+}
+
+TEST_F(Diagnosis, ForTheLibraryADeviceThatThisProgramHasIsNotTakenForBusy) {
+    plug();
+    ports_.put_raw_node(0, ports_.terminal(0));
+    const int handle = open(ports_.terminal(0).c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
+    ASSERT_GE(handle, 0);
+    EXPECT_EQ(usb_diagnosis(Way::library), device_title + "This program has it open.\n");
+    close(handle);
+    EXPECT_EQ(usb_diagnosis(Way::library),
+              device_title +
+                  "It can be opened. If the instrument does not answer, check its power.\n");
+}
+
 TEST_F(Diagnosis, ForTheLibraryWithoutPermissionTheLineIsToldThatGivesIt) {
     plug();
     ports_.plug(1, nullptr);
@@ -340,6 +378,16 @@ TEST_F(Diagnosis, WhatTheLibraryListsIsToldAndThenTheDevices) {
                                                " is used. Devices that it lists: 1.\n"
                                                "Serial number lm4rxa-SIM00001: an instrument.\n\n" +
                                                device_title));
+}
+
+TEST_F(Diagnosis, ALibraryThatCannotCountItsDevicesIsTold) {
+    plug();
+    LibraryBridge bridge(KV408_FAILING_LIBRARY);
+    ASSERT_EQ(bridge.trouble(), "");
+    EXPECT_THAT(bridge.diagnosis(),
+                StartsWith("The bridge library " KV408_FAILING_LIBRARY
+                           " is used. It cannot count its devices: it fails with status 2.\n\n" +
+                           device_title));
 }
 
 TEST(DeviceUsers, ALockFileNamesItsProcessAsLongAsThatLives) {

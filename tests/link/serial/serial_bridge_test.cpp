@@ -10,13 +10,11 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include "host/system_clock.h"
 #include "link/device_link.h"
 #include "link/serial_trouble.h"
-#include "support/ports/plain_user.h"
 #include "support/ports/usb_ports.h"
 
 namespace kv408 {
@@ -256,60 +254,6 @@ TEST_F(SerialBridgeTest, AFlushEmptiesTheReceiveQueue) {
         EXPECT_EQ(waiting, 0U);
         receive({4, 5});
     }
-}
-
-TEST_F(SerialBridgeTest, ASecondOpenerIsRefusedUntilTheFirstCloses) {
-    open();
-    SerialBridge second(clock_, log_);
-    ASSERT_EQ(listed(second), 1U);
-    Handle handle = nullptr;
-    EXPECT_EQ(second.SI_Open(0, handle), si_failed);
-    EXPECT_EQ(second.trouble(),
-              "Another program is using /dev/ttyUSB0. Close it and start this one again.");
-    EXPECT_EQ(bridge_.SI_Open(0, handle), si_failed);
-    EXPECT_EQ(bridge_.SI_Close(handle_), si_success);
-    EXPECT_EQ(second.SI_Open(0, handle), si_success) << second.trouble();
-    EXPECT_EQ(second.trouble(), "");
-}
-
-TEST_F(SerialBridgeTest, WhoDoesNotAskForTheLockIsKeptOutToo) {
-    open();
-    ports_.open_folders();
-    const std::string terminal = ports_.terminal(0);
-    ASSERT_EQ(chmod(terminal.c_str(), 0666), 0);
-    {
-        const PlainUser user;
-        EXPECT_EQ(::open(terminal.c_str(), O_RDWR | O_NOCTTY), -1);
-        EXPECT_EQ(errno, EBUSY);
-    }
-    EXPECT_EQ(bridge_.SI_Close(handle_), si_success);
-    const PlainUser user;
-    const int handle = ::open(terminal.c_str(), O_RDWR | O_NOCTTY);
-    EXPECT_GE(handle, 0);
-    close(handle);
-}
-
-TEST_F(SerialBridgeTest, WithoutPermissionTheLineThatCuresItIsTold) {
-    ports_.plug(0, "lm4rxa-SIM00001");
-    ports_.open_folders();
-    ASSERT_EQ(chmod(ports_.terminal(0).c_str(), 0), 0);
-    const PlainUser user;
-    ASSERT_EQ(listed(bridge_), 1U);
-    EXPECT_EQ(bridge_.SI_Open(0, handle_), si_failed);
-    const std::string trouble = bridge_.trouble();
-    EXPECT_EQ(trouble.find("You have no permission to use /dev/ttyUSB0."), 0U) << trouble;
-    EXPECT_NE(trouble.find("\nsudo usermod -aG "), std::string::npos) << trouble;
-    EXPECT_NE(trouble.find(" $USER\n"), std::string::npos) << trouble;
-}
-
-TEST_F(SerialBridgeTest, APortThatGoesBetweenListingAndOpeningIsTold) {
-    ports_.plug(0, "lm4rxa-SIM00001");
-    ASSERT_EQ(listed(bridge_), 1U);
-    ports_.unplug(0);
-    EXPECT_EQ(bridge_.SI_Open(0, handle_), si_failed);
-    EXPECT_EQ(bridge_.trouble(),
-              "There is no port /dev/ttyUSB0 any more. Check the instrument's USB cable.");
-    EXPECT_EQ(bridge_.SI_Open(1, handle_), si_failed);
 }
 
 TEST_F(SerialBridgeTest, AnUnpluggedPortFailsAndIsNoTimeOut) {

@@ -82,14 +82,25 @@ void UsbPorts::plug(int number, const char* serial) {
     text += "\nP: " + interface_folder(number) + "/" + name + "\nE: SUBSYSTEM=usb-serial\n";
     text += "\nP: " + terminal_folder(number) + "\nN: " + name + "\nE: DEVNAME=/dev/" + name +
             "\nE: SUBSYSTEM=tty\nL: device=../../../" + name + "\n\n";
+    add(text);
     GError* error = nullptr;
     const std::string node = "/dev/" + name;
-    if (!umockdev_testbed_add_from_string(testbed_.get(), text.c_str(), &error) ||
-        !umockdev_testbed_attach_ioctl(testbed_.get(), node.c_str(), handler_.get(), &error)) {
+    if (!umockdev_testbed_attach_ioctl(testbed_.get(), node.c_str(), handler_.get(), &error)) {
         throw std::runtime_error(error->message);
     }
     const int end = far_end(number);
     fcntl(end, F_SETFL, fcntl(end, F_GETFL) | O_NONBLOCK);
+}
+
+void UsbPorts::plug_modem(int number, const char* serial) {
+    const std::string name = std::string("ttyACM").append(std::to_string(number));
+    const std::string interface = interface_folder(number);
+    std::string text = device_text(number, {.serial = serial});
+    text += "P: " + interface + "\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_interface\n";
+    text += "\nP: " + interface + "/tty/" + name + "\nN: " + name + "\nE: DEVNAME=/dev/" + name +
+            "\nE: SUBSYSTEM=tty\nL: device=../../.." + interface.substr(interface.rfind('/')) +
+            "\n\n";
+    add(text);
 }
 
 void UsbPorts::plug_portless(int number, const Portless& device) {
@@ -101,6 +112,10 @@ void UsbPorts::plug_portless(int number, const Portless& device) {
         }
         text += "\n\n";
     }
+    add(text);
+}
+
+void UsbPorts::add(const std::string& text) const {
     GError* error = nullptr;
     if (!umockdev_testbed_add_from_string(testbed_.get(), text.c_str(), &error)) {
         throw std::runtime_error(error->message);
@@ -115,6 +130,10 @@ void UsbPorts::put_raw_node(int number, const std::string& target) const {
 
 void UsbPorts::remove_node(int number) const {
     std::filesystem::remove(root() + "/dev/" + port_name(number));
+}
+
+void UsbPorts::remove_entry(int number) const {
+    std::filesystem::remove(root() + "/sys/class/tty/" + port_name(number));
 }
 
 void UsbPorts::hide_serial(int number) const {
@@ -189,6 +208,10 @@ gboolean UsbPorts::handle_ioctl(UMockdevIoctlBase* /*base*/, UMockdevIoctlClient
 }
 
 bool UsbPorts::answer(UMockdevIoctlClient* client, unsigned long request) const {
+    if (const int error = on_request ? on_request(request) : 0; error != 0) {
+        umockdev_ioctl_client_complete(client, -1, error);
+        return true;
+    }
     switch (request) {
     case TIOCMGET: {
         UMockdevIoctlData* const lines = argument<int>(client);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -27,6 +28,10 @@ public:
     /// is /dev/ttyUSB<number>. No number is used twice.
     void plug(int number, const char* serial);
 
+    /// Plugs in a device whose port the kernel puts right below its interface, as
+    /// /dev/ttyACM<number>.
+    void plug_modem(int number, const char* serial);
+
     /// A device without a port.
     struct Portless {
         const char* serial = nullptr;    ///< serial number, null for none
@@ -44,6 +49,9 @@ public:
 
     /// Takes the device node of port `number` away and leaves the rest.
     void remove_node(int number) const;
+
+    /// Takes what /sys shows of port `number` away and leaves its device node.
+    void remove_entry(int number) const;
 
     /// Lets no user but root read the serial number of device `number`.
     void hide_serial(int number) const;
@@ -63,11 +71,17 @@ public:
     std::atomic<bool> speed_refused = false; ///< setting the speed fails
     std::atomic<Dword> rounded_speed = 0;    ///< the speed that every port reports, unless 0
 
+    /// Gives the system error number with which a request to a port is to fail, 0 where it is to be
+    /// carried out. Called in another thread; set it while no request is under way.
+    std::function<int(unsigned long request)> on_request;
+
 private:
     struct Release {
         void operator()(void* object) const { g_object_unref(object); }
     };
 
+    /// Adds the devices that `text` describes.
+    void add(const std::string& text) const;
     [[nodiscard]] std::string root() const;
     static gboolean handle_ioctl(UMockdevIoctlBase* base, UMockdevIoctlClient* client,
                                  gpointer ports);
