@@ -1,6 +1,7 @@
 #include "doctor/doctor.h"
 
 #include <ostream>
+#include <string>
 
 #include "host/message_boxes.h"
 #include "link/device_link.h"
@@ -43,17 +44,41 @@ private:
     std::ostream& out_;
 };
 
-/// True when an instrument has been opened over `link` and acknowledges the check frame.
-bool open_and_check(DeviceLink& link) {
+/// What the check of an instrument comes to.
+enum class Check { not_opened, silent, wrong_answer, answers };
+
+/// Opens an instrument over `link` and sends it the check frame.
+Check open_and_check(DeviceLink& link) {
     try {
         link.finddevice();
         if (!link.select_and_open()) {
-            return false;
+            return Check::not_opened;
         }
         link.set_link_speed();
-        return link.checkdevice();
+        if (link.checkdevice()) {
+            return Check::answers;
+        }
+        // A device that stayed silent has been closed.
+        const bool answered = link.state().open && link.state().commstatus == si_success;
+        return answered ? Check::wrong_answer : Check::silent;
     } catch (const ProgramEnded&) {
-        return false;
+        return link.state().devfound ? Check::silent : Check::not_opened;
+    }
+}
+
+/// The last line: what the check of the instrument with this serial number came to.
+std::string outcome_of(Check check, const std::string& serial) {
+    switch (check) {
+    case Check::answers:
+        return "The instrument " + serial + " answers.";
+    case Check::wrong_answer:
+        return "The instrument " + serial +
+               " gave a wrong answer: close every other program that uses it, then unplug it and "
+               "plug it in again.";
+    case Check::silent:
+        return "The instrument " + serial + " does not answer: check its power.";
+    default:
+        return "No instrument answers.";
     }
 }
 
@@ -76,17 +101,10 @@ DoctorResult examine(Bridge& bridge, Clock& clock, std::ostream& out) {
     ProgramState program;
     ListBox devices("cmbDevice");
     DeviceLink link(bridge, clock, boxes, program, devices);
-    const bool answers = open_and_check(link);
-    const std::string serial = devices.text();
-    const bool opened = link.state().devfound;
+    const Check check = open_and_check(link);
     link.close();
-    if (answers) {
-        out << "The instrument " << serial << " answers.\n";
-        return DoctorResult::answers;
-    }
-    out << (opened ? "The instrument " + serial + " does not answer: check its power.\n"
-                   : std::string("No instrument answers.\n"));
-    return DoctorResult::no_answer;
+    out << outcome_of(check, devices.text()) << '\n';
+    return check == Check::answers ? DoctorResult::answers : DoctorResult::no_answer;
 }
 
 } // namespace kv408

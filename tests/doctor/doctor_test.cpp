@@ -55,6 +55,15 @@ TEST_F(Doctor, AWrongAnswerIsTold) {
     bridge_.on_frame = [this](const FakeBridge::Frame&) { bridge_.receive({7}); };
     expect(DoctorResult::no_answer,
            "Buffer(0) <> 6\n"
+           "The instrument lm4rxa0SERIAL1 gave a wrong answer: close every other program that uses "
+           "it, then unplug it and plug it in again.\n");
+    EXPECT_EQ(bridge_.count("SI_Close"), 1);
+}
+
+TEST_F(Doctor, AReadThatFailsIsNoWrongAnswer) {
+    bridge_.status["SI_Read"] = 2;
+    expect(DoctorResult::no_answer,
+           "Buffer(0) <> 6\n"
            "The instrument lm4rxa0SERIAL1 does not answer: check its power.\n");
     EXPECT_EQ(bridge_.count("SI_Close"), 1);
 }
