@@ -47,7 +47,7 @@ std::string LibraryBridge::diagnosis() {
     if (!trouble_.empty()) {
         text.append("As long as it is there, the kernel's serial ports are not used.\n");
     }
-    text.append("\n").append(usb_diagnosis(Way::library));
+    text.append("\n").append(usb_diagnosis(trouble_.empty() ? Way::library : Way::no_library));
 #endif
     return text;
 }

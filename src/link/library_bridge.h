@@ -40,6 +40,9 @@ public:
     /// False when the system's search found no library of that name.
     [[nodiscard]] bool library_found() const { return library_.found(); }
 
+    /// Why the library could not be loaded, in the loader's own words; empty when it is loaded.
+    [[nodiscard]] const std::string& loaders_words() const { return library_.problem(); }
+
 private:
     /// Looks `symbol` up into `function`, or notes that it is missing.
     template <typename Function>

@@ -12,7 +12,7 @@ std::unique_ptr<Bridge> make_bridge([[maybe_unused]] const Clock& clock,
     auto bridge = std::make_unique<LibraryBridge>(library);
 #ifndef _WIN32
     if (!bridge->library_found()) {
-        return std::make_unique<SerialBridge>(clock, log);
+        return std::make_unique<SerialBridge>(clock, log, bridge->loaders_words());
     }
 #endif
     return bridge;

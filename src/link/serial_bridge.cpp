@@ -86,13 +86,22 @@ BridgeStatus SerialBridge::SI_SetBaudRate(Handle handle, Dword baud_rate) {
         const int error = port.set_rate(static_cast<int>(baud_rate));
         if (error == 0) {
             rate_ = static_cast<Dword>(port.rate());
-            if (rate_ != baud_rate) {
-                log_ << port_name_ << ": asked for " << baud_rate << " baud, the driver set "
-                     << rate_ << std::endl;
-            }
+            log_other_rate(baud_rate);
         }
         return error;
     });
+}
+
+void SerialBridge::log_other_rate(Dword wanted) {
+    if (rate_ == wanted) {
+        return;
+    }
+    log_ << port_name_ << ": asked for " << wanted << " baud, ";
+    if (rate_ == 0) {
+        log_ << "the speed that the driver set is not known" << std::endl;
+    } else {
+        log_ << "the driver set " << rate_ << std::endl;
+    }
 }
 
 BridgeStatus SerialBridge::SI_SetTimeouts(Dword read_ms, Dword write_ms) {
@@ -136,7 +145,8 @@ BridgeStatus SerialBridge::SI_CheckRXQueue(Handle handle, Dword& waiting, Dword&
 
 std::string SerialBridge::diagnosis() {
     return std::string("The bridge library ") + bridge_library_name +
-           " is not there: the kernel's serial ports are used in its place.\n\n" +
+           " is not there: the kernel's serial ports are used in its place.\n" +
+           (loaders_words_.empty() ? "" : "The system says: " + loaders_words_ + "\n") + "\n" +
            usb_diagnosis(Way::serial_port);
 }
 

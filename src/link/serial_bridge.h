@@ -3,6 +3,7 @@
 #include <iosfwd>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "link/bridge.h"
@@ -16,8 +17,11 @@ namespace kv408 {
 /// can have it meanwhile. After a failure `trouble()` says why.
 class SerialBridge : public Bridge {
 public:
-    /// Takes its time-outs on `clock`; `log` gets a line for the speed that a driver rounds to.
-    SerialBridge(const Clock& clock, std::ostream& log) : clock_(clock), log_(log) {}
+    /// Takes its time-outs on `clock`; `log` gets a line for the speed that a driver rounds to or
+    /// does not tell. `loaders_words` say why there is no bridge library, for the diagnosis; empty
+    /// leaves them out.
+    SerialBridge(const Clock& clock, std::ostream& log, std::string loaders_words = {})
+        : clock_(clock), log_(log), loaders_words_(std::move(loaders_words)) {}
 
     BridgeStatus SI_GetNumDevices(Dword& count) override;
     BridgeStatus SI_GetProductString(Dword index, std::span<Byte, product_string_size> text,
@@ -42,9 +46,12 @@ private:
     /// status.
     template <typename Action>
     BridgeStatus on_port(Handle handle, Action action);
+    /// Logs the open port's speed where it is not `wanted`, baud.
+    void log_other_rate(Dword wanted);
 
     const Clock& clock_;
     std::ostream& log_;
+    std::string loaders_words_;
     std::vector<SerialPortEntry> entries_;
     std::unique_ptr<SerialPort> port_; // its address is the handle; null while nothing is open
     std::string port_name_;

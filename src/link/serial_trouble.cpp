@@ -10,18 +10,32 @@
 namespace kv408 {
 namespace {
 
-/// Name of the group that the file `path` belongs to; "dialout" when it cannot be told.
-std::string group_of(const std::string& path) {
+/// Name of the group that joining gives the right to use the file `path`; empty where no group does
+/// that a user should join, "dialout" where the file cannot be looked at.
+std::string group_to_join(const std::string& path) {
     struct stat status = {};
+    if (stat(path.c_str(), &status) != 0) {
+        return "dialout";
+    }
+    constexpr mode_t needed = S_IRGRP | S_IWGRP;
+    constexpr gid_t group_of_root = 0;
+    if ((status.st_mode & needed) != needed || status.st_gid == group_of_root) {
+        return {};
+    }
     group entry = {};
     group* found = nullptr;
     std::array<char, 1024> buffer = {};
-    if (stat(path.c_str(), &status) != 0 ||
-        getgrgid_r(status.st_gid, &entry, buffer.data(), buffer.size(), &found) != 0 ||
-        found == nullptr) {
-        return "dialout";
+    getgrgid_r(status.st_gid, &entry, buffer.data(), buffer.size(), &found);
+    return found != nullptr ? found->gr_name : "";
+}
+
+std::string no_permission(const std::string& port) {
+    const std::string group = group_to_join(port);
+    if (group.empty()) {
+        return permission_for_now(port);
     }
-    return found->gr_name;
+    return "You have no permission to use " + port + ". This line gives it to you:\n" +
+           "sudo usermod -aG " + group + " $USER\n" + "Then log out and in again.";
 }
 
 } // namespace
@@ -30,8 +44,7 @@ std::string serial_trouble(const std::string& port, int error) {
     switch (error) {
     case EACCES:
     case EPERM:
-        return "You have no permission to use " + port + ". This line gives it to you:\n" +
-               "sudo usermod -aG " + group_of(port) + " $USER\n" + "Then log out and in again.";
+        return no_permission(port);
     case EBUSY:
         return "Another program is using " + port + ". Close it and start this one again.";
     case ENOENT:
@@ -45,6 +58,12 @@ std::string serial_trouble(const std::string& port, int error) {
     default:
         return "The port " + port + " failed: " + std::generic_category().message(error) + ".";
     }
+}
+
+std::string permission_for_now(const std::string& node) {
+    return "You have no permission to use " + node +
+           ". This line gives it to you until the instrument is unplugged:\n" + "sudo chmod a+rw " +
+           node;
 }
 
 } // namespace kv408

@@ -117,4 +117,10 @@ std::optional<std::vector<UsbDevice>> list_usb_devices() {
     return devices;
 }
 
+bool has_driver(const std::string& name) {
+    std::error_code error;
+    return fs::exists("/sys/bus/usb/drivers/" + name, error) ||
+           fs::exists("/sys/module/" + name, error);
+}
+
 } // namespace kv408

@@ -25,11 +25,18 @@ constexpr std::string_view raw_driver = "usbfs";
 constexpr std::array<std::string_view, 7> bridge_ids = {
     "10c4:ea60", "10c4:ea61", "10c4:ea63", "10c4:ea70", "10c4:ea71", "10c4:ea7a", "10c4:ea7b"};
 
+/// The kernel's driver for them, which makes the serial port.
+constexpr const char* bridge_driver = "cp210x";
+
 constexpr const char* plug_in_anew = "Unplug the instrument and plug it in again.";
+
+bool has_bridge_ids(const UsbDevice& device) {
+    return std::find(bridge_ids.begin(), bridge_ids.end(), device.ids) != bridge_ids.end();
+}
 
 bool could_be_the_instrument(const UsbDevice& device) {
     return !device.ports.empty() || is_instrument(device.serial) || device.serial_unreadable ||
-           std::find(bridge_ids.begin(), bridge_ids.end(), device.ids) != bridge_ids.end();
+           has_bridge_ids(device);
 }
 
 bool is_ours(const DeviceUser& user) {
@@ -48,8 +55,8 @@ std::string names_of(const DeviceUsers& users) {
 }
 
 /// What to say of the device node `node` that `others` than this program use, where opening it
-/// gives the system error number `error`, 0 when it can be opened.
-std::string reason_of_node(const std::string& node, int error, const DeviceUsers& others) {
+/// gives the system error number `error`, 0 when it can be opened over `way`.
+std::string reason_of_node(const std::string& node, int error, const DeviceUsers& others, Way way) {
     if (error == EBUSY && others.empty()) {
         // Only root sees what other users' programs have open.
         return serial_trouble(node, error) +
@@ -66,7 +73,9 @@ std::string reason_of_node(const std::string& node, int error, const DeviceUsers
         return node + " is open in " + names_of(others) +
                " too, which disturbs the traffic. Close that program.";
     }
-    return "It can be opened. If the instrument does not answer, check its power.";
+    return way == Way::no_library
+               ? "It can be opened as soon as the bridge library can be used."
+               : "It can be opened. If the instrument does not answer, check its power.";
 }
 
 /// Takes this program out of `users`; true when it was among them.
@@ -82,7 +91,7 @@ std::string reason_of_port(const std::string& port) {
     if (take_ourselves_out(users) && users.empty()) {
         return "This program has it open.";
     }
-    return reason_of_node(port, SerialPortLook(port).error(), users);
+    return reason_of_node(port, SerialPortLook(port).error(), users, Way::serial_port);
 }
 
 /// What to say where the Braille service has the device, or probably has it: `how` says which.
@@ -91,6 +100,20 @@ std::string reason_of_braille(const DeviceUsers& service, const std::string& how
            " This line ends the service, for good:\n"
            "sudo systemctl mask --now brltty.service brltty-udev.service\n" +
            plug_in_anew;
+}
+
+/// What to say of the instrument's device where no driver has it.
+std::string reason_of_missing_driver(const UsbDevice& device) {
+    const std::string driver = bridge_driver;
+    std::string text = "It has no driver and so no serial port";
+    text += has_driver(driver) ? ", although the driver " + driver + " is loaded. "
+                               : ". This line loads the driver:\nsudo modprobe " + driver + "\n";
+    text += plug_in_anew;
+    if (!has_bridge_ids(device)) {
+        text += " If it still has no serial port, " + driver + " does not know its ids, " +
+                device.ids + ".";
+    }
+    return text;
 }
 
 /// What to say of the instrument's device where the kernel makes no serial port of it.
@@ -116,12 +139,12 @@ std::string reason_of_missing_port(const UsbDevice& device) {
         return "Another program has taken it, so that it has no serial port. Close that program. " +
                std::string(plug_in_anew);
     }
-    return "It has no driver and so no serial port. This line loads the driver:\n"
-           "sudo modprobe cp210x";
+    return reason_of_missing_driver(device);
 }
 
-/// What to say of the instrument's device where the bridge library is to take it.
-std::string reason_for_library(const UsbDevice& device) {
+/// What to say of the instrument's device where the bridge library is to take it; `way` says
+/// whether the library can be used.
+std::string reason_for_library(const UsbDevice& device, Way way) {
     DeviceUsers users = users_of(device.node);
     for (const std::string& port : device.ports) {
         for (const DeviceUser& user : users_of(port)) {
@@ -139,11 +162,9 @@ std::string reason_for_library(const UsbDevice& device) {
         close(handle);
     }
     if (error == EACCES || error == EPERM) {
-        return "You have no permission to use " + device.node +
-               ". This line gives it to you until the instrument is unplugged:\n" +
-               "sudo chmod a+rw " + device.node;
+        return permission_for_now(device.node);
     }
-    return reason_of_node(device.node, users.empty() ? error : EBUSY, users);
+    return reason_of_node(device.node, users.empty() ? error : EBUSY, users, way);
 }
 
 /// Why `device` is no instrument; empty when it is one.
@@ -174,8 +195,8 @@ void write_device(std::ostream& out, const UsbDevice& device, Way way) {
     const auto write = [&](const std::string& port, const std::string& reason) {
         out << '\n' << title_of(device, port) << reason << '\n';
     };
-    if (way == Way::library) {
-        write({}, other.empty() ? reason_for_library(device) : other);
+    if (way != Way::serial_port) {
+        write({}, other.empty() ? reason_for_library(device, way) : other);
     } else if (device.ports.empty()) {
         write({}, other.empty() ? reason_of_missing_port(device) : other);
     } else {

@@ -7,7 +7,8 @@ namespace kv408 {
 /// The ways to an instrument.
 enum class Way {
     serial_port, ///< the kernel's serial port
-    library      ///< the bridge library, which takes the whole USB device
+    library,     ///< the bridge library, which takes the whole USB device
+    no_library   ///< the same, where the bridge library is there and cannot be used
 };
 
 /// Every USB device of this computer that could be the instrument, with what keeps the program from

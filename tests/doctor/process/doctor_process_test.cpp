@@ -63,7 +63,9 @@ TEST_F(DoctorProcess, AnInstrumentThatAnswersIs0) {
     switch_on();
     const Outcome outcome = run_doctor();
     EXPECT_EQ(outcome.output, "The bridge library libSiUSBXp.so is not there: the kernel's serial "
-                              "ports are used in its place.\n\n"
+                              "ports are used in its place.\n"
+                              "The system says: libSiUSBXp.so: cannot open shared object file: No "
+                              "such file or directory\n\n"
                               "/dev/ttyUSB0 (USB device 1-1, 10c4:ea60, serial number "
                               "lm4rxa-SIM00001):\n"
                               "It can be opened. If the instrument does not answer, check its "

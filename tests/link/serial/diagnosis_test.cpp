@@ -1,10 +1,7 @@
 // What is told of every device that could be the instrument, for each reason why it is not reached.
 
-#include <array>
 #include <cerrno>
 #include <filesystem>
-#include <fstream>
-#include <optional>
 #include <sstream>
 #include <system_error>
 
@@ -15,14 +12,14 @@
 #include <unistd.h>
 
 #include "host/system_clock.h"
-#include "link/device_users.h"
 #include "link/library_bridge.h"
+#include "link/make_bridge.h"
 #include "link/serial_bridge.h"
 #include "link/usb_diagnosis.h"
+#include "support/ports/group_rights.h"
 #include "support/ports/other_process.h"
 #include "support/ports/plain_user.h"
 #include "support/ports/usb_ports.h"
-#include "support/temporary_folder.h"
 
 namespace kv408 {
 namespace {
@@ -91,12 +88,21 @@ TEST_F(Diagnosis, APortThatCanBeHadIsLeftAsItIs) {
 TEST_F(Diagnosis, WithoutPermissionItNamesTheCure) {
     plug();
     ports_.open_folders();
-    const std::string terminal = ports_.terminal(0);
-    ASSERT_EQ(chmod(terminal.c_str(), 0), 0);
+    // Its owner may not use it: the test may run as that user.
+    const std::string group = leave_to_a_group(ports_.terminal(0), 0060);
     const PlainUser user;
-    const std::string text = usb_diagnosis(Way::serial_port);
-    EXPECT_THAT(text, StartsWith(port_title + "You have no permission to use /dev/ttyUSB0."));
-    EXPECT_THAT(text, HasSubstr("\nsudo usermod -aG "));
+    expect_of_port("You have no permission to use /dev/ttyUSB0. This line gives it to you:\n"
+                   "sudo usermod -aG " +
+                   group + " $USER\nThen log out and in again.");
+}
+
+TEST_F(Diagnosis, WithoutPermissionForAnyGroupTheLineIsToldThatGivesItForNow) {
+    plug();
+    ports_.open_folders();
+    leave_to_a_group(ports_.terminal(0), 0);
+    const PlainUser user;
+    expect_of_port("You have no permission to use /dev/ttyUSB0. This line gives it to you until "
+                   "the instrument is unplugged:\nsudo chmod a+rw /dev/ttyUSB0");
 }
 
 TEST_F(Diagnosis, WhoHasLockedThePortIsNamed) {
@@ -194,7 +200,37 @@ TEST_F(Diagnosis, ASerialNumberThatCannotBeReadIsTold) {
 TEST_F(Diagnosis, WithoutADriverTheLineIsToldThatLoadsIt) {
     plug_portless(nullptr);
     expect_of_device("It has no driver and so no serial port. This line loads the driver:\n"
-                     "sudo modprobe cp210x\n");
+                     "sudo modprobe cp210x\n"
+                     "Unplug the instrument and plug it in again.\n");
+}
+
+TEST_F(Diagnosis, WithoutADriverWhereThatIsLoadedItIsToBePluggedInAnew) {
+    plug_portless(nullptr);
+    ports_.show_folder("/sys/bus/usb/drivers/cp210x");
+    expect_of_device("It has no driver and so no serial port, although the driver cp210x is "
+                     "loaded." +
+                     plug_in);
+}
+
+TEST_F(Diagnosis, ADriverThatIsLoadedShowsAsAModuleToo) {
+    plug_portless(nullptr);
+    ports_.show_folder("/sys/module/cp210x");
+    expect_of_device("It has no driver and so no serial port, although the driver cp210x is "
+                     "loaded." +
+                     plug_in);
+}
+
+TEST_F(Diagnosis, WithoutADriverAndWithOtherIdsTheDriverMayNotKnowIt) {
+    ports_.plug_portless(0, {.serial = "lm4rxa-SIM00001", .ids = "1234:5678"});
+    const std::string title = "USB device 1-1, 1234:5678, serial number lm4rxa-SIM00001:\n"
+                              "It has no driver and so no serial port";
+    const std::string ids = "Unplug the instrument and plug it in again. If it still has no serial "
+                            "port, cp210x does not know its ids, 1234:5678.\n";
+    EXPECT_EQ(usb_diagnosis(Way::serial_port),
+              title + ". This line loads the driver:\nsudo modprobe cp210x\n" + ids);
+    ports_.show_folder("/sys/bus/usb/drivers/cp210x");
+    EXPECT_EQ(usb_diagnosis(Way::serial_port),
+              title + ", although the driver cp210x is loaded. " + ids);
 }
 
 TEST_F(Diagnosis, ADriverThatMakesNoPortIsNamed) {
@@ -360,15 +396,32 @@ TEST_F(Diagnosis, TheSerialBridgeTellsThatTheLibraryIsNotThere) {
                            port_title));
 }
 
+TEST_F(Diagnosis, TheSystemsWordsOnTheMissingLibraryAreTold) {
+    plug();
+    SystemClock clock;
+    std::ostringstream log;
+    const auto bridge = make_bridge(clock, log, "libNoSuchBridge.so");
+    EXPECT_THAT(bridge->diagnosis(),
+                StartsWith("The bridge library libSiUSBXp.so is not there: the kernel's serial "
+                           "ports are used in its place.\n"
+                           "The system says: libNoSuchBridge.so: cannot open shared object file: "
+                           "No such file or directory\n\n" +
+                           port_title));
+    EXPECT_EQ(bridge->trouble(), "");
+}
+
 TEST_F(Diagnosis, ALibraryThatCannotBeLoadedIsToldInTheLoadersWords) {
     plug();
     LibraryBridge bridge(KV408_NEEDY_LIBRARY);
     EXPECT_THAT(bridge.trouble(), HasSubstr("kv408_absent.so: "));
+    ports_.plug(1, nullptr);
+    ports_.put_raw_node(0, ports_.terminal(1));
     EXPECT_THAT(bridge.diagnosis(),
                 StartsWith(bridge.trouble() +
                            "\nAs long as it is there, the kernel's serial ports "
                            "are not used.\n\n" +
-                           device_title));
+                           device_title +
+                           "It can be opened as soon as the bridge library can be used.\n\n"));
 }
 
 TEST_F(Diagnosis, WhatTheLibraryListsIsToldAndThenTheDevices) {
@@ -388,25 +441,6 @@ TEST_F(Diagnosis, ALibraryThatCannotCountItsDevicesIsTold) {
                 StartsWith("The bridge library " KV408_FAILING_LIBRARY
                            " is used. It cannot count its devices: it fails with status 2.\n\n" +
                            device_title));
-}
-
-TEST(DeviceUsers, ALockFileNamesItsProcessAsLongAsThatLives) {
-    const TemporaryFolder locks;
-    std::optional<OtherProcess> other(std::in_place, "some-terminal", OtherProcess::Deed{});
-    std::ofstream(locks.path() / "LCK..ttyUSB0") << "      " << other->id() << '\n';
-    const DeviceUsers expected = {{other->id(), "some-terminal"}};
-    EXPECT_EQ(users_of("/dev/ttyUSB0", locks.path()), expected);
-    EXPECT_EQ(users_of("/dev/ttyUSB1", locks.path()), DeviceUsers());
-    other.reset();
-    EXPECT_EQ(users_of("/dev/ttyUSB0", locks.path()), DeviceUsers());
-}
-
-TEST(DeviceUsers, ALockFileWithoutAProcessIsPassedOver) {
-    const TemporaryFolder locks;
-    for (const char* const text : {"", "nobody", "0", "-1", "99999999999999999999", "1x"}) {
-        std::ofstream(locks.path() / "LCK..ttyUSB0") << text;
-        EXPECT_EQ(users_of("/dev/ttyUSB0", locks.path()), DeviceUsers()) << text;
-    }
 }
 
 } // namespace

@@ -14,7 +14,6 @@
 
 #include "host/system_clock.h"
 #include "link/device_link.h"
-#include "link/serial_trouble.h"
 #include "support/ports/usb_ports.h"
 
 namespace kv408 {
@@ -165,6 +164,15 @@ TEST_F(SerialBridgeTest, ASpeedThatTheDriverRoundsIsLoggedAndNoFailure) {
     }
     EXPECT_EQ(log_.str(), "/dev/ttyUSB0: asked for 833000 baud, the driver set 827586\n"
                           "/dev/ttyUSB0: asked for 833000 baud, the driver set 921600\n");
+}
+
+TEST_F(SerialBridgeTest, ASpeedThatTheDriverDoesNotTellIsLoggedAsUnknown) {
+    open();
+    ports_.rounded_speed = 0xFFFFFFFF; // what no driver can run at
+    EXPECT_EQ(bridge_.SI_SetBaudRate(handle_, 833000), si_success);
+    EXPECT_EQ(bridge_.rate(), 0U);
+    EXPECT_EQ(log_.str(), "/dev/ttyUSB0: asked for 833000 baud, the speed that the driver set is "
+                          "not known\n");
 }
 
 TEST_F(SerialBridgeTest, ASpeedThatTheDriverRefusesIsAFailure) {
@@ -328,17 +336,6 @@ TEST_F(SerialBridgeTest, APortThatHasGoneHasNoSpeed) {
     EXPECT_EQ(port.rate(), 833000);
     ports_.unplug(0);
     EXPECT_EQ(port.rate(), 0);
-}
-
-TEST(SerialTrouble, ThePortsGroupIsNamed) {
-    // The root folder is that of the group 0, which has the same name everywhere.
-    const std::string trouble = serial_trouble("/", EACCES);
-    EXPECT_NE(trouble.find("\nsudo usermod -aG root $USER\n"), std::string::npos) << trouble;
-}
-
-TEST(SerialTrouble, ThePortsGroupIsGuessedWhereThePortHasGone) {
-    const std::string trouble = serial_trouble("/dev/no port", EACCES);
-    EXPECT_NE(trouble.find("\nsudo usermod -aG dialout $USER\n"), std::string::npos) << trouble;
 }
 
 TEST_F(SerialBridgeTest, NothingWorksOnAHandleThatIsNotOpen) {

@@ -122,6 +122,10 @@ void UsbPorts::add(const std::string& text) const {
     }
 }
 
+void UsbPorts::show_folder(const std::string& path) const {
+    std::filesystem::create_directories(root() + path);
+}
+
 void UsbPorts::put_raw_node(int number, const std::string& target) const {
     const std::string folder = root() + "/dev/bus/usb/001";
     std::filesystem::create_directories(folder);

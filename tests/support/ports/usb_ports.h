@@ -44,6 +44,9 @@ public:
     /// Plugs in `device` as the one of that number.
     void plug_portless(int number, const Portless& device);
 
+    /// Shows the empty folder `path`: "/sys/module/usbserial".
+    void show_folder(const std::string& path) const;
+
     /// Puts a second name of the file `target` where the raw device of that number is to be.
     void put_raw_node(int number, const std::string& target) const;
 
