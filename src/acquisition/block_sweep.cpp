@@ -21,7 +21,9 @@ constexpr std::chrono::milliseconds longest_wait{80};
 
 void BlockSweep::sdisplaych(int channel) {
     const std::uint32_t count = link_.waiting();
-    if (count >= block_bytes) {
+    if (count >= 2 && link_.is_back()) {
+        acquisition_.scopestate = "startscope";
+    } else if (count >= block_bytes) {
         take_block(channel);
     } else if (count == lastrxcount_ && count >= 2) {
         take_short_reply(channel, count);

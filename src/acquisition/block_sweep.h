@@ -27,7 +27,8 @@ public:
           samples_(samples), link_(link), clock_(clock), screen_(screen), measuring_(measuring) {}
 
     /// Looks once for the reply of `channel` (1 or 2): takes a whole block, notices the waiting
-    /// word, or looks again on the next call; then asks for the next block and measures.
+    /// word, or looks again on the next call; then asks for the next block and measures. The reply
+    /// of an instrument that is back brings a new set-up instead.
     void sdisplaych(int channel);
 
     /// Forgets what was seen of a reply; a new sweep has been asked for.

@@ -100,6 +100,10 @@ PointPass::Outcome PointPass::fetch(int channel, int index, const PointDelay& de
         link_.note_silence();
         return Outcome::failed;
     }
+    if (link_.is_back()) {
+        acquisition_.scopestate = "startscope";
+        return Outcome::failed;
+    }
     const std::int16_t word = sample_word(reply[0], reply[1], point_high_byte_limit);
     const auto place = static_cast<std::size_t>(channel - 1);
     store_sample(samples_[place], channels_[place], panel_.channel[place].invert.checked(),

@@ -166,6 +166,7 @@ bool DeviceLink::checkdevice() {
         boxes_.show({.text = "Buffer(0) <> 6"});
         return false;
     }
+    note_answer();
     return true;
 }
 
@@ -200,6 +201,9 @@ bool DeviceLink::sendcmdack(std::int16_t command, const CommandArguments& argume
         keep(bridge_.SI_Read(state_.devhandle, reply, count));
         if (state_.commstatus == si_success && reply[0] == acknowledge_byte) {
             state_.retrycount = 0;
+            note_answer();
+            // A whole set-up is under way or follows.
+            state_.gone = false;
             return true;
         }
     } while (retries >= 1);
@@ -208,6 +212,7 @@ bool DeviceLink::sendcmdack(std::int16_t command, const CommandArguments& argume
 }
 
 void DeviceLink::acknowledge_missing(std::string_view label) {
+    ++state_.silences;
     const bool timed_out = state_.commstatus == si_read_timed_out;
     boxes_.show({.text = std::string(label) + (timed_out ? "Comm timed out" : "CommError")});
     boxes_.show({.text = "Error Sending Data."});
@@ -270,7 +275,33 @@ std::uint32_t DeviceLink::waiting() {
 bool DeviceLink::read(std::span<Byte> bytes) {
     Dword count = 0;
     keep(bridge_.SI_Read(state_.devhandle, bytes, count));
-    return state_.commstatus == si_success && count == bytes.size();
+    const bool complete = state_.commstatus == si_success && count == bytes.size();
+    if (complete) {
+        note_answer();
+    }
+    return complete;
+}
+
+bool DeviceLink::unheard_for_long() const {
+    // Nobody switches an instrument off and on again in less.
+    constexpr std::chrono::seconds shortest_power_off{2};
+    return clock_.now() - state_.heard_at >= shortest_power_off;
+}
+
+void DeviceLink::note_answer() {
+    if (unheard_for_long()) {
+        ++state_.silences;
+    }
+    state_.heard_at = clock_.now();
+}
+
+void DeviceLink::note_silence() {
+    ++state_.silences;
+    state_.gone = state_.gone || unheard_for_long();
+}
+
+bool DeviceLink::may_have_been_off(std::uint32_t silences) const {
+    return state_.silences != silences || unheard_for_long();
 }
 
 void DeviceLink::end_with(const std::string& text, const std::string& advice) {

@@ -1,10 +1,12 @@
 #pragma once
 
 #include <array>
+#include <chrono>
 #include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "host/clock.h"
 #include "host/message_boxes.h"
@@ -24,8 +26,12 @@ struct LinkState {
     bool open = false;             ///< a device is open
     std::int16_t retrycount = 0;   ///< attempts of the start-up check; 0 after an acknowledge
     CommandArguments cmdargs = {}; ///< argument bytes, kept from one command to the next
-    std::uint32_t silences = 0;    ///< requests for samples that the instrument left unanswered
-    std::string serialsuffix;      ///< characters 8 to 14 of the selected device's serial number
+    /// How often the instrument may have been off, and so have lost what it was set up to: it left
+    /// a request or a command unanswered, or was asked nothing for long.
+    std::uint32_t silences = 0;
+    std::chrono::nanoseconds heard_at{0}; ///< when the instrument last answered
+    bool gone = false;        ///< requests have been left unanswered for long and until now
+    std::string serialsuffix; ///< characters 8 to 14 of the selected device's serial number
 };
 
 /// The link to the instrument: finds and opens it, sends command frames, reads replies. Every
@@ -105,11 +111,20 @@ public:
     /// Reads exactly `bytes.size()` bytes; false when the bridge fails or fewer came in time.
     bool read(std::span<Byte> bytes);
 
-    /// Notes that a request for samples was left unanswered: the instrument may have lost its
-    /// power, and with it what it was set up to.
-    void note_silence() { ++state_.silences; }
+    /// Notes that a request for samples was left unanswered.
+    void note_silence();
+
+    /// Whether the instrument may have been off since its `silences` were so many. Off for less
+    /// than two seconds counts only where it left something unanswered.
+    [[nodiscard]] bool may_have_been_off(std::uint32_t silences) const;
+
+    /// To be asked when the reply to a request for samples comes. True once after the instrument
+    /// was gone for at least two seconds: it is no longer set up, and its reply means nothing.
+    [[nodiscard]] bool is_back() { return std::exchange(state_.gone, false); }
 
 private:
+    [[nodiscard]] bool unheard_for_long() const;
+    void note_answer();
     void keep(BridgeStatus status);
     [[noreturn]] void end_with(const std::string& text, const std::string& advice);
     void acknowledge_missing(std::string_view label);

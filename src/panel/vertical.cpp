@@ -104,10 +104,9 @@ bool Vertical::set_scale(int channel) {
 bool Vertical::send_gain(int channel) {
     const auto index = static_cast<std::size_t>(channel);
     const std::array<std::int16_t, 2> gain = {channels_[0].gain, channels_[1].gain};
-    // A choice sends its range only when that changes; what a silent instrument may have lost is
+    // A choice sends its range only when that changes; what an instrument that was off has lost is
     // the set-up's to send.
-    const bool lost =
-        acquisition_.scopestate == "startscope" && silences_ != link_.state().silences;
+    const bool lost = acquisition_.scopestate == "startscope" && link_.may_have_been_off(silences_);
     if (!lost && gain[index] == acknowledged_gain_[index]) {
         return true;
     }

@@ -77,8 +77,8 @@ private:
     MessageBoxes& boxes_;
     /// The ranges that the instrument last acknowledged; 0 after a frame that it did not.
     std::array<std::int16_t, 2> acknowledged_gain_ = {high_gain, high_gain};
-    /// `silences` of the link at that time. An instrument that has been silent since may have lost
-    /// its power and stand in the range that it wakes with.
+    /// `silences` of the link at that time. An instrument that was off since stands in the range
+    /// that it wakes with.
     std::uint32_t silences_ = 0;
 };
 

@@ -7,6 +7,13 @@ namespace kv408::simulator {
 
 using std::chrono::nanoseconds;
 
+void SimulatedBridge::notice_faults() {
+    if (bench_.faults.unplugged) {
+        open_ = false;
+    }
+    instrument_.run_until(clock_.now());
+}
+
 template <typename Action>
 BridgeStatus SimulatedBridge::perform(Operation operation, std::vector<Dword> arguments,
                                       Action action) {
@@ -15,10 +22,7 @@ BridgeStatus SimulatedBridge::perform(Operation operation, std::vector<Dword> ar
     record.arguments = std::move(arguments);
     record.began = clock_.now();
     advance_plan();
-    if (bench_.faults.unplugged) {
-        open_ = false;
-    }
-    instrument_.run_until(record.began);
+    notice_faults();
     const auto fault = fault_of(operation);
     if (!fault || fault->done) {
         record.status = action(record);

@@ -27,6 +27,9 @@ public:
     SimulatedBridge(Clock& clock, Bench& bench, Instrument& instrument, WireLog* log)
         : clock_(clock), bench_(bench), instrument_(instrument), log_(log) {}
 
+    /// Lets bridge and instrument notice the faults of the bench, as every operation does.
+    void notice_faults();
+
     BridgeStatus SI_GetNumDevices(Dword& count) override;
     BridgeStatus SI_GetProductString(Dword index, std::span<Byte, product_string_size> text,
                                      Dword option) override;

@@ -22,6 +22,10 @@ public:
     /// Signals, cables, devices and faults, to be read and changed at any time.
     [[nodiscard]] Bench& bench() { return bench_; }
 
+    /// Lets the instrument notice the faults that there are now, as each operation of the bridge
+    /// does: one that comes and goes between two of them leaves no trace otherwise.
+    void notice_faults() { bridge_.notice_faults(); }
+
     /// The bridge that the program talks to.
     [[nodiscard]] Bridge& bridge() { return bridge_; }
 

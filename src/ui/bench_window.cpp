@@ -58,7 +58,8 @@ QWidget* make_cables(simulator::Bench& bench) {
 
 } // namespace
 
-BenchWindow::BenchWindow(simulator::Bench& bench) : bench_(bench) {
+BenchWindow::BenchWindow(simulator::Bench& bench, const std::function<void()>& notice)
+    : bench_(bench) {
     setObjectName(u"benchWindow"_s);
     setWindowTitle(u"Simulated bench"_s);
     // The main window alone decides when the program ends.
@@ -67,7 +68,7 @@ BenchWindow::BenchWindow(simulator::Bench& bench) : bench_(bench) {
     layout->setContentsMargins(gap, gap, gap, gap);
     layout->setSpacing(gap);
     layout->addWidget(make_connections());
-    layout->addWidget(make_fault_switches(bench.faults));
+    layout->addWidget(make_fault_switches(bench.faults, notice));
     show_bench();
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include <QWidget>
 
 #include "simulator/bench.h"
@@ -10,8 +12,9 @@ namespace kv408::ui {
 /// Closing it only hides it. A list connects at once what a calibration asks for.
 class BenchWindow : public QWidget {
 public:
-    /// Edits `bench`, which outlives the window.
-    explicit BenchWindow(simulator::Bench& bench);
+    /// Edits `bench`, which outlives the window, and calls `notice` whenever a fault was switched.
+    explicit BenchWindow(
+        simulator::Bench& bench, const std::function<void()>& notice = [] {});
 
     /// Moves the window to a place on the screen where it does not cover `window`, beside or below
     /// it, and returns true; without such a place to the corner of the screen, and returns false.

@@ -62,7 +62,7 @@ QList<Switch> switches() {
 
 } // namespace
 
-QWidget* make_fault_switches(Faults& faults) {
+QWidget* make_fault_switches(Faults& faults, const std::function<void()>& notice) {
     auto* const frame = new PanelFrame(u"Faults"_s);
     constexpr int columns = 3;
     QGridLayout* const grid = make_frame_grid(frame, columns);
@@ -72,8 +72,10 @@ QWidget* make_fault_switches(Faults& faults) {
         auto* const box = new QCheckBox(one.caption, frame);
         box->setObjectName(one.name);
         describe(*box, {one.caption, one.tip});
-        QObject::connect(box, &QCheckBox::toggled, box,
-                         [&faults, set = one.set](bool on) { set(faults, on); });
+        QObject::connect(box, &QCheckBox::toggled, box, [&faults, set = one.set, notice](bool on) {
+            set(faults, on);
+            notice();
+        });
         grid->addWidget(box, place / columns, place % columns);
         grid->setColumnStretch(place % columns, 1);
         ++place;

@@ -145,6 +145,20 @@ TEST(BlockReply, OnlyAQueueThatStaysEmptyIsASilence) {
     EXPECT_EQ(rig.link.state().silences, 1U);
 }
 
+TEST(BlockReply, AfterTwoSecondsOfSilenceTheFirstBytesBringASetUpInsteadOfATrace) {
+    for (const std::size_t bytes : {2U, 1300U}) {
+        ReplyRig rig;
+        rig.block.restart();
+        rig.clock.advance(std::chrono::seconds(2));
+        rig.look();
+        rig.look(std::vector<int>(bytes, 8));
+        EXPECT_EQ(rig.acquisition.scopestate, "startscope") << bytes;
+        EXPECT_EQ(rig.status(), "before") << bytes;
+        EXPECT_EQ(rig.acquisition.ready, (std::array<bool, 2>{false, false})) << bytes;
+        EXPECT_EQ(rig.bridge.timeline().size(), 1U) << "only the count is asked for";
+    }
+}
+
 TEST(BlockRequest, CarriesAveragingAndSpeed) {
     for (const bool average : {false, true}) {
         for (const bool speed : {false, true}) {

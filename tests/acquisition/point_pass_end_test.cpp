@@ -215,5 +215,18 @@ TEST(PointPassEnd, APointWithoutAReplyIsASilence) {
     EXPECT_EQ(rig.link.state().silences, 1U);
 }
 
+TEST(PointPassEnd, AfterTwoSecondsOfSilenceTheFirstPointBringsASetUpInsteadOfATrace) {
+    PassRig rig(true, false);
+    bool off = true;
+    rig.answer = [&](int) { return off ? std::vector<int>() : std::vector{8, 0}; };
+    rig.pass.sdisplay1ghzt(); // waits for a second
+    rig.pass.sdisplay1ghzt();
+    off = false;
+    rig.pass.sdisplay1ghzt();
+    EXPECT_EQ(rig.acquisition.scopestate, "startscope");
+    EXPECT_EQ(rig.fetched, 3);
+    EXPECT_EQ(rig.measuring.measured, 0);
+}
+
 } // namespace
 } // namespace kv408

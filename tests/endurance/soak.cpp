@@ -127,7 +127,6 @@ void Soak::note_faults() {
         last_fault_ = clock_.now();
         fault_seen_ = true;
     }
-    power_lost_ |= faults.no_power;
 }
 
 void Soak::heal() {
@@ -185,10 +184,9 @@ void Soak::settle() {
     heal();
     const auto on_message = std::exchange(messages_.on_message, nullptr);
     // A start uploads everything; what is being swept must have been uploaded without it. But point
-    // by point a set-up that failed is not tried again by itself, and an instrument that was off
-    // is not set up by itself.
+    // by point a set-up that failed is not tried again by itself.
     const AcquisitionState& acquisition = scope_->parts().acquisition;
-    if (!acquisition.acqrunning || acquisition.scopestate == "calibrationint" || power_lost_ ||
+    if (!acquisition.acqrunning || acquisition.scopestate == "calibrationint" ||
         (acquisition.pointmode && fault_seen_)) {
         scope_->act([this] { scope_->panel().cmdstartsweep.click(); });
     }
@@ -201,7 +199,6 @@ void Soak::check_set_up() {
     if (failed_ || scope_->ended()) {
         return;
     }
-    power_lost_ = false;
     fault_seen_ = false;
     ++agreements_;
     const FrontPanel& panel = scope_->panel();

@@ -82,7 +82,6 @@ private:
     std::chrono::nanoseconds next_mark_;
     std::optional<std::size_t> first_bytes_; ///< allocated at the first mark
     std::chrono::nanoseconds last_fault_{0};
-    bool power_lost_ = false; ///< the instrument was off since the last comparison
     bool fault_seen_ = false; ///< there was a fault since the last comparison
     bool within_message_ = false;
     bool failed_ = false;

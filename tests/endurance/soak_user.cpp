@@ -318,15 +318,11 @@ const char* SoakUser::to_the_cables() {
 const char* SoakUser::to_the_instrument() {
     simulator::Bench& bench = simulation_.bench();
     if (chance_.in(10)) {
-        // In the middle of sweeping: only there the program notices and sends the ranges again.
-        bench.faults = {};
+        // Nobody switches it on again in less than two seconds.
+        bench.faults = {.no_power = true};
         bench.planned_faults.reset();
-        press(panel_.cmdstartsweep);
-        ticks_(20);
-        if (panel_.textstatus.text() == "Running" && panel_.channel[0].enable.checked()) {
-            bench.faults.no_power = true;
-            ticks_(chance_.number(20, 60));
-        }
+        simulation_.notice_faults();
+        ticks_(chance_.number(20, 60));
         return "power off";
     }
     if (bench.faults.operations.empty() && chance_.in(40)) {

@@ -1,7 +1,7 @@
-// Every operation of the bridge fails, times out, lies about its failure or loses its cable, at
-// every place of everything that the program does with the link. Each time: the messages that the
-// link's rules give and no others, no more time than the time-outs add up to, and a sweep of both
-// channels once the fault has gone.
+// Every operation of the bridge fails, times out, lies about its failure, loses its cable or finds
+// the instrument switched off, at every place of everything that the program does with the link.
+// Each time: the messages that the link's rules give and no others, no more time than the time-outs
+// add up to, and a sweep of both channels once the fault has gone.
 
 #include <algorithm>
 #include <random>
@@ -20,19 +20,33 @@ constexpr std::array<const char*, 10> operation_names = {
     "SI_GetNumDevices", "SI_GetProductString", "SI_Open",  "SI_Close", "SI_SetBaudRate",
     "SI_SetTimeouts",   "SI_FlushBuffers",     "SI_Write", "SI_Read",  "SI_CheckRXQueue"};
 
-enum class Kind { fails, times_out, fails_though_done, fails_on, times_out_on, unplugged, moment };
+enum class Kind {
+    fails,
+    times_out,
+    fails_though_done,
+    fails_on,
+    times_out_on,
+    unplugged,
+    moment,
+    powerless
+};
 
 constexpr std::array kinds = {Kind::fails,    Kind::times_out,    Kind::fails_though_done,
                               Kind::fails_on, Kind::times_out_on, Kind::unplugged,
-                              Kind::moment};
+                              Kind::moment,   Kind::powerless};
 
-constexpr std::array<const char*, 7> kind_names = {"fails once",
+constexpr std::array<const char*, 8> kind_names = {"fails once",
                                                    "times out once",
                                                    "fails once, though done",
                                                    "fails from there on",
                                                    "times out from there on",
                                                    "unplugged before",
-                                                   "unplugged for a moment"};
+                                                   "unplugged for a moment",
+                                                   "switched off before"};
+
+/// For how many ticks the instrument stays off after the steps: as long as switching it off and on
+/// again takes at least.
+constexpr int ticks_off = 20;
 
 /// The fault `kind` that sets in with operation number `index`, which is an `operation`.
 PlannedFaults plan(Kind kind, int index, Operation operation) {
@@ -59,6 +73,9 @@ PlannedFaults plan(Kind kind, int index, Operation operation) {
         [[fallthrough]];
     case Kind::unplugged:
         planned.faults.unplugged = true;
+        return planned;
+    case Kind::powerless:
+        planned.faults.no_power = true;
         return planned;
     }
     planned.faults.operations[operation] = fault;
@@ -90,6 +107,9 @@ std::vector<Outcome> allowed(const Place& place, Kind kind) {
         // Where nothing is sent before the user can plug it in and press Retry.
         const bool retried = place.operation == Operation::get_num_devices || place.check;
         return {retried ? Outcome::message : Outcome::ended};
+    }
+    if (kind == Kind::powerless && place.operation != Operation::close) {
+        return {Outcome::quiet, Outcome::message};
     }
     switch (place.operation) {
     case Operation::get_product_string:
@@ -167,9 +187,11 @@ public:
         fault += ' ';
         fault += kind_names.at(number);
         SCOPED_TRACE(scenario_.name + ", operation " + std::to_string(index) + ": " + fault);
-        const Outcome outcome = FaultRun(scenario_).run([&](simulator::Bench& bench) {
+        const auto break_it = [&](simulator::Bench& bench) {
             bench.planned_faults = plan(kind, static_cast<int>(index), place.operation);
-        });
+        };
+        const Outcome outcome =
+            FaultRun(scenario_).run(break_it, kind == Kind::powerless ? ticks_off : 0);
         const auto outcomes = allowed(place, kind);
         EXPECT_NE(std::find(outcomes.begin(), outcomes.end(), outcome), outcomes.end())
             << "outcome " << static_cast<int>(outcome);

@@ -78,11 +78,13 @@ public:
         first_frame_ = program_.log.frames.size();
     }
 
-    /// Does the steps while `injection` breaks something, judges what was told and how long it
-    /// took, mends everything and sees that it sweeps again. What became of the program.
-    Outcome run(const Injection& injection) {
+    /// Does the steps and then `ticks_more` while `injection` breaks something, judges what was
+    /// told and how long it took, mends everything and sees that it sweeps again. What became of
+    /// the program.
+    Outcome run(const Injection& injection, int ticks_more = 0) {
         injection(program_.simulation.bench());
         do_steps();
+        program_.ticks(ticks_more);
         WireReader wire(scenario_.gain_senders);
         EXPECT_EQ(told(), wire.read(program_.log.operations, first_operation_));
         const bool told_something = !told().empty();

@@ -32,7 +32,8 @@ inline const std::string not_sent = "Error Sending Data.";
 /// acknowledged.
 class WireReader {
 public:
-    /// `gain_senders` are the channels whose controls send amplifier-gain frames, in order.
+    /// `gain_senders` are the channels whose controls send amplifier-gain frames first, in order;
+    /// then set-ups do, for channel 2 where the frame for channel 1 was not acknowledged.
     explicit WireReader(std::vector<int> gain_senders) : gain_senders_(std::move(gain_senders)) {}
 
     /// The messages that the operations from `first` on must have brought.
@@ -100,6 +101,7 @@ private:
         const int code = operation.bytes.at(1);
         EXPECT_TRUE(attempts_ == 0 || code == code_) << "another command before the third attempt";
         EXPECT_NE(code, forbidden_) << "sent although the command before it failed";
+        set_up_sender_ = code == 9 ? set_up_sender_ : 1;
         forbidden_ = 0;
         written_ = operation.ended;
         code_ = code;
@@ -147,7 +149,10 @@ private:
         const auto& [label, consequence, next] = codes_with_acknowledge().at(code_);
         std::string text = label;
         if (code_ == 9) {
-            text = gain_senders_.at(gains_sent_) == 1 ? "_SET AMP GAIN_" : " SET AMP GAIN ";
+            const bool in_set_up = gains_sent_ >= gain_senders_.size();
+            const int sender = in_set_up ? set_up_sender_ : gain_senders_.at(gains_sent_);
+            text = sender == 1 ? "_SET AMP GAIN_" : " SET AMP GAIN ";
+            set_up_sender_ = 2;
         }
         told_.push_back(text + (timed_out ? "Comm timed out" : "CommError"));
         told_.push_back(told::not_sent);
@@ -177,6 +182,7 @@ private:
 
     std::vector<int> gain_senders_;
     std::size_t gains_sent_ = 0; ///< gain commands that were acknowledged or given up
+    int set_up_sender_ = 1;      ///< channel whose control sends a set-up's next gain command
     std::vector<std::string> told_;
     std::chrono::milliseconds time_out_{0}; ///< that was asked for last
     std::chrono::nanoseconds written_{0};   ///< when the last command was

@@ -1,6 +1,7 @@
 // What a user meets when the link or the instrument misbehaves: a message or a quiet new start,
 // never a crash, never a second exchange inside a first one.
 
+#include <algorithm>
 #include <chrono>
 #include <string>
 #include <vector>
@@ -214,6 +215,89 @@ TEST(Robustness, AfterALossOfPowerTheNextStartSetsTheRangesToo) {
     ASSERT_GT(program.log.frames.size(), from);
     EXPECT_EQ(frames_of(program, from)[0], (std::vector<int>{9, 2, 2, 0, 0, 0}));
     EXPECT_TRUE(program.boxes.shown.empty());
+}
+
+/// The instrument is switched off for `off` ticks.
+void switch_off_for(Program& program, int off) {
+    program.simulation.bench().faults.no_power = true;
+    program.simulation.notice_faults();
+    program.ticks(off);
+    program.simulation.bench().faults.no_power = false;
+}
+
+/// Peak to peak of the points of channel 1 in mV.
+double vpp(Program& program) {
+    const auto& mv = program.scope.parts().samples[0].mv;
+    const auto [lowest, highest] = std::minmax_element(mv.begin() + 1, mv.begin() + 641);
+    return *highest - *lowest;
+}
+
+constexpr double signal_mvpp = 400.0;
+constexpr double within_mv = 10.0;
+
+TEST(Robustness, SwitchedOffAndOnWhileSweepingItIsSetUpAnewByItself) {
+    for (const char* const time : {"20ns/div", "10us/div"}) {
+        SCOPED_TRACE(time);
+        Program program;
+        ASSERT_TRUE(program.scope.start());
+        program.choose(program.scope.panel().seltimediv, time);
+        program.ticks(6);
+        ASSERT_NEAR(vpp(program), signal_mvpp, within_mv);
+        const auto ranges = program.simulation.settings().range;
+        switch_off_for(program, 20);
+        for (int tick = 0; tick < 6; ++tick) {
+            program.ticks(1);
+            EXPECT_NEAR(vpp(program), signal_mvpp, within_mv) << tick;
+        }
+        EXPECT_EQ(program.status(), "Running");
+        EXPECT_EQ(program.simulation.settings().range, ranges);
+        EXPECT_TRUE(program.boxes.shown.empty());
+    }
+}
+
+TEST(Robustness, SwitchedOffAndOnWhileStoppedItIsSetUpByStart) {
+    Program program;
+    ASSERT_TRUE(program.scope.start());
+    program.ticks(6);
+    program.scope.act([&] { program.scope.panel().cmdstop.click(); });
+    switch_off_for(program, 20);
+    program.scope.act([&] { program.scope.panel().cmdstartsweep.click(); });
+    program.ticks(6);
+    EXPECT_EQ(program.status(), "Running");
+    EXPECT_NEAR(vpp(program), signal_mvpp, within_mv);
+    EXPECT_TRUE(program.boxes.shown.empty());
+}
+
+TEST(Robustness, SwitchedOnAfterAStartThatFailedItIsSetUpByTheNext) {
+    Program program;
+    ASSERT_TRUE(program.scope.start());
+    program.ticks(6);
+    program.simulation.bench().faults.no_power = true;
+    program.scope.act([&] { program.scope.panel().cmdstartsweep.click(); });
+    program.ticks(1);
+    EXPECT_FALSE(program.boxes.shown.empty());
+    program.boxes.shown.clear();
+    program.simulation.bench().faults.no_power = false;
+    program.scope.act([&] { program.scope.panel().cmdstartsweep.click(); });
+    program.ticks(6);
+    EXPECT_EQ(program.status(), "Running");
+    EXPECT_NEAR(vpp(program), signal_mvpp, within_mv);
+    EXPECT_TRUE(program.boxes.shown.empty());
+}
+
+TEST(Robustness, StartSendsTheRangesOnlyAfterAPause) {
+    for (const int pause : {1, 20}) {
+        Program program;
+        ASSERT_TRUE(program.scope.start());
+        program.ticks(6);
+        program.scope.act([&] { program.scope.panel().cmdstop.click(); });
+        program.ticks(pause);
+        const std::size_t from = program.log.frames.size();
+        program.scope.act([&] { program.scope.panel().cmdstartsweep.click(); });
+        program.ticks(1);
+        ASSERT_GT(program.log.frames.size(), from);
+        EXPECT_EQ(frames_of(program, from)[0][0], pause == 20 ? 9 : 8) << pause;
+    }
 }
 
 TEST(Robustness, ATickRightAfterASetUpTakesNothingForLost) {

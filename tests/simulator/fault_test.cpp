@@ -236,6 +236,18 @@ TEST_F(Fault, AHalfFrameDoesNotSurviveALossOfPower) {
     EXPECT_TRUE(read(1).empty());
 }
 
+TEST_F(Fault, ThatComesAndGoesBetweenTwoOperationsCanBeNoticed) {
+    set_up(31, {0, 0, 0, 9, 0});
+    faults().no_power = true;
+    simulation_.notice_faults();
+    faults().no_power = false;
+    EXPECT_EQ(simulation_.settings().resolution_ps, 1);
+    faults().unplugged = true;
+    simulation_.notice_faults();
+    faults().unplugged = false;
+    EXPECT_EQ(perform(Operation::flush_buffers), si_failed); // the device is no longer open
+}
+
 TEST_F(Fault, BitsAreFlipped) {
     faults().flipped_bits = 0x41;
     EXPECT_EQ(acknowledge(), std::vector<Byte>{6 ^ 0x41});

@@ -167,7 +167,8 @@ void BenchTest::a_calibration_is_connected_from_the_list() {
 
 void BenchTest::faults_are_switched() {
     Bench bench;
-    BenchWindow window(bench);
+    int noticed = 0;
+    BenchWindow window(bench, [&] { ++noticed; });
     const auto click = [&](const QString& name) { window.findChild<QCheckBox*>(name)->click(); };
     const simulator::Faults& faults = bench.faults;
     for (const bool on : {true, false}) {
@@ -175,6 +176,7 @@ void BenchTest::faults_are_switched() {
                                     u"bytes_garbled"_s, u"block_short"_s}) {
             click(name);
         }
+        QCOMPARE(noticed, on ? 6 : 12);
         QCOMPARE(faults.unplugged, on);
         QCOMPARE(faults.no_power, on);
         QCOMPARE(faults.no_trigger, on);

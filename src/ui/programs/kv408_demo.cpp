@@ -62,7 +62,7 @@ int main(int argc, char** argv) {
     kv408::simulator::Simulation simulation(clock, flash_file(files, places.settings));
     kv408::ui::Program program(clock, simulation.bridge(), files, places);
     signals.on_signal([&program] { program.window().close(); });
-    kv408::ui::BenchWindow bench(simulation.bench());
+    kv408::ui::BenchWindow bench(simulation.bench(), [&simulation] { simulation.notice_faults(); });
     offer(bench, program.window());
     program.window().show();
     return QApplication::exec();
