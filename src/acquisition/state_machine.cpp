@@ -44,6 +44,13 @@ void StateMachine::cmdstop_Click() {
     leave_for("stoped");
 }
 
+void StateMachine::show_change() {
+    if (acquisition_.scopestate == "stoped") {
+        measuring_.showmeasurements();
+        screen_.draw(draw_flags::all);
+    }
+}
+
 void StateMachine::leave_for(const char* state) {
     const bool calibrating = acquisition_.scopestate == "calibrationint";
     acquisition_.scopestate = state;

@@ -56,6 +56,10 @@ public:
     /// Stop.
     void cmdstop_Click();
 
+    /// Brings marks and picture into line with a control that was changed. Only while stopped:
+    /// otherwise data that are taken with the change do so.
+    void show_change();
+
 private:
     void act_on_state();
     void set_up();

@@ -222,7 +222,12 @@ void Adjust::Slider1_Change() {
         return;
     }
     sliderupdate();
-    tell_commit(panel_.tabstrip2.selected_key());
+    const std::string key = panel_.tabstrip2.selected_key();
+    tell_commit(key);
+    if (cursor_mode::is_time(quantities_.cursors.cursormode)) {
+        // The columns end before the wheel does: what it was turned beyond is taken back.
+        follow(target_value(key));
+    }
 }
 
 void Adjust::tell_commit(std::string_view key) {

@@ -101,16 +101,26 @@ Parts::Parts(const Machine& machine)
 
 void Parts::connect_channel(int channel) {
     ChannelControls& controls = panel.channel[static_cast<std::size_t>(channel)];
-    controls.vdiv.on_click([this, channel] { vertical.vdiv_Click(channel); });
-    controls.inviatr.on_click([this, channel] { vertical.vdiv_Click(channel); });
+    const auto vdiv_Click = [this, channel] {
+        vertical.vdiv_Click(channel);
+        state_machine.show_change();
+    };
+    controls.vdiv.on_click(vdiv_Click);
+    controls.inviatr.on_click(vdiv_Click);
     controls.invert.on_click([this, channel] { vertical.invert_Click(channel); });
     controls.enable.on_click([this, channel] {
         // Before the picture is drawn, which marks by what the results say.
         measuring.showmeasurements();
         vertical.enable_Click(channel);
     });
-    controls.psofset.on_enter([this, channel] { adjust.psofset_Enter(channel); });
-    controls.psofset.on_leave([this, channel] { adjust.psofset_Leave(channel); });
+    controls.psofset.on_enter([this, channel] {
+        adjust.psofset_Enter(channel);
+        state_machine.show_change();
+    });
+    controls.psofset.on_leave([this, channel] {
+        adjust.psofset_Leave(channel);
+        state_machine.show_change();
+    });
     controls.psofset.on_focus([this] { adjust.psofset_GotFocus(); });
     controls.slenps.on_click([this, channel] { adjust.slenps_Click(channel); });
 }
@@ -136,7 +146,11 @@ void Parts::connect_measurements() {
 }
 
 void Parts::connect_trigger() {
-    panel.trigsource.on_click([this] { trigger.trigsource_Click(); });
+    panel.trigsource.on_click([this] {
+        trigger.trigsource_Click();
+        // Each source has its own level.
+        adjust.refresh_wheel();
+    });
     panel.trigeredge.on_click([this] { trigger.trigeredge_Click(); });
     panel.shyst.on_change([this] { trigger.shyst_Change(); });
     panel.trtout.on_enter([this] { trigger.trtout_Commit(); });
@@ -146,7 +160,10 @@ void Parts::connect_trigger() {
 }
 
 void Parts::connect_adjust() {
-    panel.seltimediv.on_click([this] { time_base.seltimediv_Click(); });
+    panel.seltimediv.on_click([this] {
+        time_base.seltimediv_Click();
+        state_machine.show_change();
+    });
     panel.tabstrip2.on_click([this] { adjust.TabStrip2_Click(); });
     panel.slider1.on_scroll([this] { adjust.Slider1_Scroll(); });
     panel.slider1.on_change([this] { adjust.Slider1_Change(); });

@@ -285,7 +285,15 @@ private:
         differences_.compare("wheel's step", panel_.slider1.SlideStep(),
                              delay ? time_.wheel_step : (key == "TRIG" ? 1 : 4));
         const CursorState& cursors = parts_.cursor_state;
+        if (key == "TRIG") {
+            differences_.compare("level under the wheel", panel_.slider1.Value(),
+                                 parts_.trigger_state.trigwheel);
+        }
         for (std::size_t index = 0; index < 2; ++index) {
+            if (key == "CH" + std::to_string(index + 1)) {
+                differences_.compare("position under the wheel", panel_.slider1.Value(),
+                                     parts_.channels.at(index).marker_wheel);
+            }
             if (key == "C" + std::to_string(index + 1)) {
                 differences_.compare("active cursor",
                                      (cursors.cursormode - 1) % 2 == static_cast<int>(index), true);
