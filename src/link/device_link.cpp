@@ -6,6 +6,7 @@
 #include <cassert>
 #include <chrono>
 #include <limits>
+#include <utility>
 
 #include "link/instrument_serial.h"
 
@@ -201,9 +202,9 @@ bool DeviceLink::sendcmdack(std::int16_t command, const CommandArguments& argume
         keep(bridge_.SI_Read(state_.devhandle, reply, count));
         if (state_.commstatus == si_success && reply[0] == acknowledge_byte) {
             state_.retrycount = 0;
-            note_answer();
-            // A whole set-up is under way or follows.
-            state_.gone = false;
+            // What was sent before a long silence may be lost; the ranges are the first of a set-up.
+            const bool lost = note_answer() && !state_.set_up_again;
+            state_.gone = command != command::set_amplifier_gain && (state_.gone || lost);
             return true;
         }
     } while (retries >= 1);
@@ -288,16 +289,24 @@ bool DeviceLink::unheard_for_long() const {
     return clock_.now() - state_.heard_at >= shortest_power_off;
 }
 
-void DeviceLink::note_answer() {
-    if (unheard_for_long()) {
+/// True when nothing was heard for long before.
+bool DeviceLink::note_answer() {
+    const bool after_silence = unheard_for_long();
+    if (after_silence) {
         ++state_.silences;
     }
     state_.heard_at = clock_.now();
+    return after_silence;
 }
 
 void DeviceLink::note_silence() {
     ++state_.silences;
     state_.gone = state_.gone || unheard_for_long();
+}
+
+bool DeviceLink::is_back() {
+    state_.set_up_again = std::exchange(state_.gone, false);
+    return state_.set_up_again;
 }
 
 bool DeviceLink::may_have_been_off(std::uint32_t silences) const {

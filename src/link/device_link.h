@@ -6,7 +6,6 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <utility>
 
 #include "host/clock.h"
 #include "host/message_boxes.h"
@@ -30,8 +29,11 @@ struct LinkState {
     /// a request or a command unanswered, or was asked nothing for long.
     std::uint32_t silences = 0;
     std::chrono::nanoseconds heard_at{0}; ///< when the instrument last answered
-    bool gone = false;        ///< requests have been left unanswered for long and until now
-    std::string serialsuffix; ///< characters 8 to 14 of the selected device's serial number
+    /// It may have been off while requests or commands were left unanswered for long, and has not
+    /// been set up anew since.
+    bool gone = false;
+    bool set_up_again = false; ///< that has brought a set-up, and no reply has been shown since
+    std::string serialsuffix;  ///< characters 8 to 14 of the selected device's serial number
 };
 
 /// The link to the instrument: finds and opens it, sends command frames, reads replies. Every
@@ -119,12 +121,15 @@ public:
     [[nodiscard]] bool may_have_been_off(std::uint32_t silences) const;
 
     /// To be asked when the reply to a request for samples comes. True once after the instrument
-    /// was gone for at least two seconds: it is no longer set up, and its reply means nothing.
-    [[nodiscard]] bool is_back() { return std::exchange(state_.gone, false); }
+    /// left requests, or attempts of a command before the one that it took, unanswered for at least
+    /// two seconds: it may have been off, and its reply means nothing before it is set up again.
+    /// Not true twice without a reply in between that is shown, so that an instrument that never
+    /// takes one command is swept all the same.
+    [[nodiscard]] bool is_back();
 
 private:
     [[nodiscard]] bool unheard_for_long() const;
-    void note_answer();
+    bool note_answer();
     void keep(BridgeStatus status);
     [[noreturn]] void end_with(const std::string& text, const std::string& advice);
     void acknowledge_missing(std::string_view label);

@@ -20,9 +20,9 @@ struct HeardRig : LinkRig {
         EXPECT_TRUE(link.read(reply));
     }
 
-    void acknowledge() {
+    void acknowledge(std::int16_t code = command::set_amplifier_gain) {
         bridge.on_frame = [this](const FakeBridge::Frame&) { bridge.receive({6}); };
-        EXPECT_TRUE(link.send_setup(command::set_amplifier_gain, "gain "));
+        EXPECT_TRUE(link.send_setup(code, "set-up "));
         bridge.on_frame = nullptr;
     }
 
@@ -119,12 +119,40 @@ TEST(Silence, WhoWasAskedNothingIsNotBack) {
     EXPECT_FALSE(rig.link.is_back());
 }
 
-TEST(Silence, WhoHasBeenSetUpSinceIsNotBack) {
+TEST(Silence, WhoHasTakenTheRangesSinceIsNotBack) {
     HeardRig rig;
     rig.clock.advance(milliseconds(2000));
     rig.link.note_silence();
+    rig.acknowledge(command::set_trigger);
     rig.acknowledge();
     EXPECT_FALSE(rig.link.is_back());
+}
+
+TEST(Silence, WhoTookALaterCommandAfterTwoSecondsIsBack) {
+    HeardRig rig;
+    rig.clock.advance(milliseconds(2000));
+    rig.acknowledge(command::set_trigger);
+    rig.acknowledge(command::set_resolution);
+    rig.hear();
+    EXPECT_TRUE(rig.link.is_back());
+}
+
+TEST(Silence, WhoNeverTookTheLastCommandIsNotBack) {
+    HeardRig rig;
+    EXPECT_FALSE(rig.link.send_setup(command::set_resolution, "resolution "));
+    EXPECT_GE(rig.clock.now(), milliseconds(3000)); // three attempts, and that is told
+    rig.hear();
+    EXPECT_FALSE(rig.link.is_back());
+}
+
+TEST(Silence, IsBackBringsNoSecondSetUpForACommandThatIsNeverTaken) {
+    HeardRig rig;
+    for (const bool back : {true, false, true}) {
+        EXPECT_FALSE(rig.link.send_setup(command::set_trigger, "trigger "));
+        rig.acknowledge(command::set_resolution);
+        rig.hear();
+        EXPECT_EQ(rig.link.is_back(), back);
+    }
 }
 
 } // namespace

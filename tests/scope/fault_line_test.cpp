@@ -65,7 +65,8 @@ TEST_P(LineFaults, EachAllThrough) {
     ASSERT_EQ(faults.size(), 20U);
     std::size_t expected = 0;
     // Under the sanitizers, where all of them take minutes, every fifth.
-    for (std::size_t index = 0; index < faults.size(); index += std::min(series_stride, 5UL)) {
+    for (std::size_t index = 0; index < faults.size();
+         index += std::min<std::size_t>(series_stride, 5)) {
         const LineFault& fault = faults[index];
         ++expected;
         SCOPED_TRACE(scenario.name + ": " + fault.name);

@@ -174,9 +174,18 @@ public:
     /// Runs so far.
     [[nodiscard]] std::size_t runs() const { return tally_.runs(); }
 
+    /// How many ways there are to break operation `index`: all of them but under the sanitizers,
+    /// where that takes minutes and each third is tried.
+    static std::size_t ways_at(std::size_t index) {
+        return static_cast<std::size_t>(std::count_if(
+            kinds.begin(), kinds.end(), [index](Kind kind) { return is_tried(index, kind); }));
+    }
+
     void break_each_way_at(std::size_t index) {
         for (const Kind kind : kinds) {
-            break_at(index, kind);
+            if (is_tried(index, kind)) {
+                break_at(index, kind);
+            }
         }
     }
 
@@ -199,6 +208,10 @@ public:
     }
 
 private:
+    static bool is_tried(std::size_t index, Kind kind) {
+        return series_stride == 1 || (index + static_cast<std::size_t>(kind)) % 3 == 0;
+    }
+
     const FaultScenario scenario_;
     std::vector<Place> places_;
     FaultTally tally_{scenario_};
@@ -215,10 +228,15 @@ class OperationFaults : public testing::TestWithParam<std::string> {};
 
 TEST_P(OperationFaults, EachAtEachPlace) {
     Breaker breaker(GetParam());
+    std::size_t expected = 0;
     for (std::size_t index = 0; index < breaker.size() && !HasFailure(); ++index) {
         breaker.break_each_way_at(index);
+        expected += Breaker::ways_at(index);
     }
-    EXPECT_EQ(breaker.runs(), fault_scenario(GetParam()).operations * kinds.size());
+    EXPECT_EQ(breaker.runs(), expected);
+    if (series_stride == 1) {
+        EXPECT_EQ(expected, fault_scenario(GetParam()).operations * kinds.size());
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(All, OperationFaults, testing::ValuesIn(names(fault_scenarios())),
@@ -240,13 +258,15 @@ TEST_P(PassFaults, EachAtASampleOfPlaces) {
     std::mt19937 random(408);
     std::uniform_int_distribution<std::size_t> any(ends, breaker.size() - ends - 1);
     std::generate_n(std::back_inserter(indices), sample, [&] { return any(random); });
+    std::size_t expected = 0;
     for (const std::size_t index : indices) {
         breaker.break_each_way_at(index);
+        expected += Breaker::ways_at(index);
         if (HasFailure()) {
             return;
         }
     }
-    EXPECT_EQ(breaker.runs(), (2 * ends + sample) * kinds.size());
+    EXPECT_EQ(breaker.runs(), expected);
 }
 
 INSTANTIATE_TEST_SUITE_P(All, PassFaults, testing::ValuesIn(names(point_pass_scenarios())),
