@@ -202,7 +202,8 @@ bool DeviceLink::sendcmdack(std::int16_t command, const CommandArguments& argume
         keep(bridge_.SI_Read(state_.devhandle, reply, count));
         if (state_.commstatus == si_success && reply[0] == acknowledge_byte) {
             state_.retrycount = 0;
-            // What was sent before a long silence may be lost; the ranges are the first of a set-up.
+            // What was sent before a long silence may be lost; the ranges are the first of a
+            // set-up.
             const bool lost = note_answer() && !state_.set_up_again;
             state_.gone = command != command::set_amplifier_gain && (state_.gone || lost);
             return true;
