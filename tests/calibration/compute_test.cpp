@@ -324,6 +324,15 @@ TEST_F(TimeScale, ALargeErrorAsksForASecondTime) {
     EXPECT_NE(note().find("a second time"), std::string::npos);
 }
 
+TEST_F(TimeScale, AnErrorOfThreeHundredthsIsStillSmall) {
+    for (const auto& [hertz, large] : {std::pair{9699999.0, true}, std::pair{9700000.0, false},
+                                       std::pair{10300000.0, false}, std::pair{10300001.0, true}}) {
+        see(hertz);
+        form.cmdcaltb.click();
+        EXPECT_EQ(note().find("a second time") != std::string::npos, large) << hertz;
+    }
+}
+
 TEST_F(TimeScale, WithoutItsSetUpNamesTheButton) {
     see(10200000.0);
     for (int index = 0; index < 21; ++index) {

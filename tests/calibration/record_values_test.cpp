@@ -120,6 +120,17 @@ TEST(RecordValues, AFileThatLacksOrRepeatsAValueIsNoRecord) {
     EXPECT_EQ(values_of(large.replace(large.find("10100"), 5, "40000")), std::nullopt);
 }
 
+TEST(RecordValues, AFileWithAValueWithoutItsNumberIsNoRecord) {
+    for (const char* place : {"\n0 2033", "\n5 9900", "\n10 70"}) {
+        for (const char* number : {"x", "", "65536", "-65536"}) {
+            std::string bytes = file();
+            const std::size_t at = bytes.find(place) + 1;
+            bytes.replace(at, bytes.find(' ', at) - at, number);
+            EXPECT_EQ(values_of(bytes), std::nullopt) << bytes;
+        }
+    }
+}
+
 TEST(RecordValues, InstrumentsAreToldApartByWhatIsKnownOfThem) {
     EXPECT_TRUE(may_be_the_same(instrument, instrument));
     EXPECT_TRUE(may_be_the_same(instrument, {}));
