@@ -92,6 +92,21 @@ TEST(MeasurementTexts, WithoutAWidthThereIsNoPeriodAndNoFrequency) {
     }
 }
 
+TEST(MeasurementTexts, WhatIsShorterThanAColumnIsMeasured) {
+    MeasurementRecord record = {};
+    record[meas::rise] = 0.5;
+    record[meas::fall] = 0.25;
+    record[meas::pulse_high] = 0.25;
+    record[meas::pulse_low] = 0.5;
+    const Written written(record, 1e9);
+    EXPECT_EQ(written.texts[meas::rise], "500.0ps");
+    EXPECT_EQ(written.texts[meas::fall], "250.0ps");
+    EXPECT_EQ(written.texts[meas::pulse_high], "250.0ps");
+    EXPECT_EQ(written.texts[meas::pulse_low], "500.0ps");
+    EXPECT_EQ(written.texts[meas::period], "750.0ps");
+    EXPECT_EQ(written.texts[meas::frequency], "1.333GHz");
+}
+
 TEST(MeasurementTexts, AnEdgeOfNoTimeIsInfinitelyFastAndNoEdgeIsMissing) {
     MeasurementRecord record = {};
     record[meas::rise] = 0.0;
