@@ -89,14 +89,23 @@ TEST(TriggerMarker, ADragBeyondThePlotStopsAtItsEdge) {
     EXPECT_GE(rig.panel.trigertext.top(), plot::top + 504);
 }
 
-TEST(TriggerMarker, BelongsToTheSecondChannelWithTheSecondSource) {
-    MouseRig rig;
-    PanelRig::choose(rig.panel.trigsource, "TRIG2");
-    PanelRig::choose(rig.panel.channel[1].vdiv, "0.5V"); // 0.064 pixels a code
-    rig.screen.draw(255);
-    rig.mouse.trigertext_MouseDown(0);
-    rig.mouse.trigertext_MouseMove(64); // 64 / 0.128 = 500 codes down
-    EXPECT_EQ(rig.trigger_state.saved_trigpos, (std::array<std::int16_t, 2>{2048, 1548}));
+TEST(TriggerMarker, BelongsToTheChannelOfItsSource) {
+    // 64 pixels down are 64 / 0.64 = 100 codes at 0.1V/div and 64 / 0.128 = 500 at 0.5V/div.
+    const std::pair<const char*, std::array<std::int16_t, 2>> rows[] = {
+        {"TRIG1", {1948, 2048}},
+        {"TRIG2", {2048, 1548}},
+    };
+    for (const auto& [source, levels] : rows) {
+        MouseRig rig;
+        PanelRig::choose(rig.panel.trigsource, source);
+        PanelRig::choose(rig.panel.channel[1].vdiv, "0.5V");
+        rig.channels[1].pos = 192; // the zero lines lie apart
+        rig.vertical.place_marker(1);
+        rig.screen.draw(255);
+        rig.mouse.trigertext_MouseDown(0);
+        rig.mouse.trigertext_MouseMove(64);
+        EXPECT_EQ(rig.trigger_state.saved_trigpos, levels) << source;
+    }
 }
 
 TEST(CursorLine, IsGrabbedWithinFourPixelsAndBecomesTheActiveOne) {
@@ -141,6 +150,12 @@ TEST(CursorLine, WithShiftBothMoveTogetherAndTheModeComesBack) {
         rig.mouse.plot_MouseMove(-3000, -3000);
         EXPECT_EQ(positions[0], 0);
         EXPECT_EQ(positions[1], distance);
+        rig.mouse.plot_MouseMove(3000, 3000);
+        const int last = tab == 1 ? 512 : 640;
+        EXPECT_EQ(positions[0], last - distance);
+        EXPECT_EQ(positions[1], last);
+        rig.mouse.plot_MouseMove(-3000, -3000);
+        EXPECT_EQ(positions[0], 0);
         rig.mouse.plot_MouseUp();
         EXPECT_EQ(rig.cursors.cursormode, tab == 1 ? 1 : 3);
         EXPECT_EQ(rig.panel.slider1.Value(), tab == 1 ? 1024 : 0);
