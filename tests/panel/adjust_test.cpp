@@ -68,6 +68,22 @@ TEST(Adjust, TheDelayStepFollowsTheTimeBase) {
     }
 }
 
+TEST(Adjust, AChannelsTabLaysItsMarkerOverTheOther) {
+    StartedPanelRig rig;
+    offer_cursors(rig, 1);
+    const auto brought = [&rig] {
+        return std::array{rig.panel.channel[0].text.times_brought_to_front(),
+                          rig.panel.channel[1].text.times_brought_to_front()};
+    };
+    auto expected = brought();
+    for (const char* key : {"TRIG", "CH2", "CH1", "HPOS", "CH2", "C1", "C2", "CH1"}) {
+        select(rig, key);
+        expected[0] += key == std::string("CH1") ? 1 : 0;
+        expected[1] += key == std::string("CH2") ? 1 : 0;
+        EXPECT_EQ(brought(), expected) << key;
+    }
+}
+
 TEST(Adjust, AnUnknownTabLeavesTheWheel) {
     StartedPanelRig rig;
     select(rig, "TRIG");
