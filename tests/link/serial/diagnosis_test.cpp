@@ -15,6 +15,7 @@
 #include "link/library_bridge.h"
 #include "link/make_bridge.h"
 #include "link/serial_bridge.h"
+#include "link/usb_devices.h"
 #include "link/usb_diagnosis.h"
 #include "support/ports/group_rights.h"
 #include "support/ports/other_process.h"
@@ -384,6 +385,20 @@ TEST_F(Diagnosis, ForTheLibraryWithoutPermissionTheLineIsToldThatGivesIt) {
                 StartsWith(device_title + "You have no permission to use /dev/bus/usb/001/002. "
                                           "This line gives it to you until the instrument is "
                                           "unplugged:\nsudo chmod a+rw /dev/bus/usb/001/002\n"));
+}
+
+TEST_F(Diagnosis, ADeviceOfUnknownNumberHasNoNode) {
+    for (const int number : {0, 1, 2}) {
+        ports_.plug(number, "lm4rxa-SIM00001");
+    }
+    ports_.remove_attribute(0, "busnum");
+    ports_.remove_attribute(1, "devnum");
+    const auto devices = list_usb_devices();
+    ASSERT_TRUE(devices);
+    ASSERT_EQ(devices->size(), 3U);
+    EXPECT_EQ(devices->at(0).node, "");
+    EXPECT_EQ(devices->at(1).node, "");
+    EXPECT_EQ(devices->at(2).node, "/dev/bus/usb/001/004");
 }
 
 TEST_F(Diagnosis, TheSerialBridgeTellsThatTheLibraryIsNotThere) {

@@ -140,6 +140,10 @@ void UsbPorts::remove_entry(int number) const {
     std::filesystem::remove(root() + "/sys/class/tty/" + port_name(number));
 }
 
+void UsbPorts::remove_attribute(int number, const std::string& name) const {
+    std::filesystem::remove(root() + "/sys" + device_folder(number) + "/" + name);
+}
+
 void UsbPorts::hide_serial(int number) const {
     std::filesystem::permissions(root() + "/sys" + device_folder(number) + "/serial",
                                  std::filesystem::perms::none);

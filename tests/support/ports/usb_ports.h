@@ -56,6 +56,9 @@ public:
     /// Takes what /sys shows of port `number` away and leaves its device node.
     void remove_entry(int number) const;
 
+    /// Takes what /sys tells as `name` of device `number` away: "devnum".
+    void remove_attribute(int number, const std::string& name) const;
+
     /// Lets no user but root read the serial number of device `number`.
     void hide_serial(int number) const;
 
