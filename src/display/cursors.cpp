@@ -77,7 +77,7 @@ std::string deltacursorvert(std::int16_t n, const std::string& volts_per_divisio
 std::string deltacursorhor(std::int16_t n, const std::string& time_per_division) {
     for (const TimeBaseRow& row : time_base_rows()) {
         if (row.text == time_per_division) {
-            return engformat(n / row.samplerate(), readout_digits) + "s";
+            return engformat(n / row.samplerate, readout_digits) + "s";
         }
     }
     return {};

@@ -12,27 +12,27 @@ namespace {
 // Fixed by design, irregularities included: the step is the exact time a point rounded up to
 // 20ns/div, down at 50, 100 and 500ns/div; 50us/div has 780125 where the rule would give 781250.
 constexpr std::array<TimeBaseRow, 21> rows = {{
-    {"25ps/div", "25ps", 1, 2560, 9, 2.56, false},
-    {"50ps/div", "50ps", 1, 1280, 9, 1.28, false},
-    {"100ps/div", "100ps", 2, 640, 9, 1.28, false},
-    {"200ps/div", "200ps", 4, 320, 9, 1.28, false},
-    {"500ps/div", "500ps", 8, 128, 9, 1.024, false},
-    {"1ns/div", "1ns", 16, 64, 9, 1.024, false},
-    {"2ns/div", "2ns", 32, 32, 9, 1.024, false},
-    {"5ns/div", "5ns", 79, 12.8, 9, 1.0112, false},
-    {"10ns/div", "10ns", 157, 6.4, 9, 1.0048, false},
-    {"20ns/div", "20ns", 313, 3.2, 9, 1.0016, false},
-    {"50ns/div", "50ns", 781, 1.28, 9, 1.00032010243278, false},
-    {"100ns/div", "100ns", 1562, 0.64, 9, 1.0, false},
-    {"200ns/div", "200ns", 3125, 0.32, 9, 1.0, false},
-    {"500ns/div", "500ns", 7812, 128, 6, 1.0, true},
-    {"1us/div", "1us", 15625, 64, 6, 1.0, true},
-    {"2us/div", "2us", 31250, 32, 6, 1.0, true},
-    {"5us/div", "5us", 78125, 12.8, 6, 1.0, true},
-    {"10us/div", "10us", 156250, 6.4, 6, 1.0, true},
-    {"20us/div", "20us", 312500, 3.2, 6, 1.0, true},
-    {"50us/div", "50us", 780125, 1.28, 6, 1.0, true},
-    {"100us/div", "100us", 1562500, 0.64, 6, 1.0, true},
+    {"25ps/div", "25ps", 1, 2560e9, 2.56, false},
+    {"50ps/div", "50ps", 1, 1280e9, 1.28, false},
+    {"100ps/div", "100ps", 2, 640e9, 1.28, false},
+    {"200ps/div", "200ps", 4, 320e9, 1.28, false},
+    {"500ps/div", "500ps", 8, 128e9, 1.024, false},
+    {"1ns/div", "1ns", 16, 64e9, 1.024, false},
+    {"2ns/div", "2ns", 32, 32e9, 1.024, false},
+    {"5ns/div", "5ns", 79, 12.8e9, 1.0112, false},
+    {"10ns/div", "10ns", 157, 6.4e9, 1.0048, false},
+    {"20ns/div", "20ns", 313, 3.2e9, 1.0016, false},
+    {"50ns/div", "50ns", 781, 1.28e9, 1.00032010243278, false},
+    {"100ns/div", "100ns", 1562, 0.64e9, 1.0, false},
+    {"200ns/div", "200ns", 3125, 0.32e9, 1.0, false},
+    {"500ns/div", "500ns", 7812, 128e6, 1.0, true},
+    {"1us/div", "1us", 15625, 64e6, 1.0, true},
+    {"2us/div", "2us", 31250, 32e6, 1.0, true},
+    {"5us/div", "5us", 78125, 12.8e6, 1.0, true},
+    {"10us/div", "10us", 156250, 6.4e6, 1.0, true},
+    {"20us/div", "20us", 312500, 3.2e6, 1.0, true},
+    {"50us/div", "50us", 780125, 1.28e6, 1.0, true},
+    {"100us/div", "100us", 1562500, 0.64e6, 1.0, true},
 }};
 
 } // namespace
@@ -75,7 +75,7 @@ void TimeBase::take_values(std::string_view text) {
     }
     panel_.tdivtext.set_caption(std::string(row->short_label));
     time_base_.tbresolution = row->tbresolution;
-    time_base_.samplerate = row->samplerate();
+    time_base_.samplerate = row->samplerate;
     time_base_.hstretch = row->hstretch;
     acquisition_.pointmode = row->pointmode;
 }

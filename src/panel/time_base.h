@@ -20,13 +20,9 @@ struct TimeBaseRow {
     std::string_view text;        ///< entry text, "5ns/div"
     std::string_view short_label; ///< "5ns"
     double tbresolution;          ///< picoseconds a point, a whole number
-    double multiplier;            ///< `samplerate` is multiplier times 10 to the power
-    int power;                    ///< 9 or 6
+    double samplerate;            ///< screen columns a second
     double hstretch;              ///< stretch step
     bool pointmode;               ///< point by point in place of block sweeps
-
-    /// Screen columns a second.
-    [[nodiscard]] double samplerate() const { return multiplier * (power == 9 ? 1e9 : 1e6); }
 };
 
 /// The 21 entries in the order in which a text is looked up, from "25ps/div" to "100us/div"; the

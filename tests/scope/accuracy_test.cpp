@@ -69,7 +69,7 @@ double point_delay_ps(const TimeBaseRow& row, int point) {
 
 /// Seconds of one division of `row`.
 double division_s(const TimeBaseRow& row) {
-    return 64.0 / (row.multiplier * std::pow(10.0, row.power));
+    return 64.0 / row.samplerate;
 }
 
 struct VoltsRow {

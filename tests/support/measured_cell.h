@@ -141,7 +141,7 @@ public:
     }
 
 private:
-    [[nodiscard]] double division_s() const { return 64.0 / time_base_.samplerate(); }
+    [[nodiscard]] double division_s() const { return 64.0 / time_base_.samplerate; }
 
     [[nodiscard]] simulator::Source source(const PulseTrain& train) const {
         return {.kind = simulator::SignalKind::pulse,
@@ -186,7 +186,7 @@ private:
 
     /// A field of a record, out of columns.
     [[nodiscard]] double in_units(const MeasurementRecord& record, std::size_t field) const {
-        const double samplerate = time_base_.samplerate();
+        const double samplerate = time_base_.samplerate;
         if (field == meas::frequency) {
             return record.at(field) * samplerate;
         }
@@ -199,7 +199,7 @@ private:
         if (field < meas::frequency) {
             return 0.01 * 8.0 * volts_.millivolts;
         }
-        const double columns = 2.0 / time_base_.samplerate();
+        const double columns = 2.0 / time_base_.samplerate;
         if (field == meas::frequency) {
             return truth.at(field) * std::max(0.01, columns / truth.at(meas::period));
         }
