@@ -76,7 +76,7 @@ void Picture::show_labels() {
 }
 
 void Picture::set_newest_point(int index) {
-    newest_point_ = std::clamp(index, 0, plot::points - 1);
+    newest_point_ = index;
 }
 
 void Picture::calcPersistColors() {
