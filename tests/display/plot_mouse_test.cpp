@@ -124,6 +124,25 @@ TEST(CursorLine, IsGrabbedWithinFourPixelsAndBecomesTheActiveOne) {
     EXPECT_EQ(rig.cursors.vpos[1], 512);
 }
 
+TEST(CursorLine, TheNearerOneIsGrabbedAndOfTwoEquallyNearTheFirst) {
+    for (const int tab : {1, 2}) {
+        for (const auto& [place, key] :
+             {std::pair{187, ""}, std::pair{188, "C1"}, std::pair{195, "C1"}, std::pair{196, "C1"},
+              std::pair{197, "C2"}, std::pair{204, "C2"}, std::pair{205, ""}}) {
+            MouseRig rig;
+            rig.panel.tabstrip3.select(tab);
+            (tab == 1 ? rig.cursors.vpos : rig.cursors.hpos) = {192, 200};
+            // The other coordinate lies where a line of the other kind would be.
+            const bool grabbed = tab == 1 ? rig.mouse.plot_MouseDown(192, place, false)
+                                          : rig.mouse.plot_MouseDown(place, 192, false);
+            EXPECT_EQ(grabbed, key[0] != '\0') << tab << ' ' << place;
+            if (grabbed) {
+                EXPECT_EQ(rig.panel.tabstrip2.selected_key(), key) << tab << ' ' << place;
+            }
+        }
+    }
+}
+
 TEST(CursorLine, OfTimeMovesSideways) {
     MouseRig rig;
     rig.panel.tabstrip3.select(2); // columns 192 and 448
