@@ -47,6 +47,7 @@ TEST(Adjust, RangeAndStepFollowTheTab) {
         EXPECT_EQ(rig.panel.slider1.SlideStep(), 4) << key;
     }
     select(rig, "TRIG");
+    EXPECT_EQ(rig.panel.slider1.Min(), 0);
     EXPECT_EQ(rig.panel.slider1.Max(), 1024);
     EXPECT_EQ(rig.panel.slider1.SlideStep(), 1);
     select(rig, "HPOS");
