@@ -263,6 +263,28 @@ TEST_F(PictureTest, places_the_gap_at_the_newest_point_of_each_channel) {
     EXPECT_EQ(at(301, 100), background);
 }
 
+TEST_F(PictureTest, leaves_what_the_plot_holds_of_a_gap_at_its_edges) {
+    acquisition.pointmode = true;
+    channels[ch2].delaypts = 50;
+    picture.refreshCH2(0);
+    picture.set_newest_point(40); // at x -10: the gap is -9..9
+    picture.draw(draw_flags::all);
+    EXPECT_EQ(at(0, 200), grid) << "the border";
+    EXPECT_EQ(at(9, 200), background);
+    EXPECT_EQ(at(10, 200), blue);
+    channels[ch2].delaypts = -50;
+    picture.refreshCH2(0);
+    picture.set_newest_point(580); // at x 630: the gap is 631..649
+    picture.draw(draw_flags::all);
+    EXPECT_EQ(at(630, 200), blue);
+    EXPECT_EQ(at(631, 200), background);
+    EXPECT_EQ(at(640, 200), grid) << "the border";
+    picture.set_newest_point(620); // at x 670, beyond the plot
+    picture.draw(draw_flags::all);
+    EXPECT_EQ(at(639, 200), blue);
+    EXPECT_EQ(at(640, 200), blue);
+}
+
 TEST_F(PictureTest, tells_its_listener_which_columns_changed) {
     std::vector<Columns> told;
     picture.on_drawn([&told](Columns columns) { told.push_back(columns); });
