@@ -150,8 +150,10 @@ TEST(CursorLine, OfTimeMovesSideways) {
     EXPECT_EQ(rig.cursors.cursormode, 3);
     rig.mouse.plot_MouseMove(-20, 40);
     EXPECT_EQ(rig.cursors.hpos[0], 0);
+    EXPECT_EQ(rig.panel.slider1.Value(), 0);
     rig.mouse.plot_MouseMove(2000, 40);
     EXPECT_EQ(rig.cursors.hpos[0], 640);
+    EXPECT_EQ(rig.panel.slider1.Value(), 640) << "a step back moves the line at once";
     rig.mouse.plot_MouseUp();
 }
 
