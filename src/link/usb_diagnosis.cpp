@@ -156,6 +156,9 @@ std::string reason_for_library(const UsbDevice& device, Way way) {
     if (take_ourselves_out(users) && users.empty()) {
         return "This program has it open.";
     }
+    if (device.node.empty()) {
+        return std::string("It has just gone. ") + plug_in_anew;
+    }
     const int handle = open(device.node.c_str(), O_RDWR | O_CLOEXEC);
     const int error = handle < 0 ? errno : 0;
     if (handle >= 0) {

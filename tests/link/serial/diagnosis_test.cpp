@@ -399,6 +399,9 @@ TEST_F(Diagnosis, ADeviceOfUnknownNumberHasNoNode) {
     EXPECT_EQ(devices->at(0).node, "");
     EXPECT_EQ(devices->at(1).node, "");
     EXPECT_EQ(devices->at(2).node, "/dev/bus/usb/001/004");
+    EXPECT_THAT(usb_diagnosis(Way::library),
+                StartsWith(device_title +
+                           "It has just gone. Unplug the instrument and plug it in again.\n"));
 }
 
 TEST_F(Diagnosis, TheSerialBridgeTellsThatTheLibraryIsNotThere) {
