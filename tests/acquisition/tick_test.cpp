@@ -165,6 +165,20 @@ TEST(Redraw, ADelayIsShownWithTheFirstDataTakenWithIt) {
     EXPECT_FALSE(rig.acquisition.pending_refresh);
 }
 
+TEST(Redraw, AChangeWhileStoppedIsShownAtOnceWithItsMarks) {
+    for (const char* const state : {"Idle", "idle", "startscope", "scope", "scopech1f", "scopech2f",
+                                    "calibrationint", "changes", "changes1", "stoped"}) {
+        AcquisitionRig rig;
+        rig.acquisition.scopestate = state;
+        int marked_before = 0;
+        rig.screen.on_draw = [&] { marked_before = rig.measuring.shown; };
+        rig.state_machine.show_change();
+        const bool stopped = std::string(state) == "stoped";
+        EXPECT_EQ(rig.screen.calls, stopped ? Texts{"draw 255"} : Texts{}) << state;
+        EXPECT_EQ(marked_before, stopped ? 1 : 0) << state;
+    }
+}
+
 TEST(RestrictedTick, ActsOnNoStateAndRedrawsNothing) {
     for (const char* state : {"startscope", "scope", "scopech1f", "scopech2f", "changes",
                               "changes1", "stoped", "idle", "calibrationint"}) {
