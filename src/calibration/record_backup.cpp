@@ -39,40 +39,27 @@ std::string RecordBackup::unfinished() {
     return name;
 }
 
-std::string RecordBackup::free_name() {
-    constexpr int most = 99;
-    const std::string dated = dated_name(clock_.local_time());
-    for (int count = 1; count <= most; ++count) {
-        std::string name = dated;
-        if (count > 1) {
-            name += '-';
-            name += std::to_string(count);
-        }
-        name += ".txt";
-        std::string bytes;
-        if (files_.read(places_.settings / name, bytes).status == FileStatus::not_found) {
-            return name;
-        }
-    }
-    return {};
-}
-
 FileResult RecordBackup::keep(const KeptRecord& record) {
     kept_.clear();
     FileResult result = files_.create_folder(places_.settings);
     if (result.status != FileStatus::done) {
         return result;
     }
-    const std::string name = free_name();
-    if (name.empty()) {
-        return {.status = FileStatus::failed,
-                .reason = "no name is free in " + text_of_path(places_.settings)};
+    constexpr int most = 99;
+    const std::string dated = dated_name(clock_.local_time());
+    const std::string bytes = record_file(record);
+    for (int count = 1; count <= most; ++count) {
+        const std::string name = dated + (count > 1 ? '-' + std::to_string(count) : "") + ".txt";
+        result = files_.create(places_.settings / name, bytes);
+        if (result.status == FileStatus::done) {
+            kept_ = name;
+        }
+        if (result.status != FileStatus::exists) {
+            return result;
+        }
     }
-    result = files_.replace(places_.settings / name, record_file(record));
-    if (result.status == FileStatus::done) {
-        kept_ = name;
-    }
-    return result;
+    return {.status = FileStatus::failed,
+            .reason = "no name is free in " + text_of_path(places_.settings)};
 }
 
 RecordBackup::Restored RecordBackup::restore() {

@@ -46,9 +46,6 @@ public:
     Restored restore();
 
 private:
-    /// A name that no file in the settings' folder has; empty when none was found.
-    std::string free_name();
-
     Files& files_;
     FileChoosers& choosers_;
     Places places_;

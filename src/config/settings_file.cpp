@@ -105,6 +105,7 @@ SettingsFile::Reading SettingsFile::loadconfigfile(const std::filesystem::path& 
     case FileStatus::not_found:
         saveconfigsmon(path);
         return Reading::missing;
+    case FileStatus::exists: // which no reading ends with
     case FileStatus::failed:
         break;
     }

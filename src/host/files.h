@@ -7,7 +7,7 @@
 namespace kv408 {
 
 /// How a request to the file system ended.
-enum class FileStatus { done, not_found, failed };
+enum class FileStatus { done, not_found, failed, exists };
 
 /// The outcome of a request to the file system.
 struct FileResult {
@@ -27,6 +27,10 @@ public:
     /// Makes `bytes` the content of the file at `path` in one step: whatever happens meanwhile,
     /// the file is either the old one or the new one, whole.
     virtual FileResult replace(const std::filesystem::path& path, std::string_view bytes) = 0;
+
+    /// Makes a file at `path` with the content `bytes` in one step, where there is nothing yet;
+    /// `exists` when there is something, even a link to nothing.
+    virtual FileResult create(const std::filesystem::path& path, std::string_view bytes) = 0;
 
     /// Makes the folder `path` and those above it; done as well when it is there already.
     virtual FileResult create_folder(const std::filesystem::path& path) = 0;

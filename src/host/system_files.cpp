@@ -1,26 +1,18 @@
 #include "host/system_files.h"
 
-#include <algorithm>
 #include <cerrno>
-#include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <memory>
-#include <optional>
 #include <system_error>
 #include <utility>
 
-#include "host/path_text.h"
-#include "host/processes.h"
+#include "host/new_file.h"
+#include "host/new_file_name.h"
 #include "host/system_error.h"
-#include "state/rounding.h"
 
-#ifdef _WIN32
-#include <io.h>
-#include <windows.h>
-#else
+#ifndef _WIN32
 #include <fcntl.h>
-#include <unistd.h>
 #endif
 
 namespace kv408 {
@@ -32,18 +24,26 @@ struct Close {
 
 using OpenFile = std::unique_ptr<std::FILE, Close>;
 
-OpenFile open_file(const std::filesystem::path& path, bool writing) {
+OpenFile open_file(const std::filesystem::path& path) {
 #ifdef _WIN32
-    return OpenFile(_wfopen(path.c_str(), writing ? L"wb" : L"rb"));
+    return OpenFile(_wfopen(path.c_str(), L"rb"));
 #else
-    return OpenFile(std::fopen(path.c_str(), writing ? "wb" : "rb"));
+    // Something else may have come to the place of the file: nobody is waited for.
+    const int descriptor = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    return OpenFile(descriptor < 0 ? nullptr : ::fdopen(descriptor, "rb"));
 #endif
 }
 
+FileStatus status_of(const std::error_code& error) {
+    if (error == std::errc::file_exists) {
+        return FileStatus::exists;
+    }
+    return error == std::errc::no_such_file_or_directory ? FileStatus::not_found
+                                                         : FileStatus::failed;
+}
+
 FileResult failure(const std::error_code& error) {
-    return {.status = error == std::errc::no_such_file_or_directory ? FileStatus::not_found
-                                                                    : FileStatus::failed,
-            .reason = reason_of(error)};
+    return {.status = status_of(error), .reason = reason_of(error)};
 }
 
 /// The failure `error` of the C library.
@@ -96,123 +96,17 @@ bool is_write_protected(const std::filesystem::path& path) {
     return (std::filesystem::status(path, error).permissions() & writers) == perms::none;
 }
 
-bool flush_to_disk(std::FILE* file) {
-    if (std::fflush(file) != 0) {
-        return false;
+/// Lets new content with `bytes` take its place, in the way that `take` says.
+FileResult write_new(const std::filesystem::path& target, std::string_view bytes,
+                     std::error_code (NewFile::*take)()) {
+    NewFile content(target);
+    if (const std::error_code refused = content.write(bytes)) {
+        return failure(refused);
     }
-#ifdef _WIN32
-    return _commit(_fileno(file)) == 0;
-#else
-    return fsync(fileno(file)) == 0;
-#endif
-}
-
-/// Makes a renaming in `folder` last over a power cut, where the system knows such a thing.
-void flush_folder([[maybe_unused]] const std::filesystem::path& folder) {
-#ifndef _WIN32
-    const int descriptor = ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY);
-    if (descriptor >= 0) {
-        fsync(descriptor);
-        ::close(descriptor);
+    if (const std::error_code refused = (content.*take)()) {
+        return failure(refused);
     }
-#endif
-}
-
-/// Renames the file at `from` to `to` in one step, over a file that is there already.
-std::error_code move_over(const std::filesystem::path& from, const std::filesystem::path& to) {
-#ifdef _WIN32
-    constexpr DWORD how = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
-    // A virus scanner or an indexer may hold a file that has just been written for a moment.
-    constexpr int tries = 10;
-    constexpr DWORD pause_ms = 50;
-    std::error_code error;
-    for (int attempt = 0; attempt < tries; ++attempt) {
-        if (MoveFileExW(from.c_str(), to.c_str(), how) != 0) {
-            return {};
-        }
-        error = latest_error();
-        if (error.value() != ERROR_SHARING_VIOLATION && error.value() != ERROR_ACCESS_DENIED) {
-            break;
-        }
-        Sleep(pause_ms);
-    }
-    return error;
-#else
-    std::error_code error;
-    std::filesystem::rename(from, to, error);
-    return error;
-#endif
-}
-
-/// Gives the file at `path` the permissions of the one at `model`, if that exists.
-void copy_permissions(const std::filesystem::path& model, const std::filesystem::path& path) {
-    std::error_code error;
-    const auto status = std::filesystem::status(model, error);
-    if (std::filesystem::exists(status)) {
-        std::filesystem::permissions(path, status.permissions(), error);
-    }
-}
-
-/// What follows the name of a file in that of its new content before the renaming; the number of
-/// the process that writes it comes last.
-constexpr const char* new_mark = ".kv408-new";
-
-/// Age from which new content counts as left behind. Where several computers share a folder the
-/// process that writes may run on another one.
-constexpr std::chrono::hours leftover_age{1};
-
-/// The process that wrote the new content called `name` of the file called `file`; nothing when it
-/// is not called so. No name is turned into text that might not be text.
-std::optional<int> writer_of(const std::filesystem::path& name, std::filesystem::path file) {
-    const auto start = (file += new_mark).native();
-    if (!name.native().starts_with(start)) {
-        return std::nullopt;
-    }
-    const auto number = name.native().substr(start.size());
-    const auto is_digit = [](auto character) { return character >= '0' && character <= '9'; };
-    if (!std::all_of(number.begin(), number.end(), is_digit)) {
-        return std::nullopt;
-    }
-    return int32_in(text_of_path(number));
-}
-
-/// True when the file at `path` was last written more than `leftover_age` ago.
-bool is_old(const std::filesystem::path& path) {
-    std::error_code error;
-    const auto written = std::filesystem::last_write_time(path, error);
-    return !error && std::filesystem::file_time_type::clock::now() - written > leftover_age;
-}
-
-/// Removes what is left beside the file at `path` of writes whose processes were killed.
-void remove_leftovers(const std::filesystem::path& path) {
-    const auto folder = path.has_parent_path() ? path.parent_path() : ".";
-    std::error_code error;
-    std::error_code refused;
-    std::filesystem::directory_iterator entry(folder, error);
-    for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
-        const auto writer = writer_of(entry->path().filename(), path.filename());
-        if (writer && !process_runs(*writer) && entry->is_regular_file(refused) &&
-            is_old(entry->path())) {
-            std::filesystem::remove(entry->path(), refused);
-        }
-    }
-}
-
-/// Writes a new file at `path` that is to replace the one at `old`.
-FileResult write_whole(const std::filesystem::path& path, const std::filesystem::path& old,
-                       std::string_view bytes) {
-    OpenFile file = open_file(path, true);
-    if (!file) {
-        return failure(errno);
-    }
-    copy_permissions(old, path);
-    if (std::fwrite(bytes.data(), 1, bytes.size(), file.get()) != bytes.size() ||
-        !flush_to_disk(file.get())) {
-        return failure(errno);
-    }
-    if (std::fclose(file.release()) != 0) {
-        return failure(errno);
-    }
+    remove_leftovers(target);
     return {};
 }
 
@@ -222,7 +116,7 @@ FileResult SystemFiles::read(const std::filesystem::path& path, std::string& byt
     if (FileResult checked = check_file(path); checked.status != FileStatus::done) {
         return checked;
     }
-    const OpenFile file = open_file(path, false);
+    const OpenFile file = open_file(path);
     if (!file) {
         return failure(errno);
     }
@@ -252,22 +146,11 @@ FileResult SystemFiles::replace(const std::filesystem::path& path, std::string_v
     if (checked.status == FileStatus::done && is_write_protected(target)) {
         return failure(EACCES);
     }
-    // The process in the name: two programs that end together do not write into one file.
-    std::filesystem::path beside = target;
-    beside += new_mark + std::to_string(process_id());
-    FileResult written = write_whole(beside, target, bytes);
-    std::error_code error;
-    if (written.status != FileStatus::done) {
-        std::filesystem::remove(beside, error);
-        return written;
-    }
-    if (const std::error_code refused = move_over(beside, target); refused) {
-        std::filesystem::remove(beside, error);
-        return failure(refused);
-    }
-    remove_leftovers(target);
-    flush_folder(target.parent_path());
-    return {};
+    return write_new(target, bytes, &NewFile::take_place);
+}
+
+FileResult SystemFiles::create(const std::filesystem::path& path, std::string_view bytes) {
+    return write_new(path, bytes, &NewFile::take_free_place);
 }
 
 FileResult SystemFiles::create_folder(const std::filesystem::path& path) {

@@ -1,11 +1,9 @@
 #include "simulator/flash.h"
 
 #include <array>
-#include <fstream>
 #include <ios>
 #include <sstream>
 #include <string>
-#include <system_error>
 #include <utility>
 
 namespace kv408::simulator {
@@ -19,7 +17,7 @@ constexpr std::uint16_t simulated_firmware_id = 16;
 
 } // namespace
 
-Flash::Flash(std::filesystem::path file) : file_(std::move(file)) {
+Flash::Flash(FlashPlace place) : place_(std::move(place)) {
     load();
 }
 
@@ -48,10 +46,12 @@ void Flash::write_neutral_record() {
 }
 
 void Flash::load() {
-    if (file_.empty()) {
+    std::string bytes;
+    if (place_.files == nullptr ||
+        place_.files->read(place_.path, bytes).status != FileStatus::done) {
         return;
     }
-    std::ifstream stream(file_);
+    std::istringstream stream(bytes);
     std::string text;
     while (std::getline(stream, text)) {
         std::istringstream line(text);
@@ -64,23 +64,15 @@ void Flash::load() {
 }
 
 void Flash::save() {
-    if (file_.empty()) {
+    if (place_.files == nullptr) {
         return;
     }
-    // Written beside and renamed, so that a crash leaves the old file or the new one.
-    std::filesystem::path beside = file_;
-    beside += ".new";
-    std::ofstream stream(beside, std::ios::trunc);
+    std::ostringstream stream;
     stream << std::hex << std::uppercase;
     for (const auto& [address, word] : words_) {
         stream << address << ' ' << word << '\n';
     }
-    stream.close();
-    std::error_code error;
-    if (stream) {
-        std::filesystem::rename(beside, file_, error);
-    }
-    saved_ = static_cast<bool>(stream) && !error;
+    saved_ = place_.files->replace(place_.path, stream.str()).status == FileStatus::done;
 }
 
 } // namespace kv408::simulator

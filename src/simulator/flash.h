@@ -4,6 +4,8 @@
 #include <filesystem>
 #include <map>
 
+#include "host/files.h"
+
 namespace kv408::simulator {
 
 /// Word addresses of the calibration memory.
@@ -25,13 +27,20 @@ inline constexpr std::uint16_t record_adc_delay = 10;    ///< 70 unless calibrat
 /// What a word reads as that was never written.
 inline constexpr std::uint16_t erased_word = 0xFFFF;
 
+/// Where the flash memory outlives the program: the file at `path`, one of `files`, which outlive
+/// the memory. No files: nowhere.
+struct FlashPlace {
+    Files* files = nullptr;
+    std::filesystem::path path = {};
+};
+
 /// The instrument's flash memory: 16-bit words that outlive the program in a small text file, a
 /// line with address and word, both hexadecimal, for every word written.
 class Flash {
 public:
-    /// Loads the words from `file` if it can be read; lines that are no address and word are
-    /// skipped. An empty path keeps the words in memory only.
-    explicit Flash(std::filesystem::path file = {});
+    /// Loads the words from the file at `place` if it can be read; lines that are no address and
+    /// word are skipped. Without a place the words are in memory only.
+    explicit Flash(FlashPlace place = {});
 
     /// The word at `address`, `erased_word` when it was never written.
     [[nodiscard]] std::uint16_t read(std::uint16_t address) const;
@@ -55,7 +64,7 @@ private:
     void load();
     void save();
 
-    std::filesystem::path file_;
+    FlashPlace place_;
     std::map<std::uint16_t, std::uint16_t> words_;
     bool saved_ = true;
 };

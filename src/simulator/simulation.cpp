@@ -20,9 +20,8 @@ HardwareErrors factory_errors() {
     return errors;
 }
 
-Simulation::Simulation(Clock& clock, std::filesystem::path flash_file, std::uint64_t seed,
-                       WireLog* log)
-    : flash_(std::move(flash_file)), instrument_(bench_, flash_, seed),
+Simulation::Simulation(Clock& clock, FlashPlace flash, std::uint64_t seed, WireLog* log)
+    : flash_(std::move(flash)), instrument_(bench_, flash_, seed),
       bridge_(clock, bench_, instrument_, log) {
     if (flash_.empty()) {
         set_factory_state();

@@ -2,18 +2,16 @@
 
 #include "simulator/simulated_bridge.h"
 
-#include <filesystem>
-
 namespace kv408::simulator {
 
 /// A simulated instrument on its bench, complete: construct it, hand `bridge()` to the program,
 /// change `bench()` at will. It starts in the factory state.
 class Simulation {
 public:
-    /// Runs on `clock`. The flash memory is kept in `flash_file` (empty: in memory only); a file
-    /// that is there is taken over, else the factory's record is written. `seed` decides all
+    /// Runs on `clock`. The flash memory is kept at `flash` (no place: in memory only); a file that
+    /// is there is taken over, else the factory's record is written. `seed` decides all
     /// chance. `log`, unless null, gets a record of the wire. Clock and log outlive the simulation.
-    explicit Simulation(Clock& clock, std::filesystem::path flash_file = {}, std::uint64_t seed = 1,
+    explicit Simulation(Clock& clock, FlashPlace flash = {}, std::uint64_t seed = 1,
                         WireLog* log = nullptr);
 
     Simulation(const Simulation&) = delete;

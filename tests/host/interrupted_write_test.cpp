@@ -78,15 +78,12 @@ std::string content(const std::filesystem::path& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/// Lets the system answer `answer`, a SECCOMP_RET_... value, to this process's every renaming.
-void answer_renaming(std::uint32_t answer) {
+/// Lets the system answer `answer`, a SECCOMP_RET_... value, to this process's every one of
+/// `calls`.
+void answer_calls(std::uint32_t answer, const std::vector<std::uint32_t>& calls) {
     std::vector<sock_filter> rules = {
         BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr))};
-    for (const std::uint32_t call : {
-#ifdef SYS_rename
-             std::uint32_t{SYS_rename},
-#endif
-             std::uint32_t{SYS_renameat}, std::uint32_t{SYS_renameat2}}) {
+    for (const std::uint32_t call : calls) {
         rules.push_back(BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, call, 0, 1));
         rules.push_back(BPF_STMT(BPF_RET | BPF_K, answer));
     }
@@ -95,6 +92,34 @@ void answer_renaming(std::uint32_t answer) {
     if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0 ||
         prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) != 0) {
         _exit(99);
+    }
+}
+
+/// Lets the system answer `answer` to this process's every renaming.
+void answer_renaming(std::uint32_t answer) {
+    answer_calls(answer, {
+#ifdef SYS_rename
+                             SYS_rename,
+#endif
+                             SYS_renameat, SYS_renameat2});
+}
+
+TEST(InterruptedWrite, WhereTheSystemKnowsNoRenamingToAFreeNameAFileIsMadeOnlyWhereNothingIs) {
+    const TemporaryFolder folder;
+    const auto path = folder.path() / "file";
+    for (const bool there : {false, true}) {
+        const pid_t child = fork();
+        if (child == 0) {
+            answer_calls(SECCOMP_RET_ERRNO | EINVAL, {SYS_renameat2});
+            _exit(static_cast<int>(SystemFiles().create(path, there ? "again" : "new").status));
+        }
+        int status = 0;
+        waitpid(child, &status, 0);
+        ASSERT_TRUE(WIFEXITED(status));
+        EXPECT_EQ(WEXITSTATUS(status),
+                  static_cast<int>(there ? FileStatus::exists : FileStatus::done));
+        EXPECT_EQ(content(path), "new");
+        EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 1);
     }
 }
 
@@ -189,6 +214,7 @@ TEST(InterruptedWrite, KilledBeforeTheRenamingTheOldFileStaysAndTheNextWriteTidi
     const std::string old_bytes = settings('1');
     const std::string new_bytes = settings('2');
     ASSERT_EQ(SystemFiles().replace(path, old_bytes).status, FileStatus::done);
+    std::filesystem::permissions(path, std::filesystem::perms::all);
     const int status = write_without_renaming(path, new_bytes, SECCOMP_RET_KILL_PROCESS);
     ASSERT_TRUE(WIFSIGNALED(status));
     ASSERT_EQ(WTERMSIG(status), SIGSYS);
@@ -197,6 +223,8 @@ TEST(InterruptedWrite, KilledBeforeTheRenamingTheOldFileStaysAndTheNextWriteTidi
     ASSERT_EQ(names(folder.path()).size(), 2U);
     const auto left = folder.path() / names(folder.path())[1];
     EXPECT_EQ(content(left), new_bytes);
+    EXPECT_EQ(std::filesystem::status(left).permissions(),
+              std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
     make_old(left);
     EXPECT_EQ(SystemFiles().replace(path, new_bytes).status, FileStatus::done);
     EXPECT_EQ(content(path), new_bytes);
@@ -224,15 +252,21 @@ TEST(InterruptedWrite, OnlyWhatAKilledWriteOfThisFileLeftIsRemoved) {
         _exit(0);
     }
     waitpid(gone, nullptr, 0);
-    const std::string left = ".kv408-new" + std::to_string(gone);
+    const std::string number = "-0123456789abcdef";
+    const std::string left = ".kv408-new" + std::to_string(gone) + number;
     // A process that runs, another file's, and names that no write gives.
-    const std::vector<std::string> kept = {"file",
-                                           "file.kv408-new",
-                                           "file.kv408-new" + std::to_string(getppid()),
-                                           "file" + left + "a",
-                                           "file.kv408-new 1",
-                                           "file.new" + std::to_string(gone),
-                                           "fold" + left};
+    const std::vector<std::string> kept = {
+        "file",
+        "file.kv408-new",
+        "file.kv408-new" + number,
+        "file.kv408-new" + std::to_string(getppid()) + number,
+        "file.kv408-new" + std::to_string(gone),
+        "file" + left + "a",
+        "file.kv408-new" + std::to_string(gone) + "_0123456789abcdef",
+        "file.kv408-new" + std::to_string(gone) + "-0123456789abcdeg",
+        "file.kv408-new 1" + number,
+        "file.new" + std::to_string(gone) + number,
+        "fold" + left};
     for (const std::string& name : kept) {
         std::ofstream(folder.path() / name) << "kept";
         make_old(folder.path() / name);

@@ -5,6 +5,13 @@
 #include <random>
 #include <string>
 
+#include "host/system_files.h"
+#ifndef _WIN32
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#endif
+
 namespace kv408::simulator {
 namespace {
 
@@ -24,12 +31,16 @@ protected:
 
     [[nodiscard]] std::filesystem::path file() const { return folder_ / "flash.txt"; }
 
+    /// The memory in the file at `path`.
+    FlashPlace at(const std::filesystem::path& path) { return {&files_, path}; }
+
     std::filesystem::path folder_;
+    SystemFiles files_;
 };
 
 TEST_F(FlashFile, WordsSurvive) {
     {
-        Flash flash(file());
+        Flash flash(at(file()));
         EXPECT_TRUE(flash.empty());
         flash.write(0xA400, 2101);
         flash.write(0xA43F, 55);
@@ -37,7 +48,7 @@ TEST_F(FlashFile, WordsSurvive) {
         flash.write(0, 0xFFFF);
         EXPECT_TRUE(flash.saved());
     }
-    const Flash again(file());
+    const Flash again(at(file()));
     EXPECT_EQ(again.read(0xA400), 2101);
     EXPECT_EQ(again.read(0xA43F), 55);
     EXPECT_EQ(again.read(0xFFFF), 0);
@@ -46,10 +57,10 @@ TEST_F(FlashFile, WordsSurvive) {
 }
 
 TEST_F(FlashFile, EveryWriteIsSavedAndLeavesOneFile) {
-    Flash flash(file());
+    Flash flash(at(file()));
     for (std::uint16_t word = 0; word < 5; ++word) {
         flash.write(0xA404, word);
-        EXPECT_EQ(Flash(file()).read(0xA404), word);
+        EXPECT_EQ(Flash(at(file())).read(0xA404), word);
     }
     const auto entries = std::distance(std::filesystem::directory_iterator(folder_),
                                        std::filesystem::directory_iterator());
@@ -58,7 +69,7 @@ TEST_F(FlashFile, EveryWriteIsSavedAndLeavesOneFile) {
 
 TEST_F(FlashFile, DamagedLinesAreSkipped) {
     std::ofstream(file()) << "A400 7D0\nrubbish\n\nA401\n1A400 5\nA402 10000\nA403 7D1\n";
-    const Flash flash(file());
+    const Flash flash(at(file()));
     EXPECT_EQ(flash.read(0xA400), 2000);
     EXPECT_EQ(flash.read(0xA401), erased_word);
     EXPECT_EQ(flash.read(0xA402), erased_word);
@@ -66,7 +77,7 @@ TEST_F(FlashFile, DamagedLinesAreSkipped) {
 }
 
 TEST_F(FlashFile, AFileThatCannotBeWrittenIsReported) {
-    Flash flash(folder_ / "missing" / "flash.txt");
+    Flash flash(at(folder_ / "missing" / "flash.txt"));
     EXPECT_TRUE(flash.saved());
     flash.write(1, 2);
     EXPECT_FALSE(flash.saved());
@@ -76,7 +87,7 @@ TEST_F(FlashFile, AFileThatCannotBeWrittenIsReported) {
 TEST_F(FlashFile, ARecordWrittenByCommandSurvivesARestart) {
     const auto exchange = [&](int command, const Arguments& arguments, std::size_t reply) {
         VirtualClock clock;
-        Simulation simulation(clock, file());
+        Simulation simulation(clock, at(file()));
         Handle handle = nullptr;
         Dword count = 0;
         std::vector<Byte> bytes(reply);
@@ -93,6 +104,31 @@ TEST_F(FlashFile, ARecordWrittenByCommandSurvivesARestart) {
     // What was not written is still the factory's.
     EXPECT_EQ(exchange(33, {0xA4, 0x3F, 0, 0, 0}, 2), (std::vector<Byte>{0, 55}));
 }
+
+#ifndef _WIN32
+
+TEST_F(FlashFile, AFifoOrALinkPlantedInItsPlaceHoldsNobodyAndIsNotFollowed) {
+    ASSERT_EQ(::mkfifo(file().c_str(), 0666), 0);
+    std::filesystem::create_symlink(folder_ / "prey", folder_ / "flash.txt.new");
+    const pid_t child = ::fork();
+    if (child == 0) {
+        ::alarm(5);
+        Flash flash(at(file()));
+        flash.write(1, 2);
+        ::_exit(flash.read(1) == 2 && !flash.saved() ? 0 : 1);
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    ASSERT_TRUE(WIFEXITED(status)) << "it hung";
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+    std::filesystem::remove(file());
+    Flash flash(at(file()));
+    flash.write(1, 2);
+    EXPECT_TRUE(flash.saved());
+    EXPECT_FALSE(std::filesystem::exists(folder_ / "prey"));
+}
+
+#endif
 
 class FlashCommands : public BenchDriver {
 protected:

@@ -39,6 +39,13 @@ public:
         return {};
     }
 
+    FileResult create(const std::filesystem::path& path, std::string_view bytes) override {
+        if (files.contains(path.generic_string())) {
+            return {.status = FileStatus::exists, .reason = "File exists"};
+        }
+        return replace(path, bytes);
+    }
+
     FileResult create_folder(const std::filesystem::path& path) override {
         if (!folder_refusal.empty()) {
             return {.status = FileStatus::failed, .reason = folder_refusal};

@@ -18,12 +18,14 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-/// The file of the simulated flash memory, in the folder `settings`.
-std::filesystem::path flash_file(kv408::Files& files, const std::filesystem::path& settings) {
+/// The simulated flash memory's place, in the folder `settings`.
+kv408::simulator::FlashPlace flash_place(kv408::Files& files,
+                                         const std::filesystem::path& settings) {
     // Where the folder cannot be made the memory lasts as long as the program.
-    return files.create_folder(settings).status == kv408::FileStatus::done
-               ? settings / "simulated-flash.bin"
-               : std::filesystem::path();
+    if (files.create_folder(settings).status != kv408::FileStatus::done) {
+        return {};
+    }
+    return {.files = &files, .path = settings / "simulated-flash.bin"};
 }
 
 /// Makes `bench` reachable from the menus of `window`, and opens it as soon as `window` has its
@@ -59,7 +61,7 @@ int main(int argc, char** argv) {
     kv408::SystemClock clock;
     kv408::SystemFiles files;
     const kv408::Places places = kv408::ui::machine_places();
-    kv408::simulator::Simulation simulation(clock, flash_file(files, places.settings));
+    kv408::simulator::Simulation simulation(clock, flash_place(files, places.settings));
     kv408::ui::Program program(clock, simulation.bridge(), files, places);
     signals.on_signal([&program] { program.window().close(); });
     kv408::ui::BenchWindow bench(simulation.bench(), [&simulation] { simulation.notice_faults(); });
