@@ -387,7 +387,11 @@ TEST_F(RecordWrite, AFileOfTheSameSecondIsNotOverwritten) {
 }
 
 TEST_F(RecordWrite, WithoutAFreeNameItIsAskedWhetherToGoOn) {
-    files.unreadable = "Permission denied";
+    const std::string dated = "/settings/kv408/calibration-2026-11-21-090705";
+    files.files[dated + ".txt"] = "kept";
+    for (int count = 2; count <= 99; ++count) {
+        files.files[dated + "-" + std::to_string(count) + ".txt"] = "kept";
+    }
     boxes.answers = {MessageAnswer::no};
     form.cmdwritecal.click();
     expect_nothing_written();
