@@ -4,6 +4,7 @@
 // no noise, and every sweep of one set-up is the same.
 
 #include "host/system_clock.h"
+#include "host/system_files.h"
 #include "link/bridge_functions.h"
 #include "simulator/simulation.h"
 
@@ -26,20 +27,22 @@ using kv408::Byte;
 using kv408::Dword;
 using kv408::Handle;
 
-/// Clock and simulation of the process, in the order in which they need each other.
+/// Clock, files and simulation of the process, in the order in which they need each other.
 struct Owner {
     kv408::SystemClock clock;
+    kv408::SystemFiles files;
     kv408::simulator::Simulation simulation;
 
-    Owner() : simulation(clock, flash_file()) {
+    Owner() : simulation(clock, flash_place(files)) {
         if (std::getenv("KV408_SIMULATED_SILENCE") != nullptr) {
             kv408::simulator::silence(simulation.bench());
         }
     }
 
-    static std::filesystem::path flash_file() {
+    static kv408::simulator::FlashPlace flash_place(kv408::Files& files) {
         const char* const name = std::getenv("KV408_SIMULATED_FLASH");
-        return name == nullptr ? std::filesystem::path() : std::filesystem::path(name);
+        return name == nullptr ? kv408::simulator::FlashPlace()
+                               : kv408::simulator::FlashPlace{.files = &files, .path = name};
     }
 };
 
