@@ -99,4 +99,21 @@ Findings check_tested(const SourceTree& tree) {
     return findings;
 }
 
+Findings check_hosts(const SourceTree& tree) {
+    static const std::regex address(R"re([a-z]+://(?!www\.w3\.org/|schemas\.microsoft\.com/)re"
+                                    R"re(|www\.debian\.org/doc/)[A-Za-z0-9-]+\.[^\s"')>]*)re"
+                                    R"re(|\b[a-z0-9-]+\.debian\.(org|net)\b(?!/doc/))re");
+    Findings findings;
+    for (const SourceFile& file : tree) {
+        const std::vector<std::string> lines = lines_of(file.text);
+        for (std::size_t line = 0; line < lines.size(); ++line) {
+            if (std::smatch match;
+                !is_code(file.path) && std::regex_search(lines[line], match, address)) {
+                findings.push_back(at(file, line, "names a host: " + match.str()));
+            }
+        }
+    }
+    return findings;
+}
+
 } // namespace kv408::house

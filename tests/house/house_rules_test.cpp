@@ -85,5 +85,24 @@ TEST(HouseRules, FolderWithoutATestIsFound) {
     EXPECT_THAT(check_tested(tree), ElementsAre("src/panel has no test in tests/panel"));
 }
 
+TEST(HouseRules, AMirrorIsFoundInAScript) {
+    for (const std::string line :
+         {"debootstrap bookworm root http://ftp.somewhere.net/debian",
+          "wget https://snapshot.debian.org/package/qt6-base/", "mirror=deb.debian.org"}) {
+        EXPECT_THAT(check_hosts({{"packaging/a/b", "# one\n" + line + "\n"}}),
+                    ElementsAre(HasSubstr("packaging/a/b:2: names a host: ")))
+            << line;
+    }
+}
+
+TEST(HouseRules, NamesOfFormatsAndWhatTheMachineSaysAreNoHosts) {
+    for (const std::string line :
+         {"<svg xmlns=\"http://www.w3.org/2000/svg\">", "xmlns='http://schemas.microsoft.com/SMI/'",
+          "Format: https://www.debian.org/doc/packaging-manuals/copyright-format/1.0/",
+          "export http_proxy=http://$host/", "site=${list#mirror+file://}"}) {
+        EXPECT_THAT(check_hosts({{"packaging/a", line}}), IsEmpty()) << line;
+    }
+}
+
 } // namespace
 } // namespace kv408::house

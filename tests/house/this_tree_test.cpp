@@ -62,5 +62,13 @@ TEST_F(ThisTree, EveryFolderHasTests) {
     EXPECT_THAT(check_tested(tree_), IsEmpty());
 }
 
+TEST_F(ThisTree, NoScriptNamesAHost) {
+    SourceTree scripts = read_tree(root_, {".ci", "cmake", "packaging", "tests"});
+    for (const char* const path : {"run", "test", "bench/compare-programs", "docs/make-pictures"}) {
+        scripts.push_back({path, read_text(root_ / path)});
+    }
+    EXPECT_THAT(check_hosts(scripts), IsEmpty());
+}
+
 } // namespace
 } // namespace kv408::house
