@@ -64,7 +64,8 @@ TEST_F(ThisTree, EveryFolderHasTests) {
 
 TEST_F(ThisTree, NoScriptNamesAHost) {
     SourceTree scripts = read_tree(root_, {".ci", "cmake", "packaging", "tests"});
-    for (const char* const path : {"run", "test", "bench/compare-programs", "docs/make-pictures"}) {
+    for (const char* const path : {"run", "test", "bench/compare-programs",
+                                   "bench/compare_programs.py", "docs/make-pictures"}) {
         scripts.push_back({path, read_text(root_ / path)});
     }
     EXPECT_THAT(check_hosts(scripts), IsEmpty());
