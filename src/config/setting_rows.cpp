@@ -161,19 +161,6 @@ SettingRow delay(std::string_view key, const KeptSettings& kept, int channel) {
                 }};
 }
 
-/// Whether the adjust wheel moves a channel's delay; it then starts at that delay.
-SettingRow delay_by_wheel(std::string_view key, const KeptSettings& kept, int channel) {
-    SettingRow row = check_box(key, kept.panel.channel[static_cast<std::size_t>(channel)].slenps);
-    row.read = [&kept, channel, set = row.read](std::string_view value) {
-        const bool taken = set(value);
-        if (kept.panel.channel[static_cast<std::size_t>(channel)].slenps.checked()) {
-            kept.adjust.take_wheel_from_delay(channel);
-        }
-        return taken;
-    };
-    return row;
-}
-
 /// The selected tab of the cursor strip, by its position.
 SettingRow cursor_type(std::string_view key, TabStrip& strip) {
     return {.key = key,
@@ -278,7 +265,7 @@ Rows channel_rows(const KeptSettings& kept) {
         check_box("invert1", first.invert),   check_box("invert2", second.invert),
         check_box("ch1enable", first.enable), check_box("ch2enable", second.enable),
         delay("horpos", kept, ch1),           delay("horpos2", kept, ch2),
-        delay_by_wheel("slenps1", kept, ch1), delay_by_wheel("slenps2", kept, ch2),
+        check_box("slenps1", first.slenps),   check_box("slenps2", second.slenps),
     };
 }
 

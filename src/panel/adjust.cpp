@@ -31,6 +31,11 @@ std::int32_t delay_step(double samplerate) {
     return division < 100000 ? 64 : 256;
 }
 
+/// The delay wheel's value for a delay of `picoseconds`.
+std::int32_t wheel_at(std::int32_t picoseconds) {
+    return longest_delay - picoseconds - horizontal_zero;
+}
+
 /// The delay that `text` begins with, picoseconds, held within what the boxes take.
 std::int32_t delay_in(std::string_view text) {
     return std::clamp(round_to_int32(leading_number(text)), 0, longest_delay);
@@ -79,8 +84,12 @@ void Adjust::TabStrip2_Click() {
 }
 
 void Adjust::refresh_wheel() {
+    const std::string key = panel_.tabstrip2.selected_key();
     setadjuststep();
-    follow(target_value(panel_.tabstrip2.selected_key()));
+    if (key == adjust_key::horizontal) {
+        hposwheel_ = wheel_for_delays();
+    }
+    follow(target_value(key));
 }
 
 void Adjust::select_target(std::string_view key) {
@@ -292,7 +301,9 @@ void Adjust::apply_delay(int channel) {
     const auto index = static_cast<std::size_t>(channel);
     taken_delay_[index] = typed_delay(delay_box(channel));
     quantities_.channels[index].delaypts = delay_points(taken_delay_[index]);
-    take_wheel_from_delay(channel);
+    if (panel_.tabstrip2.selected_key() == adjust_key::horizontal) {
+        refresh_wheel();
+    }
     show_delay_label(channel);
     trigger_.trigposupdate();
     screen_.refreshCH1(0);
@@ -303,17 +314,22 @@ void Adjust::apply_delay(int channel) {
 }
 
 void Adjust::slenps_Click(int channel) {
-    if (panel_.channel[static_cast<std::size_t>(channel)].slenps.checked() &&
-        panel_.tabstrip2.selected_key() == adjust_key::horizontal) {
-        take_wheel_from_delay(channel);
+    if (panel_.tabstrip2.selected_key() != adjust_key::horizontal) {
+        return;
     }
+    hposwheel_ = panel_.channel[static_cast<std::size_t>(channel)].slenps.checked()
+                     ? wheel_at(typed_delay(delay_box(channel)))
+                     : wheel_for_delays();
+    follow(hposwheel_);
 }
 
-void Adjust::take_wheel_from_delay(int channel) {
-    hposwheel_ = longest_delay - typed_delay(delay_box(channel)) - horizontal_zero;
-    if (panel_.tabstrip2.selected_key() == adjust_key::horizontal) {
-        follow(hposwheel_);
+std::int32_t Adjust::wheel_for_delays() const {
+    for (const ChannelControls& controls : panel_.channel) {
+        if (controls.slenps.checked()) {
+            return wheel_at(typed_delay(controls.psofset));
+        }
     }
+    return hposwheel_;
 }
 
 void Adjust::show_delay_label(int channel) {

@@ -88,13 +88,11 @@ public:
     /// 0..65535 ps, as its box then shows it.
     void restore_delay(int channel, std::string_view text);
 
-    /// Moves the wheel's place for the horizontal delay to the delay in the box of `channel`.
-    void take_wheel_from_delay(int channel);
-
     /// A delay box got the keyboard focus.
     void psofset_GotFocus() { select_target(adjust_key::horizontal); }
 
-    /// A channel's box "delay moved by the wheel" was clicked.
+    /// A channel's box "delay moved by the wheel" was clicked: on the delays' tab the wheel goes to
+    /// the delay of a box that was checked, and to what it still moves otherwise.
     void slenps_Click(int channel);
 
     /// Shows a channel's delay read-out: empty for a delay box holding "0" and in point mode.
@@ -106,6 +104,9 @@ public:
 
 private:
     [[nodiscard]] std::int32_t target_value(std::string_view key) const;
+    /// Where the wheel stands for the delays that it moves: at that of the first channel whose box
+    /// is checked; where it is without one.
+    [[nodiscard]] std::int32_t wheel_for_delays() const;
     void follow(std::int32_t value);
     void apply_delay(int channel);
     void move_level(std::int32_t value);

@@ -114,6 +114,7 @@ TEST(WheelDrag, OfTheSecondTimeCursorEndsAtTheRightEdge) {
 
 TEST(TypedDelay, IsTakenWhenTheBoxIsLeft) {
     DragRig rig;
+    rig.panel.channel[0].slenps.set_checked(true);
     TextBox& box = rig.panel.channel[0].psofset;
     box.focus();
     box.set_text("70000");

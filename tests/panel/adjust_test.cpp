@@ -228,6 +228,7 @@ TEST(Adjust, CursorsFollowTheWheelInTheirOwnModeOnly) {
 
 TEST(Adjust, ATypedDelayIsTakenWithEnter) {
     StartedPanelRig rig;
+    rig.panel.channel[1].slenps.set_checked(true);
     rig.acquisition.acqrunning = true;
     rig.acquisition.scopestate = "scopech1f";
     rig.acquisition.ready = {true, true};
@@ -269,6 +270,76 @@ TEST(Adjust, TheWheelContinuesFromTheDelayOfTheChannelThatIsCheckedIn) {
     EXPECT_EQ(rig.panel.slider1.Value(), 65535 - 1000 - 32768);
     rig.panel.slider1.turn(-1); // 64 ps at 20ns/div
     EXPECT_EQ(rig.panel.channel[0].psofset.text(), "1064");
+}
+
+/// Where the wheel stands for a delay of `picoseconds`.
+constexpr std::int32_t wheel_at(std::int32_t picoseconds) {
+    return 65535 - picoseconds - 32768;
+}
+
+/// 1000 ps for CH1 and 20000 ps for CH2, as a settings file brings them.
+struct RestoredDelaysRig : StartedPanelRig {
+    RestoredDelaysRig() {
+        adjust.restore_delay(ch1, "1000");
+        adjust.restore_delay(ch2, "20000");
+    }
+
+    [[nodiscard]] Texts delays() const {
+        return {panel.channel[0].psofset.text(), panel.channel[1].psofset.text()};
+    }
+};
+
+TEST(DelayWheel, StartsAtTheDelayThatItWillMove) {
+    for (const bool second : {false, true}) {
+        RestoredDelaysRig rig;
+        select(rig, "CH1");
+        rig.panel.channel[second ? 1 : 0].slenps.set_checked(true);
+        select(rig, "HPOS");
+        EXPECT_EQ(rig.panel.slider1.Value(), wheel_at(second ? 20000 : 1000));
+        EXPECT_EQ(rig.delays(), (Texts{"1000", "20000"}));
+        rig.panel.slider1.turn(-1); // 64 ps at 20ns/div
+        EXPECT_EQ(rig.delays(), second ? Texts({"1000", "20064"}) : Texts({"1064", "20000"}));
+    }
+}
+
+TEST(DelayWheel, OfBothChannelsStartsAtTheFirst) {
+    RestoredDelaysRig rig;
+    for (ChannelControls& controls : rig.panel.channel) {
+        controls.slenps.set_checked(true);
+    }
+    select(rig, "HPOS");
+    EXPECT_EQ(rig.panel.slider1.Value(), wheel_at(1000));
+    rig.panel.slider1.turn(-1);
+    EXPECT_EQ(rig.delays(), (Texts{"1064", "1064"}));
+}
+
+TEST(DelayWheel, GoesToTheChannelWhoseBoxIsCheckedAndBackToTheOtherOne) {
+    RestoredDelaysRig rig;
+    select(rig, "HPOS");
+    rig.panel.channel[0].slenps.set_checked(true);
+    EXPECT_EQ(rig.panel.slider1.Value(), wheel_at(1000));
+    rig.panel.channel[1].slenps.set_checked(true);
+    EXPECT_EQ(rig.panel.slider1.Value(), wheel_at(20000));
+    rig.panel.channel[1].slenps.set_checked(false);
+    EXPECT_EQ(rig.panel.slider1.Value(), wheel_at(1000));
+}
+
+TEST(DelayWheel, IsNotMovedByABoxWhoseChannelIsNotChecked) {
+    RestoredDelaysRig rig;
+    rig.panel.channel[0].slenps.set_checked(true);
+    rig.panel.channel[0].psofset.focus();
+    rig.panel.channel[1].psofset.set_text("50000");
+    rig.panel.channel[1].psofset.enter();
+    EXPECT_EQ(rig.panel.slider1.Value(), wheel_at(1000));
+    rig.panel.slider1.turn(-1);
+    EXPECT_EQ(rig.delays(), (Texts{"1064", "50000"}));
+    rig.panel.channel[0].psofset.set_text("300");
+    rig.panel.channel[0].psofset.leave();
+    EXPECT_EQ(rig.panel.slider1.Value(), wheel_at(300));
+    rig.panel.channel[0].slenps.set_checked(false);
+    rig.panel.channel[0].psofset.set_text("400");
+    rig.panel.channel[0].psofset.leave();
+    EXPECT_EQ(rig.panel.slider1.Value(), wheel_at(300));
 }
 
 TEST(Adjust, ANewTimeBaseKeepsTheDelayInItsNewPoints) {

@@ -10,11 +10,12 @@ namespace {
 
 using simulator::SignalKind;
 
-/// Column in which CH1's sine falls through the centre row for the first time; -1 without one.
-int fall(Program& program) {
+/// Column in which the trace of `channel` falls through the centre row for the first time; -1
+/// without one.
+int fall(Program& program, int channel = ch1) {
     for (int column = 2; column <= 639; ++column) {
-        const int before = trace_row(program, ch1, column - 1);
-        const int row = trace_row(program, ch1, column);
+        const int before = trace_row(program, channel, column - 1);
+        const int row = trace_row(program, channel, column);
         if (before >= 0 && before < 256 && row >= 256) {
             return column;
         }
@@ -156,33 +157,55 @@ TEST_F(Delay, IsWideEnoughForTheLongestDelayAtTheFastestTimeBase) {
     EXPECT_GE(trace_row(*this, ch1, 257), 0);
 }
 
-/// Types a delay of 5000 ps for CH1 and then none for CH2: the wheel, which moves CH1's delay,
-/// stands on that of CH2.
+/// Types a delay of 5000 ps for CH1, which the wheel moves, and one of 50000 ps for CH2.
 struct TwoDelays : Delay {
     TwoDelays() {
-        for (const auto& [index, delay] : {std::pair{ch1, "5000"}, std::pair{ch2, "0"}}) {
+        for (const auto& [index, delay] : {std::pair{ch1, "5000"}, std::pair{ch2, "50000"}}) {
             scope.act([&, number = index, text = delay] {
                 channel(number).psofset.set_text(text);
                 channel(number).psofset.enter();
             });
         }
         ticks(5);
-        EXPECT_EQ(simulation.settings().offset_ps[0], 5000);
+        expect_in_instrument(5000, 50000);
+    }
+
+    /// Both boxes and the instrument hold these delays, picoseconds.
+    void expect_in_instrument(int first, int second) {
+        EXPECT_EQ(channel(ch1).psofset.text(), std::to_string(first));
+        EXPECT_EQ(channel(ch2).psofset.text(), std::to_string(second));
+        EXPECT_EQ(simulation.settings().offset_ps[0], first);
+        EXPECT_EQ(simulation.settings().offset_ps[1], second);
     }
 };
 
-// Back at its start, the wheel has set CH1's delay anew.
-TEST_F(TwoDelays, OfWhichOneFollowsADragThatEndsWhereItBegan) {
+TEST_F(TwoDelays, OfWhichOneStaysWhereADragEndsWhereItBegan) {
     scope.act([&] {
         panel.slider1.mouse_down(0, 0);
         panel.slider1.mouse_move(left_mouse_button, -10, 0);
         panel.slider1.mouse_move(left_mouse_button, 0, 0);
         panel.slider1.mouse_up();
     });
-    EXPECT_EQ(channel(ch1).psofset.text(), "0");
     ticks(5);
-    EXPECT_EQ(simulation.settings().offset_ps[0], 0);
+    expect_in_instrument(5000, 50000);
     expect_settled();
+}
+
+// At 20ns/div a pixel of the wheel is 64 ps.
+TEST_F(TwoDelays, AreNotWrittenIntoEachOther) {
+    scope.act([&] { panel.slider1.turn(-1); });
+    ticks(5);
+    expect_in_instrument(5064, 50000);
+    scope.act([&] { panel.tabstrip2.select(1); });
+    scope.act([&] {
+        channel(ch1).slenps.set_checked(false);
+        channel(ch2).slenps.set_checked(true);
+        panel.tabstrip2.select(4);
+        panel.slider1.turn(1);
+    });
+    ticks(5);
+    expect_in_instrument(5064, 49936);
+    EXPECT_TRUE(boxes.shown.empty());
 }
 
 TEST_F(TwoDelays, AgreeWithTheInstrumentAfterACursorChannelIsChosen) {
@@ -191,6 +214,35 @@ TEST_F(TwoDelays, AgreeWithTheInstrumentAfterACursorChannelIsChosen) {
     for (std::size_t index = 0; index < 2; ++index) {
         EXPECT_EQ(std::to_string(simulation.settings().offset_ps[index]),
                   panel.channel[index].psofset.text());
+    }
+}
+
+// What is held then was taken with the delay before.
+TEST_F(Delay, StoppedBeforeItsDataComeKeepsBothTracesInTheirPlace) {
+    scope.act([this] {
+        channel(ch2).enable.set_checked(true);
+        channel(ch2).slenps.set_checked(true);
+    });
+    for (const int ticks_between : {0, 1, 2, 3, 4}) {
+        SCOPED_TRACE(ticks_between);
+        turn(0);
+        ticks(6);
+        const int first = fall(*this, ch1);
+        const int second = fall(*this, ch2);
+        ASSERT_GT(second, 40);
+        turn(10000); // 32 columns
+        ticks(ticks_between);
+        scope.act([this] { panel.cmdstop.click(); });
+        for (int tick = 0; tick < 3; ++tick) {
+            ticks(1);
+            EXPECT_NEAR(fall(*this, ch1), first - 32, 1);
+            EXPECT_NEAR(fall(*this, ch2), second - 32, 1);
+        }
+        scope.act([this] { panel.cmdstartsweep.click(); });
+        ticks(6);
+        EXPECT_NEAR(fall(*this, ch1), first - 32, 1);
+        EXPECT_NEAR(fall(*this, ch2), second - 32, 1);
+        expect_settled();
     }
 }
 
