@@ -58,7 +58,8 @@ void SetUpUpload::note_delays() {
             // What was taken with the old delay is no longer current: only data taken with the new
             // one may bring the shown delay into line.
             acquisition_.pending_refresh = true;
-            acquisition_.ready = {false, false};
+            acquisition_.await_new_data(ch1);
+            acquisition_.await_new_data(ch2);
         }
     }
 }

@@ -4,12 +4,19 @@
 #include <cstdio>
 
 #include "acquisition/status.h"
+#include "panel/withheld_traces.h"
 #include "state/rounding.h"
 
 namespace kv408 {
+namespace {
+
+/// Ticks after which a drawing that is owed waits for data no longer.
+constexpr int longest_owed = 10;
+
+} // namespace
 
 void StateMachine::Timer1_Timer(bool exchange_under_way) {
-    const bool waited = waiting_for_trigger();
+    const bool withheld = traces_withheld(panel_, acquisition_);
     if (!exchange_under_way) {
         act_on_state();
     }
@@ -22,15 +29,33 @@ void StateMachine::Timer1_Timer(bool exchange_under_way) {
     }
     if (redraw_due()) {
         redraw();
-    } else if (screen_stale_ || waiting_for_trigger() != waited) {
+    } else if (screen_stale_ || traces_withheld(panel_, acquisition_) != withheld ||
+               drawing_due()) {
         // No data may ever come to take the trace or the trigger line off the screen.
         screen_.draw(draw_flags::all);
     }
     screen_stale_ = false;
 }
 
-bool StateMachine::waiting_for_trigger() const {
-    return panel_.textstatus.text() == status::waiting_for_trigger.text;
+bool StateMachine::drawing_due() {
+    if (!screen_.owes_drawing()) {
+        ticks_owed_ = 0;
+        return false;
+    }
+    // The data that follow a change bring everything to the screen; a drawing before them would
+    // take traces off it, or show samples of one range in the scale of another.
+    return traces_withheld(panel_, acquisition_) || !data_awaited() ||
+           ++ticks_owed_ >= longest_owed;
+}
+
+bool StateMachine::data_awaited() const {
+    for (std::size_t index = 0; index < acquisition_.ready.size(); ++index) {
+        if (acquisition_.held.at(index) && !acquisition_.ready.at(index) &&
+            panel_.channel.at(index).enable.checked()) {
+            return true;
+        }
+    }
+    return false;
 }
 
 void StateMachine::cmdstartsweep_Click() {
@@ -42,6 +67,23 @@ void StateMachine::cmdstop_Click() {
     acquisition_.stoprequest = true;
     acquisition_.acqrunning = false;
     leave_for("stoped");
+    keep_what_is_held();
+}
+
+void StateMachine::keep_what_is_held() {
+    if (acquisition_.pending_refresh) {
+        // Only what has come since was taken with the delay that was sent.
+        acquisition_.pending_refresh = false;
+        for (std::size_t index = 0; index < channels_.size(); ++index) {
+            if (acquisition_.ready.at(index)) {
+                channels_.at(index).shown_delaypts = channels_.at(index).uploaded_delaypts;
+                screen_.refresh(static_cast<int>(index), 0);
+            }
+        }
+    }
+    for (std::size_t index = 0; index < channels_.size(); ++index) {
+        acquisition_.ready.at(index) = acquisition_.ready.at(index) || acquisition_.held.at(index);
+    }
 }
 
 void StateMachine::show_change() {
@@ -89,6 +131,8 @@ void StateMachine::act_on_state() {
 }
 
 void StateMachine::set_up() {
+    // A set-up that is sent once more follows none that brought data.
+    acquisition_.untriggered = traces_withheld(panel_, acquisition_);
     show_status(panel_.textstatus, status::setup);
     messages_.repaint(panel_.textstatus.name());
     procedures_.vertical.ch1vdiv_Click();

@@ -66,7 +66,12 @@ private:
     void fetch_block(int channel);
     /// True when the trigger line has just had its time.
     bool count_holdoff_down();
-    [[nodiscard]] bool waiting_for_trigger() const;
+    /// True when what was asked for during a set-up is to be drawn on this tick.
+    bool drawing_due();
+    /// True when a channel that is on waits for data taken with what was changed.
+    [[nodiscard]] bool data_awaited() const;
+    /// With Stop no data follow that a change has made the traces wait for.
+    void keep_what_is_held();
     /// Goes to `state`; a linearity calibration that this breaks off is told.
     void leave_for(const char* state);
     void show_date();
@@ -83,6 +88,7 @@ private:
     Measuring& measuring_;
     std::function<void()> calibration_step_;
     std::function<void()> calibration_broken_off_;
+    int ticks_owed_ = 0;        ///< for so many ticks a drawing has waited for data
     bool screen_stale_ = false; ///< the trigger line has had its time and is still to be taken off
 };
 

@@ -16,7 +16,7 @@ struct Status {
 namespace status {
 inline constexpr Status idle = {"Idle", rgb(255, 255, 192)};
 inline constexpr Status stopped = {"Stopped", rgb(255, 192, 192)};
-inline constexpr Status setup = {"Setup...", rgb(192, 192, 255)};
+inline constexpr Status setup = {setup_text, rgb(192, 192, 255)};
 inline constexpr Status running = {"Running", rgb(192, 255, 192)};
 inline constexpr Status getting_data = {"Getting Data", rgb(255, 255, 192)};
 inline constexpr Status waiting_for_trigger = {waiting_for_trigger_text, rgb(255, 224, 192)};

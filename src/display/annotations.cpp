@@ -5,6 +5,7 @@
 
 #include "display/lines.h"
 #include "display/shapes.h"
+#include "panel/withheld_traces.h"
 #include "state/channel_state.h"
 #include "state/shared_texts.h"
 
@@ -21,11 +22,11 @@ Point point_of(const AnnotationPoint& point) {
 } // namespace
 
 Annotations annotations(const FrontPanel& panel, const AnnotationMarks& marks,
-                        const ColourTable& colours, bool ch2_held) {
+                        const ColourTable& colours, const AcquisitionState& acquisition) {
     const auto* const slot =
         std::find_if(panel.measurement.begin(), panel.measurement.end(),
                      [](const MeasurementControls& at) { return at.annotate.checked(); });
-    if (!panel.check1.checked() || panel.textstatus.text() == waiting_for_trigger_text ||
+    if (!panel.check1.checked() || traces_withheld(panel, acquisition) ||
         slot == panel.measurement.end()) {
         return {};
     }
@@ -42,7 +43,7 @@ Annotations annotations(const FrontPanel& panel, const AnnotationMarks& marks,
         }
     };
     add(ch1, slot->ch1, true);
-    add(ch2, slot->ch2, ch2_held);
+    add(ch2, slot->ch2, acquisition.ready[ch2]);
     return shown;
 }
 

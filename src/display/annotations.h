@@ -4,6 +4,7 @@
 
 #include "display/canvas.h"
 #include "panel/front_panel.h"
+#include "state/acquisition_state.h"
 #include "state/colour.h"
 #include "state/measurement_state.h"
 
@@ -30,10 +31,11 @@ struct Annotations {
 
 /// The marks of the first slot whose annotation box is checked, in the places that `marks` holds.
 /// There are none without such a slot, while measuring is off and while the instrument waits for a
-/// trigger; a channel has none when it is off or has no result there, and CH2 also without
-/// `ch2_held`, while no whole sweep of it is there.
+/// trigger; a channel has none when it is off or has no result there, and CH2 also while no whole
+/// sweep of it is there.
 [[nodiscard]] Annotations annotations(const FrontPanel& panel, const AnnotationMarks& marks,
-                                      const ColourTable& colours, bool ch2_held);
+                                      const ColourTable& colours,
+                                      const AcquisitionState& acquisition);
 
 /// Draws the marks, CH1's first: dotted level lines, dots of 8 by 8 pixels filled with the colour.
 void draw_annotations(const Canvas& canvas, const Annotations& annotations);

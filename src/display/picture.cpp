@@ -7,7 +7,7 @@
 #include "display/graticule.h"
 #include "display/shapes.h"
 #include "display/trace_painter.h"
-#include "state/shared_texts.h"
+#include "panel/withheld_traces.h"
 
 namespace kv408 {
 namespace {
@@ -97,8 +97,10 @@ void Picture::on_drawn(std::function<void(Columns)> listener) {
 
 void Picture::draw(unsigned flags) {
     if (!may_draw()) {
+        owes_drawing_ = true;
         return;
     }
+    owes_drawing_ = owes_drawing_ && flags != draw_flags::all;
     if ((flags & draw_flags::labels) != 0) {
         show_labels();
     }
@@ -124,7 +126,7 @@ TraceLook Picture::look_of(int channel, unsigned flags) const {
     // Only CH2 waits for a whole sweep; CH1 is redrawn while its sweep is incomplete.
     const bool held = channel == ch1 || inputs_.acquisition.ready[slot(ch2)];
     if ((flags & flag) == 0 || !held || !panel.channel[slot(channel)].enable.checked() ||
-        panel.textstatus.text() == waiting_for_trigger_text) {
+        traces_withheld(panel, inputs_.acquisition)) {
         return {};
     }
     TraceLook look{.shown = true,
@@ -156,8 +158,8 @@ Overlays Picture::overlays_of(unsigned flags) const {
     }
     Overlays overlays;
     overlays.cursors = cursor_lines(inputs_.cursors, inputs_.colours);
-    overlays.annotations = annotations(inputs_.panel, inputs_.marks, inputs_.colours,
-                                       inputs_.acquisition.ready[slot(ch2)]);
+    overlays.annotations =
+        annotations(inputs_.panel, inputs_.marks, inputs_.colours, inputs_.acquisition);
     const std::string source = inputs_.panel.trigsource.text();
     if (inputs_.acquisition.holdoff && (source == "TRIG1" || source == "TRIG2")) {
         overlays.trigger = {

@@ -61,6 +61,7 @@ public:
     void show_labels() override;
     void set_newest_point(int index) override;
     void draw(unsigned flags) override;
+    [[nodiscard]] bool owes_drawing() const override { return owes_drawing_; }
 
     /// Recomputes both persistence colour ramps from the colours and the persistence depth of the
     /// settings, which is held within 0..9 generations.
@@ -113,6 +114,7 @@ private:
     TraceRaster raster_;
     Content drawn_; ///< what the last composition was made from
     Changes changes_;
+    bool owes_drawing_ = false;
     std::function<void(Columns)> listener_;
 };
 

@@ -258,7 +258,8 @@ void Adjust::mark_new_data_needed() {
     AcquisitionState& acquisition = quantities_.acquisition;
     if (acquisition.acqrunning) {
         acquisition.scopestate = "changes";
-        acquisition.ready = {false, false};
+        acquisition.await_new_data(ch1);
+        acquisition.await_new_data(ch2);
     }
 }
 

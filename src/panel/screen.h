@@ -47,6 +47,10 @@ public:
 
     /// Composes the picture out of the parts that `flags` names (bits of draw_flags) and shows it.
     virtual void draw(unsigned flags) = 0;
+
+    /// True when a drawing was asked for while a set-up was under way, which lets nothing be drawn,
+    /// and everything has not been drawn since.
+    [[nodiscard]] virtual bool owes_drawing() const = 0;
 };
 
 } // namespace kv408

@@ -96,7 +96,7 @@ bool Vertical::set_scale(int channel) {
             acquisition_.laststate = acquisition_.scopestate;
             link_.waitrxidle();
         }
-        acquisition_.ready[index] = false;
+        acquisition_.await_new_data(index);
     }
     return true;
 }
@@ -144,6 +144,8 @@ void Vertical::invert_Click(int channel) {
     show_caption(channel);
     screen_.refresh(channel, 0);
     screen_.draw(channel == 0 ? draw_flags::ch1 : draw_flags::ch2);
+    // Alone on the screen the trace would stay so until something else is drawn.
+    screen_.draw(draw_flags::all);
 }
 
 void Vertical::enable_Click(int channel) {

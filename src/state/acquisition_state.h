@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -16,6 +17,10 @@ struct AcquisitionState {
     bool stoprequest = false; ///< Stop was pressed
     bool pointmode = false;   ///< point-by-point passes instead of block sweeps
     std::array<bool, 2> ready = {}; ///< `ch1ready`, `ch2ready`: a sweep of the channel is complete
+    /// `ready` was set before a change of the set-up cleared it: samples of the channel are held.
+    std::array<bool, 2> held = {};
+    /// The instrument saw no trigger before the set-up that is under way or was sent last.
+    bool untriggered = false;
     /// A complete sweep of the channel has come since what it is taken with (range, inversion) was
     /// changed last and since the last set-up, which every change of the record in use brings.
     std::array<bool, 2> fresh = {};
@@ -25,6 +30,12 @@ struct AcquisitionState {
     bool holdoff = false;          ///< trigger line shown, after the level was adjusted
     std::int32_t holdoff_time = 0; ///< remaining time of `holdoff`, milliseconds
     bool pending_refresh = false;  ///< the shown delay must follow the set one at the next redraw
+
+    /// Clears the new-data flag of channel index `channel`: what it is taken with has changed.
+    void await_new_data(std::size_t channel) {
+        held.at(channel) = held.at(channel) || ready.at(channel);
+        ready.at(channel) = false;
+    }
 };
 
 } // namespace kv408

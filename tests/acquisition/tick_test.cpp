@@ -165,6 +165,102 @@ TEST(Redraw, ADelayIsShownWithTheFirstDataTakenWithIt) {
     EXPECT_FALSE(rig.acquisition.pending_refresh);
 }
 
+TEST(Redraw, WhatCouldNotBeDrawnIsDrawnOnTheNextTick) {
+    StoppedRig rig;
+    rig.enable(false, false);
+    rig.screen.owed = true;
+    rig.tick();
+    EXPECT_EQ(rig.screen.calls, Texts{"draw 255"});
+    rig.screen.owed = false;
+    rig.tick();
+    EXPECT_EQ(rig.screen.calls, Texts{"draw 255"});
+}
+
+struct OwedRow {
+    bool on;            ///< the channel is
+    bool held;          ///< data of the channel had come before the change
+    const char* status; ///< what the status box says
+    bool untriggered;   ///< before the set-up
+    int ticks;          ///< that pass until it is drawn
+};
+
+TEST(Redraw, WhatCouldNotBeDrawnWaitsASecondForDataThatMayCome) {
+    const OwedRow rows[] = {
+        {true, true, "Running", false, 10},  {true, false, "Running", false, 1},
+        {false, true, "Running", false, 1},  {true, true, "Waiting For TRIGGER", false, 1},
+        {true, true, "Setup...", false, 10}, {true, true, "Setup...", true, 1},
+    };
+    for (const OwedRow& row : rows) {
+        for (const bool first : {true, false}) {
+            AcquisitionRig rig;
+            rig.start();
+            rig.acquisition.scopestate = "Idle"; // does nothing
+            rig.panel.textstatus.set_text(row.status);
+            rig.acquisition.untriggered = row.untriggered;
+            rig.enable(row.on && first, row.on && !first);
+            rig.acquisition.held = {row.held && first, row.held && !first};
+            rig.screen.owed = true;
+            int ticks = 0;
+            while (rig.screen.calls.empty() && ticks < 20) {
+                rig.tick();
+                ++ticks;
+            }
+            EXPECT_EQ(ticks, row.ticks) << row.status << row.on << row.held << first;
+        }
+    }
+}
+
+TEST(Redraw, TheSecondBeginsAnewWithEachDrawing) {
+    AcquisitionRig rig;
+    rig.start();
+    rig.acquisition.scopestate = "Idle";
+    rig.acquisition.held = {true, true};
+    for (int time = 0; time < 3; ++time) {
+        rig.screen.owed = true;
+        for (int tick = 0; tick < 9; ++tick) {
+            rig.tick();
+        }
+        rig.screen.owed = false;
+        rig.tick();
+    }
+    EXPECT_EQ(rig.screen.calls, Texts{});
+}
+
+TEST(Stop, BringsBackTheNewDataFlagsThatAChangeHasCleared) {
+    for (const std::size_t channel : {0U, 1U}) {
+        AcquisitionRig rig;
+        rig.start();
+        rig.acquisition.ready.at(channel) = true;
+        rig.acquisition.await_new_data(0);
+        rig.acquisition.await_new_data(1);
+        EXPECT_EQ(rig.acquisition.ready, (std::array<bool, 2>{false, false}));
+        rig.acquisition.await_new_data(channel); // once more, before any data
+        rig.state_machine.cmdstop_Click();
+        EXPECT_EQ(rig.acquisition.ready, (std::array<bool, 2>{channel == 0, channel == 1}));
+        EXPECT_TRUE(rig.screen.calls.empty());
+    }
+}
+
+// CH1's data came with the new delay of 12 points, CH2's are still those before.
+TEST(Stop, TakesOnlyDataThatHaveComeAsTakenWithTheNewDelay) {
+    AcquisitionRig rig;
+    rig.start();
+    for (ChannelState& state : rig.channels) {
+        state.delaypts = 12;
+        state.uploaded_delaypts = 12;
+    }
+    rig.acquisition.held = {true, true};
+    rig.acquisition.ready = {true, false};
+    rig.acquisition.pending_refresh = true;
+    rig.state_machine.cmdstop_Click();
+    EXPECT_EQ(rig.channels[0].shown_delaypts, 12);
+    EXPECT_EQ(rig.channels[1].shown_delaypts, 0);
+    EXPECT_FALSE(rig.acquisition.pending_refresh);
+    EXPECT_EQ(rig.screen.calls, Texts{"refresh 1 0"});
+    rig.tick();
+    EXPECT_EQ(rig.channels[1].shown_delaypts, 0);
+}
+
 TEST(Redraw, AChangeWhileStoppedIsShownAtOnceWithItsMarks) {
     for (const char* const state : {"Idle", "idle", "startscope", "scope", "scopech1f", "scopech2f",
                                     "calibrationint", "changes", "changes1", "stoped"}) {

@@ -43,7 +43,9 @@ struct AnnotationTest : GoldenTest {
         marks.mark = {{{line(first), line(second)}, {line(third), line(fourth)}}};
     }
 
-    [[nodiscard]] Annotations shown() const { return annotations(panel, marks, colours, true); }
+    [[nodiscard]] Annotations shown() const {
+        return annotations(panel, marks, colours, acquisition);
+    }
 
     /// Whether the channels have marks, as "1 2", "1", "2" or "".
     [[nodiscard]] std::string marked() const {

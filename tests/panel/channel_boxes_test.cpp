@@ -6,8 +6,9 @@
 namespace kv408 {
 namespace {
 
-TEST(Invert, SetsTheSuffixRemapsItsTraceAndDrawsIt) {
-    const Texts drawn[] = {{"refresh 1 0", "draw 1"}, {"refresh 2 0", "draw 2"}};
+TEST(Invert, SetsTheSuffixRemapsItsTraceAndDrawsItAndThenEverything) {
+    const Texts drawn[] = {{"refresh 1 0", "draw 1", "draw 255"},
+                           {"refresh 2 0", "draw 2", "draw 255"}};
     for (const std::size_t channel : {0U, 1U}) {
         PanelRig rig;
         ChannelControls& controls = rig.panel.channel[channel];

@@ -1,10 +1,8 @@
 // What is changed while the sweep is stopped.
 
-#include <algorithm>
-
 #include <gtest/gtest.h>
 
-#include "scope/program.h"
+#include "scope/trace_reader.h"
 
 namespace kv408 {
 namespace {
@@ -38,20 +36,11 @@ protected:
         stop();
     }
 
-    /// The uppermost row of the picture that has `colour`; -1 without one.
-    [[nodiscard]] int top_row(Colour colour) {
-        const Surface& surface = program_.scope.picture().surface();
-        for (int y = 0; y < surface.height(); ++y) {
-            const auto row = surface.row(y);
-            if (std::find(row.begin(), row.end(), pixel_of(colour)) != row.end()) {
-                return y;
-            }
-        }
-        return -1;
+    [[nodiscard]] int top_of(Colour colour) {
+        return top_row(program_.scope.picture().surface(), colour);
     }
-
-    [[nodiscard]] int top_of_trace() { return top_row(program_.scope.parts().colours.ch1); }
-    [[nodiscard]] int top_mark() { return top_row(program_.scope.parts().colours.annotations); }
+    [[nodiscard]] int top_of_trace() { return top_of(program_.scope.parts().colours.ch1); }
+    [[nodiscard]] int top_mark() { return top_of(program_.scope.parts().colours.annotations); }
 
     Program program_;
 };

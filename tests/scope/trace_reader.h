@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdlib>
 #include <string>
 
@@ -16,6 +17,17 @@ inline int trace_row(Program& program, int channel, int column) {
     for (int row = 0; row < plot::height; ++row) {
         if (picture.at(column, row) == colour) {
             return row;
+        }
+    }
+    return -1;
+}
+
+/// The uppermost row of `picture` that has `colour`; -1 without one.
+inline int top_row(const Surface& picture, Colour colour) {
+    for (int y = 0; y < picture.height(); ++y) {
+        const auto row = picture.row(y);
+        if (std::find(row.begin(), row.end(), pixel_of(colour)) != row.end()) {
+            return y;
         }
     }
     return -1;

@@ -29,6 +29,7 @@ public:
             on_draw();
         }
     }
+    [[nodiscard]] bool owes_drawing() const override { return owed; }
     void show_labels() override { ++label_updates; }
     void calccursors() override {
         ++cursor_readouts;
@@ -38,6 +39,7 @@ public:
     }
 
     std::vector<std::string> calls;       ///< everything asked to be drawn, oldest first
+    bool owed = false;                    ///< a drawing was asked for and did not happen
     int label_updates = 0;                ///< how often the labels were written
     int cursor_readouts = 0;              ///< how often the cursor read-outs were written
     std::function<void()> on_draw;        ///< runs at each drawing
