@@ -4,8 +4,8 @@
 #include <cstdio>
 
 #include "acquisition/status.h"
+#include "panel/delay_text.h"
 #include "panel/withheld_traces.h"
-#include "state/rounding.h"
 
 namespace kv408 {
 namespace {
@@ -139,8 +139,7 @@ void StateMachine::set_up() {
     procedures_.vertical.ch2vdiv_Click();
     procedures_.upload.settriger();
     for (std::size_t index = 0; index < acquisition_.offset.size(); ++index) {
-        acquisition_.offset[index] =
-            round_to_int32(leading_number(panel_.channel[index].psofset.text()));
+        acquisition_.offset[index] = delay_to_send(panel_.channel[index].psofset, channels_[index]);
     }
     if (acquisition_.scopestate != "startscope") {
         // Something pressed while a failure was being told has the last word.

@@ -9,6 +9,7 @@
 #include <optional>
 #include <utility>
 
+#include "panel/delay_text.h"
 #include "state/engineering_format.h"
 #include "state/plot_geometry.h"
 #include "state/rounding.h"
@@ -146,13 +147,14 @@ SettingRow position(std::string_view key, const KeptSettings& kept, int channel)
                 }};
 }
 
-/// The text of a channel's delay box.
+/// The text of a channel's delay box, in picoseconds.
 SettingRow delay(std::string_view key, const KeptSettings& kept, int channel) {
     return {.key = key,
             .write =
                 [&kept, channel] {
+                    const auto index = static_cast<std::size_t>(channel);
                     return Values{on_one_line(
-                        kept.panel.channel[static_cast<std::size_t>(channel)].psofset.text())};
+                        delay_text(kept.panel.channel[index].psofset, kept.channels[index]))};
                 },
             .read =
                 [&kept, channel](std::string_view value) {

@@ -7,6 +7,14 @@
 #include "state/samples.h"
 
 namespace kv408 {
+namespace {
+
+std::int32_t legal_timeout(double microseconds) {
+    return std::clamp(round_to_int32(microseconds), least_trigger_timeout,
+                      greatest_trigger_timeout);
+}
+
+} // namespace
 
 void splitlong(std::int32_t value, std::uint8_t& b3, std::uint8_t& b2, std::uint8_t& b1,
                std::uint8_t& b0) {
@@ -54,9 +62,13 @@ void fill_trigger(CommandArguments& arguments, const TriggerSetup& trigger) {
     }
 }
 
+std::optional<std::int32_t> typed_trigger_timeout(std::string_view text) {
+    const auto microseconds = quantity_in(text, microsecond_units);
+    return microseconds ? std::optional(legal_timeout(*microseconds)) : std::nullopt;
+}
+
 std::int32_t trigger_timeout(std::string_view text) {
-    return std::clamp(round_to_int32(leading_number(text)), least_trigger_timeout,
-                      greatest_trigger_timeout);
+    return typed_trigger_timeout(text).value_or(legal_timeout(leading_number(text)));
 }
 
 void fill_trigger_timeout(CommandArguments& arguments, std::int32_t timeout) {

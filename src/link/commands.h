@@ -10,6 +10,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 namespace kv408 {
@@ -63,8 +64,11 @@ struct TriggerSetup {
 /// for the other source, 255 in the other one.
 void fill_trigger(CommandArguments& arguments, const TriggerSetup& trigger);
 
-/// The trigger time-out in the text `trtout`: its leading number rounded halves to even, held
-/// within 10..65535.
+/// The trigger time-out that the text `trtout` says, in microseconds or with the unit us or ms;
+/// rounded halves to even and held within 10..65535. Nothing where it says none.
+[[nodiscard]] std::optional<std::int32_t> typed_trigger_timeout(std::string_view text);
+
+/// The same; where the text says none, its leading number counts.
 [[nodiscard]] std::int32_t trigger_timeout(std::string_view text);
 
 /// Fills arguments 1 and 2 with the trigger time-out; 3 to 5 stay those of the set-trigger command.

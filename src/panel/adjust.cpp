@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "panel/delay_text.h"
 #include "state/plot_geometry.h"
 #include "state/rounding.h"
 
@@ -36,16 +37,7 @@ std::int32_t wheel_at(std::int32_t picoseconds) {
     return longest_delay - picoseconds - horizontal_zero;
 }
 
-/// The delay that `text` begins with, picoseconds, held within what the boxes take.
-std::int32_t delay_in(std::string_view text) {
-    return std::clamp(round_to_int32(leading_number(text)), 0, longest_delay);
-}
-
 } // namespace
-
-std::int32_t typed_delay(const TextBox& psofset) {
-    return delay_in(psofset.text());
-}
 
 void Adjust::setadjuststep() {
     const std::string key = panel_.tabstrip2.selected_key();
@@ -199,7 +191,7 @@ void Adjust::move_delays(std::int32_t value) {
         if (controls.slenps.checked()) {
             controls.psofset.set_text(std::to_string(delay));
             quantities_.channels[index].delaypts = delay_points(delay);
-            taken_delay_[index] = delay;
+            quantities_.channels[index].delay = delay;
         }
     }
     hposwheel_ = value;
@@ -263,8 +255,14 @@ void Adjust::mark_new_data_needed() {
     }
 }
 
-const TextBox& Adjust::delay_box(int channel) const {
-    return panel_.channel[static_cast<std::size_t>(channel)].psofset;
+std::int32_t Adjust::delay_in_box(int channel) const {
+    const auto index = static_cast<std::size_t>(channel);
+    return delay_of(panel_.channel[index].psofset, quantities_.channels[index]);
+}
+
+void Adjust::psofset_Change(int channel) {
+    TextBox& box = panel_.channel[static_cast<std::size_t>(channel)].psofset;
+    box.set_faulty(!typed_delay(box.text()));
 }
 
 void Adjust::psofset_Enter(int channel) {
@@ -276,9 +274,14 @@ void Adjust::psofset_Enter(int channel) {
 void Adjust::psofset_Leave(int channel) {
     const auto index = static_cast<std::size_t>(channel);
     TextBox& box = panel_.channel[index].psofset;
-    const std::int32_t delay = typed_delay(box);
+    const std::int32_t delay = delay_in_box(channel);
     // What stood there before it was left may have been uploaded with something else.
-    if (delay != taken_delay_[index] || delay != quantities_.acquisition.offset[index]) {
+    const bool sent = delay == quantities_.acquisition.offset[index];
+    if (!typed_delay(box.text())) {
+        if (!sent) {
+            mark_new_data_needed();
+        }
+    } else if (!sent || delay != quantities_.channels[index].delay) {
         take_typed_delay(channel);
     } else if (box.text() != std::to_string(delay)) {
         box.set_text(std::to_string(delay));
@@ -288,20 +291,23 @@ void Adjust::psofset_Leave(int channel) {
 
 void Adjust::take_typed_delay(int channel) {
     TextBox& box = panel_.channel[static_cast<std::size_t>(channel)].psofset;
-    box.set_text(std::to_string(typed_delay(box)));
-    apply_delay(channel);
+    if (const auto delay = typed_delay(box.text())) {
+        box.set_text(std::to_string(*delay));
+        apply_delay(channel);
+    }
 }
 
 void Adjust::restore_delay(int channel, std::string_view text) {
     panel_.channel[static_cast<std::size_t>(channel)].psofset.set_text(
-        std::to_string(delay_in(text)));
+        std::to_string(leading_delay(text)));
     apply_delay(channel);
 }
 
 void Adjust::apply_delay(int channel) {
     const auto index = static_cast<std::size_t>(channel);
-    taken_delay_[index] = typed_delay(delay_box(channel));
-    quantities_.channels[index].delaypts = delay_points(taken_delay_[index]);
+    ChannelState& state = quantities_.channels[index];
+    state.delay = delay_in_box(channel);
+    state.delaypts = delay_points(state.delay);
     if (panel_.tabstrip2.selected_key() == adjust_key::horizontal) {
         refresh_wheel();
     }
@@ -319,23 +325,24 @@ void Adjust::slenps_Click(int channel) {
         return;
     }
     hposwheel_ = panel_.channel[static_cast<std::size_t>(channel)].slenps.checked()
-                     ? wheel_at(typed_delay(delay_box(channel)))
+                     ? wheel_at(delay_in_box(channel))
                      : wheel_for_delays();
     follow(hposwheel_);
 }
 
 std::int32_t Adjust::wheel_for_delays() const {
-    for (const ChannelControls& controls : panel_.channel) {
-        if (controls.slenps.checked()) {
-            return wheel_at(typed_delay(controls.psofset));
+    for (const int channel : {ch1, ch2}) {
+        if (panel_.channel[static_cast<std::size_t>(channel)].slenps.checked()) {
+            return wheel_at(delay_in_box(channel));
         }
     }
     return hposwheel_;
 }
 
 void Adjust::show_delay_label(int channel) {
-    ChannelControls& controls = panel_.channel[static_cast<std::size_t>(channel)];
-    const std::string& delay = controls.psofset.text();
+    const auto index = static_cast<std::size_t>(channel);
+    ChannelControls& controls = panel_.channel[index];
+    const std::string delay = delay_text(controls.psofset, quantities_.channels[index]);
     const bool none = delay == "0" || quantities_.acquisition.pointmode;
     controls.hor_delay.set_caption(none ? std::string() : "Delay:  " + delay + "ps");
 }
@@ -343,7 +350,7 @@ void Adjust::show_delay_label(int channel) {
 void Adjust::rescale_delays() {
     for (int channel = 0; channel < 2; ++channel) {
         ChannelState& state = quantities_.channels[static_cast<std::size_t>(channel)];
-        state.delaypts = delay_points(typed_delay(delay_box(channel)));
+        state.delaypts = delay_points(delay_in_box(channel));
         state.uploaded_delaypts = state.delaypts;
         state.shown_delaypts = state.delaypts;
     }

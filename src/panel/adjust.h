@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -28,12 +27,6 @@ inline constexpr std::string_view horizontal = "HPOS";
 inline constexpr std::string_view cursor_1 = "C1";
 inline constexpr std::string_view cursor_2 = "C2";
 } // namespace adjust_key
-
-/// The longest horizontal delay, picoseconds.
-inline constexpr std::int32_t longest_delay = 65535;
-
-/// The delay that the box `psofset` holds, 0 .. `longest_delay` picoseconds.
-[[nodiscard]] std::int32_t typed_delay(const TextBox& psofset);
 
 /// The adjust wheel `Slider1` with the tabs that say what it turns, and the delay boxes.
 class Adjust {
@@ -78,10 +71,15 @@ public:
     void Slider1_Scroll();
     void Slider1_Change();
 
-    /// Enter in a channel's delay box; `channel` is 0 or 1. Does nothing on another tab.
+    /// A channel's delay box, `channel` 0 or 1, has another text: it is marked while that is no
+    /// delay.
+    void psofset_Change(int channel);
+
+    /// Enter in a channel's delay box. Does nothing on another tab.
     void psofset_Enter(int channel);
 
-    /// A channel's delay box lost the keyboard focus: what was typed counts as entered.
+    /// A channel's delay box lost the keyboard focus: what was typed counts as entered. A text that
+    /// is no delay stays marked, and the delay in use stays.
     void psofset_Leave(int channel);
 
     /// Takes the delay of a channel from `text`: the number that it begins with, held within
@@ -115,7 +113,7 @@ private:
     void activate_cursor(std::string_view key);
     void mark_new_data_needed();
     [[nodiscard]] std::int32_t delay_points(std::int32_t delay) const;
-    [[nodiscard]] const TextBox& delay_box(int channel) const;
+    [[nodiscard]] std::int32_t delay_in_box(int channel) const;
     void take_typed_delay(int channel);
     void tell_commit(std::string_view key);
 
@@ -125,10 +123,9 @@ private:
     Trigger& trigger_;
     Screen& screen_;
     Measuring& measuring_;
-    std::int32_t hposwheel_ = 32767;               ///< the wheel's value for the horizontal delay
-    std::string target_;                           ///< key of the tab that the wheel turns for
-    std::array<std::int32_t, 2> taken_delay_ = {}; ///< delays that the boxes last gave, picoseconds
-    bool following_ = false; ///< the wheel is set to where its quantity is already
+    std::int32_t hposwheel_ = 32767; ///< the wheel's value for the horizontal delay
+    std::string target_;             ///< key of the tab that the wheel turns for
+    bool following_ = false;         ///< the wheel is set to where its quantity is already
 };
 
 } // namespace kv408

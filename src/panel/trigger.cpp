@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <string>
 
 #include "panel/set_up_change.h"
 #include "state/engineering_format.h"
@@ -43,10 +44,42 @@ void Trigger::trzero_Click() {
     shyst_Change();
 }
 
+void Trigger::trtout_Change() {
+    panel_.trtout.set_faulty(!typed_trigger_timeout(panel_.trtout.text()));
+}
+
 void Trigger::trtout_Commit() {
-    if (trigger_timeout(panel_.trtout.text()) != uploaded_timeout_) {
+    if (const auto typed = typed_trigger_timeout(panel_.trtout.text())) {
+        taken_timeout_ = *typed;
+        panel_.trtout.set_text(std::to_string(*typed));
+    }
+    // What stood there before it was left may have been sent with something else.
+    if (taken_timeout_ != uploaded_timeout_) {
         mark_changed(acquisition_, link_);
     }
+}
+
+void Trigger::delaytrttdis_Change() {
+    TextBox& box = panel_.delaytrttdis;
+    box.set_faulty(!quantity_in(box.text(), picosecond_units));
+}
+
+void Trigger::delaytrttdis_Leave() {
+    TextBox& box = panel_.delaytrttdis;
+    if (const auto typed = quantity_in(box.text(), picosecond_units)) {
+        taken_additional_ = round_to_int32(*typed);
+        box.set_text(std::to_string(taken_additional_));
+    }
+    trigposupdate();
+}
+
+std::int32_t Trigger::additional_delay() const {
+    const TextBox& box = panel_.delaytrttdis;
+    if (box.faulty()) {
+        return taken_additional_;
+    }
+    const auto typed = quantity_in(box.text(), picosecond_units);
+    return round_to_int32(typed.value_or(leading_number(box.text())));
 }
 
 void Trigger::settrigfromwheel() {
@@ -57,9 +90,8 @@ void Trigger::settrigfromwheel() {
 void Trigger::trigposupdate() {
     constexpr int leftmost = plot::left;
     constexpr int rightmost = plot::left + plot::width - 1;
-    const std::int32_t additional = round_to_int32(leading_number(panel_.delaytrttdis.text()));
     const double columns =
-        (static_cast<double>(additional) - trigger_.trigsrcdelay) / time_base_.tbresolution;
+        (static_cast<double>(additional_delay()) - trigger_.trigsrcdelay) / time_base_.tbresolution;
     panel_.ltp2.move(std::clamp(round_to_int32(leftmost - columns), leftmost, rightmost),
                      panel_.ltp2.top());
 }
@@ -70,7 +102,8 @@ void Trigger::show_level() {
 }
 
 void Trigger::settriger() {
-    const std::int32_t timeout = trigger_timeout(panel_.trtout.text());
+    const std::int32_t timeout =
+        panel_.trtout.faulty() ? taken_timeout_ : trigger_timeout(panel_.trtout.text());
     trigger_.trigsrcdelay = trigger_.trigdelay[source()];
     if (acquisition_.scopestate == "calibrationint") {
         // A command would break the linearity run off; the next set-up sends the trigger.

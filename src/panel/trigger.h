@@ -30,7 +30,8 @@ public:
             const TimeBaseState& time_base, AcquisitionState& acquisition, DeviceLink& link,
             Clock& clock, MessageBoxes& boxes)
         : panel_(panel), trigger_(trigger), channels_(channels), time_base_(time_base),
-          acquisition_(acquisition), link_(link), clock_(clock), boxes_(boxes) {}
+          acquisition_(acquisition), link_(link), clock_(clock), boxes_(boxes),
+          taken_timeout_(trigger_timeout(panel.trtout.text())) {}
 
     /// Index of the selected source: 0 for "TRIG1", else 1.
     [[nodiscard]] std::size_t source() const;
@@ -47,9 +48,20 @@ public:
     /// "set to zero".
     void trzero_Click();
 
-    /// The time-out box was left or Enter pressed in it: a new time-out marks the set-up as changed
-    /// while running, so that it reaches the instrument.
+    /// The time-out box has another text: it is marked while that is no time-out.
+    void trtout_Change();
+
+    /// The time-out box was left or Enter pressed in it: it shows the time-out that counts, in
+    /// microseconds. A new one marks the set-up as changed while running, so that it reaches the
+    /// instrument. A text that is no time-out stays marked, and the one in use stays.
     void trtout_Commit();
+
+    /// The box "Additional Delay" has another text: it is marked while that is no delay.
+    void delaytrttdis_Change();
+
+    /// The box "Additional Delay" was left: it shows the delay in picoseconds, and the mark
+    /// follows.
+    void delaytrttdis_Leave();
 
     /// Takes the level from `trigwheel`, for the selected source.
     void settrigfromwheel();
@@ -64,6 +76,9 @@ public:
     void settriger();
 
 private:
+    /// What is typed in picoseconds, or the delay taken last while that is none.
+    [[nodiscard]] std::int32_t additional_delay() const;
+
     FrontPanel& panel_;
     TriggerState& trigger_;
     const Channels& channels_;
@@ -72,7 +87,10 @@ private:
     DeviceLink& link_;
     Clock& clock_;
     MessageBoxes& boxes_;
+    std::int32_t taken_timeout_;        ///< the time-out that its box gave last, microseconds
     std::int32_t uploaded_timeout_ = 0; ///< the time-out last sent; 0 before the first upload
+    std::int32_t taken_additional_ =
+        0; ///< the additional delay that its box gave last, picoseconds
 };
 
 } // namespace kv408

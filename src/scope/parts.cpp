@@ -113,6 +113,7 @@ void Parts::connect_channel(int channel) {
         measuring.showmeasurements();
         vertical.enable_Click(channel);
     });
+    controls.psofset.on_change([this, channel] { adjust.psofset_Change(channel); });
     controls.psofset.on_enter([this, channel] {
         adjust.psofset_Enter(channel);
         state_machine.show_change();
@@ -153,10 +154,12 @@ void Parts::connect_trigger() {
     });
     panel.trigeredge.on_click([this] { trigger.trigeredge_Click(); });
     panel.shyst.on_change([this] { trigger.shyst_Change(); });
+    panel.trtout.on_change([this] { trigger.trtout_Change(); });
     panel.trtout.on_enter([this] { trigger.trtout_Commit(); });
     panel.trtout.on_leave([this] { trigger.trtout_Commit(); });
     panel.trzero.on_click([this] { trigger.trzero_Click(); });
-    panel.delaytrttdis.on_leave([this] { trigger.trigposupdate(); });
+    panel.delaytrttdis.on_change([this] { trigger.delaytrttdis_Change(); });
+    panel.delaytrttdis.on_leave([this] { trigger.delaytrttdis_Leave(); });
 }
 
 void Parts::connect_adjust() {

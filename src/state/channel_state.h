@@ -29,7 +29,8 @@ struct ChannelState {
     std::int32_t marker_wheel = 512;
     std::int16_t pos = 256;        ///< screen row of the trace's zero line, 0..512, 256 the centre
     std::int16_t offsetdac = 2048; ///< code that the trace mapping draws on the centre row, signed
-    std::int32_t delaypts = 0;     ///< horizontal delay set now, in screen points
+    std::int32_t delay = 0; ///< horizontal delay that its box or the wheel gave last, picoseconds
+    std::int32_t delaypts = 0;          ///< horizontal delay set now, in screen points
     std::int32_t uploaded_delaypts = 0; ///< horizontal delay of the last set-up, in screen points
     std::int32_t shown_delaypts =
         0;                     ///< horizontal delay, in points, that the shown data was taken with

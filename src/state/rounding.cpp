@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <string>
 #include <system_error>
 
 namespace kv408 {
@@ -60,6 +61,28 @@ std::optional<double> read_number(std::string_view& text) {
     return negative ? -value : value;
 }
 
+std::string_view trimmed(std::string_view text) {
+    text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
+    text.remove_suffix(text.size() - (text.find_last_not_of(" \t") + 1));
+    return text;
+}
+
+/// `text` as the names of units are written: small letters, and a plain u for a mu in UTF-8.
+std::string unit_name(std::string_view text) {
+    std::string name;
+    for (const std::string_view mu : {"\xC2\xB5", "\xCE\xBC"}) {
+        if (text.starts_with(mu)) {
+            name.push_back('u');
+            text.remove_prefix(mu.size());
+        }
+    }
+    for (const char letter : text) {
+        const bool large = letter >= 'A' && letter <= 'Z';
+        name.push_back(large ? static_cast<char>(letter - 'A' + 'a') : letter);
+    }
+    return name;
+}
+
 /// The number that the whole of `text` is, rounded, when an `Integer` holds it.
 template <typename Integer>
 std::optional<Integer> number_within(std::string_view text) {
@@ -104,6 +127,21 @@ double leading_number(std::string_view text) {
 std::optional<double> whole_number_text(std::string_view text) {
     const auto number = read_number(text);
     return text.find_first_not_of(' ') == std::string_view::npos ? number : std::nullopt;
+}
+
+std::optional<double> quantity_in(std::string_view text, std::span<const Unit> units) {
+    text = trimmed(text);
+    if (text.empty()) {
+        return 0.0;
+    }
+    const auto number = read_number(text);
+    const std::string name = unit_name(trimmed(text));
+    if (!number || name.empty()) {
+        return name.empty() ? number : std::nullopt;
+    }
+    const auto unit = std::find_if(units.begin(), units.end(),
+                                   [&](const Unit& known) { return known.name == name; });
+    return unit == units.end() ? std::nullopt : std::optional(*number * unit->worth);
 }
 
 std::optional<std::int16_t> int16_in(std::string_view text) {

@@ -3,8 +3,10 @@
 // The one place for rounding, narrowing and reading numbers out of text. Every conversion that
 // the user or the instrument can see goes through one of these.
 
+#include <array>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string_view>
 
 namespace kv408 {
@@ -27,6 +29,22 @@ namespace kv408 {
 /// The number that the whole of `text` is, written as leading_number reads one, with blanks around
 /// it; nothing for a text that is more or less than one number.
 [[nodiscard]] std::optional<double> whole_number_text(std::string_view text);
+
+/// A unit that may be typed behind a number.
+struct Unit {
+    std::string_view name; ///< lower case
+    double worth;          ///< how many of the unit that is meant without one
+};
+
+/// The units of what is meant in picoseconds and in microseconds.
+inline constexpr std::array<Unit, 3> picosecond_units = {{{"ps", 1.0}, {"ns", 1e3}, {"us", 1e6}}};
+inline constexpr std::array<Unit, 2> microsecond_units = {{{"us", 1.0}, {"ms", 1e3}}};
+
+/// The number that the whole of `text` is, written as leading_number reads one, with one of `units`
+/// behind it or none and with blanks around both; small and large letters count alike, and the
+/// letter mu as u. In the unit that is meant without one. An empty text is 0; nothing for a text
+/// that is more or something else.
+[[nodiscard]] std::optional<double> quantity_in(std::string_view text, std::span<const Unit> units);
 
 /// The number that the whole of `text` is, rounded halves to even; nothing for a text that is no
 /// number and for one outside the 16-bit or 32-bit signed range.

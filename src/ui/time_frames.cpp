@@ -1,5 +1,4 @@
 #include <QHBoxLayout>
-#include <QRegularExpressionValidator>
 
 #include "ui/bind.h"
 #include "ui/frame_grid.h"
@@ -12,11 +11,24 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-/// Makes `box` one for numbers of the form `form`. Their range is the program's concern: it takes
-/// the nearest number that it can.
-void take_numbers(QLineEdit& box, const QString& form) {
+/// Makes `box` one for a number with or without its unit. Which can be taken is the program's
+/// concern: it takes the nearest number within a range, and marks what is none.
+void take_quantity(QLineEdit& box) {
+    constexpr int longest = 24;
     box.setAlignment(Qt::AlignRight);
-    box.setValidator(new QRegularExpressionValidator(QRegularExpression(form), &box));
+    box.setMaxLength(longest);
+}
+
+/// `box` with its unit behind it, as one widget of `parent`.
+QWidget* with_unit(QLineEdit* box, const QString& unit, QWidget* parent) {
+    auto* const both = new QWidget(parent);
+    auto* const row = new QHBoxLayout(both);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(frame_measure::row_spacing);
+    box->setParent(both);
+    row->addWidget(box, 1);
+    row->addWidget(make_caption(unit, box));
+    return both;
 }
 
 /// Adds `widget` to row `row` with its caption on the left and its unit, if any, on the right.
@@ -44,10 +56,10 @@ public:
 
 void add_channel_delay(QGridLayout& grid, WidgetMaker& make, int row, ChannelControls& channel,
                        const QString& name) {
-    QLineEdit* const delay =
-        make.text_box(channel.psofset, {u"Delay of "_s + name,
-                                        u"Horizontal delay of "_s + name + u", picoseconds"_s});
-    take_numbers(*delay, u"[0-9]{0,9}"_s);
+    QLineEdit* const delay = make.text_box(
+        channel.psofset, {u"Delay of "_s + name, u"Horizontal delay of "_s + name +
+                                                     u", picoseconds; also with ps, ns or us"_s});
+    take_quantity(*delay);
     add_row(grid, row, u"Delay "_s + name, delay, u"ps"_s);
     QCheckBox* const by_wheel = make.check(
         channel.slenps, {},
@@ -87,9 +99,11 @@ QWidget* make_trigger_frame(ScopeDriver& driver) {
     grid->addWidget(level, 3, 1);
     QLineEdit* const time_out = make.text_box(
         panel.trtout, {u"Trigger time-out"_s,
-                       u"How long a sample waits for its trigger, microseconds, 10 to 65535"_s});
-    take_numbers(*time_out, u"[0-9]{0,9}"_s);
-    add_row(*grid, 4, u"Time-o&ut"_s, time_out);
+                       u"How long a sample waits for its trigger, microseconds, 10 to 65535; also "
+                       u"with us or ms"_s});
+    take_quantity(*time_out);
+    grid->addWidget(with_unit(time_out, u"us"_s, frame), 4, 1);
+    grid->addWidget(make_caption(u"Time-o&ut"_s, time_out), 4, 0);
     grid->setColumnStretch(1, 1);
     return frame;
 }
@@ -107,8 +121,9 @@ QWidget* make_horizontal_frame(ScopeDriver& driver) {
     add_channel_delay(*grid, make, 3, panel.channel[1], u"CH2"_s);
     QLineEdit* const additional = make.text_box(
         panel.delaytrttdis,
-        {u"Additional delay"_s, u"Delay between the trigger and the screen, picoseconds"_s});
-    take_numbers(*additional, u"-?[0-9]{0,9}"_s);
+        {u"Additional delay"_s,
+         u"Delay between the trigger and the screen, picoseconds; also with ps, ns or us"_s});
+    take_quantity(*additional);
     add_row(*grid, 4, u"Additional Delay"_s, additional, u"ps"_s);
     grid->setColumnStretch(1, 1);
     return frame;

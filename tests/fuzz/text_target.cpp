@@ -13,6 +13,7 @@
 #include "display/settings_dialog.h"
 #include "fuzz/fuzz_input.h"
 #include "fuzz/fuzzed_program.h"
+#include "panel/delay_text.h"
 #include "simulator/simulation.h"
 #include "state/rounding.h"
 
@@ -136,8 +137,11 @@ private:
         for (const Slider& slider : program_.scope.settings_dialog().controls().slrgb) {
             demand(within(slider.value(), 0, 255), "a component of a colour has eight bits");
         }
-        for (const ChannelControls& channel : parts.panel.channel) {
-            demand(within(typed_delay(channel.psofset), 0, 65535), "a delay has sixteen bits");
+        for (std::size_t index = 0; index < parts.channels.size(); ++index) {
+            const TextBox& box = parts.panel.channel[index].psofset;
+            demand(within(delay_of(box, parts.channels[index]), 0, 65535),
+                   "a delay has sixteen bits");
+            demand(box.faulty() == !typed_delay(box.text()), "what is no delay is marked");
         }
         for (const std::int32_t value : parts.frmcalibration.record().edited()) {
             demand(within(value, -32768, 32767), "a value of the record has sixteen bits");
@@ -157,8 +161,11 @@ private:
                    "the time-out is a legal one");
         }
         for (std::size_t index = 0; index < 2; ++index) {
-            const std::string& text = panel.channel[index].psofset.text();
-            demand(text == std::to_string(sent.offset_ps.at(index)),
+            const TextBox& box = panel.channel[index].psofset;
+            demand(delay_of(box, program_.scope.parts().channels.at(index)) ==
+                       sent.offset_ps.at(index),
+                   "the delay in use is the one in the instrument");
+            demand(box.faulty() || box.text() == std::to_string(sent.offset_ps.at(index)),
                    "the delay in the box is the one in the instrument");
             demand(within(sent.offset_ps.at(index), 0, 65535), "the delay is a legal one");
         }

@@ -244,7 +244,7 @@ TEST(Adjust, ATypedDelayIsTakenWithEnter) {
     EXPECT_EQ(rig.acquisition.scopestate, "changes");
     EXPECT_EQ(rig.acquisition.ready, (std::array<bool, 2>{false, false}));
     for (const auto& [typed, taken] : {std::pair{"70000", "65535"}, std::pair{"-5", "0"},
-                                       std::pair{"12.5ps", "12"}, std::pair{"abc", "0"}}) {
+                                       std::pair{"12.5ps", "12"}, std::pair{"abc", "abc"}}) {
         box.set_text(typed);
         box.enter();
         EXPECT_EQ(box.text(), taken) << typed;

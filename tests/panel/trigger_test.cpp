@@ -144,7 +144,8 @@ TEST(TriggerFrame, TheTimeMarkerStaysOnTheScreen) {
     StartedPanelRig rig; // 20ns/div: 313 ps a column
     for (const auto& [text, left] :
          {std::pair{"0", 32}, std::pair{"3130", 32}, std::pair{"-3130", 42}, std::pair{"-156", 32},
-          std::pair{"-200320", 672}, std::pair{"-9999999999", 672}, std::pair{"x", 32}}) {
+          std::pair{"-200320", 672}, std::pair{"-9999999999", 672}, std::pair{"x", 672},
+          std::pair{"", 32}}) {
         rig.panel.delaytrttdis.set_text(text);
         rig.panel.delaytrttdis.leave();
         EXPECT_EQ(rig.panel.ltp2.left(), left) << text;

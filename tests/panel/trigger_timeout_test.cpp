@@ -8,8 +8,6 @@ namespace {
 /// A running panel whose trigger has been uploaded with the time-out "1000".
 struct TimeOutRig : PanelRig {
     TimeOutRig() {
-        panel.trtout.on_enter([this] { trigger.trtout_Commit(); });
-        panel.trtout.on_leave([this] { trigger.trtout_Commit(); });
         trigger.settriger();
         acquisition.acqrunning = true;
         acquisition.scopestate = "scopech1f";

@@ -179,7 +179,7 @@ private:
         differences_.compare(name + " offset", controls.ofset.caption(),
                              three_digits((256 - row) * volts.millivolts / 64.0 / 1000.0) + "V");
         differences_.compare(name + " delay box", controls.psofset.enabled(), !point_by_point());
-        if (!moment_.delays_typed) {
+        if (!moment_.delays_typed && !controls.psofset.faulty()) {
             const std::string& delay = controls.psofset.text();
             const bool none = delay == "0" || point_by_point();
             differences_.compare(name + " delay label", controls.hor_delay.caption(),

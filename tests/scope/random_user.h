@@ -129,8 +129,8 @@ private:
     }
 
     void type_time_out() {
-        constexpr std::array texts{"1000", "5", "70000", "20000", "300", "x", "-4"};
-        const char* const text = texts.at(static_cast<std::size_t>(random(0, 6)));
+        constexpr std::array texts{"1000", "5", "70000", "20000", "300", "x", "-4", "2ms"};
+        const char* const text = texts.at(static_cast<std::size_t>(random(0, 7)));
         act([&] { panel_.trtout.set_text(text); });
         act([&] { chance(50) ? panel_.trtout.enter() : panel_.trtout.leave(); });
     }
@@ -148,7 +148,7 @@ private:
             return;
         }
         const std::string text =
-            chance(20) ? (chance(50) ? "70000" : "-3") : std::to_string(random(0, 65535));
+            chance(20) ? (chance(50) ? "7ns" : "-3") : std::to_string(random(0, 65535));
         act([&] {
             box.focus();
             box.set_text(text);

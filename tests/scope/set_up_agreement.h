@@ -24,8 +24,11 @@ inline void compare_trigger(const Parts& parts, const simulator::TriggerSettings
     differences.compare("trigger level", sent.level_mv,
                         parts.trigger_state.saved_trigpos.at(source) - 2048);
     differences.compare("hysteresis", sent.hysteresis_mv, panel.shyst.value());
-    differences.compare("trigger time-out", sent.time_out_us,
-                        std::clamp(round_to_int32(leading_number(panel.trtout.text())), 10, 65535));
+    if (!panel.trtout.faulty()) {
+        differences.compare(
+            "trigger time-out", sent.time_out_us,
+            std::clamp(round_to_int32(leading_number(panel.trtout.text())), 10, 65535));
+    }
 }
 
 /// The set-up in the instrument against that on the panel: gain ranges, delays and positions.

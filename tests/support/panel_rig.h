@@ -52,6 +52,7 @@ struct PanelRig {
     void connect_trigger_and_adjust() {
         for (int index = 0; index < 2; ++index) {
             ChannelControls& controls = panel.channel[static_cast<std::size_t>(index)];
+            controls.psofset.on_change([this, index] { adjust.psofset_Change(index); });
             controls.psofset.on_enter([this, index] { adjust.psofset_Enter(index); });
             controls.psofset.on_leave([this, index] { adjust.psofset_Leave(index); });
             controls.psofset.on_focus([this] { adjust.psofset_GotFocus(); });
@@ -61,7 +62,11 @@ struct PanelRig {
         panel.trigeredge.on_click([this] { trigger.trigeredge_Click(); });
         panel.shyst.on_change([this] { trigger.shyst_Change(); });
         panel.trzero.on_click([this] { trigger.trzero_Click(); });
-        panel.delaytrttdis.on_leave([this] { trigger.trigposupdate(); });
+        panel.trtout.on_change([this] { trigger.trtout_Change(); });
+        panel.trtout.on_enter([this] { trigger.trtout_Commit(); });
+        panel.trtout.on_leave([this] { trigger.trtout_Commit(); });
+        panel.delaytrttdis.on_change([this] { trigger.delaytrttdis_Change(); });
+        panel.delaytrttdis.on_leave([this] { trigger.delaytrttdis_Leave(); });
         panel.tabstrip2.on_click([this] { adjust.TabStrip2_Click(); });
         panel.slider1.on_scroll([this] { adjust.Slider1_Scroll(); });
         panel.slider1.on_change([this] { adjust.Slider1_Change(); });

@@ -7,6 +7,7 @@
 
 #include "config/settings_file.h"
 #include "display/cursors.h"
+#include "panel/delay_text.h"
 #include "support/fake_files.h"
 #include "support/panel_rig.h"
 
@@ -92,7 +93,8 @@ inline bool is_settable(const SettingsRig& rig) {
     for (std::size_t index = 0; index < 2; ++index) {
         const ChannelControls& channel = panel.channel[index];
         good = good && chosen(channel.vdiv) &&
-               channel.psofset.text() == std::to_string(typed_delay(channel.psofset)) &&
+               channel.psofset.text() ==
+                   std::to_string(delay_of(channel.psofset, rig.channels[index])) &&
                within(rig.channels[index].marker_wheel, 0, 1024) &&
                within(rig.channels[index].pos, 0, 512) && within(rig.cursors.vpos[index], 0, 512) &&
                within(rig.cursors.hpos[index], 0, 640) &&

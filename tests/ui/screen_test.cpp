@@ -162,9 +162,13 @@ void ScreenTest::a_time_out_goes_with_the_next_set_up() {
     ProgramOnBench on;
     QVERIFY(on.run_until_sweeping());
     auto& box = *on.widget<QLineEdit>("trtout");
-    type_over(box, u"5x000"_s);
-    QCOMPARE(box.text(), u"5000"_s);
+    const QColor ground = box.palette().color(QPalette::Base);
+    type_over(box, u"5x"_s);
+    QVERIFY(box.palette().color(QPalette::Base) != ground);
+    type_over(box, u"5ms"_s);
+    QCOMPARE(box.palette().color(QPalette::Base), ground);
     QTest::keyClick(&box, Qt::Key_Return);
+    QCOMPARE(box.text(), u"5000"_s);
     const std::size_t from = on.log.frames.size();
     QTest::keyClick(on.widget("trigeredge"), Qt::Key_Down);
     QTRY_COMPARE(static_cast<int>(simulator::word_argument(on.first(27, from), 0)), 5000);
@@ -181,7 +185,7 @@ void ScreenTest::a_typed_delay_is_held_in_range() {
     QCOMPARE(on.widget<QLabel>("lblHorDelay2")->text(), u"Delay:  1500ps"_s);
     QTRY_COMPARE(simulator::long_argument(on.first(35, from)), 1500);
     QCOMPARE(simulator::long_argument(on.first(30, from)), 0);
-    type_over(box, u"70000"_s);
+    type_over(box, u"70ns"_s);
     from = on.log.frames.size();
     QTest::keyClick(&box, Qt::Key_Return);
     QCOMPARE(box.text(), u"65535"_s);
