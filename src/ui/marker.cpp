@@ -1,7 +1,8 @@
 #include "ui/marker.h"
 
+#include <cstdlib>
+
 #include <QPainter>
-#include <QPointer>
 
 #include "state/plot_geometry.h"
 #include "ui/bind.h"
@@ -29,7 +30,10 @@ void Marker::put(int left, int top) {
 }
 
 void Marker::fit() {
-    const double shift = direction_ == Direction::down ? plot::marker_width / 2.0 - 0.5 : 0.0;
+    constexpr double step_back = plot::marker_width + 1.0;
+    const double shift = direction_ == Direction::down ? plot::marker_width / 2.0 - 0.5
+                         : stepped_back_               ? step_back
+                                                       : 0.0;
     const QPointF from = plot_.place_of(left_ - shift, top_);
     const QPointF to = plot_.place_of(left_ - shift + plot::marker_width, top_ + marker_height);
     setGeometry(QRectF(from, to).toAlignedRect());
@@ -43,6 +47,24 @@ void Marker::come_to_front(int times) {
     if (times != times_brought_) {
         times_brought_ = times;
         raise();
+    }
+}
+
+void Marker::keep_apart(Marker& inner, Marker& outer) {
+    inner.outer_ = &outer;
+    outer.inner_ = &inner;
+    outer.make_room();
+}
+
+void Marker::make_room() {
+    if (outer_) {
+        outer_->make_room();
+    }
+    const bool covered = inner_ && !inner_->isHidden() && !isHidden() &&
+                         std::abs(top_ - inner_->top_) < marker_height;
+    if (covered != stepped_back_) {
+        stepped_back_ = covered;
+        fit();
     }
 }
 
@@ -97,6 +119,7 @@ void bind(Marker* marker, Label& control) {
         guard->come_to_front(control.times_brought_to_front());
         show_common(*guard, control);
         guard->setVisible(control.visible() && guard->placed());
+        guard->make_room();
     };
     control.on_shown(show);
     show();

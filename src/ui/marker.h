@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QLabel>
+#include <QPointer>
 
 #include "panel/controls.h"
 
@@ -28,6 +29,13 @@ public:
     /// front so far, has grown.
     void come_to_front(int times);
 
+    /// Lets two markers of the same edge stand side by side wherever they would lie over each
+    /// other: `outer` then steps back from the plot by its own width.
+    static void keep_apart(Marker& inner, Marker& outer);
+
+    /// Steps back from the plot, or up to it, as the marker beside it asks for now.
+    void make_room();
+
     /// False until the marker has first been put somewhere else than into the box's corner, where
     /// no marker ever belongs.
     [[nodiscard]] bool placed() const { return left_ != 0 || top_ != 0; }
@@ -43,6 +51,9 @@ private:
     int left_ = 0;
     int top_ = 0;
     int times_brought_ = 0;
+    QPointer<Marker> inner_; ///< the marker that this one steps back for, if any
+    QPointer<Marker> outer_; ///< the marker that steps back for this one, if any
+    bool stepped_back_ = false;
 };
 
 /// Shows text, colours and place of `control` on `marker`.

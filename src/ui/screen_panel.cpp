@@ -1,5 +1,7 @@
 #include "ui/screen_panel.h"
 
+#include <array>
+
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QPainter>
@@ -136,13 +138,17 @@ void ScreenPanel::make_markers(FrontPanel& panel) {
         auto* const marker = new Marker(plot_, direction);
         describe(*marker, words);
         bind(marker, control);
+        return marker;
     };
     // CH1 comes to lie on top, as its trace does.
+    std::array<Marker*, 2> channels{};
     for (const std::size_t index : {1U, 0U}) {
         const QString channel = u"CH"_s + QString::number(index + 1);
-        make(panel.channel[index].text, Marker::Direction::right,
-             {u"Zero line of "_s + channel, u"Where 0 V of "_s + channel + u" lies"_s});
+        channels.at(index) =
+            make(panel.channel[index].text, Marker::Direction::right,
+                 {u"Zero line of "_s + channel, u"Where 0 V of "_s + channel + u" lies"_s});
     }
+    Marker::keep_apart(*channels[0], *channels[1]);
     make(panel.trigertext, Marker::Direction::left,
          {u"Trigger level"_s, u"Where the trigger level lies"_s});
     make(panel.ltp2, Marker::Direction::down,

@@ -17,6 +17,9 @@ class DragTest : public QObject {
 private Q_SLOTS:
     void a_channel_marker_moves_its_trace_data();
     void a_channel_marker_moves_its_trace();
+    void markers_on_one_row_are_both_seen_and_grabbed_data();
+    void markers_on_one_row_are_both_seen_and_grabbed();
+    void markers_on_different_rows_lie_where_they_always_did();
     void the_trigger_marker_sets_the_level_once_let_go();
     void a_marker_that_goes_in_the_middle_of_a_drag_is_let_go();
     void the_wheel_turns_the_delay();
@@ -40,8 +43,6 @@ void DragTest::a_channel_marker_moves_its_trace() {
     const QPoint away = on.units(0, -40);
     Mouse mouse(on.window());
     if (channel == 1) {
-        // CH1's marker lies over CH2's until CH2 is chosen.
-        QCOMPARE(on.widget("ch1text")->pos(), on.widget("ch2text")->pos());
         on.widget<QTabBar>("TabStrip2")->setCurrentIndex(channel);
     }
     const char* const name = channel == 0 ? "ch1text" : "ch2text";
@@ -61,6 +62,68 @@ void DragTest::a_channel_marker_moves_its_trace() {
     mouse.release();
     QVERIFY(on.uploads_after(from));
     QCOMPARE(static_cast<int>(state.pos), 256 - 40);
+}
+
+void DragTest::markers_on_one_row_are_both_seen_and_grabbed_data() {
+    QTest::addColumn<int>("rows"); // CH2's marker below CH1's
+    QTest::addColumn<QSize>("size");
+    for (const int rows : {0, 1, -1, 7, -7, 14, -14}) {
+        QTest::addRow("%d rows apart", rows) << rows << QSize(1280, 800);
+    }
+    QTest::newRow("larger") << 0 << QSize(2560, 1440);
+}
+
+void DragTest::markers_on_one_row_are_both_seen_and_grabbed() {
+    QFETCH(int, rows);
+    QFETCH(QSize, size);
+    Dragging on;
+    QVERIFY(on.begin(size));
+    on.program.scope().act([&] { on.move_trace(1, 256 + rows); });
+    QWidget& first = *on.widget("ch1text");
+    QWidget& second = *on.widget("ch2text");
+    QVERIFY(first.isVisible() && second.isVisible());
+    QVERIFY(!first.geometry().intersects(second.geometry()));
+    QVERIFY(on.window().plot().rect().contains(second.geometry()));
+    QVERIFY(first.geometry().right() < on.on_plot(0, 0).x());
+    // Each is what lies under the mouse in its own middle, and goes along with it.
+    Mouse mouse(on.window());
+    const int down = rows >= 0 ? 60 : -60;
+    for (const auto& [marker, index, moved] : {std::tuple{&second, 1, down}, {&first, 0, -down}}) {
+        const QWidget* const under =
+            on.window().childAt(marker->mapTo(&on.window(), marker->rect().center()));
+        QCOMPARE(under, marker);
+        const int before = on.parts().channels[static_cast<std::size_t>(index)].pos;
+        mouse.press(*marker, marker->rect().center());
+        mouse.drag(on.units(0, moved));
+        mouse.release();
+        QCOMPARE(static_cast<int>(on.parts().channels[static_cast<std::size_t>(index)].pos),
+                 before + moved);
+    }
+    QCOMPARE(second.x(), first.x());
+}
+
+// 17 and 14: left of the plot area, whose first column is the 32nd of the box.
+void DragTest::markers_on_different_rows_lie_where_they_always_did() {
+    Dragging on;
+    QVERIFY(on.begin());
+    const QWidget& first = *on.widget("ch1text");
+    const QWidget& second = *on.widget("ch2text");
+    for (const int rows : {15, -15, 100, -256}) {
+        on.program.scope().act([&] { on.move_trace(1, 256 + rows); });
+        for (const auto& [marker, row] : {std::pair{&first, 256}, {&second, 256 + rows}}) {
+            const PlotWidget& plot = on.window().plot();
+            const QRectF place(plot.place_of(17, plot::top + row - 7),
+                               plot.place_of(17 + 14, plot::top + row + 8));
+            QCOMPARE(marker->geometry(), place.toAlignedRect());
+        }
+    }
+    // Where one of them is away there is nothing to make room for.
+    on.program.scope().act([&] { on.move_trace(1, 256); });
+    QVERIFY(second.x() < first.x());
+    on.program.scope().act([&] { on.panel().channel[0].enable.press(false); });
+    QCOMPARE(second.x(), first.x());
+    on.program.scope().act([&] { on.panel().channel[0].enable.press(true); });
+    QVERIFY(second.x() < first.x());
 }
 
 void DragTest::the_trigger_marker_sets_the_level_once_let_go() {

@@ -31,6 +31,12 @@ struct Dragging : ProgramOnBench {
         return window().plot().place_of(plot::left + x, plot::top + y).toPoint();
     }
 
+    /// Turns the wheel until the zero line of `channel` lies on `row` of the picture.
+    void move_trace(int channel, int row) {
+        panel().tabstrip2.select(channel + 1);
+        panel().slider1.turn_to(plot::wheel_span - 2 * row);
+    }
+
     /// Clicks the tab `index` of the strip `name`.
     void choose_tab(const char* name, int index) {
         auto* const tabs = widget<QTabBar>(name);
