@@ -231,11 +231,13 @@ void bind(QLabel* widget, Label& control) {
     });
 }
 
-void bind(QSlider* widget, Slider& control, ScopeDriver& driver) {
+void bind(QSlider* widget, Slider& control, ScopeDriver& driver, Moves moves) {
     widget->setObjectName(object_name(control));
     widget->setRange(control.minimum(), control.maximum());
-    QObject::connect(widget, &QSlider::valueChanged, widget,
-                     [&](int value) { driver.act([&] { control.set_value(value); }); });
+    QObject::connect(widget, &QSlider::valueChanged, widget, [&control, &driver, moves](int value) {
+        const auto move = [&control, value] { control.set_value(value); };
+        moves == Moves::each ? driver.act(move) : driver.act_after_events(control, move);
+    });
     keep_shown(widget, control, [&control](QSlider& shown) {
         const QSignalBlocker quiet(shown);
         shown.setValue(control.value());

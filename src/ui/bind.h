@@ -50,8 +50,12 @@ void bind(QLineEdit* widget, TextBox& control, ScopeDriver& driver);
 /// A text that the program shows.
 void bind(QLabel* widget, Label& control);
 
+/// Which moves of a slider reach its control: each; or, where handling one takes long, of those
+/// that wait in the event queue only the last.
+enum class Moves { each, last_of_the_waiting };
+
 /// A slider: moving it sets the control.
-void bind(QSlider* widget, Slider& control, ScopeDriver& driver);
+void bind(QSlider* widget, Slider& control, ScopeDriver& driver, Moves moves = Moves::each);
 
 /// A strip of tabs: a choice, also of the tab that is selected already, selects in the control.
 void bind(QTabBar* widget, TabStrip& control, ScopeDriver& driver);

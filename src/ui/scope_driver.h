@@ -2,6 +2,8 @@
 
 #include <functional>
 
+#include <QObject>
+
 #include "panel/front_panel.h"
 #include "scope/scope.h"
 #include "state/cursor_state.h"
@@ -24,6 +26,11 @@ public:
 
     /// One user action on the controls.
     void act(const std::function<void()>& action);
+
+    /// One user action on `control` that takes so long that others like it gather meanwhile: it
+    /// comes after the events that wait in the queue, and of several given until then only the last
+    /// one. Whatever else enters the program lets it go first.
+    void act_after_events(const Control& control, std::function<void()> action);
 
     /// Shut-down of the program.
     void close();
@@ -48,9 +55,13 @@ public:
 
 private:
     void enter(const std::function<void()>& entry);
+    void run_waiting();
 
     Scope& scope_;
     int depth_ = 0;
+    const Control* waits_on_ = nullptr; ///< what `waiting_` is done to
+    std::function<void()> waiting_;     ///< what comes after the events, if anything
+    QObject events_;                    ///< receives the event that follows them
     std::function<void()> listener_;
 };
 

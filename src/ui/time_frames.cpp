@@ -81,9 +81,12 @@ QWidget* make_trigger_frame(ScopeDriver& driver) {
             make.list(panel.trigsource, {u"Trigger source"_s, u"Input that starts each sweep"_s}));
     add_row(*grid, 1, u"Edge"_s,
             make.list(panel.trigeredge, {u"Trigger edge"_s, u"Edge that starts each sweep"_s}));
-    add_row(*grid, 2, u"H&ysteresis"_s,
-            make.slider(panel.shyst, {u"Trigger hysteresis"_s,
-                                      u"Hysteresis of the trigger level, codes 0 to 255"_s}));
+    add_row(
+        *grid, 2, u"H&ysteresis"_s,
+        // Each move waits for the reply that is on its way.
+        make.slider(panel.shyst,
+                    {u"Trigger hysteresis"_s, u"Hysteresis of the trigger level, codes 0 to 255"_s},
+                    Moves::last_of_the_waiting));
     auto* const level = new QWidget(frame);
     auto* const level_row = new QHBoxLayout(level);
     level_row->setContentsMargins(0, 0, 0, 0);

@@ -2,8 +2,6 @@
 
 #include <QEvent>
 
-#include "ui/bind.h"
-
 namespace kv408::ui {
 namespace {
 
@@ -66,10 +64,10 @@ QLineEdit* WidgetMaker::text_box(TextBox& control, const Words& words) {
     return widget;
 }
 
-QSlider* WidgetMaker::slider(Slider& control, const Words& words) {
+QSlider* WidgetMaker::slider(Slider& control, const Words& words, Moves moves) {
     auto* const widget = new QSlider(Qt::Horizontal, frame_);
     describe(*widget, words);
-    bind(widget, control, driver_);
+    bind(widget, control, driver_, moves);
     return widget;
 }
 

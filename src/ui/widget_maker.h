@@ -8,6 +8,7 @@
 #include <QSlider>
 
 #include "panel/controls.h"
+#include "ui/bind.h"
 #include "ui/scope_driver.h"
 
 namespace kv408::ui {
@@ -35,7 +36,7 @@ public:
     [[nodiscard]] QCheckBox* check(CheckBox& control, const QString& caption, const Words& words);
     [[nodiscard]] QComboBox* list(ListBox& control, const Words& words);
     [[nodiscard]] QLineEdit* text_box(TextBox& control, const Words& words);
-    [[nodiscard]] QSlider* slider(Slider& control, const Words& words);
+    [[nodiscard]] QSlider* slider(Slider& control, const Words& words, Moves moves = Moves::each);
     [[nodiscard]] QLabel* label(Label& control, const Words& words);
 
     /// The frame.

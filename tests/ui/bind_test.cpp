@@ -27,6 +27,8 @@ private Q_SLOTS:
     void a_read_only_box_only_shows();
     void a_label_shows_caption_colours_and_visibility();
     void a_slider_goes_both_ways();
+    void of_moves_that_wait_the_last_one_counts();
+    void what_comes_after_a_move_finds_it_done();
     void tabs_come_go_and_are_chosen();
     void a_menu_entry_presses_its_button();
     void a_menu_entry_with_a_check_mark_shows_its_box();
@@ -221,6 +223,58 @@ void BindTest::a_slider_goes_both_ways() {
     control.set_value(200);
     QCOMPARE(widget.value(), 200);
     QCOMPARE(runs, 1);
+}
+
+void BindTest::of_moves_that_wait_the_last_one_counts() {
+    Entered entered;
+    Slider control("shyst", 0, 255, 10);
+    std::vector<int> values;
+    control.on_change([&] { values.push_back(control.value()); });
+    QSlider widget(Qt::Horizontal);
+    bind(&widget, control, entered.driver, Moves::last_of_the_waiting);
+    const auto press = [&widget](int times) {
+        for (int time = 0; time < times; ++time) {
+            QCoreApplication::postEvent(&widget,
+                                        new QKeyEvent(QEvent::KeyPress, Qt::Key_Right, {}));
+        }
+    };
+    press(20);
+    QTRY_COMPARE(values, std::vector<int>{30});
+    // What is pressed while a move is being handled waits in its turn.
+    control.on_change([&] {
+        values.push_back(control.value());
+        if (values.size() == 2) {
+            press(5);
+        }
+    });
+    press(1);
+    QTRY_COMPARE(values, (std::vector<int>{30, 31, 36}));
+    QCOMPARE(widget.value(), 36);
+}
+
+void BindTest::what_comes_after_a_move_finds_it_done() {
+    Entered entered;
+    Slider first("shyst", 0, 255, 10);
+    Slider second("persist", 0, 255, 10);
+    QSlider first_widget(Qt::Horizontal);
+    QSlider second_widget(Qt::Horizontal);
+    bind(&first_widget, first, entered.driver, Moves::last_of_the_waiting);
+    bind(&second_widget, second, entered.driver, Moves::last_of_the_waiting);
+    first_widget.setValue(50);
+    QCOMPARE(first.value(), 10);
+    int seen = 0;
+    entered.driver.act([&] { seen = first.value(); });
+    QCOMPARE(seen, 50);
+    first_widget.setValue(60);
+    second_widget.setValue(70);
+    QCOMPARE(first.value(), 60);
+    QCOMPARE(second.value(), 10);
+    entered.driver.tick();
+    QCOMPARE(second.value(), 70);
+    // A control that has gone to another value since is not set back.
+    entered.driver.act([&] { second.set_value(80); });
+    QCoreApplication::processEvents();
+    QCOMPARE(second.value(), 80);
 }
 
 void BindTest::tabs_come_go_and_are_chosen() {

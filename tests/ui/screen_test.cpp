@@ -50,6 +50,7 @@ private Q_SLOTS:
     void a_level_above_the_signal_waits();
     void the_edge_turns_the_picture_over();
     void each_source_keeps_its_level_and_hysteresis();
+    void hysteresis_moves_that_wait_are_one();
     void a_time_out_goes_with_the_next_set_up();
     void a_typed_delay_is_held_in_range();
     void the_additional_delay_moves_the_trigger_time();
@@ -156,6 +157,24 @@ void ScreenTest::each_source_keeps_its_level_and_hysteresis() {
     QCOMPARE(static_cast<int>(simulator::word_argument(first, 0)), 2048 + 40);
     QCOMPARE(static_cast<int>(first.arguments[2]), 1);
     QCOMPARE(static_cast<int>(first.arguments[3]), 15);
+}
+
+// Each move that reaches the program waits a tenth of a second and more for the reply on its way.
+void ScreenTest::hysteresis_moves_that_wait_are_one() {
+    ProgramOnBench on;
+    QVERIFY(on.run_until_sweeping());
+    QWidget& hysteresis = *on.widget("shyst");
+    constexpr int moves = 20;
+    for (int move = 0; move < moves; ++move) {
+        for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+            QCoreApplication::postEvent(&hysteresis, new QKeyEvent(type, Qt::Key_Right, {}));
+        }
+    }
+    const std::size_t from = on.log.frames.size();
+    const auto before = on.clock.now();
+    QTRY_COMPARE(on.panel().shyst.value(), 10 + moves);
+    QVERIFY(on.clock.now() - before < std::chrono::seconds(1));
+    QTRY_COMPARE(static_cast<int>(on.first(8, from).arguments[3]), 10 + moves);
 }
 
 void ScreenTest::a_time_out_goes_with_the_next_set_up() {
