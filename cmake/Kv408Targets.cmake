@@ -47,6 +47,12 @@ function(kv408_tests folder)
   target_link_libraries(test_${folder} PRIVATE kv408_options ${ARGN} GTest::gmock GTest::gtest_main)
   target_include_directories(test_${folder} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
   kv408_use_precompiled(test_${folder} gtest)
+  if(NOT CMAKE_CROSSCOMPILING)
+    # Goes between ctest and the program: ./test has run all of its tests in one process already.
+    set_target_properties(test_${folder} PROPERTIES
+      CROSSCOMPILING_EMULATOR ${CMAKE_SOURCE_DIR}/tests/support/one_test)
+    set_property(GLOBAL APPEND PROPERTY kv408_test_programs $<TARGET_FILE:test_${folder}>)
+  endif()
   gtest_discover_tests(test_${folder} TEST_PREFIX ${KV408_TEST_PREFIX}${folder}.
                        DISCOVERY_TIMEOUT 60)
 endfunction()
