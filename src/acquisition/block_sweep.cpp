@@ -65,6 +65,7 @@ void BlockSweep::take_block(int channel) {
     }
     acquisition_.ready[static_cast<std::size_t>(channel - 1)] = true;
     acquisition_.fresh[static_cast<std::size_t>(channel - 1)] = true;
+    acquisition_.data.take_sweep(clock_.now());
     rearm(channel);
 }
 
@@ -96,6 +97,7 @@ void BlockSweep::take_short_reply(int channel, std::uint32_t count) {
     lastword_ = sample_word(rxbuffer_[count - 2], rxbuffer_[count - 1], block_high_byte_limit);
     if (lastword_ == block_waiting_word) {
         show_status(panel_.textstatus, status::waiting_for_trigger);
+        acquisition_.data.take_answer(clock_.now());
         rearm(channel);
     }
 }

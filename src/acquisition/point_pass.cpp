@@ -9,7 +9,7 @@
 namespace kv408 {
 namespace {
 
-constexpr int points_a_pass = 640;
+constexpr int points_a_pass = DataWatch::points_a_pass;
 constexpr const char* pass_state = "scope";
 
 /// What one channel's samples are taken with.
@@ -45,15 +45,22 @@ void PointPass::sdisplay1ghzt() {
         return;
     }
     const auto before = conversions(panel_, channels_);
+    acquisition_.data.begin_pass(start);
+    const std::uint32_t step = acquisition_.steps;
     int index = 1;
     for (; index <= points_a_pass; ++index) {
         messages_.process_pending();
+        if (acquisition_.steps != step) {
+            // Under a dialog that a person opened the sweep has gone on without this pass.
+            return;
+        }
         if (acquisition_.scopestate != pass_state) {
             break;
         }
         const Outcome outcome = take_point(index, enabled);
         if (outcome == Outcome::waiting) {
             show_status(panel_.textstatus, status::waiting_for_trigger);
+            acquisition_.data.take_answer(clock_.now());
             return;
         }
         if (outcome == Outcome::failed) {
@@ -62,14 +69,18 @@ void PointPass::sdisplay1ghzt() {
         screen_.refreshCH1(index);
         screen_.refreshCH2(index);
         show_progress(index, start);
+        acquisition_.data.take_point(clock_.now(), index);
         if (both) {
             acquisition_.ready = {true, true};
         }
         screen_.set_newest_point(index);
         screen_.draw(draw_flags::all);
     }
-    if (index > points_a_pass && !both) {
-        acquisition_.ready[enabled[0] ? 0 : 1] = true;
+    if (index > points_a_pass) {
+        acquisition_.data.take_sweep(clock_.now());
+        if (!both) {
+            acquisition_.ready[enabled[0] ? 0 : 1] = true;
+        }
     }
     if (index > points_a_pass && conversions(panel_, channels_) == before) {
         acquisition_.fresh = enabled;

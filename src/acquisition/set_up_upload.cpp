@@ -15,10 +15,11 @@ SweepRequest sweep_request(const FrontPanel& panel, int channel) {
 
 bool SetUpUpload::setscope8ghz() {
     if (!send_time_base()) {
-        boxes_.show({.text = "Error setting scope"});
+        boxes_.show({.text = "Error setting scope", .link_failure = true});
         return false;
     }
     note_delays();
+    acquisition_.data.take_set_up(clock_.now());
     if (acquisition_.pointmode) {
         return false;
     }

@@ -28,7 +28,8 @@ bool StartUp::connect() {
                      "<Retry>!",
              .buttons = MessageButtons::retry_cancel,
              .icon = MessageIcon::exclamation,
-             .details = link_.diagnosis()});
+             .details = link_.diagnosis(),
+             .holds_sweep = true});
         if (answer != MessageAnswer::retry) {
             end_program(program_);
         }

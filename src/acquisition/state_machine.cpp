@@ -22,6 +22,7 @@ void StateMachine::Timer1_Timer(bool exchange_under_way) {
     }
     screen_stale_ |= count_holdoff_down();
     show_date();
+    show_age();
     // While the picture waits for data or for a set-up, level and offsets may have been changed.
     screen_.show_labels();
     if (exchange_under_way) {
@@ -102,6 +103,7 @@ void StateMachine::leave_for(const char* state) {
 }
 
 void StateMachine::act_on_state() {
+    ++acquisition_.steps;
     // A copy: the actions change the state word.
     const std::string state = acquisition_.scopestate;
     if (state == "startscope") {
@@ -175,6 +177,24 @@ void StateMachine::show_date() {
     std::snprintf(text.data(), text.size(), "%02d:%02d:%02d, %02d.%02d.%02d", time.hour,
                   time.minute, time.second, time.day, time.month, time.year % 100);
     panel_.lbldate.set_caption(text.data());
+}
+
+void StateMachine::show_age() {
+    const bool sweeps = acquisition_.acqrunning && acquisition_.scopestate != "calibrationint" &&
+                        (panel_.channel[0].enable.checked() || panel_.channel[1].enable.checked());
+    DataWatch& data = acquisition_.data;
+    data.look(clock_.now(), {.sweeps = sweeps, .by_points = acquisition_.pointmode});
+    const auto silence = data.silence();
+    if (silence) {
+        std::string text = "No data for ";
+        text += std::to_string(silence->count());
+        text += " s";
+        panel_.nodata.set_caption(std::move(text));
+    }
+    panel_.nodata.set_visible(silence.has_value());
+    panel_.picture1.set_dimmed(silence.has_value());
+    // While the plot is empty the results are of what it showed before.
+    panel_.picmeasure.set_dimmed(silence.has_value() || traces_withheld(panel_, acquisition_));
 }
 
 bool StateMachine::redraw_due() const {

@@ -75,6 +75,8 @@ private:
     /// Goes to `state`; a linearity calibration that this breaks off is told.
     void leave_for(const char* state);
     void show_date();
+    /// Tells where no data come, and which data are old.
+    void show_age();
     [[nodiscard]] bool redraw_due() const;
     void redraw();
 

@@ -152,7 +152,9 @@ bool SettingsFile::take_first_annotation(std::string_view value) {
 void SettingsFile::tell_line(int line, const std::string& help) {
     std::string text = "Error while reading configuration file in line ";
     text += std::to_string(line);
-    host_.boxes.show({.text = text, .icon = MessageIcon::exclamation, .informative = help});
+    // The settings are taken over in part.
+    host_.boxes.show(
+        {.text = text, .icon = MessageIcon::exclamation, .informative = help, .holds_sweep = true});
 }
 
 bool SettingsFile::setConfigVal(std::string_view key, std::string_view value) {
@@ -200,7 +202,9 @@ void SettingsFile::tell_failure(const Outcome& outcome) {
     }
     std::string text = "The settings could not be saved. ";
     text.append(text_of_path(outcome.path)).append(": ").append(outcome.result.reason);
-    host_.boxes.show({.text = text, .icon = MessageIcon::critical});
+    // Ahead of the start and from the end on there is no sweep that could go on.
+    host_.boxes.show(
+        {.text = text, .icon = MessageIcon::critical, .holds_sweep = !keeping_ || saved_at_end_});
 }
 
 void SettingsFile::loadconfig_Click() {

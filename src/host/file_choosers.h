@@ -18,8 +18,8 @@ struct FileQuestion {
     std::filesystem::path folder = {}; ///< the folder shown first, empty for the usual one
 };
 
-/// Asks the user for files and folders, each in a modal dialog. While one is open the window's
-/// timer goes on ticking.
+/// Asks the user for files and folders, each in a dialog. While one is open nothing else of the
+/// program's windows can be operated but its end, and the window's timer goes on ticking.
 class FileChoosers {
 public:
     virtual ~FileChoosers() = default;

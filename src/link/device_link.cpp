@@ -98,7 +98,8 @@ bool DeviceLink::select_and_open() {
     if (state_.numdevices < 1) {
         boxes_.show({.text = "ERROR!!! No attached device is found!!!",
                      .informative = "Connect the instrument to a USB port of this computer.",
-                     .details = diagnosis()});
+                     .details = diagnosis(),
+                     .holds_sweep = true});
         return false;
     }
     cmbDevice_.set_enabled(true);
@@ -135,7 +136,9 @@ void DeviceLink::opendevice() {
 void DeviceLink::set_link_speed() {
     keep(bridge_.SI_SetBaudRate(state_.devhandle, link_speed_baud));
     if (state_.commstatus != si_success) {
-        boxes_.show({.text = "error seting baud rate", .informative = bridge_.trouble()});
+        boxes_.show({.text = "error seting baud rate",
+                     .informative = bridge_.trouble(),
+                     .holds_sweep = true});
     }
 }
 
@@ -164,7 +167,7 @@ bool DeviceLink::checkdevice() {
         return false;
     }
     if (reply[0] != acknowledge_byte) {
-        boxes_.show({.text = "Buffer(0) <> 6"});
+        boxes_.show({.text = "Buffer(0) <> 6", .holds_sweep = true});
         return false;
     }
     note_answer();
@@ -191,6 +194,9 @@ void DeviceLink::sendcommand(std::int16_t command, const CommandArguments& argum
 bool DeviceLink::sendcmdack(std::int16_t command, const CommandArguments& arguments,
                             std::int16_t& retries, std::uint32_t timeout_ms,
                             std::string_view label) {
+    if (program_.given_up) {
+        return false;
+    }
     keep(bridge_.SI_SetTimeouts(timeout_ms, timeout_ms));
     do {
         --retries;
@@ -214,10 +220,11 @@ bool DeviceLink::sendcmdack(std::int16_t command, const CommandArguments& argume
 }
 
 void DeviceLink::acknowledge_missing(std::string_view label) {
-    ++state_.silences;
     const bool timed_out = state_.commstatus == si_read_timed_out;
-    boxes_.show({.text = std::string(label) + (timed_out ? "Comm timed out" : "CommError")});
-    boxes_.show({.text = "Error Sending Data."});
+    state_.asked_in_vain = true;
+    boxes_.show({.text = std::string(label) + (timed_out ? "Comm timed out" : "CommError"),
+                 .link_failure = true});
+    boxes_.show({.text = "Error Sending Data.", .link_failure = true});
 }
 
 bool DeviceLink::send_setup(std::int16_t command, std::string_view label) {
@@ -293,32 +300,39 @@ bool DeviceLink::unheard_for_long() const {
 /// True when nothing was heard for long before.
 bool DeviceLink::note_answer() {
     const bool after_silence = unheard_for_long();
-    if (after_silence) {
+    if (after_silence || state_.asked_in_vain) {
         ++state_.silences;
     }
+    state_.asked_in_vain = false;
     state_.heard_at = clock_.now();
     return after_silence;
 }
 
 void DeviceLink::note_silence() {
     ++state_.silences;
+    state_.asked_in_vain = true;
     state_.gone = state_.gone || unheard_for_long();
 }
 
 bool DeviceLink::is_back() {
+    if (state_.asked_in_vain) {
+        ++state_.silences;
+        state_.asked_in_vain = false;
+    }
     state_.set_up_again = std::exchange(state_.gone, false);
     return state_.set_up_again;
 }
 
 bool DeviceLink::may_have_been_off(std::uint32_t silences) const {
-    return state_.silences != silences || unheard_for_long();
+    const bool silent = state_.asked_in_vain && unheard_for_long();
+    return !silent && (state_.silences != silences || unheard_for_long());
 }
 
 void DeviceLink::end_with(const std::string& text, const std::string& advice) {
     if (program_.keep_settings) {
         program_.keep_settings();
     }
-    boxes_.show({.text = text, .informative = advice, .details = diagnosis()});
+    boxes_.show({.text = text, .informative = advice, .details = diagnosis(), .holds_sweep = true});
     end_program(program_);
 }
 

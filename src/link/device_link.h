@@ -26,9 +26,11 @@ struct LinkState {
     std::int16_t retrycount = 0;   ///< attempts of the start-up check; 0 after an acknowledge
     CommandArguments cmdargs = {}; ///< argument bytes, kept from one command to the next
     /// How often the instrument may have been off, and so have lost what it was set up to: it left
-    /// a request or a command unanswered, or was asked nothing for long.
+    /// a request unanswered, or it answered after it had left a command unanswered or had been
+    /// asked nothing for long.
     std::uint32_t silences = 0;
     std::chrono::nanoseconds heard_at{0}; ///< when the instrument last answered
+    bool asked_in_vain = false; ///< it has left something unanswered since it last answered
     /// It may have been off while requests or commands were left unanswered for long, and has not
     /// been set up anew since.
     bool gone = false;
@@ -84,7 +86,8 @@ public:
 
     /// Sends a frame and waits for the acknowledge, at most `retries` times (at least once),
     /// `timeout_ms` each; counts `retries` down. False, after two messages of which the first
-    /// begins with `label`, when none came.
+    /// begins with `label`, when none came; and at once, with nothing sent or told, in an exchange
+    /// that the user has given up.
     bool sendcmdack(std::int16_t command, const CommandArguments& arguments, std::int16_t& retries,
                     std::uint32_t timeout_ms, std::string_view label);
 
@@ -117,7 +120,8 @@ public:
     void note_silence();
 
     /// Whether the instrument may have been off since its `silences` were so many. Off for less
-    /// than two seconds counts only where it left something unanswered.
+    /// than two seconds counts only where it left something unanswered. While it leaves everything
+    /// unanswered for longer than that, nobody knows: it is judged by when it answers again.
     [[nodiscard]] bool may_have_been_off(std::uint32_t silences) const;
 
     /// To be asked when the reply to a request for samples comes. True once after the instrument

@@ -21,7 +21,7 @@
 
 namespace kv408 {
 
-/// What every kind of control has: a name, whether it can be used and seen, its colours, and the
+/// What every kind of control has: a name, whether it can be used and seen and how, and the
 /// window's ear.
 class Control {
 public:
@@ -51,6 +51,10 @@ public:
     [[nodiscard]] std::optional<Colour> back_colour() const { return back_colour_; }
     void set_back_colour(Colour colour) { show(back_colour_, std::optional(colour)); }
 
+    /// Whether what it shows is older than it looks: the window shows it fainter.
+    [[nodiscard]] bool dimmed() const { return dimmed_; }
+    void set_dimmed(bool dimmed) { show(dimmed_, dimmed); }
+
     /// Sets the one listener (the window) that is told after anything visible has changed. It must
     /// only show: it may not set the control.
     void on_shown(std::function<void()> listener) { listener_ = std::move(listener); }
@@ -78,6 +82,7 @@ private:
     std::string name_;
     bool enabled_ = true;
     bool visible_ = true;
+    bool dimmed_ = false;
     std::optional<Colour> fore_colour_;
     std::optional<Colour> back_colour_;
     std::function<void()> listener_;

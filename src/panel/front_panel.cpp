@@ -11,6 +11,9 @@ FrontPanel::FrontPanel() {
     delaytrttdis.set_text("0");
     avglabel.set_caption("Filter Avg.");
     avglabel.set_visible(false);
+    nodata.set_visible(false);
+    nodata.set_back_colour(rgb(255, 208, 128));
+    nodata.set_fore_colour(rgb(0, 0, 0));
     trigertext.set_caption("T");
     slider1.set_range(0, plot::wheel_span);
     slider1.set_Value(512);

@@ -67,6 +67,7 @@ struct FrontPanel {
     // Status frame and the buttons under it.
     ListBox device{"cmbDevice"};           ///< attached devices by serial number
     TextBox textstatus{"textstatus"};      ///< acquisition status, its colour tells the state
+    Label nodata{"lblNoData"};             ///< for how long no data have come
     Button cmdstartsweep{"cmdstartsweep"}; ///< Start
     Button cmdstop{"cmdstop"};             ///< Stop
     Button snapshot{"Command1"};           ///< Snapshot

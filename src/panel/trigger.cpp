@@ -123,7 +123,7 @@ void Trigger::settriger() {
         }
     }
     if (!done) {
-        boxes_.show({.text = "error set triger"});
+        boxes_.show({.text = "error set triger", .link_failure = true});
     }
 }
 

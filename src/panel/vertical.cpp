@@ -56,8 +56,9 @@ void Vertical::fill_lists() {
 
 void Vertical::vdiv_Click(int channel) {
     ChannelState& state = channels_[static_cast<std::size_t>(channel)];
-    if (!set_scale(channel) || !send_gain(channel)) {
-        boxes_.show({.text = "Error Vold/div set"});
+    const bool known = set_scale(channel);
+    if (!known || !send_gain(channel)) {
+        boxes_.show({.text = "Error Vold/div set", .link_failure = known});
         return;
     }
     state.offsetdac = offset_code(state);
@@ -121,8 +122,13 @@ bool Vertical::send_gain(int channel) {
     }
     fill_gain(link_.cmdargs(), gain);
     if (!link_.send_setup(command::set_amplifier_gain, gain_labels[index])) {
-        // The instrument may have taken the frame and only its answer may be lost.
-        acknowledged_gain_ = {unknown_gain, unknown_gain};
+        // The instrument may have taken the frame and only its answer may be lost. Either way a
+        // range that the frame repeats is as it was.
+        for (std::size_t each = 0; each < gain.size(); ++each) {
+            if (gain.at(each) != acknowledged_gain_.at(each)) {
+                acknowledged_gain_.at(each) = unknown_gain;
+            }
+        }
         return false;
     }
     acknowledged_gain_ = gain;

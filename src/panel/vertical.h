@@ -75,7 +75,7 @@ private:
     DeviceLink& link_;
     Screen& screen_;
     MessageBoxes& boxes_;
-    /// The ranges that the instrument last acknowledged; 0 after a frame that it did not.
+    /// The ranges that the instrument last acknowledged; 0 where a frame with another one was not.
     std::array<std::int16_t, 2> acknowledged_gain_ = {high_gain, high_gain};
     /// `silences` of the link at that time. An instrument that was off since stands in the range
     /// that it wakes with.

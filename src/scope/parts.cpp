@@ -3,8 +3,10 @@
 namespace kv408 {
 
 Parts::Parts(const Machine& machine)
-    : clock(machine.clock), boxes(machine.boxes, program), messages(machine.messages, program),
-      files(machine.files), choosers(machine.choosers, program), places(machine.places),
+    : clock(machine.clock), ending_boxes(machine.boxes, program),
+      boxes(ending_boxes, program, acquisition, entries), messages(machine.messages, program),
+      files(machine.files), ending_choosers(machine.choosers, program),
+      choosers(ending_choosers, entries), places(machine.places),
       link(machine.bridge, clock, boxes, program, panel.device),
       picture({.panel = panel,
                .samples = samples,
@@ -176,6 +178,7 @@ void Parts::connect_acquisition() {
     panel.cmdstartsweep.on_click([this] { state_machine.cmdstartsweep_Click(); });
     panel.cmdstop.on_click([this] { state_machine.cmdstop_Click(); });
     panel.menuexit.on_click([this] { start_up.MenuExit_Click(); });
+    boxes.on_stop([this] { panel.cmdstop.click(); });
 }
 
 void Parts::connect_settings() {

@@ -23,6 +23,7 @@
 #include "panel/trigger.h"
 #include "panel/vertical.h"
 #include "scope/scope.h"
+#include "scope/sweep_dialogs.h"
 #include "state/calibration_record.h"
 #include "state/display_settings.h"
 #include "state/measurement_state.h"
@@ -48,13 +49,18 @@ struct Parts {
     DisplaySettings settings;
     CalibrationRecord calibration = default_calibration;
     FrontPanel panel;
+    /// Entries into the program that have not returned yet; those that wait for a person's dialog,
+    /// and those around them, do not count.
+    int entries = 0;
 
     // What the program needs of its machine.
     Clock& clock;
-    EndingMessageBoxes boxes;
+    EndingMessageBoxes ending_boxes;
+    SweepMessageBoxes boxes;
     EndingWindowMessages messages;
     Files& files;
-    EndingFileChoosers choosers;
+    EndingFileChoosers ending_choosers;
+    SweepFileChoosers choosers;
     Places places;
 
     // The subsystems.
@@ -78,9 +84,6 @@ struct Parts {
     SettingsFile settings_file;
     StartUp start_up;
     Calibration frmcalibration;
-
-    /// Entries into the program that have not returned yet.
-    int entries = 0;
 
 private:
     void connect_channel(int channel);

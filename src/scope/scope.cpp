@@ -1,20 +1,31 @@
 #include "scope/scope.h"
 
+#include <utility>
+
 #include "scope/parts.h"
 
 namespace kv408 {
 namespace {
 
-/// Counts one entry into the program for as long as it lasts.
+/// Counts one entry into the program for as long as it lasts. It begins an exchange that nobody has
+/// given up yet.
 class Entry {
 public:
-    explicit Entry(int& entries) : entries_(entries) { ++entries_; }
-    ~Entry() { --entries_; }
+    Entry(int& entries, bool& given_up)
+        : entries_(entries), given_up_(given_up), around_(std::exchange(given_up, false)) {
+        ++entries_;
+    }
+    ~Entry() {
+        --entries_;
+        given_up_ = around_;
+    }
     Entry(const Entry&) = delete;
     Entry& operator=(const Entry&) = delete;
 
 private:
     int& entries_;
+    bool& given_up_;
+    bool around_; ///< whether the exchange was given up that this entry fell into
 };
 
 } // namespace
@@ -37,7 +48,7 @@ void Scope::act(const std::function<void()>& action) {
     if (ended()) {
         return;
     }
-    const Entry entry(parts_->entries);
+    const Entry entry(parts_->entries, parts_->program.given_up);
     try {
         action();
     } catch (const ProgramEnded&) {

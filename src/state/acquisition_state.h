@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <string>
 
+#include "state/data_watch.h"
+
 namespace kv408 {
 
 /// What the timer's state machine and its requesters share.
@@ -12,6 +14,7 @@ struct AcquisitionState {
     /// The state word: "Idle" (does nothing), "idle", "startscope", "scope", "scopech1f",
     /// "scopech2f", "calibrationint", "changes", "changes1", "stoped".
     std::string scopestate;
+    std::uint32_t steps = 0;  ///< ticks that have acted on the state word
     std::string laststate;    ///< the last sweep state executed, or "changes" after a range change
     bool acqrunning = false;  ///< acquisition is started
     bool stoprequest = false; ///< Stop was pressed
@@ -24,6 +27,7 @@ struct AcquisitionState {
     /// A complete sweep of the channel has come since what it is taken with (range, inversion) was
     /// changed last and since the last set-up, which every change of the record in use brings.
     std::array<bool, 2> fresh = {};
+    DataWatch data; ///< whether data still come
     std::array<std::int32_t, 2> offset =
         {}; ///< `ch1offset`, `ch2offset`: time-base offsets, picoseconds
 

@@ -9,6 +9,9 @@ struct ProgramState {
     bool activated = false; ///< device discovery has run in this activation cycle
     bool loaded = false;    ///< start-up is complete; drawing waits for it
     bool ended = false;     ///< the program is ending: nothing more is sent or drawn
+    /// The user has given up the exchange under way: no command of it that waits for an acknowledge
+    /// is sent any more, and no failure of it is told.
+    bool given_up = false;
 
     /// Keeps what the user has set; runs before a message that ends the program is shown, so that
     /// nothing is lost while that waits for its answer. Set by whoever owns the settings.

@@ -78,6 +78,9 @@ QWidget* make_status_frame(ScopeDriver& driver) {
     grid->addWidget(device, 0, 2);
     grid->setColumnStretch(0, 1);
     grid->setColumnStretch(2, 1);
+    frame->set_note(
+        make.label(panel.nodata, {u"No data"_s, u"For how long the instrument has sent no data"_s}),
+        u"No data for 99999 s"_s);
     return frame;
 }
 

@@ -258,9 +258,14 @@ void bind(QTabBar* widget, TabStrip& control, ScopeDriver& driver) {
     keep_shown(widget, control, [&control](QTabBar& shown) { show_tabs(shown, control); });
 }
 
-void bind_appearance(QWidget* widget, Control& control) {
+void bind_appearance(QWidget* widget, Control& control, std::function<void(bool)> dim) {
     widget->setObjectName(object_name(control));
-    keep_shown(widget, control, [&control](QWidget& shown) { show_common(shown, control); });
+    keep_shown(widget, control, [&control, dim = std::move(dim)](QWidget& shown) {
+        show_common(shown, control);
+        if (dim) {
+            dim(control.dimmed());
+        }
+    });
 }
 
 } // namespace kv408::ui

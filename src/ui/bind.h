@@ -4,6 +4,8 @@
 // user does to the widget reaches the control as one entry into the program. The widget shows with
 // its signals blocked, so nothing runs in circles.
 
+#include <functional>
+
 #include <QAbstractButton>
 #include <QAction>
 #include <QCheckBox>
@@ -60,7 +62,8 @@ void bind(QSlider* widget, Slider& control, ScopeDriver& driver, Moves moves = M
 /// A strip of tabs: a choice, also of the tab that is selected already, selects in the control.
 void bind(QTabBar* widget, TabStrip& control, ScopeDriver& driver);
 
-/// Only shows name, enabled, visible and colours of `control` on `widget`.
-void bind_appearance(QWidget* widget, Control& control);
+/// Only shows name, enabled, visible and colours of `control` on `widget`; `dim`, where there is
+/// one, shows whether it is dimmed.
+void bind_appearance(QWidget* widget, Control& control, std::function<void(bool)> dim = {});
 
 } // namespace kv408::ui

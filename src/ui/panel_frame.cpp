@@ -29,6 +29,22 @@ PanelFrame::PanelFrame(QString title, QWidget* parent) : QFrame(parent), title_(
     setAccessibleName(title_);
 }
 
+void PanelFrame::set_note(QLabel* note, const QString& longest) {
+    constexpr int beside_text = 16;
+    note_ = note;
+    note->setAlignment(Qt::AlignCenter);
+    note->setFixedSize(note->fontMetrics().horizontalAdvance(longest) + beside_text,
+                       title_height - 1);
+}
+
+void PanelFrame::resizeEvent(QResizeEvent* event) {
+    QFrame::resizeEvent(event);
+    if (note_ != nullptr) {
+        constexpr int from_top = 3;
+        note_->move(width() - side_margin - note_->width(), from_top);
+    }
+}
+
 void PanelFrame::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QFrame>
+#include <QLabel>
 
 namespace kv408::ui {
 
@@ -14,11 +15,16 @@ public:
     /// The title.
     [[nodiscard]] const QString& title() const { return title_; }
 
+    /// Puts `note`, a child of the frame, to the right of the title, wide enough for `longest`.
+    void set_note(QLabel* note, const QString& longest);
+
 protected:
+    void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:
     QString title_;
+    QLabel* note_ = nullptr;
 };
 
 } // namespace kv408::ui

@@ -41,6 +41,13 @@ void PlotWidget::set_scale(int scale) {
     update();
 }
 
+void PlotWidget::set_dimmed(bool dimmed) {
+    if (dimmed_ != dimmed) {
+        dimmed_ = dimmed;
+        update();
+    }
+}
+
 int PlotWidget::scale_for(QSizeF room, qreal ratio) {
     const double across = room.width() * ratio / plot::box_width;
     const double down = room.height() * ratio / plot::box_height;
@@ -100,6 +107,12 @@ void PlotWidget::paintEvent(QPaintEvent* event) {
     const QRect target(plot::left * scale_, plot::top * scale_, surface_.width() * scale_,
                        surface_.height() * scale_);
     painter.drawImage(target, image_of(surface_));
+    if (dimmed_) {
+        constexpr int veil_alpha = 160;
+        QColor veil = palette().color(QPalette::Window);
+        veil.setAlpha(veil_alpha);
+        painter.fillRect(target, veil);
+    }
 }
 
 } // namespace kv408::ui

@@ -21,6 +21,10 @@ public:
     /// Sets the scale, 1 or more, and the widget's size with it.
     void set_scale(int scale);
 
+    /// Shows the picture faint, as one that is old, or as it is. The picture itself does not
+    /// change.
+    void set_dimmed(bool dimmed);
+
     /// The largest scale at which the plot box fits into `room` (at least 1) where a unit of the
     /// window has `ratio` device pixels.
     [[nodiscard]] static int scale_for(QSizeF room, qreal ratio);
@@ -47,6 +51,7 @@ private:
 
     const Surface& surface_;
     int scale_ = 1;
+    bool dimmed_ = false;
     Columns pending_;
     QTimer pause_; ///< runs after a painting until the next one may follow
 };

@@ -3,6 +3,9 @@
 #include <QDir>
 #include <QStringList>
 
+#include "ui/dialog_run.h"
+#include "ui/input_block.h"
+
 namespace kv408::ui {
 namespace {
 
@@ -33,7 +36,7 @@ QStringList name_filters(const std::string& filter) {
 } // namespace
 
 std::optional<std::filesystem::path> QtFileChoosers::open_file(const FileQuestion& question) {
-    QFileDialog dialog(window_, QString::fromStdString(question.title));
+    QFileDialog dialog(InputBlock::front_of(window_), QString::fromStdString(question.title));
     dialog.setFileMode(QFileDialog::ExistingFile);
     if (!question.folder.empty()) {
         dialog.setDirectory(QString::fromStdU16String(question.folder.u16string()));
@@ -43,7 +46,7 @@ std::optional<std::filesystem::path> QtFileChoosers::open_file(const FileQuestio
 }
 
 std::optional<std::filesystem::path> QtFileChoosers::save_file(const FileQuestion& question) {
-    QFileDialog dialog(window_, QString::fromStdString(question.title));
+    QFileDialog dialog(InputBlock::front_of(window_), QString::fromStdString(question.title));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setNameFilters(name_filters(question.filter));
@@ -53,7 +56,7 @@ std::optional<std::filesystem::path> QtFileChoosers::save_file(const FileQuestio
 }
 
 std::optional<std::filesystem::path> QtFileChoosers::choose_folder(const std::string& title) {
-    QFileDialog dialog(window_, QString::fromStdString(title));
+    QFileDialog dialog(InputBlock::front_of(window_), QString::fromStdString(title));
     dialog.setFileMode(QFileDialog::Directory);
     dialog.setOption(QFileDialog::ShowDirsOnly);
     return ask(dialog);
@@ -68,7 +71,13 @@ void QtFileChoosers::dismiss() {
 std::optional<std::filesystem::path> QtFileChoosers::ask(QFileDialog& dialog) {
     dialog.setObjectName(u"fileDialog"_s);
     open_.push_back(&dialog);
-    const bool accepted = dialog.exec() == QDialog::Accepted;
+#ifdef Q_OS_WIN
+    // The system's own dialog knows no other way.
+    dialog.exec();
+#else
+    run_over(window_, dialog);
+#endif
+    const bool accepted = dialog.result() == QDialog::Accepted;
     open_.pop_back();
     const QStringList files = dialog.selectedFiles();
     if (!accepted || files.isEmpty()) {

@@ -9,7 +9,7 @@
 
 namespace kv408::ui {
 
-/// The file dialogs on the screen, modal over the window.
+/// The file dialogs on the screen, over the window, which can only be closed meanwhile.
 class QtFileChoosers : public FileChoosers {
 public:
     /// Sets the window that the dialogs belong to; without one they stand alone.

@@ -4,6 +4,9 @@
 #include <QPushButton>
 #include <QTextEdit>
 
+#include "ui/dialog_run.h"
+#include "ui/input_block.h"
+
 namespace kv408::ui {
 namespace {
 
@@ -85,10 +88,25 @@ void add_details(QMessageBox& box, const std::string& details) {
     }
 }
 
+/// Gives `box` the further button of `message`; null where it has none.
+QPushButton* add_extra(QMessageBox& box, const Message& message) {
+    if (message.extra_button.empty()) {
+        return nullptr;
+    }
+    auto* const button =
+        box.addButton(QString::fromStdString(message.extra_button), QMessageBox::ActionRole);
+    button->setObjectName(u"extraButton"_s);
+    if (message.buttons == MessageButtons::ok) {
+        // Alone it would be pressed by Escape anyway.
+        box.setEscapeButton(QMessageBox::Ok);
+    }
+    return button;
+}
+
 } // namespace
 
 MessageAnswer QtMessageBoxes::show(const Message& message) {
-    QMessageBox box(window_);
+    QMessageBox box(InputBlock::front_of(window_));
     box.setObjectName(u"messageBox"_s);
     box.setWindowTitle(message.title.empty() ? u"Kv408"_s : QString::fromStdString(message.title));
     // The texts hold angle brackets that are no tags.
@@ -99,10 +117,14 @@ MessageAnswer QtMessageBoxes::show(const Message& message) {
     box.setIcon(icon_of(message.icon));
     box.setStandardButtons(buttons_of(message.buttons));
     box.setDefaultButton(default_button(message.buttons));
+    const QPushButton* const extra = add_extra(box, message);
     open_.push_back(&box);
-    const int result = box.exec();
+    run_over(window_, box);
     open_.pop_back();
-    return answer_of(result, message.buttons);
+    if (extra != nullptr && box.clickedButton() == extra) {
+        return MessageAnswer::extra;
+    }
+    return answer_of(box.result(), message.buttons);
 }
 
 void QtMessageBoxes::dismiss() {

@@ -9,7 +9,7 @@
 
 namespace kv408::ui {
 
-/// Message boxes on the screen, modal over the window.
+/// Message boxes on the screen, over the window, which can only be closed meanwhile.
 class QtMessageBoxes : public MessageBoxes {
 public:
     /// Sets the window that the boxes belong to; without one they stand alone.

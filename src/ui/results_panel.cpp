@@ -1,5 +1,6 @@
 #include "ui/results_panel.h"
 
+#include <QGraphicsOpacityEffect>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QPainter>
@@ -60,6 +61,20 @@ QGridLayout* make_half(QWidget* panel) {
     return grid;
 }
 
+/// Shows `results` faint, as those that are old, or as they are.
+void dim(QWidget& results, bool dimmed) {
+    if (dimmed == (results.graphicsEffect() != nullptr)) {
+        return;
+    }
+    QGraphicsOpacityEffect* faint = nullptr;
+    if (dimmed) {
+        constexpr double opacity = 0.4;
+        faint = new QGraphicsOpacityEffect(&results);
+        faint->setOpacity(opacity);
+    }
+    results.setGraphicsEffect(faint);
+}
+
 } // namespace
 
 QWidget* make_results_panel(FrontPanel& panel, QWidget* parent) {
@@ -92,7 +107,7 @@ QWidget* make_results_panel(FrontPanel& panel, QWidget* parent) {
                                      {measurement + u" of CH2"_s, u"Result of CH2"_s}),
                          row, 0);
     }
-    bind_appearance(results, panel.picmeasure);
+    bind_appearance(results, panel.picmeasure, [results](bool dimmed) { dim(*results, dimmed); });
     return results;
 }
 

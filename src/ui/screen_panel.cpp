@@ -81,7 +81,7 @@ ScreenPanel::ScreenPanel(const Surface& surface, FrontPanel& panel, QWidget* par
       footer_(make_footer(panel)), results_(make_results_panel(panel, this)),
       cursor_read_outs_(make_cursor_read_outs(panel)) {
     describe(*plot_, {u"Plot"_s, u"The traces of both channels, 10 by 8 divisions"_s});
-    bind_appearance(plot_, panel.picture1);
+    bind_appearance(plot_, panel.picture1, [this](bool dimmed) { plot_->set_dimmed(dimmed); });
     plot_->installEventFilter(this);
     make_markers(panel);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);

@@ -211,5 +211,15 @@ TEST(SendSetup, TakesTheLinksOwnArgumentsThreeTimesForASecondEach) {
     EXPECT_EQ(rig.clock.now(), std::chrono::milliseconds(3 * 1020));
 }
 
+TEST(SendCmdAck, InAnExchangeGivenUpNothingIsSentOrTold) {
+    LinkRig rig;
+    rig.open();
+    rig.program.given_up = true;
+    EXPECT_FALSE(rig.link.send_setup(command::set_trigger, " SETTRIG "));
+    EXPECT_TRUE(rig.bridge.calls.empty());
+    EXPECT_TRUE(rig.boxes.shown.empty());
+    EXPECT_EQ(rig.clock.now(), std::chrono::nanoseconds(0));
+}
+
 } // namespace
 } // namespace kv408

@@ -59,13 +59,25 @@ TEST(Silence, ARequestLeftUnansweredIsEnough) {
     EXPECT_FALSE(rig.off_since(rig.link.state().silences));
 }
 
-TEST(Silence, ACommandWithoutAcknowledgeIsEnough) {
+TEST(Silence, ACommandWithoutAcknowledgeIsJudgedByTheNextAnswer) {
     HeardRig rig;
     const std::uint32_t before = rig.link.state().silences;
     std::int16_t once = 1;
     EXPECT_FALSE(rig.link.sendcmdack(command::set_trigger, {}, once, 100, "trigger "));
+    EXPECT_FALSE(rig.off_since(before));
+    rig.hear();
     EXPECT_TRUE(rig.off_since(before));
     EXPECT_FALSE(rig.off_since(rig.link.state().silences));
+}
+
+TEST(Silence, AsLongAsNothingIsAnsweredItIsNotTakenForOff) {
+    HeardRig rig;
+    const std::uint32_t before = rig.link.state().silences;
+    rig.link.note_silence();
+    rig.clock.advance(milliseconds(2000));
+    EXPECT_FALSE(rig.off_since(before));
+    rig.hear();
+    EXPECT_TRUE(rig.off_since(before));
 }
 
 TEST(Silence, AnAcknowledgeIsAnAnswer) {

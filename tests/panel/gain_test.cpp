@@ -113,6 +113,22 @@ TEST(Gain, IsSentForEveryRangeAfterALostAcknowledge) {
     EXPECT_EQ(rig.bridge.frames(), Frames{gain_frame(1, 1)});
 }
 
+TEST(Gain, ARangeThatTheFailedFrameOnlyRepeatsIsNotSentAgain) {
+    for (const std::size_t channel : {0U, 1U}) {
+        PanelRig rig;
+        start_in_low_gain(rig);
+        rig.bridge.on_frame = nullptr;
+        PanelRig::choose(rig.panel.channel[channel].vdiv, "50mV");
+        rig.forget();
+        rig.acquisition.scopestate = "startscope";
+        rig.vertical.vdiv_Click(static_cast<int>(1 - channel));
+        EXPECT_TRUE(rig.bridge.frames().empty());
+        EXPECT_TRUE(rig.boxes.shown.empty());
+        rig.vertical.vdiv_Click(static_cast<int>(channel));
+        EXPECT_EQ(rig.bridge.frames().size(), 3U) << "what was not acknowledged is";
+    }
+}
+
 TEST(Gain, ARepeatedFrameWaitsForTheReplyInProgress) {
     PanelRig rig;
     rig.bridge.on_frame = nullptr;

@@ -198,7 +198,7 @@ std::vector<FaultScenario> changing_ranges() {
              .codes = std::vector<int>{9} + set_up_codes,
              .operations = idle_operations + an_acknowledged + set_up_operations,
              .sweeps_on = true,
-             .gain_senders = {1, 1, 2}},
+             .gain_senders = {1}},
             {.name = "RangeOfChannel2Running",
              .states = "changes, startscope",
              .prepare = sweep,
@@ -207,7 +207,7 @@ std::vector<FaultScenario> changing_ranges() {
              .codes = std::vector<int>{9} + set_up_codes,
              .operations = idle_operations + an_acknowledged + set_up_operations,
              .sweeps_on = true,
-             .gain_senders = {2, 1, 2}},
+             .gain_senders = {2}},
             {.name = "RangeOfChannel1Stopped",
              .states = "stoped",
              .prepare = stop,
@@ -330,7 +330,7 @@ FaultScenario guided() {
             .operations = 2 * idle_operations + an_acknowledged + 1 + an_acknowledged +
                           set_up_operations + 2 * a_block,
             .sweeps_on = true,
-            .gain_senders = {1, 2, 1, 2, 1, 2}};
+            .gain_senders = {1, 2}};
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <map>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -33,7 +34,7 @@ inline const std::string not_sent = "Error Sending Data.";
 class WireReader {
 public:
     /// `gain_senders` are the channels whose controls send amplifier-gain frames first, in order;
-    /// then set-ups do, for channel 2 where the frame for channel 1 was not acknowledged.
+    /// then set-ups do, for each channel whose frame was not acknowledged.
     explicit WireReader(std::vector<int> gain_senders) : gain_senders_(std::move(gain_senders)) {}
 
     /// The messages that the operations from `first` on must have brought.
@@ -101,7 +102,7 @@ private:
         const int code = operation.bytes.at(1);
         EXPECT_TRUE(attempts_ == 0 || code == code_) << "another command before the third attempt";
         EXPECT_NE(code, forbidden_) << "sent although the command before it failed";
-        set_up_sender_ = code == 9 ? set_up_sender_ : 1;
+        tried_ = code == 9 ? tried_ : 0;
         forbidden_ = 0;
         written_ = operation.ended;
         code_ = code;
@@ -123,10 +124,10 @@ private:
         if (checking_) {
             take_check(timed_out, byte == 6);
         } else if (operation.status == si_success && byte == 6) {
-            finish_command();
+            finish_command(true);
         } else if (attempts_ == 3) {
             tell_missing(timed_out);
-            finish_command();
+            finish_command(false);
         }
     }
 
@@ -140,19 +141,37 @@ private:
         tell_unless(right && !timed_out, told::retry);
     }
 
-    void finish_command() {
+    void finish_command(bool acknowledged) {
         attempts_ = 0;
-        gains_sent_ += code_ == 9 ? 1 : 0;
+        if (code_ != 9) {
+            return;
+        }
+        const int sender = gain_sender();
+        if (acknowledged) {
+            // The frame holds the ranges of both.
+            open_.clear();
+        } else if (gains_sent_ < gain_senders_.size()) {
+            open_.insert(sender);
+        } else {
+            tried_ = sender;
+        }
+        ++gains_sent_;
+    }
+
+    /// The channel that the gain frame under way is sent for.
+    [[nodiscard]] int gain_sender() const {
+        if (gains_sent_ < gain_senders_.size()) {
+            return gain_senders_.at(gains_sent_);
+        }
+        const auto next = open_.upper_bound(tried_);
+        return next != open_.end() ? *next : tried_ + 1;
     }
 
     void tell_missing(bool timed_out) {
         const auto& [label, consequence, next] = codes_with_acknowledge().at(code_);
         std::string text = label;
         if (code_ == 9) {
-            const bool in_set_up = gains_sent_ >= gain_senders_.size();
-            const int sender = in_set_up ? set_up_sender_ : gain_senders_.at(gains_sent_);
-            text = sender == 1 ? "_SET AMP GAIN_" : " SET AMP GAIN ";
-            set_up_sender_ = 2;
+            text = gain_sender() == 1 ? "_SET AMP GAIN_" : " SET AMP GAIN ";
         }
         told_.push_back(text + (timed_out ? "Comm timed out" : "CommError"));
         told_.push_back(told::not_sent);
@@ -182,7 +201,8 @@ private:
 
     std::vector<int> gain_senders_;
     std::size_t gains_sent_ = 0; ///< gain commands that were acknowledged or given up
-    int set_up_sender_ = 1;      ///< channel whose control sends a set-up's next gain command
+    std::set<int> open_;         ///< channels whose frame was not acknowledged
+    int tried_ = 0;              ///< channel whose frame this set-up has sent in vain, 0 for none
     std::vector<std::string> told_;
     std::chrono::milliseconds time_out_{0}; ///< that was asked for last
     std::chrono::nanoseconds written_{0};   ///< when the last command was

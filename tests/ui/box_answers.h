@@ -7,6 +7,16 @@
 
 namespace kv408::ui {
 
+/// The message box that is open now, null without one.
+inline QMessageBox* open_box() {
+    for (QWidget* const widget : QApplication::topLevelWidgets()) {
+        if (auto* const box = qobject_cast<QMessageBox*>(widget); box && box->isVisible()) {
+            return box;
+        }
+    }
+    return nullptr;
+}
+
 /// Answers every message box that opens while it lives, as a person does who agrees, and keeps what
 /// they said.
 class BoxAnswers {
@@ -22,17 +32,15 @@ public:
 
 private:
     void answer() {
-        for (QWidget* const widget : QApplication::topLevelWidgets()) {
-            auto* const box = qobject_cast<QMessageBox*>(widget);
-            if (box == nullptr || !box->isVisible()) {
-                continue;
-            }
-            texts.append(box->text());
-            for (const QMessageBox::StandardButton button : agree) {
-                if (box->button(button) != nullptr) {
-                    box->button(button)->click();
-                    return;
-                }
+        QMessageBox* const box = open_box();
+        if (box == nullptr) {
+            return;
+        }
+        texts.append(box->text());
+        for (const QMessageBox::StandardButton button : agree) {
+            if (box->button(button) != nullptr) {
+                box->button(button)->click();
+                return;
             }
         }
     }

@@ -342,7 +342,7 @@ void CalibrationTest::enter_is_no_where_a_calibration_would_be_lost() {
     QVERIFY(on.open());
     int asked = 0;
     QTimer::singleShot(0, qApp, [&asked] {
-        auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        auto* const box = open_box();
         if (box == nullptr) {
             return;
         }

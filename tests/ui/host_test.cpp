@@ -9,6 +9,7 @@
 #include <QTextEdit>
 #include <QTimer>
 
+#include "box_answers.h"
 #include "program_on_bench.h"
 #include "ui/qt_message_boxes.h"
 #include "ui/qt_window_messages.h"
@@ -17,16 +18,6 @@ namespace kv408::ui {
 namespace {
 
 using namespace Qt::StringLiterals;
-
-/// The message box that is open now, null without one.
-QMessageBox* open_box() {
-    for (QWidget* const widget : QApplication::topLevelWidgets()) {
-        if (auto* const box = qobject_cast<QMessageBox*>(widget); box && box->isVisible()) {
-            return box;
-        }
-    }
-    return nullptr;
-}
 
 /// Runs `action` on the next message box as soon as it is open.
 class WhenBoxOpens {

@@ -1,5 +1,6 @@
 // The pictures of calibration, settings, snapshots and messages.
 
+#include "box_answers.h"
 #include "manual_scenes.h"
 
 #include "simulator/test_connections.h"
@@ -143,7 +144,7 @@ void show_messages(Gallery& gallery) {
     // Switched on while the question stands, so that Retry finds it.
     QTimer look;
     QObject::connect(&look, &QTimer::timeout, &look, [&] {
-        auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        auto* const box = open_box();
         if (box != nullptr) {
             look.stop();
             gallery.add(u"message-no-connection"_s, *box);

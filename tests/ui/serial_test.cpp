@@ -10,6 +10,7 @@
 #include <QTextEdit>
 #include <QTimer>
 
+#include "box_answers.h"
 #include "host/system_clock.h"
 #include "link/make_bridge.h"
 #include "program_on_bench.h"
@@ -98,7 +99,7 @@ void SerialTest::the_message_tells_in_its_details_what_stands_in_the_way() {
     QString details;
     QTimer look;
     QObject::connect(&look, &QTimer::timeout, &look, [&] {
-        auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        auto* const box = open_box();
         if (box != nullptr) {
             text = box->text();
             details = box->detailedText();

@@ -7,6 +7,7 @@
 #include <QTest>
 #include <QTimer>
 
+#include "box_answers.h"
 #include "program_on_bench.h"
 #include "ui/colours.h"
 
@@ -92,7 +93,7 @@ void SnapshotTest::goes_silently_into_its_folder() {
     QString told;
     QMessageBox::Icon icon = QMessageBox::NoIcon;
     QTimer::singleShot(0, &on.window(), [&] {
-        auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        auto* const box = open_box();
         told = box->text();
         icon = box->icon();
         box->accept();

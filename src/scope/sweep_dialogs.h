@@ -1,0 +1,54 @@
+#pragma once
+
+#include <functional>
+#include <utility>
+
+#include "host/file_choosers.h"
+#include "host/message_boxes.h"
+#include "state/acquisition_state.h"
+#include "state/program_state.h"
+
+namespace kv408 {
+
+/// Message boxes beside a sweep. Those that come in the middle of an exchange hold it; while others
+/// are open it goes on underneath. What tells of a link failure while a sweep runs may be answered
+/// by Stop, and then nothing of that exchange is told any more.
+class SweepMessageBoxes : public MessageBoxes {
+public:
+    /// Shows through `boxes`; `entries` counts the entries into the program that hold its ticks.
+    SweepMessageBoxes(MessageBoxes& boxes, ProgramState& program,
+                      const AcquisitionState& acquisition, int& entries)
+        : boxes_(boxes), program_(program), acquisition_(acquisition), entries_(entries) {}
+
+    /// Sets what Stop in a box does.
+    void on_stop(std::function<void()> handler) { stop_ = std::move(handler); }
+
+    MessageAnswer show(const Message& message) override;
+
+private:
+    MessageAnswer show_failure(const Message& message);
+
+    MessageBoxes& boxes_;
+    ProgramState& program_;
+    const AcquisitionState& acquisition_;
+    int& entries_;
+    std::function<void()> stop_;
+};
+
+/// File dialogs under which a sweep goes on.
+class SweepFileChoosers : public FileChoosers {
+public:
+    /// Asks through `choosers`; `entries` counts the entries into the program that hold its ticks.
+    SweepFileChoosers(FileChoosers& choosers, int& entries)
+        : choosers_(choosers), entries_(entries) {}
+
+    std::optional<std::filesystem::path> open_file(const FileQuestion& question) override;
+    std::optional<std::filesystem::path> save_file(const FileQuestion& question) override;
+    std::optional<std::filesystem::path> choose_folder(const std::string& title) override;
+
+private:
+    FileChoosers& choosers_;
+    int& entries_;
+};
+
+} // namespace kv408
