@@ -201,7 +201,7 @@ void ColumnTest::the_mouse_wheel_turns_what_has_the_focus() {
     QVERIFY(turn("ch2vdiv", 1));
     QCOMPARE(panel.channel[1].vdiv.text(), std::string("0.2V"));
     QVERIFY(turn("shyst", 1));
-    QVERIFY(panel.shyst.value() > 10);
+    QTRY_VERIFY(panel.shyst.value() > 10);
     QVERIFY(turn("TabStrip3", 1));
     QCOMPARE(panel.tabstrip3.selected(), 2);
 }
