@@ -31,6 +31,7 @@ void BlockSweep::sdisplaych(int channel) {
         lastrxcount_ = count;
         if (count < 2) {
             if (count == 1) {
+                acquisition_.fresh = {};
                 link_.read(std::span(rxbuffer_).first(count));
             } else {
                 note_empty_queue();
@@ -47,6 +48,7 @@ void BlockSweep::restart() {
 
 void BlockSweep::note_empty_queue() {
     if (clock_.now() - asked_at_ >= longest_wait) {
+        acquisition_.fresh = {};
         link_.note_silence();
     }
 }
@@ -54,6 +56,7 @@ void BlockSweep::note_empty_queue() {
 void BlockSweep::take_block(int channel) {
     show_status(panel_.textstatus, status::running);
     if (!link_.read(std::span(rxbuffer_).first(block_bytes))) {
+        acquisition_.fresh = {};
         rearm(channel);
         return;
     }
@@ -90,6 +93,7 @@ void BlockSweep::convert_block(int channel) {
 }
 
 void BlockSweep::take_short_reply(int channel, std::uint32_t count) {
+    acquisition_.fresh = {};
     if (!link_.read(std::span(rxbuffer_).first(count))) {
         rearm(channel);
         return;

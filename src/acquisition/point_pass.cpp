@@ -58,6 +58,9 @@ void PointPass::sdisplay1ghzt() {
             break;
         }
         const Outcome outcome = take_point(index, enabled);
+        if (outcome != Outcome::taken) {
+            acquisition_.fresh = {};
+        }
         if (outcome == Outcome::waiting) {
             show_status(panel_.textstatus, status::waiting_for_trigger);
             acquisition_.data.take_answer(clock_.now());

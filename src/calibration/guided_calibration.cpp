@@ -74,6 +74,7 @@ void GuidedCalibration::set_panel(const Guide& guide) {
     }
     check(panel.persist, false);
     check(panel.average, false);
+    check(panel.adcspeed, false);
     check(panel.check1, true);
     choose(panel.seltimediv, guide.time_div);
     choose(panel.channel[0].vdiv, guide.v_div);
@@ -135,8 +136,8 @@ std::string GuidedCalibration::sweep_missing(const Guide& guide) const {
         fresh = fresh && (!guide.channels.at(channel) || acquisition.fresh.at(channel));
     }
     return fresh ? ""
-                 : "No sweep has come since the panel or the calibration was changed: wait for the "
-                   "trace.";
+                 : "No whole sweep has come since the panel or the calibration was changed, or "
+                   "since the instrument fell silent: wait for the trace.";
 }
 
 void GuidedCalibration::compute(const Guide& guide) {
@@ -171,7 +172,7 @@ void GuidedCalibration::compute_gain(const Guide& guide) {
         refuse(guide, out_of_range_text(guide), found);
         return;
     }
-    record_.put(field, *gain);
+    record_.put_computed(field, *gain);
     record_.set_calibrated();
     succeed(guide, found);
 }
@@ -186,13 +187,19 @@ void GuidedCalibration::compute_offsets(const Guide& guide) {
         const bool via_trigger = around_.panel.channel.at(channel).inviatr.checked();
         const double factor = codes_per_millivolt({.high_gain = high, .via_trigger = via_trigger});
         const std::size_t field = guide.fields.at(channel);
-        record_.put(field, corrected_offset(record_.in_use().at(field),
-                                            measured(channel, meas::vmean), factor));
+        record_.put_computed(field, corrected_offset(record_.in_use().at(field),
+                                                     measured(channel, meas::vmean), factor));
     }
     succeed(guide, {});
 }
 
 void GuidedCalibration::compute_time_scale(const Guide& guide) {
+    // The record keeps the frequency of an earlier sweep where there is none in this one.
+    if (measured(0, meas::pulse_high) <= 0.0 || measured(0, meas::pulse_low) <= 0.0) {
+        refuse(guide, "Frequency out of range!",
+               "No frequency was measured: the trace shows no whole period.");
+        return;
+    }
     const std::int32_t frequency =
         round_to_int32(around_.time_base.samplerate * measured(0, meas::frequency));
     std::string found = std::to_string(frequency);
@@ -203,7 +210,7 @@ void GuidedCalibration::compute_time_scale(const Guide& guide) {
         refuse(guide, "Frequency out of range!", found);
         return;
     }
-    record_.put(field, *scale);
+    record_.put_computed(field, *scale);
     // The correction leaves the square of the error: one part in a thousand from 3 % on.
     constexpr std::int32_t once_is_enough_hz = 300000;
     if (std::abs(frequency - round_to_int32(calibration_hz)) > once_is_enough_hz) {
@@ -227,8 +234,17 @@ void GuidedCalibration::succeed(const Guide& guide, const std::string& measured)
         text += text.empty() ? "" : " ";
         text += "The calibration was never read from the instrument: this comes from the values in "
                 "use here. Read it first.";
+    } else if (!works_with_base_of(guide)) {
+        text += text.empty() ? "" : " ";
+        text += "The instrument works with other values than those that this was computed from: "
+                "write or read first, then calibrate again.";
     }
     note_.say(std::move(text));
+}
+
+bool GuidedCalibration::works_with_base_of(const Guide& guide) const {
+    const bool both = guide.what == Calibrates::offset;
+    return record_.works_with(guide.fields[0]) && (!both || record_.works_with(guide.fields[1]));
 }
 
 double GuidedCalibration::measured(std::size_t channel, std::size_t field) const {

@@ -54,6 +54,8 @@ private:
     void compute_time_scale(const Guide& guide);
     void refuse(const Guide& guide, const std::string& text, const std::string& help = {});
     void succeed(const Guide& guide, const std::string& measured);
+    /// The instrument works with the values that those of `guide` are computed from.
+    [[nodiscard]] bool works_with_base_of(const Guide& guide) const;
     [[nodiscard]] double measured(std::size_t channel, std::size_t field) const;
 
     CalibrationForm& form_;

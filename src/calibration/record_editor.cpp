@@ -196,14 +196,35 @@ void RecordEditor::read_back() {
     held_ = record_of(words);
     backup_.end_write();
     const std::string found = differences(edited_, *held_);
+    const std::string doubtful = doubtful_values();
+    doubtful_ = {};
     if (!found.empty()) {
         take_in_use(*held_);
         note_.say("Read back from the instrument: " + found);
     } else if (kept && !backup_.kept().empty()) {
-        note_.say("Read back and found right. The values before are in " + backup_.kept());
+        note_.say("Read back and found right. The values before are in " + backup_.kept() +
+                  (doubtful.empty() ? "" : ". ") + doubtful);
     } else {
-        note_.say("Read back and found right.");
+        note_.say("Read back and found right." + (doubtful.empty() ? "" : " " + doubtful));
     }
+}
+
+std::string RecordEditor::doubtful_values() const {
+    std::vector<std::string> names;
+    for (std::size_t index = 0; index < record_size; ++index) {
+        if (doubtful_.at(index)) {
+            names.emplace_back(record_value_name(index));
+        }
+    }
+    if (names.empty()) {
+        return {};
+    }
+    const bool one = names.size() == 1;
+    std::string text = first_few(names);
+    text += one ? " was computed from a value" : " were computed from values";
+    text += " that the instrument did not work with: calibrate ";
+    text += one ? "it again." : "them again.";
+    return text;
 }
 
 void RecordEditor::cmdsetalltodefault_Click() {
@@ -263,6 +284,7 @@ void RecordEditor::cald_Change(std::size_t index) {
     if (const auto value = int16_in(form_.cald.at(index).text())) {
         edited_.at(index) = *value;
     }
+    doubtful_.at(index) = false;
     check_boxes();
 }
 
@@ -299,7 +321,13 @@ void RecordEditor::check_boxes() {
 
 void RecordEditor::put(std::size_t index, std::int32_t value) {
     edited_.at(index) = value;
+    doubtful_.at(index) = false;
     form_.cald.at(index).set_text(std::to_string(value));
+}
+
+void RecordEditor::put_computed(std::size_t index, std::int32_t value) {
+    put(index, value);
+    doubtful_.at(index) = !works_with(index);
 }
 
 void RecordEditor::show_edited(const CalibrationRecord& record) {

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
+#include <tuple>
 
 #include "acquisition/state_machine.h"
 #include "calibration/calibration_form.h"
@@ -69,6 +71,10 @@ public:
     /// Sets edited value `index`, 0..10, and shows it in its box.
     void put(std::size_t index, std::int32_t value);
 
+    /// The same for a value that was computed from the one in use. Where the instrument does not
+    /// work with that, writing it says so.
+    void put_computed(std::size_t index, std::int32_t value);
+
     /// The edited record.
     [[nodiscard]] const CalibrationRecord& edited() const { return edited_; }
 
@@ -82,6 +88,11 @@ public:
     /// The record in use was read from the instrument at least once.
     [[nodiscard]] bool was_read() const { return held_.has_value(); }
 
+    /// Value `index` in use, 0..10, is the one that the instrument was found to hold.
+    [[nodiscard]] bool works_with(std::size_t index) const {
+        return held_ && held_->at(index) == around_.in_use.at(index);
+    }
+
 private:
     /// Reads the words at `addresses` into `words`; the number that came before one did not.
     std::size_t read_words(std::span<const std::uint16_t> addresses, std::span<std::uint16_t> words,
@@ -93,6 +104,7 @@ private:
     bool keep_record();
     void write_words();
     void read_back();
+    [[nodiscard]] std::string doubtful_values() const;
     void take_in_use(const CalibrationRecord& record);
     void show_edited(const CalibrationRecord& record);
     void show_status(const std::string& text);
@@ -110,6 +122,8 @@ private:
     CalibrationRecord edited_ = default_calibration;
     std::optional<CalibrationRecord> held_; ///< what the instrument held when it was last read
     bool calibrated_ = false;
+    /// Edited values that were computed from one that the instrument did not work with.
+    std::array<bool, std::tuple_size_v<CalibrationRecord>> doubtful_ = {};
 };
 
 } // namespace kv408

@@ -24,8 +24,8 @@ struct AcquisitionState {
     std::array<bool, 2> held = {};
     /// The instrument saw no trigger before the set-up that is under way or was sent last.
     bool untriggered = false;
-    /// A complete sweep of the channel has come since what it is taken with (range, inversion) was
-    /// changed last and since the last set-up, which every change of the record in use brings.
+    /// A whole sweep of the channel has come since range or inversion were changed, since the last
+    /// set-up, which each change of the record in use brings, and since a reply failed to come whole.
     std::array<bool, 2> fresh = {};
     DataWatch data; ///< whether data still come
     std::array<std::int32_t, 2> offset =

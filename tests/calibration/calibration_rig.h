@@ -74,6 +74,20 @@ struct CalibrationRig : AcquisitionRig {
         measurements.measresults.at(channel).at(field) = value;
     }
 
+    /// Sets what the measurements hold after a sweep of CH1 at 100 ns a division, 64 columns each,
+    /// with `hertz` in it; 0: a sweep without a whole period, which leaves the frequency and the
+    /// period of the one before.
+    void see_frequency(double hertz) {
+        constexpr double columns_a_second = 0.64e9;
+        const double period = hertz > 0.0 ? columns_a_second / hertz : 0.0;
+        measure(0, meas::pulse_high, 0.5 * period);
+        measure(0, meas::pulse_low, 0.5 * period);
+        if (hertz > 0.0) {
+            measure(0, meas::period, period);
+            measure(0, meas::frequency, 1.0 / period);
+        }
+    }
+
     [[nodiscard]] const std::string& calstatus() const { return form.calstatus.caption(); }
     [[nodiscard]] const std::string& note() const { return form.calnote.caption(); }
 

@@ -14,8 +14,8 @@ const std::string out_of_range = "Sampled data out of range!\nMake sure that tri
                                  "present and\n";
 const std::string out_of_range_ch1 = out_of_range + "Sampler input CH1 is connected to trigger out";
 const std::string out_of_range_quiet = out_of_range + "Sampler inputs are disconnected or 0V";
-const std::string stale = "No sweep has come since the panel or the calibration was changed: wait "
-                          "for the trace.";
+const std::string stale = "No whole sweep has come since the panel or the calibration was changed, "
+                          "or since the instrument fell silent: wait for the trace.";
 
 class FreshSweep : public Test, public CalibrationRig {
 protected:
@@ -148,6 +148,32 @@ TEST_F(FreshSweep, IsNoneWhileTheTriggerIsLost) {
     expect_computed(form.cmdcalgain);
 }
 
+TEST_F(FreshSweep, IsNoneOnceTheInstrumentIsSilent) {
+    set_up_offsets();
+    // The reply to the last request has not come by the next tick.
+    bridge.received.clear();
+    clock.advance(std::chrono::milliseconds(100));
+    tick();
+    expect_refused(form.cmdcaoffseth, out_of_range_quiet, stale);
+    sweep();
+    expect_computed(form.cmdcaoffseth);
+}
+
+TEST_F(FreshSweep, IsNoneWhereBytesWereLost) {
+    set_up_offsets();
+    for (const int bytes : {1, 2, 1298, 1299}) {
+        bridge.received.clear();
+        bridge.receive(std::vector<int>(static_cast<std::size_t>(bytes), 8));
+        // Of a reply that stops growing it is known with the second look.
+        tick();
+        tick();
+        expect_refused(form.cmdcaoffseth, out_of_range_quiet, stale);
+        bridge.received.clear();
+        sweep();
+        expect_computed(form.cmdcaoffseth);
+    }
+}
+
 TEST_F(FreshSweep, IsNoneDuringALinearityRun) {
     form.cmdcalint.click();
     ASSERT_EQ(acquisition.scopestate, "calibrationint");
@@ -157,7 +183,7 @@ TEST_F(FreshSweep, IsNoneDuringALinearityRun) {
 
 TEST_F(FreshSweep, IsNeededForTheTimeScaleToo) {
     set_up(form.cmdsetforcalhscale);
-    measure(0, meas::frequency, 10.1e6 / 0.64e9);
+    see_frequency(10.1e6);
     state_machine.cmdstop_Click();
     expect_refused(form.cmdcaltb,
                    "Sampled data out of range!\nMake sure that 10MHz trigger signal is present "
@@ -219,6 +245,19 @@ TEST_F(FreshSweep, IsAWholePassOfPointsToo) {
     messages.on_process = {};
     tick();
     expect_computed(form.cmdcalgain);
+    // Nor is one without an answer, or without a trigger, or what was there before it.
+    for (const std::vector<int>& answer : {std::vector<int>{}, std::vector<int>{16, 10}}) {
+        bridge.on_frame = [this, answering, answer](const FakeBridge::Frame& frame) {
+            answering(frame);
+            if (frame.at(1) == 26) {
+                bridge.receive(answer);
+            }
+        };
+        acquisition.fresh = {true, true};
+        tick();
+        panel.textstatus.set_text("Running");
+        expect_refused(form.cmdcalgain, out_of_range_ch1, stale);
+    }
 }
 
 TEST_F(FreshSweep, WithoutMeasurementsIsNotMeasured) {

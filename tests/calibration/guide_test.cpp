@@ -90,6 +90,7 @@ protected:
         PanelChoice::choose(panel.trigsource, "TRIG2");
         panel.persist.set_checked(true);
         panel.average.set_checked(true);
+        panel.adcspeed.set_checked(true);
         panel.check1.set_checked(false);
         state_machine.cmdstop_Click();
         forget();
@@ -175,6 +176,7 @@ TEST_F(Guides, OkSetsThePanelAndStartsTheSweep) {
         }
         EXPECT_FALSE(panel.persist.checked());
         EXPECT_FALSE(panel.average.checked());
+        EXPECT_FALSE(panel.adcspeed.checked());
         EXPECT_TRUE(panel.check1.checked());
         EXPECT_EQ(panel.trigsource.text(), row.trig1 ? "TRIG1" : "TRIG2");
         EXPECT_EQ(calstatus(), row.status);

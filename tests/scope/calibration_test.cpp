@@ -90,6 +90,82 @@ TEST_P(RandomErrors, AreTakenAway) {
 
 INSTANTIATE_TEST_SUITE_P(Twenty, RandomErrors, testing::Range(1, 21));
 
+TEST(CalibrationOnTheInstrument, OfAnInstrumentThatFellSilentIsRefused) {
+    for (const bool power : {true, false}) {
+        Calibrated program;
+        program.open();
+        CalibrationForm& form = program.form();
+        connect(program.simulation.bench(), TestConnection::sine_200mv_ch1);
+        program.press(form.cmdsetforcalgainh);
+        program.ticks(10);
+        simulator::Faults& faults = program.simulation.bench().faults;
+        faults.no_power = power;
+        faults.lose_every = power ? 0 : 100;
+        program.ticks(50);
+        program.boxes.shown.clear();
+        program.press(form.cmdcalgain1h);
+        ASSERT_EQ(program.boxes.shown.size(), 1U) << form.calstatus.caption();
+        EXPECT_EQ(program.boxes.shown[0].text,
+                  "Sampled data out of range!\nMake sure that trigger signal is present and\n"
+                  "Sampler input CH1 is connected to trigger out");
+        EXPECT_TRUE(form.calstatus.caption().starts_with("Ready for "));
+        faults = {};
+        program.ticks(10);
+        program.press(form.cmdcalgain1h);
+        EXPECT_EQ(program.boxes.shown.size(), 1U);
+        EXPECT_TRUE(form.calstatus.caption().starts_with("CH1 high gain calibration complete!"));
+    }
+}
+
+TEST(CalibrationOnTheInstrument, AFlatLineAndASingleEdgeHaveNoFrequency) {
+    for (const bool flat : {true, false}) {
+        Calibrated program;
+        program.open();
+        CalibrationForm& form = program.form();
+        simulator::Bench& bench = program.simulation.bench();
+        connect(bench, TestConnection::sine_1v_ch1);
+        silence(bench);
+        program.press(form.cmdsetforcalhscale);
+        program.ticks(10);
+        if (flat) {
+            bench.samplers[0] = simulator::SamplerRoute::disconnected;
+        } else {
+            // Half a period is 1.25 us, the plot shows 1 us.
+            bench.sources[0].kind = simulator::SignalKind::square;
+            bench.sources[0].frequency_hz = 400e3;
+        }
+        program.ticks(10);
+        EXPECT_EQ(program.scope.parts().measurements.meastexts[0][meas::frequency], "---");
+        program.boxes.shown.clear();
+        program.press(form.cmdcaltb);
+        ASSERT_EQ(program.boxes.shown.size(), 1U) << form.calstatus.caption();
+        EXPECT_EQ(program.boxes.shown[0].text, "Frequency out of range!");
+    }
+}
+
+TEST(CalibrationOnTheInstrument, FromDefaultsThatItDoesNotWorkWithIsTold) {
+    Calibrated program;
+    program.simulation.set_factory_state();
+    program.open();
+    CalibrationForm& form = program.form();
+    program.boxes.answers = {MessageAnswer::yes};
+    program.press(form.cmdsetalltodefault);
+    connect(program.simulation.bench(), TestConnection::sine_1v_ch1);
+    program.press(form.cmdsetforcalgainl);
+    program.ticks(10);
+    program.press(form.cmdcalgain);
+    EXPECT_NE(form.calnote.caption().find("The instrument works with other values"),
+              std::string::npos)
+        << form.calnote.caption();
+    program.press(form.cmdwritecal);
+    // The factory's 10100 in place of the 10000 that it was computed from.
+    EXPECT_NEAR(std::abs(program.gain(0, 0) - 1.0), 0.01, 0.003);
+    EXPECT_NE(form.calnote.caption().find("calibrate it again"), std::string::npos)
+        << form.calnote.caption();
+    program.calibrate(TestConnection::sine_1v_ch1, form.cmdsetforcalgainl, form.cmdcalgain);
+    EXPECT_NEAR(program.gain(0, 0), 1.0, 0.003);
+}
+
 TEST(CalibrationOnTheInstrument, ALargeErrorOfTimeTakesASecondTime) {
     Calibrated program;
     program.simulation.set_calibrated();
