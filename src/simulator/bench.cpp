@@ -10,30 +10,54 @@ void silence(Bench& bench) {
     }
 }
 
-const Source* trigger_source(const Bench& bench, std::size_t input) {
+Source clock_of(const Source& source) {
+    constexpr double clock_mvpp = 400.0;
+    Source clock = source;
+    if (source.kind != SignalKind::none) {
+        clock.kind = SignalKind::square;
+    }
+    clock.amplitude_mvpp = clock_mvpp;
+    clock.offset_mv = 0.0;
+    clock.noise_mv = 0.0;
+    return clock;
+}
+
+InputSignal trigger_signal(const Bench& bench, std::size_t input) {
+    const Source& first = bench.sources.front();
+    const Source& second = bench.sources.back();
     switch (bench.triggers.at(input)) {
     case TriggerRoute::signal_1:
-        return &bench.sources.front();
+        return {&first, first};
     case TriggerRoute::signal_2:
-        return &bench.sources.back();
+        return {&second, second};
+    case TriggerRoute::clock_1:
+        return {&first, clock_of(first)};
+    case TriggerRoute::clock_2:
+        return {&second, clock_of(second)};
     case TriggerRoute::disconnected:
         break;
     }
-    return nullptr;
+    return {};
 }
 
-SamplerInput sampler_input(const Bench& bench, std::size_t channel, std::size_t selected_trigger) {
+InputSignal sampler_input(const Bench& bench, std::size_t channel, std::size_t selected_trigger) {
+    constexpr double passed_on = 0.5;
+    InputSignal input;
     switch (bench.samplers.at(channel)) {
     case SamplerRoute::own_signal:
-        return {&bench.sources.at(channel), 1.0};
+        input = {&bench.sources.at(channel), bench.sources.at(channel)};
+        break;
     case SamplerRoute::trigger_output:
-        return {trigger_source(bench, selected_trigger), 1.0};
+        input = trigger_signal(bench, selected_trigger);
+        break;
     case SamplerRoute::via_trigger:
-        return {trigger_source(bench, channel), 0.5};
+        input = trigger_signal(bench, channel);
+        input.factor = passed_on;
+        break;
     case SamplerRoute::disconnected:
         break;
     }
-    return {};
+    return input;
 }
 
 } // namespace kv408::simulator

@@ -27,8 +27,8 @@ struct Source {
     double offset_mv = 0.0;        ///< middle between lowest and highest value, millivolts
     double rise_time_ps = 800.0;   ///< 10 % to 90 % of each edge but a sine's, picoseconds, 0..
     double duty = 0.5;             ///< part of the period that a pulse is high, 0..1 without ends
-    double noise_mv = 0.0;         ///< added to each sample, millivolts rms
-    double jitter_ps = 0.0;        ///< displacement of each sample in time, picoseconds rms
+    double noise_mv = 0.0;         ///< white, millivolts rms
+    double jitter_ps = 0.0;        ///< displacement of each edge in time, picoseconds rms
 };
 
 /// What is connected to a channel's sampler input.
@@ -41,8 +41,8 @@ enum class SamplerRoute {
     via_trigger
 };
 
-/// What is connected to a trigger input.
-enum class TriggerRoute { disconnected, signal_1, signal_2 };
+/// What is connected to a trigger input. Each generator has a clock output beside its signal.
+enum class TriggerRoute { disconnected, signal_1, signal_2, clock_1, clock_2 };
 
 /// Gain range as an index: the order of the calibration record.
 inline constexpr std::size_t low_range = 0;
@@ -84,18 +84,23 @@ struct Bench {
 /// Takes noise and jitter out of all signals and of the sampler of `bench`.
 void silence(Bench& bench);
 
-/// The signal at trigger input `input` (0 for TRIG1), null when nothing is connected.
-[[nodiscard]] const Source* trigger_source(const Bench& bench, std::size_t input);
+/// The clock output of `source`: a square of 400 mVpp around 0 V without noise of its own, which
+/// rises where each period, or bit of random data, begins. It has the source's jitter.
+[[nodiscard]] Source clock_of(const Source& source);
 
-/// A sampler input seen from inside.
-struct SamplerInput {
-    const Source* source = nullptr; ///< null: 0 V
-    double factor = 1.0;            ///< of the source that arrives, no unit
+/// What an input gets.
+struct InputSignal {
+    const Source* generator = nullptr; ///< where it comes from; null: nothing is connected
+    Source signal = {};                ///< the generator's signal, or its clock
+    double factor = 1.0;               ///< part of `signal` that arrives, no unit
 };
+
+/// What is at trigger input `input` (0 for TRIG1).
+[[nodiscard]] InputSignal trigger_signal(const Bench& bench, std::size_t input);
 
 /// What arrives at the sampler input of `channel` (0 for CH1) while the instrument triggers on
 /// `selected_trigger` (0 for TRIG1).
-[[nodiscard]] SamplerInput sampler_input(const Bench& bench, std::size_t channel,
-                                         std::size_t selected_trigger);
+[[nodiscard]] InputSignal sampler_input(const Bench& bench, std::size_t channel,
+                                        std::size_t selected_trigger);
 
 } // namespace kv408::simulator

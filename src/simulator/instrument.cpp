@@ -1,6 +1,7 @@
 #include "simulator/instrument.h"
 
 #include <algorithm>
+#include <span>
 
 namespace kv408::simulator {
 namespace {
@@ -160,14 +161,15 @@ void Instrument::send_samples(Byte code, const SampleReply& samples) {
     if (block && limit && *limit < bytes.size()) {
         bytes.resize(*limit);
     }
-    reply(code, std::move(bytes), samples.ready);
+    reply(code, std::move(bytes), samples.ready, samples.codes_ready);
 }
 
-void Instrument::reply(Byte code, std::vector<Byte> bytes, nanoseconds start) {
+void Instrument::reply(Byte code, std::vector<Byte> bytes, nanoseconds start,
+                       const std::vector<nanoseconds>& codes_ready) {
     const auto found = bench_.faults.replies.find(code);
     if (found == bench_.faults.replies.end() ||
         !strikes(found->second.after, found->second.times)) {
-        send(std::move(bytes), start);
+        send(std::move(bytes), start, codes_ready);
         return;
     }
     const ReplyFault& fault = found->second;
@@ -177,10 +179,15 @@ void Instrument::reply(Byte code, std::vector<Byte> bytes, nanoseconds start) {
     }
     bytes.insert(bytes.begin(), fault.before.begin(), fault.before.end());
     bytes.insert(bytes.end(), fault.behind.begin(), fault.behind.end());
-    send(std::move(bytes), start + fault.late);
+    std::vector<nanoseconds> late = codes_ready;
+    for (nanoseconds& ready : late) {
+        ready += fault.late;
+    }
+    send(std::move(bytes), start + fault.late, late);
 }
 
-void Instrument::send(std::vector<Byte> bytes, nanoseconds start) {
+void Instrument::send(std::vector<Byte> bytes, nanoseconds start,
+                      const std::vector<nanoseconds>& codes_ready) {
     const Faults& faults = bench_.faults;
     bytes.insert(bytes.begin(), faults.extra_bytes.begin(), faults.extra_bytes.end());
     std::vector<Byte> sent;
@@ -193,7 +200,14 @@ void Instrument::send(std::vector<Byte> bytes, nanoseconds start) {
         }
         sent.push_back(byte ^ faults.flipped_bits);
     }
-    line_.send(sent, start);
+    if (codes_ready.empty()) {
+        line_.send(sent, start);
+        return;
+    }
+    for (std::size_t index = 0; index < sent.size(); ++index) {
+        const std::size_t code = std::min(index / 2, codes_ready.size() - 1);
+        line_.send(std::span(sent).subspan(index, 1), codes_ready[code]);
+    }
 }
 
 Byte Instrument::linearity_error() {

@@ -52,9 +52,12 @@ private:
     void set_gain(const Command& command);
     void acknowledge(Byte code, std::chrono::nanoseconds at);
     void send_samples(Byte code, const SampleReply& samples);
-    /// Answers command `code`.
-    void reply(Byte code, std::vector<Byte> bytes, std::chrono::nanoseconds start);
-    void send(std::vector<Byte> bytes, std::chrono::nanoseconds start);
+    /// Answers command `code`; the codes of a sweep that its triggers hold up go out at
+    /// `codes_ready`.
+    void reply(Byte code, std::vector<Byte> bytes, std::chrono::nanoseconds start,
+               const std::vector<std::chrono::nanoseconds>& codes_ready = {});
+    void send(std::vector<Byte> bytes, std::chrono::nanoseconds start,
+              const std::vector<std::chrono::nanoseconds>& codes_ready = {});
     [[nodiscard]] Byte linearity_error();
 
     Bench& bench_; // only the counts of its faults are changed

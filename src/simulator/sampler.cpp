@@ -34,19 +34,17 @@ Sampler::Channel Sampler::prepare(std::size_t channel, const Settings& settings,
 }
 
 std::int32_t Sampler::convert(const Channel& channel, const TriggerEvent& event, double delay_ps) {
+    const Source& signal = channel.input.signal;
     double millivolts = 0.0;
-    if (const Source* const source = channel.input.source; source != nullptr) {
-        double picoseconds = delay_ps * channel.delay_scale;
-        if (source->jitter_ps > 0.0) {
-            picoseconds += source->jitter_ps * noise_.gaussian();
-        }
+    // A generator that is off emits no noise either.
+    if (channel.input.generator != nullptr && signal.kind != SignalKind::none) {
         Phase phase;
-        if (alternates(*source)) {
-            phase = moved(phase_at(*source, event), picoseconds * 1e-12 * source->frequency_hz);
+        if (alternates(signal)) {
+            phase = sampled_phase(channel.input, event, delay_ps * channel.delay_scale);
         }
-        millivolts = value_mv(*source, phase);
-        if (source->noise_mv > 0.0) {
-            millivolts += source->noise_mv * noise_.gaussian();
+        millivolts = value_mv(signal, phase);
+        if (signal.noise_mv > 0.0) {
+            millivolts += signal.noise_mv * noise_.gaussian();
         }
     }
     double code = channel.zero_code + millivolts * channel.input.factor * channel.codes_a_mv;
@@ -54,6 +52,22 @@ std::int32_t Sampler::convert(const Channel& channel, const TriggerEvent& event,
         code += channel.noise_codes * noise_.gaussian();
     }
     return std::clamp(round_to_int32(code), std::int32_t{0}, largest_code);
+}
+
+Phase Sampler::sampled_phase(const InputSignal& input, const TriggerEvent& event,
+                             double picoseconds) {
+    const Source& signal = input.signal;
+    const double periods_a_ps = 1e-12 * signal.frequency_hz;
+    const Phase undisturbed = moved(phase_at(*input.generator, event), picoseconds * periods_a_ps);
+    double late_ps = event.late_ps;
+    if (signal.jitter_ps > 0.0) {
+        const double own_ps = signal.jitter_ps * noise_.gaussian();
+        // The edge that has triggered is seen as late as the trigger was made by it.
+        const bool triggered =
+            input.generator == event.generator && edge_at(signal, undisturbed) == event.edge;
+        late_ps -= triggered ? event.jitter_ps : own_ps;
+    }
+    return moved(undisturbed, late_ps * periods_a_ps);
 }
 
 } // namespace kv408::simulator

@@ -29,7 +29,7 @@ public:
 
     /// What stays the same for every sample of a sweep.
     struct Channel {
-        SamplerInput input;        ///< what is sampled
+        InputSignal input;         ///< what is sampled
         double codes_a_mv = 0.0;   ///< with all gain errors and corrections
         double zero_code = 2048.0; ///< with all offset errors and corrections
         double delay_scale = 1.0;  ///< actual over nominal delay
@@ -44,6 +44,10 @@ public:
                                        double delay_ps);
 
 private:
+    /// The phase of the signal that is sampled so many `picoseconds` after `event`.
+    [[nodiscard]] Phase sampled_phase(const InputSignal& input, const TriggerEvent& event,
+                                      double picoseconds);
+
     const Bench& bench_;
     const Flash& flash_;
     Noise& noise_;

@@ -14,6 +14,11 @@ void append_word(std::vector<Byte>& bytes, std::int32_t word) {
     bytes.push_back(static_cast<Byte>(word & 0xFF));
 }
 
+/// Chance of its own for the triggers, so that a trigger with noise leaves the sampler's as it is.
+Noise of_triggers(Noise noise) {
+    return Noise(noise.bits());
+}
+
 SampleReply not_triggered(const Settings& settings, nanoseconds start) {
     return {{waiting_reply.begin(), waiting_reply.end()},
             start + std::chrono::microseconds(settings.trigger.time_out_us)};
@@ -39,22 +44,33 @@ SampleReply Sweeper::sweep(const SweepRequest& request, const Settings& settings
     const auto channel = sampler_.prepare(request.channel, settings, request.fast);
     const nanoseconds turn = request.fast ? fast_conversion_time : conversion_time;
     const int conversions = request.average ? averaged_conversions : 1;
+    const double first_ps = settings.offset_ps.at(request.channel);
     SampleReply reply;
     reply.ready = start;
     reply.bytes.reserve(2 * request.points);
-    std::int64_t next_period = 0;
+    nanoseconds last_trigger{-1};
+    Noise trigger_noise = of_triggers(noise_);
     for (std::size_t point = 0; point < request.points; ++point) {
         const double delay =
-            static_cast<double>(settings.offset_ps.at(request.channel)) +
-            static_cast<double>(point) * static_cast<double>(settings.resolution_ps);
+            first_ps + static_cast<double>(point) * static_cast<double>(settings.resolution_ps);
         std::int32_t sum = 0;
         for (int conversion = 0; conversion < conversions; ++conversion) {
-            const auto event = triggers->first_after(reply.ready + moment_in(turn), next_period);
-            next_period = event.phase.periods + 1;
+            const nanoseconds begin = reply.ready + moment_in(turn);
+            auto event = triggers->first_after(begin);
+            if (triggers->time_of(event, begin) <= last_trigger) {
+                event = triggers->next(event);
+            }
+            last_trigger = triggers->time_of(event, begin);
+            triggers->disturb(event, trigger_noise);
             sum += sampler_.convert(channel, event, delay);
-            reply.ready += turn;
+            reply.ready = std::max(reply.ready + turn, last_trigger);
         }
         append_word(reply.bytes, round_to_int32(static_cast<double>(sum) / conversions));
+        reply.codes_ready.push_back(reply.ready);
+    }
+    const auto all_conversions = static_cast<std::int64_t>(request.points) * conversions;
+    if (reply.ready == start + all_conversions * turn) {
+        reply.codes_ready.clear();
     }
     return reply;
 }
@@ -66,9 +82,11 @@ SampleReply Sweeper::point(const PointRequest& request, const Settings& settings
         return not_triggered(settings, start);
     }
     const auto channel = sampler_.prepare(request.channel, settings, false);
-    const auto event = triggers->first_after(start + moment_in(conversion_time));
+    auto event = triggers->first_after(start + moment_in(conversion_time));
     SampleReply reply;
     reply.ready = std::max(start + conversion_time, triggers->time_of(event, start));
+    Noise trigger_noise = of_triggers(noise_);
+    triggers->disturb(event, trigger_noise);
     append_word(reply.bytes,
                 sampler_.convert(channel, event, static_cast<double>(request.delay_ps)));
     return reply;

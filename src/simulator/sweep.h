@@ -21,7 +21,9 @@ inline constexpr std::array<Byte, 2> waiting_reply = {0x1A, 0x0A};
 /// A reply that follows from sampling.
 struct SampleReply {
     std::vector<Byte> bytes;           ///< codes, high byte first, or `waiting_reply`
-    std::chrono::nanoseconds ready{0}; ///< when the first byte can be sent
+    std::chrono::nanoseconds ready{0}; ///< when all bytes can be sent
+    /// When each code can be sent, for a sweep that its triggers held up; it is sent as it comes.
+    std::vector<std::chrono::nanoseconds> codes_ready = {};
 };
 
 /// What a start-sweep command asks for.
@@ -44,8 +46,8 @@ public:
     Sweeper(const Bench& bench, const Flash& flash, Noise& noise)
         : bench_(bench), noise_(noise), sampler_(bench, flash, noise) {}
 
-    /// A whole sweep that starts at `start`. Its time is that of its conversions, however far
-    /// apart the triggers are; without triggers it ends after the trigger time-out.
+    /// A whole sweep that starts at `start`. Its time is that of its conversions, or that of its
+    /// triggers where these come more slowly; without triggers it ends after the trigger time-out.
     [[nodiscard]] SampleReply sweep(const SweepRequest& request, const Settings& settings,
                                     std::chrono::nanoseconds start);
 

@@ -21,72 +21,115 @@ double edge_place(double part, double width) {
     return (std::acos(1.0 - 2.0 * part) / std::numbers::pi - 0.5) * width;
 }
 
-/// Where in its period the source crosses the level: `part` of its height, 0..1 without ends.
-double crossing_fraction(const Source& source, double part, bool rising) {
-    double place = 0.0;
-    if (source.kind == SignalKind::sine) {
-        const double up = std::asin(2.0 * part - 1.0) / (2.0 * std::numbers::pi);
-        place = rising ? up : 0.5 - up;
-    } else {
-        // Data change where a bit begins, in either direction.
-        const double middle =
-            rising || source.kind == SignalKind::random_data ? 0.0 : high_part(source);
-        place = middle + edge_place(rising ? part : 1.0 - part, edge_width(source));
+/// Where `signal` is crossed, periods from the start of one. Negative where the edge that rises at
+/// the start of a period is crossed before its middle.
+double crossing_place(const Source& signal, const Crossing& crossing) {
+    const bool rising = crossing.rising;
+    if (signal.kind == SignalKind::sine) {
+        const double up = std::asin(2.0 * crossing.part - 1.0) / (2.0 * std::numbers::pi);
+        return rising ? up : 0.5 - up;
     }
-    return moved({0, 0.0}, place).fraction;
+    // Data change where a bit begins, in either direction.
+    const bool at_start = rising || signal.kind == SignalKind::random_data;
+    return (at_start ? 0.0 : high_part(signal)) +
+           edge_place(rising ? crossing.part : 1.0 - crossing.part, edge_width(signal));
+}
+
+/// The longest time between two crossings, seconds.
+double longest_gap(const Source& signal, bool rising) {
+    const int periods = signal.kind == SignalKind::random_data ? longest_gap_of_data(rising) : 1;
+    return periods / signal.frequency_hz;
 }
 
 } // namespace
 
-TriggerEvent TriggerEvents::first_after(nanoseconds time, std::int64_t first_period) const {
+TriggerEvents::TriggerEvents(const Source& generator, const Source& signal,
+                             const Crossing& crossing)
+    : generator_(&generator), signal_(signal), crossing_(crossing),
+      place_(moved({0, 0.0}, crossing_place(signal, crossing))) {}
+
+TriggerEvent TriggerEvents::first_after(nanoseconds time) const {
     const double seconds = static_cast<double>((time % repetition).count()) * 1e-9;
-    const auto period =
-        static_cast<std::int64_t>(std::ceil(seconds * source_->frequency_hz - fraction_));
-    return {source_, {std::max(period, first_period), fraction_}};
+    return event_in(
+        static_cast<std::int64_t>(std::ceil(seconds * signal_.frequency_hz - place_.fraction)));
+}
+
+TriggerEvent TriggerEvents::next(const TriggerEvent& event) const {
+    return event_in(event.phase.periods + 1);
+}
+
+TriggerEvent TriggerEvents::event_in(std::int64_t period) const {
+    if (signal_.kind == SignalKind::random_data) {
+        while (!data_turn(period - place_.periods, crossing_.rising)) {
+            ++period;
+        }
+    }
+    TriggerEvent event;
+    event.generator = generator_;
+    event.phase = {period, place_.fraction};
+    event.edge = edge_at(signal_, event.phase);
+    return event;
+}
+
+void TriggerEvents::disturb(TriggerEvent& event, Noise& noise) const {
+    if (signal_.jitter_ps > 0.0) {
+        event.jitter_ps = signal_.jitter_ps * noise.gaussian();
+    }
+    event.late_ps = event.jitter_ps;
+    if (signal_.noise_mv > 0.0) {
+        // With so much noise on it the signal itself need only be so high.
+        Crossing with_noise = crossing_;
+        with_noise.part -= signal_.noise_mv * noise.gaussian() / signal_.amplitude_mvpp;
+        with_noise.part = std::clamp(with_noise.part, 0.0, 1.0);
+        const double periods =
+            crossing_place(signal_, with_noise) - crossing_place(signal_, crossing_);
+        event.late_ps += periods / signal_.frequency_hz * 1e12;
+    }
 }
 
 nanoseconds TriggerEvents::time_of(const TriggerEvent& event, nanoseconds near) const {
     const double seconds =
-        (static_cast<double>(event.phase.periods) + event.phase.fraction) / source_->frequency_hz;
+        (static_cast<double>(event.phase.periods) + event.phase.fraction) / signal_.frequency_hz;
     return near - near % repetition +
            nanoseconds(static_cast<std::int64_t>(std::ceil(seconds * 1e9)));
 }
 
 std::optional<TriggerEvents> find_triggers(const Bench& bench, const TriggerSettings& settings) {
-    const Source* const source = trigger_source(bench, settings.input);
-    if (bench.faults.no_trigger || source == nullptr || !alternates(*source) ||
-        1e6 / source->frequency_hz > static_cast<double>(settings.time_out_us)) {
+    const InputSignal input = trigger_signal(bench, settings.input);
+    const Source& signal = input.signal;
+    if (bench.faults.no_trigger || input.generator == nullptr || !alternates(signal) ||
+        longest_gap(signal, settings.rising) * 1e6 > static_cast<double>(settings.time_out_us)) {
         return std::nullopt;
     }
     const bool divided = bench.samplers.at(settings.input) == SamplerRoute::via_trigger;
     const double factor = divided ? 0.5 : 1.0;
-    const double height = source->amplitude_mvpp * factor;
-    const double lowest = source->offset_mv * factor - height / 2.0;
+    const double height = signal.amplitude_mvpp * factor;
+    const double lowest = signal.offset_mv * factor - height / 2.0;
     const double above_lowest = static_cast<double>(settings.level_mv) - lowest;
     const double room_before = settings.rising ? above_lowest : height - above_lowest;
     const bool reached = above_lowest > 0.0 && above_lowest < height;
     if (!reached || room_before < static_cast<double>(settings.hysteresis_mv)) {
         return std::nullopt;
     }
-    return TriggerEvents(*source,
-                         crossing_fraction(*source, above_lowest / height, settings.rising));
+    return TriggerEvents(*input.generator, signal,
+                         {.part = above_lowest / height, .rising = settings.rising});
 }
 
-Phase phase_at(const Source& source, const TriggerEvent& event) {
-    if (&source == event.source) {
+Phase phase_at(const Source& generator, const TriggerEvent& event) {
+    if (&generator == event.generator) {
         return event.phase;
     }
     // This event's time in cycles is periods * frequency / trigger frequency. Remainder and error
     // of the product are exact, so locked signals stay locked however many periods have passed.
-    const double trigger_frequency = event.source->frequency_hz;
+    const double trigger_frequency = event.generator->frequency_hz;
     const auto periods = static_cast<double>(event.phase.periods);
-    const double product = periods * source.frequency_hz;
-    const double lost = std::fma(periods, source.frequency_hz, -product);
+    const double product = periods * generator.frequency_hz;
+    const double lost = std::fma(periods, generator.frequency_hz, -product);
     const double remainder = std::fmod(product, trigger_frequency);
     const Phase start{
         static_cast<std::int64_t>(round_half_even((product - remainder) / trigger_frequency)),
         remainder / trigger_frequency};
-    return moved(start, (lost + event.phase.fraction * source.frequency_hz) / trigger_frequency);
+    return moved(start, (lost + event.phase.fraction * generator.frequency_hz) / trigger_frequency);
 }
 
 } // namespace kv408::simulator

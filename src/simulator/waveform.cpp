@@ -24,9 +24,13 @@ constexpr std::array<bool, pattern_length> make_pattern() {
 
 constexpr auto pattern = make_pattern();
 
-double pattern_bit(std::int64_t index) {
-    const auto place = ((index % pattern_length) + pattern_length) % pattern_length;
-    return pattern[static_cast<std::size_t>(place)] ? 1.0 : 0.0;
+bool is_high(std::int64_t bit) {
+    const auto place = ((bit % pattern_length) + pattern_length) % pattern_length;
+    return pattern[static_cast<std::size_t>(place)];
+}
+
+double pattern_bit(std::int64_t bit) {
+    return is_high(bit) ? 1.0 : 0.0;
 }
 
 /// A rising edge from 0 to 1 of raised-cosine shape, its middle at 0, `width` long.
@@ -83,6 +87,31 @@ double high_part(const Source& source) {
         return 0.5;
     }
     return std::clamp(source.duty, 0.001, 0.999);
+}
+
+std::int64_t edge_at(const Source& source, Phase phase) {
+    const double high = high_part(source);
+    const bool data = source.kind == SignalKind::random_data;
+    const std::int64_t first = 2 * phase.periods;
+    if (phase.fraction < high / 2.0 || (data && phase.fraction < 0.5)) {
+        return first;
+    }
+    return data || phase.fraction >= (1.0 + high) / 2.0 ? first + 2 : first + 1;
+}
+
+bool data_turn(std::int64_t bit, bool rising) {
+    return is_high(bit) == rising && is_high(bit - 1) != rising;
+}
+
+int longest_gap_of_data(bool rising) {
+    int longest = 0;
+    int gap = 0;
+    // Twice round, for the gap over the pattern's end.
+    for (std::int64_t bit = 0; bit < 2 * pattern_length; ++bit) {
+        gap = data_turn(bit, rising) ? 1 : gap + 1;
+        longest = std::max(longest, gap);
+    }
+    return longest;
 }
 
 bool alternates(const Source& source) {

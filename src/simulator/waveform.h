@@ -24,6 +24,16 @@ struct Phase {
 /// for a square.
 [[nodiscard]] double high_part(const Source& source);
 
+/// Number of the edge of `source` that is nearest to `phase`: even for the one at the start of a
+/// period or bit, odd for the one after it. A generator's clock counts as its signal does.
+[[nodiscard]] std::int64_t edge_at(const Source& source, Phase phase);
+
+/// Whether random data rises, or else falls, where bit `bit` begins.
+[[nodiscard]] bool data_turn(std::int64_t bit, bool rising);
+
+/// The longest way from one such turn to the next, bits.
+[[nodiscard]] int longest_gap_of_data(bool rising);
+
 /// Whether the source repeats: it has a shape, an amplitude above 0 and a finite frequency above 0.
 [[nodiscard]] bool alternates(const Source& source);
 

@@ -44,7 +44,7 @@ QWidget* make_cables(simulator::Bench& bench) {
                        {u"CH"_s + number, u"What is connected to the input of CH"_s + number});
         QWidget* const trigger =
             make_route(frame, bench.triggers.at(static_cast<std::size_t>(input)),
-                       {u"Nothing"_s, u"Signal 1"_s, u"Signal 2"_s},
+                       {u"Nothing"_s, u"Signal 1"_s, u"Signal 2"_s, u"Clock 1"_s, u"Clock 2"_s},
                        {u"TRIG"_s + number, u"What is connected to the input TRIG"_s + number});
         grid->addWidget(make_caption(u"CH"_s + number, sampler), input, 0);
         grid->addWidget(sampler, input, 1);

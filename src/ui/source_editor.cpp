@@ -37,9 +37,11 @@ QList<Quantity> quantities() {
          &Source::offset_mv, u"V"_s, milli, -5e3, 5e3},
         {u"Rise time"_s, u"rise"_s, u"10 % to 90 % of each edge, seconds; not of a sine"_s,
          &Source::rise_time_ps, u"s"_s, pico, 0.0, 1e9},
-        {u"Noise"_s, u"noise"_s, u"Noise, volts rms"_s, &Source::noise_mv, u"V"_s, milli, 0.0, 1e3},
-        {u"Jitter"_s, u"jitter"_s, u"Jitter, seconds rms"_s, &Source::jitter_ps, u"s"_s, pico, 0.0,
-         1e6},
+        {u"Noise"_s, u"noise"_s, u"Noise, volts rms; of a trigger signal it moves the trigger"_s,
+         &Source::noise_mv, u"V"_s, milli, 0.0, 1e3},
+        {u"Jitter"_s, u"jitter"_s,
+         u"Jitter of each edge, seconds rms; of a trigger signal it moves the trigger"_s,
+         &Source::jitter_ps, u"s"_s, pico, 0.0, 1e6},
     };
 }
 

@@ -128,6 +128,10 @@ TEST_F(Sampling, DisconnectedAndSilentInputsGiveZeroVolt) {
     EXPECT_EQ(sweep(1), std::vector<int>(650, 2048));
     bench().sources[1].kind = SignalKind::none;
     EXPECT_EQ(sweep(2), std::vector<int>(650, 2048));
+    // A generator that is off does not emit its noise either.
+    bench().sources[1].noise_mv = 50.0;
+    bench().sources[1].jitter_ps = 50.0;
+    EXPECT_EQ(sweep(2), std::vector<int>(650, 2048));
 }
 
 TEST_F(Sampling, TheTriggerInputHalvesWhatItPassesOn) {
@@ -196,6 +200,8 @@ TEST_F(Sampling, HalfTheTriggerFrequencyGivesTwoTraces) {
 
 TEST_F(Sampling, RandomDataDrawsAnEye) {
     bench().sources[0] = {SignalKind::random_data, 400.0, 100.0e6, 0.0, 500.0, 0.5, 0.0, 0.0};
+    // Triggered on the clock: on the data itself every bit at a place would be the same.
+    bench().triggers[0] = TriggerRoute::clock_1;
     sample_one_place();
     set_offset(1, 5000); // the middle of a bit of 10 ns
     const auto open = sweep(1);

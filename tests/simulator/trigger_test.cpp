@@ -145,12 +145,40 @@ TEST_F(Trigger, APeriodLongerThanTheTimeOutIsNotWaitedFor) {
     EXPECT_TRUE(triggers());
 }
 
-TEST_F(Trigger, ASlowTriggerDoesNotSlowABlockDown) {
+TEST_F(Trigger, ABlockTakesAsLongAsItsTriggers) {
     set_trigger(0, 1);
-    bench().sources[0].frequency_hz = 1000.0;
+    bench().sources[0].frequency_hz = 2000.0;
+    EXPECT_EQ(bridge().SI_SetTimeouts(1000, 1000), si_success);
+    const double start = now_us();
+    send(32, {2, 138, 0, 0, 1});
+    // 500 us a trigger. The words come as they are taken: some 200 in the first 100 ms.
+    clock_.advance(milliseconds(100));
+    EXPECT_NEAR(waiting(), 400.0, 4.0);
+    EXPECT_EQ(words(read(1300)).size(), 650U);
+    EXPECT_NEAR(now_us() - start, 650 * 500.0, 600.0);
+    // Four triggers a point with averaging.
+    const double averaged = now_us();
+    EXPECT_EQ(bridge().SI_SetTimeouts(2000, 1000), si_success);
+    EXPECT_EQ(sweep(1, true).size(), 650U);
+    EXPECT_NEAR(now_us() - averaged, 4 * 650 * 500.0, 600.0);
+}
+
+TEST_F(Trigger, AFastTriggerDoesNotHoldABlockUp) {
+    set_trigger(0, 1);
+    bench().sources[0].frequency_hz = 1.0e6;
     const double start = now_us();
     EXPECT_EQ(sweep(1).size(), 650U);
     EXPECT_NEAR(now_us() - start, (8 + 1300) * byte_us + 13000.0, 0.1);
+}
+
+TEST_F(Trigger, ASlowBlockGoesOnWhereTheSignalsStartAnew) {
+    set_trigger(0, 1);
+    bench().sources[0].frequency_hz = 2000.0;
+    EXPECT_EQ(bridge().SI_SetTimeouts(1000, 1000), si_success);
+    clock_.advance(std::chrono::seconds(1000) - milliseconds(100) - clock_.now());
+    const double start = now_us();
+    EXPECT_EQ(sweep(1).size(), 650U);
+    EXPECT_NEAR(now_us() - start, 650 * 500.0, 1100.0);
 }
 
 TEST_F(Trigger, SignalsPassedOnAreHalvedForTheTriggerToo) {
@@ -163,23 +191,83 @@ TEST_F(Trigger, SignalsPassedOnAreHalvedForTheTriggerToo) {
     EXPECT_NEAR(sweep(1)[0], 2048 + 100, rounding);
 }
 
-TEST_F(Trigger, OfRandomDataIsTheBitClock) {
+TEST_F(Trigger, OnRandomDataIsTheDatasOwnCrossing) {
     bench().sources[0] = {SignalKind::random_data, 400.0, 100.0e6, 0.0, 500.0, 0.5, 0.0, 0.0};
     set_resolution(1);
-    for (const int code : {1, 2}) {
-        set_trigger(0, code);
-        // At the boundary bits that stay give a level, those that change their middle.
-        set_offset(1, 0);
-        const auto boundary = sweep(1);
-        ASSERT_EQ(boundary.size(), 650U);
-        const int first = std::abs(boundary[0] - 2048);
-        EXPECT_TRUE(first <= 1 || first == 400) << first;
-        // Half a bit of 10 ns later every bit is at its level.
-        set_offset(1, 5000 - 325);
-        for (const int word : sweep(1)) {
-            ASSERT_EQ(std::abs(word - 2048), 400);
+    for (const int level : {-150, 0, 120}) {
+        for (const bool rising : {true, false}) {
+            set_trigger(level, rising ? 1 : 2);
+            set_offset(1, 0);
+            const auto crossing = sweep(1);
+            ASSERT_EQ(crossing.size(), 650U);
+            EXPECT_NEAR(crossing[0], 2048 + 2 * level, rounding) << rising;
+            // Half a bit of 10 ns later every bit has become what the edge goes to, half a bit
+            // earlier it is what the edge comes from.
+            set_offset(1, 5000 - 325);
+            EXPECT_EQ(sweep(1), std::vector<int>(650, rising ? 2448 : 1648)) << level;
+            set_offset(1, -5000 - 325);
+            EXPECT_EQ(sweep(1), std::vector<int>(650, rising ? 1648 : 2448)) << level;
         }
     }
+}
+
+TEST_F(Trigger, OnRandomDataNeedsLevelAndHysteresisToo) {
+    bench().sources[0] = {SignalKind::random_data, 400.0, 100.0e6, 0.0, 500.0, 0.5, 0.0, 0.0};
+    set_trigger(201, 1);
+    EXPECT_FALSE(triggers());
+    set_trigger(0, 1, 199);
+    EXPECT_TRUE(triggers());
+    set_trigger(0, 1, 201);
+    EXPECT_FALSE(triggers());
+}
+
+TEST_F(Trigger, OnRandomDataWaitsForTheLongestGapBetweenEdges) {
+    // Seven ones and six zeros are the longest runs of the pattern, so that two rising edges are
+    // at most 13 bits apart.
+    bench().sources[0] = {SignalKind::random_data, 400.0, 1000.0, 0.0, 0.0, 0.5, 0.0, 0.0};
+    set_trigger(0, 1);
+    set_up(27, {14000 >> 8, 14000 & 0xFF, 1, 10, 255});
+    EXPECT_EQ(bridge().SI_SetTimeouts(10000, 1000), si_success);
+    EXPECT_TRUE(triggers());
+    // The seven ones alone take longer than this.
+    set_up(27, {5000 >> 8, 5000 & 0xFF, 1, 10, 255});
+    EXPECT_FALSE(triggers());
+}
+
+TEST_F(Trigger, OnTheClockOfRandomDataEveryBitBeginsAtTheSamePlace) {
+    bench().sources[0] = {SignalKind::random_data, 300.0, 100.0e6, 50.0, 500.0, 0.5, 3.0, 20.0};
+    set_resolution(1);
+    bench().triggers[0] = TriggerRoute::clock_1;
+    // The clock is 400 mVpp around 0 V whatever the data are, and without their noise.
+    for (const int level : {-199, 0, 199}) {
+        set_trigger(level, 1, 0);
+        EXPECT_TRUE(triggers()) << level;
+    }
+    set_trigger(201, 1, 0);
+    EXPECT_FALSE(triggers());
+    // It rises where a bit begins, and falls in its middle.
+    bench().samplers[1] = SamplerRoute::trigger_output;
+    set_trigger(0, 1);
+    set_offset(2, 2500);
+    EXPECT_EQ(sweep(2), std::vector<int>(650, 2448));
+    set_offset(2, 7500 - 325);
+    EXPECT_EQ(sweep(2), std::vector<int>(650, 1648));
+    // Before a bit begins and in its middle the data are at their levels: 200 mV and -100 mV, with
+    // up to 6 * 3 mV of noise.
+    for (const auto& [code, offset] : {std::pair{1, 5000 - 325}, std::pair{2, -325}}) {
+        set_trigger(0, code);
+        set_offset(1, offset);
+        int high = 0;
+        for (const int word : sweep(1)) {
+            high += word > 2048 + 100 ? 1 : 0;
+            ASSERT_NEAR(word, word > 2048 + 100 ? 2048 + 400 : 2048 - 200, 37) << offset;
+        }
+        EXPECT_GT(high, 200);
+        EXPECT_LT(high, 450);
+    }
+    // Of a generator that is off there is none.
+    bench().sources[0].kind = SignalKind::none;
+    EXPECT_FALSE(triggers());
 }
 
 TEST_F(Trigger, EverySampleOfASlowTriggerHasATriggerOfItsOwn) {
@@ -187,6 +275,7 @@ TEST_F(Trigger, EverySampleOfASlowTriggerHasATriggerOfItsOwn) {
     bench().sources[1] = {SignalKind::square, 400.0, 500.0, 0.0, 0.0, 0.5, 0.0, 0.0};
     set_trigger(0, 1);
     set_offset(2, 1000);
+    EXPECT_EQ(bridge().SI_SetTimeouts(1000, 1000), si_success);
     const auto codes = sweep(2);
     ASSERT_EQ(codes.size(), 650U);
     for (std::size_t k = 1; k < codes.size(); ++k) {
@@ -201,7 +290,7 @@ TEST(TriggerPhase, LockedSignalsStayLockedThroughManyPeriods) {
     Source third = trigger;
     third.frequency_hz = 10.0e9;
     for (const std::int64_t period : {0LL, 1LL, 2LL, 29999999999997LL, 29999999999998LL}) {
-        const Phase phase = phase_at(third, {&trigger, {period, 0.6}});
+        const Phase phase = phase_at(third, {.generator = &trigger, .phase = {period, 0.6}});
         const auto thirds = static_cast<double>(period % 3);
         EXPECT_EQ(phase.periods, period / 3);
         EXPECT_NEAR(phase.fraction, (thirds + 0.6) / 3.0, 1e-12) << period;
@@ -212,7 +301,7 @@ TEST(TriggerPhase, ThePeriodsOfAnEventNeverOutgrowADouble) {
     Source source;
     source.kind = SignalKind::sine;
     source.frequency_hz = 30.0e9;
-    const TriggerEvents events(source, 0.25);
+    const TriggerEvents events(source, source, {.part = 1.0}); // a quarter of the period
     const auto event = events.first_after(std::chrono::hours(10000));
     EXPECT_LE(event.phase.periods, std::int64_t{30'000'000'000'000}); // 1000 s
     EXPECT_EQ(event.phase.fraction, 0.25);
@@ -222,11 +311,11 @@ TEST(TriggerPhase, TheFirstEventIsTheNextCrossing) {
     Source source;
     source.kind = SignalKind::sine;
     source.frequency_hz = 1.0e6;
-    const TriggerEvents events(source, 0.25);
+    const TriggerEvents events(source, source, {.part = 1.0}); // a quarter of the period
     EXPECT_EQ(events.first_after(nanoseconds(0)).phase.periods, 0);
     EXPECT_EQ(events.first_after(nanoseconds(249)).phase.periods, 0);
     EXPECT_EQ(events.first_after(nanoseconds(251)).phase.periods, 1);
-    EXPECT_EQ(events.first_after(nanoseconds(251), 7).phase.periods, 7);
+    EXPECT_EQ(events.next(events.first_after(nanoseconds(251))).phase.periods, 2);
     const auto event = events.first_after(nanoseconds(5300));
     EXPECT_EQ(events.time_of(event, nanoseconds(5300)), nanoseconds(6250));
 }

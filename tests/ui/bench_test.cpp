@@ -139,6 +139,10 @@ void BenchTest::cables_are_plugged() {
     QCOMPARE(bench.triggers[0], simulator::TriggerRoute::signal_2);
     window.findChild<QComboBox*>(u"TRIG2"_s)->setCurrentText(u"Nothing"_s);
     QCOMPARE(bench.triggers[1], simulator::TriggerRoute::disconnected);
+    window.findChild<QComboBox*>(u"TRIG1"_s)->setCurrentText(u"Clock 1"_s);
+    QCOMPARE(bench.triggers[0], simulator::TriggerRoute::clock_1);
+    window.findChild<QComboBox*>(u"TRIG2"_s)->setCurrentText(u"Clock 2"_s);
+    QCOMPARE(bench.triggers[1], simulator::TriggerRoute::clock_2);
 }
 
 void BenchTest::a_calibration_is_connected_from_the_list() {
