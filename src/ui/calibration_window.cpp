@@ -3,9 +3,11 @@
 #include <QCloseEvent>
 #include <QGridLayout>
 #include <QPointer>
+#include <QScreen>
 #include <QVBoxLayout>
 
 #include "ui/calibration_frames.h"
+#include "ui/window_places.h"
 
 namespace kv408::ui {
 namespace {
@@ -13,6 +15,18 @@ namespace {
 using namespace Qt::StringLiterals;
 
 constexpr int gap = 8;
+
+/// What the title bar of a desktop takes at most, pixels.
+constexpr int title_bar_height = 40;
+
+/// Moves `window`, which is not shown yet, to its place beside `parent` with its `plot`.
+void place(QWidget& window, const QWidget& parent, const QWidget& plot) {
+    const QRect shown_plot(plot.mapToGlobal(QPoint(0, 0)), plot.size());
+    window.move(place_beside(window.sizeHint() + QSize(0, title_bar_height),
+                             {.room = parent.screen()->availableGeometry(),
+                              .main = parent.frameGeometry(),
+                              .plot = shown_plot}));
+}
 
 /// Shows the window of a form that is open, and brings it to the front.
 void show_in_front(QWidget& window) {
@@ -55,21 +69,22 @@ void CalibrationWindow::closeEvent(QCloseEvent* event) {
     event->accept();
 }
 
-void follow(CalibrationForm& form, QWidget& parent, ScopeDriver& driver) {
-    form.window.on_shown(
-        [&form, &driver, over = QPointer(&parent), window = QPointer<QWidget>()]() mutable {
-            if (form.window.is_open() && window.isNull() && over) {
-                window = new CalibrationWindow(over, form, driver);
-            }
-            if (window.isNull()) {
-                return;
-            }
-            if (form.window.is_open()) {
-                show_in_front(*window);
-            } else {
-                window->hide();
-            }
-        });
+void follow(CalibrationForm& form, QWidget& parent, const QWidget& plot, ScopeDriver& driver) {
+    form.window.on_shown([&form, &driver, over = QPointer(&parent), plot = QPointer(&plot),
+                          window = QPointer<QWidget>()]() mutable {
+        if (form.window.is_open() && window.isNull() && over && plot) {
+            window = new CalibrationWindow(over, form, driver);
+            place(*window, *over, *plot);
+        }
+        if (window.isNull()) {
+            return;
+        }
+        if (form.window.is_open()) {
+            show_in_front(*window);
+        } else {
+            window->hide();
+        }
+    });
 }
 
 } // namespace kv408::ui

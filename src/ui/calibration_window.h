@@ -22,8 +22,9 @@ private:
     ScopeDriver& driver_;
 };
 
-/// Opens and closes the window of `form` over `parent` as the form says; it is made when it is
-/// opened first.
-void follow(CalibrationForm& form, QWidget& parent, ScopeDriver& driver);
+/// Opens and closes the window of `form`, which belongs to the main window `parent`, as the form
+/// says. It is made when it is opened first, and put beside `parent`, or where the screen has no
+/// room for that beside the `plot`, which one watches while one calibrates.
+void follow(CalibrationForm& form, QWidget& parent, const QWidget& plot, ScopeDriver& driver);
 
 } // namespace kv408::ui

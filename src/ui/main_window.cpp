@@ -44,7 +44,7 @@ MainWindow::MainWindow(Scope& scope, const Dialogs& dialogs)
     resize(sizeHint().boundedTo(room).expandedTo(minimumSizeHint()));
     take_plot_drags(plot(), driver_);
     listen_to_settings();
-    follow(scope.calibration_form(), *this, driver_);
+    follow(scope.calibration_form(), *this, plot(), driver_);
     driver_.on_return([this] { entry_returned(); });
     scope.picture().on_drawn([this](Columns columns) { plot().show_columns(columns); });
     timer_.setObjectName(u"Timer1"_s);

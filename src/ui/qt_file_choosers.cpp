@@ -4,7 +4,7 @@
 #include <QStringList>
 
 #include "ui/dialog_run.h"
-#include "ui/input_block.h"
+#include "ui/window_places.h"
 
 namespace kv408::ui {
 namespace {
@@ -36,7 +36,7 @@ QStringList name_filters(const std::string& filter) {
 } // namespace
 
 std::optional<std::filesystem::path> QtFileChoosers::open_file(const FileQuestion& question) {
-    QFileDialog dialog(InputBlock::front_of(window_), QString::fromStdString(question.title));
+    QFileDialog dialog(asking_window(window_), QString::fromStdString(question.title));
     dialog.setFileMode(QFileDialog::ExistingFile);
     if (!question.folder.empty()) {
         dialog.setDirectory(QString::fromStdU16String(question.folder.u16string()));
@@ -46,7 +46,7 @@ std::optional<std::filesystem::path> QtFileChoosers::open_file(const FileQuestio
 }
 
 std::optional<std::filesystem::path> QtFileChoosers::save_file(const FileQuestion& question) {
-    QFileDialog dialog(InputBlock::front_of(window_), QString::fromStdString(question.title));
+    QFileDialog dialog(asking_window(window_), QString::fromStdString(question.title));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setNameFilters(name_filters(question.filter));
@@ -56,7 +56,7 @@ std::optional<std::filesystem::path> QtFileChoosers::save_file(const FileQuestio
 }
 
 std::optional<std::filesystem::path> QtFileChoosers::choose_folder(const std::string& title) {
-    QFileDialog dialog(InputBlock::front_of(window_), QString::fromStdString(title));
+    QFileDialog dialog(asking_window(window_), QString::fromStdString(title));
     dialog.setFileMode(QFileDialog::Directory);
     dialog.setOption(QFileDialog::ShowDirsOnly);
     return ask(dialog);

@@ -5,7 +5,7 @@
 #include <QTextEdit>
 
 #include "ui/dialog_run.h"
-#include "ui/input_block.h"
+#include "ui/window_places.h"
 
 namespace kv408::ui {
 namespace {
@@ -106,7 +106,8 @@ QPushButton* add_extra(QMessageBox& box, const Message& message) {
 } // namespace
 
 MessageAnswer QtMessageBoxes::show(const Message& message) {
-    QMessageBox box(InputBlock::front_of(window_));
+    const QPointer<QWidget> owner = asking_window(window_);
+    QMessageBox box(owner);
     box.setObjectName(u"messageBox"_s);
     box.setWindowTitle(message.title.empty() ? u"Kv408"_s : QString::fromStdString(message.title));
     // The texts hold angle brackets that are no tags.
@@ -121,6 +122,10 @@ MessageAnswer QtMessageBoxes::show(const Message& message) {
     open_.push_back(&box);
     run_over(window_, box);
     open_.pop_back();
+    if (owner && owner != window_) {
+        // Some desktops would go back to the main window.
+        owner->activateWindow();
+    }
     if (extra != nullptr && box.clickedButton() == extra) {
         return MessageAnswer::extra;
     }
