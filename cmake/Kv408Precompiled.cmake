@@ -28,7 +28,6 @@ function(kv408_precompile set)
   add_library(kv408_precompiled_${set} OBJECT ${source})
   target_link_libraries(kv408_precompiled_${set} PRIVATE kv408_options ${ARGN})
   target_precompile_headers(kv408_precompiled_${set} PRIVATE ${KV408_PRECOMPILED_${headers}})
-  set_target_properties(kv408_precompiled_${set} PROPERTIES AUTOMOC OFF)
 endfunction()
 
 # The same for executables, which are compiled as position-independent in a way of their own.
