@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <optional>
 #include <string>
 #include <utility>
@@ -17,9 +18,11 @@ constexpr const char* file_kinds = "Text files (*.TXT)|*.TXT|All Files (*.*)|*.*
 constexpr std::string_view annotation_key = "chkmeasanno";
 constexpr char separator = '\t';
 constexpr std::string_view line_end = "\r\n";
-/// Lines with a key that are taken from one file; no file of the program comes near. Each may be a
-/// talk with the instrument, and whatever bytes a file is made of, reading it has to end.
-constexpr int most_settings = 1000;
+/// What a file of UTF-8 may begin with.
+constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
+/// How long a set-up is loaded before it is said that it is, and ears are open for the end.
+constexpr std::chrono::milliseconds silent_loading{1000};
+constexpr std::chrono::milliseconds deaf_loading{500};
 
 std::string_view trimmed(std::string_view text) {
     text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
@@ -52,6 +55,12 @@ std::optional<Fields> fields_of(std::string_view line) {
     const std::string_view rest = line.substr(first + 1);
     return Fields{.key = trimmed(line.substr(0, first)),
                   .value = trimmed(rest.substr(0, rest.find(separator)))};
+}
+
+/// Lines with the key `key` that one file may have. Each may be a talk with the instrument, and
+/// whatever bytes a file is made of, reading it has to end.
+int most_lines(std::string_view key) {
+    return key == annotation_key ? 3 : 2;
 }
 
 } // namespace
@@ -100,8 +109,12 @@ SettingsFile::Reading SettingsFile::loadconfigfile(const std::filesystem::path& 
     const FileResult result = host_.files.read(path, bytes);
     switch (result.status) {
     case FileStatus::done:
-        return take_lines(from_code_page(std::move(bytes)), path) ? Reading::complete
-                                                                  : Reading::bad_line;
+        if (bytes.starts_with(byte_order_mark)) {
+            bytes.erase(0, byte_order_mark.size());
+        } else {
+            bytes = from_code_page(std::move(bytes));
+        }
+        return take_lines(bytes, path) ? Reading::complete : Reading::bad_line;
     case FileStatus::not_found:
         saveconfigsmon(path);
         return Reading::missing;
@@ -114,23 +127,48 @@ SettingsFile::Reading SettingsFile::loadconfigfile(const std::filesystem::path& 
 }
 
 bool SettingsFile::take_lines(std::string_view lines, const std::filesystem::path& path) {
-    int settings = 0;
-    bool annotated = false;
+    std::unordered_map<std::string_view, int> taken;
+    const auto start = host_.clock.now();
     for (int number = 1; !lines.empty(); ++number) {
-        const auto fields = fields_of(take_line(lines));
-        settings += fields && row_of_key_.contains(fields->key) ? 1 : 0;
-        const bool first_annotation = fields && !annotated && fields->key == annotation_key;
-        annotated |= first_annotation;
-        if (!fields || settings > most_settings ||
-            !(first_annotation ? take_first_annotation(fields->value)
-                               : setConfigVal(fields->key, fields->value))) {
+        if (!take_line_of(take_line(lines), taken)) {
             tell_line(number, text_of_path(path) +
                                   ": the lines before it have been taken over, it and those after "
                                   "it have not.");
             return false;
         }
+        if (by_hand_) {
+            tell_progress(start, number);
+        }
     }
     return true;
+}
+
+void SettingsFile::tell_progress(std::chrono::nanoseconds start, int line) {
+    const auto lasted = host_.clock.now() - start;
+    if (lasted >= silent_loading) {
+        loading_.set_caption("Loading the set-up: line " + std::to_string(line));
+    }
+    if (lasted >= deaf_loading) {
+        host_.messages.process_pending();
+    }
+}
+
+bool SettingsFile::take_line_of(std::string_view line,
+                                std::unordered_map<std::string_view, int>& taken) {
+    const auto fields = fields_of(line);
+    if (!fields) {
+        return false;
+    }
+    const auto [key, value] = *fields;
+    if (!row_of_key_.contains(key)) {
+        return true;
+    }
+    const int times = ++taken[key];
+    if (times > most_lines(key)) {
+        return false;
+    }
+    return key == annotation_key && times == 1 ? take_first_annotation(value)
+                                               : setConfigVal(key, value);
 }
 
 bool SettingsFile::take_first_annotation(std::string_view value) {
@@ -208,20 +246,35 @@ void SettingsFile::tell_failure(const Outcome& outcome) {
 }
 
 void SettingsFile::loadconfig_Click() {
-    const auto path = host_.choosers.open_file({.title = "Open File", .filter = file_kinds});
+    if (by_hand_) {
+        return; // pressed while the last one is being loaded
+    }
+    const auto path =
+        host_.choosers.open_file({.title = "Open File", .filter = file_kinds, .folder = folder_});
     if (path && !path->empty()) {
+        folder_ = path->parent_path();
         hooks_.cancel_edits();
-        const Reading reading = loadconfigfile(*path);
+        const Reading reading = load_by_hand(*path);
         if (reading == Reading::complete || reading == Reading::bad_line) {
             hooks_.apply();
         }
     }
 }
 
+SettingsFile::Reading SettingsFile::load_by_hand(const std::filesystem::path& path) {
+    by_hand_ = true;
+    const Reading reading = loadconfigfile(path);
+    by_hand_ = false;
+    loading_.set_caption({});
+    return reading;
+}
+
 void SettingsFile::saveconfig_Click() {
-    const auto path = host_.choosers.save_file({.title = "Save File", .filter = file_kinds});
-    if (path && !path->empty()) {
-        saveconfigsmon(*path);
+    const auto chosen = host_.choosers.save_file(
+        {.title = "Save File", .filter = file_kinds, .default_suffix = "TXT", .folder = folder_});
+    if (chosen && !chosen->path.empty()) {
+        folder_ = chosen->path.parent_path();
+        saveconfigsmon(chosen->path);
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <string_view>
@@ -7,10 +8,12 @@
 #include <vector>
 
 #include "config/setting_rows.h"
+#include "host/clock.h"
 #include "host/file_choosers.h"
 #include "host/files.h"
 #include "host/message_boxes.h"
 #include "host/places.h"
+#include "host/window_messages.h"
 
 namespace kv408 {
 
@@ -24,6 +27,8 @@ public:
         FileChoosers& choosers;
         MessageBoxes& boxes;
         const Places& places;
+        const Clock& clock;
+        WindowMessages& messages;
     };
 
     /// What others do when settings are loaded or saved.
@@ -58,8 +63,9 @@ public:
     void save_at_end(bool tell);
 
     /// Reads and applies the file at `path`. A missing file is created with the present settings.
-    /// The first line that cannot be taken, or the 1001st with a key, is told with its number and
-    /// ends the reading; the lines before it stay applied. Returns what became of it.
+    /// The first line that cannot be taken, or with a key that two lines (of "chkmeasanno" three)
+    /// have had, is told with its number and ends the reading; the lines before it stay applied.
+    /// Returns what became of it.
     enum class Reading { complete, bad_line, missing, failed };
     Reading loadconfigfile(const std::filesystem::path& path);
 
@@ -70,8 +76,11 @@ public:
     /// Writes the present settings to the file at `path`; a failure is told.
     void saveconfigsmon(const std::filesystem::path& path);
 
-    /// Load Setup and Save Setup.
+    /// Load Setup and Save Setup. Both ask in the folder that was used last. From one second on the
+    /// panel says that a set-up is being loaded; an end of the program meanwhile unwinds.
     void loadconfig_Click();
+    /// How far a set-up is loaded that takes long; without a caption otherwise.
+    [[nodiscard]] Label& loading() { return loading_; }
     void saveconfig_Click();
 
 private:
@@ -85,6 +94,11 @@ private:
     [[nodiscard]] std::string text() const;
     void tell_failure(const Outcome& outcome);
     bool take_lines(std::string_view lines, const std::filesystem::path& path);
+    /// Takes one line; `taken` counts the lines with each key so far.
+    bool take_line_of(std::string_view line, std::unordered_map<std::string_view, int>& taken);
+    /// A line has been taken of a set-up whose loading began at `start`.
+    void tell_progress(std::chrono::nanoseconds start, int line);
+    [[nodiscard]] Reading load_by_hand(const std::filesystem::path& path);
     /// The first annotation that a file marks takes the place of what was marked before it.
     bool take_first_annotation(std::string_view value);
     void tell_line(int line, const std::string& help);
@@ -97,6 +111,9 @@ private:
     bool keeping_ = false;
     FileResult restored_; ///< how the default file could be read at start-up
     bool saved_at_end_ = false;
+    std::filesystem::path folder_; ///< that Load Setup or Save Setup used last
+    Label loading_{"loading"};
+    bool by_hand_ = false; ///< a set-up is being loaded by hand
 };
 
 } // namespace kv408

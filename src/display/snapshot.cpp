@@ -6,11 +6,16 @@
 #include "display/bitmap_file.h"
 #include "display/copies.h"
 #include "display/plot_box.h"
+#include "display/scale_lines.h"
 #include "display/shapes.h"
 #include "host/path_text.h"
 
 namespace kv408 {
 namespace {
+
+constexpr const char* file_kinds = "Bitmap (*.BMP)|*.bmp|All Files (*.*)|*.*|PNG (*.PNG)|*.png|"
+                                   "Bitmap with Scales (*.BMP)|*.bmp|PNG with Scales (*.PNG)|*.png";
+constexpr std::size_t first_kind_with_scales = 3;
 
 /// The last two decimal digits of `number`.
 std::string two_digits(int number) {
@@ -18,6 +23,17 @@ std::string two_digits(int number) {
     std::string digits(1, static_cast<char>('0' + number / ten % ten));
     digits.push_back(static_cast<char>('0' + number % ten));
     return digits;
+}
+
+/// `name` for the snapshot number `count` of its second.
+std::string numbered(const std::string& name, int count) {
+    const auto point = name.rfind('.');
+    std::string text(name, 0, point);
+    if (count > 1) {
+        text += '_';
+        text += std::to_string(count);
+    }
+    return text.append(name, point);
 }
 
 /// Whether `path` ends in ".png", in upper or lower case.
@@ -48,21 +64,24 @@ std::string snapshot_name(const LocalTime& time) {
 void Snapshot::Command1_Click() {
     picture_.draw(draw_flags::all);
     const std::string name = snapshot_name(host_.clock.local_time());
-    // A copy: sweeping goes on behind the dialog.
-    const Surface image = take();
     if (settings_.snapshotdialog == 1) {
-        save_by_dialog(image, name);
+        save_by_dialog(name);
     } else {
-        save_silently(image, name);
+        save_silently(finished(plot_box(picture_, panel_)), name);
     }
 }
 
-Surface Snapshot::take() const {
-    Surface image = plot_box(picture_, panel_);
+Surface Snapshot::finished(Surface image) const {
     if (settings_.snapshotinvert == 1) {
         invert_rectangle(Canvas(image), whole(image));
     }
     return image;
+}
+
+Surface Snapshot::with_scales() const {
+    return host_.coder.with_lines(plot_box(picture_, panel_),
+                                  scale_lines(panel_, host_.clock.local_time()),
+                                  panel_.picture1.back_colour().value_or(Colour{}));
 }
 
 void Snapshot::save_silently(const Surface& image, const std::string& name) {
@@ -70,8 +89,15 @@ void Snapshot::save_silently(const Surface& image, const std::string& name) {
     if (!ends_in_separator(folder)) {
         folder.push_back(static_cast<char>(std::filesystem::path::preferred_separator));
     }
-    const std::string path = folder + name;
-    const FileResult result = save(path_of_text(path), bitmap_file(image));
+    const std::string bytes = bitmap_file(image);
+    // Several within a second: the further ones get a number.
+    constexpr int most = 9999;
+    FileResult result = {.status = FileStatus::exists};
+    std::string path;
+    for (int count = 1; result.status == FileStatus::exists && count <= most; ++count) {
+        path = folder + numbered(name, count);
+        result = host_.files.create(path_of_text(path), bytes);
+    }
     if (result.status != FileStatus::done) {
         tell_failure(result);
         return;
@@ -79,17 +105,20 @@ void Snapshot::save_silently(const Surface& image, const std::string& name) {
     host_.boxes.show({.text = "Snapshot saved to: \n" + path, .icon = MessageIcon::information});
 }
 
-void Snapshot::save_by_dialog(const Surface& image, const std::string& name) {
-    const auto chosen =
-        host_.choosers.save_file({.title = "Save Snapshot",
-                                  .filter = "Bitmap (*.BMP)|*.bmp|All Files (*.*)|*.*",
-                                  .default_name = name,
-                                  .default_suffix = "bmp"});
+void Snapshot::save_by_dialog(const std::string& name) {
+    // Copies: sweeping goes on behind the dialog.
+    const Surface plain = plot_box(picture_, panel_);
+    const Surface scaled = with_scales();
+    const auto chosen = host_.choosers.save_file({.title = "Save Snapshot",
+                                                  .filter = file_kinds,
+                                                  .default_name = name,
+                                                  .default_suffix = "bmp"});
     if (!chosen) {
         return;
     }
+    const Surface image = finished(chosen->kind >= first_kind_with_scales ? scaled : plain);
     const FileResult result =
-        save(*chosen, names_png(*chosen) ? host_.coder.png(image) : bitmap_file(image));
+        save(chosen->path, names_png(chosen->path) ? host_.coder.png(image) : bitmap_file(image));
     if (result.status != FileStatus::done) {
         tell_failure(result);
     }

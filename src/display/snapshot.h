@@ -33,14 +33,18 @@ public:
         : panel_(panel), picture_(picture), settings_(settings), host_(host) {}
 
     /// "Snapshot" was clicked: saves the plot as it is now, inverted where the settings say so,
-    /// into the snapshot folder under a name made of date and time, or where the user says. What
-    /// went wrong is told in a message.
+    /// into the snapshot folder under a name made of date and time, or where the user says, there
+    /// with the scales under it if he likes. A file that is there already is overwritten only
+    /// where the user says so. What went wrong is told in a message.
     void Command1_Click();
 
+    /// The plot as it is now, not inverted, with the scales under it.
+    [[nodiscard]] Surface with_scales() const;
+
 private:
-    [[nodiscard]] Surface take() const;
+    [[nodiscard]] Surface finished(Surface image) const;
     void save_silently(const Surface& image, const std::string& name);
-    void save_by_dialog(const Surface& image, const std::string& name);
+    void save_by_dialog(const std::string& name);
     [[nodiscard]] FileResult save(const std::filesystem::path& path, const std::string& bytes);
     void tell_failure(const FileResult& result);
 

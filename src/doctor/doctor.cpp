@@ -4,6 +4,7 @@
 #include <string>
 
 #include "host/message_boxes.h"
+#include "host/shown_text.h"
 #include "link/device_link.h"
 #include "panel/controls.h"
 #include "state/program_state.h"
@@ -33,9 +34,9 @@ public:
 
     MessageAnswer show(const Message& message) override {
         // The details have been written before.
-        out_ << message.text << '\n';
+        out_ << shown_lines(message.text) << '\n';
         if (!message.informative.empty()) {
-            out_ << message.informative << '\n';
+            out_ << shown_lines(message.informative) << '\n';
         }
         return message.buttons == MessageButtons::ok ? MessageAnswer::ok : MessageAnswer::cancel;
     }
@@ -68,15 +69,16 @@ Check open_and_check(DeviceLink& link) {
 
 /// The last line: what the check of the instrument with this serial number came to.
 std::string outcome_of(Check check, const std::string& serial) {
+    const std::string name = shown_line(serial);
     switch (check) {
     case Check::answers:
-        return "The instrument " + serial + " answers.";
+        return "The instrument " + name + " answers.";
     case Check::wrong_answer:
-        return "The instrument " + serial +
+        return "The instrument " + name +
                " gave a wrong answer: close every other program that uses it, then unplug it and "
                "plug it in again.";
     case Check::silent:
-        return "The instrument " + serial + " does not answer: check its power.";
+        return "The instrument " + name + " does not answer: check its power.";
     default:
         return "No instrument answers.";
     }
@@ -96,7 +98,7 @@ DoctorResult answer_arguments(std::span<const char* const> arguments, std::ostre
 
 DoctorResult examine(Bridge& bridge, Clock& clock, std::ostream& out) {
     // The check may take seconds; until then this is to be read.
-    out << bridge.diagnosis() << std::endl;
+    out << shown_lines(bridge.diagnosis()) << std::endl;
     TerminalBoxes boxes(out);
     ProgramState program;
     ListBox devices("cmbDevice");

@@ -1,5 +1,7 @@
 #include "host/ending.h"
 
+#include "host/shown_text.h"
+
 namespace kv408 {
 namespace {
 
@@ -13,7 +15,12 @@ void unwind_if_ended(const ProgramState& program) {
 
 MessageAnswer EndingMessageBoxes::show(const Message& message) {
     unwind_if_ended(program_);
-    const MessageAnswer answer = boxes_.show(message);
+    Message shown = message;
+    for (std::string* const text :
+         {&shown.text, &shown.title, &shown.informative, &shown.details}) {
+        *text = shown_lines(*text);
+    }
+    const MessageAnswer answer = boxes_.show(shown);
     unwind_if_ended(program_);
     return answer;
 }
@@ -34,7 +41,7 @@ std::optional<std::filesystem::path> EndingFileChoosers::open_file(const FileQue
     return answer;
 }
 
-std::optional<std::filesystem::path> EndingFileChoosers::save_file(const FileQuestion& question) {
+std::optional<ChosenFile> EndingFileChoosers::save_file(const FileQuestion& question) {
     unwind_if_ended(program_);
     auto answer = choosers_.save_file(question);
     unwind_if_ended(program_);

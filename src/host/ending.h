@@ -44,7 +44,7 @@ public:
         : choosers_(choosers), program_(program) {}
 
     std::optional<std::filesystem::path> open_file(const FileQuestion& question) override;
-    std::optional<std::filesystem::path> save_file(const FileQuestion& question) override;
+    std::optional<ChosenFile> save_file(const FileQuestion& question) override;
     std::optional<std::filesystem::path> choose_folder(const std::string& title) override;
 
 private:

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -18,6 +19,12 @@ struct FileQuestion {
     std::filesystem::path folder = {}; ///< the folder shown first, empty for the usual one
 };
 
+/// A file to write, as the user named it.
+struct ChosenFile {
+    std::filesystem::path path;
+    std::size_t kind = 0; ///< which of the kinds offered was selected, counted from 0
+};
+
 /// Asks the user for files and folders, each in a dialog. While one is open nothing else of the
 /// program's windows can be operated but its end, and the window's timer goes on ticking.
 class FileChoosers {
@@ -28,7 +35,7 @@ public:
     virtual std::optional<std::filesystem::path> open_file(const FileQuestion& question) = 0;
 
     /// A file to write; nothing when the user cancels.
-    virtual std::optional<std::filesystem::path> save_file(const FileQuestion& question) = 0;
+    virtual std::optional<ChosenFile> save_file(const FileQuestion& question) = 0;
 
     /// A folder, asked for under `title`; nothing when the user cancels.
     virtual std::optional<std::filesystem::path> choose_folder(const std::string& title) = 0;

@@ -5,6 +5,7 @@
 #include <bit>
 #include <sstream>
 
+#include "host/shown_text.h"
 #include "link/device_link.h"
 #include "link/instrument_serial.h"
 #ifndef _WIN32
@@ -67,7 +68,7 @@ std::string LibraryBridge::listed_devices() {
         std::array<Byte, product_string_size> buffer = {};
         const bool told = SI_GetProductString(index, buffer, si_return_serial_number) == si_success;
         const std::string serial = bytestostring(buffer);
-        text << "Serial number " << (told ? serial : "unreadable") << ": "
+        text << "Serial number " << (told ? shown_line(serial) : "unreadable") << ": "
              << (is_instrument(serial) ? "an instrument.\n" : "no instrument.\n");
     }
     return text.str();

@@ -22,6 +22,8 @@ SharedLibrary::SharedLibrary(const std::string& name) {
     // Without a box of the system's own where the file is no library.
     DWORD mode = 0;
     SetThreadErrorMode(SEM_FAILCRITICALERRORS, &mode);
+    // Whoever starts the program in a folder does not mean to run what lies there.
+    SetDllDirectoryW(L"");
     module_ = LoadLibraryW(to_wide(name).c_str());
     if (module_ == nullptr) {
         problem_ = reason_of(latest_error());

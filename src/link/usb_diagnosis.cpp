@@ -9,6 +9,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "host/shown_text.h"
 #include "link/device_users.h"
 #include "link/instrument_serial.h"
 #include "link/serial_port.h"
@@ -48,7 +49,7 @@ std::string names_of(const DeviceUsers& users) {
     std::string text;
     for (const DeviceUser& user : users) {
         text += text.empty() ? "" : " and ";
-        text += user.name.empty() ? "a program" : user.name;
+        text += user.name.empty() ? "a program" : shown_line(user.name);
         text.append(" (process ").append(std::to_string(user.process)).append(")");
     }
     return text;
@@ -188,7 +189,8 @@ std::string reason_of_serial(const UsbDevice& device) {
 
 std::string title_of(const UsbDevice& device, const std::string& port) {
     const std::string place = "USB device " + device.place + ", " + device.ids;
-    const std::string serial = device.serial.empty() ? "" : ", serial number " + device.serial;
+    const std::string serial =
+        device.serial.empty() ? "" : ", serial number " + shown_line(device.serial);
     return (port.empty() ? place + serial : port + " (" + place + serial + ")") + ":\n";
 }
 

@@ -80,6 +80,10 @@ CalibrationForm& Scope::calibration_form() {
     return parts_->frmcalibration.form();
 }
 
+Label& Scope::loading() {
+    return parts_->settings_file.loading();
+}
+
 PlotMouse& Scope::plot_mouse() {
     return parts_->plot_mouse;
 }

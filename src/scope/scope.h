@@ -17,6 +17,7 @@ namespace kv408 {
 class Picture;
 class PlotMouse;
 struct CalibrationForm;
+class Label;
 class SettingsDialog;
 struct FrontPanel;
 struct Parts;
@@ -75,6 +76,9 @@ public:
 
     /// The controls of the calibration form.
     [[nodiscard]] CalibrationForm& calibration_form();
+
+    /// How far a set-up is loaded that takes long; without a caption otherwise.
+    [[nodiscard]] Label& loading();
 
     /// All parts, to look at; they are declared in scope/parts.h.
     [[nodiscard]] const Parts& parts() const { return *parts_; }

@@ -50,7 +50,7 @@ std::optional<std::filesystem::path> SweepFileChoosers::open_file(const FileQues
     return choosers_.open_file(question);
 }
 
-std::optional<std::filesystem::path> SweepFileChoosers::save_file(const FileQuestion& question) {
+std::optional<ChosenFile> SweepFileChoosers::save_file(const FileQuestion& question) {
     const Meanwhile sweeping(entries_);
     return choosers_.save_file(question);
 }

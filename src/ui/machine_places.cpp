@@ -1,11 +1,17 @@
 #include "ui/machine_places.h"
 
+#include <filesystem>
+#include <system_error>
+
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QStandardPaths>
 #include <QtGlobal>
 
 namespace kv408::ui {
+
+#ifdef Q_OS_WIN
 
 Places machine_places() {
     using namespace Qt::StringLiterals;
@@ -16,10 +22,47 @@ Places machine_places() {
             : application_data;
     // Users read them, so they are as the platform writes them.
     const auto written = [](const QString& path) {
-        return std::filesystem::path(QDir::toNativeSeparators(path).toStdU16String());
+        return std::filesystem::path(QDir::toNativeSeparators(path).toStdWString());
     };
     return {.settings = written(folder + u"/kv408"_s),
             .program = written(QCoreApplication::applicationDirPath())};
 }
+
+#else
+
+namespace {
+
+/// The path in the environment variable `name`, byte for byte; empty where it is not set.
+std::filesystem::path path_in(const char* name) {
+    return qgetenv(name).toStdString();
+}
+
+std::filesystem::path application_data() {
+    if (auto folder = path_in("APPDATA"); !folder.empty()) {
+        return folder;
+    }
+    if (auto folder = path_in("XDG_CONFIG_HOME"); folder.is_absolute()) {
+        return folder;
+    }
+    const auto home = path_in("HOME");
+    return (home.empty() ? std::filesystem::path("/") : home) / ".config";
+}
+
+std::filesystem::path program_folder() {
+    std::error_code error;
+    const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
+    return error ? std::filesystem::path(
+                       QFile::encodeName(QCoreApplication::applicationDirPath()).toStdString())
+                 : program.parent_path();
+}
+
+} // namespace
+
+// Not by way of the system's texts: a folder's name may be no text.
+Places machine_places() {
+    return {.settings = application_data() / "kv408", .program = program_folder()};
+}
+
+#endif
 
 } // namespace kv408::ui

@@ -11,8 +11,10 @@
 
 #include "display/picture.h"
 #include "display/plot_box.h"
+#include "scope/parts.h"
 #include "ui/calibration_window.h"
 #include "ui/control_panel.h"
+#include "ui/loading_note.h"
 #include "ui/menus.h"
 #include "ui/plot_drags.h"
 #include "ui/qt_picture_coder.h"
@@ -100,7 +102,16 @@ void MainWindow::lay_out() {
     copy->setToolTip(u"Copies the picture of the plot to the clipboard"_s);
     copy->setShortcut(QKeySequence::Copy);
     connect(copy, &QAction::triggered, this, [this] { copy_picture(); });
-    fill_menus(*menuBar(), driver_, *copy);
+    auto* const copy_scaled = new QAction(u"Copy with &Scales"_s, this);
+    copy_scaled->setObjectName(u"copyWithScales"_s);
+    copy_scaled->setToolTip(
+        u"Copies the picture of the plot with its scales, results and date to the clipboard"_s);
+    copy_scaled->setShortcut(QKeySequence(u"Ctrl+Shift+P"_s));
+    connect(copy_scaled, &QAction::triggered, this, [this] {
+        const Surface picture = scope_.parts().snapshot.with_scales();
+        QGuiApplication::clipboard()->setImage(image_of(picture).copy());
+    });
+    fill_menus(*menuBar(), driver_, {copy, copy_scaled});
     auto* const centre = new QWidget;
     auto* const layout = new QHBoxLayout(centre);
     layout->setContentsMargins(gap, gap, gap, gap);
@@ -108,6 +119,7 @@ void MainWindow::lay_out() {
     layout->addWidget(screen_, 1);
     layout->addWidget(make_control_panel(driver_));
     setCentralWidget(centre);
+    new LoadingNote(scope_.loading(), *this);
 }
 
 void MainWindow::showEvent(QShowEvent* event) {

@@ -1,6 +1,5 @@
 #include "ui/menus.h"
 
-#include <QAction>
 #include <QMenu>
 
 #include "ui/bind.h"
@@ -35,7 +34,7 @@ QMenu& add_menu(QMenuBar& bar, const QString& title) {
 
 } // namespace
 
-void fill_menus(QMenuBar& bar, ScopeDriver& driver, QAction& copy_picture) {
+void fill_menus(QMenuBar& bar, ScopeDriver& driver, const QList<QAction*>& copying) {
     FrontPanel& panel = driver.panel();
     QMenu& load = add_menu(bar, u"&Load Setup"_s);
     add(load, panel.loadconfig, driver,
@@ -58,7 +57,7 @@ void fill_menus(QMenuBar& bar, ScopeDriver& driver, QAction& copy_picture) {
     add(options, panel.mnusettings, driver,
         {u"&Settings..."_s, u"Snapshot, display and colours"_s, QKeySequence::Preferences});
     options.addSeparator();
-    options.addAction(&copy_picture);
+    options.addActions(copying);
 
     QMenu& help = add_menu(bar, u"&Help"_s);
     add(help, panel.menuhelp, driver, {u"&Help"_s, u"Has no function in this version"_s});

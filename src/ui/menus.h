@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QAction>
+#include <QList>
 #include <QMenuBar>
 
 #include "ui/scope_driver.h"
@@ -7,7 +9,7 @@
 namespace kv408::ui {
 
 /// Fills `bar` with the menus of the main window, each entry bound to its control, and with the
-/// entry `copy_picture`, which has none.
-void fill_menus(QMenuBar& bar, ScopeDriver& driver, QAction& copy_picture);
+/// entries `copying`, which have none.
+void fill_menus(QMenuBar& bar, ScopeDriver& driver, const QList<QAction*>& copying);
 
 } // namespace kv408::ui

@@ -1,6 +1,10 @@
 #include "ui/qt_file_choosers.h"
 
+#include <algorithm>
+
 #include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QStringList>
 
 #include "ui/dialog_run.h"
@@ -33,26 +37,84 @@ QStringList name_filters(const std::string& filter) {
     return filters;
 }
 
+/// The endings of the kinds in `filter`, without their points; empty for a kind of any ending.
+QStringList endings_of(const std::string& filter) {
+    const QStringList parts = QString::fromStdString(filter).split(u'|');
+    QStringList endings;
+    for (qsizetype index = 1; index < parts.size(); index += 2) {
+        const QString ending = parts[index].section(u'.', -1);
+        endings.append(ending == u"*" ? QString() : ending);
+    }
+    return endings;
+}
+
+/// Gives the name in `dialog` the ending `ending` in place of one of `others`.
+void change_ending(QFileDialog& dialog, const QString& ending, const QStringList& others) {
+    dialog.setDefaultSuffix(ending);
+    const QFileInfo named(dialog.selectedFiles().value(0));
+    if (!named.isDir() && others.contains(named.suffix(), Qt::CaseInsensitive)) {
+        dialog.selectFile(named.completeBaseName() + u'.' + ending);
+    }
+}
+
+#ifdef Q_OS_WIN
+
+QString text_of(const std::filesystem::path& path) {
+    return QString::fromStdWString(path.native());
+}
+
+std::filesystem::path path_of(const QString& text) {
+    return QDir::toNativeSeparators(text).toStdWString();
+}
+
+#else
+
+QString text_of(const std::filesystem::path& path) {
+    return QFile::decodeName(path.c_str());
+}
+
+std::filesystem::path path_of(const QString& text) {
+    return QFile::encodeName(text).toStdString();
+}
+
+#endif
+
 } // namespace
 
 std::optional<std::filesystem::path> QtFileChoosers::open_file(const FileQuestion& question) {
     QFileDialog dialog(asking_window(window_), QString::fromStdString(question.title));
     dialog.setFileMode(QFileDialog::ExistingFile);
     if (!question.folder.empty()) {
-        dialog.setDirectory(QString::fromStdU16String(question.folder.u16string()));
+        dialog.setDirectory(text_of(question.folder));
     }
     dialog.setNameFilters(name_filters(question.filter));
     return ask(dialog);
 }
 
-std::optional<std::filesystem::path> QtFileChoosers::save_file(const FileQuestion& question) {
+std::optional<ChosenFile> QtFileChoosers::save_file(const FileQuestion& question) {
     QFileDialog dialog(asking_window(window_), QString::fromStdString(question.title));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
+    if (!question.folder.empty()) {
+        dialog.setDirectory(text_of(question.folder));
+    }
     dialog.setNameFilters(name_filters(question.filter));
     dialog.setDefaultSuffix(QString::fromStdString(question.default_suffix));
     dialog.selectFile(QString::fromStdString(question.default_name));
-    return ask(dialog);
+    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, [&](const QString& kind) {
+        const QStringList endings = endings_of(question.filter);
+        const QString ending = endings.value(dialog.nameFilters().indexOf(kind));
+        if (!ending.isEmpty()) {
+            change_ending(dialog, ending, endings);
+        }
+    });
+    const auto path = ask(dialog);
+    if (!path) {
+        return std::nullopt;
+    }
+    const auto kind = dialog.nameFilters().indexOf(dialog.selectedNameFilter());
+    return ChosenFile{.path = *path,
+                      .kind = static_cast<std::size_t>(std::max(kind, qsizetype{0}))};
 }
 
 std::optional<std::filesystem::path> QtFileChoosers::choose_folder(const std::string& title) {
@@ -83,7 +145,7 @@ std::optional<std::filesystem::path> QtFileChoosers::ask(QFileDialog& dialog) {
     if (!accepted || files.isEmpty()) {
         return std::nullopt;
     }
-    return std::filesystem::path(QDir::toNativeSeparators(files.front()).toStdU16String());
+    return path_of(files.front());
 }
 
 } // namespace kv408::ui

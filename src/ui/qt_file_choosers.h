@@ -16,7 +16,7 @@ public:
     void set_window(QWidget* window) { window_ = window; }
 
     std::optional<std::filesystem::path> open_file(const FileQuestion& question) override;
-    std::optional<std::filesystem::path> save_file(const FileQuestion& question) override;
+    std::optional<ChosenFile> save_file(const FileQuestion& question) override;
     std::optional<std::filesystem::path> choose_folder(const std::string& title) override;
 
     /// Closes every open dialog as cancelled.

@@ -13,6 +13,8 @@ namespace kv408::ui {
 class QtPictureCoder : public PictureCoder {
 public:
     std::string png(const Surface& picture) override;
+    Surface with_lines(const Surface& picture, const std::vector<TextLine>& lines,
+                       Colour background) override;
 };
 
 } // namespace kv408::ui

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include <QDir>
 #include <QGridLayout>
 #include <QHBoxLayout>
 
@@ -96,6 +97,8 @@ QWidget* make_snapshot_page(SettingsControls& controls, ScopeDriver& driver) {
         make.text_box(controls.txtsnapshotpath,
                       {u"Snapshot path"_s, u"Folder that snapshots are saved in without asking"_s});
     path->setMinimumWidth(path_width);
+    // An empty one is completed with the separator, and that alone is the root folder.
+    path->setPlaceholderText(u"empty: the root folder, "_s + QDir::rootPath());
     grid->addWidget(make_caption(u"Snapshot &Path:"_s, path), 0, 0, 1, 2);
     grid->addWidget(path, 1, 0);
     grid->addWidget(make.button(controls.browse, u"..."_s,

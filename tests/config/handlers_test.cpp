@@ -48,7 +48,7 @@ TEST(ReadHandlers, KeysInAnotherOrderAreAppliedInThatOrder) {
     rig.load("TabStrip2\tHPOS\r\nseltimediv\t7\r\n");
     EXPECT_EQ(rig.panel.tabstrip2.selected_key(), "CH1");
     SettingsRig other;
-    other.load("ch1vdiv\t0\r\nch1vdiv\t5\r\nch1vdiv\t1\r\n");
+    other.load("ch1vdiv\t5\r\nch1vdiv\t1\r\n");
     EXPECT_EQ(other.panel.channel[0].vdiv.text(), "0.2V");
 }
 

@@ -127,14 +127,38 @@ TEST(Loading, LinesOfAHundredMegabytes) {
     }
 }
 
-TEST(Loading, EndsHoweverOftenKeysAreRepeated) {
-    std::string bytes = "unknown\t1\r\n";
-    for (int line = 0; line < 1000; ++line) {
-        bytes += "trigsource\t0\r\nunknown\t1\r\n";
+TEST(Loading, AKeyThatComesAThirdTimeIsAnErrorOfItsLine) {
+    std::string bytes;
+    for (const char* key : {"seltimediv", "ch1vdiv", "eyeon", "horpos", "TabStrip3"}) {
+        const std::string line = std::string(key) + "\t1\r\n";
+        EXPECT_EQ(told(line + "unknown\t1\r\n" + line), Texts{}) << key;
+        EXPECT_EQ(told(line + line + "unknown\t1\r\n" + line), in_line(4)) << key;
+        bytes += line + line;
     }
     EXPECT_EQ(told(bytes), Texts{});
-    EXPECT_EQ(told(bytes + "unknown\t2\r\n"), Texts{});
-    EXPECT_EQ(told(bytes + "eyeon\t1\r\n"), in_line(2002));
+    EXPECT_EQ(told("unknown\t1\r\nunknown\t1\r\nunknown\t1\r\n"), Texts{});
+}
+
+TEST(Loading, TheThreeAnnotationsMayEachHaveTheirLine) {
+    const std::string line = "chkmeasanno\t1\r\n";
+    EXPECT_EQ(told(line + line + line), Texts{});
+    EXPECT_EQ(told(line + line + line + line), in_line(4));
+}
+
+TEST(Loading, AThirdLineOfAKeyDoesNotReachItsControl) {
+    SettingsRig rig;
+    rig.load("ch1vdiv\t1\r\nch1vdiv\t2\r\nch1vdiv\t3\r\nch2vdiv\t4\r\n");
+    EXPECT_EQ(rig.panel.channel[0].vdiv.index(), 2);
+    EXPECT_NE(rig.panel.channel[1].vdiv.index(), 4);
+}
+
+TEST(Loading, AByteOrderMarkIsNoPartOfTheFirstLine) {
+    SettingsRig rig;
+    rig.load("\xEF\xBB\xBFseltimediv\t 3 \r\nsnapshotpath\t/M\xC3\xA4rz\r\n");
+    EXPECT_TRUE(rig.boxes.shown.empty());
+    EXPECT_EQ(rig.panel.seltimediv.index(), 3);
+    // What begins with one is UTF-8, whatever the system's code page is.
+    EXPECT_EQ(rig.display.snapshotpath, "/M\xC3\xA4rz");
 }
 
 TEST(Loading, AMillionUnknownLinesArePassedOver) {
@@ -185,6 +209,72 @@ TEST(Loading, ASetUpLoadedByHandKeepsWhatItDoesNotName) {
     rig.load("colorch1\t 1 \r\n");
     EXPECT_EQ(rig.colours.grid, rgb(1, 2, 3));
     EXPECT_EQ(rig.display.snapshotpath, "/elsewhere");
+}
+
+/// Handlers that take long, as those that talk with the instrument do, for every line.
+struct SlowRig : SettingsRig {
+    SlowRig() {
+        panel.seltimediv.on_click([this] {
+            clock.advance(std::chrono::milliseconds(200));
+            captions.push_back(settings.loading().caption());
+        });
+        panel.eyeon.on_click([this] { clock.advance(std::chrono::milliseconds(400)); });
+        files.files[loaded] = "eyeon\t1\r\nseltimediv\t1\r\neyeon\t0\r\npersist\t1\r\n"
+                              "seltimediv\t2\r\naverage\t1\r\n";
+        choosers.answers = {loaded};
+    }
+
+    Texts captions; ///< what the note said when a time base was chosen
+};
+
+TEST(Dialogs, LoadingThatTakesLongIsShownFromOneSecondOn) {
+    SlowRig rig;
+    Texts shown;
+    rig.messages.on_process = [&](int) { shown.push_back(rig.settings.loading().caption()); };
+    rig.settings.loadconfig_Click();
+    // 400, 600, 1000, 1000, 1200, 1200 ms after the start.
+    EXPECT_EQ(shown, (Texts{"", "Loading the set-up: line 3", "Loading the set-up: line 4",
+                            "Loading the set-up: line 5", "Loading the set-up: line 6"}));
+    EXPECT_EQ(rig.captions, (Texts{"", "Loading the set-up: line 4"}));
+    EXPECT_EQ(rig.settings.loading().caption(), "");
+    EXPECT_EQ(rig.applied, 1);
+}
+
+TEST(Dialogs, AnEndOfTheProgramEndsALoadingThatTakesLong) {
+    SlowRig rig;
+    rig.messages.on_process = [](int) { throw ProgramEnded{}; };
+    const auto start = rig.clock.now();
+    EXPECT_THROW(rig.settings.loadconfig_Click(), ProgramEnded);
+    EXPECT_LE(rig.clock.now() - start, std::chrono::milliseconds(600));
+    EXPECT_EQ(rig.panel.seltimediv.index(), 1);
+    EXPECT_FALSE(rig.panel.persist.checked());
+}
+
+TEST(Dialogs, NothingIsLoadedWhileASetUpIsBeingLoaded) {
+    SlowRig rig;
+    rig.messages.on_process = [&](int) { rig.settings.loadconfig_Click(); };
+    rig.settings.loadconfig_Click();
+    EXPECT_EQ(rig.choosers.opened.size(), 1U);
+}
+
+TEST(Dialogs, SaveSetupGivesItsNameTheEndingThatLoadSetupLists) {
+    SettingsRig rig;
+    rig.settings.saveconfig_Click();
+    EXPECT_EQ(rig.choosers.saved.at(0).default_suffix, "TXT");
+}
+
+TEST(Dialogs, BothStartInTheFolderThatWasUsedLast) {
+    SettingsRig rig;
+    rig.files.files["/one/set-up.TXT"] = "eyeon\t 1 \r\n";
+    rig.choosers.answers = {"/one/set-up.TXT", "/two/saved.TXT", std::nullopt};
+    rig.settings.loadconfig_Click();
+    rig.settings.saveconfig_Click();
+    rig.settings.loadconfig_Click();
+    rig.settings.loadconfig_Click();
+    EXPECT_TRUE(rig.choosers.opened.at(0).folder.empty());
+    EXPECT_EQ(rig.choosers.saved.at(0).folder, "/one");
+    EXPECT_EQ(rig.choosers.opened.at(1).folder, "/two");
+    EXPECT_EQ(rig.choosers.opened.at(2).folder, "/two");
 }
 
 TEST(Dialogs, LoadSetupAsksReadsAndApplies) {

@@ -4,6 +4,7 @@
 
 #include "display/bitmap_file.h"
 #include "display/colour_update.h"
+#include "display/scale_lines.h"
 #include "golden.h"
 #include "picture_scene.h"
 #include "support/fake_files.h"
@@ -87,7 +88,98 @@ TEST_F(SnapshotTest, CompletesAFolderWithoutSeparatorOnce) {
     EXPECT_EQ(settings.snapshotpath, "/pictures" + separator);
     snapshot.Command1_Click();
     EXPECT_EQ(settings.snapshotpath, "/pictures" + separator);
-    EXPECT_EQ(files.written.back(), "/pictures/261116_010937.bmp");
+    EXPECT_EQ(files.written.back(), "/pictures/261116_010937_2.bmp");
+}
+
+TEST_F(SnapshotTest, AFurtherOneOfTheSameSecondTakesTheNextFreeNameAndTellsIt) {
+    files.files["/pictures/261116_010937.bmp"] = "another program's";
+    files.files["/pictures/261116_010937_3.bmp"] = "one of yesteryear";
+    for (int times = 0; times < 3; ++times) {
+        snapshot.Command1_Click();
+    }
+    EXPECT_EQ(files.written,
+              (Texts{"/pictures/261116_010937_2.bmp", "/pictures/261116_010937_4.bmp",
+                     "/pictures/261116_010937_5.bmp"}));
+    EXPECT_EQ(files.files["/pictures/261116_010937.bmp"], "another program's");
+    EXPECT_EQ(files.files["/pictures/261116_010937_3.bmp"], "one of yesteryear");
+    EXPECT_EQ(boxes.shown[1].text,
+              "Snapshot saved to: \n/pictures" + separator + "261116_010937_4.bmp");
+}
+
+/// The texts of `lines`, those of one line parted by bars.
+Texts texts_of(const std::vector<TextLine>& lines) {
+    Texts texts;
+    for (const TextLine& line : lines) {
+        std::string text;
+        for (const PictureText& piece : line) {
+            text += (text.empty() ? "" : " | ") + piece.text;
+        }
+        texts.push_back(text);
+    }
+    return texts;
+}
+
+TEST_F(SnapshotTest, TheDialogOffersOtherKindsBehindTheBitmap) {
+    settings.snapshotdialog = 1;
+    snapshot.Command1_Click();
+    EXPECT_EQ(choosers.saved.at(0).filter,
+              "Bitmap (*.BMP)|*.bmp|All Files (*.*)|*.*|PNG (*.PNG)|*.png|"
+              "Bitmap with Scales (*.BMP)|*.bmp|PNG with Scales (*.PNG)|*.png");
+}
+
+TEST_F(SnapshotTest, WithScalesTheBitmapHasThemBelowThePlotAndWithoutItHasNot) {
+    settings.snapshotdialog = 1;
+    for (const std::size_t kind : {0U, 1U, 3U}) {
+        choosers.kind = kind;
+        choosers.answers = {"/mine.bmp"};
+        snapshot.Command1_Click();
+        const bool scaled = kind == 3;
+        const auto lines = scaled ? static_cast<int>(coder.lines.size()) : 0;
+        const auto height = static_cast<std::size_t>(540 + 10 * lines);
+        EXPECT_EQ(files.files["/mine.bmp"].size(), 54U + height * 2116U) << kind;
+    }
+    choosers.kind = 4;
+    choosers.answers = {"/mine.png"};
+    snapshot.Command1_Click();
+    EXPECT_GT(coder.pictures.back().height(), 540);
+    choosers.kind = 2;
+    choosers.answers = {"/mine.png"};
+    snapshot.Command1_Click();
+    EXPECT_EQ(coder.pictures.back().height(), 540);
+}
+
+TEST_F(SnapshotTest, TheScalesAreThoseOfTheClickAndInItsColours) {
+    panel.seltimediv.set_entries({"20ns/div", "10ns/div"});
+    panel.seltimediv.set_index(0);
+    for (ChannelControls& channel : panel.channel) {
+        channel.vdiv.set_entries({"0.1V"});
+        channel.vdiv.set_index(0);
+        channel.enable.set_checked(true);
+        channel.vdivtext.set_caption("0.1V (inv)");
+    }
+    panel.channel[1].hor_delay.set_caption("Delay:  500ps");
+    panel.check1.set_checked(true);
+    panel.measurement[0].label.set_caption("Freq");
+    panel.measurement[0].ch1.set_caption("10.00MHz");
+    panel.measurement[0].ch2.set_caption("---");
+    panel.measurement[2].label.set_caption("Vpp");
+    panel.measurement[2].ch1.set_caption("100.0mV");
+    ColourUpdate(panel, colours, picture).recolour_panel();
+    settings.snapshotdialog = 1;
+    choosers.on_ask = [this] { panel.seltimediv.set_index(1); };
+    snapshot.Command1_Click();
+    const std::string offset = "Offset: " + panel.channel[0].ofset.caption();
+    EXPECT_EQ(texts_of(coder.lines),
+              (Texts{"20ns/div | 2026-11-16 01:09:37", "CH1 | 0.1V/div (inv) | " + offset,
+                     "CH2 | 0.1V/div (inv) | " + offset + " | Delay:  500ps",
+                     "Freq | 10.00MHz | ---", "Vpp | 100.0mV"}));
+    EXPECT_EQ(coder.lines[0][0].colour, rgb(255, 255, 255));
+    EXPECT_EQ(coder.lines[1][0].colour, rgb(255, 255, 0));
+    EXPECT_EQ(coder.lines[2][2].colour, rgb(128, 220, 255));
+    EXPECT_EQ(coder.lines[3][1].colour, rgb(255, 255, 0));
+    panel.channel[1].enable.set_checked(false);
+    panel.check1.set_checked(false);
+    EXPECT_EQ(scale_lines(panel, {}).size(), 2U);
 }
 
 TEST_F(SnapshotTest, LeavesAFolderThatEndsInASeparator) {
@@ -175,7 +267,7 @@ TEST_F(SnapshotTest, AsksForTheNameWhenTold) {
     snapshot.Command1_Click();
     ASSERT_EQ(choosers.saved.size(), 1U);
     EXPECT_EQ(choosers.saved[0].title, "Save Snapshot");
-    EXPECT_EQ(choosers.saved[0].filter, "Bitmap (*.BMP)|*.bmp|All Files (*.*)|*.*");
+    EXPECT_TRUE(choosers.saved[0].filter.starts_with("Bitmap (*.BMP)|*.bmp|All Files (*.*)|*.*"));
     EXPECT_EQ(choosers.saved[0].default_name, "261116_010937.bmp");
     EXPECT_EQ(files.written, (Texts{"/elsewhere/mine.bmp"}));
     EXPECT_EQ(files.files.at("/elsewhere/mine.bmp").substr(0, 2), "BM");

@@ -44,6 +44,13 @@ TEST_F(Doctor, AnInstrumentThatAnswersIsNamed) {
                                         "SI_Read 1 @20", "SI_Close @20"}));
 }
 
+TEST_F(Doctor, ASerialNumberForgesNoAnswer) {
+    bridge_.serials = {"lm4rxa\r\nThe instrument X answers.\x1B[8m"};
+    expect(DoctorResult::no_answer,
+           "The instrument lm4rxa\\x0d\\x0aThe instrument X answers.\\x1b[8m does not answer: "
+           "check its power.\n");
+}
+
 TEST_F(Doctor, AnInstrumentThatIsSilentIsAskedThreeTimes) {
     expect(DoctorResult::no_answer,
            "The instrument lm4rxa0SERIAL1 does not answer: check its power.\n");

@@ -168,7 +168,7 @@ public:
     SoakChoosers(Chance& chance, const SoakFiles& files) : chance_(chance), files_(files) {}
 
     std::optional<std::filesystem::path> open_file(const FileQuestion& question) override {
-        if (question.folder.empty()) {
+        if (question.title != "Restore Calibration") {
             return any("/set-ups/");
         }
         // A calibration record, the oldest of those that are left.
@@ -176,9 +176,12 @@ public:
         return found == files_.files.end() ? std::nullopt
                                            : std::optional<std::filesystem::path>(found->first);
     }
-    std::optional<std::filesystem::path> save_file(const FileQuestion& question) override {
-        return question.default_name.empty() ? any("/set-ups/")
-                                             : "/pictures/" + question.default_name;
+    std::optional<ChosenFile> save_file(const FileQuestion& question) override {
+        const auto path =
+            question.default_name.empty()
+                ? any("/set-ups/")
+                : std::optional<std::filesystem::path>("/pictures/" + question.default_name);
+        return path ? std::optional<ChosenFile>({.path = *path}) : std::nullopt;
     }
     std::optional<std::filesystem::path> choose_folder(const std::string& /*title*/) override {
         return any("/folders/");

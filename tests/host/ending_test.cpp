@@ -21,6 +21,16 @@ TEST(Ending, NothingIsShownOnceTheProgramHasEnded) {
     EXPECT_EQ(boxes.texts(), std::vector<std::string>{"before"});
 }
 
+TEST(Ending, NoMessageSteersTheScreen) {
+    ProgramState program;
+    FakeMessageBoxes boxes;
+    EndingMessageBoxes ending(boxes, program);
+    ending.show({.text = "saved to:\n\x1B]0;x", .informative = "\xFF", .details = "\xE2\x80\xAE"});
+    EXPECT_EQ(boxes.shown[0].text, "saved to:\n\\x1b]0;x");
+    EXPECT_EQ(boxes.shown[0].informative, "\\xff");
+    EXPECT_EQ(boxes.shown[0].details, "\\xe2\\x80\\xae");
+}
+
 TEST(Ending, AnEndWhileABoxIsOpenUnwindsWhenItCloses) {
     ProgramState program;
     FakeMessageBoxes boxes;

@@ -70,9 +70,10 @@ public:
         return next();
     }
 
-    std::optional<std::filesystem::path> save_file(const FileQuestion& question) override {
+    std::optional<ChosenFile> save_file(const FileQuestion& question) override {
         saved.push_back(question);
-        return next();
+        const auto path = next();
+        return path ? std::optional<ChosenFile>({.path = *path, .kind = kind}) : std::nullopt;
     }
 
     std::optional<std::filesystem::path> choose_folder(const std::string& title) override {
@@ -84,6 +85,7 @@ public:
     std::vector<FileQuestion> saved;  ///< questions for a file to write
     std::vector<std::string> folders; ///< titles of the questions for a folder
     std::deque<std::optional<std::filesystem::path>> answers; ///< then always cancelled
+    std::size_t kind = 0;                                     ///< of all files to write
     std::function<void()> on_ask;                             ///< runs while a dialog is "open"
 
 private:

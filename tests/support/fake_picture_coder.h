@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,17 @@ public:
         return bytes;
     }
 
+    Surface with_lines(const Surface& picture, const std::vector<TextLine>& texts,
+                       Colour background) override {
+        lines = texts;
+        Surface higher(picture.width(), picture.height() + line_height * int(texts.size()));
+        std::fill(higher.pixels().begin(), higher.pixels().end(), pixel_of(background));
+        std::copy(picture.pixels().begin(), picture.pixels().end(), higher.pixels().begin());
+        return higher;
+    }
+
+    static constexpr int line_height = 10;
+    std::vector<TextLine> lines;      ///< that were to stand under a picture last
     std::vector<Surface> pictures;    ///< every picture to encode, oldest first
     std::string bytes = "a PNG file"; ///< what each of them becomes
 };

@@ -56,6 +56,7 @@ struct SettingsRig : StartedPanelRig {
 
     FakeFiles files;
     FakeFileChoosers choosers;
+    FakeWindowMessages messages;
     Places places = fake_places();
     ColourTable colours;
     DisplaySettings display;
@@ -72,7 +73,12 @@ struct SettingsRig : StartedPanelRig {
          .display = display,
          .adjust = adjust,
          .chkMeasAnno_MouseDown = [this](int index) { press_annotation(index); }},
-        {.files = files, .choosers = choosers, .boxes = boxes, .places = places},
+        {.files = files,
+         .choosers = choosers,
+         .boxes = boxes,
+         .places = places,
+         .clock = clock,
+         .messages = messages},
         {.apply = [this] { ++applied; }, .cancel_edits = [this] { ++cancelled; }}};
 };
 

@@ -146,7 +146,7 @@ void SettingsFileTest::save_setup_asks_for_a_file_and_writes_it() {
     ProgramOnDisk on;
     QVERIFY(on.run_until_sweeping());
     on.program.scope().act([&on] { on.panel().channel[1].invert.set_checked(true); });
-    // No ending is added: the file is called what the user called it.
+    // The ending is added by which Load Setup lists it.
     const WhenOpen<QFileDialog> opened([&on](QFileDialog& dialog) {
         QCOMPARE(dialog.windowTitle(), u"Save File"_s);
         QCOMPARE(dialog.nameFilters(),
@@ -156,7 +156,7 @@ void SettingsFileTest::save_setup_asks_for_a_file_and_writes_it() {
     });
     on.entry("saveconfig")->trigger();
     QVERIFY(opened.ran());
-    const QByteArray saved = on.content(u"my set-up"_s);
+    const QByteArray saved = on.content(u"my set-up.TXT"_s);
     QVERIFY2(saved.startsWith("intcr1vpos\t 192 \r\n"), saved);
     QVERIFY2(saved.contains("\r\ninvert2\t 1 \r\n"), saved);
     QVERIFY2(saved.endsWith("snapshotinvert\t 0 \r\n"), saved);
@@ -257,6 +257,9 @@ void SettingsFileTest::appdata_names_the_folder_of_the_settings() {
     QCOMPARE(machine_places().program,
              std::filesystem::path(QCoreApplication::applicationDirPath().toStdU16String()));
 #ifdef Q_OS_LINUX
+    // Byte for byte, also where it is no text.
+    qputenv("APPDATA", "/da\xFFta\x80");
+    QCOMPARE(machine_places().settings, std::filesystem::path("/da\xFFta\x80/kv408"));
     qunsetenv("APPDATA");
     QCOMPARE(settings(), u"/config/kv408"_s);
     qputenv("APPDATA", "");

@@ -1,6 +1,7 @@
 // Snapshots and the clipboard, out of the running window.
 
 #include <QClipboard>
+#include <QComboBox>
 #include <QFileDialog>
 #include <QMessageBox>
 #include <QPushButton>
@@ -8,6 +9,7 @@
 #include <QTimer>
 
 #include "box_answers.h"
+#include "display/scale_lines.h"
 #include "program_on_bench.h"
 #include "ui/colours.h"
 
@@ -78,7 +80,9 @@ private Q_SLOTS:
     void goes_silently_into_its_folder();
     void goes_where_the_dialog_says();
     void a_png_is_one();
+    void the_kind_that_is_chosen_changes_the_names_ending();
     void is_copied_to_the_clipboard();
+    void is_copied_with_its_scales();
 };
 
 void SnapshotTest::goes_silently_into_its_folder() {
@@ -112,7 +116,9 @@ void SnapshotTest::goes_where_the_dialog_says() {
     on.snapshot_by_dialog(folder + u"/mine.bmp"_s);
     QCOMPARE(on.title, u"Save Snapshot"_s);
     QCOMPARE(on.offered, u"261116_010937.bmp"_s);
-    QCOMPARE(on.filters, (QStringList{u"Bitmap (*.bmp *.BMP)"_s, u"All Files (*)"_s}));
+    QCOMPARE(on.filters, (QStringList{u"Bitmap (*.bmp *.BMP)"_s, u"All Files (*)"_s,
+                                      u"PNG (*.png *.PNG)"_s, u"Bitmap with Scales (*.bmp *.BMP)"_s,
+                                      u"PNG with Scales (*.png *.PNG)"_s}));
     const std::string path = folder.toStdString() + "/mine.bmp";
     QCOMPARE(on.files.written.back(), path);
     QVERIFY(on.is_plot_box(on.saved(path)));
@@ -130,6 +136,52 @@ void SnapshotTest::a_png_is_one() {
     const std::string path = folder.toStdString() + "/mine.png";
     QCOMPARE(on.files.files[path].substr(0, 4), std::string("\x89PNG"));
     QVERIFY(on.is_plot_box(on.saved(path)));
+}
+
+void SnapshotTest::the_kind_that_is_chosen_changes_the_names_ending() {
+    Stopped on;
+    QVERIFY(on.stopped);
+    on.always_ask();
+    QString named;
+    QTimer::singleShot(0, &on.window(), [&] {
+        auto* const dialog = on.window().findChild<QFileDialog*>(u"fileDialog"_s);
+        dialog->setDirectory(QStringLiteral(KV408_PICTURE_DIR));
+        auto* const kinds = dialog->findChild<QComboBox*>(u"fileTypeCombo"_s);
+        kinds->setFocus();
+        QTest::keyClick(kinds, Qt::Key_End); // PNG with scales
+        named = QFileInfo(dialog->selectedFiles().value(0)).fileName();
+        dialog->setOption(QFileDialog::DontConfirmOverwrite);
+        QMetaObject::invokeMethod(dialog, "accept");
+    });
+    QTest::mouseClick(on.widget("Command1"), Qt::LeftButton);
+    QCOMPARE(named, u"261116_010937.png"_s);
+    const QImage saved = on.saved(on.files.written.back());
+    QVERIFY(!saved.isNull());
+    QVERIFY(saved.height() > 540);
+    QVERIFY(on.is_plot_box(saved.copy(0, 0, 705, 540)));
+}
+
+void SnapshotTest::is_copied_with_its_scales() {
+    Stopped on;
+    QVERIFY(on.stopped);
+    QGuiApplication::clipboard()->clear();
+    on.widget("cmdstop")->setFocus();
+    QTest::keyClick(on.widget("cmdstop"), Qt::Key_P, Qt::ControlModifier | Qt::ShiftModifier);
+    const QImage copied = QGuiApplication::clipboard()->image();
+    QVERIFY(on.is_plot_box(copied.copy(0, 0, 705, 540)));
+    // Each line below shows its text in its colour: time base, the channels, the results.
+    const auto lines = scale_lines(on.panel(), {});
+    QCOMPARE(copied.height(), 540 + 20 * int(lines.size()) + 8);
+    for (int line = 0; line < int(lines.size()); ++line) {
+        const QRgb colour = pixel_of(lines[std::size_t(line)][0].colour);
+        int pixels = 0;
+        for (int y = 540 + 20 * line; y < 560 + 20 * line; ++y) {
+            for (int x = 0; x < 178; ++x) {
+                pixels += copied.pixel(x, y) == colour ? 1 : 0;
+            }
+        }
+        QVERIFY2(pixels > 0, QByteArray::number(line));
+    }
 }
 
 void SnapshotTest::is_copied_to_the_clipboard() {

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "display/picture_coder.h"
+#include "host/clock.h"
+#include "panel/front_panel.h"
+
+namespace kv408 {
+
+/// What the picture of the plot does not say by itself, as lines to stand under it, in the colours
+/// that the panel shows it in: time per division and the date `time`; volts per division, offset
+/// and delay of each channel that is shown; the results that are shown.
+[[nodiscard]] std::vector<TextLine> scale_lines(const FrontPanel& panel, const LocalTime& time);
+
+} // namespace kv408

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace kv408 {
+
+/// `text`, which strangers may have made, as it is shown: what would steer the screen instead of
+/// being read (control characters, such that turn the direction of writing or are not seen, bytes
+/// that are no UTF-8) becomes "\x1b" and the like, byte for byte.
+[[nodiscard]] std::string shown_line(std::string_view text);
+
+/// The same for a text of several lines: line feeds and tabs stay.
+[[nodiscard]] std::string shown_lines(std::string_view text);
+
+} // namespace kv408
