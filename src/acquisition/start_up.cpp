@@ -107,9 +107,9 @@ void StartUp::apply_settings() {
     screen_.draw(draw_flags::all);
 }
 
-void StartUp::Form_Unload() {
+void StartUp::Form_Unload(bool tell) {
     link_.close();
-    handlers_.settings.save_at_end(true);
+    handlers_.settings.save_at_end(tell);
     end_program(program_);
 }
 

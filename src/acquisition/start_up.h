@@ -51,7 +51,8 @@ public:
     void apply_settings();
 
     /// Exit and closing the window: closes the device, saves the settings and ends the program.
-    [[noreturn]] void Form_Unload();
+    /// What cannot be saved is told in a box when `tell` is set.
+    [[noreturn]] void Form_Unload(bool tell = true);
     [[noreturn]] void MenuExit_Click() { Form_Unload(); }
 
 private:

@@ -66,7 +66,8 @@ int most_lines(std::string_view key) {
 } // namespace
 
 SettingsFile::SettingsFile(KeptSettings kept, const Host& host, Hooks hooks)
-    : kept_(std::move(kept)), host_(host), hooks_(std::move(hooks)), rows_(setting_rows(kept_)) {
+    : kept_(std::move(kept)), host_(host), hooks_(std::move(hooks)), rows_(setting_rows(kept_)),
+      last_(host.files, host.log) {
     for (const SettingRow& row : rows_) {
         row_of_key_.emplace(row.key, &row);
     }
@@ -87,6 +88,29 @@ void SettingsFile::restore() {
         // Where it cannot be made, the message of the line has told what will be missing.
         host_.files.replace(copy, bytes);
     }
+    offer_aside();
+}
+
+void SettingsFile::offer_aside() {
+    const std::filesystem::path aside = host_.files.aside(default_path());
+    if (aside.empty()) {
+        return;
+    }
+    const MessageAnswer answer = host_.boxes.show(
+        {.text = "Settings of an earlier run could not be saved. Take them now?",
+         .buttons = MessageButtons::yes_no,
+         .icon = MessageIcon::question,
+         .informative = "They are in " + text_of_path(aside) + "; No discards them."});
+    if (answer != MessageAnswer::yes) {
+        host_.files.drop_aside(default_path());
+        return;
+    }
+    // They stay where they are as long as they could be lost once more.
+    const Reading reading = loadconfigfile(aside);
+    if (reading != Reading::failed && restored_.status != FileStatus::failed &&
+        write(default_path()).result.status == FileStatus::done) {
+        host_.files.drop_aside(default_path());
+    }
 }
 
 void SettingsFile::save_at_end(bool tell) {
@@ -96,12 +120,34 @@ void SettingsFile::save_at_end(bool tell) {
     // Set first: while a failure is being told the window may be closed once more.
     saved_at_end_ = true;
     hooks_.cancel_edits();
-    const Outcome outcome = restored_.status == FileStatus::failed
-                                ? Outcome{.path = default_path(), .result = restored_}
-                                : write(default_path());
+    note();
+    const Outcome outcome = last_.save(true);
     if (tell) {
-        tell_failure(outcome);
+        tell_failure(outcome, where_aside(outcome));
     }
+}
+
+void SettingsFile::note_for_end() {
+    if (keeping_ && !saved_at_end_) {
+        note();
+    }
+}
+
+void SettingsFile::save_without_the_window() {
+    if (keeping_ && !saved_at_end_) {
+        saved_at_end_ = true;
+        note();
+        last_.save(true);
+    }
+}
+
+void SettingsFile::note() {
+    const ColourTable shown = kept_.colours;
+    if (hooks_.confirmed_colours) {
+        kept_.colours = hooks_.confirmed_colours();
+    }
+    last_.note(default_path(), to_code_page(text()), restored_);
+    kept_.colours = shown;
 }
 
 SettingsFile::Reading SettingsFile::loadconfigfile(const std::filesystem::path& path) {
@@ -231,18 +277,25 @@ SettingsFile::Outcome SettingsFile::write(const std::filesystem::path& path) {
 }
 
 void SettingsFile::saveconfigsmon(const std::filesystem::path& path) {
-    tell_failure(write(path));
+    const Outcome outcome = write(path);
+    tell_failure(outcome, {});
+    if (!outcome.result.copy.empty()) {
+        host_.boxes.show(
+            {.text = where_copy(path, outcome.result.copy), .icon = MessageIcon::information});
+    }
 }
 
-void SettingsFile::tell_failure(const Outcome& outcome) {
+void SettingsFile::tell_failure(const Outcome& outcome, const std::string& help) {
     if (outcome.result.status == FileStatus::done) {
         return;
     }
     std::string text = "The settings could not be saved. ";
     text.append(text_of_path(outcome.path)).append(": ").append(outcome.result.reason);
     // Ahead of the start and from the end on there is no sweep that could go on.
-    host_.boxes.show(
-        {.text = text, .icon = MessageIcon::critical, .holds_sweep = !keeping_ || saved_at_end_});
+    host_.boxes.show({.text = text,
+                      .icon = MessageIcon::critical,
+                      .informative = help,
+                      .holds_sweep = !keeping_ || saved_at_end_});
 }
 
 void SettingsFile::loadconfig_Click() {

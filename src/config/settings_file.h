@@ -3,10 +3,12 @@
 #include <chrono>
 #include <filesystem>
 #include <functional>
+#include <iostream>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
+#include "config/last_settings.h"
 #include "config/setting_rows.h"
 #include "host/clock.h"
 #include "host/file_choosers.h"
@@ -29,6 +31,7 @@ public:
         const Places& places;
         const Clock& clock;
         WindowMessages& messages;
+        std::ostream& log = std::cerr; ///< is told what could not be saved at the end
     };
 
     /// What others do when settings are loaded or saved.
@@ -37,6 +40,8 @@ public:
         std::function<void()> apply;
         /// Takes back what is being edited and has not been confirmed.
         std::function<void()> cancel_edits;
+        /// The colours as they would then be; empty: those there are.
+        std::function<ColourTable()> confirmed_colours = {};
     };
 
     /// Keeps `kept` in files of `host`.
@@ -52,6 +57,7 @@ public:
     /// Start-up: gives colours and snapshot folder their defaults, then reads the default file. Of
     /// one with a line that cannot be taken a copy with the further ending ".bad" is kept, because
     /// the end of the program will write the file without what stood after that line.
+    /// Settings that an earlier run had to set aside are offered.
     void restore();
 
     /// Start-up is complete: from now on the end of the program saves the settings.
@@ -59,8 +65,18 @@ public:
 
     /// The end of the program: writes the default file, once, and only after a complete start, so
     /// that a failed one leaves it alone. A file that could not be read at start-up stays as it is.
-    /// A failure is told when `tell` is set.
+    /// A failure is told, in a box too when `tell` is set.
     void save_at_end(bool tell);
+
+    /// Notes what the end of the program would save now, for an end that another thread brings
+    /// about.
+    void note_for_end();
+
+    /// Saves at the end without touching what is edited or shown.
+    void save_without_the_window();
+
+    /// What has been noted, for any thread.
+    [[nodiscard]] LastSettings& last_settings() { return last_; }
 
     /// Reads and applies the file at `path`. A missing file is created with the present settings.
     /// The first line that cannot be taken, or with a key that two lines (of "chkmeasanno" three)
@@ -84,15 +100,14 @@ public:
     void saveconfig_Click();
 
 private:
-    /// What could not be made or written, and why; no reason when all went well.
-    struct Outcome {
-        std::filesystem::path path;
-        FileResult result = {};
-    };
+    using Outcome = LastSettings::Outcome;
 
     [[nodiscard]] Outcome write(const std::filesystem::path& path);
+    void note();
     [[nodiscard]] std::string text() const;
-    void tell_failure(const Outcome& outcome);
+    void tell_failure(const Outcome& outcome, const std::string& help);
+    /// What an earlier run could not save.
+    void offer_aside();
     bool take_lines(std::string_view lines, const std::filesystem::path& path);
     /// Takes one line; `taken` counts the lines with each key so far.
     bool take_line_of(std::string_view line, std::unordered_map<std::string_view, int>& taken);
@@ -110,6 +125,7 @@ private:
     std::unordered_map<std::string_view, const SettingRow*> row_of_key_;
     bool keeping_ = false;
     FileResult restored_; ///< how the default file could be read at start-up
+    LastSettings last_;
     bool saved_at_end_ = false;
     std::filesystem::path folder_; ///< that Load Setup or Save Setup used last
     Label loading_{"loading"};

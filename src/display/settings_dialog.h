@@ -37,6 +37,11 @@ public:
     /// Does what Cancel does, if the dialog is open: the colours from before come back.
     void cancel();
 
+    /// The colours as they would be after `cancel`.
+    [[nodiscard]] ColourTable confirmed_colours() const {
+        return open_ ? table_of(saved_) : colours_;
+    }
+
     /// Puts the factory colours into the edited ones and applies them.
     void setColDefault();
 

@@ -30,6 +30,11 @@ void EndingWindowMessages::process_pending() {
     unwind_if_ended(program_);
 }
 
+void EndingWindowMessages::process_endings() {
+    messages_.process_endings();
+    unwind_if_ended(program_);
+}
+
 void EndingWindowMessages::repaint(std::string_view control_name) {
     messages_.repaint(control_name);
 }

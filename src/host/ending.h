@@ -29,6 +29,7 @@ public:
         : messages_(messages), program_(program) {}
 
     void process_pending() override;
+    void process_endings() override;
     void repaint(std::string_view control_name) override;
 
 private:

@@ -13,6 +13,8 @@ enum class FileStatus { done, not_found, failed, exists };
 struct FileResult {
     FileStatus status = FileStatus::done;
     std::string reason = {}; ///< the system's own words, empty when done
+    /// Where a copy lies of what a file held that had to be written in place; empty otherwise.
+    std::filesystem::path copy = {};
 };
 
 /// Whole files of the machine.
@@ -25,7 +27,9 @@ public:
     virtual FileResult read(const std::filesystem::path& path, std::string& bytes) = 0;
 
     /// Makes `bytes` the content of the file at `path` in one step: whatever happens meanwhile,
-    /// the file is either the old one or the new one, whole.
+    /// the file is either the old one or the new one, whole. A file that may be written, but in
+    /// whose folder nothing can be made or replaced, is written in place, after a copy of it has
+    /// been laid elsewhere.
     virtual FileResult replace(const std::filesystem::path& path, std::string_view bytes) = 0;
 
     /// Makes a file at `path` with the content `bytes` in one step, where there is nothing yet;
@@ -34,6 +38,18 @@ public:
 
     /// Makes the folder `path` and those above it; done as well when it is there already.
     virtual FileResult create_folder(const std::filesystem::path& path) = 0;
+
+    /// Lays `bytes`, which could not be written to the file at `target`, aside for a later start:
+    /// beside it or else in the folder for temporary files. `place` becomes where.
+    virtual FileResult set_aside(const std::filesystem::path& target, std::string_view bytes,
+                                 std::filesystem::path& place) = 0;
+
+    /// Where the latest lies that this user has set aside for the file at `target`; empty when
+    /// there is nothing.
+    virtual std::filesystem::path aside(const std::filesystem::path& target) = 0;
+
+    /// Removes all that this user has set aside for the file at `target`.
+    virtual void drop_aside(const std::filesystem::path& target) = 0;
 };
 
 } // namespace kv408

@@ -6,7 +6,15 @@
 namespace kv408 {
 
 std::chrono::nanoseconds SystemClock::now() const {
+#ifdef CLOCK_BOOTTIME
+    std::timespec time = {};
+    clock_gettime(CLOCK_BOOTTIME, &time);
+    return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+#else
+    // Linux alone has a steady clock that stands still while the computer sleeps; the performance
+    // counter of Windows goes on.
     return std::chrono::steady_clock::now().time_since_epoch();
+#endif
 }
 
 void SystemClock::sleep(std::chrono::nanoseconds duration) {

@@ -4,7 +4,8 @@
 
 namespace kv408 {
 
-/// The machine's own clocks.
+/// The machine's own clocks. What passes while the computer sleeps counts: the instrument may have
+/// been switched off and on meanwhile.
 class SystemClock : public Clock {
 public:
     [[nodiscard]] std::chrono::nanoseconds now() const override;

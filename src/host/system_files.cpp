@@ -7,6 +7,8 @@
 #include <system_error>
 #include <utility>
 
+#include "host/elsewhere.h"
+#include "host/in_place.h"
 #include "host/new_file.h"
 #include "host/new_file_name.h"
 #include "host/system_error.h"
@@ -97,17 +99,30 @@ bool is_write_protected(const std::filesystem::path& path) {
 }
 
 /// Lets new content with `bytes` take its place, in the way that `take` says.
-FileResult write_new(const std::filesystem::path& target, std::string_view bytes,
-                     std::error_code (NewFile::*take)()) {
+std::error_code write_new(const std::filesystem::path& target, std::string_view bytes,
+                          std::error_code (NewFile::*take)()) {
     NewFile content(target);
     if (const std::error_code refused = content.write(bytes)) {
-        return failure(refused);
+        return refused;
     }
     if (const std::error_code refused = (content.*take)()) {
-        return failure(refused);
+        return refused;
     }
     remove_leftovers(target);
     return {};
+}
+
+FileResult result_of(const std::error_code& error) {
+    return error ? failure(error) : FileResult{};
+}
+
+/// What the files in the folder for temporary files are.
+constexpr const char* kind_of_copies = "before";
+constexpr const char* kind_of_asides = "unsaved";
+
+/// Where what could not be written to `target` lies beside it.
+std::filesystem::path beside(std::filesystem::path target) {
+    return target += ".unsaved";
 }
 
 } // namespace
@@ -146,11 +161,36 @@ FileResult SystemFiles::replace(const std::filesystem::path& path, std::string_v
     if (checked.status == FileStatus::done && is_write_protected(target)) {
         return failure(EACCES);
     }
-    return write_new(target, bytes, &NewFile::take_place);
+    const std::error_code refused = write_new(target, bytes, &NewFile::take_place);
+    if (checked.status == FileStatus::done && (refused == std::errc::permission_denied ||
+                                               refused == std::errc::operation_not_permitted)) {
+        return write_with_copy(target, bytes, refused);
+    }
+    return result_of(refused);
+}
+
+FileResult SystemFiles::write_with_copy(const std::filesystem::path& target, std::string_view bytes,
+                                        const std::error_code& refused) {
+    std::string old;
+    if (!may_be_written(target) || read(target, old).status != FileStatus::done) {
+        return result_of(refused);
+    }
+    const auto former = found_elsewhere(kind_of_copies, target);
+    const auto copy = elsewhere(kind_of_copies, target);
+    if (create(copy, old).status != FileStatus::done) {
+        return result_of(refused);
+    }
+    for (const auto& path : former) {
+        std::error_code error;
+        std::filesystem::remove(path, error);
+    }
+    FileResult result = result_of(write_in_place(target, bytes, old));
+    result.copy = copy;
+    return result;
 }
 
 FileResult SystemFiles::create(const std::filesystem::path& path, std::string_view bytes) {
-    return write_new(path, bytes, &NewFile::take_free_place);
+    return result_of(write_new(path, bytes, &NewFile::take_free_place));
 }
 
 FileResult SystemFiles::create_folder(const std::filesystem::path& path) {
@@ -160,6 +200,34 @@ FileResult SystemFiles::create_folder(const std::filesystem::path& path) {
         return {.status = FileStatus::failed, .reason = reason_of(error)};
     }
     return {};
+}
+
+FileResult SystemFiles::set_aside(const std::filesystem::path& target, std::string_view bytes,
+                                  std::filesystem::path& place) {
+    place = beside(target);
+    if (replace(place, bytes).status == FileStatus::done) {
+        return {};
+    }
+    place = elsewhere(kind_of_asides, target);
+    return create(place, bytes);
+}
+
+std::filesystem::path SystemFiles::aside(const std::filesystem::path& target) {
+    if (is_own_file(beside(target))) {
+        return beside(target);
+    }
+    const auto found = found_elsewhere(kind_of_asides, target);
+    return found.empty() ? std::filesystem::path() : found.front();
+}
+
+void SystemFiles::drop_aside(const std::filesystem::path& target) {
+    std::error_code error;
+    if (is_own_file(beside(target))) {
+        std::filesystem::remove(beside(target), error);
+    }
+    for (const auto& path : found_elsewhere(kind_of_asides, target)) {
+        std::filesystem::remove(path, error);
+    }
 }
 
 } // namespace kv408

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <system_error>
+
 #include "host/files.h"
 
 namespace kv408 {
@@ -16,6 +18,18 @@ public:
     FileResult create(const std::filesystem::path& path, std::string_view bytes) override;
 
     FileResult create_folder(const std::filesystem::path& path) override;
+
+    /// Beside the target it gets the further ending ".unsaved".
+    FileResult set_aside(const std::filesystem::path& target, std::string_view bytes,
+                         std::filesystem::path& place) override;
+    std::filesystem::path aside(const std::filesystem::path& target) override;
+    void drop_aside(const std::filesystem::path& target) override;
+
+private:
+    /// Writes `bytes` into the file at `target`, whose replacement was `refused`, and keeps what it
+    /// held in the folder for temporary files.
+    FileResult write_with_copy(const std::filesystem::path& target, std::string_view bytes,
+                               const std::error_code& refused);
 };
 
 } // namespace kv408

@@ -12,6 +12,10 @@ public:
     /// Lets all waiting window messages run (clicks, timers, painting); returns when none waits.
     virtual void process_pending() = 0;
 
+    /// Lets the window messages run that end the program, with painting and timers: what the user
+    /// does on the controls meanwhile is lost.
+    virtual void process_endings() { process_pending(); }
+
     /// Paints the control named `control_name` now, before the caller goes on.
     virtual void repaint(std::string_view control_name) = 0;
 };

@@ -75,9 +75,11 @@ bool DeviceLink::listdevices() {
         return false;
     }
     std::vector<std::string> serials;
+    auto looked = clock_.now();
     for (Dword index = 0; index < static_cast<Dword>(state_.numdevices); ++index) {
         std::array<Byte, product_string_size> buffer = {};
         keep(bridge_.SI_GetProductString(index, buffer, si_return_serial_number));
+        let_end_now_and_then(looked);
         serials.push_back(bytestostring(buffer));
     }
     cmbDevice_.set_entries(std::move(serials));
@@ -85,6 +87,15 @@ bool DeviceLink::listdevices() {
         cmbDevice_.set_index(0);
     }
     return true;
+}
+
+void DeviceLink::let_end_now_and_then(std::chrono::nanoseconds& looked) {
+    // Soon enough for whoever waits, and seldom enough to take no time of its own.
+    constexpr milliseconds interval{100};
+    if (program_.let_end && clock_.now() - looked >= interval) {
+        program_.let_end();
+        looked = clock_.now();
+    }
 }
 
 void DeviceLink::finddevice() {

@@ -56,6 +56,7 @@ public:
 
     /// Fills the device list with the serial numbers of all attached devices and selects the first.
     /// False, with no selection, when the devices cannot be counted.
+    /// An end that is asked for meanwhile stops it.
     bool listdevices();
 
     /// Lists the devices; ends the program with a message when that fails.
@@ -132,6 +133,9 @@ public:
     [[nodiscard]] bool is_back();
 
 private:
+    /// In a long listing: lets an end come about when that was last done, at `looked`, some time
+    /// ago.
+    void let_end_now_and_then(std::chrono::nanoseconds& looked);
     [[nodiscard]] bool unheard_for_long() const;
     bool note_answer();
     void keep(BridgeStatus status);

@@ -7,17 +7,17 @@ Parts::Parts(const Machine& machine)
       boxes(ending_boxes, program, acquisition, entries), messages(machine.messages, program),
       files(machine.files), ending_choosers(machine.choosers, program),
       choosers(ending_choosers, entries), places(machine.places),
-      link(machine.bridge, clock, boxes, program, panel.device),
-      picture({.panel = panel,
-               .samples = samples,
-               .channels = channels,
-               .acquisition = acquisition,
-               .program = program,
-               .colours = colours,
-               .cursors = cursor_state,
-               .trigger = trigger_state,
-               .settings = settings,
-               .marks = marks}),
+      bridge(machine.bridge, [this] { note_before_bridge(); }),
+      link(bridge, clock, boxes, program, panel.device), picture({.panel = panel,
+                                                                  .samples = samples,
+                                                                  .channels = channels,
+                                                                  .acquisition = acquisition,
+                                                                  .program = program,
+                                                                  .colours = colours,
+                                                                  .cursors = cursor_state,
+                                                                  .trigger = trigger_state,
+                                                                  .settings = settings,
+                                                                  .marks = marks}),
       colour_update(panel, colours, picture),
       settings_dialog(settings, colours, colour_update, picture, choosers),
       snapshot(panel, picture, settings,
@@ -68,9 +68,11 @@ Parts::Parts(const Machine& machine)
            .boxes = boxes,
            .places = places,
            .clock = clock,
-           .messages = messages},
+           .messages = messages,
+           .log = machine.log},
           {.apply = [this] { start_up.apply_settings(); },
-           .cancel_edits = [this] { settings_dialog.cancel(); }}),
+           .cancel_edits = [this] { settings_dialog.cancel(); },
+           .confirmed_colours = [this] { return settings_dialog.confirmed_colours(); }}),
       start_up(panel, acquisition, program, samples, calibration,
                {.time_base = time_base,
                 .vertical = vertical,
@@ -95,6 +97,7 @@ Parts::Parts(const Machine& machine)
                       .choosers = choosers,
                       .places = places}) {
     program.keep_settings = [this] { settings_file.save_at_end(false); };
+    program.let_end = [this] { messages.process_endings(); };
     colour_update.recolour_panel();
     connect_channel(ch1);
     connect_channel(ch2);
@@ -104,6 +107,14 @@ Parts::Parts(const Machine& machine)
     connect_adjust();
     connect_acquisition();
     connect_settings();
+}
+
+void Parts::note_before_bridge() {
+    // What the user has just set is known even if the operation never comes back. A tick changes
+    // nothing that is kept.
+    if (acts > 0) {
+        settings_file.note_for_end();
+    }
 }
 
 void Parts::connect_channel(int channel) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <chrono>
+
 #include "acquisition/block_sweep.h"
 #include "acquisition/point_pass.h"
 #include "acquisition/set_up_upload.h"
@@ -14,6 +16,7 @@
 #include "display/settings_dialog.h"
 #include "display/snapshot.h"
 #include "host/ending.h"
+#include "link/announced_bridge.h"
 #include "link/device_link.h"
 #include "measure/measurements.h"
 #include "panel/adjust.h"
@@ -64,6 +67,7 @@ struct Parts {
     Places places;
 
     // The subsystems.
+    AnnouncedBridge bridge;
     DeviceLink link;
     Picture picture;
     ColourUpdate colour_update;
@@ -85,7 +89,13 @@ struct Parts {
     StartUp start_up;
     Calibration frmcalibration;
 
+    /// Those among the entries that are what the user does.
+    int acts = 0;
+    /// When an entry last began or returned.
+    std::chrono::nanoseconds seen_at{0};
+
 private:
+    void note_before_bridge();
     void connect_channel(int channel);
     void connect_display();
     void connect_measurements();

@@ -28,6 +28,40 @@ private:
     bool around_; ///< whether the exchange was given up that this entry fell into
 };
 
+/// Counts an act of the user's for as long as it lasts.
+class UnderWay {
+public:
+    explicit UnderWay(int& count) : count_(count) { ++count_; }
+    ~UnderWay() { --count_; }
+    UnderWay(const UnderWay&) = delete;
+    UnderWay& operator=(const UnderWay&) = delete;
+
+private:
+    int& count_;
+};
+
+/// True when no timer has ticked for so long that the process was stopped, or the computer slept.
+bool held_up(const Parts& parts) {
+    // Nobody switches an instrument off and on again in less.
+    constexpr std::chrono::seconds shortest_power_off{2};
+    return parts.clock.now() - parts.seen_at >= shortest_power_off;
+}
+
+bool is_sweeping(const std::string& state) {
+    return state == "scopech1f" || state == "scopech2f" || state == "scope";
+}
+
+/// Does one of the last things, whatever comes of it.
+template <typename Act>
+void try_to(const Act& act) noexcept {
+    try {
+        act();
+    } catch (...) {
+        // There is nobody left who could be told, and more is to be done.
+        return;
+    }
+}
+
 } // namespace
 
 Scope::Scope(const Machine& machine) : parts_(std::make_unique<Parts>(machine)) {}
@@ -41,16 +75,30 @@ bool Scope::start() {
 
 void Scope::tick() {
     const bool exchange_under_way = parts_->entries > 0;
-    act([&] { parts_->state_machine.Timer1_Timer(exchange_under_way); });
+    if (held_up(*parts_) && is_sweeping(parts_->acquisition.scopestate)) {
+        // The instrument may have been off meanwhile, and what it has sent may be from before.
+        parts_->acquisition.scopestate = "startscope";
+    }
+    enter([&] { parts_->state_machine.Timer1_Timer(exchange_under_way); });
 }
 
 void Scope::act(const std::function<void()>& action) {
+    enter([&] {
+        const UnderWay acting(parts_->acts);
+        action();
+        parts_->settings_file.note_for_end();
+    });
+}
+
+void Scope::enter(const std::function<void()>& entry) {
     if (ended()) {
         return;
     }
-    const Entry entry(parts_->entries, parts_->program.given_up);
+    const Entry entering(parts_->entries, parts_->program.given_up);
+    parts_->seen_at = parts_->clock.now();
     try {
-        action();
+        entry();
+        parts_->seen_at = parts_->clock.now();
     } catch (const ProgramEnded&) {
         // Unwound to here on purpose: the program has ended and the window asks ended().
         parts_->program.ended = true;
@@ -62,6 +110,24 @@ void Scope::act(const std::function<void()>& action) {
 
 void Scope::close() {
     act([this] { parts_->start_up.Form_Unload(); });
+}
+
+void Scope::end() {
+    act([this] { parts_->start_up.Form_Unload(false); });
+}
+
+void Scope::abandon() noexcept {
+    if (ended()) {
+        return;
+    }
+    // Saved first: closing may be what fails.
+    try_to([this] { parts_->settings_file.save_without_the_window(); });
+    try_to([this] { parts_->link.close(); });
+    parts_->program.ended = true;
+}
+
+LastSettings& Scope::last_settings() {
+    return parts_->settings_file.last_settings();
 }
 
 bool Scope::ended() const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <iostream>
 #include <memory>
 
 #include "display/picture_coder.h"
@@ -18,6 +19,7 @@ class Picture;
 class PlotMouse;
 struct CalibrationForm;
 class Label;
+class LastSettings;
 class SettingsDialog;
 struct FrontPanel;
 struct Parts;
@@ -32,6 +34,7 @@ struct Machine {
     FileChoosers& choosers;
     Places places;
     PictureCoder& coder;
+    std::ostream& log = std::cerr; ///< is told what needs no answer, or can get none
 };
 
 /// The whole program without its window: owns every part, wires them together, and is the one
@@ -59,6 +62,16 @@ public:
     /// the program.
     void close();
 
+    /// Does what `close` does, but opens no box: for an end that nobody waits to confirm.
+    void end();
+
+    /// Does what `end` does without touching anything that is shown: for when the display or all
+    /// else is lost. Afterwards nothing is sent or drawn. Never throws.
+    void abandon() noexcept;
+
+    /// The settings as last known, to be saved by a thread of another kind, at any time.
+    [[nodiscard]] LastSettings& last_settings();
+
     /// True once the program has ended; the window then closes.
     [[nodiscard]] bool ended() const;
 
@@ -84,6 +97,8 @@ public:
     [[nodiscard]] const Parts& parts() const { return *parts_; }
 
 private:
+    void enter(const std::function<void()>& entry);
+
     std::unique_ptr<Parts> parts_;
 };
 

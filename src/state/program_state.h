@@ -16,6 +16,10 @@ struct ProgramState {
     /// Keeps what the user has set; runs before a message that ends the program is shown, so that
     /// nothing is lost while that waits for its answer. Set by whoever owns the settings.
     std::function<void()> keep_settings;
+
+    /// Lets an end that has been asked for come about in the middle of something long, and unwinds
+    /// then; empty: nothing can be asked for. Set by whoever has the window's queue.
+    std::function<void()> let_end;
 };
 
 /// Thrown to unwind at once when the program ends from deep inside; it carries nothing and is

@@ -145,6 +145,12 @@ void MainWindow::start_up() {
     driver_.start();
 }
 
+void MainWindow::end() {
+    if (!driver_.ended()) {
+        driver_.end();
+    }
+}
+
 void MainWindow::closeEvent(QCloseEvent* event) {
     if (!driver_.ended()) {
         driver_.close();

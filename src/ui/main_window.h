@@ -34,6 +34,12 @@ public:
     /// The plot.
     [[nodiscard]] PlotWidget& plot() { return screen_->plot(); }
 
+    /// Ends the program without asking or telling anything in a box, and closes the window.
+    void end();
+
+    /// True when the program has ended because of an exception that nobody caught.
+    [[nodiscard]] bool failed() const { return driver_.failed(); }
+
     /// Sets what follows when the program has ended and the window has closed.
     void on_closed(std::function<void()> listener) { closed_ = std::move(listener); }
 

@@ -1,5 +1,7 @@
 #include "ui/program.h"
 
+#include <cstdlib>
+
 #include <QCoreApplication>
 
 namespace kv408::ui {
@@ -10,7 +12,8 @@ Program::Program(Clock& clock, Bridge& bridge, Files& files, const Places& place
     boxes_.set_window(&window_);
     messages_.set_window(&window_);
     choosers_.set_window(&window_);
-    window_.on_closed([] { QCoreApplication::exit(0); });
+    window_.on_closed(
+        [this] { QCoreApplication::exit(window_.failed() ? EXIT_FAILURE : EXIT_SUCCESS); });
 }
 
 } // namespace kv408::ui

@@ -14,6 +14,7 @@ public:
     void set_window(QWidget* window) { window_ = window; }
 
     void process_pending() override;
+    void process_endings() override;
     void repaint(std::string_view control_name) override;
 
 private:

@@ -1,5 +1,7 @@
 #include "ui/scope_driver.h"
 
+#include <exception>
+#include <iostream>
 #include <utility>
 
 #include "scope/parts.h"
@@ -45,14 +47,31 @@ const CursorState& ScopeDriver::cursors() const {
     return scope_.parts().cursor_state;
 }
 
+void ScopeDriver::end() {
+    enter([this] { scope_.end(); });
+}
+
 void ScopeDriver::enter(const std::function<void()>& entry) {
     run_waiting();
     ++depth_;
-    entry();
+    try {
+        entry();
+    } catch (const std::exception& error) {
+        fail(error.what());
+    } catch (...) {
+        fail("unknown");
+    }
     --depth_;
     if (listener_) {
         listener_();
     }
+}
+
+/// No exception comes through the event loop.
+void ScopeDriver::fail(const std::string& what) {
+    failed_ = true;
+    scope_.abandon();
+    std::cerr << "Kv408 has ended because of an error: " << what << std::endl;
 }
 
 } // namespace kv408::ui

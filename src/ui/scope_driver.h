@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <string>
 
 #include <QObject>
 
@@ -35,11 +36,17 @@ public:
     /// Shut-down of the program.
     void close();
 
+    /// Shut-down without a box.
+    void end();
+
     /// True while an entry has not returned.
     [[nodiscard]] bool busy() const { return depth_ > 0; }
 
     /// True once the program has ended.
     [[nodiscard]] bool ended() const { return scope_.ended(); }
+
+    /// True when an exception that nobody caught has ended it.
+    [[nodiscard]] bool failed() const { return failed_; }
 
     /// The program's controls.
     [[nodiscard]] FrontPanel& panel() { return scope_.panel(); }
@@ -56,9 +63,11 @@ public:
 private:
     void enter(const std::function<void()>& entry);
     void run_waiting();
+    void fail(const std::string& what);
 
     Scope& scope_;
     int depth_ = 0;
+    bool failed_ = false;
     const Control* waits_on_ = nullptr; ///< what `waiting_` is done to
     std::function<void()> waiting_;     ///< what comes after the events, if anything
     QObject events_;                    ///< receives the event that follows them

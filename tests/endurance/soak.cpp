@@ -4,6 +4,7 @@
 #include <array>
 #include <iostream>
 
+#include "display/settings_dialog.h"
 #include "endurance/allocated_bytes.h"
 #include "scope/panel_agreement.h"
 #include "scope/set_up_agreement.h"
@@ -106,6 +107,9 @@ void Soak::step() {
     if (chance_.in(30)) {
         heal();
     }
+    if (chance_.number(1, 200) == 1) {
+        sleep_awhile();
+    }
     if (chance_.in(4)) {
         settle();
         check_set_up();
@@ -133,6 +137,16 @@ void Soak::heal() {
     note_faults();
     simulation_.bench().faults = {};
     simulation_.bench().planned_faults.reset();
+}
+
+void Soak::sleep_awhile() {
+    clock_.advance(seconds(chance_.number(2, 3600)));
+    simulator::Faults& faults = simulation_.bench().faults;
+    const bool off = std::exchange(faults.no_power, true);
+    simulation_.notice_faults();
+    faults.no_power = off;
+    simulation_.notice_faults();
+    done_.add("the computer sleeps while the instrument is switched off and on");
 }
 
 void Soak::hear(const std::string& text) {
@@ -255,9 +269,19 @@ bool Soak::start() {
 }
 
 void Soak::end_on_request() {
-    if (chance_.in(50)) {
+    switch (chance_.number(1, 4)) {
+    case 1:
         scope_->close();
-    } else {
+        break;
+    case 2:
+        scope_->end();
+        break;
+    case 3:
+        // What is being edited would stay on the panel, and is not saved.
+        scope_->act([this] { scope_->settings_dialog().cancel(); });
+        scope_->abandon();
+        break;
+    default:
         scope_->act([this] { scope_->panel().menuexit.click(); });
     }
     if (!scope_->ended()) {

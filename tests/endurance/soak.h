@@ -39,6 +39,8 @@ private:
     void step();
     void note_faults();
     void heal();
+    /// The computer sleeps; meanwhile the instrument is switched off and on.
+    void sleep_awhile();
     void hear(const std::string& text);
     void pass_mark();
 

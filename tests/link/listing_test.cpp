@@ -5,6 +5,21 @@
 namespace kv408 {
 namespace {
 
+/// A bridge that takes its time to tell a serial number.
+class SlowBridge : public FakeBridge {
+public:
+    explicit SlowBridge(VirtualClock& clock) : FakeBridge(clock), clock_(clock) {}
+
+    BridgeStatus SI_GetProductString(Dword index, std::span<Byte, product_string_size> text,
+                                     Dword option) override {
+        clock_.advance(std::chrono::milliseconds(6));
+        return FakeBridge::SI_GetProductString(index, text, option);
+    }
+
+private:
+    VirtualClock& clock_;
+};
+
 TEST(ByteString, EndsAtAZeroOr256Characters) {
     const std::vector<Byte> short_text = {'l', 'm', '4', 0, 'x'};
     EXPECT_EQ(bytestostring(short_text), "lm4");
@@ -27,6 +42,20 @@ TEST(ListDevices, FillsTheListInTheLibrarysOrderAndSelectsTheFirst) {
     EXPECT_EQ(rig.device.entries(), (Texts{"other", "lm4rxa0SERIAL1", "third"}));
     EXPECT_EQ(rig.device.index(), 0);
     EXPECT_EQ(rig.link.state().numdevices, 3);
+}
+
+TEST(ListDevices, ALongListingStopsForAnEnd) {
+    LinkRig rig;
+    SlowBridge bridge(rig.clock);
+    bridge.serials.assign(10000, "foreign");
+    DeviceLink link(bridge, rig.clock, rig.boxes, rig.program, rig.device);
+    rig.program.let_end = [&] {
+        if (rig.clock.now() >= std::chrono::seconds(1)) {
+            end_program(rig.program);
+        }
+    };
+    EXPECT_THROW(link.listdevices(), ProgramEnded);
+    EXPECT_LE(rig.clock.now(), std::chrono::milliseconds(1120));
 }
 
 TEST(ListDevices, ReplacesAnEarlierListing) {

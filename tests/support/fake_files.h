@@ -54,11 +54,32 @@ public:
         return {};
     }
 
+    FileResult set_aside(const std::filesystem::path& target, std::string_view bytes,
+                         std::filesystem::path& place) override {
+        if (!aside_refusal.empty()) {
+            return {.status = FileStatus::failed, .reason = aside_refusal};
+        }
+        place = target;
+        place += ".unsaved";
+        files[place.generic_string()] = bytes;
+        return {};
+    }
+
+    std::filesystem::path aside(const std::filesystem::path& target) override {
+        const std::string place = target.generic_string() + ".unsaved";
+        return files.contains(place) ? place : std::string();
+    }
+
+    void drop_aside(const std::filesystem::path& target) override {
+        files.erase(target.generic_string() + ".unsaved");
+    }
+
     std::map<std::string, std::string> files; ///< contents by path
     std::set<std::string> folders;            ///< folders that were made
     std::vector<std::string> written;         ///< paths of all replacements, oldest first
     std::string unreadable;                   ///< not empty: why nothing can be read
     std::string refusal;                      ///< not empty: why nothing can be written
+    std::string aside_refusal;                ///< not empty: why nothing can be set aside
     std::string folder_refusal;               ///< not empty: why no folder can be made
 };
 

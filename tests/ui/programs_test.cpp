@@ -36,6 +36,7 @@ private Q_SLOTS:
     void a_signal_ends_them_cleanly();
     void the_demo_keeps_its_flash_memory_beside_the_settings();
     void a_signal_saves_the_settings();
+    void settings_are_saved_when_the_compositor_is_gone();
 };
 
 void ProgramsTest::a_signal_ends_them_cleanly_data() {
@@ -98,6 +99,30 @@ void ProgramsTest::a_signal_saves_the_settings() {
     const QByteArray bytes = saved.readAll();
     QVERIFY2(bytes.startsWith("intcr1vpos\t 192 \r\n"), bytes);
     QVERIFY2(bytes.contains("\r\nsnapshotpath\t" KV408_PROGRAM_DIR), bytes);
+}
+
+void ProgramsTest::settings_are_saved_when_the_compositor_is_gone() {
+    const QTemporaryDir settings;
+    const QString file = settings.filePath(u"kv408/ConfigsLM4RX.TXT"_s);
+    const QString sign = settings.filePath(u"gone"_s);
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"APPDATA"_s, settings.path());
+    environment.insert(u"QT_PLUGIN_PATH"_s, u"" KV408_PLUGIN_DIR ""_s);
+    environment.insert(u"QT_QPA_GENERIC_PLUGINS"_s, u"dyingdisplay"_s);
+    environment.insert(u"KV408_DYING_DISPLAY"_s, sign);
+    process.setProcessEnvironment(environment);
+    process.start(u"" KV408_PROGRAM_DIR "/kv408-demo"_s, QStringList());
+    QVERIFY(process.waitForStarted());
+    QTRY_VERIFY(QFile::exists(file));
+    // Only a complete start is followed by a saving.
+    QTest::qWait(1000);
+    QVERIFY(QFile::remove(file));
+    QVERIFY(QFile(sign).open(QIODevice::WriteOnly));
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.exitCode(), 1);
+    QVERIFY(QFile::exists(file));
+    QVERIFY(process.readAllStandardError().contains("The Wayland connection broke"));
 }
 
 } // namespace

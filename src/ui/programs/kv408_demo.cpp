@@ -1,18 +1,22 @@
 // The program on a simulated instrument, with a window for the bench that the instrument stands on.
 
 #include <filesystem>
+#include <optional>
+#include <utility>
 
 #include <QApplication>
 #include <QMenuBar>
 
 #include "host/system_clock.h"
 #include "host/system_files.h"
+#include "host/termination_signals.h"
 #include "simulator/simulation.h"
 #include "ui/bench_window.h"
+#include "ui/display_needed.h"
+#include "ui/endings.h"
 #include "ui/look.h"
 #include "ui/machine_places.h"
 #include "ui/program.h"
-#include "ui/termination_signals.h"
 
 namespace {
 
@@ -54,8 +58,10 @@ void offer(kv408::ui::BenchWindow& bench, QMainWindow& window) {
 } // namespace
 
 int main(int argc, char** argv) {
-    kv408::ui::TerminationSignals signals;
+    kv408::TerminationSignals signals;
+    std::optional<kv408::ui::DisplayNeeded> display_needed(std::in_place);
     const QApplication application(argc, argv);
+    display_needed.reset();
     QApplication::setDesktopFileName(QStringLiteral("org.kv408.Kv408Demo"));
     kv408::ui::apply_look(kv408::ui::desktop_look());
     kv408::SystemClock clock;
@@ -63,7 +69,7 @@ int main(int argc, char** argv) {
     const kv408::Places places = kv408::ui::machine_places();
     kv408::simulator::Simulation simulation(clock, flash_place(files, places.settings));
     kv408::ui::Program program(clock, simulation.bridge(), files, places);
-    signals.on_signal([&program] { program.window().close(); });
+    const kv408::ui::Endings endings(signals, program);
     kv408::ui::BenchWindow bench(simulation.bench(), [&simulation] { simulation.notice_faults(); });
     offer(bench, program.window());
     program.window().show();
