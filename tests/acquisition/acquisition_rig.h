@@ -145,7 +145,12 @@ struct AcquisitionRig {
          .display = settings,
          .adjust = adjust,
          .chkMeasAnno_MouseDown = {}},
-        {.files = files, .choosers = choosers, .boxes = ending_boxes, .places = places},
+        {.files = files,
+         .choosers = choosers,
+         .boxes = ending_boxes,
+         .places = places,
+         .clock = clock,
+         .messages = ending_messages},
         {.apply = [this] { start_up.apply_settings(); }, .cancel_edits = [] {}}};
     StartUp start_up{panel,
                      acquisition,

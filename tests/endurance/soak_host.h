@@ -209,6 +209,10 @@ private:
 class SoakCoder : public PictureCoder {
 public:
     std::string png(const Surface& /*picture*/) override { return "a PNG file"; }
+    Surface with_lines(const Surface& picture, const std::vector<TextLine>& /*lines*/,
+                       Colour /*background*/) override {
+        return picture;
+    }
 };
 
 } // namespace kv408
