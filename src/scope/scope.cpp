@@ -75,7 +75,7 @@ bool Scope::start() {
 
 void Scope::tick() {
     const bool exchange_under_way = parts_->entries > 0;
-    if (held_up(*parts_) && is_sweeping(parts_->acquisition.scopestate)) {
+    if (!exchange_under_way && held_up(*parts_) && is_sweeping(parts_->acquisition.scopestate)) {
         // The instrument may have been off meanwhile, and what it has sent may be from before.
         parts_->acquisition.scopestate = "startscope";
     }
