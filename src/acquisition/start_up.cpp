@@ -1,6 +1,20 @@
 #include "acquisition/start_up.h"
 
+#include <string>
+
 namespace kv408 {
+namespace {
+
+/// What is known where no device is attached; at the first look also what can be done without one.
+std::string without_device(bool first) {
+    std::string known = "No device is attached.";
+    if (first) {
+        known += " To try the program without an instrument, start kv408-demo.";
+    }
+    return known;
+}
+
+} // namespace
 
 void StartUp::Form_Load() {
     if (!connect()) {
@@ -13,7 +27,7 @@ void StartUp::Form_Load() {
 }
 
 bool StartUp::connect() {
-    for (;;) {
+    for (bool first = true;; first = false) {
         Form_Activate();
         if (program_.loaded) {
             return false;
@@ -28,6 +42,7 @@ bool StartUp::connect() {
                      "<Retry>!",
              .buttons = MessageButtons::retry_cancel,
              .icon = MessageIcon::exclamation,
+             .informative = link_.none_attached() ? without_device(first) : std::string(),
              .details = link_.diagnosis(),
              .holds_sweep = true});
         if (answer != MessageAnswer::retry) {

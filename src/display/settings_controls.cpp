@@ -14,6 +14,8 @@ SettingsControls::SettingsControls() {
     cmdok.set_caption("OK");
     cmdcancel.set_caption("Cancel");
     cmdsetdefault.set_caption("Set all colors to default");
+    cmdonblack.set_caption("On black");
+    cmdonwhite.set_caption("On white");
     for (std::size_t item = 0; item < colour_items; ++item) {
         optcolor[item].set_caption(std::string(colour_captions[item]));
     }

@@ -51,6 +51,8 @@ struct SettingsControls {
     Label shpcurrentcol{"shpCurrentCol"};                             ///< the edited colour
     CheckBox chkautoupd{"chkAutoUpd"};     ///< apply edits to the main window at once
     Button cmdsetdefault{"cmdSetDefault"}; ///< factory colours
+    Button cmdonblack{"cmdOnBlack"};       ///< bright colours on black
+    Button cmdonwhite{"cmdOnWhite"};       ///< dark colours on white
 };
 
 } // namespace kv408

@@ -29,6 +29,15 @@ bool is_unfinished(std::string_view text) {
            (start != std::string_view::npos && text[start] == '-');
 }
 
+/// Colours that stand out from white as the factory's do from black, for print and bright rooms.
+constexpr ColourTable colours_on_white = {.ch1 = rgb(176, 72, 0),
+                                          .ch2 = rgb(0, 72, 176),
+                                          .background = rgb(255, 255, 255),
+                                          .normal_text = rgb(0, 0, 0),
+                                          .grid = rgb(136, 136, 136),
+                                          .text_background = rgb(255, 255, 255),
+                                          .annotations = rgb(192, 0, 96)};
+
 } // namespace
 
 SettingsDialog::SettingsDialog(DisplaySettings& settings, ColourTable& colours,
@@ -59,6 +68,8 @@ void SettingsDialog::connect_colours() {
     }
     controls_.chkautoupd.on_click([this] { chkAutoUpd_Click(); });
     controls_.cmdsetdefault.on_click([this] { cmdSetDefault_Click(); });
+    controls_.cmdonblack.on_click([this] { take(ColourTable{}); });
+    controls_.cmdonwhite.on_click([this] { take(colours_on_white); });
 }
 
 void SettingsDialog::mnusettings_Click() {
@@ -160,10 +171,15 @@ void SettingsDialog::setColDefault() {
     apply(working_);
 }
 
-void SettingsDialog::cmdSetDefault_Click() {
-    setColDefault();
+void SettingsDialog::take(const ColourTable& colours) {
+    working_ = items_of(colours);
+    apply(working_);
     show_swatches();
     optColor_Click(item_);
+}
+
+void SettingsDialog::cmdSetDefault_Click() {
+    take(ColourTable{});
 }
 
 void SettingsDialog::chkSnapshotDialog_Click() {

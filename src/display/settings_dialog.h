@@ -64,6 +64,8 @@ private:
     void cmdOK_Click();
     void cmdCancel_Click();
 
+    /// Puts `colours` into the edited ones and applies them.
+    void take(const ColourTable& colours);
     /// Makes `items` the colours of the program and redraws the main window.
     void apply(const ItemColours& items);
     void show_swatches();

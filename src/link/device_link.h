@@ -66,6 +66,9 @@ public:
     /// message, when no device is attached; ends the program when none matches or opening fails.
     bool select_and_open();
 
+    /// True when the last look found no device at all.
+    [[nodiscard]] bool none_attached() const { return state_.numdevices < 1; }
+
     /// Opens the device selected in the list; ends the program with a message when that fails.
     void opendevice();
 

@@ -29,6 +29,8 @@ struct Source {
     double duty = 0.5;             ///< part of the period that a pulse is high, 0..1 without ends
     double noise_mv = 0.0;         ///< white, millivolts rms
     double jitter_ps = 0.0;        ///< displacement of each edge in time, picoseconds rms
+
+    bool operator==(const Source&) const = default;
 };
 
 /// What is connected to a channel's sampler input.

@@ -36,4 +36,18 @@ void connect(Bench& bench, TestConnection connection) {
     }
 }
 
+std::optional<TestConnection> connected(const Bench& bench) {
+    for (const TestConnection connection :
+         {TestConnection::delivery, TestConnection::sine_200mv_ch1, TestConnection::sine_200mv_ch2,
+          TestConnection::sine_1v_ch1, TestConnection::sine_1v_ch2, TestConnection::inputs_open}) {
+        Bench wanted = bench;
+        connect(wanted, connection);
+        if (wanted.sources == bench.sources && wanted.samplers == bench.samplers &&
+            wanted.triggers == bench.triggers) {
+            return connection;
+        }
+    }
+    return std::nullopt;
+}
+
 } // namespace kv408::simulator

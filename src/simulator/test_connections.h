@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "simulator/bench.h"
 
 namespace kv408::simulator {
@@ -17,5 +19,9 @@ enum class TestConnection {
 /// Connects `connection`: sets signal 1, which is then a clean generator without noise and jitter,
 /// and the cables. Errors and faults stay.
 void connect(Bench& bench, TestConnection connection);
+
+/// The connection that the signals and cables of `bench` are those of; none where they are of the
+/// user's own making.
+[[nodiscard]] std::optional<TestConnection> connected(const Bench& bench);
 
 } // namespace kv408::simulator

@@ -20,26 +20,34 @@ SegmentBar* make_tabs(QWidget* frame, TabStrip& control, ScopeDriver& driver, co
     return tabs;
 }
 
+/// A row of `widget` with its caption on the left.
+QLayout* make_captioned(const QString& caption, QWidget* widget) {
+    QGridLayout* const row = make_frame_grid(nullptr, 1);
+    row->addWidget(make_caption(caption, widget), 0, 0);
+    row->addWidget(widget, 0, 1);
+    row->setColumnStretch(1, 1);
+    return row;
+}
+
 } // namespace
 
-QWidget* make_cursor_frame(ScopeDriver& driver) {
+PanelFrame* make_cursor_frame(ScopeDriver& driver) {
     auto* const frame = new PanelFrame(u"Cursor"_s);
     WidgetMaker make(frame, driver);
     FrontPanel& panel = driver.panel();
-    QGridLayout* const grid = make_frame_grid(frame, 1);
-    grid->addWidget(make_tabs(frame, panel.tabstrip3, driver,
+    QBoxLayout& parts = frame->make_parts(frame_measure::column_spacing);
+    QGridLayout* const type = make_frame_grid(nullptr, 1);
+    type->addWidget(make_tabs(frame, panel.tabstrip3, driver,
                               {u"Cursor type"_s, u"What the cursors measure: volts or seconds"_s}),
                     0, 0);
+    parts.addLayout(type, 3);
     QComboBox* const channel = make.list(
         panel.combocursorselect, {u"Cursor channel"_s, u"Channel that the cursors measure"_s});
-    grid->addWidget(make_caption(u"Channel"_s, channel), 0, 1);
-    grid->addWidget(channel, 0, 2);
-    grid->setColumnStretch(0, 2);
-    grid->setColumnStretch(2, 1);
+    parts.addLayout(make_captioned(u"Channel"_s, channel), 2);
     return frame;
 }
 
-QWidget* make_adjust_frame(ScopeDriver& driver) {
+PanelFrame* make_adjust_frame(ScopeDriver& driver) {
     auto* const frame = new PanelFrame(u"Adjust"_s);
     FrontPanel& panel = driver.panel();
     auto* const layout = new QVBoxLayout(frame);
@@ -54,11 +62,10 @@ QWidget* make_adjust_frame(ScopeDriver& driver) {
     return frame;
 }
 
-QWidget* make_status_frame(ScopeDriver& driver) {
+PanelFrame* make_status_frame(ScopeDriver& driver) {
     auto* const frame = new PanelFrame(u"Status"_s);
     WidgetMaker make(frame, driver);
     FrontPanel& panel = driver.panel();
-    QGridLayout* const grid = make_frame_grid(frame, 1);
     QLineEdit* const status =
         make.text_box(panel.textstatus,
                       {u"Status"_s, u"What the acquisition is doing; its colour tells it too"_s});
@@ -71,13 +78,13 @@ QWidget* make_status_frame(ScopeDriver& driver) {
     // The longest of all texts, with room for the outline.
     status->setMinimumWidth(
         QFontMetrics(bold).horizontalAdvance(u"Calibrating 10499 of 10500 points"_s) + 20);
-    grid->addWidget(status, 0, 0);
+    QBoxLayout& parts = frame->make_parts(frame_measure::column_spacing);
+    QGridLayout* const state = make_frame_grid(nullptr, 1);
+    state->addWidget(status, 0, 0);
+    parts.addLayout(state, 1);
     QComboBox* const device =
         make.list(panel.device, {u"Instrument"_s, u"Attached instruments by serial number"_s});
-    grid->addWidget(make_caption(u"Device"_s, device), 0, 1);
-    grid->addWidget(device, 0, 2);
-    grid->setColumnStretch(0, 1);
-    grid->setColumnStretch(2, 1);
+    parts.addLayout(make_captioned(u"Device"_s, device), 1);
     frame->set_note(
         make.label(panel.nodata, {u"No data"_s, u"For how long the instrument has sent no data"_s}),
         u"No data for 99999 s"_s);

@@ -1,6 +1,10 @@
 #include "ui/bench_window.h"
 
+#include <algorithm>
+#include <optional>
+
 #include <QComboBox>
+#include <QDoubleSpinBox>
 #include <QHBoxLayout>
 #include <QScreen>
 #include <QVBoxLayout>
@@ -77,7 +81,9 @@ QWidget* BenchWindow::make_connections() {
     auto* const frame = new PanelFrame(u"Connect"_s);
     QGridLayout* const grid = make_frame_grid(frame, 1);
     auto* const list = new QComboBox(frame);
+    connections_ = list;
     list->setObjectName(u"connection"_s);
+    list->setPlaceholderText(u"Your own signals and cables"_s);
     list->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     describe(*list, {u"Connect"_s, u"Sets signal 1 and the cables as a calibration asks for"_s});
     // In the order of the connections.
@@ -108,22 +114,54 @@ void BenchWindow::show_bench() {
     delete shown_;
     shown_ = content;
     static_cast<QVBoxLayout*>(layout())->insertWidget(1, content);
+    // After the editors' own slots: what they have set is in the bench.
+    for (QComboBox* const list : content->findChildren<QComboBox*>()) {
+        connect(list, &QComboBox::currentIndexChanged, this, [this] { show_connection(); });
+    }
+    for (QDoubleSpinBox* const box : content->findChildren<QDoubleSpinBox*>()) {
+        connect(box, &QDoubleSpinBox::valueChanged, this, [this] { show_connection(); });
+    }
+    show_connection();
 }
 
-bool BenchWindow::place_beside(const QWidget& window) {
-    const QRect room = window.screen()->availableGeometry();
+void BenchWindow::show_connection() {
+    const std::optional<simulator::TestConnection> made = simulator::connected(bench_);
+    connections_->setCurrentIndex(made ? static_cast<int>(*made) : -1);
+}
+
+void BenchWindow::place_beside(const QWidget& window) {
     const QRect taken = window.frameGeometry();
-    const QSize size = sizeHint();
-    for (const QPoint& corner : {QPoint(taken.right() + gap, taken.top()),
-                                 QPoint(taken.left() - gap - size.width(), taken.top()),
-                                 QPoint(taken.left(), taken.bottom() + gap)}) {
-        if (room.contains(QRect(corner, size))) {
-            move(corner);
-            return true;
+    // Its own title bar and borders are known only once it is on the screen; they are alike.
+    const QSize borders = taken.size() - window.size();
+    move(place_for(window.screen()->availableGeometry(), taken, sizeHint() + borders));
+}
+
+QPoint BenchWindow::place_for(QRect room, QRect taken, QSize size) {
+    // Where the screen is too small for it, its title bar is seen.
+    const int right = std::max(room.left(), room.right() + 1 - size.width());
+    const int bottom = std::max(room.top(), room.bottom() + 1 - size.height());
+    const auto within = [&](QPoint corner) {
+        return QPoint(std::clamp(corner.x(), room.left(), right),
+                      std::clamp(corner.y(), room.top(), bottom));
+    };
+    const auto hidden = [&](QPoint corner) {
+        const QRect both = QRect(corner, size).intersected(taken);
+        return both.isEmpty() ? 0 : both.width() * both.height();
+    };
+    // Of places that hide as much the first: over the edge of the plot rather than over controls.
+    QPoint best = within({taken.right() + 1 + gap, taken.top()});
+    if (hidden(best) == 0) {
+        return best;
+    }
+    best = within({taken.left() - gap - size.width(), taken.top()});
+    for (const QPoint& corner : {within({taken.right() + 1 + gap, taken.top()}),
+                                 within({taken.left(), taken.bottom() + 1 + gap}),
+                                 within({taken.left(), taken.top() - gap - size.height()})}) {
+        if (hidden(corner) < hidden(best)) {
+            best = corner;
         }
     }
-    move(room.right() - size.width(), room.bottom() - size.height());
-    return false;
+    return best;
 }
 
 } // namespace kv408::ui

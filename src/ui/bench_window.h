@@ -2,6 +2,7 @@
 
 #include <functional>
 
+#include <QComboBox>
 #include <QWidget>
 
 #include "simulator/bench.h"
@@ -16,15 +17,22 @@ public:
     explicit BenchWindow(
         simulator::Bench& bench, const std::function<void()>& notice = [] {});
 
-    /// Moves the window to a place on the screen where it does not cover `window`, beside or below
-    /// it, and returns true; without such a place to the corner of the screen, and returns false.
-    bool place_beside(const QWidget& window);
+    /// Moves the window beside `window`, which has its place on the screen, or below or above it;
+    /// without such a place to where it hides least of it. Its title bar is always on the screen.
+    void place_beside(const QWidget& window);
+
+    /// The upper left corner of a window of `size`, title bar and borders included, on a screen of
+    /// which `room` is free, beside one that takes up `taken`.
+    [[nodiscard]] static QPoint place_for(QRect room, QRect taken, QSize size);
 
 private:
     QWidget* make_connections();
     void show_bench();
+    /// Shows which connection the bench has, if any.
+    void show_connection();
 
     simulator::Bench& bench_;
+    QComboBox* connections_ = nullptr;
     QWidget* shown_ = nullptr; ///< signals and cables as they were when it was made
 };
 

@@ -1,9 +1,10 @@
 #include "ui/control_panel.h"
 
-#include <QFocusEvent>
-#include <QGridLayout>
-#include <QScrollArea>
-#include <QScrollBar>
+#include <algorithm>
+
+#include <QApplication>
+#include <QPointer>
+#include <QStyle>
 
 #include "ui/frame_grid.h"
 #include "ui/frames.h"
@@ -12,105 +13,158 @@
 namespace kv408::ui {
 namespace {
 
-constexpr int panel_width = 540;
 constexpr int gap = 6;
 
-/// Beyond this the rows would no longer hold together.
-constexpr int greatest_height = 1040;
+/// Usual widths; larger texts need more.
+constexpr int usual_width = 540;
+constexpr int usual_column = (usual_width - gap) / 2;
 
-/// The frames one below the other; a scroll bar beside them where the window is too low.
-class FrameColumn : public QScrollArea {
-public:
-    explicit FrameColumn(QWidget* frames) {
-        setWidget(frames);
-        setWidgetResizable(true);
-        setFrameShape(QFrame::NoFrame);
-        setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-        setFocusPolicy(Qt::NoFocus);
-        viewport()->setAutoFillBackground(false);
-        frames->setAutoFillBackground(false);
-        setFixedWidth(panel_width);
-        set_frames_width(panel_width);
-        connect(verticalScrollBar(), &QScrollBar::rangeChanged, this, [this](int, int greatest) {
-            const int bar = greatest > 0 ? verticalScrollBar()->sizeHint().width() : 0;
-            set_frames_width(panel_width - bar);
-        });
-        for (QWidget* const inner : frames->findChildren<QWidget*>()) {
-            inner->installEventFilter(this);
-        }
-    }
+/// What the frames keep at least where the rest is to stay in sight.
+constexpr int least_height = 150;
 
-    /// Brings into sight what the keyboard goes to.
-    bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() == QEvent::FocusIn && by_keyboard(static_cast<QFocusEvent&>(*event))) {
-            ensureWidgetVisible(static_cast<QWidget*>(watched));
-        }
-        return QScrollArea::eventFilter(watched, event);
-    }
-
-    [[nodiscard]] QSize sizeHint() const override { return widget()->sizeHint(); }
-    [[nodiscard]] QSize minimumSizeHint() const override { return {panel_width, least_height}; }
-
-private:
-    static constexpr int least_height = 300;
-
-    /// Not by the mouse, under which nothing may move away, nor because the window has come to the
-    /// front, which a click may have brought about.
-    static bool by_keyboard(const QFocusEvent& event) {
-        const Qt::FocusReason reason = event.reason();
-        return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
-               reason == Qt::ShortcutFocusReason || reason == Qt::OtherFocusReason;
-    }
-
-    /// Makes the frames `width` wide, both columns alike.
-    void set_frames_width(int width) {
-        auto* const grid = static_cast<QGridLayout*>(widget()->layout());
-        grid->setColumnMinimumWidth(0, (width - gap) / 2);
-        grid->setColumnMinimumWidth(1, (width - gap) / 2);
-        widget()->setFixedWidth(width);
-    }
-};
-
-QWidget* make_frames(ScopeDriver& driver) {
-    auto* const panel = new QWidget;
-    auto* const grid = new QGridLayout(panel);
-    grid->setContentsMargins(0, 0, 0, 0);
-    grid->setSpacing(gap);
-    const auto add = [grid](QWidget* frame, int row, int column, int columns) {
-        spread_rows(*frame);
-        grid->addWidget(frame, row, column, 1, columns);
-    };
-    add(make_display_frame(driver), 0, 0, 1);
-    add(make_measurement_frame(driver), 0, 1, 1);
-    add(make_trigger_frame(driver), 1, 0, 1);
-    add(make_horizontal_frame(driver), 1, 1, 1);
-    add(make_vertical_frame(driver), 2, 0, 2);
-    add(make_cursor_frame(driver), 3, 0, 2);
-    // What height is left goes to the frames by the rows they hold.
-    int row = 0;
-    for (const int rows : {4, 5, 4, 1}) {
-        grid->setRowStretch(row++, rows);
-    }
-    return panel;
+template <typename Layout>
+Layout* without_margins(Layout* layout) {
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(gap);
+    return layout;
 }
 
 } // namespace
 
-QWidget* make_control_panel(ScopeDriver& driver) {
-    auto* const panel = new QWidget;
-    panel->setMaximumHeight(greatest_height);
-    auto* const column = new QVBoxLayout(panel);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(gap);
-    column->addWidget(new FrameColumn(make_frames(driver)), 1);
-    // What is used all the time is always in sight.
-    for (QWidget* const frame : {make_adjust_frame(driver), make_status_frame(driver)}) {
-        spread_rows(*frame);
-        column->addWidget(frame);
+ControlPanel::ControlPanel(ScopeDriver& driver)
+    : halves_{{make_display_frame(driver), 3},
+              {make_measurement_frame(driver), 4},
+              {make_trigger_frame(driver), 5},
+              {make_horizontal_frame(driver), 4}},
+      wide_{{make_vertical_frame(driver), 4}, {make_cursor_frame(driver), 1}},
+      in_sight_{make_adjust_frame(driver), make_status_frame(driver)}, board_(new QWidget),
+      rest_(new QWidget), area_(new ScrollingArea(board_, this)),
+      column_(without_margins(new QVBoxLayout(this))) {
+    for (const std::vector<Entry>* const entries : {&halves_, &wide_}) {
+        for (const Entry& entry : *entries) {
+            entry.frame->setParent(board_);
+            spread_rows(*entry.frame);
+        }
     }
-    column->addWidget(make_buttons(driver));
-    let_wheel_turn_only_what_has_focus(*panel);
-    return panel;
+    auto* const rest = without_margins(new QVBoxLayout(rest_));
+    for (PanelFrame* const frame : in_sight_) {
+        spread_rows(*frame);
+        rest->addWidget(frame);
+    }
+    rest->addWidget(make_buttons(driver));
+    column_->addWidget(area_, 1);
+    column_->addWidget(rest_);
+    put_frames(2, false);
+    let_wheel_turn_only_what_has_focus(*this);
+    for (QWidget* const half : {board_, rest_}) {
+        for (QWidget* const inner : half->findChildren<QWidget*>()) {
+            area_->follow_keyboard(*inner);
+        }
+    }
+}
+
+int ControlPanel::least_width(int columns) const {
+    const bool stacked = columns == 1;
+    int half = 0;
+    for (const Entry& entry : halves_) {
+        half = std::max(half, entry.frame->least_width(stacked));
+    }
+    int widest = stacked ? half : 2 * half + gap;
+    for (const Entry& entry : wide_) {
+        widest = std::max(widest, entry.frame->least_width(stacked));
+    }
+    for (const PanelFrame* const frame : in_sight_) {
+        widest = std::max(widest, frame->least_width(stacked));
+    }
+    return widest + style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+}
+
+int ControlPanel::width_within(int room) const {
+    if (const int least = least_width(2); room >= least) {
+        return std::min(room, std::max(least, usual_width));
+    }
+    const int least = least_width(1);
+    return std::max(least, std::min(room, usual_column));
+}
+
+QSize ControlPanel::sizeHint() const {
+    constexpr int rows = 13; // one below the other in two columns
+    const int rest = rest_scrolls_ ? 0 : rest_->sizeHint().height() + gap;
+    return {std::max(least_width(2), usual_width),
+            board_->sizeHint().height() + rows * frame_measure::row_ease + rest};
+}
+
+QSize ControlPanel::minimumSizeHint() const {
+    return area_->minimumSizeHint();
+}
+
+bool ControlPanel::event(QEvent* event) {
+    const bool handled = QWidget::event(event);
+    if (event->type() == QEvent::LayoutRequest) {
+        arrange();
+    }
+    return handled;
+}
+
+void ControlPanel::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    arrange();
+}
+
+void ControlPanel::arrange() {
+    const int columns = width() >= least_width(2) ? 2 : 1;
+    const bool rest_scrolls = height() < rest_->sizeHint().height() + gap + least_height;
+    if (columns == columns_ && rest_scrolls == rest_scrolls_) {
+        return;
+    }
+    // What moves to another parent loses the keyboard.
+    const QPointer<QWidget> focused = QApplication::focusWidget();
+    put_frames(columns, rest_scrolls);
+    if (focused && isAncestorOf(focused)) {
+        focused->setFocus(Qt::OtherFocusReason);
+    }
+}
+
+void ControlPanel::put_frames(int columns, bool with_rest) {
+    const bool stacked = columns == 1;
+    delete board_->layout();
+    auto* const all = without_margins(new QVBoxLayout(board_));
+    const auto add = [stacked](QVBoxLayout& layout, const Entry& entry) {
+        entry.frame->stack_parts(stacked);
+        layout.addWidget(entry.frame, entry.rows);
+    };
+    if (stacked) {
+        for (const Entry& entry : halves_) {
+            add(*all, entry);
+        }
+    } else {
+        auto* const both = without_margins(new QHBoxLayout);
+        int rows = 0;
+        for (const std::size_t side : {0U, 1U}) {
+            auto* const column = without_margins(new QVBoxLayout);
+            for (std::size_t index = side; index < halves_.size(); index += 2) {
+                add(*column, halves_[index]);
+                rows += halves_[index].rows;
+            }
+            both->addLayout(column, 1);
+        }
+        all->addLayout(both, rows / 2);
+    }
+    for (const Entry& entry : wide_) {
+        add(*all, entry);
+    }
+    for (PanelFrame* const frame : in_sight_) {
+        frame->stack_parts(stacked);
+    }
+    if (with_rest) {
+        all->addWidget(rest_);
+    } else if (column_->indexOf(rest_) < 0) {
+        column_->addWidget(rest_);
+    }
+    rest_->show();
+    columns_ = columns;
+    rest_scrolls_ = with_rest;
+    updateGeometry();
 }
 
 } // namespace kv408::ui

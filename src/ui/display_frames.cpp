@@ -10,11 +10,11 @@ using namespace Qt::StringLiterals;
 
 } // namespace
 
-QWidget* make_display_frame(ScopeDriver& driver) {
+PanelFrame* make_display_frame(ScopeDriver& driver) {
     auto* const frame = new PanelFrame(u"Display"_s);
     WidgetMaker make(frame, driver);
     FrontPanel& panel = driver.panel();
-    QGridLayout* const grid = make_frame_grid(frame, 4);
+    QGridLayout* const grid = make_frame_grid(frame, 3);
     grid->addWidget(make.check(panel.gridenable, u"&Grid On"_s,
                                {u"Grid on"_s, u"Shows the grid of 10 by 8 divisions"_s}),
                     0, 0);
@@ -38,7 +38,7 @@ QWidget* make_display_frame(ScopeDriver& driver) {
     return frame;
 }
 
-QWidget* make_measurement_frame(ScopeDriver& driver) {
+PanelFrame* make_measurement_frame(ScopeDriver& driver) {
     auto* const frame = new PanelFrame(u"Measurement"_s);
     WidgetMaker make(frame, driver);
     FrontPanel& panel = driver.panel();

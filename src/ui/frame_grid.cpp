@@ -3,6 +3,21 @@
 #include "ui/frames.h"
 
 namespace kv408::ui {
+namespace {
+
+void spread(QLayout& layout) {
+    for (int index = 0; index < layout.count(); ++index) {
+        QLayoutItem& item = *layout.itemAt(index);
+        if (item.layout() != nullptr) {
+            spread(*item.layout());
+        } else {
+            item.setAlignment(item.alignment() | Qt::AlignVCenter);
+        }
+    }
+    layout.invalidate();
+}
+
+} // namespace
 
 QGridLayout* make_frame_grid(QWidget* widget, int rows) {
     auto* const grid = new QGridLayout(widget);
@@ -18,12 +33,7 @@ QGridLayout* make_frame_grid(QWidget* widget, int rows) {
 }
 
 void spread_rows(QWidget& widget) {
-    QLayout& layout = *widget.layout();
-    for (int index = 0; index < layout.count(); ++index) {
-        QLayoutItem& item = *layout.itemAt(index);
-        item.setAlignment(item.alignment() | Qt::AlignVCenter);
-    }
-    layout.invalidate();
+    spread(*widget.layout());
 }
 
 } // namespace kv408::ui

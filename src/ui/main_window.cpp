@@ -6,7 +6,6 @@
 #include <QClipboard>
 #include <QCloseEvent>
 #include <QGuiApplication>
-#include <QHBoxLayout>
 #include <QScreen>
 
 #include "display/picture.h"
@@ -18,6 +17,7 @@
 #include "ui/menus.h"
 #include "ui/plot_drags.h"
 #include "ui/qt_picture_coder.h"
+#include "ui/window_halves.h"
 
 namespace kv408::ui {
 namespace {
@@ -29,8 +29,6 @@ constexpr std::chrono::milliseconds tick_interval = 100ms;
 
 /// How long the start-up waits at most for the window to be on the screen.
 constexpr std::chrono::milliseconds longest_wait_for_screen = 500ms;
-
-constexpr int gap = 8;
 
 /// What the title bar of a desktop takes at most, pixels.
 constexpr int title_bar_height = 40;
@@ -112,13 +110,7 @@ void MainWindow::lay_out() {
         QGuiApplication::clipboard()->setImage(image_of(picture).copy());
     });
     fill_menus(*menuBar(), driver_, {copy, copy_scaled});
-    auto* const centre = new QWidget;
-    auto* const layout = new QHBoxLayout(centre);
-    layout->setContentsMargins(gap, gap, gap, gap);
-    layout->setSpacing(gap);
-    layout->addWidget(screen_, 1);
-    layout->addWidget(make_control_panel(driver_));
-    setCentralWidget(centre);
+    setCentralWidget(new WindowHalves(screen_, new ControlPanel(driver_)));
     new LoadingNote(scope_.loading(), *this);
 }
 
@@ -160,6 +152,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 }
 
 void MainWindow::entry_returned() {
+    screen_->show_cursors(driver_.cursors());
     if (!driver_.ended()) {
         return;
     }

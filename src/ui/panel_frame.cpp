@@ -1,15 +1,19 @@
 #include "ui/panel_frame.h"
 
+#include <algorithm>
 #include <utility>
 
+#include <QEvent>
 #include <QPainter>
 
 #include "ui/colours.h"
+#include "ui/frames.h"
 
 namespace kv408::ui {
 namespace {
 
-constexpr int title_height = 20;
+constexpr int least_title_height = 20;
+constexpr int below_title = 3;
 constexpr int side_margin = 10;
 constexpr int bottom_margin = 8;
 constexpr double corner = 5.0;
@@ -22,26 +26,79 @@ QFont title_font(const QFont& font) {
     return result;
 }
 
+int title_height(const QFont& font) {
+    constexpr int around = 4;
+    return std::max(least_title_height, QFontMetrics(title_font(font)).height() + around);
+}
+
 } // namespace
 
 PanelFrame::PanelFrame(QString title, QWidget* parent) : QFrame(parent), title_(std::move(title)) {
-    setContentsMargins(side_margin, title_height + 3, side_margin, bottom_margin);
+    leave_room_for_title();
     setAccessibleName(title_);
 }
 
 void PanelFrame::set_note(QLabel* note, const QString& longest) {
-    constexpr int beside_text = 16;
     note_ = note;
+    longest_note_ = longest;
     note->setAlignment(Qt::AlignCenter);
-    note->setFixedSize(note->fontMetrics().horizontalAdvance(longest) + beside_text,
-                       title_height - 1);
+    place_note();
+}
+
+void PanelFrame::place_note() {
+    if (note_ == nullptr) {
+        return;
+    }
+    constexpr int beside_text = 16;
+    constexpr int from_top = 3;
+    note_->setFixedSize(note_->fontMetrics().horizontalAdvance(longest_note_) + beside_text,
+                        title_height(font()) - 1);
+    note_->move(width() - side_margin - note_->width(), from_top);
 }
 
 void PanelFrame::resizeEvent(QResizeEvent* event) {
     QFrame::resizeEvent(event);
-    if (note_ != nullptr) {
-        constexpr int from_top = 3;
-        note_->move(width() - side_margin - note_->width(), from_top);
+    place_note();
+}
+
+QBoxLayout& PanelFrame::make_parts(int gap) {
+    parts_ = new QBoxLayout(QBoxLayout::LeftToRight, this);
+    parts_->setContentsMargins(0, 0, 0, 0);
+    gap_ = gap;
+    stack_parts(false);
+    return *parts_;
+}
+
+void PanelFrame::stack_parts(bool stacked) {
+    if (parts_ != nullptr) {
+        parts_->setDirection(stacked ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+        parts_->setSpacing(stacked ? frame_measure::row_spacing : gap_);
+    }
+}
+
+int PanelFrame::least_width(bool stacked) const {
+    if (parts_ == nullptr) {
+        return minimumSizeHint().width();
+    }
+    int widest = 0;
+    int together = -gap_;
+    for (int index = 0; index < parts_->count(); ++index) {
+        const int width = parts_->itemAt(index)->minimumSize().width();
+        widest = std::max(widest, width);
+        together += width + gap_;
+    }
+    return (stacked ? widest : together) + 2 * side_margin;
+}
+
+void PanelFrame::leave_room_for_title() {
+    setContentsMargins(side_margin, title_height(font()) + below_title, side_margin, bottom_margin);
+}
+
+void PanelFrame::changeEvent(QEvent* event) {
+    QFrame::changeEvent(event);
+    if (event->type() == QEvent::FontChange) {
+        leave_room_for_title();
+        place_note();
     }
 }
 
@@ -54,8 +111,9 @@ void PanelFrame::paintEvent(QPaintEvent* /*event*/) {
     painter.setFont(title_font(font()));
     painter.setPen(mixed(palette().color(QPalette::Active, QPalette::WindowText),
                          palette().color(QPalette::AlternateBase), 0.25));
-    painter.drawText(QRect(side_margin, 3, width() - 2 * side_margin, title_height),
-                     Qt::AlignLeft | Qt::AlignVCenter, title_);
+    painter.drawText(
+        QRect(side_margin, below_title, width() - 2 * side_margin, title_height(font())),
+        Qt::AlignLeft | Qt::AlignVCenter, title_);
 }
 
 } // namespace kv408::ui

@@ -1,5 +1,7 @@
 #include "ui/results_panel.h"
 
+#include <algorithm>
+
 #include <QGraphicsOpacityEffect>
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -14,8 +16,9 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr int row_height = 20;
-constexpr int rows = 3;
+constexpr int rows = results_rows;
+constexpr int mark_width = 14;
+constexpr int usual_name_width = 90;
 constexpr int rule_gap = 10; ///< ahead of the second channel, with the rule in its middle
 
 /// The panel with a rule above each of its rows and one between the channels.
@@ -23,19 +26,31 @@ class ResultsPanel : public QWidget {
 public:
     using QWidget::QWidget;
 
-    [[nodiscard]] QSize sizeHint() const override { return {0, rows * row_height}; }
+    /// Takes the layout of the half that bears the names.
+    void set_names(QGridLayout* names) { names_ = names; }
 
 protected:
+    void resizeEvent(QResizeEvent* event) override {
+        QWidget::resizeEvent(event);
+        // In a narrow panel the values come closer to the names.
+        const int least = fontMetrics().horizontalAdvance(u"Vmean "_s);
+        names_->setColumnMinimumWidth(
+            1, std::clamp(width() / 7, least, std::max(least, usual_name_width)));
+    }
+
     void paintEvent(QPaintEvent* /*event*/) override {
         QPainter painter(this);
         const QMargins margins = layout()->contentsMargins();
         const QColor rule = palette().color(QPalette::WindowText);
         for (int row = 0; row < rows; ++row) {
-            painter.fillRect(margins.left(), row * row_height,
+            painter.fillRect(margins.left(), row * height() / rows,
                              width() - margins.left() - margins.right(), 1, rule);
         }
         painter.fillRect(width() / 2 - rule_gap / 2, 0, 1, height(), rule);
     }
+
+private:
+    QGridLayout* names_ = nullptr;
 };
 
 QLabel* make_result(QWidget* parent, Label& control, const Words& words) {
@@ -55,7 +70,7 @@ QGridLayout* make_half(QWidget* panel) {
     grid->setHorizontalSpacing(0);
     grid->setVerticalSpacing(1);
     for (int row = 0; row < rows; ++row) {
-        grid->setRowMinimumHeight(row, row_height - 1);
+        grid->setRowStretch(row, 1);
     }
     panel->layout()->addWidget(half);
     return grid;
@@ -85,8 +100,8 @@ QWidget* make_results_panel(FrontPanel& panel, QWidget* parent) {
     halves->setSpacing(0);
     QGridLayout* const left = make_half(results);
     left->setContentsMargins(0, 1, rule_gap, 0);
-    left->setColumnMinimumWidth(0, 14);
-    left->setColumnMinimumWidth(1, 90);
+    left->setColumnMinimumWidth(0, mark_width);
+    results->set_names(left);
     left->setColumnStretch(2, 1);
     QGridLayout* const right = make_half(results);
     right->setColumnStretch(0, 1);

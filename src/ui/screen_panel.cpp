@@ -1,6 +1,8 @@
 #include "ui/screen_panel.h"
 
+#include <algorithm>
 #include <array>
+#include <cmath>
 
 #include <QEvent>
 #include <QHBoxLayout>
@@ -12,6 +14,8 @@
 #include "ui/colours.h"
 #include "ui/marker.h"
 #include "ui/results_panel.h"
+#include "ui/screen_header.h"
+#include "ui/screen_label.h"
 #include "ui/widget_maker.h"
 
 namespace kv408::ui {
@@ -19,32 +23,9 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr int row_height = 24;
 constexpr int padding = 4;
-/// The texts above and below the plot need this width, also where the plot is smaller.
-constexpr int rows_width = plot::box_width;
+constexpr int footer_spacing = 12;
 constexpr double corner = 5.0;
-
-/// A row as wide as the plot, with its contents over the picture's columns.
-QWidget* make_row(QWidget* parent) {
-    auto* const row = new QWidget(parent);
-    row->setFixedHeight(row_height);
-    auto* const layout = new QHBoxLayout(row);
-    layout->setContentsMargins(plot::left, 0, plot::left, 0);
-    layout->setSpacing(16);
-    return row;
-}
-
-/// A label of the screen that keeps its place while it is hidden.
-QLabel* make_label(QWidget* parent, Label& control, const Words& words) {
-    auto* const label = new QLabel(parent);
-    QSizePolicy policy = label->sizePolicy();
-    policy.setRetainSizeWhenHidden(true);
-    label->setSizePolicy(policy);
-    describe(*label, words);
-    bind(label, control);
-    return label;
-}
 
 /// A caption in the colours of `read_out`.
 QLabel* make_heading(QWidget* parent, const QString& text, QWidget& read_out) {
@@ -77,55 +58,34 @@ protected:
 } // namespace
 
 ScreenPanel::ScreenPanel(const Surface& surface, FrontPanel& panel, QWidget* parent)
-    : QWidget(parent), plot_(new PlotWidget(surface, this)), header_(make_header(panel)),
+    : QWidget(parent), plot_(new PlotWidget(surface, this)), header_(new ScreenHeader(panel, this)),
       footer_(make_footer(panel)), results_(make_results_panel(panel, this)),
       cursor_read_outs_(make_cursor_read_outs(panel)) {
     describe(*plot_, {u"Plot"_s, u"The traces of both channels, 10 by 8 divisions"_s});
     bind_appearance(plot_, panel.picture1, [this](bool dimmed) { plot_->set_dimmed(dimmed); });
     plot_->installEventFilter(this);
     make_markers(panel);
+    cursor_numbers_.emplace(plot_, *cursor_read_outs_->findChild<QLabel*>());
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
 
-QWidget* ScreenPanel::make_header(FrontPanel& panel) {
-    QWidget* const row = make_row(this);
-    auto* const layout = static_cast<QHBoxLayout*>(row->layout());
-    QLabel* const time =
-        make_label(row, panel.tdivtext, {u"Time per division"_s, u"Time per division"_s});
-    QFont bold = time->font();
-    bold.setBold(true);
-    time->setFont(bold);
-    layout->addWidget(time);
-    for (std::size_t index = 0; index < panel.channel.size(); ++index) {
-        const QString number = QString::number(index + 1);
-        layout->addWidget(make_label(row, panel.channel[index].hor_delay,
-                                     {u"Delay of CH"_s + number,
-                                      u"Horizontal delay of CH"_s + number + u", picoseconds"_s}));
-    }
-    layout->addStretch();
-    layout->addWidget(
-        make_label(row, panel.avglabel,
-                   {u"Averaging"_s, u"Shown while the instrument averages its samples"_s}));
-    layout->addWidget(make_label(row, panel.lbldate, {u"Time and date"_s, u"Time and date"_s}));
-    return row;
-}
-
 QWidget* ScreenPanel::make_footer(FrontPanel& panel) {
-    QWidget* const row = make_row(this);
-    auto* const layout = static_cast<QHBoxLayout*>(row->layout());
+    auto* const row = new QWidget(this);
+    auto* const layout = new QHBoxLayout(row);
     layout->setSpacing(0);
     for (std::size_t index = 0; index < panel.channel.size(); ++index) {
         const QString channel = u"CH"_s + QString::number(index + 1);
         auto* const half = new QWidget(row);
         half->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-        auto* const half_layout = new QHBoxLayout(half);
+        auto* const half_layout = new QBoxLayout(QBoxLayout::LeftToRight, half);
         half_layout->setContentsMargins(0, 0, 0, 0);
-        half_layout->setSpacing(12);
+        half_layout->setSpacing(footer_spacing);
+        footer_halves_.push_back(half_layout);
         QLabel* const volts =
-            make_label(half, panel.channel[index].vdivtext,
-                       {u"Volts per division of "_s + channel,
-                        u"Volts per division of "_s + channel +
-                            u"; (VT): by way of the trigger input; (inv): upside down"_s});
+            make_screen_label(half, panel.channel[index].vdivtext,
+                              {u"Volts per division of "_s + channel,
+                               u"Volts per division of "_s + channel +
+                                   u"; (VT): by way of the trigger input; (inv): upside down"_s});
         half_layout->addWidget(make_heading(half, channel, *volts));
         half_layout->addWidget(volts, 1);
         layout->addWidget(half);
@@ -175,17 +135,48 @@ QWidget* ScreenPanel::make_cursor_read_outs(FrontPanel& panel) {
     return column;
 }
 
-QSize ScreenPanel::size_around(int plot_height) const {
-    return {rows_width + 2 * padding,
-            plot_height + 2 * row_height + results_->sizeHint().height() + 3 * padding};
+ScreenPanel::RowHeights ScreenPanel::usual_heights() const {
+    const int letters = fontMetrics().height();
+    return {.line = std::max(24, letters + 7), .result = std::max(20, letters + 3)};
+}
+
+ScreenPanel::RowHeights ScreenPanel::least_heights() const {
+    const int letters = fontMetrics().height();
+    return {.line = letters + 2, .result = letters + 2};
+}
+
+int ScreenPanel::footer_lines(int columns) const {
+    QFont bold = font();
+    bold.setBold(true);
+    const int longest = QFontMetrics(bold).horizontalAdvance(u"CH2"_s) + footer_spacing +
+                        fontMetrics().horizontalAdvance(u"50mV (VT) (inv)"_s);
+    return longest <= columns / 2 ? 1 : 2;
+}
+
+void ScreenPanel::stack_footer(int columns) {
+    const bool stacked = footer_lines(columns) > 1;
+    for (QBoxLayout* const half : footer_halves_) {
+        half->setDirection(stacked ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+        half->setSpacing(stacked ? 0 : footer_spacing);
+    }
+}
+
+QSize ScreenPanel::size_around(QSize plot, const RowHeights& heights) const {
+    const int columns = plot.width() * plot::width / plot::box_width;
+    const int lines = header_->lines_within(columns) + footer_lines(columns);
+    return {plot.width() + 2 * padding,
+            plot.height() + lines * heights.line + results_rows * heights.result + 2 * padding};
 }
 
 QSize ScreenPanel::sizeHint() const {
-    return size_around(PlotWidget::size_at(1, 1.0).height());
+    return size_around(PlotWidget::size_at(1, 1.0), usual_heights()) + QSize(0, padding);
 }
 
 QSize ScreenPanel::minimumSizeHint() const {
-    return size_around(PlotWidget::size_at(1, std::max(1.0, devicePixelRatioF())).height());
+    // The outermost columns of the plot box are empty.
+    constexpr int empty = 2;
+    const QSize plot = PlotWidget::size_at(1, std::max(1.0, devicePixelRatioF()));
+    return size_around(plot, least_heights()) - QSize(2 * (padding + empty), 0);
 }
 
 void ScreenPanel::showEvent(QShowEvent* event) {
@@ -200,27 +191,38 @@ void ScreenPanel::resizeEvent(QResizeEvent* event) {
 
 void ScreenPanel::fit() {
     ratio_ = devicePixelRatioF();
-    const int results_height = results_->sizeHint().height();
-    const int others = 2 * row_height + results_height;
-    plot_->set_scale(PlotWidget::scale_for(
-        QSizeF(width() - 2 * padding, height() - others - 3 * padding), ratio_));
-    int top = (height() - plot_->height() - others - padding) / 2;
-    const auto place = [&](QWidget* widget, QSize size) {
-        widget->setGeometry((width() - size.width()) / 2, top, size.width(), size.height());
-        top += size.height();
+    const auto size_at = [this](int scale, const RowHeights& heights) {
+        return size_around(PlotWidget::size_at(scale, ratio_), heights);
     };
-    const int across = std::max(rows_width, plot_->width());
-    place(header_, {across, row_height});
-    place(plot_, plot_->size());
-    place(footer_, {across, row_height});
-    place(results_, {across, results_height});
+    int scale = PlotWidget::scale_for(QSizeF(size()), ratio_);
+    const auto fits = [this](QSize needed) {
+        return needed.width() <= width() && needed.height() <= height();
+    };
+    while (scale > 1 && !fits(size_at(scale, least_heights()))) {
+        --scale;
+    }
+    plot_->set_scale(scale);
+    const bool roomy = fits(size_at(scale, usual_heights()));
+    const RowHeights heights = roomy ? usual_heights() : least_heights();
+    // The results have their place also while they are hidden.
+    int top = (height() - size_at(scale, heights).height() + padding) / 2;
+    const auto place = [&](QWidget* widget, int high) {
+        widget->setGeometry((width() - plot_->width()) / 2, top, plot_->width(), high);
+        top += high;
+    };
+    const int margin = static_cast<int>(std::lround(plot_->place_of(plot::left, 0).x()));
+    const int columns = plot_->width() - 2 * margin;
+    stack_footer(columns);
+    header_->set_margin(margin);
+    place(header_, header_->lines_within(columns) * heights.line);
+    place(plot_, plot_->height());
+    place(footer_, footer_lines(columns) * heights.line);
+    place(results_, results_rows * heights.result);
     constexpr int from_edge = 8;
     cursor_read_outs_->move(
         plot_->place_of(plot::left + from_edge, plot::top + from_edge).toPoint());
-    // Over the picture's columns, where these are not narrower than the texts.
-    const int margin =
-        across > plot_->width() ? plot::left : static_cast<int>(plot_->place_of(plot::left, 0).x());
-    for (const QWidget* row : {header_, footer_, results_}) {
+    cursor_numbers_->fit();
+    for (const QWidget* row : {footer_, results_}) {
         row->layout()->setContentsMargins(margin, 0, margin, 0);
     }
 }

@@ -1,11 +1,17 @@
 #pragma once
 
+#include <optional>
+#include <vector>
+
+#include <QBoxLayout>
 #include <QLabel>
 #include <QWidget>
 
 #include "display/surface.h"
 #include "panel/front_panel.h"
+#include "ui/cursor_numbers.h"
 #include "ui/plot_widget.h"
+#include "ui/screen_header.h"
 
 namespace kv408::ui {
 
@@ -20,10 +26,14 @@ public:
     /// The plot.
     [[nodiscard]] PlotWidget& plot() { return *plot_; }
 
+    /// Puts the numbers of the cursors to the lines that `cursors` shows.
+    void show_cursors(const CursorState& cursors) { cursor_numbers_->show(cursors); }
+
     /// Room for everything with a pixel of the picture as large as a unit of the window.
     [[nodiscard]] QSize sizeHint() const override;
 
-    /// Room for everything with a pixel of the picture as large as one of the screen.
+    /// Room for everything with a pixel of the picture as large as one of the screen and the texts
+    /// close to it.
     [[nodiscard]] QSize minimumSizeHint() const override;
 
 protected:
@@ -33,19 +43,34 @@ protected:
     void showEvent(QShowEvent* event) override;
 
 private:
-    /// The size of all of it around a plot of `plot_height`.
-    [[nodiscard]] QSize size_around(int plot_height) const;
+    /// Heights of the rows around the plot, units of the window.
+    struct RowHeights {
+        int line;   ///< of a line of read-outs
+        int result; ///< of a row of the results
+    };
+
+    /// As high as the rows are where there is room, and as low as they may become.
+    [[nodiscard]] RowHeights usual_heights() const;
+    [[nodiscard]] RowHeights least_heights() const;
+
+    /// The size of all of it around a plot box of size `plot`.
+    [[nodiscard]] QSize size_around(QSize plot, const RowHeights& heights) const;
+    /// Lines of the read-outs below a plot of `columns` units of the window: 1, or 2 where the
+    /// channels' names stand above their values.
+    [[nodiscard]] int footer_lines(int columns) const;
+    void stack_footer(int columns);
     void fit();
-    [[nodiscard]] QWidget* make_header(FrontPanel& panel);
     [[nodiscard]] QWidget* make_footer(FrontPanel& panel);
     void make_markers(FrontPanel& panel);
     [[nodiscard]] QWidget* make_cursor_read_outs(FrontPanel& panel);
 
     PlotWidget* plot_;
-    QWidget* header_;
+    ScreenHeader* header_;
+    std::vector<QBoxLayout*> footer_halves_;
     QWidget* footer_;
     QWidget* results_;
     QWidget* cursor_read_outs_;
+    std::optional<CursorNumbers> cursor_numbers_;
     qreal ratio_ = 0.0; ///< device pixels a unit that the plot was last fitted for
 };
 

@@ -1,5 +1,7 @@
 #include "ui/segment_bar.h"
 
+#include <algorithm>
+
 #include <QPainter>
 
 #include "ui/colours.h"
@@ -7,7 +9,7 @@
 namespace kv408::ui {
 namespace {
 
-constexpr int bar_height = 24;
+constexpr int least_height = 24;
 constexpr int side_padding = 8;
 constexpr double corner = 4.0;
 
@@ -16,14 +18,16 @@ constexpr double corner = 4.0;
 SegmentBar::SegmentBar(QWidget* parent) : QTabBar(parent) {
     setDrawBase(false);
     setExpanding(true);
-    setUsesScrollButtons(false);
+    setUsesScrollButtons(true);
     setElideMode(Qt::ElideNone);
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
 
 QSize SegmentBar::tabSizeHint(int index) const {
-    return {fontMetrics().horizontalAdvance(tabText(index)) + 2 * side_padding, bar_height};
+    constexpr int around = 7;
+    return {fontMetrics().horizontalAdvance(tabText(index)) + 2 * side_padding,
+            std::max(least_height, fontMetrics().height() + around)};
 }
 
 QSize SegmentBar::minimumTabSizeHint(int index) const {

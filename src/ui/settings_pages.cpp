@@ -172,6 +172,15 @@ QWidget* make_colours_page(SettingsControls& controls, ScopeDriver& driver) {
                     {u"Set all colours to default"_s,
                      u"Sets all seven colours as they were delivered, in the main window too"_s}),
         below_sliders + 1, 3, 1, 4);
+    auto* const presets = new QHBoxLayout;
+    presets->setSpacing(frame_measure::column_spacing);
+    presets->addWidget(
+        make.button(controls.cmdonblack, {},
+                    {u"Colours on black"_s, u"Sets all seven colours to bright ones on black"_s}));
+    presets->addWidget(make.button(
+        controls.cmdonwhite, {},
+        {u"Colours on white"_s, u"Sets all seven colours to dark ones on white, as for print"_s}));
+    grid->addLayout(presets, below_sliders + 2, 3, 1, 4);
     grid->setColumnStretch(4, 1);
     bind_appearance(page, controls.frmcolors);
     return page;

@@ -37,45 +37,47 @@ QWidget* make_heading(WidgetMaker& make, ChannelControls& channel, const Channel
     return plate;
 }
 
-void add_channel(QGridLayout& grid, WidgetMaker& make, int column, ChannelControls& channel,
-                 const ChannelLook& look) {
+QLayout* make_channel(WidgetMaker& make, ChannelControls& channel, const ChannelLook& look) {
+    QGridLayout& grid = *make_frame_grid(nullptr, 4);
     QComboBox* const vdiv = make.list(channel.vdiv, {u"Volts per division of "_s + look.name,
                                                      u"Volts per division of "_s + look.name});
-    grid.addWidget(make_heading(make, channel, look), 0, column);
+    grid.addWidget(make_heading(make, channel, look), 0, 0);
     grid.addWidget(make.check(channel.enable, u"On"_s,
                               {look.name + u" on"_s, u"Sweeps and shows "_s + look.name}),
-                   0, column + 1);
-    grid.addWidget(make_caption(look.vdiv_caption, vdiv), 1, column);
-    grid.addWidget(vdiv, 1, column + 1);
+                   0, 1);
+    grid.addWidget(make_caption(look.vdiv_caption, vdiv), 1, 0);
+    grid.addWidget(vdiv, 1, 1);
     QLabel* const offset =
         make.label(channel.ofset, {u"Offset of "_s + look.name,
                                    u"Vertical offset of "_s + look.name + u", volts"_s});
-    grid.addWidget(make_caption(u"Offset"_s, offset), 2, column);
-    grid.addWidget(offset, 2, column + 1);
+    grid.addWidget(make_caption(u"Offset"_s, offset), 2, 0);
+    grid.addWidget(offset, 2, 1);
     grid.addWidget(
         make.check(channel.invert, u"Invert"_s,
                    {u"Invert "_s + look.name, u"Shows "_s + look.name + u" upside down"_s}),
-        3, column);
+        3, 0);
     grid.addWidget(make.check(channel.inviatr, u"Input Via Trigger"_s,
                               {look.name + u" input via trigger"_s,
                                u"The signal of "_s + look.name +
                                    u" comes through the trigger input, which halves it"_s}),
-                   3, column + 1);
-    grid.setColumnStretch(column + 1, 1);
+                   3, 1);
+    grid.setColumnStretch(1, 1);
+    return &grid;
 }
 
 } // namespace
 
-QWidget* make_vertical_frame(ScopeDriver& driver) {
+PanelFrame* make_vertical_frame(ScopeDriver& driver) {
     auto* const frame = new PanelFrame(u"VERTICAL"_s);
     WidgetMaker make(frame, driver);
     const std::array looks = {ChannelLook{u"CH1"_s, u"&V/div"_s},
                               ChannelLook{u"CH2"_s, u"V/&div"_s}};
-    QGridLayout* const grid = make_frame_grid(frame, 4);
-    add_channel(*grid, make, 0, driver.panel().channel[0], looks[0]);
-    // A column of nothing keeps the channels apart as far as the frames above are.
-    grid->setColumnMinimumWidth(2, 14);
-    add_channel(*grid, make, 3, driver.panel().channel[1], looks[1]);
+    // Apart as far as the frames above are.
+    constexpr int between_channels = 30;
+    QBoxLayout& parts = frame->make_parts(between_channels);
+    for (std::size_t index = 0; index < looks.size(); ++index) {
+        parts.addLayout(make_channel(make, driver.panel().channel[index], looks[index]), 1);
+    }
     return frame;
 }
 

@@ -22,6 +22,31 @@ public:
     }
 };
 
+/// A slider that shows its value on a label, whether the user moved it or the program.
+class TellingSlider : public QSlider {
+public:
+    explicit TellingSlider(QWidget* parent)
+        : QSlider(Qt::Horizontal, parent), number_(new QLabel(parent)) {
+        number_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        number_->setBuddy(this);
+    }
+
+    [[nodiscard]] QLabel* number() const { return number_; }
+
+protected:
+    void sliderChange(SliderChange change) override {
+        QSlider::sliderChange(change);
+        if (change == SliderRangeChange) {
+            number_->setMinimumWidth(
+                number_->fontMetrics().horizontalAdvance(QString::number(maximum())));
+        }
+        number_->setNum(value());
+    }
+
+private:
+    QLabel* number_;
+};
+
 } // namespace
 
 void describe(QWidget& widget, const Words& words) {
@@ -52,6 +77,8 @@ QComboBox* WidgetMaker::list(ListBox& control, const Words& words) {
     auto* const widget = new QComboBox(frame_);
     widget->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     widget->setMaxVisibleItems(24);
+    // The program fills most lists only once the window is on the screen.
+    widget->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     describe(*widget, words);
     bind(widget, control, driver_);
     return widget;
@@ -69,6 +96,14 @@ QSlider* WidgetMaker::slider(Slider& control, const Words& words, Moves moves) {
     describe(*widget, words);
     bind(widget, control, driver_, moves);
     return widget;
+}
+
+NumberedSlider WidgetMaker::numbered_slider(Slider& control, const Words& words, Moves moves) {
+    auto* const widget = new TellingSlider(frame_);
+    describe(*widget, words);
+    describe(*widget->number(), words);
+    bind(widget, control, driver_, moves);
+    return {.slider = widget, .number = widget->number()};
 }
 
 QLabel* WidgetMaker::label(Label& control, const Words& words) {

@@ -25,6 +25,12 @@ void describe(QWidget& widget, const Words& words);
 /// Makes a caption for `buddy`, to which its mnemonic leads; dimmed together with it.
 [[nodiscard]] QLabel* make_caption(const QString& text, QWidget* buddy);
 
+/// A slider and the label that shows its value.
+struct NumberedSlider {
+    QSlider* slider;
+    QLabel* number;
+};
+
 /// Makes the widgets of one frame: each a child of the frame, described, and bound to its control.
 class WidgetMaker {
 public:
@@ -37,6 +43,8 @@ public:
     [[nodiscard]] QComboBox* list(ListBox& control, const Words& words);
     [[nodiscard]] QLineEdit* text_box(TextBox& control, const Words& words);
     [[nodiscard]] QSlider* slider(Slider& control, const Words& words, Moves moves = Moves::each);
+    [[nodiscard]] NumberedSlider numbered_slider(Slider& control, const Words& words,
+                                                 Moves moves = Moves::each);
     [[nodiscard]] QLabel* label(Label& control, const Words& words);
 
     /// The frame.

@@ -106,6 +106,27 @@ TEST(Retry, WithNoDeviceItIsOfferedWithoutAnyWrite) {
     EXPECT_FALSE(rig.program.loaded);
 }
 
+// The given text wonders whether the instrument has power; what is known stands below it.
+TEST(Retry, SaysThatNothingIsAttachedAndNamesTheDemoOnce) {
+    AcquisitionRig rig;
+    rig.bridge.serials = {};
+    rig.boxes.answers = {MessageAnswer::ok, MessageAnswer::retry, MessageAnswer::ok,
+                         MessageAnswer::cancel};
+    EXPECT_THROW(rig.start_up.Form_Load(), ProgramEnded);
+    ASSERT_EQ(rig.boxes.shown.size(), 4U);
+    EXPECT_EQ(rig.boxes.shown[1].informative,
+              "No device is attached. To try the program without an instrument, start kv408-demo.");
+    EXPECT_EQ(rig.boxes.shown[3].informative, "No device is attached.");
+}
+
+TEST(Retry, ADeviceThatDoesNotAnswerIsNotCalledMissing) {
+    AcquisitionRig rig;
+    rig.boxes.answers = {MessageAnswer::cancel};
+    EXPECT_THROW(rig.start_up.Form_Load(), ProgramEnded);
+    ASSERT_EQ(rig.boxes.texts(), Texts{retry_text});
+    EXPECT_EQ(rig.boxes.shown[0].informative, "");
+}
+
 TEST(Retry, ADevicePluggedInMeanwhileIsFound) {
     AcquisitionRig rig;
     rig.bridge.serials = {};

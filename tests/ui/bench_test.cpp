@@ -6,6 +6,7 @@
 
 #include "ui/bench_window.h"
 #include "ui/engineering_spin_box.h"
+#include "ui/when_placed.h"
 
 namespace kv408::ui {
 namespace {
@@ -28,7 +29,10 @@ private Q_SLOTS:
     void a_calibration_is_connected_from_the_list();
     void faults_are_switched();
     void an_acknowledge_is_lost_or_wrong();
-    void stands_beside_the_main_window_or_not_at_all();
+    void an_edit_ends_the_connection_from_the_list();
+    void hides_as_little_as_it_can_data();
+    void hides_as_little_as_it_can();
+    void waits_for_the_main_window_to_have_its_place();
 };
 
 void BenchTest::values_read_like_an_engineer_writes_them_data() {
@@ -169,6 +173,25 @@ void BenchTest::a_calibration_is_connected_from_the_list() {
     QVERIFY(bench.triggers == Bench().triggers);
 }
 
+void BenchTest::an_edit_ends_the_connection_from_the_list() {
+    Bench bench;
+    BenchWindow window(bench);
+    auto* const list = window.findChild<QComboBox*>(u"connection"_s);
+    QCOMPARE(list->currentText(), u"As delivered"_s);
+    auto* const offset = window.findChildren<QDoubleSpinBox*>(u"offset"_s).front();
+    offset->setValue(50.0);
+    QCOMPARE(list->currentIndex(), -1);
+    QCOMPARE(list->placeholderText(), u"Your own signals and cables"_s);
+    offset->setValue(0.0);
+    QCOMPARE(list->currentText(), u"As delivered"_s);
+    window.findChild<QComboBox*>(u"CH1"_s)->setCurrentText(u"Nothing"_s);
+    QCOMPARE(list->currentIndex(), -1);
+    list->setCurrentIndex(0);
+    Q_EMIT list->activated(0);
+    QCOMPARE(window.findChild<QComboBox*>(u"CH1"_s)->currentText(), u"Signal 1"_s);
+    QCOMPARE(list->currentText(), u"As delivered"_s);
+}
+
 void BenchTest::faults_are_switched() {
     Bench bench;
     int noticed = 0;
@@ -208,18 +231,53 @@ void BenchTest::an_acknowledge_is_lost_or_wrong() {
     QCOMPARE(bench.faults.acknowledge, AcknowledgeFault::none);
 }
 
-void BenchTest::stands_beside_the_main_window_or_not_at_all() {
-    Bench bench;
-    BenchWindow window(bench);
-    const QRect room = window.screen()->availableGeometry();
-    QWidget small;
-    small.setGeometry(room.left(), room.top(), 100, room.height());
-    QVERIFY(window.place_beside(small));
-    QVERIFY(!QRect(window.pos(), window.sizeHint()).intersects(small.geometry()));
-    QVERIFY(room.contains(QRect(window.pos(), window.sizeHint())));
-    QWidget large;
-    large.setGeometry(room);
-    QVERIFY(!window.place_beside(large));
+void BenchTest::hides_as_little_as_it_can_data() {
+    QTest::addColumn<QRect>("room");
+    QTest::addColumn<QRect>("taken");
+    QTest::addColumn<QPoint>("corner");
+    // The window is 500x700 with its title bar.
+    const QRect hd(0, 0, 1920, 1040);
+    const QRect uhd(0, 0, 3840, 2120);
+    QTest::newRow("room on the right") << uhd << QRect(1280, 600, 1280, 780) << QPoint(2568, 600);
+    QTest::newRow("4K, far right") << uhd << QRect(2500, 600, 1280, 780) << QPoint(1992, 600);
+    QTest::newRow("low on the screen") << uhd << QRect(1280, 1500, 1280, 600) << QPoint(2568, 1420);
+    QTest::newRow("1920, on the left") << hd << QRect(0, 100, 1280, 780) << QPoint(1288, 100);
+    QTest::newRow("1920, in the middle") << hd << QRect(320, 130, 1280, 780) << QPoint(0, 130);
+    QTest::newRow("1920, right of the middle")
+        << hd << QRect(340, 130, 1280, 780) << QPoint(0, 130);
+    QTest::newRow("1920, left of the middle")
+        << hd << QRect(300, 130, 1280, 780) << QPoint(1420, 130);
+    QTest::newRow("all taken") << hd << hd << QPoint(0, 0);
+    QTest::newRow("a panel on top")
+        << QRect(0, 40, 1366, 728) << QRect(0, 40, 1366, 728) << QPoint(0, 40);
+    QTest::newRow("too small a screen")
+        << QRect(0, 0, 480, 600) << QRect(0, 0, 480, 600) << QPoint(0, 0);
+}
+
+void BenchTest::hides_as_little_as_it_can() {
+    QFETCH(QRect, room);
+    QFETCH(QRect, taken);
+    QFETCH(QPoint, corner);
+    QCOMPARE(BenchWindow::place_for(room, taken, QSize(500, 700)), corner);
+}
+
+void BenchTest::waits_for_the_main_window_to_have_its_place() {
+    QWidget window;
+    int placed = 0;
+    QPoint where;
+    when_placed(window, [&] {
+        ++placed;
+        where = window.pos();
+    });
+    window.show();
+    QTest::qWait(50);
+    // As a window manager does that puts it into the middle.
+    window.move(300, 130);
+    QTRY_COMPARE(placed, 1);
+    QCOMPARE(where, QPoint(300, 130));
+    window.move(0, 0);
+    QTest::qWait(400);
+    QCOMPARE(placed, 1);
 }
 
 } // namespace

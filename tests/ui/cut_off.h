@@ -3,11 +3,13 @@
 #include <QAbstractButton>
 #include <QComboBox>
 #include <QLabel>
+#include <QScrollArea>
 #include <QStyle>
 #include <QStyleOptionComboBox>
 #include <QTest>
 
 #include "ui/marker.h"
+#include "ui/screen_panel.h"
 
 namespace kv408::ui {
 
@@ -32,6 +34,13 @@ inline int text_room(const QComboBox& list) {
         .width();
 }
 
+/// Whether `widget` may be larger than what shows it, for it can be scrolled.
+inline bool is_scrolled(const QWidget& widget) {
+    const auto* const area =
+        qobject_cast<const QScrollArea*>(widget.parentWidget()->parentWidget());
+    return area != nullptr && area->widget() == &widget;
+}
+
 /// What is cut off below `top`, in words; empty when nothing is.
 inline QStringList cut_off(const QWidget& top) {
     QStringList findings;
@@ -40,7 +49,11 @@ inline QStringList cut_off(const QWidget& top) {
             continue;
         }
         const QWidget& parent = *widget->parentWidget();
-        if (!parent.rect().contains(widget->geometry())) {
+        // On either side the plot box has columns that bear nothing, and the rows above and below
+        // it are as wide.
+        const int empty = dynamic_cast<const ScreenPanel*>(&parent) != nullptr ? 2 : 0;
+        const QRect place = widget->geometry().adjusted(empty, 0, -empty, 0);
+        if (!parent.rect().contains(place) && !is_scrolled(*widget)) {
             findings.append(u"outside: "_s + described(*widget));
         }
         bool fits = true;
@@ -53,9 +66,11 @@ inline QStringList cut_off(const QWidget& top) {
         } else if (qobject_cast<const QLabel*>(widget) != nullptr ||
                    qobject_cast<const QAbstractButton*>(widget) != nullptr) {
             const QSize needed = widget->sizeHint();
-            // Markers and the plates of the headings are no plain texts.
-            bool plain =
-                dynamic_cast<const Marker*>(widget) == nullptr && widget->layout() == nullptr;
+            // Markers, the plates of the headings and buttons without a text are no plain texts.
+            const auto* const button = qobject_cast<const QAbstractButton*>(widget);
+            bool plain = dynamic_cast<const Marker*>(widget) == nullptr &&
+                         widget->layout() == nullptr &&
+                         (button == nullptr || !button->text().isEmpty());
             const auto* const label = qobject_cast<const QLabel*>(widget);
             if (label != nullptr && label->wordWrap()) {
                 fits = label->heightForWidth(label->width()) <= label->height();

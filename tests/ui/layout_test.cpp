@@ -10,9 +10,11 @@
 #include <QStyle>
 #include <QStyleOptionComboBox>
 #include <QTest>
+#include <QToolButton>
 
 #include "cut_off.h"
 #include "program_on_bench.h"
+#include "state/plot_geometry.h"
 #include "ui/bench_window.h"
 #include "ui/colours.h"
 #include "ui/look.h"
@@ -23,6 +25,49 @@ namespace kv408::ui {
 namespace {
 
 using namespace Qt::StringLiterals;
+
+/// Lets every text be `percent` of its usual size as long as this lives.
+class TextSize {
+public:
+    explicit TextSize(int percent) {
+        QFont larger = usual_;
+        larger.setPointSizeF(usual_.pointSizeF() * percent / 100.0);
+        QApplication::setFont(larger);
+    }
+    ~TextSize() { QApplication::setFont(usual_); }
+    TextSize(const TextSize&) = delete;
+    TextSize& operator=(const TextSize&) = delete;
+
+private:
+    QFont usual_ = QApplication::font();
+};
+
+/// The scroll area around `widget`.
+QScrollArea& area_around(const QWidget& widget) {
+    for (QWidget* parent = widget.parentWidget(); parent != nullptr;
+         parent = parent->parentWidget()) {
+        if (auto* const area = qobject_cast<QScrollArea*>(parent)) {
+            return *area;
+        }
+    }
+    qFatal("no scroll area around %s", qPrintable(widget.objectName()));
+}
+
+/// All of `widget` is seen in `window`; of one that is wider than the scroll area around it, as
+/// much as that shows.
+bool in_sight(const QWidget& widget, const QWidget& window) {
+    const QRect seen = widget.visibleRegion().boundingRect();
+    const QRect place(widget.mapTo(&window, seen.topLeft()), seen.size());
+    int width = widget.width();
+    for (const QWidget* parent = widget.parentWidget(); parent != nullptr;
+         parent = parent->parentWidget()) {
+        if (const auto* const area = qobject_cast<const QScrollArea*>(parent)) {
+            width = std::min(width, area->viewport()->width());
+        }
+    }
+    return window.rect().contains(place) && seen.height() == widget.height() &&
+           seen.width() == width;
+}
 
 /// Writes the longest texts that there may be into all read-outs.
 void write_long_texts(FrontPanel& panel) {
@@ -50,6 +95,9 @@ private Q_SLOTS:
     void nothing_is_cut_off();
     void the_window_leaves_room_for_its_title_bar();
     void a_low_window_lets_every_control_be_reached();
+    void everything_is_reached_at_any_text_size_data();
+    void everything_is_reached_at_any_text_size();
+    void a_usual_laptop_shows_every_frame();
     void nothing_is_cut_off_while_everything_is_shown_data();
     void nothing_is_cut_off_while_everything_is_shown();
     void the_frames_stand_on_an_even_grid();
@@ -95,17 +143,15 @@ void LayoutTest::a_low_window_lets_every_control_be_reached() {
     // What a screen of 1920x1080 at 150 % has beside its task bar and the window's title bar.
     QVERIFY2(window.devicePixelRatioF() < 1.5 || least.height() <= 720 - 48 - 32,
              qPrintable(QString::number(least.height())));
-    window.resize(least);
+    const QSize low(1277, 600);
+    window.resize(low);
     QVERIFY(on.run_until_sweeping());
-    QCOMPARE(window.size(), least);
+    QCOMPARE(window.size(), low);
     write_long_texts(on.panel());
     QTest::qWait(20);
     save_picture(window, u"low"_s);
-    const QScrollArea& frames = *window.findChild<QScrollArea*>();
+    const QScrollArea& frames = area_around(*on.widget("gridenable"));
     QVERIFY(frames.verticalScrollBar()->isVisible());
-    const auto in_sight = [&](const QWidget& widget, const QWidget& within) {
-        return within.rect().contains(QRect(widget.mapTo(&within, QPoint()), widget.size()));
-    };
     QCOMPARE(cut_off(*frames.widget()).join(u'\n'), QString());
     for (const char* const name :
          {"cmdstartsweep", "cmdstop", "Command1", "textstatus", "Slider1"}) {
@@ -114,7 +160,106 @@ void LayoutTest::a_low_window_lets_every_control_be_reached() {
     for (const char* const name :
          {"combocursorselect", "gridenable", "chkMeasAnno(2)", "psofsetch2"}) {
         on.widget(name)->setFocus();
-        QVERIFY2(in_sight(*on.widget(name), *frames.viewport()), name);
+        QVERIFY2(in_sight(*on.widget(name), window), name);
+    }
+}
+
+/// `pixels` of the screen in units of `window`; a screen twice as dense is taken as twice as fine.
+QSize in_units(QSize pixels, const QWidget& window) {
+    const qreal ratio = window.devicePixelRatioF();
+    return ratio < 2.0 ? pixels / ratio : pixels;
+}
+
+/// The texts above and below the picture begin and end with its columns.
+void read_outs_keep_to_the_plot(ProgramOnBench& on) {
+    MainWindow& window = on.window();
+    const auto left = [&](const QWidget& widget) { return widget.mapTo(&window, QPoint()).x(); };
+    const auto right = [&](const QWidget& widget) { return left(widget) + widget.width(); };
+    const double from = left(window.plot()) + window.plot().place_of(plot::left, 0).x();
+    const double to = left(window.plot()) + window.plot().place_of(plot::left + plot::width, 0).x();
+    for (const char* const first : {"tdivtext", "lblAnnoMark(0)"}) {
+        QVERIFY2(std::abs(left(*on.widget(first)) - from) <= 1.0, first);
+    }
+    for (const char* const last : {"lblDate", "txtMeasCH2(0)"}) {
+        QVERIFY2(std::abs(right(*on.widget(last)) - to) <= 1.0, last);
+    }
+    for (const char* const name : {"lblHorDelay2", "ch1vdivtext", "ch2vdivtext", "txtMeasCH1(0)"}) {
+        QVERIFY2(left(*on.widget(name)) >= from - 1.0 && right(*on.widget(name)) <= to + 1.0, name);
+    }
+}
+
+// Sizes of common screens less title bar and task bar, in pixels of the screen, with text sizes.
+void LayoutTest::everything_is_reached_at_any_text_size_data() {
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<int>("percent");
+    for (const QSize size : {QSize(1024, 540), QSize(1366, 690), QSize(1920, 1000)}) {
+        for (const int percent : {100, 125, 150}) {
+            // A screen twice as dense shows larger texts without larger letters.
+            if (percent == 100 || qGuiApp->devicePixelRatio() < 2.0) {
+                QTest::addRow("%dx%d-%d", size.width(), size.height(), percent) << size << percent;
+            }
+        }
+    }
+}
+
+void LayoutTest::everything_is_reached_at_any_text_size() {
+    QFETCH(QSize, size);
+    QFETCH(int, percent);
+    apply_look(percent == 125 ? Look::light : Look::dark);
+    const TextSize text(percent);
+    ProgramOnBench on;
+    MainWindow& window = on.window();
+    const QSize wanted = in_units(size, window);
+    window.resize(wanted);
+    QVERIFY(on.run_until_sweeping());
+    QCOMPARE(window.size(), wanted);
+    on.panel().tabstrip3.select(1);
+    write_long_texts(on.panel());
+    QTest::qWait(20);
+    QTRY_COMPARE(cut_off(window).join(u'\n'), QString());
+    save_picture(window, u"text-"_s + QString::fromLatin1(QTest::currentDataTag()));
+    read_outs_keep_to_the_plot(on);
+    // What can be operated comes into sight with the keyboard.
+    int operated = 0;
+    for (QWidget* const widget : window.findChildren<QWidget*>()) {
+        if (widget->isVisible() && widget->isEnabled() &&
+            (widget->focusPolicy() & Qt::TabFocus) != 0 &&
+            qobject_cast<QToolButton*>(widget) == nullptr) {
+            widget->setFocus(Qt::TabFocusReason);
+            QVERIFY2(in_sight(*widget, window), qPrintable(described(*widget)));
+            ++operated;
+        }
+    }
+    // Counted off the manual's tables: 5 + 7 + 5 + 6 + 8 + 2, tabs, wheel and three buttons.
+    QCOMPARE(operated, 38);
+    // What can only be read is scrolled to.
+    QScrollArea& screen = area_around(window.plot());
+    for (const char* const name :
+         {"tdivtext", "lblDate", "Picture1", "ch2vdivtext", "picMeasure"}) {
+        const QWidget& widget = *on.widget(name);
+        screen.ensureWidgetVisible(on.widget(name), 0, 0);
+        QVERIFY2(!widget.visibleRegion().isEmpty(), qPrintable(described(widget)));
+    }
+    const QSize hidden = screen.widget()->size() - screen.viewport()->size();
+    QVERIFY(hidden.width() <= 0 || screen.horizontalScrollBar()->isVisible());
+    QVERIFY(hidden.height() <= 0 || screen.verticalScrollBar()->isVisible());
+    QCOMPARE(screen.horizontalScrollBar()->maximum(), std::max(0, hidden.width()));
+    QCOMPARE(screen.verticalScrollBar()->maximum(), std::max(0, hidden.height()));
+}
+
+// 1366x768 with a title bar and a task bar.
+void LayoutTest::a_usual_laptop_shows_every_frame() {
+    ProgramOnBench on;
+    MainWindow& window = on.window();
+    window.resize(1366, 768 - 40 - 37);
+    QVERIFY(on.run_until_sweeping());
+    save_picture(window, u"laptop"_s);
+    for (const QScrollArea* const area : window.findChildren<QScrollArea*>()) {
+        QVERIFY(!area->verticalScrollBar()->isVisible());
+        QVERIFY(!area->horizontalScrollBar()->isVisible());
+    }
+    for (const char* const name : {"combocursorselect", "TabStrip3", "gridenable", "cmdstop"}) {
+        QVERIFY2(in_sight(*on.widget(name), window), name);
     }
 }
 

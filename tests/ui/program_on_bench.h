@@ -38,6 +38,8 @@ struct ProgramOnBench {
         simulation.set_calibrated();
         simulator::silence(simulation.bench());
         window().on_closed([this] { ++closed; });
+        // The screen of the tests is smaller than this.
+        window().resize(window().sizeHint());
     }
 
     [[nodiscard]] MainWindow& window() { return program.window(); }

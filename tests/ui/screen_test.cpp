@@ -1,6 +1,8 @@
 // Trigger, delays, tabs and read-outs in the whole window.
 
+#include <QApplication>
 #include <QComboBox>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QSlider>
@@ -57,6 +59,9 @@ private Q_SLOTS:
     void read_outs_lie_in_the_plots_corner_data();
     void read_outs_lie_in_the_plots_corner();
     void the_cursor_channel_changes_the_read_outs();
+    void cursor_lines_bear_their_numbers();
+    void the_trigger_level_has_its_unit_once_in_its_tip();
+    void the_hysteresis_shows_its_number();
 };
 
 void ScreenTest::tabs_come_and_go() {
@@ -264,6 +269,86 @@ void ScreenTest::the_cursor_channel_changes_the_read_outs() {
     QCOMPARE(on.widget<QLabel>("centerfr")->text(), u"Delta Cursor : 200mV"_s);
     choose(*on.widget<QComboBox>("combocursorselect"), u"CH2"_s);
     QCOMPARE(on.widget<QLabel>("centerfr")->text(), u"Delta Cursor : 100mV"_s);
+}
+
+void ScreenTest::cursor_lines_bear_their_numbers() {
+    ProgramOnBench on;
+    QVERIFY(on.run_until_sweeping());
+    const std::array numbers = {on.widget<QLabel>("cursorNumber1"),
+                                on.widget<QLabel>("cursorNumber2")};
+    const PlotWidget& plot_box = on.window().plot();
+    auto& type = *on.widget<QTabBar>("TabStrip3");
+    // Over the picture they would hide what is measured.
+    const QRect picture =
+        QRectF(plot_box.place_of(plot::left, plot::top),
+               plot_box.place_of(plot::left + plot::width, plot::top + plot::height))
+            .toRect();
+    const auto lie_apart = [&] {
+        return !numbers[0]->geometry().intersects(picture) &&
+               !numbers[1]->geometry().intersects(picture) &&
+               !numbers[0]->geometry().intersects(numbers[1]->geometry()) &&
+               plot_box.rect().contains(numbers[0]->geometry()) &&
+               plot_box.rect().contains(numbers[1]->geometry());
+    };
+    QVERIFY(!numbers[0]->isVisible() && !numbers[1]->isVisible());
+    click_tab(type, 0);
+    const std::array rows = {192, 320};
+    for (const std::size_t index : {0U, 1U}) {
+        QVERIFY(numbers.at(index)->isVisible());
+        QCOMPARE(numbers.at(index)->text(), QString::number(index + 1));
+        const double row = plot_box.place_of(0, plot::top + rows.at(index) + 0.5).y();
+        QVERIFY(std::abs(numbers.at(index)->geometry().center().y() - row) <= 1.0);
+    }
+    QVERIFY(lie_apart());
+    // A step of the arrow keys is four steps of the wheel: two rows.
+    QTest::keyClick(on.widget("Slider1"), Qt::Key_Right);
+    const double moved =
+        plot_box.place_of(0, plot::top + on.program.scope().parts().cursor_state.vpos[0] + 0.5).y();
+    QVERIFY(on.program.scope().parts().cursor_state.vpos[0] != rows[0]);
+    QVERIFY(std::abs(numbers[0]->geometry().center().y() - moved) <= 1.0);
+    click_tab(type, 1);
+    const std::array columns = {192, 448};
+    for (const std::size_t index : {0U, 1U}) {
+        const double column = plot_box.place_of(plot::left + columns.at(index), 0).x();
+        QVERIFY(std::abs(numbers.at(index)->geometry().center().x() - column) <= 6.0);
+    }
+    QVERIFY(lie_apart());
+    click_tab(type, 2);
+    QVERIFY(!numbers[0]->isVisible() && !numbers[1]->isVisible());
+}
+
+void ScreenTest::the_trigger_level_has_its_unit_once_in_its_tip() {
+    ProgramOnBench on;
+    QVERIFY(on.run_until_sweeping());
+    auto* const level = on.widget<QLabel>("trlevelmv");
+    const auto tip = [level] {
+        QHelpEvent event(QEvent::ToolTip, QPoint(1, 1), level->mapToGlobal(QPoint(1, 1)));
+        QApplication::sendEvent(level, &event);
+        return level->toolTip();
+    };
+    QCOMPARE(tip(), u"Trigger level: 0 mV"_s);
+    on.panel().trlevelmv.set_caption("-80mV");
+    QCOMPARE(tip(), u"Trigger level: -80 mV"_s);
+}
+
+void ScreenTest::the_hysteresis_shows_its_number() {
+    ProgramOnBench on;
+    QVERIFY(on.run_until_sweeping());
+    auto* const slider = on.widget<QSlider>("shyst");
+    const auto shows = [&](const QString& number) {
+        for (const QLabel* const label : slider->parentWidget()->findChildren<QLabel*>()) {
+            if (label->buddy() == slider && label->text() == number && label->isVisible()) {
+                return true;
+            }
+        }
+        return false;
+    };
+    QVERIFY(shows(u"10"_s));
+    slider->setValue(37);
+    QVERIFY(shows(u"37"_s));
+    // Choosing the other source brings back its own, from the program.
+    choose(*on.widget<QComboBox>("trigsource"), u"TRIG2"_s);
+    QVERIFY(shows(u"10"_s));
 }
 
 } // namespace

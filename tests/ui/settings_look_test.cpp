@@ -29,7 +29,7 @@ const QStringList widget_names = {
     u"slRGB(2)"_s,          u"txtRGB(0)"_s,       u"txtRGB(1)"_s,
     u"txtRGB(2)"_s,         u"shpRed"_s,          u"shpGreen"_s,
     u"shpBlue"_s,           u"shpCurrentCol"_s,   u"chkAutoUpd"_s,
-    u"cmdSetDefault"_s};
+    u"cmdSetDefault"_s,     u"cmdOnBlack"_s,      u"cmdOnWhite"_s};
 
 class SettingsLookTest : public QObject {
     Q_OBJECT
@@ -42,6 +42,7 @@ private Q_SLOTS:
     void looks_well_data();
     void looks_well();
     void the_screen_is_readable_on_white();
+    void one_press_sets_colours_on_white_and_on_black();
 };
 
 void SettingsLookTest::every_control_has_a_described_widget() {
@@ -157,6 +158,38 @@ void SettingsLookTest::the_screen_is_readable_on_white() {
     const QString name = QStringLiteral(KV408_PICTURE_DIR "/window_on_white-at-") +
                          QString::number(on.window().devicePixelRatioF()) + u".png"_s;
     QVERIFY(on.window().grab().save(name));
+}
+
+void SettingsLookTest::one_press_sets_colours_on_white_and_on_black() {
+    OpenSettings on;
+    QVERIFY(on.open);
+    on.show_page(2);
+    on.click("cmdOnWhite");
+    const QString folder = QStringLiteral(KV408_PICTURE_DIR "/settings_colours_");
+    for (const QColor& behind : {QColor(Qt::white), QColor(Qt::black)}) {
+        const bool white = behind == QColor(Qt::white);
+        for (const char* name :
+             {"ch1text", "ch2text", "ch1label", "ch2label", "ch1vdiv", "ch2vdiv", "ch1vdivtext",
+              "ch2vdivtext", "seltimediv", "tdivtext", "trigertext", "ltp2", "avglabel",
+              "lblMeas(0)", "txtMeasCH1(0)", "txtMeasCH2(0)", "lblDate"}) {
+            QVERIFY2(contrast(on.text_colour(name), behind) > 4.5, name);
+        }
+        const ColourTable& colours = on.program.scope().parts().colours;
+        QCOMPARE(qcolor(colours.background), behind);
+        QCOMPARE(qcolor(colours.text_background), behind);
+        QVERIFY(contrast(qcolor(colours.annotations), behind) > 4.5);
+        QVERIFY(contrast(qcolor(colours.grid), behind) > 3.0);
+        QTest::qWait(150);
+        QVERIFY(on.window().grab().save(folder + (white ? u"on_white.png"_s : u"on_black.png"_s)));
+        QVERIFY(on.shown()->grab().save(folder + (white ? u"white.png"_s : u"black.png"_s)));
+        if (white) {
+            on.click("cmdOnBlack");
+        }
+    }
+    // Cancel takes back what was pressed.
+    on.click("cmdOnWhite");
+    on.click("cmdCancel");
+    QCOMPARE(qcolor(on.program.scope().parts().colours.background), QColor(Qt::black));
 }
 
 } // namespace

@@ -17,6 +17,7 @@
 #include "ui/look.h"
 #include "ui/machine_places.h"
 #include "ui/program.h"
+#include "ui/when_placed.h"
 
 namespace {
 
@@ -32,8 +33,8 @@ kv408::simulator::FlashPlace flash_place(kv408::Files& files,
     return {.files = &files, .path = settings / "simulated-flash.bin"};
 }
 
-/// Makes `bench` reachable from the menus of `window`, and opens it as soon as `window` has its
-/// place, unless it would cover it.
+/// Makes `bench` reachable from the menus of `window`, and opens it beside that once it has its
+/// place.
 void offer(kv408::ui::BenchWindow& bench, QMainWindow& window) {
     QAction* const entry = window.menuBar()->addAction(u"Simulated &Bench"_s);
     QObject::connect(entry, &QAction::triggered, &bench, [&bench, &window] {
@@ -44,15 +45,11 @@ void offer(kv408::ui::BenchWindow& bench, QMainWindow& window) {
         bench.raise();
         bench.activateWindow();
     });
-    QMetaObject::invokeMethod(
-        &bench,
-        [&bench, &window] {
-            if (bench.place_beside(window)) {
-                bench.setAttribute(Qt::WA_ShowWithoutActivating);
-                bench.show();
-            }
-        },
-        Qt::QueuedConnection);
+    kv408::ui::when_placed(window, [&bench, &window] {
+        bench.place_beside(window);
+        bench.setAttribute(Qt::WA_ShowWithoutActivating);
+        bench.show();
+    });
 }
 
 } // namespace

@@ -1,0 +1,73 @@
+#include "ui/cursor_numbers.h"
+
+#include <algorithm>
+
+#include "state/plot_geometry.h"
+#include "ui/colours.h"
+#include "ui/widget_maker.h"
+
+namespace kv408::ui {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+// Measures of a number, pixels of the picture.
+constexpr int width = 8;
+constexpr int height = 15;
+constexpr int letters = 11;
+
+/// Upper left corner of number `index` in the plot box. The two never lie on each other, nor on the
+/// trigger level's marker.
+QPoint corner_of(const CursorState& cursors, std::size_t index) {
+    const int side = static_cast<int>(index);
+    if (cursor_mode::is_voltage(cursors.cursormode)) {
+        constexpr int first = plot::left + plot::width + 1 + plot::marker_width;
+        return {first + side * width, plot::top + cursors.vpos.at(index) - plot::marker_middle};
+    }
+    // Number 1 left of its line, number 2 right of it.
+    return {plot::left + cursors.hpos.at(index) + (side == 0 ? -width : 1), plot::top - height - 1};
+}
+
+} // namespace
+
+CursorNumbers::CursorNumbers(PlotWidget* plot, QWidget& read_out) : plot_(*plot) {
+    for (std::size_t index = 0; index < numbers_.size(); ++index) {
+        const QString number = QString::number(index + 1);
+        auto* const label = new QLabel(number, plot);
+        label->setObjectName(u"cursorNumber"_s + number);
+        label->setAlignment(Qt::AlignCenter);
+        label->setAttribute(Qt::WA_TransparentForMouseEvents);
+        describe(*label, {u"Line of cursor "_s + number, u"The line of cursor "_s + number});
+        follow_colours(*label, read_out);
+        label->hide();
+        // The markers stay in front.
+        label->lower();
+        numbers_.at(index) = label;
+    }
+}
+
+void CursorNumbers::show(const CursorState& cursors) {
+    cursors_ = cursors;
+    fit();
+}
+
+void CursorNumbers::fit() {
+    const bool shown =
+        cursor_mode::is_voltage(cursors_.cursormode) || cursor_mode::is_time(cursors_.cursormode);
+    for (std::size_t index = 0; index < numbers_.size(); ++index) {
+        QLabel& label = *numbers_.at(index);
+        if (shown) {
+            const QPoint corner = corner_of(cursors_, index);
+            const QPointF from = plot_.place_of(corner.x(), corner.y());
+            const QPointF to = plot_.place_of(corner.x() + width, corner.y() + height);
+            label.setGeometry(QRectF(from, to).toAlignedRect());
+            QFont scaled = plot_.font();
+            scaled.setBold(true);
+            scaled.setPixelSize(std::max(1, static_cast<int>(plot_.place_of(0, letters).y())));
+            label.setFont(scaled);
+        }
+        label.setVisible(shown);
+    }
+}
+
+} // namespace kv408::ui

@@ -1,0 +1,60 @@
+#include "ui/window_halves.h"
+
+#include <algorithm>
+
+#include <QEvent>
+#include <QStyle>
+
+namespace kv408::ui {
+namespace {
+
+constexpr int gap = 8;
+
+/// Even here the controls can be told apart.
+constexpr QSize least_size(400, 240);
+
+} // namespace
+
+WindowHalves::WindowHalves(ScreenPanel* screen, ControlPanel* controls)
+    : screen_(screen), area_(new ScrollingArea(screen, this)), controls_(controls) {
+    controls->setParent(this);
+}
+
+QSize WindowHalves::sizeHint() const {
+    const QSize screen = screen_->sizeHint();
+    const QSize controls = controls_->sizeHint();
+    return {screen.width() + controls.width() + 3 * gap,
+            std::max(screen.height(), controls.height()) + 2 * gap};
+}
+
+QSize WindowHalves::minimumSizeHint() const {
+    return least_size;
+}
+
+bool WindowHalves::event(QEvent* event) {
+    if (event->type() == QEvent::LayoutRequest) {
+        lay_out();
+    }
+    return QWidget::event(event);
+}
+
+void WindowHalves::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    lay_out();
+}
+
+void WindowHalves::lay_out() {
+    const QSize room(width() - 3 * gap, height() - 2 * gap);
+    const QSize needed = screen_->minimumSizeHint();
+    const int bar =
+        room.height() < needed.height() ? style()->pixelMetric(QStyle::PM_ScrollBarExtent) : 0;
+    const int controls =
+        std::min(controls_->width_within(room.width() - needed.width() - bar), room.width() / 2);
+    area_->setGeometry(gap, gap, room.width() - controls, room.height());
+    // Beyond half as much again the rows would no longer hold together.
+    const int high = std::min(room.height(), controls_->sizeHint().height() * 3 / 2);
+    controls_->setGeometry(width() - gap - controls, gap + (room.height() - high) / 2, controls,
+                           high);
+}
+
+} // namespace kv408::ui

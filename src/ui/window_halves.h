@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QWidget>
+
+#include "ui/control_panel.h"
+#include "ui/screen_panel.h"
+#include "ui/scrolling_area.h"
+
+namespace kv408::ui {
+
+/// What lies in the main window: the screen on the left, the controls on the right. The controls
+/// take what they need, the screen the rest; in a window too small for both the controls become
+/// narrower first, then both are scrolled.
+class WindowHalves : public QWidget {
+public:
+    /// Shows `screen` and `controls`, and owns them.
+    WindowHalves(ScreenPanel* screen, ControlPanel* controls);
+
+    /// Room for everything at its natural size.
+    [[nodiscard]] QSize sizeHint() const override;
+
+    /// Small: what has no room is scrolled to.
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
+protected:
+    bool event(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void lay_out();
+
+    ScreenPanel* screen_;
+    ScrollingArea* area_; ///< around the screen
+    ControlPanel* controls_;
+};
+
+} // namespace kv408::ui
