@@ -32,7 +32,8 @@ constexpr std::chrono::hours leftover_age{1};
 std::string digits_of(std::uint64_t number) {
     constexpr int hexadecimal = 16;
     std::array<char, number_digits> text = {};
-    auto* const end = std::to_chars(text.data(), text.data() + text.size(), number, hexadecimal).ptr;
+    auto* const end =
+        std::to_chars(text.data(), text.data() + text.size(), number, hexadecimal).ptr;
     std::string digits(text.data(), end);
     return digits.insert(0, number_digits - digits.size(), '0');
 }

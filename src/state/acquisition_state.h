@@ -25,7 +25,8 @@ struct AcquisitionState {
     /// The instrument saw no trigger before the set-up that is under way or was sent last.
     bool untriggered = false;
     /// A whole sweep of the channel has come since range or inversion were changed, since the last
-    /// set-up, which each change of the record in use brings, and since a reply failed to come whole.
+    /// set-up, which each change of the record in use brings, and since a reply failed to come
+    /// whole.
     std::array<bool, 2> fresh = {};
     DataWatch data; ///< whether data still come
     std::array<std::int32_t, 2> offset =

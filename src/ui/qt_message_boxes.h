@@ -9,8 +9,8 @@
 
 namespace kv408::ui {
 
-/// Message boxes on the screen, over the window, which can only be closed meanwhile. A box belongs to
-/// the one of its windows that the person is at, which has the focus again after it.
+/// Message boxes on the screen, over the window, which can only be closed meanwhile. A box belongs
+/// to the one of its windows that the person is at, which has the focus again after it.
 class QtMessageBoxes : public MessageBoxes {
 public:
     /// Sets the main window, which the boxes or the windows that they belong to belong to; without

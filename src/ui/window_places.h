@@ -7,9 +7,9 @@
 
 namespace kv408::ui {
 
-/// The window that a dialog belongs to which the program opens now: the dialog that blocks `main`; or
-/// the window that the person is at, where that is `main` or one of its windows; else `main`, which
-/// may be null.
+/// The window that a dialog belongs to which the program opens now: the dialog that blocks `main`;
+/// or the window that the person is at, where that is `main` or one of its windows; else `main`,
+/// which may be null.
 [[nodiscard]] QWidget* asking_window(QWidget* main);
 
 /// What a window that opens is to leave free, all in pixels of the screen.
