@@ -140,7 +140,7 @@ void Soak::heal() {
 }
 
 void Soak::sleep_awhile() {
-    clock_.advance(seconds(chance_.number(2, 3600)));
+    clock_.advance(seconds(chance_.number(2, 20)));
     simulator::Faults& faults = simulation_.bench().faults;
     const bool off = std::exchange(faults.no_power, true);
     simulation_.notice_faults();
