@@ -59,14 +59,7 @@ void PointPass::sdisplay1ghzt() {
         }
         const Outcome outcome = take_point(index, enabled);
         if (outcome != Outcome::taken) {
-            acquisition_.fresh = {};
-        }
-        if (outcome == Outcome::waiting) {
-            show_status(panel_.textstatus, status::waiting_for_trigger);
-            acquisition_.data.take_answer(clock_.now());
-            return;
-        }
-        if (outcome == Outcome::failed) {
+            end_without_point(outcome);
             return;
         }
         screen_.refreshCH1(index);
@@ -90,6 +83,14 @@ void PointPass::sdisplay1ghzt() {
     }
     screen_.movepersistance();
     measuring_.makemeasurement();
+}
+
+void PointPass::end_without_point(Outcome outcome) {
+    acquisition_.fresh = {};
+    if (outcome == Outcome::waiting) {
+        show_status(panel_.textstatus, status::waiting_for_trigger);
+        acquisition_.data.take_answer(clock_.now());
+    }
 }
 
 PointPass::Outcome PointPass::take_point(int index, const std::array<bool, 2>& enabled) {

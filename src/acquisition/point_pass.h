@@ -36,6 +36,8 @@ private:
     /// What came of one point, or of one channel's exchange.
     enum class Outcome { taken, waiting, failed };
 
+    /// What there is to do where a point did not come: the sweep in hand is no whole one.
+    void end_without_point(Outcome outcome);
     Outcome take_point(int index, const std::array<bool, 2>& enabled);
     Outcome fetch(int channel, int index, const PointDelay& delay);
     void show_progress(int index, std::chrono::nanoseconds start);

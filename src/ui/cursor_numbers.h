@@ -24,7 +24,7 @@ public:
 
 private:
     PlotWidget& plot_;
-    std::array<QLabel*, 2> numbers_;
+    std::array<QLabel*, 2> numbers_ = {};
     CursorState cursors_;
 };
 

@@ -1,5 +1,7 @@
 #include "ui/screen_header.h"
 
+#include <ranges>
+
 #include <QEvent>
 
 #include "ui/screen_label.h"
@@ -105,9 +107,9 @@ void ScreenHeader::lay_out() {
         left += label.width() + spacing;
     }
     int right = width() - margin_;
-    for (auto entry = state_.rbegin(); entry != state_.rend(); ++entry) {
-        const int wide = entry->label->sizeHint().width();
-        entry->label->setGeometry(right - wide, lines.back() * high, wide, high);
+    for (const Entry& entry : std::views::reverse(state_)) {
+        const int wide = entry.label->sizeHint().width();
+        entry.label->setGeometry(right - wide, lines.back() * high, wide, high);
         right -= wide + spacing;
     }
 }
