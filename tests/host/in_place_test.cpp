@@ -27,7 +27,7 @@ std::string content(const std::filesystem::path& path) {
 
 /// A file with "old" in a folder that the user may not write to, and a folder for temporary files.
 class InPlaceTest : public testing::Test {
-protected:
+public:
     InPlaceTest() {
         ::chmod(folder_.path().c_str(), 0755);
         std::filesystem::create_directory(place_);
@@ -41,6 +41,7 @@ protected:
 
     ~InPlaceTest() override { ::chmod(place_.c_str(), 0755); }
 
+protected:
     /// Runs `act` as a user who owns neither file nor folder, where that is possible; what it
     /// returns.
     template <typename Act>
@@ -61,7 +62,7 @@ protected:
     [[nodiscard]] int replace(const std::string& bytes) const {
         return as_somebody([&] {
             const FileResult result = SystemFiles().replace(file_, bytes);
-            return result.status == FileStatus::done && content(result.copy) != "" ? 0 : 1;
+            return result.status == FileStatus::done && !content(result.copy).empty() ? 0 : 1;
         });
     }
 

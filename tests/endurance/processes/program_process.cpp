@@ -39,6 +39,7 @@ namespace {
     std::vector<std::string> texts = {start.program.string()};
     texts.insert(texts.end(), start.arguments.begin(), start.arguments.end());
     std::vector<char*> arguments;
+    arguments.reserve(texts.size() + 1);
     for (std::string& text : texts) {
         arguments.push_back(text.data());
     }

@@ -21,6 +21,7 @@ std::time_t& slept() {
 
 /// In place of the C library's: CLOCK_MONOTONIC stands still while the computer sleeps,
 /// CLOCK_BOOTTIME does not.
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): the library's are reserved
 extern "C" int clock_gettime(clockid_t clock, std::timespec* time) noexcept {
     const long result = syscall(SYS_clock_gettime, clock, time);
     if (clock == CLOCK_BOOTTIME) {
