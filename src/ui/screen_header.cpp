@@ -1,6 +1,6 @@
 #include "ui/screen_header.h"
 
-#include <ranges>
+#include <cstddef>
 
 #include <QEvent>
 
@@ -107,7 +107,8 @@ void ScreenHeader::lay_out() {
         left += label.width() + spacing;
     }
     int right = width() - margin_;
-    for (const Entry& entry : std::views::reverse(state_)) {
+    for (std::size_t behind = state_.size(); behind > 0; --behind) {
+        const Entry& entry = state_[behind - 1];
         const int wide = entry.label->sizeHint().width();
         entry.label->setGeometry(right - wide, lines.back() * high, wide, high);
         right -= wide + spacing;
