@@ -136,6 +136,7 @@ public:
         check_cursors();
         check_wheel();
         check_measurements();
+        check_silence();
         check_colours();
         return differences_.texts();
     }
@@ -154,10 +155,47 @@ private:
         differences_.compare("\"Filter Avg.\" over the plot", panel_.avglabel.visible(),
                              panel_.average.checked());
         if (!moment_.additional_typed) {
-            const double additional = std::strtod(panel_.delaytrttdis.text().c_str(), nullptr);
-            differences_.compare(
-                "trigger-time marker", panel_.ltp2.left(),
-                nearest(std::clamp(plot_left - additional / time_.step, 32.0, 672.0)));
+            check_trigger_time();
+        }
+    }
+
+    void check_trigger_time() {
+        const int left = panel_.ltp2.left();
+        const TextBox& box = panel_.delaytrttdis;
+        // Of a text that is not taken the delay before it counts, which no control tells.
+        if (box.faulty()) {
+            differences_.expect("trigger-time marker is " + std::to_string(left) +
+                                    ", should be on the plot",
+                                left >= 32 && left <= 672);
+            return;
+        }
+        const double additional = std::strtod(box.text().c_str(), nullptr);
+        differences_.compare("trigger-time marker with \"" + box.text() + "\"", left,
+                             nearest(std::clamp(plot_left - additional / time_.step, 32.0, 672.0)));
+    }
+
+    void check_silence() {
+        const bool told = panel_.nodata.visible();
+        const std::string& status = panel_.textstatus.text();
+        differences_.compare("plot faint", panel_.picture1.dimmed(), told);
+        if (told) {
+            const std::string& line = panel_.nodata.caption();
+            int seconds = 0;
+            std::sscanf(line.c_str(), "No data for %d s", &seconds);
+            differences_.expect("\"" + line + "\" is no whole number of seconds",
+                                seconds >= 1 &&
+                                    line == "No data for " + std::to_string(seconds) + " s");
+            const bool any_on =
+                panel_.channel[0].enable.checked() || panel_.channel[1].enable.checked();
+            differences_.expect("\"No data\" where none are to come",
+                                any_on && parts_.acquisition.acqrunning && status != "Stopped" &&
+                                    parts_.acquisition.scopestate != "calibrationint");
+            differences_.expect("\"No data\" while they come", !moment_.swept);
+        }
+        const bool no_trigger = status == "Waiting For TRIGGER";
+        // While a set-up is sent it depends on what was before it.
+        if (told || status != "Setup...") {
+            differences_.compare("results faint", panel_.picmeasure.dimmed(), told || no_trigger);
         }
     }
 

@@ -172,7 +172,7 @@ void compare_panel(View& view, const FrontPanel& panel) {
     }
     for (const Label* const label :
          {&panel.trlevelmv, &panel.tdivtext, &panel.avglabel, &panel.lbldate, &panel.trigertext,
-          &panel.ltp2, &panel.centerfr, &panel.lblc1, &panel.lblc2}) {
+          &panel.ltp2, &panel.nodata, &panel.centerfr, &panel.lblc1, &panel.lblc2}) {
         view.compare(*label);
     }
     for (const Button* const button :
