@@ -38,6 +38,49 @@ QWidget& dialog_of(SteadyProgram& on) {
     return *dialog;
 }
 
+/// The question of a start without an instrument.
+void show_question(Gallery& gallery) {
+    SteadyProgram on;
+    on.simulation.bench().faults.no_power = true;
+    bool asked = false;
+    // Switched on while the question stands, so that Retry finds it.
+    QTimer look;
+    QObject::connect(&look, &QTimer::timeout, &look, [&] {
+        auto* const box = open_box();
+        if (box != nullptr) {
+            look.stop();
+            gallery.add(u"message-no-connection"_s, *box);
+            on.simulation.bench().faults.no_power = false;
+            asked = true;
+            box->button(QMessageBox::Retry)->click();
+        }
+    });
+    look.start(1);
+    on.start();
+    QVERIFY(asked);
+}
+
+/// The box that a command brings which the instrument does not take while it sweeps.
+void show_lost_command(Gallery& gallery) {
+    SteadyProgram on;
+    on.start_sweeping();
+    on.simulation.bench().faults.acknowledge = simulator::AcknowledgeFault::lost;
+    QTimer look;
+    bool seen = false;
+    QObject::connect(&look, &QTimer::timeout, &look, [&] {
+        if (auto* const box = open_box(); box != nullptr) {
+            look.stop();
+            gallery.add(u"message-stop"_s, *box);
+            seen = true;
+            box->findChild<QPushButton*>(u"extraButton"_s)->click();
+        }
+    });
+    look.start(1);
+    on.act([&] { on.panel().trigeredge.set_index(1); });
+    on.ticks(5);
+    QVERIFY(seen);
+}
+
 } // namespace
 
 void show_calibration(Gallery& gallery) {
@@ -138,24 +181,8 @@ void show_snapshots(Gallery& gallery) {
 }
 
 void show_messages(Gallery& gallery) {
-    SteadyProgram on;
-    on.simulation.bench().faults.no_power = true;
-    bool asked = false;
-    // Switched on while the question stands, so that Retry finds it.
-    QTimer look;
-    QObject::connect(&look, &QTimer::timeout, &look, [&] {
-        auto* const box = open_box();
-        if (box != nullptr) {
-            look.stop();
-            gallery.add(u"message-no-connection"_s, *box);
-            on.simulation.bench().faults.no_power = false;
-            asked = true;
-            box->button(QMessageBox::Retry)->click();
-        }
-    });
-    look.start(1);
-    on.start();
-    QVERIFY(asked);
+    show_question(gallery);
+    show_lost_command(gallery);
 }
 
 } // namespace kv408::ui
