@@ -100,15 +100,22 @@ Findings check_tested(const SourceTree& tree) {
 }
 
 Findings check_hosts(const SourceTree& tree) {
-    static const std::regex address(R"re([a-z]+://(?!www\.w3\.org/|schemas\.microsoft\.com/)re"
-                                    R"re(|www\.debian\.org/doc/)[A-Za-z0-9-]+\.[^\s"')>]*)re"
-                                    R"re(|\b[a-z0-9-]+\.debian\.(org|net)\b(?!/doc/))re");
+    static const std::regex none(R"re(https?://(www\.w3\.org|schemas\.microsoft\.com)/[^\s"'<>]*)re"
+                                 R"re(|https?://www\.debian\.org/doc/[^\s"'<>]*)re"
+                                 R"re(|<[^\s@<>]+@[^\s@<>]+>)re");
+    static const std::regex address(R"re([a-z]+://[A-Za-z0-9-]+\.[^\s"')>]*)re"
+                                    R"re(|\b[a-z0-9-]+(\.[a-z0-9-]+)*)re"
+                                    R"re(\.(org|net|com|edu|gov|info|io|de|uk|fr|eu|ch|jp))re"
+                                    R"re(\.?(?![\w-]|\.\w))re");
     Findings findings;
     for (const SourceFile& file : tree) {
+        if (is_code(file.path)) {
+            continue;
+        }
         const std::vector<std::string> lines = lines_of(file.text);
         for (std::size_t line = 0; line < lines.size(); ++line) {
-            if (std::smatch match;
-                !is_code(file.path) && std::regex_search(lines[line], match, address)) {
+            const std::string rest = std::regex_replace(lines[line], none, " ");
+            if (std::smatch match; std::regex_search(rest, match, address)) {
                 findings.push_back(at(file, line, "names a host: " + match.str()));
             }
         }

@@ -21,8 +21,9 @@ inline constexpr std::size_t most_lines = 450;
 /// Folders of src/ that have no folder of tests with at least one test in it.
 [[nodiscard]] Findings check_tested(const SourceTree& tree);
 
-/// Addresses on the network in what is no code: scripts take a mirror from the machine's own
-/// configuration. Names of formats that look like an address are none.
+/// Addresses on the network and names of hosts in what is no code: scripts take a mirror from the
+/// machine's own configuration. Names of formats that look like an address are none, and neither is
+/// a person's address for mail in angle brackets.
 [[nodiscard]] Findings check_hosts(const SourceTree& tree);
 
 } // namespace kv408::house

@@ -88,7 +88,10 @@ TEST(HouseRules, FolderWithoutATestIsFound) {
 TEST(HouseRules, AMirrorIsFoundInAScript) {
     for (const std::string line :
          {"debootstrap bookworm root http://ftp.somewhere.net/debian",
-          "wget https://snapshot.debian.org/package/qt6-base/", "mirror=deb.debian.org"}) {
+          "wget https://snapshot.debian.org/package/qt6-base/", "mirror=deb.debian.org",
+          "mirror=ftp.somewhere.net/debian", "wget packages.somewhere.com",
+          "git clone git@code.somewhere.io:a/b.git", "nc mirror.somewhere.org. 80",
+          "http://www.w3.org/2000/svg http://files.somewhere.org/a"}) {
         EXPECT_THAT(check_hosts({{"packaging/a/b", "# one\n" + line + "\n"}}),
                     ElementsAre(HasSubstr("packaging/a/b:2: names a host: ")))
             << line;
@@ -99,7 +102,9 @@ TEST(HouseRules, NamesOfFormatsAndWhatTheMachineSaysAreNoHosts) {
     for (const std::string line :
          {"<svg xmlns=\"http://www.w3.org/2000/svg\">", "xmlns='http://schemas.microsoft.com/SMI/'",
           "Format: https://www.debian.org/doc/packaging-manuals/copyright-format/1.0/",
-          "export http_proxy=http://$host/", "site=${list#mirror+file://}"}) {
+          "export http_proxy=http://$host/", "site=${list#mirror+file://}",
+          "Maintainer: The Kv408 authors <kv408@users.kv408.org>", "org.kv408.Kv408.desktop",
+          "x.org.y z.commit"}) {
         EXPECT_THAT(check_hosts({{"packaging/a", line}}), IsEmpty()) << line;
     }
 }
