@@ -28,7 +28,7 @@ import sys
 import tempfile
 import time
 
-WIDTH, HEIGHT = 1280, 800
+WIDTH, HEIGHT = 1920, 1080  # the bench stands beside the window of kv408-demo
 TRACE_PIXELS = 500
 SETTLING_SECONDS = 3
 
@@ -115,13 +115,19 @@ class Program:
 
 
 class Kv408(Program):
+    FRAMES, BUTTON = 0x24282E, 0x353B44
+    STOP = 940  # a column of the button Stop beside its text
+
     def __init__(self, path):
         # The plot's upper half: a line on the zero row is no trace yet.
-        super().__init__("kv408-demo", [path], (46, 104, 684, 350), (0xFFFF00, 0x80DCFF),
-                         ((920, 715, 1080, 739), 0x353B44))
+        super().__init__("kv408-demo", [path], (46, 94, 684, 340), (0xFFFF00, 0x80DCFF),
+                         ((730, 30, 1268, 600), self.FRAMES))
 
     def stop(self, screen):
-        screen.click((998, 726))
+        # No button is lower, wherever it is.
+        lowest = max(y for y in range(HEIGHT)
+                     if screen.count([self.BUTTON], (self.STOP, y, self.STOP + 1, y + 1)))
+        screen.click((self.STOP, lowest - 8))
 
 
 class PulseView(Program):
