@@ -24,9 +24,10 @@ public:
     void sleep(std::chrono::nanoseconds duration) override {
         skipped_ += std::max(duration, std::chrono::nanoseconds::zero());
     }
-    [[nodiscard]] LocalTime local_time() const override {
-        return {.year = 2026, .month = 11, .day = 16, .hour = 1, .minute = 9, .second = 37};
-    }
+    [[nodiscard]] LocalTime local_time() const override { return date; }
+
+    /// What it says, until it is set again.
+    LocalTime date = {.year = 2026, .month = 11, .day = 16, .hour = 1, .minute = 9, .second = 37};
 
 private:
     std::chrono::nanoseconds skipped_{0};

@@ -3,13 +3,14 @@
 #include <QClipboard>
 #include <QComboBox>
 #include <QFileDialog>
+#include <QLabel>
 #include <QMessageBox>
+#include <QPainter>
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
 
 #include "box_answers.h"
-#include "display/scale_lines.h"
 #include "program_on_bench.h"
 #include "ui/colours.h"
 
@@ -67,11 +68,58 @@ struct Stopped : ProgramOnBench {
         });
     }
 
+    /// What Ctrl+Shift+P puts on the clipboard.
+    [[nodiscard]] QImage copied_with_scales() {
+        QGuiApplication::clipboard()->clear();
+        widget("cmdstop")->setFocus();
+        QTest::keyClick(widget("cmdstop"), Qt::Key_P, Qt::ControlModifier | Qt::ShiftModifier);
+        return QGuiApplication::clipboard()->image();
+    }
+
+    /// What the row under the plot shows in the label `name`.
+    [[nodiscard]] QString result(const char* name) {
+        return widget<QLabel>(name)->text().trimmed();
+    }
+
     bool stopped = stop();
     QString title;
     QString offered;
     QStringList filters;
 };
+
+/// Whether `image` bears `text` in `colour` on black somewhere below the plot box, with nothing
+/// right behind it.
+bool bears(const QImage& image, const QString& text, Colour colour) {
+    QFont font = QGuiApplication::font();
+    font.setPixelSize(14);
+    const QFontMetrics metrics(font);
+    constexpr int behind = 8;
+    QImage wanted(metrics.horizontalAdvance(text) + behind, 20, QImage::Format_RGB32);
+    wanted.fill(Qt::black);
+    QPainter painter(&wanted);
+    painter.setFont(font);
+    painter.setPen(qcolor(colour));
+    painter.drawText(wanted.rect(), Qt::AlignVCenter | Qt::AlignLeft, text);
+    painter.end();
+    const auto stands_at = [&](int left, int top) {
+        for (int y = 0; y < wanted.height(); ++y) {
+            const auto* const from = reinterpret_cast<const QRgb*>(image.constScanLine(top + y));
+            const auto* const as = reinterpret_cast<const QRgb*>(wanted.constScanLine(y));
+            if (!std::equal(as, as + wanted.width(), from + left)) {
+                return false;
+            }
+        }
+        return true;
+    };
+    for (int top = 540; top + wanted.height() <= image.height(); ++top) {
+        for (int left = 0; left + wanted.width() <= image.width(); ++left) {
+            if (stands_at(left, top)) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
 
 class SnapshotTest : public QObject {
     Q_OBJECT
@@ -83,6 +131,7 @@ private Q_SLOTS:
     void the_kind_that_is_chosen_changes_the_names_ending();
     void is_copied_to_the_clipboard();
     void is_copied_with_its_scales();
+    void its_scales_follow_the_panel();
 };
 
 void SnapshotTest::goes_silently_into_its_folder() {
@@ -164,24 +213,75 @@ void SnapshotTest::the_kind_that_is_chosen_changes_the_names_ending() {
 void SnapshotTest::is_copied_with_its_scales() {
     Stopped on;
     QVERIFY(on.stopped);
-    QGuiApplication::clipboard()->clear();
-    on.widget("cmdstop")->setFocus();
-    QTest::keyClick(on.widget("cmdstop"), Qt::Key_P, Qt::ControlModifier | Qt::ShiftModifier);
-    const QImage copied = QGuiApplication::clipboard()->image();
+    const QImage copied = on.copied_with_scales();
     QVERIFY(on.is_plot_box(copied.copy(0, 0, 705, 540)));
-    // Each line below shows its text in its colour: time base, the channels, the results.
-    const auto lines = scale_lines(on.panel(), {});
-    QCOMPARE(copied.height(), 540 + 20 * int(lines.size()) + 8);
-    for (int line = 0; line < int(lines.size()); ++line) {
-        const QRgb colour = pixel_of(lines[std::size_t(line)][0].colour);
-        int pixels = 0;
-        for (int y = 540 + 20 * line; y < 560 + 20 * line; ++y) {
-            for (int x = 0; x < 178; ++x) {
-                pixels += copied.pixel(x, y) == colour ? 1 : 0;
-            }
-        }
-        QVERIFY2(pixels > 0, QByteArray::number(line));
+    const ColourTable& colours = on.program.scope().parts().colours;
+    const std::pair<QString, Colour> wanted[] = {{u"20ns/div"_s, colours.normal_text},
+                                                 {u"2026-11-16 01:09:37"_s, colours.normal_text},
+                                                 {u"CH1"_s, colours.ch1},
+                                                 {u"0.1V/div"_s, colours.ch1},
+                                                 {u"Offset: 0.00V"_s, colours.ch1},
+                                                 {u"CH2"_s, colours.ch2},
+                                                 {u"0.1V/div"_s, colours.ch2},
+                                                 {u"Offset: 0.00V"_s, colours.ch2},
+                                                 {on.result("lblMeas(0)"), colours.normal_text},
+                                                 {on.result("txtMeasCH1(0)"), colours.ch1},
+                                                 {on.result("txtMeasCH2(0)"), colours.ch2},
+                                                 {on.result("lblMeas(2)"), colours.normal_text},
+                                                 {on.result("txtMeasCH1(2)"), colours.ch1},
+                                                 {on.result("txtMeasCH2(2)"), colours.ch2}};
+    for (const auto& [text, colour] : wanted) {
+        QVERIFY(!text.isEmpty());
+        QVERIFY2(bears(copied, text, colour), qPrintable(text));
     }
+    QVERIFY(!bears(copied, u"50ns/div"_s, colours.normal_text));
+}
+
+void SnapshotTest::its_scales_follow_the_panel() {
+    Stopped on;
+    QVERIFY(on.stopped);
+    const ColourTable& colours = on.program.scope().parts().colours;
+    const QImage before = on.copied_with_scales();
+    on.clock.date.second = 38;
+    on.program.scope().act([&] {
+        on.panel().seltimediv.set_index(on.panel().seltimediv.index() - 1);
+        on.panel().channel[0].vdiv.set_index(on.panel().channel[0].vdiv.index() + 1);
+        on.panel().channel[1].invert.press(true);
+        on.panel().tabstrip2.select(2);
+        on.panel().slider1.turn_to(512 - 128); // a division of 64 rows
+        on.panel().measurement[0].selector.set_index(7);
+    });
+    const QString time = on.widget<QComboBox>("seltimediv")->currentText();
+    const QString volts = on.widget<QComboBox>("ch1vdiv")->currentText();
+    QVERIFY(time != u"20ns/div"_s && volts != u"0.1V"_s);
+    const QImage after = on.copied_with_scales();
+    const std::pair<QString, Colour> gone[] = {{u"20ns/div"_s, colours.normal_text},
+                                               {u"2026-11-16 01:09:37"_s, colours.normal_text},
+                                               {u"0.1V/div"_s, colours.ch1},
+                                               {u"Offset: 0.00V"_s, colours.ch2}};
+    for (const auto& [text, colour] : gone) {
+        QVERIFY2(bears(before, text, colour), qPrintable(text));
+        QVERIFY2(!bears(after, text, colour), qPrintable(text));
+    }
+    const std::pair<QString, Colour> come[] = {{time, colours.normal_text},
+                                               {u"2026-11-16 01:09:38"_s, colours.normal_text},
+                                               {volts + u"/div"_s, colours.ch1},
+                                               {u"0.1V/div (inv)"_s, colours.ch2},
+                                               {u"Offset: -100mV"_s, colours.ch2},
+                                               {on.result("lblMeas(0)"), colours.normal_text},
+                                               {on.result("txtMeasCH1(0)"), colours.ch1}};
+    for (const auto& [text, colour] : come) {
+        QVERIFY2(!bears(before, text, colour), qPrintable(text));
+        QVERIFY2(bears(after, text, colour), qPrintable(text));
+    }
+    // A channel that is off has no scale, and its results are gone.
+    on.program.scope().act([&] { on.panel().channel[1].enable.set_checked(false); });
+    QTest::qWait(150);
+    const QImage alone = on.copied_with_scales();
+    QVERIFY(bears(alone, u"CH1"_s, colours.ch1));
+    QVERIFY(!bears(alone, u"CH2"_s, colours.ch2));
+    QVERIFY(!bears(alone, u"0.1V/div (inv)"_s, colours.ch2));
+    QCOMPARE(alone.height(), after.height() - 20);
 }
 
 void SnapshotTest::is_copied_to_the_clipboard() {
