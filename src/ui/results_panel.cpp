@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include <QGraphicsOpacityEffect>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QPainter>
@@ -21,10 +20,33 @@ constexpr int mark_width = 14;
 constexpr int usual_name_width = 90;
 constexpr int rule_gap = 10; ///< ahead of the second channel, with the rule in its middle
 
+/// Lies over results that are old, and lets them shine through faintly.
+class Veil : public QWidget {
+public:
+    explicit Veil(QWidget* results) : QWidget(results) {
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+        hide();
+    }
+
+protected:
+    void paintEvent(QPaintEvent* /*event*/) override {
+        constexpr float density = 0.6F;
+        QColor ground = palette().color(QPalette::Window);
+        ground.setAlphaF(density);
+        QPainter(this).fillRect(rect(), ground);
+    }
+};
+
 /// The panel with a rule above each of its rows and one between the channels.
 class ResultsPanel : public QWidget {
 public:
     using QWidget::QWidget;
+
+    /// Shows the results faint, as those that are old, or as they are.
+    void dim(bool dimmed) {
+        veil_->raise();
+        veil_->setVisible(dimmed);
+    }
 
     /// Takes the layout of the half that bears the names.
     void set_names(QGridLayout* names) { names_ = names; }
@@ -32,6 +54,7 @@ public:
 protected:
     void resizeEvent(QResizeEvent* event) override {
         QWidget::resizeEvent(event);
+        veil_->setGeometry(rect());
         // In a narrow panel the values come closer to the names.
         const int least = fontMetrics().horizontalAdvance(u"Vmean "_s);
         names_->setColumnMinimumWidth(
@@ -51,6 +74,7 @@ protected:
 
 private:
     QGridLayout* names_ = nullptr;
+    Veil* veil_ = new Veil(this);
 };
 
 QLabel* make_result(QWidget* parent, Label& control, const Words& words) {
@@ -74,20 +98,6 @@ QGridLayout* make_half(QWidget* panel) {
     }
     panel->layout()->addWidget(half);
     return grid;
-}
-
-/// Shows `results` faint, as those that are old, or as they are.
-void dim(QWidget& results, bool dimmed) {
-    if (dimmed == (results.graphicsEffect() != nullptr)) {
-        return;
-    }
-    QGraphicsOpacityEffect* faint = nullptr;
-    if (dimmed) {
-        constexpr double opacity = 0.4;
-        faint = new QGraphicsOpacityEffect(&results);
-        faint->setOpacity(opacity);
-    }
-    results.setGraphicsEffect(faint);
 }
 
 } // namespace
@@ -122,7 +132,7 @@ QWidget* make_results_panel(FrontPanel& panel, QWidget* parent) {
                                      {measurement + u" of CH2"_s, u"Result of CH2"_s}),
                          row, 0);
     }
-    bind_appearance(results, panel.picmeasure, [results](bool dimmed) { dim(*results, dimmed); });
+    bind_appearance(results, panel.picmeasure, [results](bool dimmed) { results->dim(dimmed); });
     return results;
 }
 

@@ -333,6 +333,38 @@ double brightness(const QImage& image, const QRect& area) {
     return sum / (area.width() * area.height());
 }
 
+/// How bright what people see of the results is, one value each: as it stands on the screen, after
+/// whatever was painted anew.
+std::vector<double> brightness_of_results(Demo& on) {
+    const QImage seen = on.window().screen()->grabWindow(on.window().winId()).toImage();
+    std::vector<double> values;
+    for (const char* const name : {"lblMeas(0)", "txtMeasCH1(0)", "txtMeasCH2(0)", "txtMeasCH1(2)",
+                                   "txtMeasCH2(2)", "lblMeas(2)"}) {
+        const QWidget& label = *on.widget(name);
+        values.push_back(
+            brightness(seen, QRect(label.mapTo(&on.window(), QPoint()), label.size())));
+    }
+    return values;
+}
+
+/// The same of results that are new, once there are any.
+std::vector<double> brightness_of_new_results(Demo& on) {
+    const auto known = [&on](const char* name) {
+        return on.widget<QLabel>(name)->text().trimmed().endsWith(u"Hz"_s);
+    };
+    if (!QTest::qWaitFor([&] { return known("txtMeasCH1(2)") && known("txtMeasCH2(2)"); })) {
+        return {};
+    }
+    QTest::qWait(50);
+    return brightness_of_results(on);
+}
+
+/// Every one of `dim` is less than six tenths of what it is in `bright`.
+bool all_dimmed(const std::vector<double>& dim, const std::vector<double>& bright) {
+    return std::equal(dim.begin(), dim.end(), bright.begin(), bright.end(),
+                      [](double now, double before) { return now < 0.6 * before; });
+}
+
 void SilentTest::silence_is_told_and_what_is_old_is_dimmed() {
     Demo on;
     QVERIFY(on.sweeps);
@@ -342,6 +374,7 @@ void SilentTest::silence_is_told_and_what_is_old_is_dimmed() {
     const auto results = [&on] { return on.widget("picMeasure")->grab().toImage(); };
     const QImage bright_results = results();
     const double bright_plot = brightness(plot(), plot().rect());
+    const std::vector<double> bright_values = brightness_of_new_results(on);
     const QRect status_place = on.widget("textstatus")->geometry();
     on.fault("no_power")->click();
     QTRY_VERIFY(line->isVisible());
@@ -350,7 +383,10 @@ void SilentTest::silence_is_told_and_what_is_old_is_dimmed() {
     QVERIFY(line->parentWidget()->rect().contains(line->geometry()));
     QCOMPARE(on.panel().textstatus.text(), std::string("Running"));
     QCOMPARE(on.widget("textstatus")->geometry(), status_place);
-    QTest::qWait(50);
+    for (int times = 0; times < 4; ++times) {
+        QTest::qWait(250);
+        QVERIFY(all_dimmed(brightness_of_results(on), bright_values));
+    }
     save(on.window(), "no-data");
     QVERIFY(brightness(plot(), plot().rect()) < 0.8 * bright_plot);
     QVERIFY(brightness(results(), results().rect()) <
@@ -362,6 +398,9 @@ void SilentTest::silence_is_told_and_what_is_old_is_dimmed() {
     QTRY_VERIFY(!line->isVisible());
     QTRY_COMPARE(results().size(), bright_results.size());
     QVERIFY(brightness(plot(), plot().rect()) > 0.9 * bright_plot);
+    QTRY_VERIFY(!all_dimmed(brightness_of_results(on), bright_values));
+    QTRY_VERIFY(brightness(results(), results().rect()) >
+                0.9 * brightness(bright_results, bright_results.rect()));
 }
 
 void SilentTest::old_results_are_dimmed_under_an_empty_plot() {
@@ -369,11 +408,16 @@ void SilentTest::old_results_are_dimmed_under_an_empty_plot() {
     QVERIFY(on.sweeps);
     auto* const results = on.widget("picMeasure");
     const QImage bright = results->grab().toImage();
+    const std::vector<double> bright_values = brightness_of_new_results(on);
     on.fault("no_trigger")->click();
     QTRY_COMPARE(on.panel().textstatus.text(), std::string("Waiting For TRIGGER"));
     QTest::qWait(150);
     const QImage dim = results->grab().toImage();
     QVERIFY(brightness(dim, dim.rect()) < 0.8 * brightness(bright, bright.rect()));
+    for (int times = 0; times < 3; ++times) {
+        QTest::qWait(250);
+        QVERIFY(all_dimmed(brightness_of_results(on), bright_values));
+    }
     QVERIFY(!on.widget("lblNoData")->isVisible());
     save(on.window(), "old-results");
     on.fault("no_trigger")->click();
