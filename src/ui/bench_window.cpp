@@ -1,12 +1,10 @@
 #include "ui/bench_window.h"
 
-#include <algorithm>
 #include <optional>
 
 #include <QComboBox>
 #include <QDoubleSpinBox>
 #include <QHBoxLayout>
-#include <QScreen>
 #include <QVBoxLayout>
 
 #include "simulator/test_connections.h"
@@ -127,41 +125,6 @@ void BenchWindow::show_bench() {
 void BenchWindow::show_connection() {
     const std::optional<simulator::TestConnection> made = simulator::connected(bench_);
     connections_->setCurrentIndex(made ? static_cast<int>(*made) : -1);
-}
-
-void BenchWindow::place_beside(const QWidget& window) {
-    const QRect taken = window.frameGeometry();
-    // Its own title bar and borders are known only once it is on the screen; they are alike.
-    const QSize borders = taken.size() - window.size();
-    move(place_for(window.screen()->availableGeometry(), taken, sizeHint() + borders));
-}
-
-QPoint BenchWindow::place_for(QRect room, QRect taken, QSize size) {
-    // Where the screen is too small for it, its title bar is seen.
-    const int right = std::max(room.left(), room.right() + 1 - size.width());
-    const int bottom = std::max(room.top(), room.bottom() + 1 - size.height());
-    const auto within = [&](QPoint corner) {
-        return QPoint(std::clamp(corner.x(), room.left(), right),
-                      std::clamp(corner.y(), room.top(), bottom));
-    };
-    const auto hidden = [&](QPoint corner) {
-        const QRect both = QRect(corner, size).intersected(taken);
-        return both.isEmpty() ? 0 : both.width() * both.height();
-    };
-    // Of places that hide as much the first: over the edge of the plot rather than over controls.
-    QPoint best = within({taken.right() + 1 + gap, taken.top()});
-    if (hidden(best) == 0) {
-        return best;
-    }
-    best = within({taken.left() - gap - size.width(), taken.top()});
-    for (const QPoint& corner : {within({taken.right() + 1 + gap, taken.top()}),
-                                 within({taken.left(), taken.bottom() + 1 + gap}),
-                                 within({taken.left(), taken.top() - gap - size.height()})}) {
-        if (hidden(corner) < hidden(best)) {
-            best = corner;
-        }
-    }
-    return best;
 }
 
 } // namespace kv408::ui

@@ -17,14 +17,6 @@ public:
     explicit BenchWindow(
         simulator::Bench& bench, const std::function<void()>& notice = [] {});
 
-    /// Moves the window beside `window`, which has its place on the screen, or below or above it;
-    /// without such a place to where it hides least of it. Its title bar is always on the screen.
-    void place_beside(const QWidget& window);
-
-    /// The upper left corner of a window of `size`, title bar and borders included, on a screen of
-    /// which `room` is free, beside one that takes up `taken`.
-    [[nodiscard]] static QPoint place_for(QRect room, QRect taken, QSize size);
-
 private:
     QWidget* make_connections();
     void show_bench();

@@ -3,10 +3,10 @@
 #include <QCloseEvent>
 #include <QGridLayout>
 #include <QPointer>
-#include <QScreen>
 #include <QVBoxLayout>
 
 #include "ui/calibration_frames.h"
+#include "ui/scrolling_area.h"
 #include "ui/window_places.h"
 
 namespace kv408::ui {
@@ -15,18 +15,6 @@ namespace {
 using namespace Qt::StringLiterals;
 
 constexpr int gap = 8;
-
-/// What the title bar of a desktop takes at most, pixels.
-constexpr int title_bar_height = 40;
-
-/// Moves `window`, which is not shown yet, to its place beside `parent` with its `plot`.
-void place(QWidget& window, const QWidget& parent, const QWidget& plot) {
-    const QRect shown_plot(plot.mapToGlobal(QPoint(0, 0)), plot.size());
-    window.move(place_beside(window.sizeHint() + QSize(0, title_bar_height),
-                             {.room = parent.screen()->availableGeometry(),
-                              .main = parent.frameGeometry(),
-                              .plot = shown_plot}));
-}
 
 /// Shows the window of a form that is open, and brings it to the front.
 void show_in_front(QWidget& window) {
@@ -57,11 +45,20 @@ CalibrationWindow::CalibrationWindow(QWidget* parent, CalibrationForm& form, Sco
     steps->addLayout(right, 0, 1);
     steps->setColumnStretch(0, 1);
     steps->setColumnStretch(1, 1);
+    auto* const content = new QWidget;
+    auto* const parts = new QVBoxLayout(content);
+    parts->setContentsMargins(gap, gap, gap, gap);
+    parts->setSpacing(gap);
+    parts->addLayout(steps, 1);
+    parts->addWidget(make_calibration_status(form, driver));
+    // Larger letters may need more than the screen has.
+    auto* const area = new ScrollingArea(content);
+    for (QWidget* const inner : content->findChildren<QWidget*>()) {
+        area->follow_keyboard(*inner);
+    }
     auto* const layout = new QVBoxLayout(this);
-    layout->setContentsMargins(gap, gap, gap, gap);
-    layout->setSpacing(gap);
-    layout->addLayout(steps, 1);
-    layout->addWidget(make_calibration_status(form, driver));
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(area);
 }
 
 void CalibrationWindow::closeEvent(QCloseEvent* event) {
@@ -74,7 +71,7 @@ void follow(CalibrationForm& form, QWidget& parent, const QWidget& plot, ScopeDr
                           window = QPointer<QWidget>()]() mutable {
         if (form.window.is_open() && window.isNull() && over && plot) {
             window = new CalibrationWindow(over, form, driver);
-            place(*window, *over, *plot);
+            put_beside(*window, *over, *plot);
         }
         if (window.isNull()) {
             return;

@@ -110,7 +110,9 @@ void MainWindow::lay_out() {
         QGuiApplication::clipboard()->setImage(image_of(picture).copy());
     });
     fill_menus(*menuBar(), driver_, {copy, copy_scaled});
-    setCentralWidget(new WindowHalves(screen_, new ControlPanel(driver_)));
+    auto* const controls = new ControlPanel(driver_);
+    controls_ = controls;
+    setCentralWidget(new WindowHalves(screen_, controls));
     new LoadingNote(scope_.loading(), *this);
 }
 

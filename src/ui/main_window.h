@@ -34,6 +34,9 @@ public:
     /// The plot.
     [[nodiscard]] PlotWidget& plot() { return screen_->plot(); }
 
+    /// The controls beside the plot.
+    [[nodiscard]] const QWidget& controls() const { return *controls_; }
+
     /// Ends the program without asking or telling anything in a box, and closes the window.
     void end();
 
@@ -62,6 +65,7 @@ private:
     Dialogs dialogs_;
     ScopeDriver driver_;
     ScreenPanel* screen_;
+    QWidget* controls_ = nullptr;
     QPointer<SettingsWindow> settings_; ///< while the settings dialog is open
     QTimer timer_{this};
     bool started_ = false;

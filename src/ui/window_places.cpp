@@ -5,6 +5,7 @@
 #include <tuple>
 
 #include <QApplication>
+#include <QScreen>
 
 #include "ui/input_block.h"
 
@@ -12,6 +13,9 @@ namespace kv408::ui {
 namespace {
 
 constexpr int gap = 8;
+
+/// What the title bar of a desktop takes at most, pixels.
+constexpr int title_bar_height = 40;
 
 /// The place within `room` that is nearest to `wanted`; a window too large for it begins in its
 /// upper left corner.
@@ -26,6 +30,27 @@ QRect held_in(const QRect& room, const QRect& wanted) {
 
 qint64 area(const QRect& rectangle) {
     return qint64{rectangle.width()} * rectangle.height();
+}
+
+/// Title bar and borders of a window that is not shown yet, for which those of `shown` are taken.
+QMargins borders_like(const QWidget& shown) {
+    const QRect inner = shown.geometry();
+    const QRect outer = shown.frameGeometry();
+    const int top = inner.top() - outer.top();
+    return {inner.left() - outer.left(), top > 0 ? top : title_bar_height,
+            outer.right() - inner.right(), outer.bottom() - inner.bottom()};
+}
+
+/// The program's windows that are seen, with their frames, but for `one` and `other`.
+std::vector<QRect> windows_but(const QWidget& one, const QWidget& other) {
+    std::vector<QRect> places;
+    for (const QWidget* const widget : QApplication::topLevelWidgets()) {
+        const bool plain = widget->windowType() == Qt::Window || widget->windowType() == Qt::Dialog;
+        if (widget->isVisible() && plain && widget != &one && widget != &other) {
+            places.push_back(widget->frameGeometry());
+        }
+    }
+    return places;
 }
 
 } // namespace
@@ -46,21 +71,39 @@ QWidget* asking_window(QWidget* main) {
 
 QPoint place_beside(const QSize& size, const Surroundings& around) {
     const QRect& main = around.main;
-    const std::array<QPoint, 5> corners = {
-        QPoint(main.right() + gap, main.top()),
+    const std::array<QPoint, 6> corners = {
+        QPoint(main.right() + 1 + gap, main.top()),
         QPoint(main.left() - gap - size.width(), main.top()),
-        QPoint(main.left(), main.bottom() + gap),
+        QPoint(main.left(), main.bottom() + 1 + gap),
         QPoint(main.left(), main.top() - gap - size.height()),
-        QPoint(around.plot.right() + gap, main.top()),
+        QPoint(around.keep.right() + 1 + gap, main.top()),
+        QPoint(around.keep.left() - gap - size.width(), main.top()),
     };
     const auto covered = [&](const QPoint& corner) {
         const QRect held = held_in(around.room, QRect(corner, size));
-        return std::tuple(area(held & around.plot), area(held & main));
+        qint64 others = 0;
+        for (const QRect& other : around.others) {
+            others += area(held & other);
+        }
+        return std::tuple(area(held & around.keep), area(held & main), others);
     };
     const QPoint best = *std::min_element(
         corners.begin(), corners.end(),
         [&](const QPoint& one, const QPoint& other) { return covered(one) < covered(other); });
     return held_in(around.room, QRect(best, size)).topLeft();
+}
+
+void put_beside(QWidget& window, const QWidget& main, const QWidget& keep) {
+    const QRect room = main.screen()->availableGeometry();
+    const QMargins borders = borders_like(main);
+    const QSize size = window.sizeHint().grownBy(borders).boundedTo(room.size());
+    const QRect kept(keep.mapToGlobal(QPoint()), keep.size());
+    const QPoint corner = place_beside(size, {.room = room,
+                                              .main = main.frameGeometry(),
+                                              .keep = kept,
+                                              .others = windows_but(window, main)});
+    // Told without its frame: where the frame of a new window begins, desktops do not agree.
+    window.setGeometry(QRect(corner, size).marginsRemoved(borders));
 }
 
 } // namespace kv408::ui

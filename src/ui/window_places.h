@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include <QPoint>
 #include <QRect>
 #include <QSize>
@@ -14,14 +16,20 @@ namespace kv408::ui {
 
 /// What a window that opens is to leave free, all in pixels of the screen.
 struct Surroundings {
-    QRect room; ///< of the screen for windows
-    QRect main; ///< the main window with its frame
-    QRect plot; ///< the plot in it
+    QRect room;                     ///< of the screen for windows
+    QRect main;                     ///< the main window with its frame
+    QRect keep;                     ///< the part of it that is used beside the window
+    std::vector<QRect> others = {}; ///< other windows with their frames
 };
 
 /// Where a window of `size`, with its frame, is put: beside, below or above the main window where
-/// the room allows it; else within the room over as little of the plot, and then of the main
-/// window, as can be.
+/// the room allows it; else within the room over as little of what is to be kept free, then of the
+/// main window, and then of the others, as can be. Its title bar is always in the room.
 [[nodiscard]] QPoint place_beside(const QSize& size, const Surroundings& around);
+
+/// Gives `window`, which is not shown, its place beside `main`, which has its own, so that `keep`,
+/// a part of that, is seen; the program's other windows count too. It gets the size that it wants,
+/// or what the screen has.
+void put_beside(QWidget& window, const QWidget& main, const QWidget& keep);
 
 } // namespace kv408::ui

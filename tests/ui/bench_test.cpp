@@ -7,6 +7,7 @@
 #include "ui/bench_window.h"
 #include "ui/engineering_spin_box.h"
 #include "ui/when_placed.h"
+#include "ui/window_places.h"
 
 namespace kv408::ui {
 namespace {
@@ -30,8 +31,10 @@ private Q_SLOTS:
     void faults_are_switched();
     void an_acknowledge_is_lost_or_wrong();
     void an_edit_ends_the_connection_from_the_list();
-    void hides_as_little_as_it_can_data();
-    void hides_as_little_as_it_can();
+    void leaves_the_controls_free_data();
+    void leaves_the_controls_free();
+    void two_windows_stand_on_different_sides();
+    void is_put_beside_a_window_title_bar_and_all();
     void waits_for_the_main_window_to_have_its_place();
 };
 
@@ -231,22 +234,22 @@ void BenchTest::an_acknowledge_is_lost_or_wrong() {
     QCOMPARE(bench.faults.acknowledge, AcknowledgeFault::none);
 }
 
-void BenchTest::hides_as_little_as_it_can_data() {
+void BenchTest::leaves_the_controls_free_data() {
     QTest::addColumn<QRect>("room");
-    QTest::addColumn<QRect>("taken");
+    QTest::addColumn<QRect>("main");
     QTest::addColumn<QPoint>("corner");
-    // The window is 500x700 with its title bar.
+    // The window is 500x700 with its title bar; the controls take the right 540 of the main window.
     const QRect hd(0, 0, 1920, 1040);
     const QRect uhd(0, 0, 3840, 2120);
     QTest::newRow("room on the right") << uhd << QRect(1280, 600, 1280, 780) << QPoint(2568, 600);
     QTest::newRow("4K, far right") << uhd << QRect(2500, 600, 1280, 780) << QPoint(1992, 600);
     QTest::newRow("low on the screen") << uhd << QRect(1280, 1500, 1280, 600) << QPoint(2568, 1420);
     QTest::newRow("1920, on the left") << hd << QRect(0, 100, 1280, 780) << QPoint(1288, 100);
+    // From here on over the plot, whose edge it leaves free as far as the screen allows.
     QTest::newRow("1920, in the middle") << hd << QRect(320, 130, 1280, 780) << QPoint(0, 130);
     QTest::newRow("1920, right of the middle")
         << hd << QRect(340, 130, 1280, 780) << QPoint(0, 130);
-    QTest::newRow("1920, left of the middle")
-        << hd << QRect(300, 130, 1280, 780) << QPoint(1420, 130);
+    QTest::newRow("1920, left of the middle") << hd << QRect(300, 130, 1280, 780) << QPoint(0, 130);
     QTest::newRow("all taken") << hd << hd << QPoint(0, 0);
     QTest::newRow("a panel on top")
         << QRect(0, 40, 1366, 728) << QRect(0, 40, 1366, 728) << QPoint(0, 40);
@@ -254,11 +257,55 @@ void BenchTest::hides_as_little_as_it_can_data() {
         << QRect(0, 0, 480, 600) << QRect(0, 0, 480, 600) << QPoint(0, 0);
 }
 
-void BenchTest::hides_as_little_as_it_can() {
+void BenchTest::leaves_the_controls_free() {
     QFETCH(QRect, room);
-    QFETCH(QRect, taken);
+    QFETCH(QRect, main);
     QFETCH(QPoint, corner);
-    QCOMPARE(BenchWindow::place_for(room, taken, QSize(500, 700)), corner);
+    const QRect controls(QPoint(main.right() + 1 - 540, main.top()), main.bottomRight());
+    const QSize size(500, 700);
+    QCOMPARE(place_beside(size, {.room = room, .main = main, .keep = controls}), corner);
+}
+
+void BenchTest::two_windows_stand_on_different_sides() {
+    const QRect uhd(0, 0, 3840, 2120);
+    const QSize size(500, 700);
+    // The first one on the right, so the second on the left; or on the left, so below.
+    QRect main(1280, 600, 1280, 780);
+    QCOMPARE(
+        place_beside(size,
+                     {.room = uhd, .main = main, .keep = main, .others = {{2568, 600, 500, 700}}}),
+        QPoint(772, 600));
+    main.moveLeft(2500);
+    QCOMPARE(
+        place_beside(size,
+                     {.room = uhd, .main = main, .keep = main, .others = {{1992, 600, 500, 700}}}),
+        QPoint(2500, 1388));
+}
+
+void BenchTest::is_put_beside_a_window_title_bar_and_all() {
+    const QRect screen = qApp->primaryScreen()->availableGeometry();
+    QWidget main;
+    main.setGeometry(screen.left() + 20, screen.top() + 60, 300, 200);
+    main.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&main));
+    QWidget keep(&main);
+    keep.setGeometry(200, 0, 100, 200);
+    class Sized : public QWidget {
+    public:
+        [[nodiscard]] QSize sizeHint() const override { return wanted; }
+        QSize wanted = QSize(250, 150);
+    } window;
+    put_beside(window, main, keep);
+    QCOMPARE(window.size(), QSize(250, 150));
+    const int title = main.geometry().top() - main.frameGeometry().top();
+    QCOMPARE(window.geometry().top(), main.frameGeometry().top() + (title > 0 ? title : 40));
+    QVERIFY(window.geometry().left() >= main.frameGeometry().right() + 1 + 8);
+    // One that is too large gets the screen, and its title bar is on that.
+    window.wanted = QSize(5000, 5000);
+    put_beside(window, main, keep);
+    QVERIFY(screen.contains(window.geometry()));
+    QVERIFY(window.geometry().top() > screen.top());
+    QVERIFY(window.width() > screen.width() - 40 && window.height() > screen.height() - 60);
 }
 
 void BenchTest::waits_for_the_main_window_to_have_its_place() {

@@ -4,6 +4,7 @@
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QTest>
 
 #include "box_answers.h"
@@ -32,8 +33,12 @@ struct CalibrationOnBench : ProgramOnBench {
             return false;
         }
         window().findChild<QAction*>(u"mnucalibration"_s)->trigger();
-        return form() != nullptr && QTest::qWaitForWindowExposed(form()) &&
-               QTest::qWaitFor([this] { return panel().textstatus.text() == "Running"; });
+        if (form() == nullptr || !QTest::qWaitForWindowExposed(form())) {
+            return false;
+        }
+        // The screen of the tests is smaller than this.
+        form()->resize(form()->sizeHint());
+        return QTest::qWaitFor([this] { return panel().textstatus.text() == "Running"; });
     }
 
     [[nodiscard]] QWidget* form() { return window().findChild<QWidget*>(u"frmcalibration"_s); }
@@ -79,6 +84,7 @@ private Q_SLOTS:
     void every_widget_is_described();
     void nothing_is_cut_off_data();
     void nothing_is_cut_off();
+    void everything_is_reached_with_larger_letters();
     void a_text_that_is_no_value_is_marked();
     void the_main_window_can_be_used_beside_it();
     void closed_it_opens_again_as_it_was();
@@ -207,6 +213,39 @@ void CalibrationTest::nothing_is_cut_off() {
     QTest::qWait(20);
     QCOMPARE(cut_off(*on.form()).join(u'\n'), QString());
     save_picture(*on.form(), QString::fromLatin1(QTest::currentDataTag()) + u"-long"_s);
+}
+
+// The letters half as large again, on a screen of 1366x768 with title bar and task bar.
+void CalibrationTest::everything_is_reached_with_larger_letters() {
+    apply_look(Look::dark);
+    const QFont usual = QApplication::font();
+    const auto back = qScopeGuard([usual] { QApplication::setFont(usual); });
+    for (const int percent : {125, 150}) {
+        QFont larger = usual;
+        larger.setPointSizeF(usual.pointSizeF() * percent / 100.0);
+        QApplication::setFont(larger);
+        CalibrationOnBench on;
+        QVERIFY(on.open());
+        QWidget& form = *on.form();
+        const QSize room(1366, 690);
+        form.resize(form.sizeHint().boundedTo(room));
+        QTest::qWait(20);
+        QCOMPARE(form.size(), form.sizeHint().boundedTo(room));
+        QCOMPARE(cut_off(form).join(u'\n'), QString());
+        save_picture(form, u"calibration-text-%1"_s.arg(percent));
+        int operated = 0;
+        for (QWidget* const widget : form.findChildren<QWidget*>()) {
+            if (widget->isVisible() && widget->isEnabled() &&
+                (widget->focusPolicy() & Qt::TabFocus) != 0) {
+                widget->setFocus(Qt::TabFocusReason);
+                QVERIFY2(widget->visibleRegion().boundingRect() == widget->rect(),
+                         qPrintable(described(*widget)));
+                ++operated;
+            }
+        }
+        // Eleven values, and the buttons of the manual's chapter that can be pressed at rest.
+        QVERIFY2(operated >= 25, qPrintable(QString::number(operated)));
+    }
 }
 
 void CalibrationTest::a_text_that_is_no_value_is_marked() {

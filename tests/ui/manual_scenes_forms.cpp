@@ -18,6 +18,8 @@ struct Calibrating : SteadyProgram {
         simulation.set_factory_state();
         start_sweeping();
         act([this] { panel().mnucalibration.click(); });
+        // The screen without a display is smaller than this.
+        shown().resize(shown().sizeHint());
         ticks(10);
     }
 

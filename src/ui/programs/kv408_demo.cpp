@@ -18,6 +18,7 @@
 #include "ui/machine_places.h"
 #include "ui/program.h"
 #include "ui/when_placed.h"
+#include "ui/window_places.h"
 
 namespace {
 
@@ -35,18 +36,18 @@ kv408::simulator::FlashPlace flash_place(kv408::Files& files,
 
 /// Makes `bench` reachable from the menus of `window`, and opens it beside that once it has its
 /// place.
-void offer(kv408::ui::BenchWindow& bench, QMainWindow& window) {
+void offer(kv408::ui::BenchWindow& bench, kv408::ui::MainWindow& window) {
     QAction* const entry = window.menuBar()->addAction(u"Simulated &Bench"_s);
     QObject::connect(entry, &QAction::triggered, &bench, [&bench, &window] {
         if (!bench.isVisible()) {
-            bench.place_beside(window);
+            kv408::ui::put_beside(bench, window, window.controls());
         }
         bench.show();
         bench.raise();
         bench.activateWindow();
     });
     kv408::ui::when_placed(window, [&bench, &window] {
-        bench.place_beside(window);
+        kv408::ui::put_beside(bench, window, window.controls());
         bench.setAttribute(Qt::WA_ShowWithoutActivating);
         bench.show();
     });
