@@ -27,10 +27,11 @@ using namespace Qt::StringLiterals;
 
 /// The demo: the program sweeping, with the window of its bench.
 struct Demo : ProgramOnBench {
-    Demo() {
+    /// Shows both windows and waits for the sweeps; false when there are none.
+    [[nodiscard]] bool begin() {
         window().resize(1280, 750);
         bench.show();
-        sweeps = run_until_sweeping() && QTest::qWaitForWindowExposed(&bench);
+        return run_until_sweeping() && QTest::qWaitForWindowExposed(&bench);
     }
 
     /// Chooses the next entry of `list` as a person does by key.
@@ -50,7 +51,7 @@ struct Demo : ProgramOnBench {
     }
 
     BenchWindow bench{simulation.bench(), [this] { simulation.notice_faults(); }};
-    bool sweeps = false;
+    bool sweeps = begin();
 };
 
 /// The further button of `box`, null where it has none.
