@@ -3,7 +3,7 @@
 #include <array>
 #include <cstdio>
 
-#include "host/path_text.h"
+#include "host/shown_text.h"
 
 namespace kv408 {
 namespace {
@@ -59,7 +59,7 @@ FileResult RecordBackup::keep(const KeptRecord& record) {
         }
     }
     return {.status = FileStatus::failed,
-            .reason = "no name is free in " + text_of_path(places_.settings)};
+            .reason = "no name is free in " + shown_path(places_.settings)};
 }
 
 RecordBackup::Restored RecordBackup::restore() {
@@ -71,7 +71,7 @@ RecordBackup::Restored RecordBackup::restore() {
     if (!path) {
         return {};
     }
-    Restored restored{.file = text_of_path(path->filename())};
+    Restored restored{.file = shown_path(path->filename())};
     std::string bytes;
     const FileResult result = files_.read(*path, bytes);
     if (result.status != FileStatus::done) {

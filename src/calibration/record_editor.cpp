@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "calibration/linearity_run.h"
+#include "host/shown_text.h"
 #include "panel/set_up_change.h"
 #include "state/rounding.h"
 
@@ -269,9 +270,9 @@ bool RecordEditor::may_restore(const KeptRecord& record) {
         return true;
     }
     std::string of = "It was kept for the instrument with the serial number ";
-    of += record.instrument.serial;
+    of += shown_line(record.instrument.serial);
     of += " and the hardware ID ";
-    of += record.instrument.hardware;
+    of += shown_line(record.instrument.hardware);
     of += ", not for this one.";
     return around_.boxes.show({.text = "Restore the calibration of another instrument?",
                                .title = "Restore Calibration",

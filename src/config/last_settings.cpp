@@ -3,7 +3,7 @@
 #include <ostream>
 #include <utility>
 
-#include "host/path_text.h"
+#include "host/shown_text.h"
 
 namespace kv408 {
 
@@ -53,7 +53,7 @@ LastSettings::Outcome LastSettings::write(const Noted& noted) {
 
 void LastSettings::tell(const Outcome& outcome) {
     if (outcome.result.status != FileStatus::done) {
-        log_ << "Kv408: the settings could not be saved. " << text_of_path(outcome.path) << ": "
+        log_ << "Kv408: the settings could not be saved. " << shown_path(outcome.path) << ": "
              << outcome.result.reason << "\n"
              << where_aside(outcome) << std::endl;
     }
@@ -64,15 +64,15 @@ void LastSettings::tell(const Outcome& outcome) {
 
 std::string where_aside(const LastSettings::Outcome& outcome) {
     return outcome.aside.empty() ? "They could not be kept anywhere else either."
-                                 : "They are kept in " + text_of_path(outcome.aside) +
+                                 : "They are kept in " + shown_path(outcome.aside) +
                                        "; the next start offers to take them.";
 }
 
 std::string where_copy(const std::filesystem::path& path, const std::filesystem::path& copy) {
-    return text_of_path(path) +
+    return shown_path(path) +
            " was written in place, because its folder takes no new file. What it held before lies "
            "in " +
-           text_of_path(copy) + ".";
+           shown_path(copy) + ".";
 }
 
 } // namespace kv408

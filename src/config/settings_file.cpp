@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "host/path_text.h"
+#include "host/shown_text.h"
 #include "host/text_encoding.h"
 
 namespace kv408 {
@@ -100,7 +101,7 @@ void SettingsFile::offer_aside() {
         {.text = "Settings of an earlier run could not be saved. Take them now?",
          .buttons = MessageButtons::yes_no,
          .icon = MessageIcon::question,
-         .informative = "They are in " + text_of_path(aside) + "; No discards them."});
+         .informative = "They are in " + shown_path(aside) + "; No discards them."});
     if (answer != MessageAnswer::yes) {
         host_.files.drop_aside(default_path());
         return;
@@ -168,7 +169,7 @@ SettingsFile::Reading SettingsFile::loadconfigfile(const std::filesystem::path& 
     case FileStatus::failed:
         break;
     }
-    tell_line(1, text_of_path(path) + ": " + result.reason);
+    tell_line(1, shown_path(path) + ": " + result.reason);
     return Reading::failed;
 }
 
@@ -177,7 +178,7 @@ bool SettingsFile::take_lines(std::string_view lines, const std::filesystem::pat
     const auto start = host_.clock.now();
     for (int number = 1; !lines.empty(); ++number) {
         if (!take_line_of(take_line(lines), taken)) {
-            tell_line(number, text_of_path(path) +
+            tell_line(number, shown_path(path) +
                                   ": the lines before it have been taken over, it and those after "
                                   "it have not.");
             return false;
@@ -290,7 +291,7 @@ void SettingsFile::tell_failure(const Outcome& outcome, const std::string& help)
         return;
     }
     std::string text = "The settings could not be saved. ";
-    text.append(text_of_path(outcome.path)).append(": ").append(outcome.result.reason);
+    text.append(shown_path(outcome.path)).append(": ").append(outcome.result.reason);
     // Ahead of the start and from the end on there is no sweep that could go on.
     host_.boxes.show({.text = text,
                       .icon = MessageIcon::critical,

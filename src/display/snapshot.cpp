@@ -9,6 +9,7 @@
 #include "display/scale_lines.h"
 #include "display/shapes.h"
 #include "host/path_text.h"
+#include "host/shown_text.h"
 
 namespace kv408 {
 namespace {
@@ -102,7 +103,8 @@ void Snapshot::save_silently(const Surface& image, const std::string& name) {
         tell_failure(result);
         return;
     }
-    host_.boxes.show({.text = "Snapshot saved to: \n" + path, .icon = MessageIcon::information});
+    host_.boxes.show(
+        {.text = "Snapshot saved to: \n" + shown_line(path), .icon = MessageIcon::information});
 }
 
 void Snapshot::save_by_dialog(const std::string& name) {

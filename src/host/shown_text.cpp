@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "host/path_text.h"
+
 namespace kv408 {
 namespace {
 
@@ -91,6 +93,10 @@ std::string shown(std::string_view text, std::string_view kept) {
 
 std::string shown_line(std::string_view text) {
     return shown(text, "");
+}
+
+std::string shown_path(const std::filesystem::path& path) {
+    return shown_line(text_of_path(path));
 }
 
 std::string shown_lines(std::string_view text) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -10,7 +11,10 @@ namespace kv408 {
 /// that are no UTF-8) becomes "\x1b" and the like, byte for byte.
 [[nodiscard]] std::string shown_line(std::string_view text);
 
-/// The same for a text of several lines: line feeds and tabs stay.
+/// The name of the file at `path` with its folders, as it is shown, in one line.
+[[nodiscard]] std::string shown_path(const std::filesystem::path& path);
+
+/// A text of several lines as it is shown: line feeds and tabs stay.
 [[nodiscard]] std::string shown_lines(std::string_view text);
 
 } // namespace kv408

@@ -8,6 +8,7 @@
 #include <limits>
 #include <utility>
 
+#include "host/shown_text.h"
 #include "link/instrument_serial.h"
 
 namespace kv408 {
@@ -136,7 +137,7 @@ void DeviceLink::opendevice() {
     const BridgeStatus status = bridge_.SI_Open(static_cast<Dword>(cmbDevice_.index()), handle);
     keep(status);
     if (status != si_success) {
-        end_with("Error opening device: " + cmbDevice_.text() +
+        end_with("Error opening device: " + shown_line(cmbDevice_.text()) +
                      ". Application is aborting. Reset hardware and try again.",
                  bridge_.trouble());
     }

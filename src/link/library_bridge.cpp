@@ -16,7 +16,8 @@ namespace kv408 {
 
 LibraryBridge::LibraryBridge(const std::string& name) : name_(name), library_(name) {
     if (!library_.problem().empty()) {
-        trouble_ = "The bridge library " + name_ + " could not be loaded: " + library_.problem();
+        trouble_ = "The bridge library " + shown_line(name_) +
+                   " could not be loaded: " + shown_line(library_.problem());
         return;
     }
     look_up("SI_GetNumDevices", functions_.SI_GetNumDevices);

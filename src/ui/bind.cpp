@@ -5,6 +5,7 @@
 #include <QPointer>
 #include <QSignalBlocker>
 
+#include "host/shown_text.h"
 #include "ui/colours.h"
 
 namespace kv408::ui {
@@ -45,7 +46,8 @@ void show_fault(QLineEdit& widget, bool faulty) {
 QStringList entries_of(const ListBox& control) {
     QStringList entries;
     for (const std::string& entry : control.entries()) {
-        entries.append(text_of(entry));
+        // A device calls itself what it likes.
+        entries.append(text_of(shown_line(entry)));
     }
     return entries;
 }

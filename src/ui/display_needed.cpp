@@ -6,6 +6,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include "host/shown_text.h"
+
 namespace kv408::ui {
 namespace {
 
@@ -25,7 +27,7 @@ void hear(QtMsgType type, const QMessageLogContext& context, const QString& mess
         std::_Exit(EXIT_FAILURE);
     }
     if (!QByteArray(context.category).startsWith("qt.qpa")) {
-        std::cerr << message.toStdString() << std::endl;
+        std::cerr << shown_lines(message.toStdString()) << std::endl;
     }
 }
 

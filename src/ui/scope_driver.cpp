@@ -4,6 +4,7 @@
 #include <iostream>
 #include <utility>
 
+#include "host/shown_text.h"
 #include "scope/parts.h"
 
 namespace kv408::ui {
@@ -71,7 +72,7 @@ void ScopeDriver::enter(const std::function<void()>& entry) {
 void ScopeDriver::fail(const std::string& what) {
     failed_ = true;
     scope_.abandon();
-    std::cerr << "Kv408 has ended because of an error: " << what << std::endl;
+    std::cerr << "Kv408 has ended because of an error: " << shown_line(what) << std::endl;
 }
 
 } // namespace kv408::ui

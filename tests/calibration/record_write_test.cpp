@@ -429,11 +429,14 @@ TEST_F(RecordWrite, ARecordOfAnotherInstrumentIsRestoredOnlyAfterAQuestion) {
 
 TEST_F(RecordWrite, AFileThatCannotBeRestoredChangesNothing) {
     files.files["/a/letter.txt"] = "Dear Sir\n";
-    choosers.answers = {"/a/letter.txt", "/a/missing.txt", std::nullopt};
+    choosers.answers = {"/a/letter.txt", "/a/missing.txt"};
     form.cmdrestorecal.click();
     EXPECT_EQ(note(), "letter.txt cannot be restored: it holds no calibration record");
     form.cmdrestorecal.click();
     EXPECT_EQ(note(), "missing.txt cannot be restored: No such file or directory");
+    choosers.answers = {"/a/x\x1B\n.txt", std::nullopt};
+    form.cmdrestorecal.click();
+    EXPECT_EQ(note(), "x\\x1b\\x0a.txt cannot be restored: No such file or directory");
     form.calnote.set_caption("-");
     form.cmdrestorecal.click();
     EXPECT_EQ(note(), "-"); // nothing was chosen

@@ -164,6 +164,19 @@ TEST(LastSettings, WhatFailsIsToldOnTheTerminal) {
                              text_of_path(aside_file) + "; the next start offers to take them.\n");
 }
 
+TEST(LastSettings, AFolderForgesNoLineOnTheTerminal) {
+    FakeFiles files;
+    std::ostringstream log;
+    LastSettings settings(files, log);
+    settings.note("/a\nSaved.\x1B[2J/settings.txt", "settings", {});
+    files.refusal = "No space left on device";
+    settings.save(true);
+    EXPECT_EQ(log.str(),
+              "Kv408: the settings could not be saved. /a\\x0aSaved.\\x1b[2J/settings.txt: No "
+              "space left on device\nThey are kept in /a\\x0aSaved.\\x1b[2J/settings.txt.unsaved; "
+              "the next start offers to take them.\n");
+}
+
 TEST(LastSettings, OneThreadNotesWhileAnotherSaves) {
     FakeFiles files;
     std::ostringstream log;

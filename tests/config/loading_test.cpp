@@ -182,6 +182,24 @@ TEST(Loading, AFileThatCannotBeReadIsAnErrorInItsFirstLine) {
     EXPECT_FALSE(rig.panel.eyeon.checked());
 }
 
+TEST(Loading, ThePathOfAFileForgesNoLineOfAMessage) {
+    SettingsRig rig;
+    const std::string path = "/a\nSaved.\x1B/set-up.TXT";
+    const std::string shown = "/a\\x0aSaved.\\x1b/set-up.TXT: ";
+    rig.files.files[path] = "no tab\r\n";
+    rig.settings.loadconfigfile(path);
+    rig.files.refusal = "No space left on device";
+    rig.settings.saveconfigsmon(path);
+    rig.files.unreadable = "Is a directory";
+    rig.settings.loadconfigfile(path);
+    ASSERT_EQ(rig.boxes.shown.size(), 3U);
+    EXPECT_TRUE(rig.boxes.shown[0].informative.starts_with(shown))
+        << rig.boxes.shown[0].informative;
+    EXPECT_TRUE(rig.boxes.shown[1].text.ends_with(shown + "No space left on device"))
+        << rig.boxes.shown[1].text;
+    EXPECT_EQ(rig.boxes.shown[2].informative, shown + "Is a directory");
+}
+
 TEST(Loading, AMissingFileIsCreatedWithThePresentSettings) {
     SettingsRig rig;
     rig.panel.eyeon.set_checked(true);

@@ -182,6 +182,14 @@ TEST_F(SnapshotTest, TheScalesAreThoseOfTheClickAndInItsColours) {
     EXPECT_EQ(scale_lines(panel, {}).size(), 2U);
 }
 
+TEST_F(SnapshotTest, AFolderForgesNoLineOfTheMessageAndIsWrittenToAsItIs) {
+    settings.snapshotpath = "/a\nSaved.\x1B/";
+    snapshot.Command1_Click();
+    EXPECT_EQ(files.written, (Texts{"/a\nSaved.\x1B/261116_010937.bmp"}));
+    EXPECT_EQ(boxes.shown.at(0).text, "Snapshot saved to: \n/a\\x0aSaved.\\x1b/261116_010937.bmp");
+    EXPECT_EQ(settings.snapshotpath, "/a\nSaved.\x1B/");
+}
+
 TEST_F(SnapshotTest, LeavesAFolderThatEndsInASeparator) {
     settings.snapshotpath = "/pictures/";
     snapshot.Command1_Click();

@@ -33,6 +33,11 @@ TEST(ShownText, BytesThatAreNoTextAreShown) {
     EXPECT_EQ(shown_line("\xF4\x90\x80\x80"), "\\xf4\\x90\\x80\\x80");
 }
 
+TEST(ShownText, OfAPathEveryByteIsSeenAndTheRestStays) {
+    EXPECT_EQ(shown_path("/home/me/M\xC3\xA4rz 1/a\\b.bmp"), "/home/me/M\xC3\xA4rz 1/a\\b.bmp");
+    EXPECT_EQ(shown_path("/a\n\tSaved./b\x1B"), "/a\\x0a\\x09Saved./b\\x1b");
+}
+
 TEST(ShownText, OfSeveralLinesTheLinesStay) {
     EXPECT_EQ(shown_lines("one\n\ttwo\r\n\x1B"), "one\n\ttwo\\x0d\n\\x1b");
 }

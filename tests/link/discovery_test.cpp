@@ -108,6 +108,20 @@ TEST(Discovery, ADeviceThatMatchesButFailsToOpenEndsTheSearchAndTheProgram) {
     }
 }
 
+TEST(Discovery, ASerialNumberForgesNoLineOfAMessageAndStaysAsItIs) {
+    const std::string serial = "lm4rxa\x1B\nDone.\xFF";
+    LinkRig rig;
+    rig.bridge.serials = {serial};
+    rig.bridge.status["SI_Open"] = 2;
+    rig.link.finddevice();
+    EXPECT_THROW(rig.link.select_and_open(), ProgramEnded);
+    EXPECT_EQ(rig.boxes.texts(),
+              Texts{"Error opening device: lm4rxa\\x1b\\x0aDone.\\xff. Application is aborting. "
+                    "Reset hardware and try again."});
+    EXPECT_EQ(rig.device.text(), serial);
+    EXPECT_EQ(rig.link.state().serialsuffix, serial.substr(7, 7));
+}
+
 TEST(Discovery, OpenDeviceTakesTheSelectionOfTheList) {
     LinkRig rig;
     rig.bridge.serials = {"lm4rxa1FIRST01", "lm4rxa2SECOND2"};

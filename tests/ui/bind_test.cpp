@@ -22,6 +22,7 @@ private Q_SLOTS:
     void choosing_in_a_list_reaches_the_control_also_the_same_entry();
     void a_list_set_from_code_shows_and_runs_its_handler_once();
     void a_list_takes_new_entries();
+    void a_list_shows_what_a_stranger_made_of_it_without_obeying();
     void typing_enter_and_focus_reach_the_text_box();
     void focus_that_goes_to_a_popup_is_no_leaving();
     void a_read_only_box_only_shows();
@@ -135,6 +136,20 @@ void BindTest::a_list_takes_new_entries() {
     control.set_entries({"one", "three", "four"});
     QCOMPARE(widget.count(), 3);
     QCOMPARE(widget.itemText(1), u"three"_s);
+}
+
+void BindTest::a_list_shows_what_a_stranger_made_of_it_without_obeying() {
+    Entered entered;
+    ListBox control("cmbDevice");
+    QComboBox widget;
+    bind(&widget, control, entered.driver);
+    const std::string forged = "lm4rxa1\x1B\nx\xE2\x80\xAE\xFF";
+    control.set_entries({"lm4rxa0SERIAL1", "M\xC3\xA4rz", forged});
+    QCOMPARE(widget.itemText(0), u"lm4rxa0SERIAL1"_s);
+    QCOMPARE(widget.itemText(1), u"M\u00E4rz"_s);
+    QCOMPARE(widget.itemText(2), uR"(lm4rxa1\x1b\x0ax\xe2\x80\xae\xff)"_s);
+    QTest::keyClick(&widget, Qt::Key_End);
+    QCOMPARE(control.text(), forged);
 }
 
 void BindTest::typing_enter_and_focus_reach_the_text_box() {

@@ -80,6 +80,19 @@ TEST(LibraryBridge, AFileThatIsNoLibraryIsToldByItsName) {
     EXPECT_EQ(bridge.trouble().find("%1"), std::string::npos) << bridge.trouble();
 }
 
+TEST(LibraryBridge, ThePathOfALibraryForgesNoLine) {
+    const TemporaryFolder folder;
+    const std::string name = text_of_path(folder.path()) + "/a\xE2\x80\xAE.dll";
+    std::ofstream(path_of_text(name)) << "no library";
+    LibraryBridge bridge(name);
+    expect_every_operation_to_fail(bridge);
+    const std::string shown = text_of_path(folder.path()) + "/a\\xe2\\x80\\xae.dll";
+    EXPECT_NE(bridge.trouble().find("The bridge library " + shown + " could not be loaded: "),
+              std::string::npos)
+        << bridge.trouble();
+    EXPECT_EQ(bridge.trouble().find("\xE2\x80\xAE"), std::string::npos) << bridge.trouble();
+}
+
 TEST(LibraryBridge, WithoutASymbolEveryOperationFailsAndTheMissingOnesAreNamed) {
     LibraryBridge bridge(KV408_LACKING_LIBRARY);
     expect_every_operation_to_fail(bridge);
