@@ -20,9 +20,12 @@ void StartUp::Form_Load() {
     if (!connect()) {
         return;
     }
-    initialise_panel();
-    handlers_.settings.restore();
-    apply_settings();
+    {
+        const TakingOver taking = handlers_.settings.take_over();
+        initialise_panel();
+        handlers_.settings.restore();
+        apply_settings();
+    }
     handlers_.settings.start_keeping();
 }
 

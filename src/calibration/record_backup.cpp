@@ -23,13 +23,13 @@ constexpr const char* write_note = "write-under-way.txt";
 void RecordBackup::begin_write() {
     // After one write that was cut off, what the instrument held before that one still counts.
     if (!kept_.empty() && unfinished().empty()) {
-        files_.replace(places_.settings / write_note, kept_);
+        files_.put(places_.settings / write_note, kept_);
     }
 }
 
 void RecordBackup::end_write() {
     if (!unfinished().empty()) {
-        files_.replace(places_.settings / write_note, "");
+        files_.put(places_.settings / write_note, "");
     }
 }
 

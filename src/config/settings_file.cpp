@@ -87,9 +87,14 @@ void SettingsFile::restore() {
         std::filesystem::path copy = default_path();
         copy += ".bad";
         // Where it cannot be made, the message of the line has told what will be missing.
-        host_.files.replace(copy, bytes);
+        host_.files.put(copy, bytes);
     }
     offer_aside();
+}
+
+void SettingsFile::start_keeping() {
+    keeping_ = true;
+    loading_.set_caption({});
 }
 
 void SettingsFile::offer_aside() {
@@ -105,6 +110,10 @@ void SettingsFile::offer_aside() {
     if (answer != MessageAnswer::yes) {
         host_.files.drop_aside(default_path());
         return;
+    }
+    // They are all that there was; a file says nothing of what was not annotated.
+    for (MeasurementControls& slot : kept_.panel.measurement) {
+        slot.annotate.put_checked(false);
     }
     // They stay where they are as long as they could be lost once more.
     const Reading reading = loadconfigfile(aside);
@@ -175,28 +184,41 @@ SettingsFile::Reading SettingsFile::loadconfigfile(const std::filesystem::path& 
 
 bool SettingsFile::take_lines(std::string_view lines, const std::filesystem::path& path) {
     std::unordered_map<std::string_view, int> taken;
-    const auto start = host_.clock.now();
-    for (int number = 1; !lines.empty(); ++number) {
+    for (line_ = 1; !lines.empty(); ++line_) {
         if (!take_line_of(take_line(lines), taken)) {
-            tell_line(number, shown_path(path) +
-                                  ": the lines before it have been taken over, it and those after "
-                                  "it have not.");
+            tell_line(std::exchange(line_, 0),
+                      shown_path(path) +
+                          ": the lines before it have been taken over, it and those after "
+                          "it have not.");
             return false;
         }
-        if (by_hand_) {
-            tell_progress(start, number);
-        }
+        let_end();
     }
+    line_ = 0;
     return true;
 }
 
-void SettingsFile::tell_progress(std::chrono::nanoseconds start, int line) {
-    const auto lasted = host_.clock.now() - start;
-    if (lasted >= silent_loading) {
-        loading_.set_caption("Loading the set-up: line " + std::to_string(line));
+void SettingsFile::let_end() {
+    constexpr std::chrono::milliseconds interval{100};
+    const auto since = host_.program.taking_over_since;
+    const auto now = host_.clock.now();
+    if (!since || now - *since < deaf_loading || now - looked_at_ < interval) {
+        return;
     }
-    if (lasted >= deaf_loading) {
+    tell_progress();
+    if (by_hand_) {
         host_.messages.process_pending();
+    } else {
+        host_.messages.process_endings(); // there is nothing to press before the start is complete
+    }
+    looked_at_ = host_.clock.now();
+}
+
+void SettingsFile::tell_progress() {
+    const auto since = host_.program.taking_over_since;
+    if (since && host_.clock.now() - *since >= silent_loading) {
+        loading_.set_caption("Loading the set-up: " +
+                             (line_ > 0 ? "line " + std::to_string(line_) : "it takes effect"));
     }
 }
 
@@ -308,19 +330,19 @@ void SettingsFile::loadconfig_Click() {
     if (path && !path->empty()) {
         folder_ = path->parent_path();
         hooks_.cancel_edits();
-        const Reading reading = load_by_hand(*path);
-        if (reading == Reading::complete || reading == Reading::bad_line) {
-            hooks_.apply();
-        }
+        load_by_hand(*path);
     }
 }
 
-SettingsFile::Reading SettingsFile::load_by_hand(const std::filesystem::path& path) {
+void SettingsFile::load_by_hand(const std::filesystem::path& path) {
+    const TakingOver taking = take_over();
     by_hand_ = true;
     const Reading reading = loadconfigfile(path);
+    if (reading == Reading::complete || reading == Reading::bad_line) {
+        hooks_.apply();
+    }
     by_hand_ = false;
     loading_.set_caption({});
-    return reading;
 }
 
 void SettingsFile::saveconfig_Click() {

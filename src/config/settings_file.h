@@ -16,6 +16,7 @@
 #include "host/message_boxes.h"
 #include "host/places.h"
 #include "host/window_messages.h"
+#include "state/program_state.h"
 
 namespace kv408 {
 
@@ -31,6 +32,7 @@ public:
         const Places& places;
         const Clock& clock;
         WindowMessages& messages;
+        ProgramState& program;
         std::ostream& log = std::cerr; ///< is told what could not be saved at the end
     };
 
@@ -60,8 +62,12 @@ public:
     /// Settings that an earlier run had to set aside are offered.
     void restore();
 
+    /// From now on, as long as what is returned lives, settings are being taken over: that is shown
+    /// when it takes long, and an end of the program meanwhile unwinds.
+    [[nodiscard]] TakingOver take_over() { return {host_.program, host_.clock.now()}; }
+
     /// Start-up is complete: from now on the end of the program saves the settings.
-    void start_keeping() { keeping_ = true; }
+    void start_keeping();
 
     /// The end of the program: writes the default file, once, and only after a complete start, so
     /// that a failed one leaves it alone. A file that could not be read at start-up stays as it is.
@@ -92,11 +98,14 @@ public:
     /// Writes the present settings to the file at `path`; a failure is told.
     void saveconfigsmon(const std::filesystem::path& path);
 
-    /// Load Setup and Save Setup. Both ask in the folder that was used last. From one second on the
-    /// panel says that a set-up is being loaded; an end of the program meanwhile unwinds.
+    /// Load Setup and Save Setup. Both ask in the folder that was used last. An end of the program
+    /// while a set-up is loaded and takes effect unwinds.
     void loadconfig_Click();
-    /// How far a set-up is loaded that takes long; without a caption otherwise.
+    /// How far settings are loaded that take longer than one second; without a caption otherwise.
     [[nodiscard]] Label& loading() { return loading_; }
+
+    /// Brings that up to date; to be called wherever their loading lets an end come about.
+    void tell_progress();
     void saveconfig_Click();
 
 private:
@@ -111,9 +120,9 @@ private:
     bool take_lines(std::string_view lines, const std::filesystem::path& path);
     /// Takes one line; `taken` counts the lines with each key so far.
     bool take_line_of(std::string_view line, std::unordered_map<std::string_view, int>& taken);
-    /// A line has been taken of a set-up whose loading began at `start`.
-    void tell_progress(std::chrono::nanoseconds start, int line);
-    [[nodiscard]] Reading load_by_hand(const std::filesystem::path& path);
+    /// Lets an end come about, in a loading that takes long.
+    void let_end();
+    void load_by_hand(const std::filesystem::path& path);
     /// The first annotation that a file marks takes the place of what was marked before it.
     bool take_first_annotation(std::string_view value);
     void tell_line(int line, const std::string& help);
@@ -129,7 +138,9 @@ private:
     bool saved_at_end_ = false;
     std::filesystem::path folder_; ///< that Load Setup or Save Setup used last
     Label loading_{"loading"};
-    bool by_hand_ = false; ///< a set-up is being loaded by hand
+    bool by_hand_ = false;                  ///< a set-up is being loaded by hand
+    int line_ = 0;                          ///< the line that is being taken; 0: none is
+    std::chrono::nanoseconds looked_at_{0}; ///< when an end was last let come about
 };
 
 } // namespace kv408

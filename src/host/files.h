@@ -32,6 +32,12 @@ public:
     /// been laid elsewhere.
     virtual FileResult replace(const std::filesystem::path& path, std::string_view bytes) = 0;
 
+    /// The same for what the program itself lays beside a file: a link at `path` is replaced, and
+    /// what it leads to stays as it is.
+    virtual FileResult put(const std::filesystem::path& path, std::string_view bytes) {
+        return replace(path, bytes);
+    }
+
     /// Makes a file at `path` with the content `bytes` in one step, where there is nothing yet;
     /// `exists` when there is something, even a link to nothing.
     virtual FileResult create(const std::filesystem::path& path, std::string_view bytes) = 0;

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <system_error>
 
+#include "host/elsewhere.h"
 #include "host/path_text.h"
 #include "host/processes.h"
 #include "state/rounding.h"
@@ -55,25 +56,36 @@ std::filesystem::path shown_part(const std::filesystem::path& name) {
     return text.substr(0, length);
 }
 
+/// The process that `text` names, all of it digits; nothing otherwise.
+std::optional<int> process_in(const std::filesystem::path::string_type& text) {
+    const auto is_digit = [](auto unit) { return unit >= '0' && unit <= '9'; };
+    return std::all_of(text.begin(), text.end(), is_digit) ? int32_in(text_of_path(text))
+                                                           : std::nullopt;
+}
+
+/// Whether `text` is a minus and the number that stands behind a process.
+bool is_number(const std::filesystem::path::string_type& text) {
+    const auto is_hex = [](auto unit) {
+        return (unit >= '0' && unit <= '9') || (unit >= 'a' && unit <= 'f');
+    };
+    return text.size() == number_digits + 1 && text.front() == '-' &&
+           std::all_of(text.begin() + 1, text.end(), is_hex);
+}
+
 /// The process that wrote the new content called `name` of the file called `file`; nothing when it
 /// is not called so. No name is turned into text that might not be text.
 std::optional<int> writer_of(const std::filesystem::path& name, const std::filesystem::path& file) {
     std::filesystem::path shown = shown_part(file);
     const auto start = (shown += new_mark).native();
     const auto& text = name.native();
-    if (!text.starts_with(start) || text.size() < start.size() + number_digits + 1) {
+    if (!text.starts_with(start)) {
         return std::nullopt;
     }
-    const auto is_digit = [](auto unit) { return unit >= '0' && unit <= '9'; };
-    const auto is_hex = [&](auto unit) { return is_digit(unit) || (unit >= 'a' && unit <= 'f'); };
-    const auto process = text.substr(start.size(), text.size() - start.size() - number_digits - 1);
-    const auto number = text.substr(text.size() - number_digits);
-    if (!std::all_of(process.begin(), process.end(), is_digit) ||
-        !std::all_of(number.begin(), number.end(), is_hex) ||
-        text[text.size() - number_digits - 1] != '-') {
-        return std::nullopt;
-    }
-    return int32_in(text_of_path(process));
+    const auto rest = text.substr(start.size());
+    const auto minus = std::min(rest.find('-'), rest.size());
+    // Earlier releases named the process alone.
+    return minus == rest.size() || is_number(rest.substr(minus)) ? process_in(rest.substr(0, minus))
+                                                                 : std::nullopt;
 }
 
 /// True when the file at `path` was last written more than `leftover_age` ago.
@@ -95,13 +107,12 @@ std::filesystem::path new_file_path(const std::filesystem::path& target, std::ui
 void remove_leftovers(const std::filesystem::path& target) {
     const auto folder = target.has_parent_path() ? target.parent_path() : ".";
     std::error_code error;
-    std::error_code refused;
     std::filesystem::directory_iterator entry(folder, error);
     for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
         const auto writer = writer_of(entry->path().filename(), target.filename());
-        if (writer && !process_runs(*writer) &&
-            std::filesystem::is_regular_file(entry->symlink_status(refused)) &&
+        if (writer && !process_runs(*writer) && is_own_file(entry->path()) &&
             is_old(entry->path())) {
+            std::error_code refused;
             std::filesystem::remove(entry->path(), refused);
         }
     }

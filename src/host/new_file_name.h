@@ -11,7 +11,9 @@ namespace kv408 {
 [[nodiscard]] std::filesystem::path new_file_path(const std::filesystem::path& target,
                                                   std::uint64_t number);
 
-/// Removes what is left beside the file at `target` of writes whose processes were killed.
+/// Removes what is left beside the file at `target` of writes whose processes were killed, under
+/// the present names and those of earlier releases: plain files of this user that have not been
+/// written for an hour.
 void remove_leftovers(const std::filesystem::path& target);
 
 } // namespace kv408

@@ -189,6 +189,10 @@ FileResult SystemFiles::write_with_copy(const std::filesystem::path& target, std
     return result;
 }
 
+FileResult SystemFiles::put(const std::filesystem::path& path, std::string_view bytes) {
+    return result_of(write_new(path, bytes, &NewFile::take_place));
+}
+
 FileResult SystemFiles::create(const std::filesystem::path& path, std::string_view bytes) {
     return result_of(write_new(path, bytes, &NewFile::take_free_place));
 }
@@ -205,7 +209,7 @@ FileResult SystemFiles::create_folder(const std::filesystem::path& path) {
 FileResult SystemFiles::set_aside(const std::filesystem::path& target, std::string_view bytes,
                                   std::filesystem::path& place) {
     place = beside(target);
-    if (replace(place, bytes).status == FileStatus::done) {
+    if (put(place, bytes).status == FileStatus::done) {
         return {};
     }
     place = elsewhere(kind_of_asides, target);

@@ -15,6 +15,8 @@ public:
     /// whose permissions it gets. Then removes what killed programs left of such new files.
     FileResult replace(const std::filesystem::path& path, std::string_view bytes) override;
 
+    FileResult put(const std::filesystem::path& path, std::string_view bytes) override;
+
     FileResult create(const std::filesystem::path& path, std::string_view bytes) override;
 
     FileResult create_folder(const std::filesystem::path& path) override;

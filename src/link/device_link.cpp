@@ -76,11 +76,11 @@ bool DeviceLink::listdevices() {
         return false;
     }
     std::vector<std::string> serials;
-    auto looked = clock_.now();
+    looked_at_ = clock_.now();
     for (Dword index = 0; index < static_cast<Dword>(state_.numdevices); ++index) {
         std::array<Byte, product_string_size> buffer = {};
         keep(bridge_.SI_GetProductString(index, buffer, si_return_serial_number));
-        let_end_now_and_then(looked);
+        let_end_now_and_then();
         serials.push_back(bytestostring(buffer));
     }
     cmbDevice_.set_entries(std::move(serials));
@@ -90,12 +90,20 @@ bool DeviceLink::listdevices() {
     return true;
 }
 
-void DeviceLink::let_end_now_and_then(std::chrono::nanoseconds& looked) {
+void DeviceLink::let_end_now_and_then() {
     // Soon enough for whoever waits, and seldom enough to take no time of its own.
     constexpr milliseconds interval{100};
-    if (program_.let_end && clock_.now() - looked >= interval) {
+    if (program_.let_end && clock_.now() - looked_at_ >= interval) {
         program_.let_end();
-        looked = clock_.now();
+        looked_at_ = clock_.now();
+    }
+}
+
+void DeviceLink::let_end_of_taking_over() {
+    // What is done sooner is not worth a look, which costs the user a key pressed meanwhile.
+    constexpr milliseconds deaf{500};
+    if (program_.taking_over_since && clock_.now() - *program_.taking_over_since >= deaf) {
+        let_end_now_and_then();
     }
 }
 
@@ -166,6 +174,7 @@ bool DeviceLink::checkdevice() {
     std::array<Byte, 1> reply = {};
     bool timed_out = true;
     while (timed_out && state_.retrycount < attempts) {
+        let_end_now_and_then();
         ++state_.retrycount;
         flush();
         sendcommand(command::set_trigger, state_.cmdargs);
@@ -211,6 +220,7 @@ bool DeviceLink::sendcmdack(std::int16_t command, const CommandArguments& argume
     }
     keep(bridge_.SI_SetTimeouts(timeout_ms, timeout_ms));
     do {
+        let_end_of_taking_over();
         --retries;
         std::array<Byte, 1> reply = {};
         flush();
@@ -227,6 +237,7 @@ bool DeviceLink::sendcmdack(std::int16_t command, const CommandArguments& argume
             return true;
         }
     } while (retries >= 1);
+    let_end_of_taking_over();
     acknowledge_missing(label);
     return false;
 }
@@ -274,6 +285,7 @@ void DeviceLink::waitrxidle() {
     std::uint32_t previous = 0;
     for (int poll = 0; poll < polls; ++poll) {
         clock_.sleep(interval);
+        let_end_of_taking_over();
         const std::uint32_t count = waiting();
         if (count == previous) {
             return;

@@ -136,9 +136,10 @@ public:
     [[nodiscard]] bool is_back();
 
 private:
-    /// In a long listing: lets an end come about when that was last done, at `looked`, some time
-    /// ago.
-    void let_end_now_and_then(std::chrono::nanoseconds& looked);
+    /// In something long: lets an end come about when that was last done some time ago.
+    void let_end_now_and_then();
+    /// The same within an exchange, where settings that take long are being taken over.
+    void let_end_of_taking_over();
     [[nodiscard]] bool unheard_for_long() const;
     bool note_answer();
     void keep(BridgeStatus status);
@@ -151,6 +152,7 @@ private:
     ProgramState& program_;
     ListBox& cmbDevice_;
     LinkState state_;
+    std::chrono::nanoseconds looked_at_{0}; ///< when an end was last let come about
 };
 
 /// The text in a zero-terminated buffer: one character a byte, at most 256.

@@ -69,6 +69,7 @@ Parts::Parts(const Machine& machine)
            .places = places,
            .clock = clock,
            .messages = messages,
+           .program = program,
            .log = machine.log},
           {.apply = [this] { start_up.apply_settings(); },
            .cancel_edits = [this] { settings_dialog.cancel(); },
@@ -97,7 +98,10 @@ Parts::Parts(const Machine& machine)
                       .choosers = choosers,
                       .places = places}) {
     program.keep_settings = [this] { settings_file.save_at_end(false); };
-    program.let_end = [this] { messages.process_endings(); };
+    program.let_end = [this] {
+        settings_file.tell_progress();
+        messages.process_endings();
+    };
     colour_update.recolour_panel();
     connect_channel(ch1);
     connect_channel(ch2);

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
+#include <optional>
 
 namespace kv408 {
 
@@ -17,9 +19,30 @@ struct ProgramState {
     /// nothing is lost while that waits for its answer. Set by whoever owns the settings.
     std::function<void()> keep_settings;
 
+    /// Since when settings are being taken over, on the program's clock; that may be many
+    /// exchanges, between which an end is let come about. Nothing: none are.
+    std::optional<std::chrono::nanoseconds> taking_over_since;
+
     /// Lets an end that has been asked for come about in the middle of something long, and unwinds
     /// then; empty: nothing can be asked for. Set by whoever has the window's queue.
     std::function<void()> let_end;
+};
+
+/// Settings are being taken over as long as it lives; within another one it changes nothing.
+class TakingOver {
+public:
+    /// Begins at `now`, a time on the program's clock.
+    TakingOver(ProgramState& program, std::chrono::nanoseconds now)
+        : program_(program), around_(program.taking_over_since) {
+        program.taking_over_since = around_.value_or(now);
+    }
+    ~TakingOver() { program_.taking_over_since = around_; }
+    TakingOver(const TakingOver&) = delete;
+    TakingOver& operator=(const TakingOver&) = delete;
+
+private:
+    ProgramState& program_;
+    std::optional<std::chrono::nanoseconds> around_;
 };
 
 /// Thrown to unwind at once when the program ends from deep inside; it carries nothing and is

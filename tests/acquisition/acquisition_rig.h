@@ -150,7 +150,8 @@ struct AcquisitionRig {
          .boxes = ending_boxes,
          .places = places,
          .clock = clock,
-         .messages = ending_messages},
+         .messages = ending_messages,
+         .program = program},
         {.apply = [this] { start_up.apply_settings(); }, .cancel_edits = [] {}}};
     StartUp start_up{panel,
                      acquisition,

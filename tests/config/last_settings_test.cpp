@@ -80,7 +80,8 @@ TEST(LastSettings, WithoutTheWindowColoursBeingEditedAreSavedAsTheyWereBefore) {
          .boxes = rig.boxes,
          .places = rig.places,
          .clock = rig.clock,
-         .messages = rig.messages},
+         .messages = rig.messages,
+         .program = rig.program},
         {.apply = [] {}, .cancel_edits = [] {}, .confirmed_colours = [] { return ColourTable{}; }});
     settings.restore();
     settings.start_keeping();
@@ -115,6 +116,16 @@ TEST(LastSettings, WhatCannotBeSavedIsSetAsideAndOfferedAtTheNextStart) {
         EXPECT_EQ(rig.files.files[default_file].find("persist\t 1 \r\n") != std::string::npos,
                   answer == MessageAnswer::yes);
     }
+}
+
+TEST(LastSettings, TakenSettingsKeepNoAnnotationOfTheFileTheyStandFor) {
+    SettingsRig rig;
+    rig.files.files[default_file] = "chkmeasanno\t2\r\n";
+    rig.files.files[aside_file] = "persist\t1\r\n"; // with nothing annotated
+    rig.boxes.answers = {MessageAnswer::yes};
+    rig.settings.restore();
+    EXPECT_TRUE(rig.panel.persist.checked());
+    EXPECT_FALSE(rig.panel.measurement[2].annotate.checked());
 }
 
 TEST(LastSettings, TakenSettingsThatStillCannotBeSavedStayAside) {

@@ -178,6 +178,7 @@ TEST(Writing, AFileWithABadLineIsKeptBesideTheNewOne) {
     rig.settings.start_keeping();
     rig.settings.save_at_end(true);
     EXPECT_EQ(rig.files.files[std::string(default_file) + ".bad"], bad);
+    EXPECT_EQ(rig.files.put_beside, Texts{std::string(default_file) + ".bad"});
     EXPECT_NE(rig.files.files[default_file].find("persist\t 0 \r\n"), std::string::npos);
 }
 

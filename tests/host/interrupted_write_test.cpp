@@ -244,39 +244,56 @@ TEST(InterruptedWrite, ARefusedRenamingLeavesTheOldFileAndNothingElse) {
     }
 }
 
-TEST(InterruptedWrite, OnlyWhatAKilledWriteOfThisFileLeftIsRemoved) {
-    const TemporaryFolder folder;
-    const auto path = folder.path() / "file";
+pid_t process_that_is_gone() {
     const pid_t gone = fork();
     if (gone == 0) {
         _exit(0);
     }
     waitpid(gone, nullptr, 0);
+    return gone;
+}
+
+TEST(InterruptedWrite, OnlyWhatAKilledWriteOfThisFileLeftIsRemoved) {
+    const TemporaryFolder folder;
+    const auto path = folder.path() / "file";
+    const pid_t gone = process_that_is_gone();
+    const pid_t other = process_that_is_gone();
     const std::string number = "-0123456789abcdef";
     const std::string left = ".kv408-new" + std::to_string(gone) + number;
     // A process that runs, another file's, and names that no write gives.
-    const std::vector<std::string> kept = {
-        "file",
-        "file.kv408-new",
-        "file.kv408-new" + number,
-        "file.kv408-new" + std::to_string(getppid()) + number,
-        "file.kv408-new" + std::to_string(gone),
-        "file" + left + "a",
-        "file.kv408-new" + std::to_string(gone) + "_0123456789abcdef",
-        "file.kv408-new" + std::to_string(gone) + "-0123456789abcdeg",
-        "file.kv408-new 1" + number,
-        "file.new" + std::to_string(gone) + number,
-        "fold" + left};
+    std::vector<std::string> kept = {"file",
+                                     "file.kv408-new",
+                                     "file.kv408-new" + number,
+                                     "file.kv408-new" + std::to_string(getppid()) + number,
+                                     "file.kv408-new" + std::to_string(getppid()),
+                                     "file.kv408-new" + std::to_string(gone) + "a",
+                                     "file.kv408-new" + std::to_string(gone) + ".bak",
+                                     "file" + left + "a",
+                                     "file.kv408-new" + std::to_string(gone) + "_0123456789abcdef",
+                                     "file.kv408-new" + std::to_string(gone) + "-0123456789abcdeg",
+                                     "file.kv408-new 1" + number,
+                                     "file.new" + std::to_string(gone) + number,
+                                     "fold" + left};
     for (const std::string& name : kept) {
         std::ofstream(folder.path() / name) << "kept";
         make_old(folder.path() / name);
     }
     const auto leftover = folder.path() / ("file" + left);
     std::ofstream(leftover) << "half";
+    // Earlier releases gave such names.
+    const auto former = folder.path() / ("file.kv408-new" + std::to_string(gone));
+    std::ofstream(former) << "half";
     // It may be another computer's, as long as it is young.
     ASSERT_EQ(SystemFiles().replace(path, "new").status, FileStatus::done);
     EXPECT_TRUE(std::filesystem::exists(leftover));
+    EXPECT_TRUE(std::filesystem::exists(former));
     make_old(leftover);
+    make_old(former);
+    ASSERT_EQ(SystemFiles().replace(path, "new").status, FileStatus::done);
+    // What lies there in place of a file was planted.
+    const auto planted = folder.path() / ("file.kv408-new" + std::to_string(other));
+    std::filesystem::create_symlink("file.kv408-new", planted);
+    kept.push_back(planted.filename());
     ASSERT_EQ(SystemFiles().replace(path, "new").status, FileStatus::done);
     std::vector<std::string> expected = kept;
     std::sort(expected.begin(), expected.end());

@@ -62,6 +62,25 @@ TEST(PlantedFiles, ALinkUnderTheNameThatAnEarlierReleaseWouldTakeIsNotFollowed) 
     EXPECT_EQ(content(path), "new");
 }
 
+TEST(PlantedFiles, WhatTheProgramLaysBesideAFileFollowsNoLink) {
+    const TemporaryFolder folder;
+    const auto path = folder.path() / "file";
+    const auto prey = folder.path() / "prey";
+    std::ofstream(prey) << "the user's own";
+    const auto copy = folder.path() / "file.bad";
+    const auto aside = folder.path() / "file.unsaved";
+    std::filesystem::create_symlink(prey, copy);
+    std::filesystem::create_symlink(prey, aside);
+    EXPECT_EQ(SystemFiles().put(copy, "a copy").status, FileStatus::done);
+    std::filesystem::path place;
+    EXPECT_EQ(SystemFiles().set_aside(path, "settings", place).status, FileStatus::done);
+    EXPECT_EQ(content(prey), "the user's own");
+    EXPECT_EQ(content(copy), "a copy");
+    EXPECT_EQ(content(aside), "settings");
+    // It is found by the next start, and not taken for another user's.
+    EXPECT_EQ(SystemFiles().aside(path), aside);
+}
+
 TEST(PlantedFiles, AFifoUnderThatNameHoldsNobody) {
     const TemporaryFolder folder;
     const auto path = folder.path() / "file";

@@ -39,6 +39,11 @@ public:
         return {};
     }
 
+    FileResult put(const std::filesystem::path& path, std::string_view bytes) override {
+        put_beside.push_back(path.generic_string());
+        return replace(path, bytes);
+    }
+
     FileResult create(const std::filesystem::path& path, std::string_view bytes) override {
         if (files.contains(path.generic_string())) {
             return {.status = FileStatus::exists, .reason = "File exists"};
@@ -76,6 +81,7 @@ public:
 
     std::map<std::string, std::string> files; ///< contents by path
     std::set<std::string> folders;            ///< folders that were made
+    std::vector<std::string> put_beside;      ///< paths where no link would be followed
     std::vector<std::string> written;         ///< paths of all replacements, oldest first
     std::string unreadable;                   ///< not empty: why nothing can be read
     std::string refusal;                      ///< not empty: why nothing can be written

@@ -78,7 +78,8 @@ struct SettingsRig : StartedPanelRig {
          .boxes = boxes,
          .places = places,
          .clock = clock,
-         .messages = messages},
+         .messages = messages,
+         .program = program},
         {.apply = [this] { ++applied; }, .cancel_edits = [this] { ++cancelled; }}};
 };
 

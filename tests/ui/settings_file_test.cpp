@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QTemporaryDir>
@@ -106,6 +107,45 @@ struct ProgramOnDisk {
     int closed = 0;
 };
 
+/// Watches the note that says that a set-up is loaded.
+class NoteWatch : public QObject {
+public:
+    explicit NoteWatch(QWidget& window) : note_(window.findChild<QLabel*>(u"loading"_s)) {
+        if (note_ == nullptr) {
+            qFatal("no note");
+        }
+        note_->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        if (event->type() == QEvent::Paint && note_->isVisible()) {
+            painted_.append(note_->text());
+            if (on_paint) {
+                on_paint(note_->text());
+            }
+        }
+        return false;
+    }
+
+    [[nodiscard]] QLabel& note() const { return *note_; }
+    /// What it said each time that it was painted.
+    [[nodiscard]] const QStringList& painted() const { return painted_; }
+
+    std::function<void(const QString&)> on_paint;
+
+private:
+    QLabel* note_;
+    QStringList painted_;
+};
+
+/// A set-up whose lines each make the program wait for a reply in progress.
+QByteArray long_set_up() {
+    return "ch1vdiv\t5\r\nch2vdiv\t5\r\nch1vdiv\t2\r\nch2vdiv\t3\r\nseltimediv\t12\r\n"
+           "seltimediv\t11\r\ntrigsource\t1\r\ntrigsource\t0\r\n";
+}
+
+constexpr auto takes_effect = "Loading the set-up: it takes effect"_L1;
+
 class SettingsFileTest : public QObject {
     Q_OBJECT
 
@@ -115,6 +155,8 @@ private Q_SLOTS:
     void cancelling_does_nothing_data();
     void cancelling_does_nothing();
     void a_bad_line_is_told_with_its_number();
+    void what_loads_long_is_shown_in_the_window_until_it_has_taken_effect();
+    void the_window_closes_while_a_set_up_takes_effect();
     void settings_come_back_after_a_restart();
     void a_folder_that_cannot_be_made_is_told_and_the_window_closes();
     void the_window_closes_while_a_file_dialog_is_open();
@@ -200,6 +242,51 @@ void SettingsFileTest::a_bad_line_is_told_with_its_number() {
     QVERIFY(told.ran());
     QVERIFY(on.panel().eyeon.checked());
     QVERIFY(!on.panel().persist.checked());
+}
+
+void SettingsFileTest::what_loads_long_is_shown_in_the_window_until_it_has_taken_effect() {
+    ProgramOnDisk on;
+    QVERIFY(on.run_until_sweeping());
+    NoteWatch watch(on.program.window());
+    on.put(u"set-up.TXT"_s, long_set_up());
+    const WhenOpen<QFileDialog> opened(
+        [&on](QFileDialog& dialog) { enter_name(dialog, on.at(u"set-up.TXT"_s)); });
+    on.entry("loadconfig")->trigger();
+    QVERIFY(opened.ran());
+    QVERIFY2(watch.painted().join(u'|').contains(u"Loading the set-up: line "_s),
+             qPrintable(watch.painted().join(u'|')));
+    QVERIFY(watch.painted().contains(takes_effect));
+    // In the middle of the window, and gone.
+    const QPoint middle = watch.note().geometry().center() - on.program.window().rect().center();
+    QVERIFY2(middle.manhattanLength() <= 2, qPrintable(QString::number(middle.manhattanLength())));
+    QVERIFY(!watch.note().isVisible());
+    QCOMPARE(on.panel().channel[1].vdiv.index(), 3);
+    QTRY_COMPARE(on.panel().textstatus.text(), "Running");
+}
+
+void SettingsFileTest::the_window_closes_while_a_set_up_takes_effect() {
+    ProgramOnDisk on;
+    QVERIFY(on.run_until_sweeping());
+    NoteWatch watch(on.program.window());
+    std::chrono::nanoseconds closed_at{0};
+    watch.on_paint = [&](const QString& text) {
+        if (text == takes_effect && closed_at.count() == 0) {
+            closed_at = on.clock.now();
+            QMetaObject::invokeMethod(
+                &on.program.window(), [&on] { on.program.window().close(); }, Qt::QueuedConnection);
+        }
+    };
+    on.put(u"set-up.TXT"_s, long_set_up());
+    const WhenOpen<QFileDialog> opened(
+        [&on](QFileDialog& dialog) { enter_name(dialog, on.at(u"set-up.TXT"_s)); });
+    on.entry("loadconfig")->trigger();
+    QVERIFY(closed_at.count() > 0);
+    QVERIFY(on.program.scope().ended());
+    QVERIFY2(on.clock.now() - closed_at <= std::chrono::seconds(1),
+             qPrintable(QString::number((on.clock.now() - closed_at).count())));
+    QTRY_COMPARE(on.closed, 1);
+    const QByteArray saved = on.content(u"kv408/ConfigsLM4RX.TXT"_s);
+    QVERIFY2(saved.contains("ch2vdiv\t 3 \r\n"), saved);
 }
 
 void SettingsFileTest::settings_come_back_after_a_restart() {

@@ -185,6 +185,23 @@ TEST_F(Endings, ListingThousandsOfDevicesStopsForASignal) {
     EXPECT_EQ(program.end_within(1s), EXIT_SUCCESS);
 }
 
+TEST_F(Endings, AHostileSettingsFileAtTheStartDoesNotKeepASignalWaiting) {
+    // Each line is one that the program passes over, and there are twenty million of them.
+    std::string lines;
+    for (int line = 0; line < 20'000'000; ++line) {
+        lines += "x\t\n";
+    }
+    std::filesystem::create_directories(file().parent_path());
+    std::ofstream(file(), std::ios::binary) << lines;
+    ProgramProcess program(instrument_program());
+    ASSERT_TRUE(comes_true([this] { return !content_of(log()).empty(); }, 30s));
+    pause_for(300ms);
+    ASSERT_TRUE(program.runs());
+    program.signal(SIGTERM);
+    EXPECT_EQ(program.end_within(1s), EXIT_SUCCESS) << program.words();
+    EXPECT_EQ(std::filesystem::file_size(file()), lines.size()) << "nothing has been taken over";
+}
+
 TEST_F(Endings, WithoutADisplayOneSentenceSaysSo) {
     ProgramStart start = instrument_program();
     start.unset = {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"};
