@@ -77,7 +77,7 @@ bool Soak::run() {
     std::cout << (failed_ ? "FAILED" : "passed") << " after " << time_text(clock_.now()) << ": "
               << step_ << " steps, " << tick_count_ << " ticks, " << starts_ << " starts, "
               << boxes_.count << " messages, " << files_.pictures << " snapshots, " << agreements_
-              << " comparisons of instrument and panel\n";
+              << " comparisons of instrument and panel, " << asides_ << " settings set aside\n";
     return !failed_;
 }
 
@@ -269,6 +269,10 @@ bool Soak::start() {
 }
 
 void Soak::end_on_request() {
+    if (chance_.in(25)) {
+        files_.refusal = "No space left on device";
+        done_.add("the disk is full");
+    }
     switch (chance_.number(1, 4)) {
     case 1:
         scope_->close();
@@ -291,8 +295,11 @@ void Soak::end_on_request() {
 
 void Soak::begin_again() {
     const std::string saved = saved_settings();
+    const std::string aside = settings_aside();
     const auto shown = settings_shown(scope_->parts());
-    const bool clean = clock_.now() - last_fault_ > aftermath;
+    bool clean = clock_.now() - last_fault_ > aftermath;
+    files_.refusal.clear();
+    boxes_.took_aside.reset();
     done_.add("the program ends");
     // Nobody starts it before a reply that is under way has come to its end.
     clock_.advance(seconds(2));
@@ -303,7 +310,14 @@ void Soak::begin_again() {
     if (failed_) {
         return;
     }
-    check_settings(saved);
+    if (boxes_.took_aside.has_value() == aside.empty()) {
+        fail("settings that were set aside have not been offered, or others have");
+        return;
+    }
+    const bool as_before = aside.empty() || boxes_.took_aside.value_or(false);
+    asides_ += boxes_.took_aside.has_value() ? 1 : 0;
+    check_settings(as_before && !aside.empty() ? aside : saved);
+    clean = clean && as_before;
     if (!clean || clock_.now() - last_fault_ <= aftermath) {
         return;
     }
@@ -323,6 +337,11 @@ void Soak::check_settings(const std::string& before) {
     if (after != before) {
         fail("the settings do not come back. Saved:\n" + before + "Back:\n" + after);
     }
+}
+
+std::string Soak::settings_aside() const {
+    const auto found = files_.files.find(std::string(settings_path) + ".unsaved");
+    return found == files_.files.end() ? std::string() : found->second;
 }
 
 std::string Soak::saved_settings() const {

@@ -57,6 +57,8 @@ private:
     void begin_again();
     void check_settings(const std::string& before);
     [[nodiscard]] std::string saved_settings() const;
+    /// What the end could not save.
+    [[nodiscard]] std::string settings_aside() const;
 
     void fail(const std::string& what);
     void tell_where() const;
@@ -79,6 +81,7 @@ private:
     std::int64_t step_ = 0;
     std::int64_t tick_count_ = 0;
     std::int64_t starts_ = 0;
+    std::int64_t asides_ = 0;           ///< starts that were offered what could not be saved
     std::int64_t agreements_ = 0;       ///< times that instrument and panel were compared
     std::chrono::nanoseconds interval_; ///< between the marks at which memory is looked at
     std::chrono::nanoseconds next_mark_;

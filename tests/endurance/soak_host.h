@@ -6,6 +6,7 @@
 #include <chrono>
 #include <deque>
 #include <functional>
+#include <optional>
 #include <random>
 #include <string>
 #include <utility>
@@ -92,6 +93,9 @@ public:
             on_tick();
         }
         const bool agree = chance_.in(70);
+        if (message.text.starts_with("Settings of an earlier run")) {
+            took_aside = agree;
+        }
         switch (message.buttons) {
         case MessageButtons::ok_cancel:
             return agree ? MessageAnswer::ok : MessageAnswer::cancel;
@@ -105,7 +109,8 @@ public:
         return MessageAnswer::ok;
     }
 
-    std::int64_t count = 0;                          ///< boxes so far
+    std::int64_t count = 0;         ///< boxes so far
+    std::optional<bool> took_aside; ///< what was answered last to settings that were set aside
     std::function<void(const std::string&)> on_show; ///< hears each text
     std::function<void()> on_tick;                   ///< a tick while a box is open
 

@@ -2,6 +2,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDir>
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
@@ -38,6 +39,7 @@ private Q_SLOTS:
     void defaults_show_at_once();
     void the_path_is_off_while_the_dialog_is_always_shown();
     void a_folder_is_chosen();
+    void an_empty_path_says_that_it_is_the_root_folder_and_is();
     void the_dialog_goes_with_the_program();
     void the_depth_slider_tells_its_number();
 };
@@ -262,6 +264,24 @@ void SettingsTest::a_folder_is_chosen() {
     on.click("Command1");
     QCOMPARE(title, u"Select a Folder"_s);
     QCOMPARE(on.in_dialog<QLineEdit>("txtSnapshotpath").text(), folder);
+}
+
+void SettingsTest::an_empty_path_says_that_it_is_the_root_folder_and_is() {
+    OpenSettings on;
+    QVERIFY(on.open);
+    on.show_page(0);
+    auto& path = on.in_dialog<QLineEdit>("txtsnapshotpath");
+    const QString text = u"empty: the root folder, "_s + QDir::rootPath();
+    QCOMPARE(path.placeholderText(), text);
+    // As wide as the box, so that it can be read.
+    QVERIFY(path.fontMetrics().horizontalAdvance(text) < path.width());
+    path.setFocus();
+    path.selectAll();
+    QTest::keyClick(&path, Qt::Key_Delete);
+    QVERIFY(path.text().isEmpty());
+    on.click("ok");
+    on.program.scope().act([&on] { on.panel().snapshot.click(); });
+    QCOMPARE(on.files.written.back(), "/261116_010937.bmp");
 }
 
 void SettingsTest::the_dialog_goes_with_the_program() {

@@ -34,6 +34,9 @@ public:
 
     void signal(int number) const;
 
+    /// Its process.
+    [[nodiscard]] pid_t id() const { return id_; }
+
     /// True while it has not ended.
     [[nodiscard]] bool runs();
 

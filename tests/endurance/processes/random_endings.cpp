@@ -1,8 +1,10 @@
-// random_endings [--seconds <n>] [--seed <n>]: starts kv408-demo over and over, with links planted
-// beside its settings, and ends it in every way at any moment: killed, by one signal or many,
-// stopped meanwhile, with its display gone, on a disk that is full at any byte. Each time the
-// settings file is the one from before or the one of the run, whole; an end that can save has
-// saved; and what asks for an end is answered. Ends with 0 when nothing failed.
+// random_endings [--seconds <n>] [--seed <n>]: starts the program over and over, with links and
+// FIFOs planted beside its settings, and ends it in every way at any moment: killed, by one signal
+// or many, stopped meanwhile, stopped while the instrument is switched off and on, with its display
+// gone; a third of all on a disk that is full at any byte. Each time the settings file is the one
+// from before or the one of the run, whole, and so is what was set aside; an end that can save has
+// saved; an instrument that was off is set up anew; and what asks for an end is answered. Ends with
+// 0 when nothing failed.
 
 #include <algorithm>
 #include <array>
@@ -17,6 +19,8 @@
 #include <span>
 #include <string>
 
+#include <sys/stat.h>
+
 #include "endurance/processes/program_process.h"
 #include "endurance/processes/x_display.h"
 #include "support/temporary_folder.h"
@@ -27,7 +31,7 @@ namespace {
 using namespace std::chrono_literals;
 using std::chrono::milliseconds;
 
-enum class Way { killed, signal, signals, stopped, display_gone, full_disk };
+enum class Way { killed, signal, signals, stopped, switched_off, display_gone };
 constexpr int ways = 6;
 
 /// One program after another, all in one folder.
@@ -62,20 +66,31 @@ public:
             how.environment["DISPLAY"] = display.emplace(folder_.path()).name();
             how.environment["QT_QPA_PLATFORM"] = "xcb";
         }
-        if (way == Way::full_disk) {
+        if (way == Way::switched_off) {
+            reach_an_instrument(how);
+        }
+        const bool full_disk = number(1, 3) == 1;
+        if (full_disk) {
             how.disk_room = static_cast<std::size_t>(number(0, static_cast<int>(new_.size()) - 1));
         }
-        what_ = "way " + std::to_string(static_cast<int>(way));
+        what_ = "way " + std::to_string(static_cast<int>(way)) + (full_disk ? ", full disk" : "");
         ++lives_.at(static_cast<std::size_t>(way));
+        full_disks_ += full_disk ? 1 : 0;
         ProgramProcess program(how);
+        plant_for(program);
         const bool complete = number(1, 2) == 1;
         pause_for(milliseconds(complete ? number(1500, 2500) : number(0, 700)));
-        end(way, program, display);
+        const bool set_up = end(way, program, display) || !complete || full_disk;
         const bool ended = program.end_within(8s).has_value();
         what_ += complete ? ", after its start" : ", early";
         what_ += ": " + program.words();
-        return check(ended, "it does not end") && check_files(way, complete);
+        return check(set_up, "the instrument was off and is not set up anew") &&
+               check(ended, "it does not end") &&
+               check_files(complete && way != Way::killed, full_disk);
     }
+
+    /// How many lives had a full disk.
+    [[nodiscard]] int full_disks() const { return full_disks_; }
 
     [[nodiscard]] const std::string& what() const { return what_; }
 
@@ -90,6 +105,14 @@ private:
                                 {"QT_QPA_PLATFORM", "offscreen"}}};
     }
 
+    /// The program that has its instrument on a bridge library which can be switched off.
+    void reach_an_instrument(ProgramStart& how) const {
+        how.program = KV408_PROGRAM_DIR "/kv408";
+        how.environment["LD_LIBRARY_PATH"] = KV408_HOSTILE_DIR;
+        how.environment["KV408_HOSTILE_LOG"] = log_;
+        how.environment["KV408_HOSTILE_OFF"] = switch_;
+    }
+
     int number(int lowest, int highest) {
         return std::uniform_int_distribution<int>(lowest, highest)(chance_);
     }
@@ -102,13 +125,30 @@ private:
     void prepare() {
         std::filesystem::remove_all(file_.parent_path());
         std::filesystem::create_directories(file_.parent_path());
+        std::filesystem::remove(log_);
+        std::filesystem::remove(switch_);
         std::ofstream(file_, std::ios::binary) << old_;
         for (const char* const ending : {".kv408-new", ".new", ".tmp", ".bad", ".unsaved", "~"}) {
             std::filesystem::create_symlink(prey_, file_.string() + ending);
         }
     }
 
-    void end(Way way, const ProgramProcess& program, const std::optional<XDisplay>& display) {
+    /// Plants what can be guessed once the process is known.
+    void plant_for(const ProgramProcess& program) {
+        const std::string ending = ".kv408-new" + std::to_string(program.id());
+        const auto flash = file_.parent_path() / ("simulated-flash.bin" + ending);
+        std::error_code error;
+        std::filesystem::create_symlink(prey_, flash, error);
+        if (number(1, 2) == 1) {
+            std::filesystem::create_symlink(prey_, file_.string() + ending, error);
+        } else {
+            mkfifo((file_.string() + ending).c_str(), S_IRUSR | S_IWUSR);
+        }
+    }
+
+    /// Ends the program; false when an instrument that was off meanwhile was not set up anew.
+    bool end(Way way, const ProgramProcess& program, const std::optional<XDisplay>& display) {
+        bool set_up = true;
         switch (way) {
         case Way::killed:
             program.signal(SIGTERM);
@@ -127,14 +167,29 @@ private:
             pause_for(milliseconds(number(0, 300)));
             program.signal(SIGCONT);
             break;
+        case Way::switched_off:
+            set_up = switch_off_and_on(program);
+            program.signal(any_signal());
+            break;
         case Way::display_gone:
             display->kill();
             break;
         case Way::signal:
-        case Way::full_disk:
             program.signal(any_signal());
             break;
         }
+        return set_up;
+    }
+
+    /// The instrument is switched off and on while `program` is stopped; whether it is set up anew.
+    bool switch_off_and_on(const ProgramProcess& program) {
+        program.signal(SIGSTOP);
+        const auto before = content_of(log_).size();
+        std::ofstream(switch_) << "off";
+        pause_for(milliseconds(number(2100, 3500)));
+        program.signal(SIGCONT);
+        return comes_true(
+            [&] { return content_of(log_).find("set up", before) != std::string::npos; }, 5s);
     }
 
     int any_signal() {
@@ -148,13 +203,30 @@ private:
         return good;
     }
 
-    bool check_files(Way way, bool complete) {
+    /// What an end has left that came late enough to save, or too early for that.
+    bool check_files(bool saves, bool full_disk) {
         const std::string left = content_of(file_);
-        const bool can_save = way != Way::killed && way != Way::full_disk;
         return check(left == old_ || left == new_, "the settings are torn:\n" + left) &&
-               check(!complete || !can_save || left == new_, "the settings are lost") &&
-               check(way != Way::full_disk || left == old_, "written on a full disk") &&
-               check(content_of(prey_) == "the user's own", "a planted link was followed");
+               check(!saves || full_disk || left == new_, "the settings are lost") &&
+               check(!full_disk || left == old_, "written on a full disk") &&
+               check(content_of(prey_) == "the user's own", "a planted link was followed") &&
+               check(nothing_torn(), "what was set aside is torn");
+    }
+
+    [[nodiscard]] bool is_whole_aside(const std::filesystem::path& path) const {
+        return std::filesystem::is_symlink(path) || !std::filesystem::exists(path) ||
+               content_of(path) == new_;
+    }
+
+    /// Whether all that was set aside is whole.
+    [[nodiscard]] bool nothing_torn() const {
+        const auto is_whole = [this](const auto& entry) {
+            return !entry.path().filename().string().starts_with("kv408-unsaved-") ||
+                   is_whole_aside(entry.path());
+        };
+        return std::all_of(std::filesystem::directory_iterator(temporary_),
+                           std::filesystem::directory_iterator(), is_whole) &&
+               is_whole_aside(file_.string() + ".unsaved");
     }
 
     std::mt19937 chance_;
@@ -162,10 +234,13 @@ private:
     std::filesystem::path temporary_ = folder_.path() / "temporary";
     std::filesystem::path file_ = folder_.path() / "kv408" / "ConfigsLM4RX.TXT";
     std::filesystem::path prey_ = folder_.path() / "prey";
+    std::string log_ = folder_.path() / "log";       ///< what the instrument was asked
+    std::string switch_ = folder_.path() / "switch"; ///< there: it is switched off and on
     std::string new_;
     std::string old_;
     std::string what_;
     std::array<int, ways> lives_ = {};
+    int full_disks_ = 0;
 };
 
 int run_for(std::chrono::seconds length, unsigned seed) {
@@ -188,7 +263,7 @@ int run_for(std::chrono::seconds length, unsigned seed) {
     for (const int count : endings.lives()) {
         std::cout << " " << count;
     }
-    std::cout << "\n";
+    std::cout << "; on a full disk: " << endings.full_disks() << "\n";
     return EXIT_SUCCESS;
 }
 
@@ -196,7 +271,7 @@ int run_for(std::chrono::seconds length, unsigned seed) {
 } // namespace kv408
 
 int main(int argc, char** argv) {
-    long seconds = 20;
+    long seconds = 60;
     long seed = 1;
     const std::span arguments(argv, static_cast<std::size_t>(argc));
     for (std::size_t index = 1; index + 1 < arguments.size(); index += 2) {
