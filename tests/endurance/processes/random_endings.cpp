@@ -66,7 +66,8 @@ public:
             how.environment["DISPLAY"] = display.emplace(folder_.path()).name();
             how.environment["QT_QPA_PLATFORM"] = "xcb";
         }
-        if (way == Way::switched_off) {
+        const bool complete = number(1, 2) == 1;
+        if (complete || way == Way::switched_off) {
             reach_an_instrument(how);
         }
         const bool full_disk = number(1, 3) == 1;
@@ -78,8 +79,10 @@ public:
         full_disks_ += full_disk ? 1 : 0;
         ProgramProcess program(how);
         plant_for(program);
-        const bool complete = number(1, 2) == 1;
-        pause_for(milliseconds(complete ? number(1500, 2500) : number(0, 700)));
+        if (complete && !check(comes_true([this] { return sweeps(); }, 30s), "it does not start")) {
+            return false;
+        }
+        pause_for(milliseconds(number(0, 700)));
         const bool set_up = end(way, program, display) || !complete || full_disk;
         const bool ended = program.end_within(8s).has_value();
         what_ += complete ? ", after its start" : ", early";
@@ -111,6 +114,19 @@ private:
         how.environment["LD_LIBRARY_PATH"] = KV408_HOSTILE_DIR;
         how.environment["KV408_HOSTILE_LOG"] = log_;
         how.environment["KV408_HOSTILE_OFF"] = switch_;
+    }
+
+    /// Whether the start is complete: of the frames that set the trigger five belong to the start,
+    /// the check among them, and the next one to the first sweep.
+    [[nodiscard]] bool sweeps() const {
+        constexpr std::ptrdiff_t of_start_and_sweep = 6;
+        const std::string asked = content_of(log_);
+        std::ptrdiff_t set_ups = 0;
+        for (auto at = asked.find("set up"); at != std::string::npos;
+             at = asked.find("set up", at + 1)) {
+            ++set_ups;
+        }
+        return set_ups >= of_start_and_sweep;
     }
 
     int number(int lowest, int highest) {

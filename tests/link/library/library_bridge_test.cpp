@@ -8,6 +8,9 @@
 #include "host/path_text.h"
 #include "link/device_link.h"
 #include "support/temporary_folder.h"
+#ifdef _WIN32
+#include <windows.h>
+#endif
 
 namespace kv408 {
 namespace {
@@ -92,6 +95,62 @@ TEST(LibraryBridge, ThePathOfALibraryForgesNoLine) {
         << bridge.trouble();
     EXPECT_EQ(bridge.trouble().find("\xE2\x80\xAE"), std::string::npos) << bridge.trouble();
 }
+
+#ifdef _WIN32
+
+/// The file of the module `module` of this process; of the program itself without one.
+std::filesystem::path file_of(HMODULE module) {
+    std::array<wchar_t, 1024> name = {};
+    GetModuleFileNameW(module, name.data(), static_cast<DWORD>(name.size()));
+    return name.data();
+}
+
+/// A library under a name of its own in some folder, as long as it lives.
+class Planted {
+public:
+    Planted(const std::filesystem::path& library, const std::filesystem::path& folder)
+        : path_(folder / name) {
+        std::filesystem::copy_file(library, path_);
+    }
+    ~Planted() {
+        std::error_code error;
+        std::filesystem::remove(path_, error);
+    }
+    Planted(const Planted&) = delete;
+    Planted& operator=(const Planted&) = delete;
+
+    static constexpr const char* name = "planted408.dll";
+
+private:
+    std::filesystem::path path_;
+};
+
+TEST(LibraryBridge, TheCurrentFolderIsNotSearchedButTheProgramsAndThePath) {
+    std::filesystem::path library;
+    {
+        const LibraryBridge bridge;
+        ASSERT_EQ(bridge.trouble(), "");
+        library = file_of(GetModuleHandleW(L"SiUSBXp.dll"));
+    }
+    const TemporaryFolder folder;
+    const auto before = std::filesystem::current_path();
+    std::filesystem::current_path(folder.path());
+    {
+        const Planted planted(library, folder.path());
+        EXPECT_NE(LibraryBridge(Planted::name).trouble(), "") << "taken from the current folder";
+        const std::wstring path = folder.path().native() + L";" + _wgetenv(L"PATH");
+        SetEnvironmentVariableW(L"PATH", path.c_str());
+        EXPECT_EQ(LibraryBridge(Planted::name).trouble(), "") << "it is in the PATH";
+        SetEnvironmentVariableW(L"PATH", path.c_str() + folder.path().native().size() + 1);
+    }
+    {
+        const Planted installed(library, file_of(nullptr).parent_path());
+        EXPECT_EQ(LibraryBridge(Planted::name).trouble(), "") << "it is beside the program";
+    }
+    std::filesystem::current_path(before);
+}
+
+#endif
 
 TEST(LibraryBridge, WithoutASymbolEveryOperationFailsAndTheMissingOnesAreNamed) {
     LibraryBridge bridge(KV408_LACKING_LIBRARY);
