@@ -1,7 +1,9 @@
 #include "link/shared_library.h"
 
 #ifdef _WIN32
+#include <array>
 #include <bit>
+#include <filesystem>
 #include <string_view>
 
 #include "host/system_error.h"
@@ -22,8 +24,14 @@ SharedLibrary::SharedLibrary(const std::string& name) {
     // Without a box of the system's own where the file is no library.
     DWORD mode = 0;
     SetThreadErrorMode(SEM_FAILCRITICALERRORS, &mode);
-    // Whoever starts the program in a folder does not mean to run what lies there.
-    SetDllDirectoryW(L"");
+    // Whoever starts the program in a folder does not mean to run what lies there. Any other folder
+    // takes its place in the search, here the program's own, which comes first anyway; Wine takes
+    // an empty one for the current folder.
+    std::array<wchar_t, 32768> program = {}; // the longest path there is
+    const DWORD length =
+        GetModuleFileNameW(nullptr, program.data(), static_cast<DWORD>(program.size() - 1));
+    const std::filesystem::path file(std::wstring_view(program.data(), length));
+    SetDllDirectoryW(file.parent_path().c_str());
     module_ = LoadLibraryW(to_wide(name).c_str());
     if (module_ == nullptr) {
         problem_ = reason_of(latest_error());
