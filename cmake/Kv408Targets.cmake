@@ -10,7 +10,9 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 # The common options; every library links it, so that every user inherits the include root.
 add_library(kv408_options INTERFACE)
 target_include_directories(kv408_options INTERFACE ${CMAKE_SOURCE_DIR}/src)
-target_compile_options(kv408_options INTERFACE -Wall -Wextra -Wconversion -Wshadow -Werror)
+target_compile_options(kv408_options INTERFACE -Wall -Wextra -Wconversion -Werror
+  # In sources that are compiled as one unit a name may hide that of another one: nobody is misled.
+  $<$<NOT:$<BOOL:$<TARGET_PROPERTY:KV408_MERGED>>>:-Wshadow>)
 if(KV408_SANITIZE)
   target_compile_options(kv408_options INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
@@ -47,6 +49,10 @@ function(kv408_tests folder)
   target_link_libraries(test_${folder} PRIVATE kv408_options ${ARGN} GTest::gmock GTest::gtest_main)
   target_include_directories(test_${folder} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
   kv408_use_precompiled(test_${folder} gtest)
+  if(KV408_MERGE_TESTS)
+    set_target_properties(test_${folder} PROPERTIES
+      UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 0 KV408_MERGED ON)
+  endif()
   if(NOT CMAKE_CROSSCOMPILING)
     # Goes between ctest and the program: ./test has run all of its tests in one process already.
     set_target_properties(test_${folder} PROPERTIES

@@ -5,7 +5,7 @@
 namespace kv408 {
 namespace {
 
-struct Row {
+struct DelayRow {
     int index;
     double tbresolution;
     std::int32_t coarse;
@@ -15,7 +15,7 @@ struct Row {
 };
 
 // The delay d is index * tbresolution + 2500, the divider m = (d + 10500) / 10500 made odd.
-constexpr Row rows[] = {
+constexpr DelayRow delay_rows[] = {
     {1, 0.0, 2500, 1, 240, "the start delay alone"},
     {1, 1.0, 2501, 1, 240, "2501"},
     {1, 7812.0, 10312, 1, 240, "first point at 500ns/div"},
@@ -39,7 +39,7 @@ constexpr Row rows[] = {
 };
 
 TEST(PointDelay, IsDividedByAnOddDividerBeyond10500Picoseconds) {
-    for (const Row& row : rows) {
+    for (const DelayRow& row : delay_rows) {
         const PointDelay delay = point_delay(row.index, row.tbresolution);
         EXPECT_EQ(delay.coarse, row.coarse) << row.why;
         EXPECT_EQ(delay.second, row.second) << row.why;

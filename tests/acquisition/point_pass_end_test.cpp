@@ -54,20 +54,20 @@ TEST(PointPassEnd, TheWaitingWordOfEitherChannelEndsAnInterleavedPass) {
     }
 }
 
-struct FailureRow {
+struct PassFailureRow {
     const char* what;
     BridgeStatus status;
     std::vector<int> reply;
 };
 
 TEST(PointPassEnd, AFailedReadEndsThePassQuietly) {
-    const FailureRow rows[] = {
+    const PassFailureRow rows[] = {
         {"nothing came", 0, {}},
         {"one byte came", 0, {8}},
         {"the library failed", 5, {8, 0}},
         {"a failure whose low 16 bits are 0", 65536, {8, 0}},
     };
-    for (const FailureRow& row : rows) {
+    for (const PassFailureRow& row : rows) {
         for (const bool second : {false, true}) {
             PassRig rig(true, second);
             rig.answer = [&](int point) {

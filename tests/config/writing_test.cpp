@@ -6,7 +6,7 @@
 namespace kv408 {
 namespace {
 
-constexpr const char* default_file = "/settings/kv408/ConfigsLM4RX.TXT";
+constexpr const char* expected_file = "/settings/kv408/ConfigsLM4RX.TXT";
 
 constexpr const char* start_values = "intcr1vpos\t 192 \r\n"
                                      "intcr1hpos\t 192 \r\n"
@@ -59,7 +59,7 @@ constexpr const char* start_values = "intcr1vpos\t 192 \r\n"
 TEST(Writing, AMissingFileIsCreatedFromTheStartStateWithoutAMessage) {
     SettingsRig rig;
     rig.settings.restore();
-    EXPECT_EQ(rig.files.files, (std::map<std::string, std::string>{{default_file, start_values}}));
+    EXPECT_EQ(rig.files.files, (std::map<std::string, std::string>{{expected_file, start_values}}));
     EXPECT_EQ(rig.files.folders, std::set<std::string>{"/settings/kv408"});
     EXPECT_TRUE(rig.boxes.shown.empty());
 }
@@ -110,7 +110,7 @@ TEST(Writing, MakesTheDefaultFolderWhateverFileIsWritten) {
 TEST(Writing, TellsTheFolderThatCannotBeMade) {
     SettingsRig rig;
     rig.files.folder_refusal = "Read-only file system";
-    rig.settings.saveconfigsmon(default_file);
+    rig.settings.saveconfigsmon(expected_file);
     ASSERT_EQ(rig.boxes.shown.size(), 1U);
     EXPECT_EQ(rig.boxes.shown[0].text,
               "The settings could not be saved. /settings/kv408: Read-only file system");
@@ -121,7 +121,7 @@ TEST(Writing, TellsTheFolderThatCannotBeMade) {
 TEST(Writing, TellsTheFileThatCannotBeWritten) {
     SettingsRig rig;
     rig.files.refusal = "No space left on device";
-    rig.settings.saveconfigsmon(default_file);
+    rig.settings.saveconfigsmon(expected_file);
     EXPECT_EQ(rig.boxes.texts(),
               Texts{"The settings could not be saved. /settings/kv408/ConfigsLM4RX.TXT: "
                     "No space left on device"});
@@ -131,7 +131,7 @@ TEST(Writing, AtTheEndHappensOnceAndOnlyAfterACompleteStart) {
     SettingsRig rig;
     rig.settings.save_at_end(true);
     EXPECT_TRUE(rig.files.files.empty());
-    rig.files.files[default_file] = "horpos\t77\r\n";
+    rig.files.files[expected_file] = "horpos\t77\r\n";
     rig.settings.restore();
     rig.settings.save_at_end(true);
     EXPECT_TRUE(rig.files.written.empty());
@@ -139,8 +139,8 @@ TEST(Writing, AtTheEndHappensOnceAndOnlyAfterACompleteStart) {
     rig.settings.save_at_end(true);
     rig.settings.save_at_end(true);
     EXPECT_EQ(rig.cancelled, 1);
-    EXPECT_EQ(rig.files.written, Texts{default_file});
-    EXPECT_NE(rig.files.files[default_file].find("horpos\t77\r\n"), std::string::npos);
+    EXPECT_EQ(rig.files.written, Texts{expected_file});
+    EXPECT_NE(rig.files.files[expected_file].find("horpos\t77\r\n"), std::string::npos);
 }
 
 TEST(Writing, AtTheEndIsToldOnlyWhereItMayBe) {
@@ -173,13 +173,13 @@ TEST(Writing, AtTheEndLeavesAFileThatCouldNotBeRead) {
 TEST(Writing, AFileWithABadLineIsKeptBesideTheNewOne) {
     SettingsRig rig;
     const std::string bad = "eyeon\t1\nno tab\npersist\t1\n";
-    rig.files.files[default_file] = bad;
+    rig.files.files[expected_file] = bad;
     rig.settings.restore();
     rig.settings.start_keeping();
     rig.settings.save_at_end(true);
-    EXPECT_EQ(rig.files.files[std::string(default_file) + ".bad"], bad);
-    EXPECT_EQ(rig.files.put_beside, Texts{std::string(default_file) + ".bad"});
-    EXPECT_NE(rig.files.files[default_file].find("persist\t 0 \r\n"), std::string::npos);
+    EXPECT_EQ(rig.files.files[std::string(expected_file) + ".bad"], bad);
+    EXPECT_EQ(rig.files.put_beside, Texts{std::string(expected_file) + ".bad"});
+    EXPECT_NE(rig.files.files[expected_file].find("persist\t 0 \r\n"), std::string::npos);
 }
 
 } // namespace

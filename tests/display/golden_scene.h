@@ -14,8 +14,6 @@
 
 namespace kv408::test {
 
-inline constexpr Pixel yellow = pixel_of(rgb(255, 255, 0));
-inline constexpr Pixel blue = pixel_of(rgb(128, 220, 255));
 inline constexpr Pixel grey = pixel_of(rgb(92, 92, 92));
 inline constexpr Pixel text_white = pixel_of(rgb(255, 255, 255));
 

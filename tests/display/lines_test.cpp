@@ -10,9 +10,6 @@
 namespace kv408::test {
 namespace {
 
-constexpr std::int32_t lowest = std::numeric_limits<std::int32_t>::min();
-constexpr std::int32_t highest = std::numeric_limits<std::int32_t>::max();
-
 Rows line_on(int width, int height, Point from, Point to, PenStyle style = PenStyle::solid) {
     Surface surface(width, height);
     draw_line(Canvas(surface), from, to, Pen{white, style});

@@ -5,6 +5,10 @@
 
 namespace kv408::test {
 
+/// The colours of the two traces as the program comes.
+inline constexpr Pixel yellow = pixel_of(rgb(255, 255, 0));
+inline constexpr Pixel blue = pixel_of(rgb(128, 220, 255));
+
 /// A picture with everything that it is made from, ready to be drawn: start-up is complete, a
 /// sweep is held, both channels are on, every code is that of 0 V and lies on the centre row.
 struct PictureScene {

@@ -7,8 +7,6 @@
 namespace kv408::test {
 namespace {
 
-constexpr Pixel yellow = pixel_of(rgb(255, 255, 0));
-constexpr Pixel blue = pixel_of(rgb(128, 220, 255));
 constexpr Pixel background = pixel_of(rgb(0, 0, 0));
 constexpr Pixel grid = pixel_of(rgb(92, 92, 92));
 

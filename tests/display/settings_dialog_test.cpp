@@ -10,18 +10,19 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-constexpr std::size_t red = 0;
-constexpr std::size_t green = 1;
-constexpr std::size_t blue = 2;
+/// The places of the components among the sliders.
+constexpr std::size_t red_part = 0;
+constexpr std::size_t green_part = 1;
+constexpr std::size_t blue_part = 2;
 
 /// Seven colours of which no two are alike.
-constexpr ColourTable odd_colours = {.ch1 = rgb(11, 12, 13),
-                                     .ch2 = rgb(21, 22, 23),
-                                     .background = rgb(31, 32, 33),
-                                     .normal_text = rgb(41, 42, 43),
-                                     .grid = rgb(51, 52, 53),
-                                     .text_background = rgb(61, 62, 63),
-                                     .annotations = rgb(71, 72, 73)};
+constexpr ColourTable edited_colours = {.ch1 = rgb(11, 12, 13),
+                                        .ch2 = rgb(21, 22, 23),
+                                        .background = rgb(31, 32, 33),
+                                        .normal_text = rgb(41, 42, 43),
+                                        .grid = rgb(51, 52, 53),
+                                        .text_background = rgb(61, 62, 63),
+                                        .annotations = rgb(71, 72, 73)};
 
 /// What applying colours asks of the screen.
 const Texts applied = {"refresh 1 0",  "refresh 2 0", "calcPersistColors", "ClearTrace 1",
@@ -47,7 +48,7 @@ struct SettingsDialogTest : testing::Test {
     }
 
     FrontPanel panel;
-    ColourTable colours = odd_colours;
+    ColourTable colours = edited_colours;
     DisplaySettings settings{
         .persisttime = 5, .snapshotpath = "/pictures", .snapshotdialog = 0, .snapshotinvert = 1};
     FakeScreen screen;
@@ -74,7 +75,7 @@ TEST_F(SettingsDialogTest, OpensOnceAndIsOnlyRaisedAfterThat) {
 TEST_F(SettingsDialogTest, LoadsWhatIsInForce) {
     dialog.mnusettings_Click();
     for (std::size_t item = 0; item < colour_items; ++item) {
-        EXPECT_EQ(swatch(item), items_of(odd_colours)[item]) << item;
+        EXPECT_EQ(swatch(item), items_of(edited_colours)[item]) << item;
         EXPECT_EQ(controls.optcolor[item].checked(), item == 0) << item;
     }
     EXPECT_EQ(controls.txtsnapshotpath.text(), "/pictures");
@@ -82,12 +83,12 @@ TEST_F(SettingsDialogTest, LoadsWhatIsInForce) {
     EXPECT_FALSE(controls.chksnapshotdialog.checked());
     EXPECT_TRUE(controls.chksnapshotinvert.checked());
     EXPECT_FALSE(controls.chkautoupd.checked());
-    EXPECT_EQ(text(red), "11");
-    EXPECT_EQ(slider(green), 12);
-    EXPECT_EQ(slider(blue), 13);
-    EXPECT_EQ(controls.shpcurrentcol.back_colour(), odd_colours.ch1);
+    EXPECT_EQ(text(red_part), "11");
+    EXPECT_EQ(slider(green_part), 12);
+    EXPECT_EQ(slider(blue_part), 13);
+    EXPECT_EQ(controls.shpcurrentcol.back_colour(), edited_colours.ch1);
     EXPECT_TRUE(screen.calls.empty()) << "opening redraws nothing";
-    EXPECT_EQ(colours, odd_colours);
+    EXPECT_EQ(colours, edited_colours);
 }
 
 TEST_F(SettingsDialogTest, LoadingSwitchesThePathAsTheCheckBoxSays) {
@@ -136,21 +137,21 @@ TEST_F(SettingsDialogTest, AnOptionLoadsItsColourIntoTheEditor) {
             EXPECT_EQ(controls.optcolor[other].checked(), other == item);
         }
         const int tens = 10 * (static_cast<int>(item) + 1);
-        for (const std::size_t component : {red, green, blue}) {
+        for (const std::size_t component : {red_part, green_part, blue_part}) {
             const int value = tens + 1 + static_cast<int>(component);
             EXPECT_EQ(slider(component), value);
             EXPECT_EQ(text(component), std::to_string(value));
         }
-        EXPECT_EQ(controls.shpcurrentcol.back_colour(), items_of(odd_colours)[item]);
-        EXPECT_EQ(controls.component[red].back_colour(),
+        EXPECT_EQ(controls.shpcurrentcol.back_colour(), items_of(edited_colours)[item]);
+        EXPECT_EQ(controls.component[red_part].back_colour(),
                   rgb(static_cast<std::uint8_t>(tens + 1), 0, 0));
-        EXPECT_EQ(controls.component[green].back_colour(),
+        EXPECT_EQ(controls.component[green_part].back_colour(),
                   rgb(0, static_cast<std::uint8_t>(tens + 2), 0));
-        EXPECT_EQ(controls.component[blue].back_colour(),
+        EXPECT_EQ(controls.component[blue_part].back_colour(),
                   rgb(0, 0, static_cast<std::uint8_t>(tens + 3)));
     }
     for (std::size_t item = 0; item < colour_items; ++item) {
-        EXPECT_EQ(swatch(item), items_of(odd_colours)[item]) << "choosing edits nothing";
+        EXPECT_EQ(swatch(item), items_of(edited_colours)[item]) << "choosing edits nothing";
     }
 }
 
@@ -161,35 +162,35 @@ TEST_F(SettingsDialogTest, LoadingAnOptionAppliesNoColourInBetween) {
     std::vector<Colour> seen;
     screen.on_draw = [&] { seen.push_back(colours.ch2); };
     controls.optcolor[1].choose();
-    EXPECT_EQ(swatch(1), odd_colours.ch2);
+    EXPECT_EQ(swatch(1), edited_colours.ch2);
     for (const Colour& colour : seen) {
-        EXPECT_EQ(colour, odd_colours.ch2);
+        EXPECT_EQ(colour, edited_colours.ch2);
     }
-    EXPECT_EQ(colours, odd_colours);
+    EXPECT_EQ(colours, edited_colours);
 }
 
 TEST_F(SettingsDialogTest, ASliderChangesTheDialogOnly) {
     open();
     controls.optcolor[4].choose();
-    controls.slrgb[green].set_value(200);
-    EXPECT_EQ(text(green), "200");
-    EXPECT_EQ(text(red), "51");
-    EXPECT_EQ(slider(red), 51);
-    EXPECT_EQ(slider(blue), 53);
+    controls.slrgb[green_part].set_value(200);
+    EXPECT_EQ(text(green_part), "200");
+    EXPECT_EQ(text(red_part), "51");
+    EXPECT_EQ(slider(red_part), 51);
+    EXPECT_EQ(slider(blue_part), 53);
     EXPECT_EQ(swatch(4), rgb(51, 200, 53));
     EXPECT_EQ(controls.shpcurrentcol.back_colour(), rgb(51, 200, 53));
-    EXPECT_EQ(controls.component[green].back_colour(), rgb(0, 200, 0));
-    EXPECT_EQ(colours, odd_colours);
+    EXPECT_EQ(controls.component[green_part].back_colour(), rgb(0, 200, 0));
+    EXPECT_EQ(colours, edited_colours);
     EXPECT_TRUE(screen.calls.empty());
-    EXPECT_EQ(swatch(5), odd_colours.text_background);
+    EXPECT_EQ(swatch(5), edited_colours.text_background);
 }
 
 TEST_F(SettingsDialogTest, CheckingAutoupdateAppliesAllPendingEditsAtOnce) {
     open();
-    controls.slrgb[red].set_value(100);
+    controls.slrgb[red_part].set_value(100);
     controls.optcolor[4].choose();
-    controls.slrgb[green].set_value(200);
-    ColourTable expected = odd_colours;
+    controls.slrgb[green_part].set_value(200);
+    ColourTable expected = edited_colours;
     expected.ch1 = rgb(100, 12, 13);
     expected.grid = rgb(51, 200, 53);
     controls.chkautoupd.set_checked(true);
@@ -203,21 +204,21 @@ TEST_F(SettingsDialogTest, WithAutoupdateEverySliderMoveIsAppliedOnce) {
     controls.chkautoupd.set_checked(true);
     controls.optcolor[5].choose();
     screen.calls.clear();
-    controls.slrgb[blue].set_value(99);
+    controls.slrgb[blue_part].set_value(99);
     EXPECT_EQ(screen.calls, applied);
     EXPECT_EQ(colours.text_background, rgb(61, 62, 99));
-    EXPECT_EQ(colours.grid, odd_colours.grid);
-    controls.txtrgb[red].set_text("7");
+    EXPECT_EQ(colours.grid, edited_colours.grid);
+    controls.txtrgb[red_part].set_text("7");
     EXPECT_EQ(colours.text_background, rgb(7, 62, 99));
 }
 
 TEST_F(SettingsDialogTest, UncheckingAutoupdateShowsTheColoursFromBefore) {
     open();
     controls.chkautoupd.set_checked(true);
-    controls.slrgb[red].set_value(100);
+    controls.slrgb[red_part].set_value(100);
     screen.calls.clear();
     controls.chkautoupd.set_checked(false);
-    EXPECT_EQ(colours, odd_colours);
+    EXPECT_EQ(colours, edited_colours);
     EXPECT_EQ(screen.calls, applied);
     EXPECT_EQ(swatch(0), rgb(100, 12, 13)) << "the edit itself stays";
     controls.cmdok.click();
@@ -238,34 +239,34 @@ TEST_F(SettingsDialogTest, ATypedNumberMovesTheSlider) {
                              {"-", 0, "-"},       {"abc", 0, "abc"},   {"12abc", 12, "12"},
                              {" 7", 7, "7"},      {"2.5", 2, "2"},     {"3.5", 4, "4"}};
     for (const TypedRow& row : rows) {
-        controls.slrgb[green].set_value(77);
-        controls.txtrgb[green].set_text(row.typed);
-        EXPECT_EQ(slider(green), row.value) << row.typed;
-        EXPECT_EQ(text(green), row.text) << row.typed;
+        controls.slrgb[green_part].set_value(77);
+        controls.txtrgb[green_part].set_text(row.typed);
+        EXPECT_EQ(slider(green_part), row.value) << row.typed;
+        EXPECT_EQ(text(green_part), row.text) << row.typed;
         EXPECT_EQ(swatch(0), rgb(11, static_cast<std::uint8_t>(row.value), 13)) << row.typed;
-        controls.txtrgb[green].leave();
-        EXPECT_EQ(text(green), std::to_string(row.value)) << row.typed;
-        EXPECT_EQ(slider(green), row.value) << row.typed;
+        controls.txtrgb[green_part].leave();
+        EXPECT_EQ(text(green_part), std::to_string(row.value)) << row.typed;
+        EXPECT_EQ(slider(green_part), row.value) << row.typed;
     }
 }
 
 TEST_F(SettingsDialogTest, ATooGreatNumberIsCutAlsoWhenTheSliderStandsThere) {
     open();
-    controls.slrgb[green].set_value(255);
-    controls.txtrgb[green].set_text("300");
-    EXPECT_EQ(slider(green), 255);
-    EXPECT_EQ(text(green), "255");
+    controls.slrgb[green_part].set_value(255);
+    controls.txtrgb[green_part].set_text("300");
+    EXPECT_EQ(slider(green_part), 255);
+    EXPECT_EQ(text(green_part), "255");
 }
 
 // As it is typed: each key makes a new text out of the one that is there.
 TEST_F(SettingsDialogTest, ANegativeNumberCanBeTypedKeyByKey) {
     open();
-    TextBox& box = controls.txtrgb[red];
+    TextBox& box = controls.txtrgb[red_part];
     box.set_text("");
     for (const char key : std::string("-52")) {
         box.set_text(box.text() + key);
     }
-    EXPECT_EQ(slider(red), 0);
+    EXPECT_EQ(slider(red_part), 0);
     EXPECT_EQ(box.text(), "-52");
     box.leave();
     EXPECT_EQ(box.text(), "0");
@@ -276,7 +277,7 @@ TEST_F(SettingsDialogTest, SetDefaultAppliesWhateverAutoupdateSays) {
     controls.optcolor[6].choose();
     for (const bool automatic : {false, true}) {
         controls.chkautoupd.set_checked(automatic);
-        controls.slrgb[red].set_value(9);
+        controls.slrgb[red_part].set_value(9);
         screen.calls.clear();
         controls.cmdsetdefault.click();
         EXPECT_EQ(colours, ColourTable{});
@@ -285,9 +286,9 @@ TEST_F(SettingsDialogTest, SetDefaultAppliesWhateverAutoupdateSays) {
             EXPECT_EQ(swatch(item), items_of(ColourTable{})[item]);
         }
         EXPECT_TRUE(controls.optcolor[6].checked());
-        EXPECT_EQ(text(red), "255");
-        EXPECT_EQ(text(green), "128");
-        EXPECT_EQ(slider(blue), 128);
+        EXPECT_EQ(text(red_part), "255");
+        EXPECT_EQ(text(green_part), "128");
+        EXPECT_EQ(slider(blue_part), 128);
         EXPECT_EQ(controls.shpcurrentcol.back_colour(), rgb(255, 128, 128));
     }
 }
@@ -305,7 +306,7 @@ TEST_F(SettingsDialogTest, CancelAfterDefaultsRestoresTheColoursFromBefore) {
     open();
     controls.cmdsetdefault.click();
     controls.cmdcancel.click();
-    EXPECT_EQ(colours, odd_colours);
+    EXPECT_EQ(colours, edited_colours);
 }
 
 TEST_F(SettingsDialogTest, TheDialogCheckBoxSwitchesThePath) {
@@ -335,7 +336,7 @@ TEST_F(SettingsDialogTest, OkStoresEverythingAndCloses) {
     controls.persist.set_value(9);
     controls.chksnapshotdialog.set_checked(true);
     controls.chksnapshotinvert.set_checked(false);
-    controls.slrgb[red].set_value(200);
+    controls.slrgb[red_part].set_value(200);
     int depth_when_applied = 0;
     screen.on_draw = [&] { depth_when_applied = settings.persisttime; };
     controls.cmdok.click();
@@ -355,16 +356,16 @@ TEST_F(SettingsDialogTest, CancelRestoresTheColoursAndStoresNothing) {
     controls.chkautoupd.set_checked(true);
     for (std::size_t item = 0; item < colour_items; ++item) {
         controls.optcolor[item].choose();
-        controls.slrgb[blue].set_value(250);
+        controls.slrgb[blue_part].set_value(250);
     }
     controls.txtsnapshotpath.set_text("/new");
     controls.persist.set_value(1);
     controls.chksnapshotdialog.set_checked(true);
     controls.chksnapshotinvert.set_checked(false);
-    EXPECT_NE(colours, odd_colours);
+    EXPECT_NE(colours, edited_colours);
     screen.calls.clear();
     controls.cmdcancel.click();
-    EXPECT_EQ(colours, odd_colours);
+    EXPECT_EQ(colours, edited_colours);
     EXPECT_EQ(screen.calls, applied);
     EXPECT_EQ(settings.snapshotpath, "/pictures");
     EXPECT_EQ(settings.persisttime, 5);
@@ -379,10 +380,10 @@ TEST_F(SettingsDialogTest, CancelledFromOutsideItClosesWhereItIsOpen) {
     EXPECT_TRUE(screen.calls.empty());
     open();
     controls.chkautoupd.set_checked(true);
-    controls.slrgb[blue].set_value(250);
-    EXPECT_NE(colours, odd_colours);
+    controls.slrgb[blue_part].set_value(250);
+    EXPECT_NE(colours, edited_colours);
     dialog.cancel();
-    EXPECT_EQ(colours, odd_colours);
+    EXPECT_EQ(colours, edited_colours);
     EXPECT_EQ(closed, 1);
     EXPECT_FALSE(dialog.is_open());
 }
@@ -392,7 +393,7 @@ TEST_F(SettingsDialogTest, IsLoadedAfreshEachTimeItOpens) {
     controls.tabstrip1.select(3);
     controls.optcolor[3].choose();
     controls.chkautoupd.set_checked(true);
-    controls.slrgb[red].set_value(0);
+    controls.slrgb[red_part].set_value(0);
     controls.cmdcancel.click();
     screen.calls.clear();
     dialog.mnusettings_Click();
@@ -400,7 +401,7 @@ TEST_F(SettingsDialogTest, IsLoadedAfreshEachTimeItOpens) {
     EXPECT_TRUE(controls.optcolor[0].checked());
     EXPECT_FALSE(controls.optcolor[3].checked());
     EXPECT_FALSE(controls.chkautoupd.checked());
-    EXPECT_EQ(swatch(3), odd_colours.normal_text);
+    EXPECT_EQ(swatch(3), edited_colours.normal_text);
     EXPECT_TRUE(screen.calls.empty());
 }
 

@@ -11,9 +11,6 @@
 namespace kv408::test {
 namespace {
 
-constexpr std::int32_t lowest = std::numeric_limits<std::int32_t>::min();
-constexpr std::int32_t highest = std::numeric_limits<std::int32_t>::max();
-
 TEST(FilledRectangle, leaves_its_right_and_bottom_edge_out) {
     Surface surface(5, 4);
     fill_rectangle(Canvas(surface), {1, 1, 4, 3}, white);

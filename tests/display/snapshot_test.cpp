@@ -20,7 +20,6 @@ using Texts = std::vector<std::string>;
 /// What the system parts folders with.
 const std::string separator(1, static_cast<char>(std::filesystem::path::preferred_separator));
 
-constexpr Pixel yellow = pixel_of(rgb(255, 255, 0));
 constexpr Pixel black = pixel_of(rgb(0, 0, 0));
 constexpr Pixel white = pixel_of(rgb(255, 255, 255));
 

@@ -8,6 +8,9 @@
 
 namespace kv408::docs {
 
+/// The folder of this tree.
+inline const std::filesystem::path root = KV408_SOURCE_ROOT;
+
 /// What a check has to complain about, one line a finding; nothing when all is well.
 using Findings = std::vector<std::string>;
 

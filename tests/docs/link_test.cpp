@@ -22,8 +22,6 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-const std::filesystem::path root = KV408_SOURCE_ROOT;
-
 std::string hex(const std::array<Byte, 8>& frame) {
     std::string text;
     for (const Byte byte : frame) {

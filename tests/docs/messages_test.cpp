@@ -15,8 +15,6 @@ using testing::Gt;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-const std::filesystem::path root = KV408_SOURCE_ROOT;
-
 /// The literals for users in the sources below the window, and in the headers that hold texts.
 std::set<std::string> texts_of_the_program() {
     std::set<std::string> texts;

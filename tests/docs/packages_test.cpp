@@ -15,8 +15,6 @@ namespace {
 using testing::Contains;
 using testing::IsSupersetOf;
 
-const std::filesystem::path root = KV408_SOURCE_ROOT;
-
 /// The packages in the list `name` of packaging/debian.
 std::set<std::string> packages(const std::string& name) {
     std::set<std::string> found;

@@ -14,8 +14,6 @@ using testing::Gt;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-const std::filesystem::path root = KV408_SOURCE_ROOT;
-
 /// The files that `page`, a Markdown file, leads to and that do not exist.
 Findings dead_links(const std::filesystem::path& page) {
     Findings dead;

@@ -20,11 +20,6 @@
 namespace kv408 {
 namespace {
 
-std::string content(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
 /// A file with "old" in a folder that the user may not write to, and a folder for temporary files.
 class InPlaceTest : public testing::Test {
 public:

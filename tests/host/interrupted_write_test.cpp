@@ -73,11 +73,6 @@ TEST(InterruptedWrite, AReaderMeanwhileFindsTheOldFileOrTheNewOne) {
 // Only here the system can be told to end a process at a byte of a file.
 #ifdef __linux__
 
-std::string content(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
 /// Lets the system answer `answer`, a SECCOMP_RET_... value, to this process's every one of
 /// `calls`.
 void answer_calls(std::uint32_t answer, const std::vector<std::uint32_t>& calls) {

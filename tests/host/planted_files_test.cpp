@@ -25,11 +25,6 @@
 namespace kv408 {
 namespace {
 
-std::string content(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
 /// Permission bits of the file at `path`.
 unsigned mode_of(const std::filesystem::path& path) {
     struct stat status = {};

@@ -9,7 +9,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-struct Row {
+struct TimeBaseRow {
     int index;
     const char* text;
     const char* short_label;
@@ -19,7 +19,7 @@ struct Row {
     bool pointmode;
 };
 
-constexpr Row rows[] = {
+constexpr TimeBaseRow time_base_rows[] = {
     {20, "25ps/div", "25ps", 1, 2560e9, 2.56, false},
     {19, "50ps/div", "50ps", 1, 1280e9, 1.28, false},
     {18, "100ps/div", "100ps", 2, 640e9, 1.28, false},
@@ -48,13 +48,13 @@ TEST(TimeBase, TheListRunsFromSlowestToFastest) {
     const auto& entries = rig.panel.seltimediv.entries();
     ASSERT_EQ(entries.size(), 21U);
     EXPECT_EQ(rig.panel.seltimediv.index(), -1);
-    for (const Row& row : rows) {
+    for (const TimeBaseRow& row : time_base_rows) {
         EXPECT_EQ(entries[static_cast<std::size_t>(row.index)], row.text);
     }
 }
 
 TEST(TimeBase, EachEntrySetsItsFourValues) {
-    for (const Row& row : rows) {
+    for (const TimeBaseRow& row : time_base_rows) {
         PanelRig rig;
         rig.acquisition.pointmode = !row.pointmode;
         rig.panel.seltimediv.set_index(row.index);
@@ -67,7 +67,7 @@ TEST(TimeBase, EachEntrySetsItsFourValues) {
 }
 
 TEST(TimeBase, TheLabelShowsTheShortTextAndThenTheFullOne) {
-    for (const Row& row : rows) {
+    for (const TimeBaseRow& row : time_base_rows) {
         PanelRig rig;
         Texts seen;
         rig.panel.tdivtext.on_shown([&] { seen.push_back(rig.panel.tdivtext.caption()); });
@@ -78,7 +78,7 @@ TEST(TimeBase, TheLabelShowsTheShortTextAndThenTheFullOne) {
 
 TEST(TimeBase, NothingIsSentToTheInstrument) {
     PanelRig rig;
-    for (const Row& row : rows) {
+    for (const TimeBaseRow& row : time_base_rows) {
         rig.panel.seltimediv.set_index(row.index);
     }
     EXPECT_TRUE(rig.bridge.calls.empty());

@@ -5,7 +5,7 @@
 namespace kv408 {
 namespace {
 
-struct Row {
+struct ScaleRow {
     const char* text;
     std::int16_t gain;
     double atten;
@@ -13,7 +13,7 @@ struct Row {
     double pixpermv;
 };
 
-constexpr Row rows[] = {
+constexpr ScaleRow scale_rows[] = {
     {"1V", 2, 0.5, 0.032, 0.064},
     {"0.5V", 2, 0.5, 0.064, 0.128},
     {"0.2V", 2, 0.5, 0.16, 0.32},
@@ -32,7 +32,7 @@ TEST(VerticalList, HoldsSixEntriesFromCoarseToFine) {
 }
 
 TEST(VerticalScale, EachTextSetsItsValuesAlsoOneThatTheListDoesNotOffer) {
-    for (const Row& row : rows) {
+    for (const ScaleRow& row : scale_rows) {
         for (const std::size_t channel : {0U, 1U}) {
             PanelRig rig;
             const ChannelState other = rig.channels[1 - channel];

@@ -16,8 +16,8 @@ using simulator::AcknowledgeFault;
 using simulator::ReplyFault;
 
 /// The whole program, sweeping, with a user who presses `extra` in the boxes that have it.
-struct Stopped : Program {
-    Stopped() {
+struct StoppedByBox : Program {
+    StoppedByBox() {
         EXPECT_TRUE(scope.start());
         ticks(6);
         EXPECT_EQ(status(), "Running");
@@ -59,7 +59,7 @@ struct Stopped : Program {
 
 TEST(GivingUp, OneStopEndsAChoiceThatTheInstrumentDoesNotTake) {
     for (const bool powerless : {false, true}) {
-        Stopped program;
+        StoppedByBox program;
         simulator::Faults& faults = program.simulation.bench().faults;
         faults.no_power = powerless;
         faults.acknowledge = powerless ? AcknowledgeFault::none : AcknowledgeFault::lost;
@@ -76,7 +76,7 @@ TEST(GivingUp, EachOfTheThreeBoxesBearsIt) {
     const Texts told = {"_SET AMP GAIN_Comm timed out", "Error Sending Data.",
                         "Error Vold/div set"};
     for (std::size_t place = 0; place < told.size(); ++place) {
-        Stopped program;
+        StoppedByBox program;
         program.simulation.bench().faults.acknowledge = AcknowledgeFault::lost;
         program.press_stop_in(place);
         program.choose(program.channel(ch1).vdiv, "20mV");
@@ -93,7 +93,7 @@ TEST(GivingUp, EachOfTheThreeBoxesBearsIt) {
 TEST(GivingUp, TheRestOfASetUpIsNotSent) {
     const std::vector<int> order = {8, 27, 30, 35, 31};
     for (std::size_t place = 0; place < order.size(); ++place) {
-        Stopped program;
+        StoppedByBox program;
         const int code = order[place];
         program.simulation.bench().faults.replies[static_cast<Byte>(code)] = {
             .length = 0, .times = simulator::without_end};
@@ -111,7 +111,7 @@ TEST(GivingUp, TheRestOfASetUpIsNotSent) {
 }
 
 TEST(GivingUp, OfTwoRangesInASetUpTheSecondIsNotSent) {
-    Stopped program;
+    StoppedByBox program;
     program.simulation.bench().faults.acknowledge = AcknowledgeFault::lost;
     program.choose(program.channel(ch1).vdiv, "20mV");
     program.choose(program.channel(ch2).vdiv, "20mV");
@@ -125,7 +125,7 @@ TEST(GivingUp, OfTwoRangesInASetUpTheSecondIsNotSent) {
 }
 
 TEST(GivingUp, WhatWasGivenUpIsSentByTheNextStart) {
-    Stopped program;
+    StoppedByBox program;
     program.simulation.bench().faults.acknowledge = AcknowledgeFault::lost;
     program.press_stop_in(0);
     program.choose(program.channel(ch1).vdiv, "20mV");
@@ -139,7 +139,7 @@ TEST(GivingUp, WhatWasGivenUpIsSentByTheNextStart) {
 }
 
 TEST(GivingUp, WhatIsChosenAfterwardsIsSentAndToldAnew) {
-    Stopped program;
+    StoppedByBox program;
     program.simulation.bench().faults.acknowledge = AcknowledgeFault::lost;
     program.press_stop_in(0);
     program.choose(program.channel(ch1).vdiv, "20mV");
@@ -153,7 +153,7 @@ TEST(GivingUp, WhatIsChosenAfterwardsIsSentAndToldAnew) {
 }
 
 TEST(GivingUp, OnlyLinkFailuresBearIt) {
-    Stopped program;
+    StoppedByBox program;
     program.channel(ch1).vdiv.set_entries({"3V"});
     program.choose(program.channel(ch1).vdiv, "3V");
     ASSERT_EQ(program.boxes.texts(), Texts{"Error Vold/div set"});
@@ -168,7 +168,7 @@ TEST(GivingUp, ARangeThatWasAcknowledgedIsNotSentAgain) {
                              "Error setting scope"};
     for (const bool powerless : {false, true}) {
         for (const int channel : {ch1, ch2}) {
-            Stopped program;
+            StoppedByBox program;
             program.simulation.bench().faults.no_power = powerless;
             program.simulation.bench().faults.acknowledge =
                 powerless ? AcknowledgeFault::none : AcknowledgeFault::lost;
@@ -190,7 +190,7 @@ TEST(GivingUp, ARangeThatWasAcknowledgedIsNotSentAgain) {
 
 /// A set-up that no choice of a range has brought sends none.
 TEST(GivingUp, ASilentInstrumentIsNotSentTheRangesThatItAcknowledged) {
-    Stopped program;
+    StoppedByBox program;
     program.simulation.bench().faults.no_power = true;
     program.ticks(30); // nobody is faster
     program.scope.act([&] { program.scope.panel().trigeredge.set_index(1); });

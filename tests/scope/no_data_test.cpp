@@ -11,8 +11,8 @@ namespace kv408 {
 namespace {
 
 /// The program sweeping at `time_div` with CH1 alone, so that every sweep is one of its data.
-struct Sweeping : Program {
-    explicit Sweeping(const std::string& time_div = "20ns/div") {
+struct SweepingOnCh1 : Program {
+    explicit SweepingOnCh1(const std::string& time_div = "20ns/div") {
         EXPECT_TRUE(scope.start());
         choose(scope.panel().seltimediv, time_div);
         ticks(8);
@@ -45,7 +45,7 @@ TEST(NoData, IsToldFromOneSecondOnWhateverKeepsTheBlocksAway) {
         [](simulator::Faults& faults) { faults.lose_every = 100; },
         [](simulator::Faults& faults) { faults.block_bytes = 700; }};
     for (const auto& break_it : breaks) {
-        Sweeping program;
+        SweepingOnCh1 program;
         // The block on its way still arrives.
         break_it(program.simulation.bench().faults);
         program.simulation.notice_faults();
@@ -64,7 +64,7 @@ TEST(NoData, IsToldFromOneSecondOnWhateverKeepsTheBlocksAway) {
 }
 
 TEST(NoData, OfPointsIsToldAfterTwoPassesAndNotLessThanASecond) {
-    Sweeping program("100us/div");
+    SweepingOnCh1 program("100us/div");
     const auto begun = program.clock.now();
     program.ticks(1);
     const auto pass = program.clock.now() - begun;
@@ -86,7 +86,7 @@ TEST(NoData, OfPointsIsToldAfterTwoPassesAndNotLessThanASecond) {
 }
 
 TEST(NoData, StopEndsTheWaiting) {
-    Sweeping program;
+    SweepingOnCh1 program;
     program.simulation.bench().faults.no_power = true;
     program.ticks(40);
     EXPECT_EQ(program.line(), "No data for 3 s");
@@ -96,7 +96,7 @@ TEST(NoData, StopEndsTheWaiting) {
 }
 
 TEST(NoData, GoesOnCountingUnderABox) {
-    Sweeping program;
+    SweepingOnCh1 program;
     program.simulation.bench().faults.acknowledge = simulator::AcknowledgeFault::lost;
     std::string under_box;
     program.boxes.on_show = [&](const Message&) {
@@ -109,7 +109,7 @@ TEST(NoData, GoesOnCountingUnderABox) {
 }
 
 TEST(NoData, WithBothChannelsOffNoneAreAwaited) {
-    Sweeping program("10us/div");
+    SweepingOnCh1 program("10us/div");
     for (const int channel : {ch1, ch2}) {
         program.scope.act([&] { program.channel(channel).enable.set_checked(false); });
     }
@@ -119,7 +119,7 @@ TEST(NoData, WithBothChannelsOffNoneAreAwaited) {
 
 TEST(NoData, ResultsOfBeforeAreOldWhileThePlotWaitsForATrigger) {
     for (const char* const time_div : {"20ns/div", "10us/div"}) {
-        Sweeping program(time_div);
+        SweepingOnCh1 program(time_div);
         program.simulation.bench().faults.no_trigger = true;
         program.ticks(30);
         ASSERT_EQ(program.status(), "Waiting For TRIGGER");
@@ -133,7 +133,7 @@ TEST(NoData, ResultsOfBeforeAreOldWhileThePlotWaitsForATrigger) {
 }
 
 TEST(NoData, SilenceIsToldToWhoWaitedForATrigger) {
-    Sweeping program;
+    SweepingOnCh1 program;
     program.simulation.bench().faults.no_trigger = true;
     program.ticks(50);
     program.simulation.bench().faults.no_power = true;
@@ -144,7 +144,7 @@ TEST(NoData, SilenceIsToldToWhoWaitedForATrigger) {
 
 /// Only the window dims: what is saved and copied is the picture as it is.
 TEST(NoData, PictureAndSnapshotStayAsTheyAre) {
-    Sweeping program;
+    SweepingOnCh1 program;
     program.simulation.bench().faults.no_power = true;
     program.simulation.notice_faults();
     program.ticks(5);

@@ -15,8 +15,8 @@ namespace {
 using Texts = std::vector<std::string>;
 
 /// The program on its signals, sweeping.
-struct Sweeping : Program {
-    Sweeping() {
+struct SweepingBesideSettings : Program {
+    SweepingBesideSettings() {
         EXPECT_TRUE(scope.start());
         ticks(10);
         EXPECT_EQ(status(), "Running");
@@ -47,7 +47,7 @@ struct Sweeping : Program {
 constexpr Colour violet = rgb(200, 10, 220);
 
 TEST(LiveColours, ChangeThePictureAtOnceWhileItSweeps) {
-    Sweeping program;
+    SweepingBesideSettings program;
     program.open_settings();
     program.act([&] { program.settings().chkautoupd.set_checked(true); });
     const std::ptrdiff_t yellow = program.pixels(rgb(255, 255, 0));
@@ -67,7 +67,7 @@ TEST(LiveColours, ChangeThePictureAtOnceWhileItSweeps) {
 }
 
 TEST(LiveColours, CancelBringsTheVeryPictureBack) {
-    Sweeping program;
+    SweepingBesideSettings program;
     program.act([&] { program.scope.panel().cmdstop.click(); });
     const auto before = program.scope.picture().surface();
     program.open_settings();
@@ -83,9 +83,10 @@ TEST(LiveColours, CancelBringsTheVeryPictureBack) {
 }
 
 /// Ticks of a run in which `between` is done after each, and what went over the wire.
-std::vector<std::vector<int>> frames_with(const char* time_div, int ticks,
-                                          const std::function<void(Sweeping&, int)>& between) {
-    Sweeping program;
+std::vector<std::vector<int>>
+frames_with(const char* time_div, int ticks,
+            const std::function<void(SweepingBesideSettings&, int)>& between) {
+    SweepingBesideSettings program;
     program.choose(program.scope.panel().seltimediv, time_div);
     program.open_settings();
     for (int tick = 0; tick < ticks; ++tick) {
@@ -98,30 +99,31 @@ std::vector<std::vector<int>> frames_with(const char* time_div, int ticks,
 TEST(LiveColours, NothingOfItGoesOverTheWire) {
     const std::pair<const char*, int> rows[] = {{"20ns/div", 24}, {"1us/div", 8}};
     for (const auto& [time_div, count] : rows) {
-        const auto quiet = frames_with(time_div, count, [](Sweeping&, int) {});
+        const auto quiet = frames_with(time_div, count, [](SweepingBesideSettings&, int) {});
         std::mt19937 random(408);
-        const auto busy = frames_with(time_div, count, [&random](Sweeping& program, int tick) {
-            SettingsControls& settings = program.settings();
-            switch (tick % 6) {
-            case 0:
-                program.act([&] { settings.chkautoupd.set_checked(tick % 12 == 0); });
-                break;
-            case 1:
-                program.act([&] { settings.cmdsetdefault.click(); });
-                break;
-            case 2:
-                program.act([&] { settings.cmdok.click(); });
-                program.open_settings();
-                break;
-            case 3:
-                program.act([&] { program.scope.panel().snapshot.click(); });
-                break;
-            default:
-                program.edit(random() % colour_items,
-                             Colour{static_cast<std::uint32_t>(random()) & 0xFFFFFFU});
-                break;
-            }
-        });
+        const auto busy =
+            frames_with(time_div, count, [&random](SweepingBesideSettings& program, int tick) {
+                SettingsControls& settings = program.settings();
+                switch (tick % 6) {
+                case 0:
+                    program.act([&] { settings.chkautoupd.set_checked(tick % 12 == 0); });
+                    break;
+                case 1:
+                    program.act([&] { settings.cmdsetdefault.click(); });
+                    break;
+                case 2:
+                    program.act([&] { settings.cmdok.click(); });
+                    program.open_settings();
+                    break;
+                case 3:
+                    program.act([&] { program.scope.panel().snapshot.click(); });
+                    break;
+                default:
+                    program.edit(random() % colour_items,
+                                 Colour{static_cast<std::uint32_t>(random()) & 0xFFFFFFU});
+                    break;
+                }
+            });
         EXPECT_GT(quiet.size(), 20U);
         EXPECT_EQ(busy, quiet) << time_div;
     }
@@ -129,7 +131,7 @@ TEST(LiveColours, NothingOfItGoesOverTheWire) {
 
 // Edits in the middle of a point-by-point pass, between one point and the next.
 TEST(LiveColours, AlsoInTheMiddleOfAPass) {
-    Sweeping program;
+    SweepingBesideSettings program;
     program.choose(program.scope.panel().seltimediv, "10us/div");
     program.open_settings();
     program.act([&] { program.settings().chkautoupd.set_checked(true); });
@@ -151,7 +153,7 @@ TEST(LiveColours, AlsoInTheMiddleOfAPass) {
 // The step from yellow to black at depth 9 is 25: the oldest generation has 255 - 9 * 25 = 30 left.
 // At depth 3 it is 63, and 129 is seen only there.
 TEST(PersistenceDepth, TakesEffectWithOk) {
-    Sweeping program;
+    SweepingBesideSettings program;
     program.simulation.bench().sources[0].noise_mv = 20.0;
     // With one channel on, each sweep moves the history on once.
     program.act([&] { program.channel(1).enable.set_checked(false); });
@@ -170,7 +172,7 @@ TEST(PersistenceDepth, TakesEffectWithOk) {
 }
 
 TEST(SettingsDialog, OfAnEndedProgramDoesNothing) {
-    Sweeping program;
+    SweepingBesideSettings program;
     program.open_settings();
     int closed = 0;
     program.scope.settings_dialog().on_close([&] { ++closed; });
@@ -183,7 +185,7 @@ TEST(SettingsDialog, OfAnEndedProgramDoesNothing) {
 }
 
 TEST(SnapshotOfTheProgram, HasTheSweepingPictureInIt) {
-    Sweeping program;
+    SweepingBesideSettings program;
     program.clock.set_local_time(
         {.year = 2026, .month = 11, .day = 16, .hour = 1, .minute = 9, .second = 37});
     program.open_settings();
@@ -214,7 +216,7 @@ TEST(SnapshotOfTheProgram, HasTheSweepingPictureInIt) {
 // While the file dialog is open the timer ticks and the picture moves on; saved is what was there
 // when the button was pressed.
 TEST(SnapshotOfTheProgram, IsWhatWasSeenWhenTheButtonWasPressed) {
-    Sweeping program;
+    SweepingBesideSettings program;
     program.open_settings();
     program.act([&] { program.settings().cmdok.click(); });
     program.act([&] { program.scope.panel().snapshot.click(); });

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <random>
 #include <string>
 #include <system_error>
@@ -31,5 +33,11 @@ public:
 private:
     std::filesystem::path path_;
 };
+
+/// What the file `path` holds; nothing where there is none.
+inline std::string content(const std::filesystem::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
 
 } // namespace kv408

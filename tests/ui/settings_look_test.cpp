@@ -16,7 +16,7 @@ namespace {
 using namespace Qt::StringLiterals;
 
 /// Every widget of the dialog by its control's name.
-const QStringList widget_names = {
+const QStringList settings_widget_names = {
     u"TabStrip1"_s,         u"cmdOK"_s,           u"cmdCancel"_s,
     u"frmSnapshot"_s,       u"frmDisplay"_s,      u"frmColors"_s,
     u"Command1"_s,          u"txtSnapshotpath"_s, u"chkSnapshotDialog"_s,
@@ -48,7 +48,7 @@ private Q_SLOTS:
 void SettingsLookTest::every_control_has_a_described_widget() {
     OpenSettings on;
     QVERIFY(on.open);
-    for (const QString& name : widget_names) {
+    for (const QString& name : settings_widget_names) {
         const auto found = on.shown()->findChildren<QWidget*>(name);
         QVERIFY2(found.size() == 1, qPrintable(name));
         QVERIFY2(!found.front()->accessibleName().isEmpty(), qPrintable(name));

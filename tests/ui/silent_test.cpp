@@ -398,7 +398,8 @@ void SilentTest::silence_is_told_and_what_is_old_is_dimmed() {
     on.fault("no_power")->click();
     QTRY_VERIFY(!line->isVisible());
     QTRY_COMPARE(results().size(), bright_results.size());
-    QVERIFY(brightness(plot(), plot().rect()) > 0.9 * bright_plot);
+    // The first data after a silence may still lack a channel.
+    QTRY_VERIFY(brightness(plot(), plot().rect()) > 0.9 * bright_plot);
     QTRY_VERIFY(!all_dimmed(brightness_of_results(on), bright_values));
     QTRY_VERIFY(brightness(results(), results().rect()) >
                 0.9 * brightness(bright_results, bright_results.rect()));
