@@ -70,7 +70,7 @@ QWidget* asking_window(QWidget* main) {
 }
 
 QPoint place_beside(const QSize& size, const Surroundings& around) {
-    const QRect& main = around.main;
+    const QRect& main = around.main_window;
     const std::array<QPoint, 6> corners = {
         QPoint(main.right() + 1 + gap, main.top()),
         QPoint(main.left() - gap - size.width(), main.top()),
@@ -99,7 +99,7 @@ void put_beside(QWidget& window, const QWidget& main, const QWidget& keep) {
     const QSize size = window.sizeHint().grownBy(borders).boundedTo(room.size());
     const QRect kept(keep.mapToGlobal(QPoint()), keep.size());
     const QPoint corner = place_beside(size, {.room = room,
-                                              .main = main.frameGeometry(),
+                                              .main_window = main.frameGeometry(),
                                               .keep = kept,
                                               .others = windows_but(window, main)});
     // Told without its frame: where the frame of a new window begins, desktops do not agree.

@@ -17,7 +17,7 @@ namespace kv408::ui {
 /// What a window that opens is to leave free, all in pixels of the screen.
 struct Surroundings {
     QRect room;                     ///< of the screen for windows
-    QRect main;                     ///< the main window with its frame
+    QRect main_window;              ///< the main window with its frame
     QRect keep;                     ///< the part of it that is used beside the window
     std::vector<QRect> others = {}; ///< other windows with their frames
 };

@@ -236,7 +236,7 @@ void BenchTest::an_acknowledge_is_lost_or_wrong() {
 
 void BenchTest::leaves_the_controls_free_data() {
     QTest::addColumn<QRect>("room");
-    QTest::addColumn<QRect>("main");
+    QTest::addColumn<QRect>("main_window");
     QTest::addColumn<QPoint>("corner");
     // The window is 500x700 with its title bar; the controls take the right 540 of the main window.
     const QRect hd(0, 0, 1920, 1040);
@@ -259,11 +259,13 @@ void BenchTest::leaves_the_controls_free_data() {
 
 void BenchTest::leaves_the_controls_free() {
     QFETCH(QRect, room);
-    QFETCH(QRect, main);
+    QFETCH(QRect, main_window);
     QFETCH(QPoint, corner);
-    const QRect controls(QPoint(main.right() + 1 - 540, main.top()), main.bottomRight());
+    const QRect controls(QPoint(main_window.right() + 1 - 540, main_window.top()),
+                         main_window.bottomRight());
     const QSize size(500, 700);
-    QCOMPARE(place_beside(size, {.room = room, .main = main, .keep = controls}), corner);
+    QCOMPARE(place_beside(size, {.room = room, .main_window = main_window, .keep = controls}),
+             corner);
 }
 
 void BenchTest::two_windows_stand_on_different_sides() {
@@ -272,13 +274,15 @@ void BenchTest::two_windows_stand_on_different_sides() {
     // The first one on the right, so the second on the left; or on the left, so below.
     QRect main(1280, 600, 1280, 780);
     QCOMPARE(
-        place_beside(size,
-                     {.room = uhd, .main = main, .keep = main, .others = {{2568, 600, 500, 700}}}),
+        place_beside(
+            size,
+            {.room = uhd, .main_window = main, .keep = main, .others = {{2568, 600, 500, 700}}}),
         QPoint(772, 600));
     main.moveLeft(2500);
     QCOMPARE(
-        place_beside(size,
-                     {.room = uhd, .main = main, .keep = main, .others = {{1992, 600, 500, 700}}}),
+        place_beside(
+            size,
+            {.room = uhd, .main_window = main, .keep = main, .others = {{1992, 600, 500, 700}}}),
         QPoint(2500, 1388));
 }
 

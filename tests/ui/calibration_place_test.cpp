@@ -39,7 +39,7 @@ private Q_SLOTS:
 
 void CalibrationPlaceTest::it_opens_off_the_plot_data() {
     QTest::addColumn<QRect>("room");
-    QTest::addColumn<QRect>("main");
+    QTest::addColumn<QRect>("main_window");
     QTest::addColumn<QRect>("plot");
     QTest::addColumn<QPoint>("place");
     // The window is 700 wide and 640 high with its frame.
@@ -67,9 +67,10 @@ void CalibrationPlaceTest::it_opens_off_the_plot_data() {
 
 void CalibrationPlaceTest::it_opens_off_the_plot() {
     QFETCH(QRect, room);
-    QFETCH(QRect, main);
+    QFETCH(QRect, main_window);
     QFETCH(QRect, plot);
-    QTEST(place_beside(QSize(700, 640), {.room = room, .main = main, .keep = plot}), "place");
+    QTEST(place_beside(QSize(700, 640), {.room = room, .main_window = main_window, .keep = plot}),
+          "place");
     // The window itself is put so.
     ProgramOnBench on;
     QWidget* const form = opened_form(on);
