@@ -40,7 +40,8 @@ private:
     int& count_;
 };
 
-/// True when no timer has ticked for so long that the process was stopped, or the computer slept.
+/// True when nothing has entered the program for so long that the process was stopped, or the
+/// computer slept.
 bool held_up(const Parts& parts) {
     // Nobody switches an instrument off and on again in less.
     constexpr std::chrono::seconds shortest_power_off{2};
@@ -75,10 +76,6 @@ bool Scope::start() {
 
 void Scope::tick() {
     const bool exchange_under_way = parts_->entries > 0;
-    if (!exchange_under_way && held_up(*parts_) && is_sweeping(parts_->acquisition.scopestate)) {
-        // The instrument may have been off meanwhile, and what it has sent may be from before.
-        parts_->acquisition.scopestate = "startscope";
-    }
     enter([&] { parts_->state_machine.Timer1_Timer(exchange_under_way); });
 }
 
@@ -93,6 +90,10 @@ void Scope::act(const std::function<void()>& action) {
 void Scope::enter(const std::function<void()>& entry) {
     if (ended()) {
         return;
+    }
+    if (parts_->entries == 0 && held_up(*parts_) && is_sweeping(parts_->acquisition.scopestate)) {
+        // The instrument may have been off meanwhile, and what it has sent may be from before.
+        parts_->acquisition.scopestate = "startscope";
     }
     const Entry entering(parts_->entries, parts_->program.given_up);
     parts_->seen_at = parts_->clock.now();

@@ -71,22 +71,29 @@ TEST(PowerLoss, SwitchedOffAndOnWhileSweepingItIsSetUpAnewByItself) {
 
 TEST(PowerLoss, SwitchedOffAndOnWhileTheProgramWasHeldUpItIsSetUpAnewByItself) {
     // As the computer sleeps, or somebody stops the process: the reply that waits is an old one.
-    Program program;
-    ASSERT_TRUE(program.scope.start());
-    program.ticks(6);
-    const auto ranges = program.simulation.settings().range;
-    program.clock.advance(std::chrono::seconds(5));
-    program.simulation.bench().faults.no_power = true;
-    program.simulation.notice_faults();
-    program.simulation.bench().faults.no_power = false;
-    program.simulation.notice_faults();
-    ASSERT_NE(program.simulation.settings().range, ranges);
-    for (int tick = 0; tick < 6; ++tick) {
-        program.ticks(1);
-        EXPECT_NEAR(vpp(program), signal_mvpp, within_mv) << tick;
+    // What the user does first of all after it may come before the timer.
+    for (const bool acts : {false, true}) {
+        SCOPED_TRACE(acts);
+        Program program;
+        ASSERT_TRUE(program.scope.start());
+        program.ticks(6);
+        const auto ranges = program.simulation.settings().range;
+        program.clock.advance(std::chrono::seconds(5));
+        program.simulation.bench().faults.no_power = true;
+        program.simulation.notice_faults();
+        program.simulation.bench().faults.no_power = false;
+        program.simulation.notice_faults();
+        ASSERT_NE(program.simulation.settings().range, ranges);
+        if (acts) {
+            program.scope.act([&] { program.scope.panel().eyeon.press(true); });
+        }
+        for (int tick = 0; tick < 6; ++tick) {
+            program.ticks(1);
+            EXPECT_NEAR(vpp(program), signal_mvpp, within_mv) << tick;
+        }
+        EXPECT_EQ(program.status(), "Running");
+        EXPECT_EQ(program.simulation.settings().range, ranges);
     }
-    EXPECT_EQ(program.status(), "Running");
-    EXPECT_EQ(program.simulation.settings().range, ranges);
 }
 
 TEST(PowerLoss, SwitchedOffAndOnWhileStoppedItIsSetUpByStart) {
