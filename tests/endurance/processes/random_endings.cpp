@@ -72,7 +72,10 @@ public:
         }
         const bool full_disk = number(1, 3) == 1;
         if (full_disk) {
-            how.disk_room = static_cast<std::size_t>(number(0, static_cast<int>(new_.size()) - 1));
+            // The settings have no room; what the instrument was asked is noted, and has.
+            constexpr int room_of_the_log = 200;
+            how.disk_room = static_cast<std::size_t>(
+                number(room_of_the_log, static_cast<int>(new_.size()) - 1));
         }
         what_ = "way " + std::to_string(static_cast<int>(way)) + (full_disk ? ", full disk" : "");
         ++lives_.at(static_cast<std::size_t>(way));
