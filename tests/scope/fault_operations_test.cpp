@@ -209,7 +209,7 @@ public:
 
 private:
     static bool is_tried(std::size_t index, Kind kind) {
-        return series_stride == 1 || (index + static_cast<std::size_t>(kind)) % 3 == 0;
+        return series_stride == 1 || (index + static_cast<std::size_t>(kind)) % 6 == 0;
     }
 
     const FaultScenario scenario_;

@@ -141,7 +141,7 @@ bool told_of_set_up(const Program& program) {
 TEST(PowerLoss, SwitchedOffAndOnWithinASetUpItIsSetUpAgain) {
     int long_ones = 0;
     for (const char* const time : {"50ns/div", "10us/div"}) {
-        for (std::size_t count = 5; count <= 30; count += std::min<std::size_t>(series_stride, 5)) {
+        for (std::size_t count = 5; count <= 30; count += series_stride) {
             for (const bool stopped : {false, true}) {
                 SCOPED_TRACE(std::string(time) + ", off for " + std::to_string(count) +
                              (stopped ? " operations after Start" : " operations"));
@@ -171,7 +171,7 @@ TEST(PowerLoss, SwitchedOffAndOnWithinASetUpItIsSetUpAgain) {
             }
         }
     }
-    EXPECT_GT(long_ones, series_stride == 1 ? 80 : 16);
+    EXPECT_GT(long_ones, series_stride == 1 ? 80 : 7);
 }
 
 TEST(PowerLoss, ACommandThatIsNeverAcknowledgedDoesNotKeepItFromSweeping) {

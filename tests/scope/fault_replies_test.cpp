@@ -172,14 +172,20 @@ class ReplyFaults : public testing::TestWithParam<std::string> {};
 
 TEST_P(ReplyFaults, EachOfEachReply) {
     ReplyBreaker breaker(GetParam());
+    // Under the sanitizers every third; which, goes on from reply to reply.
+    constexpr std::size_t stride = std::min<std::size_t>(series_stride, 3);
     std::map<int, int> seen;
     std::size_t expected = 0;
+    std::size_t next = 0;
     for (const int code : breaker.scenario().codes) {
         const int occurrence = seen[code]++;
-        for (const Damage& damage : damages_of(code)) {
-            breaker.damage(code, occurrence, damage);
+        const auto damages = damages_of(code);
+        EXPECT_EQ(damages.size(), damage_count(code));
+        for (; next < damages.size(); next += stride) {
+            breaker.damage(code, occurrence, damages[next]);
+            ++expected;
         }
-        expected += damage_count(code);
+        next -= damages.size();
         if (HasFailure()) {
             return;
         }

@@ -14,16 +14,9 @@
 
 #include "scope/fault_scenario.h"
 #include "scope/fault_wire.h"
+#include "support/series_stride.h"
 
 namespace kv408 {
-
-/// Of the long series, the places of a pass and the lengths of a block, every so many-th is tried:
-/// all but under the sanitizers, where that takes minutes.
-#ifdef __SANITIZE_ADDRESS__
-inline constexpr std::size_t series_stride = 10;
-#else
-inline constexpr std::size_t series_stride = 1;
-#endif
 
 /// What became of the program in one run.
 enum class Outcome { quiet, message, ended };

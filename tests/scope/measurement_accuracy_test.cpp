@@ -1,10 +1,13 @@
 // Measurements against what the signal is, on the simulated instrument with noise.
 
+#include <algorithm>
+#include <cstddef>
 #include <string>
 
 #include <gtest/gtest.h>
 
 #include "support/measured_cell.h"
+#include "support/series_stride.h"
 
 namespace kv408 {
 namespace {
@@ -35,8 +38,12 @@ void check(const TimeBaseRow& row, const VoltsCell& volts) {
 
 // What bench/accuracy.cpp prints, with noise whose peaks reach one code.
 TEST(MeasurementAccuracy, EveryTimeBaseAndVoltsPerDivisionAgreesWithTheSignal) {
+    std::size_t number = 0;
     for (const TimeBaseRow& row : time_base_rows()) {
         for (const VoltsCell& volts : volts_cells) {
+            if (number++ % std::min<std::size_t>(series_stride, 5) != 0) {
+                continue; // the sanitizers look at how, not at what comes out
+            }
             for (const MeasuredValue& value : MeasuredCell(row, volts, 1.0 / 3.0).values()) {
                 EXPECT_TRUE(value.holds())
                     << row.text << " " << volts.text << " CH" << value.channel << " " << value.name
