@@ -38,7 +38,7 @@ protected:
     }
 
     /// Calls `look` after each drawing from now on.
-    void watch(std::function<void()> look) {
+    void watch(const std::function<void()>& look) {
         scope.picture().on_drawn([look](Columns /*columns*/) { look(); });
     }
 

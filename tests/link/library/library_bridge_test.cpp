@@ -89,7 +89,7 @@ TEST(LibraryBridge, ThePathOfALibraryForgesNoLine) {
     std::ofstream(path_of_text(name)) << "no library";
     LibraryBridge bridge(name);
     expect_every_operation_to_fail(bridge);
-    const std::string shown = text_of_path(folder.path()) + "/a\\xe2\\x80\\xae.dll";
+    const std::string shown = text_of_path(folder.path()) + R"(/a\xe2\x80\xae.dll)";
     EXPECT_NE(bridge.trouble().find("The bridge library " + shown + " could not be loaded: "),
               std::string::npos)
         << bridge.trouble();
