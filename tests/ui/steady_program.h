@@ -85,7 +85,8 @@ struct SteadyProgram {
             !QTest::qWaitFor([this] { return parts().program.loaded; })) {
             qFatal("the program does not start");
         }
-        // Qt makes a list that has got new entries as small as they are, 20 ms later and for a moment.
+        // Qt makes a list that has got new entries as small as they are, 20 ms later and for a
+        // moment.
         QTest::qWait(100);
     }
 
