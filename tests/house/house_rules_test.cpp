@@ -88,7 +88,7 @@ TEST(HouseRules, FolderWithoutATestIsFound) {
 TEST(HouseRules, AMirrorIsFoundInAScript) {
     for (const std::string line :
          {"debootstrap bookworm root http://ftp.somewhere.net/debian",
-          "wget https://snapshot.debian.org/package/qt6-base/", "mirror=deb.debian.org",
+          "wget https://snapshot.somewhere.org/package/qt6-base/", "mirror=deb.somewhere.org",
           "mirror=ftp.somewhere.net/debian", "wget packages.somewhere.com",
           "git clone git@code.somewhere.io:a/b.git", "nc mirror.somewhere.org. 80",
           "http://www.w3.org/2000/svg http://files.somewhere.org/a"}) {
