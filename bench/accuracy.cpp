@@ -119,11 +119,11 @@ void print_cell(const std::string& where, const std::vector<MeasuredValue>& valu
 
 void print_head(int channel) {
     std::printf("\n## CH%d: true / measured\n\n| at |", channel);
-    for (const auto& [name, field] : measured_fields) {
-        std::printf(" %s |", std::string(name).c_str());
+    for (const MeasurementLine& line : measurement_lines) {
+        std::printf(" %s |", std::string(line.name).c_str());
     }
     std::printf("\n|---|");
-    for (std::size_t column = 0; column < measured_fields.size(); ++column) {
+    for (std::size_t column = 0; column < measurement_lines.size(); ++column) {
         std::printf("---|");
     }
     std::printf("\n");
@@ -134,11 +134,11 @@ void print_worst(const Findings& findings) {
                 "| | worst at | true | measured | allowed | part of it | cells beyond |\n"
                 "|---|---|---|---|---|---|---|\n");
     for (int channel = 1; channel <= 2; ++channel) {
-        for (const auto& [name, field] : measured_fields) {
-            const Worst& worst = findings.worst.at({channel, std::string(name)});
+        for (const MeasurementLine& line : measurement_lines) {
+            const std::string name(line.name);
+            const Worst& worst = findings.worst.at({channel, name});
             std::printf("| CH%d %s | %s | %s | %s | %s | %.0f %% | %d of %d |\n", channel,
-                        std::string(name).c_str(), worst.where.c_str(),
-                        text_of(name, worst.value.truth).c_str(),
+                        name.c_str(), worst.where.c_str(), text_of(name, worst.value.truth).c_str(),
                         text_of(name, worst.value.value).c_str(),
                         deviation_text(name, worst.value.allowed).c_str(), used(worst.value),
                         worst.failed, findings.cells);
@@ -177,7 +177,7 @@ struct Table {
 };
 
 void print_cells(const Table& table) {
-    const auto fields = static_cast<std::ptrdiff_t>(measured_fields.size());
+    const auto fields = static_cast<std::ptrdiff_t>(measurement_lines.size());
     for (int channel = 1; channel <= 2; ++channel) {
         print_head(channel);
         for (const auto& [where, values] : table.cells) {

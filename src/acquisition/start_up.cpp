@@ -82,9 +82,7 @@ void StartUp::initialise_panel() {
     panel_.trigsource.set_entries({"TRIG1", "TRIG2"});
     panel_.combocursorselect.set_entries({"CH1", "CH2"});
     for (MeasurementControls& slot : panel_.measurement) {
-        slot.selector.set_entries({"---", "VMax", "VMin", "Vpp", "VAmpl+", "VAmpl-", "VAmplPP",
-                                   "VRMS", "VMean", "Frequency", "Period", "tRise", "tFall",
-                                   "tPuls+", "tPuls-"});
+        slot.selector.set_entries(handlers_.measurements);
     }
     constexpr int largest_value = 1;
     constexpr int peak_to_peak = 3;

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "config/settings_file.h"
 #include "display/colour_update.h"
 #include "display/cursors.h"
@@ -31,6 +34,7 @@ public:
         Cursors& cursors;
         ColourUpdate& colour_update;
         SettingsFile& settings;
+        std::vector<std::string> measurements; ///< the entries of their selection lists
     };
 
     StartUp(FrontPanel& panel, AcquisitionState& acquisition, ProgramState& program,

@@ -12,12 +12,9 @@ namespace kv408 {
 
 /// The marks of the annotated measurement as they are to be drawn.
 struct Annotations {
-    /// What marks one channel: nothing, two level lines, or two dots on the trace.
-    enum class Kind { none, lines, dots };
-
     /// One channel's marks: the ends of the two lines, or opposite corners of the dots' squares.
     struct ChannelMarks {
-        Kind kind = Kind::none;
+        MarkKind kind = MarkKind::none;
         std::array<AnnotationGeometry, 2> mark = {};
 
         friend bool operator==(const ChannelMarks&, const ChannelMarks&) = default;

@@ -1,7 +1,6 @@
 #include "measure/engine.h"
 
-#include <cmath>
-
+#include "measure/measurement_rows.h"
 #include "measure/measurement_texts.h"
 #include "measure/pulse_times.h"
 #include "measure/sweep_pass.h"
@@ -10,45 +9,28 @@ namespace kv408 {
 namespace {
 
 /// Takes what the pass has found into the levels of a record.
-void take_levels(const SweepFindings& findings, MeasurementRecord& record) {
-    constexpr double columns = measured_columns;
-    record[meas::top] = findings.top;
-    record[meas::base] = findings.base;
-    record[meas::mid] = findings.mid;
-    record[meas::vmax] = findings.maximum;
-    record[meas::vmin] = findings.minimum;
-    record[meas::vpp] = findings.maximum - findings.minimum;
-    record[meas::amplitude] = findings.top - findings.base;
-    record[meas::vmean] = findings.sum / columns;
-    record[meas::vrms] = std::sqrt(findings.squares / columns);
-}
-
-/// Marks a field between two places.
-void mark(AnnotationPlaces& places, std::size_t field, double start, double end) {
-    places.start[field] = start;
-    places.end[field] = end;
-}
-
-void place_annotations(const SweepFindings& findings, const MeasurementRecord& record,
-                       AnnotationPlaces& places) {
-    for (const std::size_t level :
-         {meas::vmax, meas::vmin, meas::top, meas::base, meas::vrms, meas::vmean}) {
-        mark(places, level, record[level], record[level]);
+void take_levels(const SweepFindings& found, MeasurementRecord& record) {
+    record[meas::mid] = found.mid;
+    for (const MeasurementRow& row : measurement_rows()) {
+        if (row.value != nullptr) {
+            record[row.field] = row.value(found);
+        }
     }
-    mark(places, meas::vpp, record[meas::vmax], record[meas::vmin]);
-    mark(places, meas::amplitude, record[meas::top], record[meas::base]);
-    const auto crossing = [&findings](std::size_t index) {
-        return std::fabs(findings.crossings[index]);
-    };
-    mark(places, meas::period, crossing(0), crossing(2));
-    // Whichever pulse comes first lies between the first two crossings, the other one after it.
-    const bool falls_first = findings.crossings[0] <= 0.0;
-    const std::size_t first_high = falls_first ? 1 : 0;
-    const std::size_t first_low = falls_first ? 0 : 1;
-    mark(places, meas::pulse_high, crossing(first_high), crossing(first_high + 1));
-    mark(places, meas::pulse_low, crossing(first_low), crossing(first_low + 1));
-    mark(places, meas::rise, findings.rises[0], findings.rises[1]);
-    mark(places, meas::fall, findings.falls[0], findings.falls[1]);
+}
+
+void place_annotations(const SweepFindings& found, const MeasurementRecord& record,
+                       AnnotationPlaces& places) {
+    for (const MeasurementRow& row : measurement_rows()) {
+        const double value = record[row.field];
+        if (row.places != nullptr) {
+            const MarkedSpan span = row.places(found);
+            places.start[row.field] = span.start;
+            places.end[row.field] = span.end;
+        } else if (row.unit == MeasurementUnit::volt) {
+            places.start[row.field] = value;
+            places.end[row.field] = value;
+        }
+    }
 }
 
 } // namespace

@@ -11,14 +11,21 @@
 namespace kv408 {
 namespace {
 
-/// The caption of a channel's result: `text` and a blank.
-std::string result_caption(const std::string& text, const ChannelControls& channel) {
-    std::string caption;
-    if (channel.enable.checked()) {
-        caption = text.empty() ? not_measurable : text;
+/// What a channel's result says: nothing while the channel is off.
+std::string result_text(const std::string& text, const ChannelControls& channel) {
+    if (!channel.enable.checked()) {
+        return {};
     }
-    caption += ' ';
-    return caption;
+    return text.empty() ? std::string(not_measurable) : text;
+}
+
+/// How a result that says `text` is marked on the trace; `row` is nullptr without a measurement.
+MarkKind mark_kind(const MeasurementRow* row, std::string_view text) {
+    if (text == not_measurable || text == infinitely_fast) {
+        return MarkKind::none;
+    }
+    // Without a measurement another annotated slot's levels are shown.
+    return row == nullptr || row->unit == MeasurementUnit::volt ? MarkKind::lines : MarkKind::dots;
 }
 
 } // namespace
@@ -43,21 +50,27 @@ void Measurements::show_slot(std::size_t slot) {
         label->set_visible(true);
     }
     const MeasurementRow* const row = measurement_row(controls.selector.text());
+    auto& kind = data_.marks.kind[slot];
     if (row == nullptr) {
         for (Label* const label : {&controls.mark, &controls.label, &controls.ch1, &controls.ch2}) {
             label->set_caption({});
         }
+        kind.fill(mark_kind(nullptr, {}));
         return;
     }
     controls.mark.set_caption(controls.annotate.checked() ? "*" : "");
     controls.label.set_caption(std::string(row->label));
-    const auto& texts = data_.state.meastexts;
-    controls.ch1.set_caption(result_caption(texts[ch1][row->field], panel_.channel[ch1]));
-    controls.ch2.set_caption(result_caption(texts[ch2][row->field], panel_.channel[ch2]));
+    const std::array results = {&controls.ch1, &controls.ch2};
+    for (std::size_t channel = 0; channel < results.size(); ++channel) {
+        const std::string text =
+            result_text(data_.state.meastexts[channel][row->field], panel_.channel[channel]);
+        results[channel]->set_caption(text + " ");
+        kind[channel] = mark_kind(row, text);
+    }
 }
 
 void Measurements::take_marks(std::size_t slot) {
-    data_.marks = {};
+    data_.marks.mark = {};
     const MeasurementRow* const row = measurement_row(panel_.measurement[slot].selector.text());
     if (row == nullptr) {
         return;
@@ -68,9 +81,9 @@ void Measurements::take_marks(std::size_t slot) {
                                             places.end[row->mark_field]};
         for (std::size_t end = 0; end < ends.size(); ++end) {
             data_.marks.mark[channel][end] =
-                row->in_time
-                    ? annomarkrect(data_.channels[channel], data_.samples[channel], ends[end])
-                    : annolevelline(data_.channels[channel], ends[end]);
+                row->unit == MeasurementUnit::volt
+                    ? annolevelline(data_.channels[channel], ends[end])
+                    : annomarkrect(data_.channels[channel], data_.samples[channel], ends[end]);
         }
     }
 }

@@ -1,5 +1,7 @@
 #include "scope/parts.h"
 
+#include "measure/measurement_rows.h"
+
 namespace kv408 {
 
 Parts::Parts(const Machine& machine)
@@ -81,7 +83,8 @@ Parts::Parts(const Machine& machine)
                 .adjust = adjust,
                 .cursors = cursors,
                 .colour_update = colour_update,
-                .settings = settings_file},
+                .settings = settings_file,
+                .measurements = measurement_names()},
                link, boxes, picture),
       frmcalibration(panel,
                      {.in_use = calibration,

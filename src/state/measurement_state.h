@@ -58,10 +58,17 @@ struct AnnotationPoint {
 /// Two points: the ends of a level line, or opposite corners of a mark's square.
 using AnnotationGeometry = std::array<AnnotationPoint, 2>;
 
-/// The marks of the annotated measurement that the picture draws: by channel index, the first and
-/// the second mark. The one owner is the measurement presentation; the picture reads it.
+/// What marks a channel's result on the trace: nothing where there is no result, two level lines,
+/// or two dots on the trace.
+enum class MarkKind { none, lines, dots };
+
+/// The marks of the annotated measurement that the picture draws. The one owner is the measurement
+/// presentation; the picture reads it.
 struct AnnotationMarks {
+    /// By channel index, the first and the second mark, of the highest annotated slot.
     std::array<std::array<AnnotationGeometry, 2>, 2> mark = {};
+    /// By slot, then by channel index: what would mark the slot's result.
+    std::array<std::array<MarkKind, 2>, 3> kind = {};
 
     friend constexpr bool operator==(const AnnotationMarks&, const AnnotationMarks&) = default;
 };

@@ -21,6 +21,7 @@
 #include "support/fake_host.h"
 #include "support/fake_measuring.h"
 #include "support/fake_screen.h"
+#include "support/measurement_lines.h"
 #include "support/virtual_clock.h"
 
 namespace kv408 {
@@ -164,7 +165,8 @@ struct AcquisitionRig {
                       .adjust = adjust,
                       .cursors = cursors,
                       .colour_update = colour_update,
-                      .settings = settings_file},
+                      .settings = settings_file,
+                      .measurements = measurement_entries()},
                      link,
                      ending_boxes,
                      screen};

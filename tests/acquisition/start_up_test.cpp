@@ -87,9 +87,7 @@ TEST(StartUp, FillsTheListsAndChoosesTheirFirstEntries) {
     }
     EXPECT_EQ(panel.tdivtext.caption(), "20ns/div");
     for (const MeasurementControls& slot : panel.measurement) {
-        EXPECT_EQ(slot.selector.entries(),
-                  (Texts{"---", "VMax", "VMin", "Vpp", "VAmpl+", "VAmpl-", "VAmplPP", "VRMS",
-                         "VMean", "Frequency", "Period", "tRise", "tFall", "tPuls+", "tPuls-"}));
+        EXPECT_EQ(slot.selector.entries(), measurement_entries());
     }
     EXPECT_EQ(panel.measurement[0].selector.text(), "VMax");
     EXPECT_EQ(panel.measurement[1].selector.text(), "Vpp");

@@ -11,17 +11,14 @@ namespace kv408::test {
 namespace {
 
 constexpr Pixel mark_colour = pixel_of(rgb(255, 128, 128));
-constexpr int level = 1;
-constexpr int time = 9;
+constexpr MarkKind level = MarkKind::lines;
+constexpr MarkKind time = MarkKind::dots;
 
 /// A picture with marks for both channels and results in all three slots.
 struct AnnotationTest : GoldenTest {
     AnnotationTest() {
-        for (MeasurementControls& slot : panel.measurement) {
-            slot.selector.set_entries(std::vector<std::string>(15));
-            slot.selector.set_index(level);
-            slot.ch1.set_caption("1.000V ");
-            slot.ch2.set_caption("2.000V ");
+        for (auto& slot : marks.kind) {
+            slot.fill(level);
         }
         set_flat(ch1, 150);
         set_flat(ch2, 300);
@@ -29,13 +26,13 @@ struct AnnotationTest : GoldenTest {
         golden.across(1, 638, 150, yellow);
     }
 
-    /// Annotates slot `slot` alone, which measures the entry `index` of its list.
-    void annotate(std::size_t slot, int index) {
+    /// Annotates slot `slot` alone, whose results are marked by `kind`.
+    void annotate(std::size_t slot, MarkKind kind) {
         for (MeasurementControls& each : panel.measurement) {
             each.annotate.set_checked(false);
         }
         panel.measurement[slot].annotate.set_checked(true);
-        panel.measurement[slot].selector.set_index(index);
+        marks.kind.at(slot).fill(kind);
     }
 
     void mark_rows(int first, int second, int third, int fourth) {
@@ -51,7 +48,7 @@ struct AnnotationTest : GoldenTest {
     [[nodiscard]] std::string marked() const {
         std::string result;
         for (std::size_t channel = 0; channel < 2; ++channel) {
-            if (shown().channel[channel].kind != Annotations::Kind::none) {
+            if (shown().channel[channel].kind != MarkKind::none) {
                 result += channel == 0 ? "1" : "2";
             }
         }
@@ -111,15 +108,6 @@ TEST_F(AnnotationTest, TakeTheirColourFromTheTable) {
     EXPECT_EQ(shown().colour, pixel_of(rgb(1, 2, 3)));
 }
 
-TEST_F(AnnotationTest, FromFrequencyOnMeasurementsAreMarkedWithDots) {
-    for (int index = 1; index < 15; ++index) {
-        annotate(1, index);
-        EXPECT_EQ(shown().channel[0].kind,
-                  index < 9 ? Annotations::Kind::lines : Annotations::Kind::dots)
-            << index;
-    }
-}
-
 TEST_F(AnnotationTest, ThereAreNoneWithoutACheckedBox) {
     EXPECT_EQ(marked(), "");
 }
@@ -139,18 +127,12 @@ TEST_F(AnnotationTest, ThereAreNoneWhileTheInstrumentWaits) {
 
 TEST_F(AnnotationTest, AResultThatIsNotThereHasNoMark) {
     annotate(1, time);
-    panel.measurement[0].ch1.set_caption("--- "); // another slot's result does not matter
+    marks.kind[0][ch1] = MarkKind::none; // another slot's result does not matter
     EXPECT_EQ(marked(), "12");
-    for (const char* const missing : {"--- ", "-inf- "}) {
-        panel.measurement[1].ch1.set_caption(missing);
-        EXPECT_EQ(marked(), "2") << missing;
-        panel.measurement[1].ch1.set_caption("1.000s ");
-        panel.measurement[1].ch2.set_caption(missing);
-        EXPECT_EQ(marked(), "1") << missing;
-        panel.measurement[1].ch2.set_caption("1.000s ");
-    }
-    panel.measurement[1].ch1.set_caption("---");
-    EXPECT_EQ(marked(), "12") << "the blank belongs to it";
+    marks.kind[1][ch1] = MarkKind::none;
+    EXPECT_EQ(marked(), "2");
+    marks.kind[1] = {time, MarkKind::none};
+    EXPECT_EQ(marked(), "1");
 }
 
 TEST_F(AnnotationTest, AChannelThatIsOffHasNoMark) {
@@ -177,10 +159,10 @@ TEST_F(AnnotationTest, OnlyCh2WaitsForAWholeSweep) {
 TEST_F(AnnotationTest, OfSeveralCheckedBoxesTheFirstDecidesHowTheyLook) {
     panel.measurement[1].annotate.set_checked(true);
     panel.measurement[2].annotate.set_checked(true);
-    panel.measurement[1].selector.set_index(level);
-    panel.measurement[2].selector.set_index(time);
-    EXPECT_EQ(shown().channel[0].kind, Annotations::Kind::lines);
-    panel.measurement[1].ch1.set_caption("--- ");
+    marks.kind[1].fill(level);
+    marks.kind[2].fill(time);
+    EXPECT_EQ(shown().channel[0].kind, MarkKind::lines);
+    marks.kind[1][ch1] = MarkKind::none;
     EXPECT_EQ(marked(), "2");
 }
 

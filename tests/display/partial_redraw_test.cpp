@@ -56,10 +56,9 @@ protected:
     /// Another annotated measurement: level lines, or dots that may reach over the plot's edges.
     void change_marks() {
         MeasurementControls& slot = scene_.panel.measurement[0];
-        slot.selector.set_entries(std::vector<std::string>(15));
         slot.annotate.set_checked(random(0, 3) != 0);
         const bool lines = random(0, 1) == 1;
-        slot.selector.set_index(lines ? 1 : 9);
+        scene_.marks.kind[0].fill(lines ? MarkKind::lines : MarkKind::dots);
         for (auto& channel : scene_.marks.mark) {
             for (AnnotationGeometry& mark : channel) {
                 const int x = random(-10, 645);

@@ -6,7 +6,9 @@
 #include <gtest/gtest.h>
 
 #include "measure/annotation_geometry.h"
+#include "measure/measurement_rows.h"
 #include "support/fake_screen.h"
+#include "support/measurement_lines.h"
 
 namespace kv408 {
 namespace {
@@ -16,9 +18,7 @@ namespace {
 struct PresentationRig {
     PresentationRig() {
         for (MeasurementControls& slot : panel.measurement) {
-            slot.selector.set_entries({"---", "VMax", "VMin", "Vpp", "VAmpl+", "VAmpl-", "VAmplPP",
-                                       "VRMS", "VMean", "Frequency", "Period", "tRise", "tFall",
-                                       "tPuls+", "tPuls-"});
+            slot.selector.set_entries(measurement_names());
             slot.selector.set_index(0);
         }
         for (std::size_t field = 0; field < meas::fields; ++field) {
@@ -65,40 +65,23 @@ struct PresentationRig {
 
 using Row = std::vector<std::string>;
 
-/// A line of the table of measurements, in the order of the selection lists.
-struct Line {
-    const char* name;
-    const char* label;
-    std::size_t field;
-    std::size_t marked; ///< field whose places are marked
-    bool in_time;
-};
+constexpr const auto& lines = measurement_lines;
 
-constexpr std::array<Line, 14> lines = {{{"VMax", "Vmax", 0, 0, false},
-                                         {"VMin", "Vmin", 1, 1, false},
-                                         {"Vpp", "Vpp", 6, 6, false},
-                                         {"VAmpl+", "Ampl+", 2, 2, false},
-                                         {"VAmpl-", "Ampl-", 3, 3, false},
-                                         {"VAmplPP", "Ampl", 4, 4, false},
-                                         {"VRMS", "Vrms", 7, 7, false},
-                                         {"VMean", "Vmean", 8, 8, false},
-                                         {"Frequency", "f", 9, 10, true},
-                                         {"Period", "T", 10, 10, true},
-                                         {"tRise", "tr", 11, 11, true},
-                                         {"tFall", "tf", 12, 12, true},
-                                         {"tPuls+", "tp+", 13, 13, true},
-                                         {"tPuls-", "tp-", 14, 14, true}}};
+TEST(ResultsPanel, TheSelectionListsOfferEveryMeasurementInItsOrder) {
+    EXPECT_EQ(measurement_names(), measurement_entries());
+}
 
 TEST(ResultsPanel, EveryMeasurementHasItsLabelAndField) {
     for (std::size_t slot = 0; slot < 3; ++slot) {
         PresentationRig rig;
         for (std::size_t index = 0; index < lines.size(); ++index) {
-            const Line& line = lines[index];
+            const MeasurementLine& line = lines[index];
             rig.choose(slot, static_cast<int>(index) + 1);
             ASSERT_EQ(rig.panel.measurement[slot].selector.text(), line.name);
             rig.measurements.showmeasurements();
             const std::string field = std::to_string(line.field);
-            EXPECT_EQ(rig.row(slot), (Row{"", line.label, "A" + field + " ", "B" + field + " "}))
+            EXPECT_EQ(rig.row(slot),
+                      (Row{"", std::string(line.label), "A" + field + " ", "B" + field + " "}))
                 << line.name;
         }
     }
@@ -109,7 +92,7 @@ TEST(ResultsPanel, EveryMeasurementIsMarkedAtItsPlaces) {
         PresentationRig rig;
         rig.panel.measurement[slot].annotate.set_checked(true);
         for (std::size_t index = 0; index < lines.size(); ++index) {
-            const Line& line = lines[index];
+            const MeasurementLine& line = lines[index];
             rig.choose(slot, static_cast<int>(index) + 1);
             rig.measurements.showmeasurements();
             EXPECT_EQ(rig.row(slot)[0], "*");
@@ -126,7 +109,9 @@ TEST(ResultsPanel, EveryMeasurementIsMarkedAtItsPlaces) {
                                   {annolevelline2(rig.channels, place + 3.0),
                                    annolevelline2(rig.channels, place + 4.0)}}};
             }
-            EXPECT_EQ(rig.marks, expected) << line.name;
+            EXPECT_EQ(rig.marks.mark, expected.mark) << line.name;
+            const MarkKind kind = line.in_time ? MarkKind::dots : MarkKind::lines;
+            EXPECT_EQ(rig.marks.kind[slot], (std::array{kind, kind})) << line.name;
         }
     }
 }
@@ -143,7 +128,7 @@ TEST(ResultsPanel, ASlotWithoutAMeasurementIsAnEmptyRow) {
     rig.measurements.showmeasurements();
     EXPECT_EQ(rig.row(1), (Row{"", "", "", ""}));
     EXPECT_EQ(rig.row(2), (Row{"", "Vmax", "A0 ", "B0 "}));
-    EXPECT_EQ(rig.marks, AnnotationMarks{});
+    EXPECT_EQ(rig.marks.mark, AnnotationMarks{}.mark);
     rig.panel.measurement[1].selector.set_index(-1);
     rig.measurements.showmeasurements();
     EXPECT_EQ(rig.row(1), (Row{"", "", "", ""}));
@@ -184,6 +169,20 @@ TEST(ResultsPanel, AResultThatIsNotThereIsThreeDashes) {
     rig.state.meastexts[ch2][meas::vmax].clear();
     rig.measurements.showmeasurements();
     EXPECT_EQ(rig.row(0), (Row{"", "Vmax", "-inf- ", "--- "}));
+}
+
+TEST(ResultsPanel, AResultThatIsNotThereIsNotMarked) {
+    PresentationRig rig;
+    rig.choose(0, 9);
+    rig.choose(1, 11);
+    rig.state.meastexts[ch1][meas::frequency] = "---";
+    rig.state.meastexts[ch2][meas::rise] = "-inf-";
+    rig.measurements.showmeasurements();
+    EXPECT_EQ(rig.marks.kind[0], (std::array{MarkKind::none, MarkKind::dots}));
+    EXPECT_EQ(rig.marks.kind[1], (std::array{MarkKind::dots, MarkKind::none}));
+    rig.state.meastexts[ch1][meas::frequency].clear();
+    rig.measurements.showmeasurements();
+    EXPECT_EQ(rig.marks.kind[0], (std::array{MarkKind::none, MarkKind::dots}));
 }
 
 TEST(ResultsPanel, IsHiddenWhileTheMeasurementsAreOff) {

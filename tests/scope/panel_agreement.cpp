@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "scope/differences.h"
+#include "support/measurement_lines.h"
 
 namespace kv408 {
 namespace {
@@ -58,27 +59,6 @@ constexpr std::array<TimeRule, 21> time_rules = {{{"100us/div", 1e8, 1562500, 25
                                                   {"100ps/div", 1e2, 2, 8},
                                                   {"50ps/div", 50, 1, 4},
                                                   {"25ps/div", 25, 1, 4}}};
-
-struct MeasurementRule {
-    std::string_view name;
-    std::string_view label;
-    std::size_t field;
-};
-
-constexpr std::array<MeasurementRule, 14> measurement_rules = {{{"VMax", "Vmax", 0},
-                                                                {"VMin", "Vmin", 1},
-                                                                {"Vpp", "Vpp", 6},
-                                                                {"VAmpl+", "Ampl+", 2},
-                                                                {"VAmpl-", "Ampl-", 3},
-                                                                {"VAmplPP", "Ampl", 4},
-                                                                {"VRMS", "Vrms", 7},
-                                                                {"VMean", "Vmean", 8},
-                                                                {"Frequency", "f", 9},
-                                                                {"Period", "T", 10},
-                                                                {"tRise", "tr", 11},
-                                                                {"tFall", "tf", 12},
-                                                                {"tPuls+", "tp+", 13},
-                                                                {"tPuls-", "tp-", 14}}};
 
 template <typename Rules>
 const auto& rule_for(const Rules& rules, std::string_view text) {
@@ -367,9 +347,9 @@ private:
 
     void check_slot(const MeasurementControls& slot) {
         const auto* const rule = std::find_if(
-            measurement_rules.begin(), measurement_rules.end(),
-            [&slot](const MeasurementRule& entry) { return entry.name == slot.selector.text(); });
-        const bool any = rule != measurement_rules.end();
+            measurement_lines.begin(), measurement_lines.end(),
+            [&slot](const MeasurementLine& entry) { return entry.name == slot.selector.text(); });
+        const bool any = rule != measurement_lines.end();
         const std::string& name = slot.selector.name();
         differences_.compare(name + " label", slot.label.caption(),
                              std::string(any ? rule->label : ""));

@@ -22,6 +22,7 @@
 #include "support/fake_files.h"
 #include "support/fake_host.h"
 #include "support/fake_picture_coder.h"
+#include "support/measurement_lines.h"
 #include "support/virtual_clock.h"
 
 namespace kv408 {
@@ -61,23 +62,6 @@ struct MeasuredValue {
 
     [[nodiscard]] bool holds() const { return std::fabs(value - truth) <= allowed; }
 };
-
-/// The names of the fields in the order of the selection lists.
-inline constexpr std::array<std::pair<std::string_view, std::size_t>, 14> measured_fields = {
-    {{"VMax", meas::vmax},
-     {"VMin", meas::vmin},
-     {"Vpp", meas::vpp},
-     {"VAmpl+", meas::top},
-     {"VAmpl-", meas::base},
-     {"VAmplPP", meas::amplitude},
-     {"VRMS", meas::vrms},
-     {"VMean", meas::vmean},
-     {"Frequency", meas::frequency},
-     {"Period", meas::period},
-     {"tRise", meas::rise},
-     {"tFall", meas::fall},
-     {"tPuls+", meas::pulse_high},
-     {"tPuls-", meas::pulse_low}}};
 
 /// What every field of `train` should be, in millivolts and seconds.
 inline MeasurementRecord true_record(const PulseTrain& train, double division_mv,
@@ -132,9 +116,9 @@ public:
             const MeasurementRecord truth =
                 true_record(pulse_trains.at(channel), volts_.millivolts, division_s());
             const MeasurementRecord& record = scope_.parts().measurements.measresults.at(channel);
-            for (const auto& [name, field] : measured_fields) {
-                result.push_back({name, static_cast<int>(channel) + 1, truth.at(field),
-                                  in_units(record, field), allowed(field, truth)});
+            for (const MeasurementLine& line : measurement_lines) {
+                result.push_back({line.name, static_cast<int>(channel) + 1, truth.at(line.field),
+                                  in_units(record, line.field), allowed(line.field, truth)});
             }
         }
         return result;

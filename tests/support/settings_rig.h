@@ -9,6 +9,7 @@
 #include "display/cursors.h"
 #include "panel/delay_text.h"
 #include "support/fake_files.h"
+#include "support/measurement_lines.h"
 #include "support/panel_rig.h"
 
 namespace kv408 {
@@ -22,9 +23,7 @@ struct SettingsRig : StartedPanelRig {
         panel.combocursorselect.set_entries({"CH1", "CH2"});
         panel.combocursorselect.set_index(0);
         for (MeasurementControls& slot : panel.measurement) {
-            slot.selector.set_entries({"---", "VMax", "VMin", "Vpp", "VAmpl+", "VAmpl-", "VAmplPP",
-                                       "VRMS", "VMean", "Frequency", "Period", "tRise", "tFall",
-                                       "tPuls+", "tPuls-"});
+            slot.selector.set_entries(measurement_entries());
             slot.selector.set_index(0);
         }
         forget();

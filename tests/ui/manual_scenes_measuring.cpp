@@ -3,6 +3,7 @@
 #include "manual_scenes.h"
 
 #include "state/samples.h"
+#include "support/measurement_lines.h"
 
 namespace kv408::ui {
 namespace {
@@ -112,16 +113,13 @@ void show_each_measurement(Gallery& gallery) {
     connect_pulses(on);
     on.start_sweeping();
     show_ch1_alone(on);
-    const QStringList times = {u"Frequency"_s, u"Period"_s, u"tRise"_s,
-                               u"tFall"_s,     u"tPuls+"_s, u"tPuls-"_s};
-    const QStringList levels = {u"VMax"_s,   u"VMin"_s,    u"Vpp"_s,  u"VAmpl+"_s,
-                                u"VAmpl-"_s, u"VAmplPP"_s, u"VRMS"_s, u"VMean"_s};
-    for (const QString& measurement : levels + times) {
-        annotate(on, measurement.toStdString());
+    for (const MeasurementLine& line : measurement_lines) {
+        const std::string measurement(line.name);
+        annotate(on, measurement);
         const auto pixels = std::as_const(on.program.scope().picture()).surface().pixels();
         QVERIFY2(std::count(pixels.begin(), pixels.end(), pixel_of(ColourTable{}.annotations)) > 0,
-                 qPrintable(measurement));
-        gallery.add(picture_name(measurement), on.widget("Picture1"));
+                 measurement.c_str());
+        gallery.add(picture_name(QString::fromStdString(measurement)), on.widget("Picture1"));
     }
 }
 
