@@ -41,7 +41,7 @@ std::string time_text(nanoseconds time) {
 
 Soak::Soak(const SoakOptions& options)
     : options_(options), chance_(options.seed), simulation_(clock_, {}, options.seed),
-      interval_(std::min<nanoseconds>(std::chrono::hours(1), options.length / 10)),
+      interval_(std::min<nanoseconds>(std::chrono::hours(1), nanoseconds(options.length) / 10)),
       next_mark_(interval_) {
     weather_.longest_wait =
         static_cast<int>(std::min<std::int64_t>(interval_ / milliseconds(100), 6000));

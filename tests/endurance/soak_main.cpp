@@ -38,5 +38,9 @@ int main(int argc, char** argv) {
             return EXIT_FAILURE;
         }
     }
+    if (options.length <= std::chrono::minutes(0)) {
+        std::cerr << "A soak takes a minute at least.\n";
+        return EXIT_FAILURE;
+    }
     return kv408::Soak(options).run() ? EXIT_SUCCESS : EXIT_FAILURE;
 }
