@@ -87,7 +87,7 @@ void SettingsFile::restore() {
         std::filesystem::path copy = default_path();
         copy += ".bad";
         // Where it cannot be made, the message of the line has told what will be missing.
-        host_.files.put(copy, bytes);
+        host_.files.put_copy(copy, bytes, default_path());
     }
     offer_aside();
 }

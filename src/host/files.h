@@ -38,6 +38,13 @@ public:
         return replace(path, bytes);
     }
 
+    /// The same for `bytes` that are a copy of the file at `original`: only who may read that may
+    /// read the copy.
+    virtual FileResult put_copy(const std::filesystem::path& path, std::string_view bytes,
+                                const std::filesystem::path& /*original*/) {
+        return put(path, bytes);
+    }
+
     /// Makes a file at `path` with the content `bytes` in one step, where there is nothing yet;
     /// `exists` when there is something, even a link to nothing.
     virtual FileResult create(const std::filesystem::path& path, std::string_view bytes) = 0;

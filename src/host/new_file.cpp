@@ -72,8 +72,9 @@ std::error_code move(const std::filesystem::path& from, const std::filesystem::p
 
 #else
 
+constexpr mode_t for_nobody_else = 0600;
+
 int create_for_writing(const std::filesystem::path& path) {
-    constexpr mode_t for_nobody_else = 0600;
     return ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
                   for_nobody_else);
 }
@@ -110,6 +111,14 @@ Rights rights_at(const std::filesystem::path& path) {
     const mode_t mask = ::umask(meanwhile);
     ::umask(mask);
     return {.mode = of_new_files & ~mask};
+}
+
+/// The rights of new content of the file at `target` that is to be like `like`.
+Rights rights_of(const NewFile::Like& like, const std::filesystem::path& target) {
+    if (like.nobody) {
+        return {.mode = for_nobody_else};
+    }
+    return rights_at(like.file.empty() ? target : like.file);
 }
 
 /// Gives the open file `rights`, as far as the user may.
@@ -249,7 +258,7 @@ bool NewFile::close() {
 }
 
 std::error_code NewFile::take_place() {
-    const Rights rights = rights_at(target_);
+    const Rights rights = rights_of(like_, target_);
     const std::error_code refused = move_over(path_, target_);
     if (!refused) {
         give(descriptor_, rights);
@@ -261,7 +270,7 @@ std::error_code NewFile::take_place() {
 std::error_code NewFile::take_free_place() {
     const std::error_code refused = move_to_free(path_, target_);
     if (!refused) {
-        give(descriptor_, rights_at({}));
+        give(descriptor_, rights_of(like_, {}));
         settle();
     }
     return refused;

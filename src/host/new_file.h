@@ -5,6 +5,7 @@
 #include <functional>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 namespace kv408 {
 
@@ -24,12 +25,23 @@ public:
     NewFile(const NewFile&) = delete;
     NewFile& operator=(const NewFile&) = delete;
 
+    /// Whose rights the new content gets when it takes its place.
+    struct Like {
+        /// Those of the plain file at this path; empty: of what it replaces. Where there is none,
+        /// those that the user gives new files.
+        std::filesystem::path file = {};
+        /// They are the user's alone: it stays readable for nobody else.
+        bool nobody = false;
+    };
+    void be_like(Like like) { like_ = std::move(like); }
+
     /// Creates the new file, writes `bytes` and flushes them to the disk. A file, link or device
     /// that has its name is never written to: another name is taken.
     [[nodiscard]] std::error_code write(std::string_view bytes);
 
     /// Takes the place of the file at the target in one step, be it there or not, with its
-    /// permissions and, as far as the user may give files away, its owner. What was written before.
+    /// permissions and, as far as the user may give files away, its owner, unless another file is
+    /// to be like. What was written before.
     [[nodiscard]] std::error_code take_place();
 
     /// Takes the target's place only where nothing is yet; `std::errc::file_exists` otherwise.
@@ -47,6 +59,7 @@ private:
 
     std::filesystem::path target_;
     NumberDraw draw_;
+    Like like_;
     std::filesystem::path path_;
     int descriptor_ = -1;
 };

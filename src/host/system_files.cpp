@@ -98,10 +98,12 @@ bool is_write_protected(const std::filesystem::path& path) {
     return (std::filesystem::status(path, error).permissions() & writers) == perms::none;
 }
 
-/// Lets new content with `bytes` take its place, in the way that `take` says.
+/// Lets new content with `bytes` take its place, in the way that `take` says. It has the rights of
+/// the file at `like`, which is its place itself where nothing else is said.
 std::error_code write_new(const std::filesystem::path& target, std::string_view bytes,
-                          std::error_code (NewFile::*take)()) {
+                          std::error_code (NewFile::*take)(), const NewFile::Like& like = {}) {
     NewFile content(target);
+    content.be_like(like);
     if (const std::error_code refused = content.write(bytes)) {
         return refused;
     }
@@ -177,7 +179,7 @@ FileResult SystemFiles::write_with_copy(const std::filesystem::path& target, std
     }
     const auto former = found_elsewhere(kind_of_copies, target);
     const auto copy = elsewhere(kind_of_copies, target);
-    if (create(copy, old).status != FileStatus::done) {
+    if (write_new(copy, old, &NewFile::take_free_place, {.nobody = true})) {
         return result_of(refused);
     }
     for (const auto& path : former) {
@@ -193,7 +195,18 @@ FileResult SystemFiles::put(const std::filesystem::path& path, std::string_view 
     return result_of(write_new(path, bytes, &NewFile::take_place));
 }
 
+FileResult SystemFiles::put_copy(const std::filesystem::path& path, std::string_view bytes,
+                                 const std::filesystem::path& original) {
+    return result_of(
+        write_new(path, bytes, &NewFile::take_place, {.file = behind_links(original)}));
+}
+
 FileResult SystemFiles::create(const std::filesystem::path& path, std::string_view bytes) {
+    // Whoever looks for a free name writes nothing for each that is taken.
+    std::error_code error;
+    if (std::filesystem::exists(std::filesystem::symlink_status(path, error))) {
+        return failure(EEXIST);
+    }
     return result_of(write_new(path, bytes, &NewFile::take_free_place));
 }
 
@@ -209,11 +222,11 @@ FileResult SystemFiles::create_folder(const std::filesystem::path& path) {
 FileResult SystemFiles::set_aside(const std::filesystem::path& target, std::string_view bytes,
                                   std::filesystem::path& place) {
     place = beside(target);
-    if (put(place, bytes).status == FileStatus::done) {
+    if (!write_new(place, bytes, &NewFile::take_place, {.nobody = true})) {
         return {};
     }
     place = elsewhere(kind_of_asides, target);
-    return create(place, bytes);
+    return result_of(write_new(place, bytes, &NewFile::take_free_place, {.nobody = true}));
 }
 
 std::filesystem::path SystemFiles::aside(const std::filesystem::path& target) {

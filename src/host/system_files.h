@@ -17,11 +17,16 @@ public:
 
     FileResult put(const std::filesystem::path& path, std::string_view bytes) override;
 
+    /// The copy has the permissions and, as far as the user may give files away, the owner of the
+    /// original.
+    FileResult put_copy(const std::filesystem::path& path, std::string_view bytes,
+                        const std::filesystem::path& original) override;
+
     FileResult create(const std::filesystem::path& path, std::string_view bytes) override;
 
     FileResult create_folder(const std::filesystem::path& path) override;
 
-    /// Beside the target it gets the further ending ".unsaved".
+    /// Beside the target it gets the further ending ".unsaved". Nobody else may read it.
     FileResult set_aside(const std::filesystem::path& target, std::string_view bytes,
                          std::filesystem::path& place) override;
     std::filesystem::path aside(const std::filesystem::path& target) override;

@@ -82,6 +82,10 @@ TEST_F(InPlaceTest, ItIsWrittenInPlaceAndACopyOfTheOldOneLiesElsewhere) {
     EXPECT_EQ(replace("newer and longer"), 0);
     EXPECT_EQ(content(file_), "newer and longer");
     EXPECT_EQ(copies(), Texts{"old"});
+    for (const auto& entry : std::filesystem::directory_iterator(temporary_)) {
+        EXPECT_EQ(entry.status().permissions(),
+                  std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
+    }
     // Of each file one copy is kept.
     EXPECT_EQ(replace("new"), 0);
     EXPECT_EQ(content(file_), "new");

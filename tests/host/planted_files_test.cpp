@@ -3,6 +3,7 @@
 
 #ifndef _WIN32
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
@@ -142,6 +143,19 @@ TEST(PlantedFiles, AFileIsMadeOnlyWhereNothingIs) {
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 2);
 }
 
+TEST(PlantedFiles, ForANameThatIsTakenNothingIsWritten) {
+    // A snapshot tries all the names of its second, and each would be a picture on the disk.
+    const TemporaryFolder folder;
+    const auto path = folder.path() / "file";
+    std::ofstream(path) << "first";
+    std::filesystem::create_symlink("nothing", folder.path() / "link");
+    const auto long_ago = std::filesystem::last_write_time(path) - std::chrono::hours(1);
+    std::filesystem::last_write_time(folder.path(), long_ago);
+    EXPECT_EQ(SystemFiles().create(path, "second").status, FileStatus::exists);
+    EXPECT_EQ(SystemFiles().create(folder.path() / "link", "second").status, FileStatus::exists);
+    EXPECT_EQ(std::filesystem::last_write_time(folder.path()), long_ago);
+}
+
 TEST(PlantedFiles, ANewFileIsAsTheUmaskSaysAndAnOldOneStaysAsItWas) {
     const TemporaryFolder folder;
     const auto path = folder.path() / "file";
@@ -170,6 +184,62 @@ TEST(PlantedFiles, RootLeavesAFileToItsOwner) {
     EXPECT_EQ(status.st_uid, given ? owner : ::geteuid());
     EXPECT_EQ(status.st_gid, given ? group : status.st_gid);
     EXPECT_EQ(content(path), "new");
+}
+
+TEST(PlantedFiles, CopiesAreReadByNobodyWhoMayNotReadTheFile) {
+    const TemporaryFolder folder;
+    const auto path = folder.path() / "file";
+    const auto copy = folder.path() / "file.bad";
+    std::ofstream(path) << "old";
+    ASSERT_EQ(::chmod(path.c_str(), 0640), 0);
+    constexpr uid_t owner = 4711;
+    const bool given = ::chown(path.c_str(), owner, 4712) == 0;
+    // Behind a link it is the file that counts.
+    const auto link = folder.path() / "link";
+    std::filesystem::create_symlink("file", link);
+    std::ofstream(copy) << "an older copy";
+    ASSERT_EQ(::chmod(copy.c_str(), 0666), 0);
+    EXPECT_EQ(SystemFiles().put_copy(copy, "old", link).status, FileStatus::done);
+    EXPECT_EQ(content(copy), "old");
+    EXPECT_EQ(mode_of(copy), 0640U);
+    struct stat status = {};
+    ASSERT_EQ(::stat(copy.c_str(), &status), 0);
+    EXPECT_EQ(status.st_uid, given ? owner : ::geteuid());
+    // What is set aside is the user's own, beside the file and elsewhere.
+    std::filesystem::path place;
+    EXPECT_EQ(SystemFiles().set_aside(path, "settings", place).status, FileStatus::done);
+    EXPECT_EQ(mode_of(place), 0600U);
+    const auto target = folder.path() / "no folder" / "file";
+    EXPECT_EQ(SystemFiles().set_aside(target, "settings", place).status, FileStatus::done);
+    EXPECT_EQ(mode_of(place), 0600U);
+    SystemFiles().drop_aside(target);
+}
+
+TEST(PlantedFiles, TwoProcessesThatMakeFilesAtATimeTakeNoNameTwice) {
+    const TemporaryFolder folder;
+    constexpr int files_each = 60;
+    const auto make = [&folder](char letter) {
+        SystemFiles files;
+        for (int made = 0, number = 1; made < files_each && number <= 4 * files_each; ++number) {
+            const auto name = folder.path() / std::to_string(number);
+            made +=
+                files.create(name, std::string(1000, letter)).status == FileStatus::done ? 1 : 0;
+        }
+    };
+    const pid_t child = ::fork();
+    if (child == 0) {
+        make('a');
+        ::_exit(0);
+    }
+    make('b');
+    ::waitpid(child, nullptr, 0);
+    int of_the_child = 0;
+    for (int number = 1; number <= 2 * files_each; ++number) {
+        const std::string bytes = content(folder.path() / std::to_string(number));
+        of_the_child += bytes == std::string(1000, 'a') ? 1 : 0;
+        EXPECT_EQ(bytes.size(), 1000U) << number;
+    }
+    EXPECT_EQ(of_the_child, files_each);
 }
 
 TEST(PlantedFiles, NamesAsLongAsTheSystemAllowsAreWritten) {
