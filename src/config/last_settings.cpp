@@ -70,8 +70,7 @@ std::string where_aside(const LastSettings::Outcome& outcome) {
 
 std::string where_copy(const std::filesystem::path& path, const std::filesystem::path& copy) {
     return shown_path(path) +
-           " was written in place, because its folder takes no new file. What it held before lies "
-           "in " +
+           " was written in place, because it could not be replaced. What it held before lies in " +
            shown_path(copy) + ".";
 }
 

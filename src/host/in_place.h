@@ -6,8 +6,8 @@
 
 namespace kv408 {
 
-/// Whether this user may write into the plain file at `path` as it is. On Windows, where the right
-/// to write a file nearly always comes with its folder's, never.
+/// Whether this user may write into the plain file at `path` as it is; a link is none. On Windows
+/// not while a program that holds it forbids that.
 [[nodiscard]] bool may_be_written(const std::filesystem::path& path);
 
 /// Writes `bytes` over the content of the file at `path`; where that fails half way, the `old`

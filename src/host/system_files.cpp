@@ -118,6 +118,16 @@ FileResult result_of(const std::error_code& error) {
     return error ? failure(error) : FileResult{};
 }
 
+/// Whether it is the folder of the file at `target` that keeps it from being replaced.
+bool folder_refuses([[maybe_unused]] const std::filesystem::path& target) {
+#ifdef _WIN32
+    // A program that holds the file does so too, and would read what is half written.
+    return static_cast<bool>(NewFile(target).write({}));
+#else
+    return true;
+#endif
+}
+
 /// What the files in the folder for temporary files are.
 constexpr const char* kind_of_copies = "before";
 constexpr const char* kind_of_asides = "unsaved";
@@ -174,7 +184,8 @@ FileResult SystemFiles::replace(const std::filesystem::path& path, std::string_v
 FileResult SystemFiles::write_with_copy(const std::filesystem::path& target, std::string_view bytes,
                                         const std::error_code& refused) {
     std::string old;
-    if (!may_be_written(target) || read(target, old).status != FileStatus::done) {
+    if (!folder_refuses(target) || !may_be_written(target) ||
+        read(target, old).status != FileStatus::done) {
         return result_of(refused);
     }
     const auto former = found_elsewhere(kind_of_copies, target);

@@ -1,12 +1,13 @@
 #include "host/termination_signals.h"
 
-#ifdef __linux__
 #include <array>
-#include <chrono>
+#include <cstdlib>
+
+#ifdef _WIN32
+#include <windows.h>
+#else
 #include <csignal>
 #include <cstdint>
-#include <cstdlib>
-#include <utility>
 
 #include <poll.h>
 #include <sys/eventfd.h>
@@ -16,16 +17,85 @@
 
 namespace kv408 {
 
-#ifdef __linux__
+#ifdef _WIN32
+
+/// The window that is never shown. It belongs to the watching thread.
+struct TerminationSignals::Window {
+    explicit Window(TerminationSignals& owner) {
+        WNDCLASSW kind = {};
+        kind.lpfnWndProc = answer;
+        kind.hInstance = GetModuleHandleW(nullptr);
+        kind.lpszClassName = window_class;
+        RegisterClassW(&kind); // is there already for a second one
+        handle = CreateWindowExW(0, window_class, L"", WS_OVERLAPPED, 0, 0, 0, 0, nullptr, nullptr,
+                                 kind.hInstance, nullptr);
+        SetWindowLongPtrW(handle, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&owner));
+    }
+    ~Window() { DestroyWindow(handle); }
+    Window(const Window&) = delete;
+    Window& operator=(const Window&) = delete;
+
+    /// Answers `message`.
+    static LRESULT CALLBACK answer(HWND window, UINT message, WPARAM first, LPARAM second) {
+        auto* const owner =
+            reinterpret_cast<TerminationSignals*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+        if (owner != nullptr && message == WM_CLOSE) {
+            owner->requests_.hear();
+            return 0;
+        }
+        if (owner != nullptr && message == WM_ENDSESSION && first != 0) {
+            owner->requests_.hear();
+            owner->wait_for_end();
+            return 0;
+        }
+        return DefWindowProcW(window, message, first, second);
+    }
+
+    HWND handle;
+};
+
+TerminationSignals::TerminationSignals()
+    : stop_(CreateEventW(nullptr, TRUE, FALSE, nullptr)), watcher_([this] { watch(); }) {}
+
+TerminationSignals::~TerminationSignals() {
+    SetEvent(stop_);
+    watcher_.join();
+    CloseHandle(stop_);
+}
+
+void TerminationSignals::watch() {
+    const Window window(*this);
+    for (;;) {
+        const int left = requests_.milliseconds_left();
+        const DWORD woken = MsgWaitForMultipleObjects(
+            1, &stop_, FALSE, left < 0 ? INFINITE : static_cast<DWORD>(left), QS_ALLINPUT);
+        if (woken == WAIT_OBJECT_0 || woken == WAIT_FAILED) {
+            return;
+        }
+        MSG message = {};
+        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != 0) {
+            DispatchMessageW(&message);
+        }
+        requests_.look();
+    }
+}
+
+void TerminationSignals::wait_for_end() {
+    const int left = requests_.milliseconds_left();
+    if (left < 0 || WaitForSingleObject(stop_, static_cast<DWORD>(left)) == WAIT_TIMEOUT) {
+        requests_.look();
+        requests_.wait_for_saving();
+    }
+}
+
+void TerminationSignals::end_process() {
+    TerminateProcess(GetCurrentProcess(), EXIT_FAILURE);
+    std::abort(); // which is not reached
+}
+
+#else
 
 namespace {
-
-using std::chrono::seconds;
-
-/// How long the program's own thread has to end the program.
-constexpr seconds time_to_end{3};
-/// How long the end of the process waits for a saving that is under way.
-constexpr seconds time_to_save{2};
 
 /// The signals that ask for an end, but for those that were ignored from the start.
 sigset_t asking_signals() {
@@ -62,86 +132,26 @@ TerminationSignals::~TerminationSignals() {
     ::close(stop_);
 }
 
-void TerminationSignals::set_handlers(TerminationHandlers handlers) {
-    const std::scoped_lock lock(asking_, saving_);
-    ask_ = std::move(handlers.ask);
-    save_ = std::move(handlers.save);
-    if (has_been_asked_ && ask_) {
-        ask_();
-    }
-}
-
 void TerminationSignals::watch() {
     std::array<pollfd, 2> files = {{{.fd = signals_, .events = POLLIN, .revents = 0},
                                     {.fd = stop_, .events = POLLIN, .revents = 0}}};
     for (;;) {
-        poll(files.data(), files.size(), milliseconds_left());
+        poll(files.data(), files.size(), requests_.milliseconds_left());
         if (files[1].revents != 0) {
             return;
         }
-        hear();
-        if (!asked_ || clock_.now() - asked_->first < time_to_end) {
-            continue;
+        signalfd_siginfo info = {};
+        while (::read(signals_, &info, sizeof info) == sizeof info) {
+            requests_.hear();
         }
-        if (!asked_->overdue) {
-            asked_->overdue = true;
-            // A thread of its own: a disk that does not answer keeps no second signal waiting.
-            saved_ = std::async(std::launch::async, [this] { save(); });
-        }
-        if (asked_->again) {
-            end_process();
-        }
-    }
-}
-
-int TerminationSignals::milliseconds_left() const {
-    if (!asked_ || asked_->overdue) {
-        return -1;
-    }
-    const auto left = asked_->first + time_to_end - clock_.now();
-    return static_cast<int>(std::chrono::ceil<std::chrono::milliseconds>(left).count());
-}
-
-void TerminationSignals::hear() {
-    signalfd_siginfo info = {};
-    while (::read(signals_, &info, sizeof info) == sizeof info) {
-        if (asked_) {
-            asked_->again = true;
-        } else {
-            asked_ = Asked{.first = clock_.now()};
-        }
-        ask();
-    }
-}
-
-void TerminationSignals::ask() {
-    const std::lock_guard lock(asking_);
-    has_been_asked_ = true;
-    if (ask_) {
-        ask_();
-    }
-}
-
-void TerminationSignals::save() {
-    const std::lock_guard lock(saving_);
-    if (save_) {
-        save_();
+        requests_.look();
     }
 }
 
 void TerminationSignals::end_process() {
-    saved_.wait_for(time_to_save);
     // Not by way of what runs at an ordinary exit: that may wait for the thread that is held up.
     _exit(EXIT_FAILURE);
 }
-
-#else
-
-TerminationSignals::TerminationSignals() = default;
-
-TerminationSignals::~TerminationSignals() = default;
-
-void TerminationSignals::set_handlers(TerminationHandlers /*handlers*/) {}
 
 #endif
 

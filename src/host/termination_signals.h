@@ -1,72 +1,55 @@
 #pragma once
 
-#include <chrono>
-#include <functional>
-#include <future>
-#include <mutex>
-#include <optional>
 #include <thread>
+#include <utility>
 
+#include "host/end_requests.h"
 #include "host/system_clock.h"
 
 namespace kv408 {
 
-/// What is done when the program is asked to end from outside. Both run on threads of their own.
-struct TerminationHandlers {
-    /// Asks the program's own thread to end it; runs for each signal, and comes back at once.
-    std::function<void()> ask;
-    /// Saves what can be saved without that thread; runs once, when the program still runs 3 s
-    /// after the first signal.
-    std::function<void()> save;
-};
-
-/// The signals by which a session or a terminal asks a program to end (TERM, INT, HUP), received by
-/// a thread of their own, so that they are heard while the program's own thread is held up. The
-/// first is passed on to that thread. Where the program still runs after 3 s, what is known is
-/// saved; a second signal then ends the process, one that came earlier does so at that moment. A
-/// signal that was ignored when the program was started stays ignored. PIPE is ignored. On Windows
-/// nothing of this exists: a session that ends tells the window.
+/// What asks a program from outside to end, received by a thread of its own, so that it is heard
+/// while the program's own thread is held up; `EndRequests` tells what becomes of it.
+///
+/// On Linux the signals by which a session or a terminal asks (TERM, INT, HUP). One that was
+/// ignored when the program was started stays ignored. PIPE is ignored.
+///
+/// On Windows the end of the session and what asks all windows of a process to close, as taskkill
+/// does: a window that is never shown hears both.
 class TerminationSignals {
 public:
-    /// From now on the signals wait; constructed before any other thread is started, so before the
-    /// application.
+    /// From now on the requests are heard; constructed before any other thread is started, so
+    /// before the application.
     TerminationSignals();
     ~TerminationSignals();
     TerminationSignals(const TerminationSignals&) = delete;
     TerminationSignals& operator=(const TerminationSignals&) = delete;
 
-    /// Sets what is done, also for a signal that has come before; empty handlers do nothing. The
+    /// Sets what is done, also for a request that has come before; empty handlers do nothing. The
     /// former ones are no longer under way when it returns.
-    void set_handlers(TerminationHandlers handlers);
+    void set_handlers(TerminationHandlers handlers) { requests_.set_handlers(std::move(handlers)); }
+
+#ifdef _WIN32
+    /// The class that the window is of; for those that look for it.
+    static constexpr const wchar_t* window_class = L"Kv408EndRequests";
+#endif
 
 private:
-#ifdef __linux__
-    /// Where the program stands between the first signal and its end.
-    struct Asked {
-        std::chrono::nanoseconds first{0}; ///< when the first signal came
-        bool again = false;                ///< another one has come
-        bool overdue = false;              ///< the program has had its time
-    };
-
     void watch();
-    void hear();
-    void ask();
-    void save();
-    [[noreturn]] void end_process();
-    [[nodiscard]] int milliseconds_left() const;
+    [[noreturn]] static void end_process();
 
     SystemClock clock_;
-    int signals_ = -1;           ///< where waiting signals are read
-    int stop_ = -1;              ///< readable once the watch is to end
-    std::optional<Asked> asked_; ///< of the watching thread alone
-    std::mutex asking_;          ///< guards the two below
-    std::function<void()> ask_;
-    bool has_been_asked_ = false;
-    std::mutex saving_; ///< guards the one below; another one, as saving may last
-    std::function<void()> save_;
-    std::future<void> saved_;
-    std::thread watcher_;
+    EndRequests requests_{clock_, end_process};
+#ifdef _WIN32
+    struct Window;
+    /// The session ends the process when this returns: gives the program its time, then saves.
+    void wait_for_end();
+    void* stop_ = nullptr; ///< an event: the watch is to end
+#else
+    int signals_ = -1; ///< where waiting signals are read
+    int stop_ = -1;    ///< readable once the watch is to end
 #endif
+    std::thread watcher_;
 };
 
 } // namespace kv408

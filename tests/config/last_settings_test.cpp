@@ -158,8 +158,8 @@ TEST(LastSettings, ABoxTellsWhereTheyAreKeptInstead) {
         ASSERT_EQ(rig.boxes.shown.size(), 1U);
         EXPECT_EQ(rig.boxes.shown[0].informative,
                   nowhere ? "They could not be kept anywhere else either."
-                          : "They are kept in " + text_of_path(aside_file) +
-                                "; the next start offers to take them.");
+                          : "They are kept in " + text_of_path(rig.settings.default_path()) +
+                                ".unsaved; the next start offers to take them.");
     }
 }
 

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "host/path_text.h"
+
 namespace kv408 {
 namespace {
 
@@ -34,7 +36,8 @@ TEST(ShownText, BytesThatAreNoTextAreShown) {
 }
 
 TEST(ShownText, OfAPathEveryByteIsSeenAndTheRestStays) {
-    EXPECT_EQ(shown_path("/home/me/M\xC3\xA4rz 1/a\\b.bmp"), "/home/me/M\xC3\xA4rz 1/a\\b.bmp");
+    EXPECT_EQ(shown_path(path_of_text("/home/me/M\xC3\xA4rz 1/a\\b.bmp")),
+              "/home/me/M\xC3\xA4rz 1/a\\b.bmp");
     EXPECT_EQ(shown_path("/a\n\tSaved./b\x1B"), "/a\\x0a\\x09Saved./b\\x1b");
 }
 
