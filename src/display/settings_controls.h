@@ -25,8 +25,9 @@ struct SettingsControls {
     Label frmcolors{"frmColors"};
 
     // Snapshot.
-    TextBox txtsnapshotpath{"txtSnapshotpath"};      ///< folder for silent saving, UTF-8
-    Button browse{"Command1"};                       ///< asks for that folder
+    TextBox txtsnapshotpath{"txtSnapshotpath"}; ///< folder for silent saving, UTF-8
+    Label shownpath{"shownPath"}; ///< that folder, where the box alone would not show its name
+    Button browse{"Command1"};    ///< asks for that folder
     CheckBox chksnapshotdialog{"chkSnapshotDialog"}; ///< always ask for the file name
     CheckBox chksnapshotinvert{"chkSnapshotInvert"}; ///< invert the picture before saving
 

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "host/path_text.h"
+#include "host/shown_text.h"
 #include "state/rounding.h"
 
 namespace kv408 {
@@ -53,6 +54,7 @@ void SettingsDialog::connect() {
     controls_.cmdok.on_click([this] { cmdOK_Click(); });
     controls_.cmdcancel.on_click([this] { cmdCancel_Click(); });
     controls_.browse.on_click([this] { Command1_Click(); });
+    controls_.txtsnapshotpath.on_change([this] { show_path(); });
     controls_.chksnapshotdialog.on_click([this] { chkSnapshotDialog_Click(); });
 }
 
@@ -92,6 +94,7 @@ void SettingsDialog::Form_Load() {
     controls_.tabstrip1.select(1);
     controls_.optcolor[0].choose();
     controls_.txtsnapshotpath.set_text(settings_.snapshotpath);
+    show_path();
     controls_.persist.set_value(settings_.persisttime);
     controls_.chksnapshotdialog.set_checked(settings_.snapshotdialog == 1);
     controls_.chksnapshotinvert.set_checked(settings_.snapshotinvert == 1);
@@ -186,6 +189,14 @@ void SettingsDialog::chkSnapshotDialog_Click() {
     const bool silent = !controls_.chksnapshotdialog.checked();
     controls_.txtsnapshotpath.set_enabled(silent);
     controls_.browse.set_enabled(silent);
+}
+
+void SettingsDialog::show_path() {
+    const std::string& path = controls_.txtsnapshotpath.text();
+    const std::string shown = shown_line(path);
+    // A set-up that strangers have made may name any folder.
+    controls_.shownpath.set_caption(shown == path ? "" : "that is: " + shown);
+    controls_.shownpath.set_visible(shown != path);
 }
 
 void SettingsDialog::Command1_Click() {

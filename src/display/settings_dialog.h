@@ -60,6 +60,8 @@ private:
     void chkAutoUpd_Click();
     void cmdSetDefault_Click();
     void chkSnapshotDialog_Click();
+    /// The folder's name was changed.
+    void show_path();
     void Command1_Click();
     void cmdOK_Click();
     void cmdCancel_Click();

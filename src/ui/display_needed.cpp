@@ -26,7 +26,8 @@ void hear(QtMsgType type, const QMessageLogContext& context, const QString& mess
                   << "." << std::endl;
         std::_Exit(EXIT_FAILURE);
     }
-    if (!QByteArray(context.category).startsWith("qt.qpa")) {
+    if (!QByteArray(context.category).startsWith("qt.qpa") &&
+        !message.startsWith(QLatin1StringView("Failed to create wl_display"))) {
         std::cerr << shown_lines(message.toStdString()) << std::endl;
     }
 }

@@ -86,6 +86,18 @@ void add_options(QGridLayout& grid, WidgetMaker& make, SettingsControls& control
     }
 }
 
+/// The line under the snapshot path that is there where the path holds what is not read.
+QLabel* make_shown_path(WidgetMaker& make, Label& control) {
+    QLabel* const line = make.label(
+        control, {u"Snapshot path as it is stored"_s,
+                  u"The folder for snapshots, with \\x1b and the like for what cannot be seen"_s});
+    line->setTextFormat(Qt::PlainText);
+    // A long one widens nothing.
+    line->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    line->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    return line;
+}
+
 } // namespace
 
 QWidget* make_snapshot_page(SettingsControls& controls, ScopeDriver& driver) {
@@ -104,16 +116,17 @@ QWidget* make_snapshot_page(SettingsControls& controls, ScopeDriver& driver) {
     grid->addWidget(make.button(controls.browse, u"..."_s,
                                 {u"Browse"_s, u"Chooses the folder for snapshots"_s}),
                     1, 1);
+    grid->addWidget(make_shown_path(make, controls.shownpath), 2, 0, 1, 2);
     grid->addWidget(make.check(controls.chksnapshotdialog, u"&Always show Save-Dialog"_s,
                                {u"Always show save dialog"_s,
                                 u"Asks for the name and the place of every snapshot"_s}),
-                    2, 0, 1, 2);
+                    3, 0, 1, 2);
     grid->addWidget(make.check(controls.chksnapshotinvert, u"&Invert Colors"_s,
                                {u"Invert colours"_s,
                                 u"Saves snapshots with inverted colours, as for printing"_s}),
-                    3, 0, 1, 2);
+                    4, 0, 1, 2);
     grid->setColumnStretch(0, 1);
-    grid->setRowStretch(4, 1);
+    grid->setRowStretch(5, 1);
     bind_appearance(page, controls.frmsnapshot);
     return page;
 }

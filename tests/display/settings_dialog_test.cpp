@@ -417,5 +417,27 @@ TEST_F(SettingsDialogTest, ADepthBeyondTheSliderIsHeldInItsRange) {
     EXPECT_EQ(controls.persist.value(), 1);
 }
 
+TEST_F(SettingsDialogTest, WhatSteersTheScreenInASnapshotPathIsShownAndStaysInIt) {
+    open();
+    EXPECT_FALSE(controls.shownpath.visible());
+    EXPECT_EQ(controls.shownpath.caption(), "");
+    dialog.cancel();
+    // A set-up from somebody else: an escape sequence, a turned direction, a byte that is no text.
+    const std::string path = "/a\x1b[2Jb\xE2\x80\xAE/gpj\xFF";
+    settings.snapshotpath = path;
+    open();
+    EXPECT_TRUE(controls.shownpath.visible());
+    EXPECT_EQ(controls.shownpath.caption(), "that is: /a\\x1b[2Jb\\xe2\\x80\\xae/gpj\\xff");
+    EXPECT_EQ(controls.txtsnapshotpath.text(), path);
+    controls.cmdok.click();
+    EXPECT_EQ(settings.snapshotpath, path);
+    // What is typed counts at once.
+    open();
+    controls.txtsnapshotpath.set_text("/b");
+    EXPECT_FALSE(controls.shownpath.visible());
+    controls.txtsnapshotpath.set_text("/b\n");
+    EXPECT_EQ(controls.shownpath.caption(), "that is: /b\\x0a");
+}
+
 } // namespace
 } // namespace kv408::test

@@ -40,6 +40,7 @@ private Q_SLOTS:
     void the_path_is_off_while_the_dialog_is_always_shown();
     void a_folder_is_chosen();
     void an_empty_path_says_that_it_is_the_root_folder();
+    void a_path_that_is_not_read_as_it_is_has_a_line_that_tells();
     void the_dialog_goes_with_the_program();
     void the_depth_slider_tells_its_number();
 };
@@ -281,6 +282,25 @@ void SettingsTest::an_empty_path_says_that_it_is_the_root_folder() {
     QVERIFY(path.text().isEmpty());
     on.click("cmdOK");
     QCOMPARE(on.program.scope().parts().settings.snapshotpath, "");
+}
+
+void SettingsTest::a_path_that_is_not_read_as_it_is_has_a_line_that_tells() {
+    OpenSettings on;
+    QVERIFY(on.open);
+    on.show_page(0);
+    auto& line = on.in_dialog<QLabel>("shownPath");
+    QVERIFY(!line.isVisible());
+    const int width = on.shown()->width();
+    // As a set-up from somebody else may have it.
+    const std::string path = "/<b>a</b>\xE2\x80\xAE/" + std::string(300, 'x');
+    Scope& scope = on.program.scope();
+    scope.act([&] { scope.settings_dialog().controls().txtsnapshotpath.set_text(path); });
+    QVERIFY(line.isVisible());
+    QCOMPARE(line.text(), u"that is: /<b>a</b>\\xe2\\x80\\xae/"_s + QString(300, u'x'));
+    QCOMPARE(line.textFormat(), Qt::PlainText);
+    QCOMPARE(on.shown()->width(), width);
+    on.click("cmdOK");
+    QCOMPARE(on.program.scope().parts().settings.snapshotpath, path);
 }
 
 void SettingsTest::the_dialog_goes_with_the_program() {

@@ -212,6 +212,18 @@ TEST_F(Endings, WithoutADisplayOneSentenceSaysSo) {
               "not set, WAYLAND_DISPLAY is not set.\n");
 }
 
+TEST_F(Endings, OneSentenceSaysSoAlsoOfADisplayThatIsNotThere) {
+    ProgramStart start = instrument_program();
+    start.unset = {"DISPLAY", "QT_QPA_PLATFORM"};
+    start.environment["WAYLAND_DISPLAY"] = "gone";
+    start.environment["XDG_RUNTIME_DIR"] = temporary();
+    ProgramProcess program(start);
+    EXPECT_EQ(program.end_within(10s), EXIT_FAILURE);
+    EXPECT_EQ(program.words(),
+              "Kv408: no display can be used, so the window cannot open: DISPLAY is "
+              "not set, WAYLAND_DISPLAY is \"gone\".\n");
+}
+
 TEST_F(Endings, ASaveThatFailsDoesNotKeepASignalWaiting) {
     ProgramStart start = instrument_program();
     ProgramProcess program(start);
