@@ -13,15 +13,11 @@ namespace {
 
 constexpr std::uint32_t block_bytes = 2 * npoints;
 
-/// By then the instrument has sent the first bytes of a reply: it waits 65.535 ms for a trigger at
-/// most. A tick may come right after a request, as after a set-up that took longer than a tick.
-constexpr std::chrono::milliseconds longest_wait{80};
-
 } // namespace
 
 void BlockSweep::sdisplaych(int channel) {
     const std::uint32_t count = link_.waiting();
-    if (count >= 2 && link_.is_back()) {
+    if (count >= 2 && link_.power().is_back()) {
         acquisition_.scopestate = "startscope";
     } else if (count >= block_bytes) {
         take_block(channel);
@@ -33,23 +29,11 @@ void BlockSweep::sdisplaych(int channel) {
             if (count == 1) {
                 acquisition_.fresh = {};
                 link_.read(std::span(rxbuffer_).first(count));
-            } else {
-                note_empty_queue();
+            } else if (link_.power().note_empty_queue()) {
+                acquisition_.fresh = {};
             }
             rearm(channel);
         }
-    }
-}
-
-void BlockSweep::restart() {
-    lastrxcount_ = 0;
-    asked_at_ = clock_.now();
-}
-
-void BlockSweep::note_empty_queue() {
-    if (clock_.now() - asked_at_ >= longest_wait) {
-        acquisition_.fresh = {};
-        link_.note_silence();
     }
 }
 

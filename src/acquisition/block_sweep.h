@@ -1,7 +1,6 @@
 #pragma once
 
 #include <array>
-#include <chrono>
 #include <cstdint>
 #include <functional>
 
@@ -32,7 +31,7 @@ public:
     void sdisplaych(int channel);
 
     /// Forgets what was seen of a reply; a new sweep has been asked for.
-    void restart();
+    void restart() { lastrxcount_ = 0; }
 
     /// The last two-byte word taken from a reply.
     [[nodiscard]] std::int16_t lastword() const { return lastword_; }
@@ -42,8 +41,6 @@ private:
     void convert_block(int channel);
     void take_short_reply(int channel, std::uint32_t count);
     void rearm(int channel);
-    /// Notes a silence where the request has had its time.
-    void note_empty_queue();
 
     FrontPanel& panel_;
     AcquisitionState& acquisition_;
@@ -56,7 +53,6 @@ private:
     Measuring& measuring_;
     std::array<Byte, 5001> rxbuffer_ = {};
     std::uint32_t lastrxcount_ = 0;
-    std::chrono::nanoseconds asked_at_{0}; ///< when the reply that is awaited was asked for
     std::int16_t lastword_ = 0;
 };
 

@@ -112,10 +112,10 @@ PointPass::Outcome PointPass::fetch(int channel, int index, const PointDelay& de
     link_.sendcommand(command::fetch_sample, link_.cmdargs());
     std::array<Byte, 2> reply = {};
     if (!link_.read(reply)) {
-        link_.note_silence();
+        link_.power().note_silence();
         return Outcome::failed;
     }
-    if (link_.is_back()) {
+    if (link_.power().is_back()) {
         acquisition_.scopestate = "startscope";
         return Outcome::failed;
     }

@@ -191,7 +191,7 @@ bool DeviceLink::checkdevice() {
         boxes_.show({.text = "Buffer(0) <> 6", .holds_sweep = true});
         return false;
     }
-    note_answer();
+    power_.note_answer();
     return true;
 }
 
@@ -209,6 +209,9 @@ void DeviceLink::sendcommand(std::int16_t command, const CommandArguments& argum
     if (state_.commstatus != si_success) {
         end_with(not_found_text, "The instrument takes no more data. Check its USB cable and its "
                                  "power, then start the program again.");
+    }
+    if (command == command::start_sweep || command == command::fetch_sample) {
+        power_.note_request();
     }
 }
 
@@ -230,10 +233,7 @@ bool DeviceLink::sendcmdack(std::int16_t command, const CommandArguments& argume
         keep(bridge_.SI_Read(state_.devhandle, reply, count));
         if (state_.commstatus == si_success && reply[0] == acknowledge_byte) {
             state_.retrycount = 0;
-            // What was sent before a long silence may be lost; the ranges are the first of a
-            // set-up.
-            const bool lost = note_answer() && !state_.set_up_again;
-            state_.gone = command != command::set_amplifier_gain && (state_.gone || lost);
+            power_.note_acknowledge(command == command::set_amplifier_gain);
             return true;
         }
     } while (retries >= 1);
@@ -244,7 +244,7 @@ bool DeviceLink::sendcmdack(std::int16_t command, const CommandArguments& argume
 
 void DeviceLink::acknowledge_missing(std::string_view label) {
     const bool timed_out = state_.commstatus == si_read_timed_out;
-    state_.asked_in_vain = true;
+    power_.note_no_acknowledge();
     boxes_.show({.text = std::string(label) + (timed_out ? "Comm timed out" : "CommError"),
                  .link_failure = true});
     boxes_.show({.text = "Error Sending Data.", .link_failure = true});
@@ -310,46 +310,9 @@ bool DeviceLink::read(std::span<Byte> bytes) {
     keep(bridge_.SI_Read(state_.devhandle, bytes, count));
     const bool complete = state_.commstatus == si_success && count == bytes.size();
     if (complete) {
-        note_answer();
+        power_.note_answer();
     }
     return complete;
-}
-
-bool DeviceLink::unheard_for_long() const {
-    // Nobody switches an instrument off and on again in less.
-    constexpr std::chrono::seconds shortest_power_off{2};
-    return clock_.now() - state_.heard_at >= shortest_power_off;
-}
-
-/// True when nothing was heard for long before.
-bool DeviceLink::note_answer() {
-    const bool after_silence = unheard_for_long();
-    if (after_silence || state_.asked_in_vain) {
-        ++state_.silences;
-    }
-    state_.asked_in_vain = false;
-    state_.heard_at = clock_.now();
-    return after_silence;
-}
-
-void DeviceLink::note_silence() {
-    ++state_.silences;
-    state_.asked_in_vain = true;
-    state_.gone = state_.gone || unheard_for_long();
-}
-
-bool DeviceLink::is_back() {
-    if (state_.asked_in_vain) {
-        ++state_.silences;
-        state_.asked_in_vain = false;
-    }
-    state_.set_up_again = std::exchange(state_.gone, false);
-    return state_.set_up_again;
-}
-
-bool DeviceLink::may_have_been_off(std::uint32_t silences) const {
-    const bool silent = state_.asked_in_vain && unheard_for_long();
-    return !silent && (state_.silences != silences || unheard_for_long());
 }
 
 void DeviceLink::end_with(const std::string& text, const std::string& advice) {

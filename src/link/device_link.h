@@ -11,6 +11,7 @@
 #include "host/message_boxes.h"
 #include "link/bridge.h"
 #include "link/commands.h"
+#include "link/power_watch.h"
 #include "panel/controls.h"
 #include "state/program_state.h"
 
@@ -25,17 +26,7 @@ struct LinkState {
     bool open = false;             ///< a device is open
     std::int16_t retrycount = 0;   ///< attempts of the start-up check; 0 after an acknowledge
     CommandArguments cmdargs = {}; ///< argument bytes, kept from one command to the next
-    /// How often the instrument may have been off, and so have lost what it was set up to: it left
-    /// a request unanswered, or it answered after it had left a command unanswered or had been
-    /// asked nothing for long.
-    std::uint32_t silences = 0;
-    std::chrono::nanoseconds heard_at{0}; ///< when the instrument last answered
-    bool asked_in_vain = false; ///< it has left something unanswered since it last answered
-    /// It may have been off while requests or commands were left unanswered for long, and has not
-    /// been set up anew since.
-    bool gone = false;
-    bool set_up_again = false; ///< that has brought a set-up, and no reply has been shown since
-    std::string serialsuffix;  ///< characters 8 to 14 of the selected device's serial number
+    std::string serialsuffix;      ///< characters 8 to 14 of the selected device's serial number
 };
 
 /// The link to the instrument: finds and opens it, sends command frames, reads replies. Every
@@ -46,13 +37,18 @@ public:
     /// Talks through `bridge`; `cmbDevice` is the list of attached devices.
     DeviceLink(Bridge& bridge, Clock& clock, MessageBoxes& boxes, ProgramState& program,
                ListBox& cmbDevice)
-        : bridge_(bridge), clock_(clock), boxes_(boxes), program_(program), cmbDevice_(cmbDevice) {}
+        : bridge_(bridge), clock_(clock), boxes_(boxes), program_(program), cmbDevice_(cmbDevice),
+          power_(clock) {}
 
     /// The argument bytes of the next command, to be filled; those left alone go out as they are.
     [[nodiscard]] CommandArguments& cmdargs() { return state_.cmdargs; }
 
     /// The link's state, to look at.
     [[nodiscard]] const LinkState& state() const { return state_; }
+
+    /// Whether the instrument was switched off meanwhile. The link tells it of every request for
+    /// samples, every answer and every command that is not acknowledged.
+    [[nodiscard]] PowerWatch& power() { return power_; }
 
     /// Fills the device list with the serial numbers of all attached devices and selects the first.
     /// False, with no selection, when the devices cannot be counted.
@@ -120,28 +116,11 @@ public:
     /// Reads exactly `bytes.size()` bytes; false when the bridge fails or fewer came in time.
     bool read(std::span<Byte> bytes);
 
-    /// Notes that a request for samples was left unanswered.
-    void note_silence();
-
-    /// Whether the instrument may have been off since its `silences` were so many. Off for less
-    /// than two seconds counts only where it left something unanswered. While it leaves everything
-    /// unanswered for longer than that, nobody knows: it is judged by when it answers again.
-    [[nodiscard]] bool may_have_been_off(std::uint32_t silences) const;
-
-    /// To be asked when the reply to a request for samples comes. True once after the instrument
-    /// left requests, or attempts of a command before the one that it took, unanswered for at least
-    /// two seconds: it may have been off, and its reply means nothing before it is set up again.
-    /// Not true twice without a reply in between that is shown, so that an instrument that never
-    /// takes one command is swept all the same.
-    [[nodiscard]] bool is_back();
-
 private:
     /// In something long: lets an end come about when that was last done some time ago.
     void let_end_now_and_then();
     /// The same within an exchange, where settings that take long are being taken over.
     void let_end_of_taking_over();
-    [[nodiscard]] bool unheard_for_long() const;
-    bool note_answer();
     void keep(BridgeStatus status);
     [[noreturn]] void end_with(const std::string& text, const std::string& advice);
     void acknowledge_missing(std::string_view label);
@@ -152,6 +131,7 @@ private:
     ProgramState& program_;
     ListBox& cmbDevice_;
     LinkState state_;
+    PowerWatch power_;
     std::chrono::nanoseconds looked_at_{0}; ///< when an end was last let come about
 };
 

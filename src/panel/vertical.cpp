@@ -107,7 +107,7 @@ bool Vertical::send_gain(int channel) {
     const std::array<std::int16_t, 2> gain = {channels_[0].gain, channels_[1].gain};
     // A choice sends its range only when that changes; what an instrument that was off has lost is
     // the set-up's to send.
-    const bool lost = acquisition_.scopestate == "startscope" && link_.may_have_been_off(silences_);
+    const bool lost = acquisition_.scopestate == "startscope" && link_.power().ranges_lost();
     if (!lost && gain[index] == acknowledged_gain_[index]) {
         return true;
     }
@@ -132,7 +132,6 @@ bool Vertical::send_gain(int channel) {
         return false;
     }
     acknowledged_gain_ = gain;
-    silences_ = link_.state().silences;
     return true;
 }
 

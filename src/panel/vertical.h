@@ -42,7 +42,7 @@ public:
 
     /// A volts-per-division entry was chosen; `channel` is 0 or 1. Tells the instrument both gain
     /// ranges when the channel's range differs from the one that it last acknowledged, and in a
-    /// set-up when it has been silent since.
+    /// set-up when it may have been off since.
     void vdiv_Click(int channel);
     void ch1vdiv_Click() { vdiv_Click(0); }
     void ch2vdiv_Click() { vdiv_Click(1); }
@@ -77,9 +77,6 @@ private:
     MessageBoxes& boxes_;
     /// The ranges that the instrument last acknowledged; 0 where a frame with another one was not.
     std::array<std::int16_t, 2> acknowledged_gain_ = {high_gain, high_gain};
-    /// `silences` of the link at that time. An instrument that was off since stands in the range
-    /// that it wakes with.
-    std::uint32_t silences_ = 0;
 };
 
 } // namespace kv408

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <chrono>
-
 #include "acquisition/block_sweep.h"
 #include "acquisition/point_pass.h"
 #include "acquisition/set_up_upload.h"
@@ -91,8 +89,6 @@ struct Parts {
 
     /// Those among the entries that are what the user does.
     int acts = 0;
-    /// When an entry last began or returned.
-    std::chrono::nanoseconds seen_at{0};
 
 private:
     void note_before_bridge();

@@ -40,14 +40,6 @@ private:
     int& count_;
 };
 
-/// True when nothing has entered the program for so long that the process was stopped, or the
-/// computer slept.
-bool held_up(const Parts& parts) {
-    // Nobody switches an instrument off and on again in less.
-    constexpr std::chrono::seconds shortest_power_off{2};
-    return parts.clock.now() - parts.seen_at >= shortest_power_off;
-}
-
 bool is_sweeping(const std::string& state) {
     return state == "scopech1f" || state == "scopech2f" || state == "scope";
 }
@@ -91,15 +83,15 @@ void Scope::enter(const std::function<void()>& entry) {
     if (ended()) {
         return;
     }
-    if (parts_->entries == 0 && held_up(*parts_) && is_sweeping(parts_->acquisition.scopestate)) {
-        // The instrument may have been off meanwhile, and what it has sent may be from before.
+    PowerWatch& power = parts_->link.power();
+    if (parts_->entries == 0 && is_sweeping(parts_->acquisition.scopestate) && power.was_away()) {
         parts_->acquisition.scopestate = "startscope";
     }
     const Entry entering(parts_->entries, parts_->program.given_up);
-    parts_->seen_at = parts_->clock.now();
+    power.note_entry();
     try {
         entry();
-        parts_->seen_at = parts_->clock.now();
+        power.note_entry();
     } catch (const ProgramEnded&) {
         // Unwound to here on purpose: the program has ended and the window asks ended().
         parts_->program.ended = true;

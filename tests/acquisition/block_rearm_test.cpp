@@ -130,7 +130,7 @@ TEST(BlockReply, AfterAShortReplyThatCannotBeReadTheBlockIsAskedForAgain) {
 
 TEST(BlockReply, OnlyAQueueThatStaysEmptyIsASilence) {
     ReplyRig rig;
-    rig.block.restart(); // asked for now
+    rig.link.power().note_request();
     rig.clock.advance(std::chrono::milliseconds(79));
     rig.look(); // too soon to tell
     rig.clock.advance(std::chrono::milliseconds(100));
@@ -139,16 +139,16 @@ TEST(BlockReply, OnlyAQueueThatStaysEmptyIsASilence) {
     rig.look(reply_ending(40, 26, 10));
     rig.clock.advance(std::chrono::milliseconds(100));
     rig.look();
-    EXPECT_EQ(rig.link.state().silences, 0U);
+    EXPECT_FALSE(rig.link.power().ranges_lost());
     rig.clock.advance(std::chrono::milliseconds(80));
     rig.look();
-    EXPECT_EQ(rig.link.state().silences, 1U);
+    EXPECT_TRUE(rig.link.power().ranges_lost());
 }
 
 TEST(BlockReply, AfterTwoSecondsOfSilenceTheFirstBytesBringASetUpInsteadOfATrace) {
     for (const std::size_t bytes : {2U, 1300U}) {
         ReplyRig rig;
-        rig.block.restart();
+        rig.link.power().note_request();
         rig.clock.advance(std::chrono::seconds(2));
         rig.look();
         rig.look(std::vector<int>(bytes, 8));

@@ -172,7 +172,7 @@ TEST(SetUpStep, InPointModeARefusedTimeBaseLetsThePassesRun) {
 
 TEST(SetUpStep, AFrameOfBothRangesThatIsNotAcknowledgedIsToldOnce) {
     SetUpRig rig;
-    rig.link.note_silence();
+    rig.link.power().note_silence();
     rig.bridge.on_frame = [&](const FakeBridge::Frame& frame) {
         if (frame.at(1) != 9 && frame.at(1) != 32) {
             rig.bridge.receive({6});
@@ -201,7 +201,7 @@ TEST(SetUpStep, ARefusedTriggerIsToldAndTheSweepStartsAllTheSame) {
 TEST(SetUpStep, StopDuringItsMessagesStaysAStop) {
     for (const std::int64_t silent : {9, 8, 27, 30, 35, 31}) {
         SetUpRig rig;
-        rig.link.note_silence(); // the ranges are sent too
+        rig.link.power().note_silence(); // the ranges are sent too
         rig.bridge.on_frame = [&](const FakeBridge::Frame& frame) {
             if (frame.at(1) != 32 && frame.at(1) != silent) {
                 rig.bridge.receive({6});

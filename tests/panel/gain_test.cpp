@@ -220,7 +220,7 @@ TEST(Gain, IsSentAgainWithTheSetUpAfterTheInstrumentWasSilent) {
     start_in_low_gain(rig);
     PanelRig::choose(rig.panel.channel[1].vdiv, "0.2V");
     EXPECT_TRUE(rig.bridge.frames().empty());
-    rig.link.note_silence();
+    rig.link.power().note_silence();
     PanelRig::choose(rig.panel.channel[1].vdiv, "0.1V");
     EXPECT_TRUE(rig.bridge.frames().empty());
     rig.acquisition.scopestate = "startscope";
