@@ -6,7 +6,6 @@
 #include "host/message_boxes.h"
 #include "host/shown_text.h"
 #include "link/device_link.h"
-#include "panel/controls.h"
 #include "state/program_state.h"
 
 namespace kv408 {
@@ -101,11 +100,10 @@ DoctorResult examine(Bridge& bridge, Clock& clock, std::ostream& out) {
     out << shown_lines(bridge.diagnosis()) << std::endl;
     TerminalBoxes boxes(out);
     ProgramState program;
-    ListBox devices("cmbDevice");
-    DeviceLink link(bridge, clock, boxes, program, devices);
+    DeviceLink link(bridge, clock, boxes, program);
     const Check check = open_and_check(link);
     link.close();
-    out << outcome_of(check, devices.text()) << '\n';
+    out << outcome_of(check, link.state().devices.serial()) << '\n';
     return check == Check::answers ? DoctorResult::answers : DoctorResult::no_answer;
 }
 

@@ -66,8 +66,17 @@ void DeviceLink::keep(BridgeStatus status) {
                                  std::numeric_limits<std::int16_t>::max()));
 }
 
+void DeviceLink::show_listing() const {
+    if (show_) {
+        show_(state_.devices);
+    }
+}
+
 bool DeviceLink::listdevices() {
-    cmbDevice_.set_entries({});
+    DeviceListing& devices = state_.devices;
+    devices.serials.clear();
+    devices.selected = -1;
+    show_listing();
     Dword count = 0;
     const BridgeStatus counted = bridge_.SI_GetNumDevices(count);
     keep(counted);
@@ -83,10 +92,9 @@ bool DeviceLink::listdevices() {
         let_end_now_and_then();
         serials.push_back(bytestostring(buffer));
     }
-    cmbDevice_.set_entries(std::move(serials));
-    if (state_.numdevices > 0) {
-        cmbDevice_.set_index(0);
-    }
+    devices.serials = std::move(serials);
+    devices.selected = devices.serials.empty() ? -1 : 0;
+    show_listing();
     return true;
 }
 
@@ -122,30 +130,35 @@ bool DeviceLink::select_and_open() {
                      .holds_sweep = true});
         return false;
     }
-    cmbDevice_.set_enabled(true);
+    DeviceListing& devices = state_.devices;
+    devices.selectable = true;
     state_.devfound = false;
     for (int index = 0; index < state_.numdevices; ++index) {
-        cmbDevice_.set_index(index);
-        const std::string serial = cmbDevice_.text();
+        devices.selected = index;
+        const std::string serial = devices.serial();
         state_.serialsuffix = serial.size() > 7 ? serial.substr(7, 7) : std::string();
         if (!is_instrument(serial)) {
             continue;
         }
+        show_listing();
         opendevice();
-        cmbDevice_.set_enabled(false);
+        devices.selectable = false;
+        show_listing();
         state_.devfound = true;
         return true;
     }
+    show_listing();
     end_with(not_found_text, "None of the attached devices has a serial number that begins with " +
                                  std::string(instrument_prefix) + ".");
 }
 
 void DeviceLink::opendevice() {
     Handle handle = nullptr;
-    const BridgeStatus status = bridge_.SI_Open(static_cast<Dword>(cmbDevice_.index()), handle);
+    const BridgeStatus status =
+        bridge_.SI_Open(static_cast<Dword>(state_.devices.selected), handle);
     keep(status);
     if (status != si_success) {
-        end_with("Error opening device: " + shown_line(cmbDevice_.text()) +
+        end_with("Error opening device: " + shown_line(state_.devices.serial()) +
                      ". Application is aborting. Reset hardware and try again.",
                  bridge_.trouble());
     }

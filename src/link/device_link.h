@@ -3,22 +3,37 @@
 #include <array>
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "host/clock.h"
 #include "host/message_boxes.h"
 #include "link/bridge.h"
 #include "link/commands.h"
 #include "link/power_watch.h"
-#include "panel/controls.h"
 #include "state/program_state.h"
 
 namespace kv408 {
 
+/// The attached devices as they were last listed.
+struct DeviceListing {
+    std::vector<std::string> serials; ///< serial numbers in the bridge's order, empty if unreadable
+    int selected = -1;      ///< index of the device that is looked at or open; -1 for none
+    bool selectable = true; ///< no instrument has been found among them yet
+
+    /// The serial number of the selected device; empty when none is.
+    [[nodiscard]] std::string serial() const {
+        return selected < 0 ? std::string() : serials.at(static_cast<std::size_t>(selected));
+    }
+};
+
 /// The link's state, one for the whole program.
 struct LinkState {
+    DeviceListing devices;
     Handle devhandle = nullptr;    ///< handle of the device; the value 1 before discovery
     std::int16_t commstatus = 0;   ///< status of the last bridge operation
     std::int16_t numdevices = 0;   ///< attached devices at the last listing
@@ -34,11 +49,9 @@ struct LinkState {
 /// program (ProgramEnded).
 class DeviceLink {
 public:
-    /// Talks through `bridge`; `cmbDevice` is the list of attached devices.
-    DeviceLink(Bridge& bridge, Clock& clock, MessageBoxes& boxes, ProgramState& program,
-               ListBox& cmbDevice)
-        : bridge_(bridge), clock_(clock), boxes_(boxes), program_(program), cmbDevice_(cmbDevice),
-          power_(clock) {}
+    /// Talks through `bridge`.
+    DeviceLink(Bridge& bridge, Clock& clock, MessageBoxes& boxes, ProgramState& program)
+        : bridge_(bridge), clock_(clock), boxes_(boxes), program_(program), power_(clock) {}
 
     /// The argument bytes of the next command, to be filled; those left alone go out as they are.
     [[nodiscard]] CommandArguments& cmdargs() { return state_.cmdargs; }
@@ -50,8 +63,11 @@ public:
     /// samples, every answer and every command that is not acknowledged.
     [[nodiscard]] PowerWatch& power() { return power_; }
 
-    /// Fills the device list with the serial numbers of all attached devices and selects the first.
-    /// False, with no selection, when the devices cannot be counted.
+    /// Sets what shows the listing, each time that it or the selection in it has changed.
+    void on_listing(std::function<void(const DeviceListing&)> show) { show_ = std::move(show); }
+
+    /// Lists the serial numbers of all attached devices and selects the first. False, with no
+    /// selection, when the devices cannot be counted.
     /// An end that is asked for meanwhile stops it.
     bool listdevices();
 
@@ -64,9 +80,6 @@ public:
 
     /// True when the last look found no device at all.
     [[nodiscard]] bool none_attached() const { return state_.numdevices < 1; }
-
-    /// Opens the device selected in the list; ends the program with a message when that fails.
-    void opendevice();
 
     /// Sets the link speed; a failure is told and ignored.
     void set_link_speed();
@@ -117,6 +130,9 @@ public:
     bool read(std::span<Byte> bytes);
 
 private:
+    void show_listing() const;
+    /// Opens the selected device; ends the program with a message when that fails.
+    void opendevice();
     /// In something long: lets an end come about when that was last done some time ago.
     void let_end_now_and_then();
     /// The same within an exchange, where settings that take long are being taken over.
@@ -129,8 +145,8 @@ private:
     Clock& clock_;
     MessageBoxes& boxes_;
     ProgramState& program_;
-    ListBox& cmbDevice_;
     LinkState state_;
+    std::function<void(const DeviceListing&)> show_;
     PowerWatch power_;
     std::chrono::nanoseconds looked_at_{0}; ///< when an end was last let come about
 };

@@ -13,6 +13,7 @@
 #include "acquisition/status.h"
 #include "host/ending.h"
 #include "link/device_link.h"
+#include "panel/device_list.h"
 #include "panel/front_panel.h"
 #include "panel/time_base.h"
 #include "panel/vertical.h"
@@ -32,6 +33,8 @@ using Texts = std::vector<std::string>;
 /// bridge; nothing is listed or opened yet.
 struct AcquisitionRig {
     AcquisitionRig() {
+        link.on_listing(
+            [this](const DeviceListing& devices) { show_devices(panel.device, devices); });
         for (int index = 0; index < 2; ++index) {
             ChannelControls& controls = panel.channel[static_cast<std::size_t>(index)];
             controls.vdiv.on_click([this, index] { vertical.vdiv_Click(index); });
@@ -103,7 +106,7 @@ struct AcquisitionRig {
     FrontPanel panel;
     EndingMessageBoxes ending_boxes{boxes, program};
     EndingWindowMessages ending_messages{messages, program};
-    DeviceLink link{bridge, clock, ending_boxes, program, panel.device};
+    DeviceLink link{bridge, clock, ending_boxes, program};
     Vertical vertical{panel, channels, acquisition, link, screen, ending_boxes};
     Trigger trigger_frame{panel,       trigger, channels, time_base_state,
                           acquisition, link,    clock,    ending_boxes};

@@ -113,7 +113,7 @@ struct EmptyReads : FakeBridge {
 TEST(SendCmdAck, AByteLeftFromAnEarlierAttemptIsNoAcknowledge) {
     LinkRig rig;
     EmptyReads bridge(rig.clock);
-    DeviceLink link(bridge, rig.clock, rig.boxes, rig.program, rig.device);
+    DeviceLink link(bridge, rig.clock, rig.boxes, rig.program);
     std::int16_t retries = 3;
     EXPECT_FALSE(link.sendcmdack(8, check_arguments, retries, 1000, "x"));
     EXPECT_EQ(bridge.reads, 3);

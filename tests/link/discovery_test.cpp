@@ -29,8 +29,8 @@ TEST(Discovery, OpensTheInstrumentAndLocksTheList) {
     EXPECT_TRUE(rig.link.state().devfound);
     EXPECT_TRUE(rig.link.state().open);
     EXPECT_EQ(rig.link.state().serialsuffix, "SERIAL1");
-    EXPECT_EQ(rig.device.text(), "lm4rxa0SERIAL1");
-    EXPECT_FALSE(rig.device.enabled());
+    EXPECT_EQ(rig.link.state().devices.serial(), "lm4rxa0SERIAL1");
+    EXPECT_FALSE(rig.link.state().devices.selectable);
     EXPECT_TRUE(rig.boxes.shown.empty());
 }
 
@@ -40,7 +40,7 @@ TEST(Discovery, TakesTheFirstThatMatches) {
     rig.link.finddevice();
     EXPECT_TRUE(rig.link.select_and_open());
     EXPECT_EQ(opened(rig), std::vector<std::int64_t>{2});
-    EXPECT_EQ(rig.device.index(), 2);
+    EXPECT_EQ(rig.link.state().devices.selected, 2);
     EXPECT_EQ(rig.link.state().serialsuffix, "FIRST01");
 }
 
@@ -55,7 +55,7 @@ TEST(Discovery, MatchesTheFirstSixCharactersExactly) {
         EXPECT_EQ(rig.boxes.texts(), Texts{no_match}) << serial;
         EXPECT_TRUE(opened(rig).empty()) << serial;
         EXPECT_FALSE(rig.link.state().devfound) << serial;
-        EXPECT_TRUE(rig.device.enabled()) << serial;
+        EXPECT_TRUE(rig.link.state().devices.selectable) << serial;
     }
 }
 
@@ -118,18 +118,50 @@ TEST(Discovery, ASerialNumberForgesNoLineOfAMessageAndStaysAsItIs) {
     EXPECT_EQ(rig.boxes.texts(),
               Texts{"Error opening device: lm4rxa\\x1b\\x0aDone.\\xff. Application is aborting. "
                     "Reset hardware and try again."});
-    EXPECT_EQ(rig.device.text(), serial);
+    EXPECT_EQ(rig.link.state().devices.serial(), serial);
     EXPECT_EQ(rig.link.state().serialsuffix, serial.substr(7, 7));
 }
 
-TEST(Discovery, OpenDeviceTakesTheSelectionOfTheList) {
+TEST(Discovery, EachStateOfTheListingIsShown) {
     LinkRig rig;
-    rig.bridge.serials = {"lm4rxa1FIRST01", "lm4rxa2SECOND2"};
+    struct Shown {
+        Texts serials;
+        int selected;
+        bool selectable;
+        bool operator==(const Shown&) const = default;
+    };
+    std::vector<Shown> shown;
+    rig.link.on_listing([&](const DeviceListing& devices) {
+        shown.push_back({devices.serials, devices.selected, devices.selectable});
+    });
+    rig.bridge.serials = {"other", "lm4rxa1FIRST01"};
     rig.link.finddevice();
-    rig.device.set_index(1);
-    rig.link.opendevice();
-    EXPECT_EQ(opened(rig), std::vector<std::int64_t>{1});
-    EXPECT_TRUE(rig.link.state().open);
+    const Shown empty = {{}, -1, true};
+    const Shown listed = {rig.bridge.serials, 0, true};
+    EXPECT_EQ(shown, (std::vector{empty, listed}));
+    shown.clear();
+    EXPECT_TRUE(rig.link.select_and_open());
+    const Shown chosen = {rig.bridge.serials, 1, true};
+    const Shown locked = {rig.bridge.serials, 1, false};
+    EXPECT_EQ(shown, (std::vector{chosen, locked}));
+    shown.clear();
+    rig.link.finddevice(); // as after Retry
+    EXPECT_EQ(shown, (std::vector{Shown{{}, -1, false}, Shown{rig.bridge.serials, 0, false}}));
+}
+
+TEST(Discovery, TheListingIsShownBeforeAMessageOfIt) {
+    LinkRig rig;
+    int selected = -2;
+    rig.link.on_listing([&](const DeviceListing& devices) { selected = devices.selected; });
+    rig.boxes.on_show = [&](const Message&) { EXPECT_EQ(selected, 1); };
+    rig.bridge.serials = {"other", "third"};
+    rig.link.finddevice();
+    EXPECT_THROW(rig.link.select_and_open(), ProgramEnded);
+    rig.bridge.serials = {"other", "lm4rxa1FIRST01"};
+    rig.bridge.status["SI_Open"] = 2;
+    rig.link.finddevice();
+    EXPECT_THROW(rig.link.select_and_open(), ProgramEnded);
+    EXPECT_EQ(rig.boxes.shown.size(), 2U);
 }
 
 TEST(Discovery, ADeviceUnpluggedBetweenListingAndOpeningEndsTheProgram) {
@@ -147,7 +179,7 @@ TEST(Discovery, DevicesThatWentBeforeTheirSerialNumberWasReadAreNoMatch) {
     rig.bridge.serials = {};
     rig.bridge.extra_devices = 2;
     rig.link.finddevice();
-    EXPECT_EQ(rig.device.entries(), (Texts{"", ""}));
+    EXPECT_EQ(rig.link.state().devices.serials, (Texts{"", ""}));
     EXPECT_THROW(rig.link.select_and_open(), ProgramEnded);
     EXPECT_EQ(rig.boxes.texts(), Texts{no_match});
 }

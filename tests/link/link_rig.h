@@ -10,14 +10,13 @@
 
 namespace kv408 {
 
-/// The link over a fake bridge, with the list of devices that it fills.
+/// The link over a fake bridge.
 struct LinkRig {
     VirtualClock clock;
     FakeBridge bridge{clock};
     FakeMessageBoxes boxes;
     ProgramState program;
-    ListBox device{"cmbDevice"};
-    DeviceLink link{bridge, clock, boxes, program, device};
+    DeviceLink link{bridge, clock, boxes, program};
 
     /// Finds and opens the one attached instrument; what that took is forgotten.
     void open() {

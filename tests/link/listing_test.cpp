@@ -32,15 +32,15 @@ TEST(ByteString, EndsAtAZeroOr256Characters) {
     EXPECT_EQ(bytestostring(any), "\x01\x0A\xFF\x80");
 }
 
-TEST(ListDevices, FillsTheListInTheLibrarysOrderAndSelectsTheFirst) {
+TEST(ListDevices, ListsInTheLibrarysOrderAndSelectsTheFirst) {
     LinkRig rig;
     rig.bridge.serials = {"other", "lm4rxa0SERIAL1", "third"};
     EXPECT_TRUE(rig.link.listdevices());
     EXPECT_EQ(rig.bridge.timeline(),
               (Texts{"SI_GetNumDevices @0", "SI_GetProductString 0 0 @0",
                      "SI_GetProductString 1 0 @0", "SI_GetProductString 2 0 @0"}));
-    EXPECT_EQ(rig.device.entries(), (Texts{"other", "lm4rxa0SERIAL1", "third"}));
-    EXPECT_EQ(rig.device.index(), 0);
+    EXPECT_EQ(rig.link.state().devices.serials, (Texts{"other", "lm4rxa0SERIAL1", "third"}));
+    EXPECT_EQ(rig.link.state().devices.selected, 0);
     EXPECT_EQ(rig.link.state().numdevices, 3);
 }
 
@@ -48,7 +48,7 @@ TEST(ListDevices, ALongListingStopsForAnEnd) {
     LinkRig rig;
     SlowBridge bridge(rig.clock);
     bridge.serials.assign(10000, "foreign");
-    DeviceLink link(bridge, rig.clock, rig.boxes, rig.program, rig.device);
+    DeviceLink link(bridge, rig.clock, rig.boxes, rig.program);
     rig.program.let_end = [&] {
         if (rig.clock.now() >= std::chrono::seconds(1)) {
             end_program(rig.program);
@@ -62,19 +62,18 @@ TEST(ListDevices, ReplacesAnEarlierListing) {
     LinkRig rig;
     rig.bridge.serials = {"a", "b", "c"};
     rig.link.listdevices();
-    rig.device.set_index(2);
     rig.bridge.serials = {"d"};
     EXPECT_TRUE(rig.link.listdevices());
-    EXPECT_EQ(rig.device.entries(), Texts{"d"});
-    EXPECT_EQ(rig.device.index(), 0);
+    EXPECT_EQ(rig.link.state().devices.serials, Texts{"d"});
+    EXPECT_EQ(rig.link.state().devices.selected, 0);
 }
 
 TEST(ListDevices, WithNothingAttachedTheListIsEmpty) {
     LinkRig rig;
     rig.bridge.serials = {};
     EXPECT_TRUE(rig.link.listdevices());
-    EXPECT_TRUE(rig.device.entries().empty());
-    EXPECT_EQ(rig.device.index(), -1);
+    EXPECT_TRUE(rig.link.state().devices.serials.empty());
+    EXPECT_EQ(rig.link.state().devices.selected, -1);
     EXPECT_EQ(rig.link.state().numdevices, 0);
 }
 
@@ -85,8 +84,8 @@ TEST(ListDevices, FailsWithoutASelectionWhenTheDevicesCannotBeCounted) {
         rig.bridge.calls.clear();
         rig.bridge.status["SI_GetNumDevices"] = failure;
         EXPECT_FALSE(rig.link.listdevices()) << failure;
-        EXPECT_EQ(rig.device.index(), -1) << failure;
-        EXPECT_TRUE(rig.device.entries().empty()) << failure;
+        EXPECT_EQ(rig.link.state().devices.selected, -1) << failure;
+        EXPECT_TRUE(rig.link.state().devices.serials.empty()) << failure;
         EXPECT_EQ(rig.bridge.calls.size(), 1U) << failure;
         EXPECT_TRUE(rig.boxes.shown.empty()) << failure;
     }
@@ -100,7 +99,7 @@ TEST(ListDevices, SerialNumbersOfAnyBytesAreListed) {
     }
     rig.bridge.serials = {"", every_byte + "!", std::string(400, 'q'), "\t\r\n\x1b[2J", "lm4rxa"};
     EXPECT_TRUE(rig.link.listdevices());
-    EXPECT_EQ(rig.device.entries(),
+    EXPECT_EQ(rig.link.state().devices.serials,
               (Texts{"", every_byte + "!", std::string(256, 'q'), "\t\r\n\x1b[2J", "lm4rxa"}));
 }
 
@@ -109,7 +108,7 @@ TEST(ListDevices, ADeviceWhoseSerialNumberCannotBeReadKeepsItsPlace) {
     rig.bridge.serials = {"a", "b"};
     rig.bridge.status["SI_GetProductString"] = 5;
     EXPECT_TRUE(rig.link.listdevices());
-    EXPECT_EQ(rig.device.entries(), (Texts{"", ""}));
+    EXPECT_EQ(rig.link.state().devices.serials, (Texts{"", ""}));
     EXPECT_EQ(rig.link.state().commstatus, 5);
 }
 
@@ -118,7 +117,7 @@ TEST(ListDevices, ACountBeyond16BitsStaysPositive) {
     rig.bridge.extra_devices = 65535;
     EXPECT_TRUE(rig.link.listdevices());
     EXPECT_EQ(rig.link.state().numdevices, 32767);
-    EXPECT_EQ(rig.device.entries().size(), 32767U);
+    EXPECT_EQ(rig.link.state().devices.serials.size(), 32767U);
     rig.bridge.extra_devices = 0x80000000U;
     EXPECT_TRUE(rig.link.listdevices());
     EXPECT_EQ(rig.link.state().numdevices, 32767);
@@ -128,7 +127,7 @@ TEST(FindDevice, ForgetsTheHandleAndLists) {
     LinkRig rig;
     rig.link.finddevice();
     EXPECT_EQ(reinterpret_cast<std::uintptr_t>(rig.link.state().devhandle), 1U);
-    EXPECT_EQ(rig.device.entries(), Texts{"lm4rxa0SERIAL1"});
+    EXPECT_EQ(rig.link.state().devices.serials, Texts{"lm4rxa0SERIAL1"});
     EXPECT_TRUE(rig.boxes.shown.empty());
 }
 

@@ -6,6 +6,7 @@
 
 #include "link/device_link.h"
 #include "panel/adjust.h"
+#include "panel/device_list.h"
 #include "panel/display_controls.h"
 #include "panel/front_panel.h"
 #include "panel/time_base.h"
@@ -25,6 +26,8 @@ using Texts = std::vector<std::string>;
 /// every frame.
 struct PanelRig {
     PanelRig() {
+        link.on_listing(
+            [this](const DeviceListing& devices) { show_devices(panel.device, devices); });
         for (int index = 0; index < 2; ++index) {
             ChannelControls& controls = panel.channel[static_cast<std::size_t>(index)];
             controls.vdiv.on_click([this, index] { vertical.vdiv_Click(index); });
@@ -103,7 +106,7 @@ struct PanelRig {
     TriggerState trigger_state;
     CursorState cursors;
     FrontPanel panel;
-    DeviceLink link{bridge, clock, boxes, program, panel.device};
+    DeviceLink link{bridge, clock, boxes, program};
     Vertical vertical{panel, channels, acquisition, link, screen, boxes};
     Trigger trigger{panel,       trigger_state, channels, time_base_state,
                     acquisition, link,          clock,    boxes};

@@ -262,8 +262,7 @@ TEST_F(SerialProgram, AMissingAndAWrongAcknowledgeAreTold) {
     plug();
     FakeMessageBoxes boxes;
     ProgramState state;
-    ListBox devices("cmbDevice");
-    DeviceLink link(*bridge_, clock_, boxes, state, devices);
+    DeviceLink link(*bridge_, clock_, boxes, state);
     link.finddevice();
     ASSERT_TRUE(link.select_and_open());
     link.set_link_speed();
