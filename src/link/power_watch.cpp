@@ -59,7 +59,8 @@ bool PowerWatch::is_back() {
     if (std::exchange(judged_, true)) {
         return false;
     }
-    ranges_doubtful_ = ranges_doubtful_ || std::exchange(unanswered_, false);
+    ranges_doubtful_ = ranges_doubtful_ || unanswered_;
+    unanswered_ = false;
     return back_.take(std::exchange(late_, false));
 }
 

@@ -117,7 +117,9 @@ TEST(PowerWatch, ALongSilenceBringsOneSetUp) {
     Watched watched;
     watched.ask_in_vain(seconds(2));
     EXPECT_TRUE(watched.reply());
+    EXPECT_TRUE(watched.power.ranges_lost()) << "the set-up is to send them";
     watched.set_up();
+    EXPECT_FALSE(watched.power.ranges_lost());
     for (int reply = 0; reply < 5; ++reply) {
         EXPECT_FALSE(watched.reply());
     }
