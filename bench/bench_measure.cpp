@@ -17,6 +17,7 @@
 #include "measure/sweep_pass.h"
 #include "ratio_reporter.h"
 #include "support/plain_measurement.h"
+#include "support/sweep_of.h"
 
 namespace {
 
@@ -28,7 +29,7 @@ constexpr double samplerate = 64.0 / 20e-9; // 20ns/div
 enum class Signal { sine, square, noise };
 
 /// Sweeps of `signal` with noise of one code, as they follow each other.
-std::vector<Samples> make_sweeps(Signal signal) {
+std::vector<Samples> make_samples(Signal signal) {
     std::mt19937 random(408);
     std::normal_distribution<double> gaussian;
     std::vector<Samples> sweeps(16);
@@ -51,19 +52,22 @@ std::vector<Samples> make_sweeps(Signal signal) {
     return sweeps;
 }
 
-/// Runs `measure(samples, state)` over the sweeps of `signal`, one an iteration.
+/// Runs `measure(sweep, samples, state)` over the sweeps of `signal`, one an iteration.
 template <typename Measure>
 void measure_each(benchmark::State& state, Signal signal, const Measure& measure) {
-    const std::vector<Samples> sweeps = make_sweeps(signal);
+    const std::vector<Samples> samples = make_samples(signal);
+    std::vector<Sweep> sweeps;
+    std::transform(samples.begin(), samples.end(), std::back_inserter(sweeps),
+                   [](const Samples& columns) { return sweep_of(columns, samplerate); });
     MeasurementState results;
     for (int settling = 0; settling < 3; ++settling) {
-        measure_sweeps(sweeps.front(), samplerate, results);
+        measure_sweep(sweeps.front(), results);
     }
     std::vector<double> seconds;
     std::size_t next = 0;
     for (auto _ : state) {
         const auto start = std::chrono::steady_clock::now();
-        measure(sweeps[next], results);
+        measure(sweeps[next], samples[next], results);
         benchmark::ClobberMemory();
         const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
         state.SetIterationTime(taken.count());
@@ -77,30 +81,34 @@ void measure_each(benchmark::State& state, Signal signal, const Measure& measure
 
 /// The engine: everything, and its pass over the columns alone.
 void engine(benchmark::State& state, Signal signal) {
-    measure_each(state, signal, [](const Samples& samples, MeasurementState& results) {
-        measure_sweeps(samples, samplerate, results);
+    measure_each(state, signal, [](const Sweep& sweep, const Samples&, MeasurementState& results) {
+        measure_sweep(sweep, results);
     });
 }
 
 void engine_pass(benchmark::State& state, Signal signal) {
-    measure_each(state, signal, [](const Samples& samples, MeasurementState& results) {
-        auto findings = pass_over(samples, results.measresults);
-        benchmark::DoNotOptimize(findings);
+    measure_each(state, signal, [](const Sweep& sweep, const Samples&, MeasurementState& results) {
+        for (std::size_t channel = 0; channel < sweep.channel.size(); ++channel) {
+            auto found = pass_over(sweep.channel[channel]->columns, results.measresults[channel]);
+            benchmark::DoNotOptimize(found);
+        }
     });
 }
 
 /// The plain reading of both.
 void plain(benchmark::State& state, Signal signal) {
-    measure_each(state, signal, [](const Samples& samples, MeasurementState& results) {
-        plain_measure_sweeps(samples, samplerate, results);
-    });
+    measure_each(state, signal,
+                 [](const Sweep&, const Samples& samples, MeasurementState& results) {
+                     plain_measure_sweeps(samples, samplerate, results);
+                 });
 }
 
 void plain_pass_alone(benchmark::State& state, Signal signal) {
-    measure_each(state, signal, [](const Samples& samples, MeasurementState& results) {
-        auto channels = plain_pass(samples, results.measresults);
-        benchmark::DoNotOptimize(channels);
-    });
+    measure_each(state, signal,
+                 [](const Sweep&, const Samples& samples, MeasurementState& results) {
+                     auto channels = plain_pass(samples, results.measresults);
+                     benchmark::DoNotOptimize(channels);
+                 });
 }
 
 struct Subject {

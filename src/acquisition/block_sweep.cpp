@@ -1,10 +1,8 @@
 #include "acquisition/block_sweep.h"
 
-#include <cassert>
 #include <chrono>
 #include <span>
 
-#include "acquisition/sample_conversion.h"
 #include "acquisition/set_up_upload.h"
 #include "acquisition/status.h"
 
@@ -44,36 +42,43 @@ void BlockSweep::take_block(int channel) {
         rearm(channel);
         return;
     }
-    convert_block(channel);
-    screen_.movepersistance();
-    const std::size_t other = channel == 1 ? 1 : 0;
-    if (panel_.channel[other].enable.checked()) {
+    const auto index = static_cast<std::size_t>(channel - 1);
+    Sweeps::Parts parts;
+    parts.at(index) = convert_block(index);
+    if (panel_.channel.at(1 - index).enable.checked()) {
         acquisition_.scopestate = channel == 1 ? "scopech2f" : "scopech1f";
     }
-    acquisition_.ready[static_cast<std::size_t>(channel - 1)] = true;
-    acquisition_.fresh[static_cast<std::size_t>(channel - 1)] = true;
+    acquisition_.ready.at(index) = true;
+    acquisition_.fresh.at(index) = true;
     acquisition_.data.take_sweep(clock_.now());
-    rearm(channel);
+    ask_for_next(channel);
+    sweeps_.finish(SweepMode::block, clock_.time_of_day(), parts, set_up_.on());
 }
 
-void BlockSweep::convert_block(int channel) {
-    const auto index = static_cast<std::size_t>(channel - 1);
-    const bool inverted = panel_.channel[index].invert.checked();
+std::shared_ptr<const ChannelSweep> BlockSweep::convert_block(std::size_t channel) {
+    auto sweep = std::make_shared<ChannelSweep>(set_up_.begin(channel));
+    std::array<Sample, npoints> points = {};
+    for (std::size_t pair = 0; pair < points.size(); ++pair) {
+        const std::int16_t word =
+            sample_word(rxbuffer_.at(2 * pair), rxbuffer_.at(2 * pair + 1), block_high_byte_limit);
+        points[pair] = add_point(*sweep, sweep->conversion, word);
+    }
     double stretchpos = 1.0;
-    std::size_t byte = 0;
+    std::size_t pair = 0;
     for (int point = 1; point <= npoints; ++point) {
-        assert(byte + 1 < block_bytes);
-        lastword_ = sample_word(rxbuffer_[byte], rxbuffer_[byte + 1], block_high_byte_limit);
-        store_sample(samples_[index], channels_[index], inverted, static_cast<std::size_t>(point),
-                     lastword_);
-        screen_.refresh(channel - 1, point);
-        stretchpos += time_base_.hstretch;
-        byte += 2;
+        lastword_ = sweep->codes.at(pair);
+        store_sample(samples_.at(channel), static_cast<std::size_t>(point), points.at(pair));
+        screen_.refresh(static_cast<int>(channel), point);
+        stretchpos += set_up_.time_base.hstretch;
+        ++pair;
         if (stretchpos - 1.0 > point) {
-            stretchpos -= time_base_.hstretch;
-            byte -= 2;
+            stretchpos -= set_up_.time_base.hstretch;
+            --pair;
         }
     }
+    sweep->columns = samples_.at(channel);
+    sweep->whole = true;
+    return sweep;
 }
 
 void BlockSweep::take_short_reply(int channel, std::uint32_t count) {
@@ -91,6 +96,11 @@ void BlockSweep::take_short_reply(int channel, std::uint32_t count) {
 }
 
 void BlockSweep::rearm(int channel) {
+    ask_for_next(channel);
+    measuring_.makemeasurement();
+}
+
+void BlockSweep::ask_for_next(int channel) {
     clock_.sleep(std::chrono::milliseconds(1));
     link_.flush();
     int next = channel;
@@ -102,7 +112,6 @@ void BlockSweep::rearm(int channel) {
     fill_sweep(link_.cmdargs(), sweep_request(panel_, next));
     link_.sendcommand(command::start_sweep, link_.cmdargs());
     restart();
-    measuring_.makemeasurement();
 }
 
 } // namespace kv408

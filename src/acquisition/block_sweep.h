@@ -2,8 +2,9 @@
 
 #include <array>
 #include <cstdint>
-#include <functional>
+#include <memory>
 
+#include "acquisition/sweep_making.h"
 #include "host/clock.h"
 #include "link/device_link.h"
 #include "panel/front_panel.h"
@@ -12,6 +13,7 @@
 #include "state/acquisition_state.h"
 #include "state/channel_state.h"
 #include "state/samples.h"
+#include "state/sweeps.h"
 #include "state/time_base_state.h"
 
 namespace kv408 {
@@ -20,14 +22,17 @@ namespace kv408 {
 class BlockSweep {
 public:
     BlockSweep(FrontPanel& panel, AcquisitionState& acquisition, const TimeBaseState& time_base,
-               const Channels& channels, Samples& samples, DeviceLink& link, Clock& clock,
-               Screen& screen, Measuring& measuring)
-        : panel_(panel), acquisition_(acquisition), time_base_(time_base), channels_(channels),
-          samples_(samples), link_(link), clock_(clock), screen_(screen), measuring_(measuring) {}
+               const Channels& channels, Samples& samples, Sweeps& sweeps, DeviceLink& link,
+               Clock& clock, Screen& screen, Measuring& measuring)
+        : panel_(panel),
+          acquisition_(acquisition), set_up_{panel, acquisition, time_base, channels},
+          samples_(samples), sweeps_(sweeps), link_(link), clock_(clock), screen_(screen),
+          measuring_(measuring) {}
 
     /// Looks once for the reply of `channel` (1 or 2): takes a whole block, notices the waiting
-    /// word, or looks again on the next call; then asks for the next block and measures. The reply
-    /// of an instrument that is back brings a new set-up instead.
+    /// word, or looks again on the next call; then asks for the next block, and announces the sweep
+    /// that has come, or measures the last one once more. The reply of an instrument that is back
+    /// brings a new set-up instead.
     void sdisplaych(int channel);
 
     /// Forgets what was seen of a reply; a new sweep has been asked for.
@@ -38,15 +43,18 @@ public:
 
 private:
     void take_block(int channel);
-    void convert_block(int channel);
+    /// Takes the block into the samples of channel index `channel`; the result is its sweep.
+    [[nodiscard]] std::shared_ptr<const ChannelSweep> convert_block(std::size_t channel);
     void take_short_reply(int channel, std::uint32_t count);
     void rearm(int channel);
+    /// Asks for the block after that of `channel`.
+    void ask_for_next(int channel);
 
     FrontPanel& panel_;
     AcquisitionState& acquisition_;
-    const TimeBaseState& time_base_;
-    const Channels& channels_;
+    SweepSetUp set_up_;
     Samples& samples_;
+    Sweeps& sweeps_;
     DeviceLink& link_;
     Clock& clock_;
     Screen& screen_;

@@ -3,7 +3,6 @@
 #include <array>
 
 #include "acquisition/point_delay.h"
-#include "acquisition/sample_conversion.h"
 #include "acquisition/status.h"
 
 namespace kv408 {
@@ -12,39 +11,19 @@ namespace {
 constexpr int points_a_pass = DataWatch::points_a_pass;
 constexpr const char* pass_state = "scope";
 
-/// What one channel's samples are taken with.
-struct Conversion {
-    bool inverted;
-    double atten;
-    double vtfactor;
-    std::int16_t swoffset;
-
-    friend bool operator==(const Conversion&, const Conversion&) = default;
-};
-
-/// What both channels' samples are taken with now.
-std::array<Conversion, 2> conversions(const FrontPanel& panel, const Channels& channels) {
-    std::array<Conversion, 2> result = {};
-    for (std::size_t index = 0; index < result.size(); ++index) {
-        const ChannelState& channel = channels[index];
-        result[index] = {panel.channel[index].invert.checked(), channel.atten, channel.vtfactor,
-                         channel.swoffset};
-    }
-    return result;
-}
-
 } // namespace
 
 void PointPass::sdisplay1ghzt() {
-    const std::array<bool, 2> enabled = {panel_.channel[0].enable.checked(),
-                                         panel_.channel[1].enable.checked()};
+    const std::array<bool, 2> enabled = set_up_.on();
     const bool both = enabled[0] && enabled[1];
     const auto start = clock_.now();
     link_.flush();
     if (!enabled[0] && !enabled[1]) {
         return;
     }
-    const auto before = conversions(panel_, channels_);
+    for (std::size_t channel = 0; channel < making_.size(); ++channel) {
+        making_.at(channel) = set_up_.begin(channel);
+    }
     acquisition_.data.begin_pass(start);
     const std::uint32_t step = acquisition_.steps;
     int index = 1;
@@ -78,11 +57,24 @@ void PointPass::sdisplay1ghzt() {
             acquisition_.ready[enabled[0] ? 0 : 1] = true;
         }
     }
-    if (index > points_a_pass && conversions(panel_, channels_) == before) {
+    end(enabled, index > points_a_pass);
+}
+
+void PointPass::end(const std::array<bool, 2>& enabled, bool whole) {
+    if (whole && making_[ch1].conversion == set_up_.conversion(ch1) &&
+        making_[ch2].conversion == set_up_.conversion(ch2)) {
         acquisition_.fresh = enabled;
     }
-    screen_.movepersistance();
-    measuring_.makemeasurement();
+    Sweeps::Parts parts;
+    for (std::size_t channel = 0; channel < parts.size(); ++channel) {
+        if (enabled.at(channel)) {
+            making_.at(channel).columns = samples_.at(channel);
+            making_.at(channel).whole = whole;
+            parts.at(channel) =
+                std::make_shared<const ChannelSweep>(std::move(making_.at(channel)));
+        }
+    }
+    sweeps_.finish(SweepMode::point, clock_.time_of_day(), parts, enabled);
 }
 
 void PointPass::end_without_point(Outcome outcome) {
@@ -94,9 +86,9 @@ void PointPass::end_without_point(Outcome outcome) {
 }
 
 PointPass::Outcome PointPass::take_point(int index, const std::array<bool, 2>& enabled) {
-    const PointDelay delay = point_delay(index, time_base_.tbresolution);
-    for (int channel = 1; channel <= 2; ++channel) {
-        if (!enabled[static_cast<std::size_t>(channel - 1)]) {
+    const PointDelay delay = point_delay(index, set_up_.time_base.tbresolution);
+    for (std::size_t channel = 0; channel < enabled.size(); ++channel) {
+        if (!enabled.at(channel)) {
             continue;
         }
         const Outcome outcome = fetch(channel, index, delay);
@@ -107,8 +99,8 @@ PointPass::Outcome PointPass::take_point(int index, const std::array<bool, 2>& e
     return Outcome::taken;
 }
 
-PointPass::Outcome PointPass::fetch(int channel, int index, const PointDelay& delay) {
-    fill_sample(link_.cmdargs(), delay, channel);
+PointPass::Outcome PointPass::fetch(std::size_t channel, int index, const PointDelay& delay) {
+    fill_sample(link_.cmdargs(), delay, static_cast<int>(channel) + 1);
     link_.sendcommand(command::fetch_sample, link_.cmdargs());
     std::array<Byte, 2> reply = {};
     if (!link_.read(reply)) {
@@ -120,9 +112,8 @@ PointPass::Outcome PointPass::fetch(int channel, int index, const PointDelay& de
         return Outcome::failed;
     }
     const std::int16_t word = sample_word(reply[0], reply[1], point_high_byte_limit);
-    const auto place = static_cast<std::size_t>(channel - 1);
-    store_sample(samples_[place], channels_[place], panel_.channel[place].invert.checked(),
-                 static_cast<std::size_t>(index), word);
+    store_sample(samples_.at(channel), static_cast<std::size_t>(index),
+                 add_point(making_.at(channel), set_up_.conversion(channel), word));
     return word == point_waiting_word ? Outcome::waiting : Outcome::taken;
 }
 

@@ -6,16 +6,26 @@
 
 namespace kv408 {
 
-void store_sample(SampleBuffer& samples, const ChannelState& channel, bool inverted,
-                  std::size_t index, std::int16_t word) {
-    assert(index < samples.mv.size());
+Conversion conversion_of(const ChannelState& channel, bool inverted) {
+    return {.inverted = inverted,
+            .atten = channel.atten,
+            .vtfactor = channel.vtfactor,
+            .swoffset = channel.swoffset};
+}
+
+Sample converted(const Conversion& conversion, std::int16_t word) {
     constexpr int full_scale = 4096;
-    const int corrected = channel.swoffset + word;
+    const int corrected = conversion.swoffset + word;
     const auto code = static_cast<std::uint16_t>(
-        std::clamp(inverted ? full_scale - corrected : corrected, 0,
+        std::clamp(conversion.inverted ? full_scale - corrected : corrected, 0,
                    static_cast<int>(std::numeric_limits<std::uint16_t>::max())));
-    samples.raw[index] = code;
-    samples.mv[index] = (code - zero_volt_code) * channel.atten * channel.vtfactor;
+    return {code, (code - zero_volt_code) * conversion.atten * conversion.vtfactor};
+}
+
+void store_sample(SampleBuffer& samples, std::size_t index, const Sample& sample) {
+    assert(index < samples.mv.size());
+    samples.raw[index] = sample.code;
+    samples.mv[index] = sample.mv;
 }
 
 } // namespace kv408

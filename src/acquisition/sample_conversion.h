@@ -6,6 +6,7 @@
 #include "link/bridge.h"
 #include "state/channel_state.h"
 #include "state/samples.h"
+#include "state/sweep.h"
 
 namespace kv408 {
 
@@ -23,10 +24,20 @@ inline constexpr std::int16_t point_waiting_word = 4106;
     return static_cast<std::int16_t>((high > limit ? limit : high) * 256 + low);
 }
 
-/// Puts the reply word `word` into point `index` of a channel: as a code with the channel's code
-/// correction, upside down when `inverted`, and as millivolts. A code that the correction or the
-/// inversion takes out of the unsigned 16-bit range stops at its end. `index` 0..650.
-void store_sample(SampleBuffer& samples, const ChannelState& channel, bool inverted,
-                  std::size_t index, std::int16_t word);
+/// A sample as the buffers hold it.
+struct Sample {
+    std::uint16_t code; ///< after correction and inversion
+    double mv;          ///< at the input
+};
+
+/// How the codes of `channel` are converted now.
+[[nodiscard]] Conversion conversion_of(const ChannelState& channel, bool inverted);
+
+/// The sample that the reply word `word` stands for. A code that the correction or the inversion
+/// takes out of the unsigned 16-bit range stops at its end.
+[[nodiscard]] Sample converted(const Conversion& conversion, std::int16_t word);
+
+/// Puts `sample` into point `index`, 0..650, of a channel.
+void store_sample(SampleBuffer& samples, std::size_t index, const Sample& sample);
 
 } // namespace kv408

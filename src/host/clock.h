@@ -27,6 +27,9 @@ public:
 
     /// The local date and time of day.
     [[nodiscard]] virtual LocalTime local_time() const = 0;
+
+    /// The same moment as the system counts it, with the part of a second.
+    [[nodiscard]] virtual std::chrono::system_clock::time_point time_of_day() const = 0;
 };
 
 } // namespace kv408

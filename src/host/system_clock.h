@@ -11,6 +11,9 @@ public:
     [[nodiscard]] std::chrono::nanoseconds now() const override;
     void sleep(std::chrono::nanoseconds duration) override;
     [[nodiscard]] LocalTime local_time() const override;
+    [[nodiscard]] std::chrono::system_clock::time_point time_of_day() const override {
+        return std::chrono::system_clock::now();
+    }
 };
 
 } // namespace kv408

@@ -35,22 +35,16 @@ void place_annotations(const SweepFindings& found, const MeasurementRecord& reco
 
 } // namespace
 
-void measure_sweeps(const Samples& samples, double samplerate, MeasurementState& state) {
-    const auto findings = pass_over(samples, state.measresults);
-    for (std::size_t channel = 0; channel < findings.size(); ++channel) {
-        const SweepFindings& found = findings[channel];
+void measure_sweep(const Sweep& sweep, MeasurementState& state) {
+    for (std::size_t channel = 0; channel < sweep.channel.size(); ++channel) {
+        const ChannelSweep& taken = *sweep.channel[channel];
         MeasurementRecord& record = state.measresults[channel];
+        const SweepFindings found = pass_over(taken.columns, record);
         take_levels(found, record);
         calcpulsetimes(state, static_cast<int>(channel) + 1, found.crossings.found(),
                        found.rises.found(), found.falls.found());
-        formatmeasvals(state.meastexts[channel], record, samplerate);
+        formatmeasvals(state.meastexts[channel], record, taken.columns_per_second);
         place_annotations(found, record, state.annotations[channel]);
-    }
-}
-
-void MeasurementEngine::makemeasurement() {
-    if (panel_.check1.checked()) {
-        measure_sweeps(samples_, time_base_.samplerate, state_);
     }
 }
 

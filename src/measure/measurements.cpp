@@ -5,6 +5,7 @@
 #include <string>
 
 #include "measure/annotation_geometry.h"
+#include "measure/engine.h"
 #include "measure/measurement_rows.h"
 #include "measure/measurement_texts.h"
 
@@ -29,6 +30,12 @@ MarkKind mark_kind(const MeasurementRow* row, std::string_view text) {
 }
 
 } // namespace
+
+void Measurements::makemeasurement() {
+    if (panel_.check1.checked()) {
+        measure_sweep(*data_.sweeps.last(), data_.state);
+    }
+}
 
 void Measurements::showmeasurements() {
     if (!panel_.check1.checked()) {
@@ -77,13 +84,14 @@ void Measurements::take_marks(std::size_t slot) {
     }
     for (std::size_t channel = 0; channel < data_.channels.size(); ++channel) {
         const AnnotationPlaces& places = data_.state.annotations[channel];
+        const SampleBuffer& columns = data_.sweeps.last()->channel[channel]->columns;
         const std::array<double, 2> ends = {places.start[row->mark_field],
                                             places.end[row->mark_field]};
         for (std::size_t end = 0; end < ends.size(); ++end) {
             data_.marks.mark[channel][end] =
                 row->unit == MeasurementUnit::volt
                     ? annolevelline(data_.channels[channel], ends[end])
-                    : annomarkrect(data_.channels[channel], data_.samples[channel], ends[end]);
+                    : annomarkrect(data_.channels[channel], columns, ends[end]);
         }
     }
 }

@@ -1,9 +1,11 @@
 #pragma once
 
-#include "measure/engine.h"
+#include "panel/front_panel.h"
 #include "panel/measuring.h"
 #include "panel/screen.h"
 #include "state/channel_state.h"
+#include "state/measurement_state.h"
+#include "state/sweeps.h"
 
 namespace kv408 {
 
@@ -13,18 +15,17 @@ class Measurements : public Measuring {
 public:
     /// What the measurements are made from, and what they leave behind.
     struct Data {
-        const Samples& samples;
+        const Sweeps& sweeps;
         const Channels& channels;
-        const TimeBaseState& time_base;
         MeasurementState& state;
         AnnotationMarks& marks;
     };
 
     Measurements(FrontPanel& panel, const Data& data, Screen& screen)
-        : panel_(panel), data_(data), screen_(screen),
-          engine_(panel, data.samples, data.time_base, data.state) {}
+        : panel_(panel), data_(data), screen_(screen) {}
 
-    void makemeasurement() override { engine_.makemeasurement(); }
+    /// Measures the last finished sweep; changes nothing while `Check1` is not checked.
+    void makemeasurement() override;
 
     /// Shows name and results of each slot, and takes the marks of the annotated one for the
     /// picture; hides the panel while `Check1` is not checked. A slot set to "---" shows an empty
@@ -57,7 +58,6 @@ private:
     FrontPanel& panel_;
     Data data_;
     Screen& screen_;
-    MeasurementEngine engine_;
 };
 
 } // namespace kv408

@@ -4,7 +4,6 @@
 #include <cmath>
 #include <cstdint>
 #include <functional>
-#include <limits>
 
 namespace kv408 {
 namespace {
@@ -152,25 +151,11 @@ public:
 
     /// Looks for crossings and edges between two columns.
     void look(const Step& step) {
-        // Nothing can happen while the signal stays strictly between two neighbouring thresholds.
-        if (step.now > quiet_above_ && step.now < quiet_below_) {
-            return;
-        }
-        const std::size_t crossings_before = crossings_.count();
-        if (crossings_before < most_crossings) {
+        if (crossings_.count() < most_crossings) {
             look_for_crossing(step);
         }
         rise_.look(step, rises_);
         fall_.look(step, falls_);
-        if (everything_found()) {
-            quiet_above_ = -std::numeric_limits<double>::infinity();
-            quiet_below_ = std::numeric_limits<double>::infinity();
-            return;
-        }
-        // The column after a crossing may reach the level that arms the next one without passing
-        // it.
-        const bool crossed = crossings_.count() != crossings_before;
-        surround(crossed ? thresholds_.front() : step.now);
     }
 
     [[nodiscard]] SweepFindings findings() const {
@@ -190,27 +175,6 @@ private:
     /// After a crossing the signal must reach the level beyond it, 10 % or 90 %, before the next
     /// crossing counts.
     enum class State { empty, cross_pos, amp_pos, cross_neg, amp_neg };
-
-    /// True when there is no room for anything more.
-    [[nodiscard]] bool everything_found() const {
-        return crossings_.count() >= most_crossings && rises_.count() >= most_edge_ends &&
-               falls_.count() >= most_edge_ends;
-    }
-
-    /// Takes the thresholds around `value` as the range in which nothing can happen next; none when
-    /// it is a threshold itself.
-    void surround(double value) {
-        quiet_above_ = -std::numeric_limits<double>::infinity();
-        quiet_below_ = std::numeric_limits<double>::infinity();
-        for (const double threshold : thresholds_) {
-            if (threshold <= value) {
-                quiet_above_ = std::max(quiet_above_, threshold);
-            }
-            if (threshold >= value) {
-                quiet_below_ = std::min(quiet_below_, threshold);
-            }
-        }
-    }
 
     void look_for_crossing(const Step& step) {
         if (state_ == State::cross_pos && step.now > high_) {
@@ -233,10 +197,6 @@ private:
     double mid_;
     double low_;
     double high_;
-    std::array<double, 3> thresholds_ = {low_, mid_, high_};
-    /// While the signal stays between these two, nothing can happen.
-    double quiet_above_ = std::numeric_limits<double>::infinity();
-    double quiet_below_ = -std::numeric_limits<double>::infinity();
     double sum_ = 0.0;
     double squares_ = 0.0;
     double minimum_ = extremes_start;
@@ -252,21 +212,15 @@ private:
 
 } // namespace
 
-std::array<SweepFindings, 2> pass_over(const Samples& samples,
-                                       const std::array<MeasurementRecord, 2>& previous) {
-    std::array<ChannelPass, 2> passes = {ChannelPass(previous[0]), ChannelPass(previous[1])};
-    for (std::size_t channel = 0; channel < passes.size(); ++channel) {
-        passes[channel].take(samples[channel].mv[1]);
-    }
+SweepFindings pass_over(const SampleBuffer& samples, const MeasurementRecord& previous) {
+    ChannelPass pass(previous);
+    pass.take(samples.mv[1]);
     for (int column = 2; column <= measured_columns; ++column) {
         const auto index = static_cast<std::size_t>(column);
-        for (std::size_t channel = 0; channel < passes.size(); ++channel) {
-            const double value = samples[channel].mv[index];
-            passes[channel].take(value);
-            passes[channel].look({column, samples[channel].mv[index - 1], value});
-        }
+        pass.take(samples.mv[index]);
+        pass.look({column, samples.mv[index - 1], samples.mv[index]});
     }
-    return {passes[0].findings(), passes[1].findings()};
+    return pass.findings();
 }
 
 } // namespace kv408

@@ -59,9 +59,9 @@ struct SweepFindings {
     Positions<most_edge_ends> falls; ///< high end and low end of each falling edge, in turn
 };
 
-/// Goes once over columns 1..640 of both channels. Thresholds and the histograms' range are those
-/// that each channel's `previous` results give, so that they settle from sweep to sweep.
-[[nodiscard]] std::array<SweepFindings, 2>
-pass_over(const Samples& samples, const std::array<MeasurementRecord, 2>& previous);
+/// Goes once over columns 1..640 of a channel. Thresholds and the histograms' range are those that
+/// its `previous` results give, so that they settle from sweep to sweep.
+[[nodiscard]] SweepFindings pass_over(const SampleBuffer& samples,
+                                      const MeasurementRecord& previous);
 
 } // namespace kv408

@@ -7,7 +7,7 @@ class Measuring {
 public:
     virtual ~Measuring() = default;
 
-    /// Measures the sweeps that are there, both channels at once, while the measurements are on.
+    /// Measures the last finished sweep, both channels at once, while the measurements are on.
     virtual void makemeasurement() = 0;
 
     /// Shows the latest results in the panel under the plot.

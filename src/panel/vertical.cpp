@@ -12,17 +12,17 @@ namespace {
 struct VerticalRow {
     std::string_view text;
     std::int16_t gain;
-    double divisor; ///< codes that fill the screen's 512 rows
+    double mv_per_division;
 };
 
 constexpr std::array<VerticalRow, 7> rows = {{
-    {"1V", low_gain, 16000},
-    {"0.5V", low_gain, 8000},
-    {"0.2V", low_gain, 3200},
-    {"0.1V", low_gain, 1600},
-    {"50mV", high_gain, 2400},
-    {"20mV", high_gain, 960},
-    {"10mV", high_gain, 480},
+    {"1V", low_gain, 1000},
+    {"0.5V", low_gain, 500},
+    {"0.2V", low_gain, 200},
+    {"0.1V", low_gain, 100},
+    {"50mV", high_gain, 50},
+    {"20mV", high_gain, 20},
+    {"10mV", high_gain, 10},
 }};
 
 /// Stands for a range that nobody knows, so that every range differs from it.
@@ -35,9 +35,12 @@ constexpr std::array<std::string_view, 2> gain_labels = {"_SET AMP GAIN_", " SET
 std::optional<VerticalScale> vertical_scale(std::string_view text) {
     for (const VerticalRow& row : rows) {
         if (row.text == text) {
+            const double codes_per_mv = row.gain == low_gain ? 2.0 : 6.0;
+            constexpr double divisions = 8.0;
             return VerticalScale{.gain = row.gain,
-                                 .atten = row.gain == low_gain ? 1.0 / 2.0 : 1.0 / 6.0,
-                                 .scale = 512.0 / row.divisor};
+                                 .atten = 1.0 / codes_per_mv,
+                                 .scale = 512.0 / (divisions * row.mv_per_division * codes_per_mv),
+                                 .mv_per_division = row.mv_per_division};
         }
     }
     return std::nullopt;
@@ -86,6 +89,7 @@ bool Vertical::set_scale(int channel) {
     state.atten = scale->atten;
     state.scale = scale->scale;
     state.gain = scale->gain;
+    state.mv_per_division = scale->mv_per_division;
     const bool via_trigger = controls.inviatr.checked();
     state.vtfactor = via_trigger ? 2.0 : 1.0;
     state.vtsuffix = via_trigger ? " (VT)" : "";

@@ -19,6 +19,7 @@ struct VerticalScale {
     std::int16_t gain; ///< `chNgain`: 1 high gain, 2 low gain
     double atten;      ///< `chNatten`: millivolts a code
     double scale;      ///< `chNscale`: pixels a code, 512 divided by the codes of a full screen
+    double mv_per_division;
 };
 
 /// The scale of `text`, one of "1V" (not offered by the list), "0.5V", "0.2V", "0.1V", "50mV",

@@ -30,11 +30,7 @@ Parts::Parts(const Machine& machine)
                 .choosers = choosers,
                 .coder = machine.coder}),
       measuring(panel,
-                {.samples = samples,
-                 .channels = channels,
-                 .time_base = time_base_state,
-                 .state = measurements,
-                 .marks = marks},
+                {.sweeps = sweeps, .channels = channels, .state = measurements, .marks = marks},
                 picture),
       vertical(panel, channels, acquisition, link, picture, boxes),
       trigger(panel, trigger_state, channels, time_base_state, acquisition, link, clock, boxes),
@@ -50,10 +46,10 @@ Parts::Parts(const Machine& machine)
       plot_mouse(panel, channels, cursor_state, adjust, picture),
       display_controls(panel, acquisition, link, picture),
       upload(panel, acquisition, time_base_state, trigger, channels, link, clock, boxes),
-      block(panel, acquisition, time_base_state, channels, samples, link, clock, picture,
+      block(panel, acquisition, time_base_state, channels, samples, sweeps, link, clock, picture,
             measuring),
-      pass(panel, acquisition, time_base_state, channels, samples, link, clock, messages, picture,
-           measuring),
+      pass(panel, acquisition, time_base_state, channels, samples, sweeps, link, clock, messages,
+           picture),
       state_machine(panel, acquisition, channels,
                     {.vertical = vertical, .upload = upload, .block = block, .pass = pass}, clock,
                     messages, picture, measuring),
@@ -106,6 +102,8 @@ Parts::Parts(const Machine& machine)
         settings_file.tell_progress();
         messages.process_endings();
     };
+    sweeps.on_finished([this](const auto&) { picture.movepersistance(); });
+    sweeps.on_finished([this](const auto&) { measuring.makemeasurement(); });
     colour_update.recolour_panel();
     connect_channel(ch1);
     connect_channel(ch2);

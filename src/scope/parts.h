@@ -28,6 +28,7 @@
 #include "state/calibration_record.h"
 #include "state/display_settings.h"
 #include "state/measurement_state.h"
+#include "state/sweeps.h"
 
 namespace kv408 {
 
@@ -43,7 +44,8 @@ struct Parts {
     TriggerState trigger_state;
     CursorState cursor_state;
     Channels channels;
-    Samples samples;
+    Samples samples; ///< the sweep in the making
+    Sweeps sweeps;   ///< the finished ones
     ColourTable colours;
     MeasurementState measurements;
     AnnotationMarks marks;

@@ -21,6 +21,7 @@ struct ChannelState {
     double atten = 1.0 / 6.0;      ///< millivolts a code: 1/2 in low gain, 1/6 in high gain
     double scale = 512.0 / 2400.0; ///< pixels a code (512 divided by the codes of a full screen)
     double pixpermv = 1.28;        ///< pixels a millivolt at the input, 64 pixels a division
+    double mv_per_division = 50.0; ///< volts per division as selected, millivolts
     double vtfactor = 1.0;         ///< 2.0 with "Input Via Trigger", which halves the signal
     std::string vtsuffix;          ///< " (VT)" with "Input Via Trigger", else empty
     std::string invsuffix;         ///< " (inv)" with "Invert", else empty

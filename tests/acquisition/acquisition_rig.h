@@ -48,6 +48,8 @@ struct AcquisitionRig {
         panel.shyst.on_change([this] { trigger_frame.shyst_Change(); });
         panel.tabstrip2.on_click([this] { adjust.TabStrip2_Click(); });
         panel.combocursorselect.on_click([this] { cursors.combocursorselect_Click(); });
+        sweeps.on_finished([this](const auto&) { screen.movepersistance(); });
+        sweeps.on_finished([this](const auto&) { measuring.makemeasurement(); });
     }
 
     /// Makes the instrument acknowledge every set-up frame. The sweep and the single point have
@@ -102,6 +104,7 @@ struct AcquisitionRig {
     CursorState cursor_state;
     Channels channels;
     Samples samples;
+    Sweeps sweeps;
     CalibrationRecord calibration = {};
     FrontPanel panel;
     EndingMessageBoxes ending_boxes{boxes, program};
@@ -125,10 +128,10 @@ struct AcquisitionRig {
     Cursors cursors{panel, cursor_state, adjust, screen};
     SetUpUpload upload{panel,    acquisition, time_base_state, trigger_frame,
                        channels, link,        clock,           ending_boxes};
-    BlockSweep block{panel, acquisition, time_base_state, channels, samples,
-                     link,  clock,       screen,          measuring};
-    PointPass pass{panel, acquisition, time_base_state, channels, samples,
-                   link,  clock,       ending_messages, screen,   measuring};
+    BlockSweep block{panel,  acquisition, time_base_state, channels, samples,
+                     sweeps, link,        clock,           screen,   measuring};
+    PointPass pass{panel,  acquisition, time_base_state, channels,        samples,
+                   sweeps, link,        clock,           ending_messages, screen};
     StateMachine state_machine{
         panel,    acquisition,
         channels, {.vertical = vertical, .upload = upload, .block = block, .pass = pass},

@@ -48,7 +48,7 @@ TEST(BlockSweep, ABlockOf1300BytesIsTakenOnTheTickItIsComplete) {
     EXPECT_EQ(rig.block.lastword(), 2048 + 649);
 }
 
-TEST(BlockSweep, EveryPointIsMappedAndTheHistoryShiftedBeforeTheNextBlockIsAskedFor) {
+TEST(BlockSweep, EveryPointIsMappedAndTheHistoryShiftedOnceTheNextBlockIsAskedFor) {
     for (const int channel : {1, 2}) {
         BlockRig rig;
         rig.bridge.on_frame = [&](const FakeBridge::Frame&) {
@@ -60,8 +60,8 @@ TEST(BlockSweep, EveryPointIsMappedAndTheHistoryShiftedBeforeTheNextBlockIsAsked
         for (int point = 1; point <= 650; ++point) {
             expected.push_back("refresh " + std::to_string(channel) + " " + std::to_string(point));
         }
-        expected.emplace_back("movepersistance");
         expected.emplace_back("frame");
+        expected.emplace_back("movepersistance");
         EXPECT_EQ(rig.screen.calls, expected);
     }
 }

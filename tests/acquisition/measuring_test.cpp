@@ -37,7 +37,7 @@ TEST(Measuring, ABlockIsMeasuredOnceTheNextIsAskedFor) {
         AskedRig rig;
         rig.bridge.receive(std::vector<int>(1300, 8));
         rig.block.sdisplaych(channel);
-        EXPECT_EQ(last(rig, 3), (Texts{"movepersistance", "frame", "measure"}));
+        EXPECT_EQ(last(rig, 3), (Texts{"frame", "movepersistance", "measure"}));
         EXPECT_EQ(rig.measuring.measured, 1);
     }
 }

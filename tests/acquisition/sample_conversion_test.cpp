@@ -37,7 +37,7 @@ struct SampleRow {
     double millivolts;
 };
 
-TEST(StoreSample, CorrectsInvertsAndScales) {
+TEST(ConvertedSample, IsCorrectedInvertedAndScaled) {
     const SampleRow rows[] = {
         {2048, 0, false, 2, 1.0, 2048, 0.0},
         {2048, 0, true, 2, 1.0, 2048, 0.0},
@@ -59,14 +59,13 @@ TEST(StoreSample, CorrectsInvertsAndScales) {
         {0, -32768, true, 2, 1.0, 36864, 17408.0},
     };
     for (const SampleRow& row : rows) {
-        SampleBuffer samples;
         ChannelState channel;
         channel.swoffset = row.swoffset;
         channel.atten = row.gain == 2 ? 1.0 / 2.0 : 1.0 / 6.0;
         channel.vtfactor = row.vtfactor;
-        store_sample(samples, channel, row.inverted, 17, row.word);
-        EXPECT_EQ(samples.raw[17], row.code) << row.word << " " << row.swoffset;
-        EXPECT_NEAR(samples.mv[17], row.millivolts, 1e-9) << row.word << " " << row.swoffset;
+        const Sample sample = converted(conversion_of(channel, row.inverted), row.word);
+        EXPECT_EQ(sample.code, row.code) << row.word << " " << row.swoffset;
+        EXPECT_NEAR(sample.mv, row.millivolts, 1e-9) << row.word << " " << row.swoffset;
     }
 }
 
@@ -74,12 +73,12 @@ TEST(StoreSample, WritesItsOwnPointOnly) {
     SampleBuffer samples;
     samples.raw.fill(7);
     samples.mv.fill(7.0);
-    store_sample(samples, ChannelState{}, false, 0, 2060);
-    store_sample(samples, ChannelState{}, false, 650, 2066);
+    store_sample(samples, 0, {2060, 2.0});
+    store_sample(samples, 650, {2066, 3.0});
     EXPECT_EQ(samples.raw[0], 2060);
-    EXPECT_NEAR(samples.mv[0], 2.0, 1e-12);
+    EXPECT_EQ(samples.mv[0], 2.0);
     EXPECT_EQ(samples.raw[650], 2066);
-    EXPECT_NEAR(samples.mv[650], 3.0, 1e-12);
+    EXPECT_EQ(samples.mv[650], 3.0);
     for (std::size_t index = 1; index < 650; ++index) {
         EXPECT_EQ(samples.raw[index], 7);
         EXPECT_EQ(samples.mv[index], 7.0);

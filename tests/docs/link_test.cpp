@@ -116,12 +116,7 @@ TEST_F(ManualLink, ExampleOfASampleIsWhatIsMadeOfIt) {
                           "gain 100 / 6 = 16.67 mV"));
     const std::int16_t word = sample_word(0x08, 0x64, block_high_byte_limit);
     EXPECT_EQ(word, 2148);
-    SampleBuffer samples;
-    ChannelState high_gain;
-    high_gain.atten = 1.0 / 6.0;
-    high_gain.vtfactor = 1.0;
-    store_sample(samples, high_gain, false, 1, word);
-    EXPECT_NEAR(samples.mv[1], 16.67, 0.005);
+    EXPECT_NEAR(converted({.atten = 1.0 / 6.0}, word).mv, 16.67, 0.005);
 }
 
 } // namespace

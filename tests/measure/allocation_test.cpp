@@ -10,6 +10,7 @@
 #include "measure/pulse_times.h"
 #include "measure/sweep_pass.h"
 #include "support/measurement_records.h"
+#include "support/sweep_of.h"
 
 namespace {
 
@@ -53,8 +54,9 @@ TEST(Allocation, AnEngineRunOverOrdinarySignalsTakesNoneForItsTextsEither) {
             samples[0].mv[column] = 200.0 * std::sin(turn) - 30.0;
             samples[1].mv[column] = std::sin(3.0 * turn) > 0.0 ? 1023.5 : -1024.0;
         }
+        const Sweep measured = sweep_of(samples, 3.2e9);
         const std::size_t before = taken();
-        measure_sweeps(samples, 3.2e9, state);
+        measure_sweep(measured, state);
         EXPECT_EQ(taken(), before);
     }
 }
@@ -68,15 +70,14 @@ TEST(Allocation, ThePassTakesNoneWhateverTheSweep) {
             records.fill(samples[channel], state.measresults[channel]);
         }
         const std::size_t before = taken();
-        const auto findings = pass_over(samples, state.measresults);
         for (std::size_t channel = 0; channel < 2; ++channel) {
-            calcpulsetimes(state, static_cast<int>(channel) + 1,
-                           findings[channel].crossings.found(), findings[channel].rises.found(),
-                           findings[channel].falls.found());
-            state.measresults[channel][meas::vmax] = findings[channel].maximum;
-            state.measresults[channel][meas::vmin] = findings[channel].minimum;
-            state.measresults[channel][meas::vpp] =
-                findings[channel].maximum - findings[channel].minimum;
+            MeasurementRecord& record = state.measresults[channel];
+            const SweepFindings found = pass_over(samples[channel], record);
+            calcpulsetimes(state, static_cast<int>(channel) + 1, found.crossings.found(),
+                           found.rises.found(), found.falls.found());
+            record[meas::vmax] = found.maximum;
+            record[meas::vmin] = found.minimum;
+            record[meas::vpp] = found.maximum - found.minimum;
         }
         EXPECT_EQ(taken(), before);
     }

@@ -22,11 +22,11 @@ MeasurementRecord settled() {
 
 /// What a pass finds over `columns`, which begin at column 1; the last value goes on to the end.
 SweepFindings pass_over_columns(const std::vector<double>& columns) {
-    Samples samples;
-    for (std::size_t column = 1; column < samples[0].mv.size(); ++column) {
-        samples[0].mv[column] = column <= columns.size() ? columns[column - 1] : columns.back();
+    SampleBuffer samples;
+    for (std::size_t column = 1; column < samples.mv.size(); ++column) {
+        samples.mv[column] = column <= columns.size() ? columns[column - 1] : columns.back();
     }
-    return pass_over(samples, {settled(), settled()})[0];
+    return pass_over(samples, settled());
 }
 
 using Found = std::vector<double>;
@@ -97,20 +97,20 @@ TEST(Crossings, ArmingAndCrossingMayFallOnOneColumn) {
     MeasurementRecord previous = settled();
     previous[meas::top] = -60.0;
     previous[meas::base] = -80.0; // 90 % at -62 mV, below the mid level of 0 mV
-    Samples samples;
-    samples[0].mv.fill(-50.0);
-    samples[0].mv[1] = -90.0;
-    samples[0].mv[2] = 10.0;
-    const auto pass = pass_over(samples, {previous, previous})[0];
+    SampleBuffer samples;
+    samples.mv.fill(-50.0);
+    samples.mv[1] = -90.0;
+    samples.mv[2] = 10.0;
+    const auto pass = pass_over(samples, previous);
     // Column 3 is at -50 mV: above 90 %, so it arms, and below mid, so it crosses falling.
     EXPECT_EQ(found(pass.crossings.found()), (Found{1.9, -(2.0 + 10.0 / 60.0)}));
 }
 
 TEST(Crossings, TheFirstColumnIsComparedWithNothing) {
-    Samples samples;
-    samples[0].mv.fill(100.0);
-    samples[0].mv[0] = -100.0;
-    const auto pass = pass_over(samples, {settled(), settled()})[0];
+    SampleBuffer samples;
+    samples.mv.fill(100.0);
+    samples.mv[0] = -100.0;
+    const auto pass = pass_over(samples, settled());
     EXPECT_EQ(pass.crossings.count(), 0U);
     EXPECT_EQ(pass.rises.count(), 0U);
 }
@@ -196,10 +196,10 @@ TEST(Edges, CompletedEdgesMustBeArmedAgain) {
 }
 
 TEST(Edges, WithThresholdsThatCoincideTheyTakeNoTime) {
-    Samples samples;
-    samples[0].mv.fill(50.0);
-    samples[0].mv[1] = -50.0;
-    const auto pass = pass_over(samples, {})[0]; // the first sweep: all levels are 0 mV
+    SampleBuffer samples;
+    samples.mv.fill(50.0);
+    samples.mv[1] = -50.0;
+    const auto pass = pass_over(samples, {}); // the first sweep: all levels are 0 mV
     ASSERT_EQ(pass.rises.count(), 2U);
     EXPECT_EQ(pass.rises[0], 1.5);
     EXPECT_EQ(pass.rises[1], 1.5);

@@ -157,21 +157,5 @@ TEST(MeasurementEngine, PlacesNothingForTheFieldsThatHaveNone) {
     EXPECT_EQ(rig.places().start[meas::mid], 0.0);
 }
 
-TEST(MeasurementEngine, ChangesNothingWhileTheMeasurementsAreOff) {
-    FrontPanel panel;
-    MeasureRig rig;
-    const TimeBaseState time_base;
-    rig.sweep(ch1, [](int) { return 42.0; });
-    MeasurementEngine engine(panel, rig.samples, time_base, rig.state);
-    panel.check1.set_checked(false);
-    engine.makemeasurement();
-    EXPECT_EQ(rig.record()[meas::vmax], 0.0);
-    EXPECT_EQ(rig.texts()[meas::vmax], "");
-    panel.check1.set_checked(true);
-    engine.makemeasurement();
-    EXPECT_EQ(rig.record()[meas::vmax], 42.0);
-    EXPECT_EQ(rig.texts()[meas::vmax], "42.00mV");
-}
-
 } // namespace
 } // namespace kv408

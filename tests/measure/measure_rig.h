@@ -9,6 +9,7 @@
 #include "state/channel_state.h"
 #include "state/measurement_state.h"
 #include "state/samples.h"
+#include "support/sweep_of.h"
 
 namespace kv408 {
 
@@ -25,7 +26,7 @@ struct MeasureRig {
     /// Measures `times` sweeps at `samplerate` columns a second.
     void measure(int times = 1) {
         for (int time = 0; time < times; ++time) {
-            measure_sweeps(samples, samplerate, state);
+            measure_sweep(sweep_of(samples, samplerate), state);
         }
     }
 

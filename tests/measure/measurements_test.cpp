@@ -9,6 +9,7 @@
 #include "measure/measurement_rows.h"
 #include "support/fake_screen.h"
 #include "support/measurement_lines.h"
+#include "support/sweep_of.h"
 
 namespace kv408 {
 namespace {
@@ -37,6 +38,7 @@ struct PresentationRig {
             samples[ch1].raw[index] = static_cast<std::uint16_t>(1900 + index % 300);
             samples[ch2].raw[index] = static_cast<std::uint16_t>(2200 - index % 300);
         }
+        sweep();
     }
 
     void choose(std::size_t slot, int index) { panel.measurement[slot].selector.set_index(index); }
@@ -47,20 +49,18 @@ struct PresentationRig {
                 controls.ch2.caption()};
     }
 
+    /// Makes the samples the last finished sweep.
+    void sweep() { sweeps.finish(SweepMode::block, {}, parts_of(samples, 3.2e9), {true, true}); }
+
     FrontPanel panel;
     Samples samples;
+    Sweeps sweeps;
     Channels channels;
-    TimeBaseState time_base;
     MeasurementState state;
     AnnotationMarks marks;
     FakeScreen screen;
-    Measurements measurements{panel,
-                              {.samples = samples,
-                               .channels = channels,
-                               .time_base = time_base,
-                               .state = state,
-                               .marks = marks},
-                              screen};
+    Measurements measurements{
+        panel, {.sweeps = sweeps, .channels = channels, .state = state, .marks = marks}, screen};
 };
 
 using Row = std::vector<std::string>;
@@ -276,6 +276,7 @@ TEST(AnnotationBoxes, PressingMeasuresShowsAndDraws) {
         rig.choose(slot, 1);
     }
     rig.samples[ch1].mv.fill(250.0);
+    rig.sweep();
     AnnotationMarks when_drawn;
     rig.screen.on_draw = [&] { when_drawn = rig.marks; };
     press(rig, 1, true);
@@ -293,6 +294,7 @@ TEST(AnnotationBoxes, PressingWhileTheMeasurementsAreOffMeasuresNothing) {
     PresentationRig rig;
     rig.panel.check1.set_checked(false);
     rig.samples[ch1].mv.fill(250.0);
+    rig.sweep();
     press(rig, 0, true);
     EXPECT_EQ(rig.state.measresults[ch1][meas::vmax], 0.0);
     EXPECT_FALSE(rig.panel.picmeasure.visible());

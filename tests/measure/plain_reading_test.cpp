@@ -8,6 +8,7 @@
 #include "measure/engine.h"
 #include "support/measurement_records.h"
 #include "support/plain_measurement.h"
+#include "support/sweep_of.h"
 
 namespace kv408 {
 namespace {
@@ -56,7 +57,7 @@ TEST(PlainReading, GivesTheSameResultsOverTenThousandSweeps) {
                 }
             }
             const double samplerate = records.real(1e5, 1e12);
-            measure_sweeps(samples, samplerate, engine);
+            measure_sweep(sweep_of(samples, samplerate), engine);
             plain_measure_sweeps(samples, samplerate, plain);
             ASSERT_TRUE(same(engine, plain)) << "sequence " << sequence << " sweep " << sweep;
         }

@@ -1,5 +1,8 @@
 // What is changed while the sweep is stopped.
 
+#include <cstdlib>
+#include <string>
+
 #include <gtest/gtest.h>
 
 #include "scope/trace_reader.h"
@@ -8,6 +11,7 @@ namespace kv408 {
 namespace {
 
 constexpr std::size_t vmax_slot = 0;
+constexpr std::size_t frequency_slot = 2;
 
 /// A program whose channel 1 alone sweeps.
 class Stopped : public testing::Test {
@@ -55,6 +59,18 @@ TEST_F(Stopped, TheMarksStayOnTheTraceInAnotherScale) {
     program_.choose(program_.channel(0).vdiv, "0.2V");
     EXPECT_GT(top_of_trace(), before + 50);
     EXPECT_NEAR(top_mark(), top_of_trace(), 1);
+}
+
+TEST_F(Stopped, TheResultsKeepTheTimeBaseOfTheirSweep) {
+    stop();
+    MeasurementControls& slot = panel().measurement[frequency_slot];
+    const std::string before = slot.ch1.caption();
+    EXPECT_NEAR(std::strtod(before.c_str(), nullptr), 10.0, 0.1) << before;
+    program_.choose(panel().seltimediv, "100ns/div");
+    program_.scope.act([&] { slot.annotate.press(true); });
+    EXPECT_EQ(slot.ch1.caption(), before);
+    program_.choose(slot.selector, "Period");
+    EXPECT_NEAR(std::strtod(slot.ch1.caption().c_str(), nullptr), 100.0, 1.0) << slot.ch1.caption();
 }
 
 TEST_F(Stopped, AnotherTriggerSourceBringsItsLevelToTheWheel) {

@@ -13,6 +13,11 @@ public:
 
     [[nodiscard]] LocalTime local_time() const override { return local_time_; }
 
+    [[nodiscard]] std::chrono::system_clock::time_point time_of_day() const override {
+        return std::chrono::system_clock::time_point(
+            std::chrono::duration_cast<std::chrono::system_clock::duration>(now_));
+    }
+
     /// Moves the clock on by `duration`; zero or less does nothing.
     void advance(std::chrono::nanoseconds duration) {
         if (duration > std::chrono::nanoseconds::zero()) {

@@ -25,6 +25,9 @@ public:
         skipped_ += std::max(duration, std::chrono::nanoseconds::zero());
     }
     [[nodiscard]] LocalTime local_time() const override { return date; }
+    [[nodiscard]] std::chrono::system_clock::time_point time_of_day() const override {
+        return std::chrono::system_clock::now();
+    }
 
     /// What it says, until it is set again.
     LocalTime date = {.year = 2026, .month = 11, .day = 16, .hour = 1, .minute = 9, .second = 37};

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include "acquisition/sample_conversion.h"
+#include "panel/front_panel.h"
+#include "state/acquisition_state.h"
+#include "state/channel_state.h"
+#include "state/sweep.h"
+#include "state/time_base_state.h"
+
+namespace kv408 {
+
+/// What a sweep is taken with.
+struct SweepSetUp {
+    const FrontPanel& panel;
+    const AcquisitionState& acquisition;
+    const TimeBaseState& time_base;
+    const Channels& channels;
+
+    /// How the codes of channel index `channel` are converted now.
+    [[nodiscard]] Conversion conversion(std::size_t channel) const;
+
+    /// Which channels are on now.
+    [[nodiscard]] std::array<bool, 2> on() const;
+
+    /// A sweep of channel index `channel` that begins now and has no point yet.
+    [[nodiscard]] ChannelSweep begin(std::size_t channel) const;
+};
+
+/// Adds the point that the reply word `word` stands for to `sweep`.
+Sample add_point(ChannelSweep& sweep, const Conversion& conversion, std::int16_t word);
+
+} // namespace kv408
