@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "config/settings_file.h"
@@ -38,10 +39,10 @@ public:
     };
 
     StartUp(FrontPanel& panel, AcquisitionState& acquisition, ProgramState& program,
-            Samples& samples, CalibrationRecord& calibration, const Handlers& handlers,
-            DeviceLink& link, MessageBoxes& boxes, Screen& screen)
+            Samples& samples, CalibrationRecord& calibration, Handlers handlers, DeviceLink& link,
+            MessageBoxes& boxes, Screen& screen)
         : panel_(panel), acquisition_(acquisition), program_(program), samples_(samples),
-          calibration_(calibration), handlers_(handlers), link_(link), boxes_(boxes),
+          calibration_(calibration), handlers_(std::move(handlers)), link_(link), boxes_(boxes),
           screen_(screen) {}
 
     /// Loading: discovery and check until the instrument answers, then the panel with the settings

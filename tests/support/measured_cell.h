@@ -118,7 +118,7 @@ public:
             const MeasurementRecord& record = scope_.parts().measurements.measresults.at(channel);
             for (const MeasurementLine& line : measurement_lines) {
                 result.push_back({line.name, static_cast<int>(channel) + 1, truth.at(line.field),
-                                  in_units(record, line.field), allowed(line.field, truth)});
+                                  in_units(record, line), allowed(line, truth)});
             }
         }
         return result;
@@ -169,25 +169,28 @@ private:
     }
 
     /// A field of a record, out of columns.
-    [[nodiscard]] double in_units(const MeasurementRecord& record, std::size_t field) const {
+    [[nodiscard]] double in_units(const MeasurementRecord& record,
+                                  const MeasurementLine& line) const {
         const double samplerate = time_base_.samplerate;
-        if (field == meas::frequency) {
-            return record.at(field) * samplerate;
+        const double value = record.at(line.field);
+        if (line.field == meas::frequency) {
+            return value * samplerate;
         }
-        return field >= meas::period ? record.at(field) / samplerate : record.at(field);
+        return line.in_time ? value / samplerate : value;
     }
 
     /// 1 % of the screen's height for a level; two columns or 1 % for a time, whichever is more;
     /// and for the frequency what that makes of it.
-    [[nodiscard]] double allowed(std::size_t field, const MeasurementRecord& truth) const {
-        if (field < meas::frequency) {
+    [[nodiscard]] double allowed(const MeasurementLine& line,
+                                 const MeasurementRecord& truth) const {
+        if (!line.in_time) {
             return 0.01 * 8.0 * volts_.millivolts;
         }
         const double columns = 2.0 / time_base_.samplerate;
-        if (field == meas::frequency) {
-            return truth.at(field) * std::max(0.01, columns / truth.at(meas::period));
+        if (line.field == meas::frequency) {
+            return truth.at(line.field) * std::max(0.01, columns / truth.at(meas::period));
         }
-        return std::max(columns, 0.01 * truth.at(field));
+        return std::max(columns, 0.01 * truth.at(line.field));
     }
 
     const TimeBaseRow& time_base_;
