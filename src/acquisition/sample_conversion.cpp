@@ -6,13 +6,6 @@
 
 namespace kv408 {
 
-Conversion conversion_of(const ChannelState& channel, bool inverted) {
-    return {.inverted = inverted,
-            .atten = channel.atten,
-            .vtfactor = channel.vtfactor,
-            .swoffset = channel.swoffset};
-}
-
 Sample converted(const Conversion& conversion, std::int16_t word) {
     constexpr int full_scale = 4096;
     const int corrected = conversion.swoffset + word;

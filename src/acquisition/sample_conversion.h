@@ -4,7 +4,6 @@
 #include <cstdint>
 
 #include "link/bridge.h"
-#include "state/channel_state.h"
 #include "state/samples.h"
 #include "state/sweep.h"
 
@@ -29,9 +28,6 @@ struct Sample {
     std::uint16_t code; ///< after correction and inversion
     double mv;          ///< at the input
 };
-
-/// How the codes of `channel` are converted now.
-[[nodiscard]] Conversion conversion_of(const ChannelState& channel, bool inverted);
 
 /// The sample that the reply word `word` stands for. A code that the correction or the inversion
 /// takes out of the unsigned 16-bit range stops at its end.

@@ -3,7 +3,11 @@
 namespace kv408 {
 
 Conversion SweepSetUp::conversion(std::size_t channel) const {
-    return conversion_of(channels.at(channel), panel.channel.at(channel).invert.checked());
+    const ChannelState& state = channels.at(channel);
+    return {.inverted = panel.channel.at(channel).invert.checked(),
+            .atten = state.atten,
+            .vtfactor = state.vtfactor,
+            .swoffset = state.swoffset};
 }
 
 std::array<bool, 2> SweepSetUp::on() const {

@@ -10,102 +10,67 @@
 namespace kv408 {
 namespace {
 
-double largest(const SweepFindings& found) {
-    return found.maximum;
-}
-
-double smallest(const SweepFindings& found) {
-    return found.minimum;
-}
-
-double peak_to_peak(const SweepFindings& found) {
-    return found.maximum - found.minimum;
-}
-
-double top_level(const SweepFindings& found) {
-    return found.top;
-}
-
-double base_level(const SweepFindings& found) {
-    return found.base;
-}
-
-double amplitude(const SweepFindings& found) {
-    return found.top - found.base;
-}
-
-double effective(const SweepFindings& found) {
-    return std::sqrt(found.squares / measured_columns);
-}
-
-double mean(const SweepFindings& found) {
-    return found.sum / measured_columns;
-}
-
-MarkedSpan extremes(const SweepFindings& found) {
-    return {found.maximum, found.minimum};
-}
-
-MarkedSpan levels(const SweepFindings& found) {
-    return {found.top, found.base};
-}
+using Found = const SweepFindings&;
 
 /// From crossing `first` to crossing `second`, counted from 0.
-MarkedSpan crossings(const SweepFindings& found, std::size_t first, std::size_t second) {
+MarkedSpan crossings(Found found, std::size_t first, std::size_t second) {
     return {std::fabs(found.crossings[first]), std::fabs(found.crossings[second])};
 }
 
-MarkedSpan first_period(const SweepFindings& found) {
-    return crossings(found, 0, 2);
+/// The first pulse, which lies between the first two crossings, or the one after it.
+MarkedSpan pulse(Found found, bool first) {
+    return first ? crossings(found, 0, 1) : crossings(found, 1, 2);
 }
 
-// Whichever pulse comes first lies between the first two crossings, the other one after it.
-
-MarkedSpan first_high_pulse(const SweepFindings& found) {
-    return found.crossings[0] <= 0.0 ? crossings(found, 1, 2) : crossings(found, 0, 1);
-}
-
-MarkedSpan first_low_pulse(const SweepFindings& found) {
-    return found.crossings[0] <= 0.0 ? crossings(found, 0, 1) : crossings(found, 1, 2);
-}
-
-MarkedSpan first_rise(const SweepFindings& found) {
-    return {found.rises[0], found.rises[1]};
-}
-
-MarkedSpan first_fall(const SweepFindings& found) {
-    return {found.falls[0], found.falls[1]};
+bool falls_first(Found found) {
+    return found.crossings[0] <= 0.0;
 }
 
 constexpr MeasurementRow level(std::string_view name, std::string_view label, std::size_t field,
-                               double (*value)(const SweepFindings&),
-                               MarkedSpan (*places)(const SweepFindings&) = nullptr) {
+                               double (*value)(Found), MarkedSpan (*places)(Found) = nullptr) {
     return {name, label, field, MeasurementUnit::volt, field, value, places, {}};
 }
 
 constexpr MeasurementRow time(std::string_view name, std::string_view label, std::size_t field,
-                              MarkedSpan (*places)(const SweepFindings&),
-                              std::string_view text_of_zero) {
+                              std::string_view text_of_zero, MarkedSpan (*places)(Found)) {
     return {name, label, field, MeasurementUnit::second, field, nullptr, places, text_of_zero};
 }
 
 constexpr std::array rows{
-    level("VMax", "Vmax", meas::vmax, largest),
-    level("VMin", "Vmin", meas::vmin, smallest),
-    level("Vpp", "Vpp", meas::vpp, peak_to_peak, extremes),
-    level("VAmpl+", "Ampl+", meas::top, top_level),
-    level("VAmpl-", "Ampl-", meas::base, base_level),
-    level("VAmplPP", "Ampl", meas::amplitude, amplitude, levels),
-    level("VRMS", "Vrms", meas::vrms, effective),
-    level("VMean", "Vmean", meas::vmean, mean),
+    level("VMax", "Vmax", meas::vmax, [](Found found) { return found.maximum; }),
+    level("VMin", "Vmin", meas::vmin, [](Found found) { return found.minimum; }),
+    level(
+        "Vpp", "Vpp", meas::vpp, [](Found found) { return found.maximum - found.minimum; },
+        [](Found found) {
+            return MarkedSpan{found.maximum, found.minimum};
+        }),
+    level("VAmpl+", "Ampl+", meas::top, [](Found found) { return found.top; }),
+    level("VAmpl-", "Ampl-", meas::base, [](Found found) { return found.base; }),
+    level(
+        "VAmplPP", "Ampl", meas::amplitude, [](Found found) { return found.top - found.base; },
+        [](Found found) {
+            return MarkedSpan{found.top, found.base};
+        }),
+    level("VRMS", "Vrms", meas::vrms,
+          [](Found found) { return std::sqrt(found.squares / measured_columns); }),
+    level("VMean", "Vmean", meas::vmean, [](Found found) { return found.sum / measured_columns; }),
     // One period is what there is to see of a frequency.
     MeasurementRow{"Frequency", "f", meas::frequency, MeasurementUnit::hertz, meas::period, nullptr,
                    nullptr, not_measurable},
-    time("Period", "T", meas::period, first_period, not_measurable),
-    time("tRise", "tr", meas::rise, first_rise, infinitely_fast),
-    time("tFall", "tf", meas::fall, first_fall, infinitely_fast),
-    time("tPuls+", "tp+", meas::pulse_high, first_high_pulse, not_measurable),
-    time("tPuls-", "tp-", meas::pulse_low, first_low_pulse, not_measurable),
+    time("Period", "T", meas::period, not_measurable,
+         [](Found found) { return crossings(found, 0, 2); }),
+    time("tRise", "tr", meas::rise, infinitely_fast,
+         [](Found found) {
+             return MarkedSpan{found.rises[0], found.rises[1]};
+         }),
+    time("tFall", "tf", meas::fall, infinitely_fast,
+         [](Found found) {
+             return MarkedSpan{found.falls[0], found.falls[1]};
+         }),
+    time("tPuls+", "tp+", meas::pulse_high, not_measurable,
+         [](Found found) { return pulse(found, !falls_first(found)); }),
+    time("tPuls-", "tp-", meas::pulse_low, not_measurable,
+         [](Found found) { return pulse(found, falls_first(found)); }),
 };
 
 } // namespace

@@ -59,11 +59,11 @@ TEST(ConvertedSample, IsCorrectedInvertedAndScaled) {
         {0, -32768, true, 2, 1.0, 36864, 17408.0},
     };
     for (const SampleRow& row : rows) {
-        ChannelState channel;
-        channel.swoffset = row.swoffset;
-        channel.atten = row.gain == 2 ? 1.0 / 2.0 : 1.0 / 6.0;
-        channel.vtfactor = row.vtfactor;
-        const Sample sample = converted(conversion_of(channel, row.inverted), row.word);
+        const Sample sample = converted({.inverted = row.inverted,
+                                         .atten = row.gain == 2 ? 1.0 / 2.0 : 1.0 / 6.0,
+                                         .vtfactor = row.vtfactor,
+                                         .swoffset = row.swoffset},
+                                        row.word);
         EXPECT_EQ(sample.code, row.code) << row.word << " " << row.swoffset;
         EXPECT_NEAR(sample.mv, row.millivolts, 1e-9) << row.word << " " << row.swoffset;
     }
