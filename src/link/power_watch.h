@@ -70,6 +70,13 @@ public:
     /// has sent may be from before. Not true again as long as entries are that far apart.
     [[nodiscard]] bool was_away() { return away_.take(passed(entered_at_)); }
 
+    /// To be asked while a sweep runs and the program is left. True as for `was_away`, where it was
+    /// held up inside: for at least two seconds it neither entered, nor waited for the instrument
+    /// in vain, nor heard from it.
+    [[nodiscard]] bool was_held_up() {
+        return passed(entered_at_) && passed(heard_at_) && !unanswered_ && away_.take(true);
+    }
+
     /// The program is entered or left.
     void note_entry() { entered_at_ = clock_.now(); }
 

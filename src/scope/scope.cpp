@@ -84,13 +84,18 @@ void Scope::enter(const std::function<void()>& entry) {
         return;
     }
     PowerWatch& power = parts_->link.power();
-    if (parts_->entries == 0 && is_sweeping(parts_->acquisition.scopestate) && power.was_away()) {
-        parts_->acquisition.scopestate = "startscope";
+    std::string& state = parts_->acquisition.scopestate;
+    const bool outermost = parts_->entries == 0;
+    if (outermost && is_sweeping(state) && power.was_away()) {
+        state = "startscope";
     }
     const Entry entering(parts_->entries, parts_->program.given_up);
     power.note_entry();
     try {
         entry();
+        if (outermost && is_sweeping(state) && power.was_held_up()) {
+            state = "startscope";
+        }
         power.note_entry();
     } catch (const ProgramEnded&) {
         // Unwound to here on purpose: the program has ended and the window asks ended().

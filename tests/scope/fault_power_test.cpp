@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <chrono>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "scope/fault_run.h"
@@ -94,6 +95,36 @@ TEST(PowerLoss, SwitchedOffAndOnWhileTheProgramWasHeldUpItIsSetUpAnewByItself) {
         EXPECT_EQ(program.status(), "Running");
         EXPECT_EQ(program.simulation.settings().range, ranges);
     }
+}
+
+TEST(PowerLoss, SwitchedOffAndOnWhileTheProgramWasHeldUpInTheMiddleOfATickItIsSetUpAnew) {
+    // Stopped while it draws, for instance.
+    Program program;
+    ASSERT_TRUE(program.scope.start());
+    program.ticks(6);
+    program.scope.act([&] { program.scope.panel().persist.press(true); }); // each sweep draws
+    const auto ranges = program.simulation.settings().range;
+    bool held_up = false;
+    program.scope.picture().on_drawn([&](Columns /*columns*/) {
+        if (!std::exchange(held_up, true)) {
+            program.clock.advance(std::chrono::seconds(5));
+            program.simulation.bench().faults.no_power = true;
+            program.simulation.notice_faults();
+            program.simulation.bench().faults.no_power = false;
+            program.simulation.notice_faults();
+        }
+    });
+    for (int tick = 0; tick < 12 && !held_up; ++tick) {
+        program.ticks(1);
+    }
+    ASSERT_TRUE(held_up);
+    ASSERT_NE(program.simulation.settings().range, ranges);
+    for (int tick = 0; tick < 6; ++tick) {
+        program.ticks(1);
+        EXPECT_NEAR(vpp(program), signal_mvpp, within_mv) << tick;
+    }
+    EXPECT_EQ(program.status(), "Running");
+    EXPECT_EQ(program.simulation.settings().range, ranges);
 }
 
 TEST(PowerLoss, SwitchedOffAndOnWhileStoppedItIsSetUpByStart) {
