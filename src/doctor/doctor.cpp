@@ -59,7 +59,7 @@ Check open_and_check(DeviceLink& link) {
             return Check::answers;
         }
         // A device that stayed silent has been closed.
-        const bool answered = link.state().open && link.state().commstatus == si_success;
+        const bool answered = link.state().open && link.state().commstatus == bridge_success;
         return answered ? Check::wrong_answer : Check::silent;
     } catch (const ProgramEnded&) {
         return link.state().devfound ? Check::silent : Check::not_opened;

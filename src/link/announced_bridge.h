@@ -14,61 +14,29 @@ public:
     AnnouncedBridge(Bridge& bridge, std::function<void()> announce)
         : bridge_(bridge), announce_(std::move(announce)) {}
 
-    BridgeStatus SI_GetNumDevices(Dword& count) override {
-        announce_();
-        return bridge_.SI_GetNumDevices(count);
+    Counted count_devices() override { return announced().count_devices(); }
+    SerialNumber serial_number(std::uint32_t index) override {
+        return announced().serial_number(index);
     }
-
-    BridgeStatus SI_GetProductString(Dword index, std::span<Byte, product_string_size> text,
-                                     Dword option) override {
-        announce_();
-        return bridge_.SI_GetProductString(index, text, option);
+    BridgeStatus open(std::uint32_t index) override { return announced().open(index); }
+    BridgeStatus close() override { return announced().close(); }
+    BridgeStatus set_speed(std::uint32_t baud) override { return announced().set_speed(baud); }
+    BridgeStatus set_time_out(std::uint32_t milliseconds) override {
+        return announced().set_time_out(milliseconds);
     }
-
-    BridgeStatus SI_Open(Dword index, Handle& handle) override {
-        announce_();
-        return bridge_.SI_Open(index, handle);
-    }
-
-    BridgeStatus SI_Close(Handle handle) override {
-        announce_();
-        return bridge_.SI_Close(handle);
-    }
-
-    BridgeStatus SI_SetBaudRate(Handle handle, Dword baud_rate) override {
-        announce_();
-        return bridge_.SI_SetBaudRate(handle, baud_rate);
-    }
-
-    BridgeStatus SI_SetTimeouts(Dword read_ms, Dword write_ms) override {
-        announce_();
-        return bridge_.SI_SetTimeouts(read_ms, write_ms);
-    }
-
-    BridgeStatus SI_FlushBuffers(Handle handle, Byte transmit, Byte receive) override {
-        announce_();
-        return bridge_.SI_FlushBuffers(handle, transmit, receive);
-    }
-
-    BridgeStatus SI_Write(Handle handle, std::span<const Byte> bytes, Dword& written) override {
-        announce_();
-        return bridge_.SI_Write(handle, bytes, written);
-    }
-
-    BridgeStatus SI_Read(Handle handle, std::span<Byte> bytes, Dword& read) override {
-        announce_();
-        return bridge_.SI_Read(handle, bytes, read);
-    }
-
-    BridgeStatus SI_CheckRXQueue(Handle handle, Dword& waiting, Dword& queue_status) override {
-        announce_();
-        return bridge_.SI_CheckRXQueue(handle, waiting, queue_status);
-    }
-
+    BridgeStatus flush() override { return announced().flush(); }
+    BridgeStatus write(std::span<const Byte> bytes) override { return announced().write(bytes); }
+    Counted read(std::span<Byte> bytes) override { return announced().read(bytes); }
+    Counted waiting() override { return announced().waiting(); }
     [[nodiscard]] std::string trouble() const override { return bridge_.trouble(); }
     [[nodiscard]] std::string diagnosis() override { return bridge_.diagnosis(); }
 
 private:
+    Bridge& announced() {
+        announce_();
+        return bridge_;
+    }
+
     Bridge& bridge_;
     std::function<void()> announce_;
 };

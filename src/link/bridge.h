@@ -7,64 +7,66 @@
 
 namespace kv408 {
 
-using BridgeStatus = std::int32_t; ///< status of a bridge operation: 0 success, 13 read timed out
-using Handle = void*;              ///< an open device, as wide as a pointer
-using Dword = std::uint32_t;       ///< 32-bit unsigned count or index
 using Byte = std::uint8_t;
-
-// The library's functions take them in these widths.
-static_assert(sizeof(BridgeStatus) == 4 && sizeof(Handle) == sizeof(std::uintptr_t) &&
-              sizeof(Dword) == 4 && sizeof(Byte) == 1);
+using BridgeStatus = std::int32_t; ///< status of a bridge operation: 0 success, 13 read timed out
 
 /// Status values that the program tests; every other one is a general failure.
-inline constexpr BridgeStatus si_success = 0;
-inline constexpr BridgeStatus si_read_timed_out = 13;
+inline constexpr BridgeStatus bridge_success = 0;
+inline constexpr BridgeStatus bridge_read_timed_out = 13;
 /// Status that our own bridges give for an operation they cannot do.
-inline constexpr BridgeStatus si_failed = 255;
+inline constexpr BridgeStatus bridge_failed = 255;
 
-/// Option of `SI_GetProductString` that asks for the serial-number string.
-inline constexpr Dword si_return_serial_number = 0;
+/// A longer serial number is cut to so many bytes.
+inline constexpr std::size_t longest_serial_number = 256;
 
-/// Length of the buffer that `SI_GetProductString` fills: 256 characters and the ending zero.
-inline constexpr std::size_t product_string_size = 257;
+/// What became of an operation that counts: attached devices, bytes read or waiting.
+struct Counted {
+    BridgeStatus status = bridge_failed;
+    std::uint32_t count = 0;
+};
 
-/// The ten operations of the USB-to-UART bridge through which the instrument is reached. All
-/// block, none throws; each returns its status. The instrument program knows only this.
+/// What became of reading a device's serial number.
+struct SerialNumber {
+    BridgeStatus status = bridge_failed;
+    std::string text; ///< any bytes but zero, at most `longest_serial_number`
+};
+
+/// The USB-to-UART bridge through which the instrument is reached. One device is open at a time. All
+/// operations block, none throws; each tells its status. The instrument program knows only this.
 class Bridge {
 public:
     virtual ~Bridge() = default;
 
-    /// Puts the number of attached devices into `count`.
-    virtual BridgeStatus SI_GetNumDevices(Dword& count) = 0;
+    /// Counts the attached devices.
+    virtual Counted count_devices() = 0;
 
-    /// Puts a zero-terminated text of device `index` (from 0) into `text`; `option` says which.
-    virtual BridgeStatus SI_GetProductString(Dword index, std::span<Byte, product_string_size> text,
-                                             Dword option) = 0;
+    /// The serial number of device `index` (from 0) of those that were counted last.
+    virtual SerialNumber serial_number(std::uint32_t index) = 0;
 
-    /// Opens device `index` (from 0) and puts its handle into `handle`.
-    virtual BridgeStatus SI_Open(Dword index, Handle& handle) = 0;
+    /// Opens device `index` (from 0).
+    virtual BridgeStatus open(std::uint32_t index) = 0;
 
-    /// Closes the device.
-    virtual BridgeStatus SI_Close(Handle handle) = 0;
+    /// Closes the open device.
+    virtual BridgeStatus close() = 0;
 
     /// Sets the link speed in baud.
-    virtual BridgeStatus SI_SetBaudRate(Handle handle, Dword baud_rate) = 0;
+    virtual BridgeStatus set_speed(std::uint32_t baud) = 0;
 
-    /// Sets the time-outs, in milliseconds, of all later reads and writes.
-    virtual BridgeStatus SI_SetTimeouts(Dword read_ms, Dword write_ms) = 0;
+    /// Sets the time-out, in milliseconds, of all later reads and writes.
+    virtual BridgeStatus set_time_out(std::uint32_t milliseconds) = 0;
 
-    /// Empties the transmit queue (`transmit` 1) and the receive queue (`receive` 1).
-    virtual BridgeStatus SI_FlushBuffers(Handle handle, Byte transmit, Byte receive) = 0;
+    /// Empties the transmit queue and the receive queue.
+    virtual BridgeStatus flush() = 0;
 
-    /// Writes `bytes`, puts the number written into `written`.
-    virtual BridgeStatus SI_Write(Handle handle, std::span<const Byte> bytes, Dword& written) = 0;
+    /// Writes `bytes`.
+    virtual BridgeStatus write(std::span<const Byte> bytes) = 0;
 
-    /// Reads up to `bytes.size()` bytes within the read time-out, puts their number into `read`.
-    /// Status 13 when nothing arrived in that time.
-    virtual BridgeStatus SI_Read(Handle handle, std::span<Byte> bytes, Dword& read) = 0;
+    /// Reads up to `bytes.size()` bytes within the time-out and counts them. Status 13 when nothing
+    /// arrived in that time.
+    virtual Counted read(std::span<Byte> bytes) = 0;
 
-    /// Puts the number of received bytes that wait into `waiting`.
-    virtual BridgeStatus SI_CheckRXQueue(Handle handle, Dword& waiting, Dword& queue_status) = 0;
+    /// Counts the received bytes that wait.
+    virtual Counted waiting() = 0;
 
     /// Why the bridge cannot work, in plain words for a message box; empty while nothing is known.
     [[nodiscard]] virtual std::string trouble() const { return {}; }

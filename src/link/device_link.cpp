@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <cassert>
 #include <chrono>
 #include <limits>
@@ -18,30 +17,18 @@ using std::chrono::milliseconds;
 
 constexpr Byte start_byte = 4;
 constexpr Byte acknowledge_byte = 6;
-constexpr Dword link_speed_baud = 833000;
+constexpr std::uint32_t link_speed_baud = 833000;
 /// Pause between a frame and the reading of its acknowledge.
 constexpr milliseconds acknowledge_pause{20};
 
 constexpr const char* not_found_text = "Error finding WKTP2B device. Aborting application.";
 
-std::int16_t to_device_count(Dword count) {
+std::int16_t to_device_count(std::uint32_t count) {
     return static_cast<std::int16_t>(
-        std::min<Dword>(count, std::numeric_limits<std::int16_t>::max()));
+        std::min<std::uint32_t>(count, std::numeric_limits<std::int16_t>::max()));
 }
 
 } // namespace
-
-std::string bytestostring(std::span<const Byte> buffer) {
-    constexpr std::size_t longest = 256;
-    std::string text;
-    for (const Byte byte : buffer.first(std::min(buffer.size(), longest))) {
-        if (byte == 0) {
-            break;
-        }
-        text.push_back(std::bit_cast<char>(byte));
-    }
-    return text;
-}
 
 std::array<Byte, 8> command_frame(std::int16_t command, const CommandArguments& arguments) {
     [[maybe_unused]] const auto in_byte = [](std::int16_t value) {
@@ -77,20 +64,19 @@ bool DeviceLink::listdevices() {
     devices.serials.clear();
     devices.selected = -1;
     show_listing();
-    Dword count = 0;
-    const BridgeStatus counted = bridge_.SI_GetNumDevices(count);
-    keep(counted);
-    state_.numdevices = counted == si_success ? to_device_count(count) : std::int16_t{0};
-    if (counted != si_success) {
+    const auto [status, count] = bridge_.count_devices();
+    keep(status);
+    state_.numdevices = status == bridge_success ? to_device_count(count) : std::int16_t{0};
+    if (status != bridge_success) {
         return false;
     }
     std::vector<std::string> serials;
     looked_at_ = clock_.now();
-    for (Dword index = 0; index < static_cast<Dword>(state_.numdevices); ++index) {
-        std::array<Byte, product_string_size> buffer = {};
-        keep(bridge_.SI_GetProductString(index, buffer, si_return_serial_number));
+    for (int index = 0; index < state_.numdevices; ++index) {
+        SerialNumber serial = bridge_.serial_number(static_cast<std::uint32_t>(index));
+        keep(serial.status);
         let_end_now_and_then();
-        serials.push_back(bytestostring(buffer));
+        serials.push_back(std::move(serial.text));
     }
     devices.serials = std::move(serials);
     devices.selected = devices.serials.empty() ? -1 : 0;
@@ -116,7 +102,6 @@ void DeviceLink::let_end_of_taking_over() {
 }
 
 void DeviceLink::finddevice() {
-    state_.devhandle = std::bit_cast<Handle>(std::uintptr_t{1});
     if (!listdevices()) {
         end_with("Error finding USB device. Aborting application.", bridge_.trouble());
     }
@@ -153,22 +138,20 @@ bool DeviceLink::select_and_open() {
 }
 
 void DeviceLink::opendevice() {
-    Handle handle = nullptr;
     const BridgeStatus status =
-        bridge_.SI_Open(static_cast<Dword>(state_.devices.selected), handle);
+        bridge_.open(static_cast<std::uint32_t>(state_.devices.selected));
     keep(status);
-    if (status != si_success) {
+    if (status != bridge_success) {
         end_with("Error opening device: " + shown_line(state_.devices.serial()) +
                      ". Application is aborting. Reset hardware and try again.",
                  bridge_.trouble());
     }
-    state_.devhandle = handle;
     state_.open = true;
 }
 
 void DeviceLink::set_link_speed() {
-    keep(bridge_.SI_SetBaudRate(state_.devhandle, link_speed_baud));
-    if (state_.commstatus != si_success) {
+    keep(bridge_.set_speed(link_speed_baud));
+    if (state_.commstatus != bridge_success) {
         boxes_.show({.text = "error seting baud rate",
                      .informative = bridge_.trouble(),
                      .holds_sweep = true});
@@ -177,13 +160,13 @@ void DeviceLink::set_link_speed() {
 
 bool DeviceLink::checkdevice() {
     constexpr int attempts = 3;
-    constexpr Dword timeout_ms = 1000;
+    constexpr std::uint32_t timeout_ms = 1000;
     state_.retrycount = 0;
     if (!state_.open) {
         return false;
     }
     state_.cmdargs = {state_.cmdargs[0], 0, 0, 1, 0, 255};
-    keep(bridge_.SI_SetTimeouts(timeout_ms, timeout_ms));
+    keep(bridge_.set_time_out(timeout_ms));
     std::array<Byte, 1> reply = {};
     bool timed_out = true;
     while (timed_out && state_.retrycount < attempts) {
@@ -192,9 +175,8 @@ bool DeviceLink::checkdevice() {
         flush();
         sendcommand(command::set_trigger, state_.cmdargs);
         clock_.sleep(acknowledge_pause);
-        Dword count = 0;
-        keep(bridge_.SI_Read(state_.devhandle, reply, count));
-        timed_out = state_.commstatus == si_read_timed_out;
+        keep(bridge_.read(reply).status);
+        timed_out = state_.commstatus == bridge_read_timed_out;
     }
     if (timed_out) {
         close();
@@ -211,15 +193,14 @@ bool DeviceLink::checkdevice() {
 void DeviceLink::close() {
     if (state_.open) {
         state_.open = false;
-        keep(bridge_.SI_Close(state_.devhandle));
+        keep(bridge_.close());
     }
 }
 
 void DeviceLink::sendcommand(std::int16_t command, const CommandArguments& arguments) {
     const auto frame = command_frame(command, arguments);
-    Dword written = 0;
-    keep(bridge_.SI_Write(state_.devhandle, frame, written));
-    if (state_.commstatus != si_success) {
+    keep(bridge_.write(frame));
+    if (state_.commstatus != bridge_success) {
         end_with(not_found_text, "The instrument takes no more data. Check its USB cable and its "
                                  "power, then start the program again.");
     }
@@ -234,7 +215,7 @@ bool DeviceLink::sendcmdack(std::int16_t command, const CommandArguments& argume
     if (program_.given_up) {
         return false;
     }
-    keep(bridge_.SI_SetTimeouts(timeout_ms, timeout_ms));
+    keep(bridge_.set_time_out(timeout_ms));
     do {
         let_end_of_taking_over();
         --retries;
@@ -242,9 +223,8 @@ bool DeviceLink::sendcmdack(std::int16_t command, const CommandArguments& argume
         flush();
         sendcommand(command, arguments);
         clock_.sleep(acknowledge_pause);
-        Dword count = 0;
-        keep(bridge_.SI_Read(state_.devhandle, reply, count));
-        if (state_.commstatus == si_success && reply[0] == acknowledge_byte) {
+        keep(bridge_.read(reply).status);
+        if (state_.commstatus == bridge_success && reply[0] == acknowledge_byte) {
             state_.retrycount = 0;
             power_.note_acknowledge(command == command::set_amplifier_gain);
             return true;
@@ -256,7 +236,7 @@ bool DeviceLink::sendcmdack(std::int16_t command, const CommandArguments& argume
 }
 
 void DeviceLink::acknowledge_missing(std::string_view label) {
-    const bool timed_out = state_.commstatus == si_read_timed_out;
+    const bool timed_out = state_.commstatus == bridge_read_timed_out;
     power_.note_no_acknowledge();
     boxes_.show({.text = std::string(label) + (timed_out ? "Comm timed out" : "CommError"),
                  .link_failure = true});
@@ -269,7 +249,7 @@ bool DeviceLink::send_setup(std::int16_t command, std::string_view label) {
 }
 
 void DeviceLink::set_usual_timeouts() {
-    keep(bridge_.SI_SetTimeouts(command_timeout_ms, command_timeout_ms));
+    keep(bridge_.set_time_out(command_timeout_ms));
 }
 
 bool DeviceLink::read_flash_word(std::uint16_t address, std::uint16_t& word) {
@@ -308,20 +288,19 @@ void DeviceLink::waitrxidle() {
 }
 
 void DeviceLink::flush() {
-    keep(bridge_.SI_FlushBuffers(state_.devhandle, 1, 1));
+    keep(bridge_.flush());
 }
 
 std::uint32_t DeviceLink::waiting() {
-    Dword count = 0;
-    Dword queue_status = 0;
-    keep(bridge_.SI_CheckRXQueue(state_.devhandle, count, queue_status));
-    return state_.commstatus == si_success ? count : 0;
+    const auto [status, count] = bridge_.waiting();
+    keep(status);
+    return status == bridge_success ? count : 0;
 }
 
 bool DeviceLink::read(std::span<Byte> bytes) {
-    Dword count = 0;
-    keep(bridge_.SI_Read(state_.devhandle, bytes, count));
-    const bool complete = state_.commstatus == si_success && count == bytes.size();
+    const auto [status, count] = bridge_.read(bytes);
+    keep(status);
+    const bool complete = status == bridge_success && count == bytes.size();
     if (complete) {
         power_.note_answer();
     }

@@ -34,7 +34,6 @@ struct DeviceListing {
 /// The link's state, one for the whole program.
 struct LinkState {
     DeviceListing devices;
-    Handle devhandle = nullptr;    ///< handle of the device; the value 1 before discovery
     std::int16_t commstatus = 0;   ///< status of the last bridge operation
     std::int16_t numdevices = 0;   ///< attached devices at the last listing
     bool devfound = false;         ///< the instrument has been found and opened
@@ -150,9 +149,6 @@ private:
     PowerWatch power_;
     std::chrono::nanoseconds looked_at_{0}; ///< when an end was last let come about
 };
-
-/// The text in a zero-terminated buffer: one character a byte, at most 256.
-[[nodiscard]] std::string bytestostring(std::span<const Byte> buffer);
 
 /// The 8-byte frame of a command: 4, the code, five arguments, and the low byte of their sum.
 [[nodiscard]] std::array<Byte, 8> command_frame(std::int16_t command,

@@ -2,11 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <sstream>
 
 #include "host/shown_text.h"
-#include "link/device_link.h"
 #include "link/instrument_serial.h"
 #ifndef _WIN32
 #include "link/usb_diagnosis.h"
@@ -57,73 +55,93 @@ std::string LibraryBridge::diagnosis() {
 std::string LibraryBridge::listed_devices() {
     constexpr Dword most_listed =
         100; // more than USB has room for: such a count is not to be believed
-    Dword count = 0;
     std::ostringstream text;
     text << "The bridge library " << name_ << " is used. ";
-    if (const BridgeStatus status = SI_GetNumDevices(count); status != si_success) {
+    const auto [status, count] = count_devices();
+    if (status != bridge_success) {
         text << "It cannot count its devices: it fails with status " << status << ".\n";
         return text.str();
     }
     text << "Devices that it lists: " << count << ".\n";
     for (Dword index = 0; index < std::min(count, most_listed); ++index) {
-        std::array<Byte, product_string_size> buffer = {};
-        const bool told = SI_GetProductString(index, buffer, si_return_serial_number) == si_success;
-        const std::string serial = bytestostring(buffer);
-        text << "Serial number " << (told ? shown_line(serial) : "unreadable") << ": "
+        const auto [told, serial] = serial_number(index);
+        text << "Serial number "
+             << (told == bridge_success ? shown_line(serial) : "unreadable") << ": "
              << (is_instrument(serial) ? "an instrument.\n" : "no instrument.\n");
     }
     return text.str();
 }
 
-BridgeStatus LibraryBridge::SI_GetNumDevices(Dword& count) {
-    return trouble_.empty() ? functions_.SI_GetNumDevices(&count) : si_failed;
+Counted LibraryBridge::count_devices() {
+    Dword count = 0;
+    const BridgeStatus status = call(functions_.SI_GetNumDevices, &count);
+    return {status, count};
 }
 
-BridgeStatus LibraryBridge::SI_GetProductString(Dword index,
-                                                std::span<Byte, product_string_size> text,
-                                                Dword option) {
-    return trouble_.empty() ? functions_.SI_GetProductString(index, text.data(), option)
-                            : si_failed;
+SerialNumber LibraryBridge::serial_number(std::uint32_t index) {
+    std::array<Byte, product_string_size> buffer = {};
+    const BridgeStatus status =
+        call(functions_.SI_GetProductString, index, buffer.data(), si_return_serial_number);
+    return {status, bytestostring(buffer)};
 }
 
-BridgeStatus LibraryBridge::SI_Open(Dword index, Handle& handle) {
-    return trouble_.empty() ? functions_.SI_Open(index, &handle) : si_failed;
-}
-
-BridgeStatus LibraryBridge::SI_Close(Handle handle) {
-    return trouble_.empty() ? functions_.SI_Close(handle) : si_failed;
-}
-
-BridgeStatus LibraryBridge::SI_SetBaudRate(Handle handle, Dword baud_rate) {
-    return trouble_.empty() ? functions_.SI_SetBaudRate(handle, baud_rate) : si_failed;
-}
-
-BridgeStatus LibraryBridge::SI_SetTimeouts(Dword read_ms, Dword write_ms) {
-    return trouble_.empty() ? functions_.SI_SetTimeouts(read_ms, write_ms) : si_failed;
-}
-
-BridgeStatus LibraryBridge::SI_FlushBuffers(Handle handle, Byte transmit, Byte receive) {
-    return trouble_.empty() ? functions_.SI_FlushBuffers(handle, transmit, receive) : si_failed;
-}
-
-BridgeStatus LibraryBridge::SI_Write(Handle handle, std::span<const Byte> bytes, Dword& written) {
-    if (!trouble_.empty()) {
-        return si_failed;
+BridgeStatus LibraryBridge::open(std::uint32_t index) {
+    Handle handle = nullptr;
+    const BridgeStatus status = call(functions_.SI_Open, index, &handle);
+    if (status == bridge_success) {
+        devhandle_ = handle;
     }
+    return status;
+}
+
+BridgeStatus LibraryBridge::close() {
+    return call(functions_.SI_Close, devhandle_);
+}
+
+BridgeStatus LibraryBridge::set_speed(std::uint32_t baud) {
+    return call(functions_.SI_SetBaudRate, devhandle_, baud);
+}
+
+BridgeStatus LibraryBridge::set_time_out(std::uint32_t milliseconds) {
+    return call(functions_.SI_SetTimeouts, milliseconds, milliseconds);
+}
+
+BridgeStatus LibraryBridge::flush() {
+    return call(functions_.SI_FlushBuffers, devhandle_, Byte{1}, Byte{1});
+}
+
+BridgeStatus LibraryBridge::write(std::span<const Byte> bytes) {
+    Dword written = 0;
     // The library's function takes a pointer to bytes that it could change, but does not.
-    return functions_.SI_Write(handle, const_cast<Byte*>(bytes.data()),
-                               static_cast<Dword>(bytes.size()), &written, nullptr);
+    return call(functions_.SI_Write, devhandle_, const_cast<Byte*>(bytes.data()),
+                static_cast<Dword>(bytes.size()), &written, nullptr);
 }
 
-BridgeStatus LibraryBridge::SI_Read(Handle handle, std::span<Byte> bytes, Dword& read) {
-    return trouble_.empty() ? functions_.SI_Read(handle, bytes.data(),
-                                                 static_cast<Dword>(bytes.size()), &read, nullptr)
-                            : si_failed;
+Counted LibraryBridge::read(std::span<Byte> bytes) {
+    Dword count = 0;
+    const BridgeStatus status = call(functions_.SI_Read, devhandle_, bytes.data(),
+                                     static_cast<Dword>(bytes.size()), &count, nullptr);
+    return {status, count};
 }
 
-BridgeStatus LibraryBridge::SI_CheckRXQueue(Handle handle, Dword& waiting, Dword& queue_status) {
-    return trouble_.empty() ? functions_.SI_CheckRXQueue(handle, &waiting, &queue_status)
-                            : si_failed;
+Counted LibraryBridge::waiting() {
+    Dword count = 0;
+    Dword queue_status = 0;
+    const BridgeStatus status =
+        call(functions_.SI_CheckRXQueue, devhandle_, &count, &queue_status);
+    return {status, count};
+}
+
+std::string bytestostring(std::span<const Byte> buffer) {
+    constexpr std::size_t longest = 256;
+    std::string text;
+    for (const Byte byte : buffer.first(std::min(buffer.size(), longest))) {
+        if (byte == 0) {
+            break;
+        }
+        text.push_back(std::bit_cast<char>(byte));
+    }
+    return text;
 }
 
 } // namespace kv408

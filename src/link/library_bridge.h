@@ -1,5 +1,7 @@
 #pragma once
 
+#include <bit>
+#include <span>
 #include <string>
 
 #include "link/bridge.h"
@@ -16,24 +18,23 @@ inline constexpr const char* bridge_library_name = "libSiUSBXp.so";
 #endif
 
 /// The bridge that passes every operation on to the bridge library, loaded at run time by name.
-/// Where the library or one of its functions is missing every operation fails with `si_failed`
+/// Where the library or one of its functions is missing every operation fails with `bridge_failed`
 /// and `trouble()` says why.
 class LibraryBridge : public Bridge {
 public:
     /// Loads the library called `name`, a plain name through the system's search or a path.
     explicit LibraryBridge(const std::string& name = bridge_library_name);
 
-    BridgeStatus SI_GetNumDevices(Dword& count) override;
-    BridgeStatus SI_GetProductString(Dword index, std::span<Byte, product_string_size> text,
-                                     Dword option) override;
-    BridgeStatus SI_Open(Dword index, Handle& handle) override;
-    BridgeStatus SI_Close(Handle handle) override;
-    BridgeStatus SI_SetBaudRate(Handle handle, Dword baud_rate) override;
-    BridgeStatus SI_SetTimeouts(Dword read_ms, Dword write_ms) override;
-    BridgeStatus SI_FlushBuffers(Handle handle, Byte transmit, Byte receive) override;
-    BridgeStatus SI_Write(Handle handle, std::span<const Byte> bytes, Dword& written) override;
-    BridgeStatus SI_Read(Handle handle, std::span<Byte> bytes, Dword& read) override;
-    BridgeStatus SI_CheckRXQueue(Handle handle, Dword& waiting, Dword& queue_status) override;
+    Counted count_devices() override;
+    SerialNumber serial_number(std::uint32_t index) override;
+    BridgeStatus open(std::uint32_t index) override;
+    BridgeStatus close() override;
+    BridgeStatus set_speed(std::uint32_t baud) override;
+    BridgeStatus set_time_out(std::uint32_t milliseconds) override;
+    BridgeStatus flush() override;
+    BridgeStatus write(std::span<const Byte> bytes) override;
+    Counted read(std::span<Byte> bytes) override;
+    Counted waiting() override;
     [[nodiscard]] std::string trouble() const override { return trouble_; }
     [[nodiscard]] std::string diagnosis() override;
 
@@ -47,12 +48,22 @@ private:
     /// Looks `symbol` up into `function`, or notes that it is missing.
     template <typename Function>
     void look_up(const char* symbol, Function& function);
+    /// Calls the library's `function` where the library can be used.
+    template <typename Function, typename... Arguments>
+    BridgeStatus call(Function function, Arguments... arguments) {
+        return trouble_.empty() ? function(arguments...) : bridge_failed;
+    }
     [[nodiscard]] std::string listed_devices();
 
     std::string name_;
     SharedLibrary library_;
     BridgeFunctions functions_;
+    /// Handle of the device; the value 1 before one is opened.
+    Handle devhandle_ = std::bit_cast<Handle>(std::uintptr_t{1});
     std::string trouble_;
 };
+
+/// The text in a zero-terminated buffer: one character a byte, at most 256.
+[[nodiscard]] std::string bytestostring(std::span<const Byte> buffer);
 
 } // namespace kv408

@@ -1,7 +1,5 @@
 #include "link/serial_bridge.h"
 
-#include <algorithm>
-#include <bit>
 #include <limits>
 #include <ostream>
 
@@ -11,88 +9,76 @@
 
 namespace kv408 {
 
-using std::chrono::milliseconds;
-
 template <typename Action>
-BridgeStatus SerialBridge::on_port(Handle handle, Action action) {
-    if (port_ == nullptr || handle != port_.get()) {
-        return si_failed;
+BridgeStatus SerialBridge::on_port(Action action) {
+    if (port_ == nullptr) {
+        return bridge_failed;
     }
     const int error = action(*port_);
     if (error != 0) {
         trouble_ = serial_trouble(port_name_, error);
-        return si_failed;
+        return bridge_failed;
     }
-    return si_success;
+    return bridge_success;
 }
 
-BridgeStatus SerialBridge::SI_GetNumDevices(Dword& count) {
-    count = 0;
+Counted SerialBridge::count_devices() {
     auto entries = list_serial_ports();
     if (!entries) {
         trouble_ = "The system does not list its serial ports.";
-        return si_failed;
+        return {};
     }
     entries_ = std::move(*entries);
-    count = static_cast<Dword>(entries_.size());
     trouble_.clear();
-    return si_success;
+    return {bridge_success, static_cast<std::uint32_t>(entries_.size())};
 }
 
-BridgeStatus SerialBridge::SI_GetProductString(Dword index,
-                                               std::span<Byte, product_string_size> text,
-                                               Dword option) {
-    if (index >= entries_.size() || option != si_return_serial_number) {
-        return si_failed;
+SerialNumber SerialBridge::serial_number(std::uint32_t index) {
+    if (index >= entries_.size()) {
+        return {};
     }
-    const std::string& serial = entries_[index].serial;
-    const std::size_t length = std::min(serial.size(), text.size() - 1);
-    std::transform(serial.begin(), serial.begin() + static_cast<std::ptrdiff_t>(length),
-                   text.begin(), [](char character) { return std::bit_cast<Byte>(character); });
-    text[length] = 0;
-    return si_success;
+    return {bridge_success, entries_[index].serial.substr(0, longest_serial_number)};
 }
 
-BridgeStatus SerialBridge::SI_Open(Dword index, Handle& handle) {
+BridgeStatus SerialBridge::open(std::uint32_t index) {
     if (port_ != nullptr || index >= entries_.size()) {
-        return si_failed;
+        return bridge_failed;
     }
     auto port = std::make_unique<SerialPort>(clock_);
     port_name_ = entries_[index].name;
     if (const int error = port->open(port_name_); error != 0) {
         trouble_ = serial_trouble(port_name_, error);
-        return si_failed;
+        return bridge_failed;
     }
     port_ = std::move(port);
-    handle = port_.get();
     trouble_.clear();
-    return si_success;
+    return bridge_success;
 }
 
-BridgeStatus SerialBridge::SI_Close(Handle handle) {
-    if (port_ == nullptr || handle != port_.get()) {
-        return si_failed;
+BridgeStatus SerialBridge::close() {
+    if (port_ == nullptr) {
+        return bridge_failed;
     }
     port_.reset();
     rate_ = 0;
-    return si_success;
+    return bridge_success;
 }
 
-BridgeStatus SerialBridge::SI_SetBaudRate(Handle handle, Dword baud_rate) {
-    if (baud_rate == 0 || baud_rate > std::numeric_limits<int>::max()) {
-        return si_failed;
+BridgeStatus SerialBridge::set_speed(std::uint32_t baud) {
+    if (baud == 0 || baud > std::numeric_limits<int>::max()) {
+        return bridge_failed;
     }
-    return on_port(handle, [&](SerialPort& port) {
-        const int error = port.set_rate(static_cast<int>(baud_rate));
+    return on_port([&](SerialPort& port) {
+        const int error = port.set_rate(static_cast<int>(baud));
         if (error == 0) {
-            rate_ = static_cast<Dword>(port.rate());
-            log_other_rate(baud_rate);
+            rate_ = static_cast<std::uint32_t>(port.rate());
+            log_other_rate(baud);
         }
         return error;
     });
 }
 
-void SerialBridge::log_other_rate(Dword wanted) {
+void SerialBridge::log_other_rate(std::uint32_t wanted) {
     if (rate_ == wanted) {
         return;
     }
@@ -104,43 +90,31 @@ void SerialBridge::log_other_rate(Dword wanted) {
     }
 }
 
-BridgeStatus SerialBridge::SI_SetTimeouts(Dword read_ms, Dword write_ms) {
-    read_time_out_ = milliseconds(read_ms);
-    write_time_out_ = milliseconds(write_ms);
-    return si_success;
+BridgeStatus SerialBridge::set_time_out(std::uint32_t milliseconds) {
+    time_out_ = std::chrono::milliseconds(milliseconds);
+    return bridge_success;
 }
 
-BridgeStatus SerialBridge::SI_FlushBuffers(Handle handle, Byte transmit, Byte receive) {
-    return on_port(handle,
-                   [&](SerialPort& port) { return port.flush(transmit != 0, receive != 0); });
+BridgeStatus SerialBridge::flush() {
+    return on_port([](SerialPort& port) { return port.flush(); });
 }
 
-BridgeStatus SerialBridge::SI_Write(Handle handle, std::span<const Byte> bytes, Dword& written) {
-    std::size_t count = 0;
-    const BridgeStatus status = on_port(
-        handle, [&](SerialPort& port) { return port.write(bytes, write_time_out_, count); });
-    written = static_cast<Dword>(count);
-    return status;
+BridgeStatus SerialBridge::write(std::span<const Byte> bytes) {
+    return on_port([&](SerialPort& port) { return port.write(bytes, time_out_); });
 }
 
-BridgeStatus SerialBridge::SI_Read(Handle handle, std::span<Byte> bytes, Dword& read) {
+Counted SerialBridge::read(std::span<Byte> bytes) {
     std::size_t count = 0;
     const BridgeStatus status =
-        on_port(handle, [&](SerialPort& port) { return port.read(bytes, read_time_out_, count); });
-    read = static_cast<Dword>(count);
-    if (status == si_success && count == 0 && !bytes.empty()) {
-        return si_read_timed_out;
-    }
-    return status;
+        on_port([&](SerialPort& port) { return port.read(bytes, time_out_, count); });
+    const bool timed_out = status == bridge_success && count == 0 && !bytes.empty();
+    return {timed_out ? bridge_read_timed_out : status, static_cast<std::uint32_t>(count)};
 }
 
-BridgeStatus SerialBridge::SI_CheckRXQueue(Handle handle, Dword& waiting, Dword& queue_status) {
+Counted SerialBridge::waiting() {
     std::size_t count = 0;
-    queue_status = 0;
-    const BridgeStatus status =
-        on_port(handle, [&](SerialPort& port) { return port.waiting(count); });
-    waiting = static_cast<Dword>(count);
-    return status;
+    const BridgeStatus status = on_port([&](SerialPort& port) { return port.waiting(count); });
+    return {status, static_cast<std::uint32_t>(count)};
 }
 
 std::string SerialBridge::diagnosis() {

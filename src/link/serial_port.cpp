@@ -188,18 +188,16 @@ int SerialPort::wait_for(short events, nanoseconds deadline) const {
     return (wanted.revents & gone) != 0 ? EIO : 0;
 }
 
-int SerialPort::write(std::span<const Byte> bytes, milliseconds time_out, std::size_t& written) {
+int SerialPort::write(std::span<const Byte> bytes, milliseconds time_out) {
     const nanoseconds deadline = clock_.now() + time_out;
-    written = 0;
-    while (written < bytes.size()) {
-        const auto left = bytes.subspan(written);
-        const sp_return result = sp_nonblocking_write(port_.get(), left.data(), left.size());
+    while (!bytes.empty()) {
+        const sp_return result = sp_nonblocking_write(port_.get(), bytes.data(), bytes.size());
         // A full queue is an error to libserialport.
         if (const int error = error_of(result); error != 0 && error != EAGAIN) {
             return error;
         }
-        written += static_cast<std::size_t>(std::max<int>(result, 0));
-        if (written == bytes.size()) {
+        bytes = bytes.subspan(static_cast<std::size_t>(std::max<int>(result, 0)));
+        if (bytes.empty()) {
             break;
         }
         if (clock_.now() >= deadline) {
@@ -233,14 +231,8 @@ int SerialPort::read(std::span<Byte> bytes, milliseconds time_out, std::size_t& 
     return 0;
 }
 
-int SerialPort::flush(bool transmit, bool receive) {
-    if (!transmit && !receive) {
-        return 0;
-    }
-    if (transmit && receive) {
-        return error_of(sp_flush(port_.get(), SP_BUF_BOTH));
-    }
-    return error_of(sp_flush(port_.get(), transmit ? SP_BUF_OUTPUT : SP_BUF_INPUT));
+int SerialPort::flush() {
+    return error_of(sp_flush(port_.get(), SP_BUF_BOTH));
 }
 
 int SerialPort::waiting(std::size_t& count) const {

@@ -62,18 +62,16 @@ public:
     /// The speed at which the port runs, baud, as rounded by its driver; 0 when it cannot tell.
     [[nodiscard]] int rate() const;
 
-    /// Writes all of `bytes` within `time_out`; puts the number that the port took into `written`.
-    /// `ETIMEDOUT` when they are not all.
-    [[nodiscard]] int write(std::span<const Byte> bytes, std::chrono::milliseconds time_out,
-                            std::size_t& written);
+    /// Writes all of `bytes` within `time_out`, `ETIMEDOUT` when the port did not take all.
+    [[nodiscard]] int write(std::span<const Byte> bytes, std::chrono::milliseconds time_out);
 
     /// Reads until `bytes` is full or `time_out` is over; puts the number that came into `read`.
     /// Fewer bytes are no error; a port that has gone is.
     [[nodiscard]] int read(std::span<Byte> bytes, std::chrono::milliseconds time_out,
                            std::size_t& read);
 
-    /// Drops what waits to be sent (`transmit`) and what has come (`receive`).
-    [[nodiscard]] int flush(bool transmit, bool receive);
+    /// Drops what waits to be sent and what has come.
+    [[nodiscard]] int flush();
 
     /// Puts the number of bytes that have come and wait into `count`.
     [[nodiscard]] int waiting(std::size_t& count) const;

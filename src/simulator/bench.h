@@ -61,7 +61,7 @@ struct HardwareErrors {
 /// One bridge on the USB bus.
 struct Device {
     std::string serial;  ///< serial-number string, any bytes, at most 256
-    bool opens = true;   ///< false: `SI_Open` fails
+    bool opens = true;   ///< false: opening it fails
     bool answers = true; ///< an instrument is behind it
 };
 

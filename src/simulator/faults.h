@@ -43,7 +43,7 @@ inline constexpr int without_end = -1;
 
 /// One kind of operation fails. The counts are counted down as the operations come.
 struct OperationFault {
-    BridgeStatus status = si_failed; ///< status given instead of doing the operation
+    BridgeStatus status = bridge_failed; ///< status given instead of doing the operation
     int after = 0;                   ///< operations of this kind that still go well, 0..
     int times = 1;                   ///< failures that follow, 1.., or `without_end`
     bool done = false; ///< the operation is done all the same; only its status is wrong
@@ -83,10 +83,10 @@ struct Faults {
     std::optional<std::size_t> block_bytes = {}; ///< a block ends after so many bytes
     std::vector<Byte> extra_bytes = {};          ///< sent just before every reply
     bool no_trigger = false;                     ///< the trigger circuit sees nothing
-    bool baud_rate_refused = false;              ///< `SI_SetBaudRate` fails and changes nothing
+    bool baud_rate_refused = false;              ///< setting the speed fails and changes nothing
     /// Device count that is reported instead of the real one, as when a device comes or goes
     /// between listing and opening.
-    std::optional<Dword> reported_devices = {};
+    std::optional<std::uint32_t> reported_devices = {};
     std::map<Operation, OperationFault> operations = {}; ///< operations that fail
     std::map<Byte, ReplyFault> replies = {};             ///< damaged replies, by command code
 };

@@ -12,11 +12,11 @@
 namespace kv408::simulator {
 
 /// The speed of the instrument's serial port, baud.
-inline constexpr Dword instrument_baud_rate = 833000;
+inline constexpr std::uint32_t instrument_baud_rate = 833000;
 
 /// Time that `bytes` bytes of ten bits (start, eight data, stop) take at `baud_rate`, which is
 /// above 0.
-[[nodiscard]] std::chrono::nanoseconds wire_time(std::size_t bytes, Dword baud_rate);
+[[nodiscard]] std::chrono::nanoseconds wire_time(std::size_t bytes, std::uint32_t baud_rate);
 
 /// The line from the instrument to the bridge with the bridge's receive queue: every byte has the
 /// time at which it arrives.

@@ -15,8 +15,8 @@ void SimulatedBridge::notice_faults() {
 }
 
 template <typename Action>
-BridgeStatus SimulatedBridge::perform(Operation operation, std::vector<Dword> arguments,
-                                      Action action) {
+WireOperation SimulatedBridge::perform(Operation operation, std::vector<std::uint32_t> arguments,
+                                       Action action) {
     WireOperation record;
     record.operation = operation;
     record.arguments = std::move(arguments);
@@ -31,141 +31,134 @@ BridgeStatus SimulatedBridge::perform(Operation operation, std::vector<Dword> ar
         record.status = fault->status;
     }
     record.ended = clock_.now();
-    const BridgeStatus status = record.status;
     if (log_ != nullptr) {
-        log_->operations.push_back(std::move(record));
+        log_->operations.push_back(record);
     }
-    return status;
+    return record;
 }
 
-BridgeStatus SimulatedBridge::SI_GetNumDevices(Dword& count) {
-    count = 0;
-    return perform(Operation::get_num_devices, {}, [&](WireOperation& record) {
+template <typename Action>
+WireOperation SimulatedBridge::perform_open(Operation operation,
+                                            std::vector<std::uint32_t> arguments, Action action) {
+    return perform(operation, std::move(arguments), [&](WireOperation& record) {
+        if (!open_) {
+            return bridge_failed;
+        }
+        action(record);
+        return record.status;
+    });
+}
+
+Counted SimulatedBridge::count_devices() {
+    const auto done = perform(Operation::get_num_devices, {}, [&](WireOperation& record) {
         const std::size_t attached = bench_.faults.unplugged ? 0 : bench_.devices.size();
-        count = bench_.faults.reported_devices.value_or(static_cast<Dword>(attached));
-        record.count = count;
-        return si_success;
+        record.count =
+            bench_.faults.reported_devices.value_or(static_cast<std::uint32_t>(attached));
+        return bridge_success;
     });
+    return {done.status, done.count};
 }
 
-BridgeStatus SimulatedBridge::SI_GetProductString(Dword index,
-                                                  std::span<Byte, product_string_size> text,
-                                                  Dword option) {
-    return perform(Operation::get_product_string, {index, option}, [&](WireOperation& record) {
-        if (index >= bench_.devices.size() || option != si_return_serial_number) {
-            return si_failed;
-        }
-        const std::string& serial = bench_.devices[index].serial;
-        const std::size_t length = std::min(serial.size(), text.size() - 1);
-        std::transform(serial.begin(), serial.begin() + static_cast<std::ptrdiff_t>(length),
-                       text.begin(), [](char character) { return static_cast<Byte>(character); });
-        text[length] = 0;
-        record.bytes.assign(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(length));
-        return si_success;
-    });
+SerialNumber SimulatedBridge::serial_number(std::uint32_t index) {
+    constexpr std::uint32_t serial_number_option = 0;
+    const auto done = perform(Operation::get_product_string, {index, serial_number_option},
+                              [&](WireOperation& record) {
+                                  if (index >= bench_.devices.size()) {
+                                      return bridge_failed;
+                                  }
+                                  const auto serial =
+                                      bench_.devices[index].serial.substr(0, longest_serial_number);
+                                  record.bytes.assign(serial.begin(), serial.end());
+                                  return bridge_success;
+                              });
+    return {done.status, std::string(done.bytes.begin(), done.bytes.end())};
 }
 
-BridgeStatus SimulatedBridge::SI_Open(Dword index, Handle& handle) {
-    return perform(Operation::open, {index}, [&](WireOperation& record) {
-        if (open_ || index >= bench_.devices.size() || !bench_.devices[index].opens) {
-            return si_failed;
-        }
-        open_ = true;
-        open_index_ = index;
-        baud_rate_ = first_baud_rate;
-        // Made before the old one goes, so that its address is another one.
-        token_ = std::make_unique<char>();
-        handle = token_.get();
-        // What came while nobody listened is lost.
-        instrument_.line().drop_arrived(record.began);
-        return si_success;
-    });
-}
-
-BridgeStatus SimulatedBridge::SI_Close(Handle handle) {
-    return perform(Operation::close, {}, [&](WireOperation&) {
-        if (!is_open(handle)) {
-            return si_failed;
-        }
-        open_ = false;
-        return si_success;
-    });
-}
-
-BridgeStatus SimulatedBridge::SI_SetBaudRate(Handle handle, Dword baud_rate) {
-    return perform(Operation::set_baud_rate, {baud_rate}, [&](WireOperation&) {
-        if (!is_open(handle) || baud_rate == 0 || bench_.faults.baud_rate_refused) {
-            return si_failed;
-        }
-        baud_rate_ = baud_rate;
-        return si_success;
-    });
-}
-
-BridgeStatus SimulatedBridge::SI_SetTimeouts(Dword read_ms, Dword write_ms) {
-    return perform(Operation::set_timeouts, {read_ms, write_ms}, [&](WireOperation&) {
-        // The line always takes what is written, so the write time-out never strikes.
-        read_time_out_ = std::chrono::milliseconds(read_ms);
-        return si_success;
-    });
-}
-
-BridgeStatus SimulatedBridge::SI_FlushBuffers(Handle handle, Byte transmit, Byte receive) {
-    return perform(Operation::flush_buffers, {transmit, receive}, [&](WireOperation& record) {
-        if (!is_open(handle)) {
-            return si_failed;
-        }
-        // Writing waits for the wire, so the transmit queue is empty between operations.
-        if (receive != 0) {
-            instrument_.line().drop_arrived(record.began);
-        }
-        return si_success;
-    });
-}
-
-BridgeStatus SimulatedBridge::SI_Write(Handle handle, std::span<const Byte> bytes, Dword& written) {
-    written = 0;
-    return perform(Operation::write, {static_cast<Dword>(bytes.size())},
+BridgeStatus SimulatedBridge::open(std::uint32_t index) {
+    return perform(Operation::open, {index},
                    [&](WireOperation& record) {
-                       if (!is_open(handle)) {
-                           return si_failed;
+                       if (open_ || index >= bench_.devices.size() ||
+                           !bench_.devices[index].opens) {
+                           return bridge_failed;
                        }
-                       clock_.sleep(wire_time(bytes.size(), baud_rate_));
-                       for (std::size_t index = 0; index < bytes.size(); ++index) {
-                           deliver(bytes[index], record.began + wire_time(index + 1, baud_rate_));
-                       }
-                       written = static_cast<Dword>(bytes.size());
-                       record.count = written;
-                       record.bytes.assign(bytes.begin(), bytes.end());
-                       return si_success;
-                   });
+                       open_ = true;
+                       open_index_ = index;
+                       baud_rate_ = first_baud_rate;
+                       // What came while nobody listened is lost.
+                       instrument_.line().drop_arrived(record.began);
+                       return bridge_success;
+                   })
+        .status;
 }
 
-BridgeStatus SimulatedBridge::SI_Read(Handle handle, std::span<Byte> bytes, Dword& read) {
-    read = 0;
-    return perform(Operation::read, {static_cast<Dword>(bytes.size())}, [&](WireOperation& record) {
-        if (!is_open(handle)) {
-            return si_failed;
-        }
-        record.bytes = receive(bytes.size());
-        std::copy(record.bytes.begin(), record.bytes.end(), bytes.begin());
-        read = static_cast<Dword>(record.bytes.size());
-        record.count = read;
-        return read == 0 && !bytes.empty() ? si_read_timed_out : si_success;
-    });
+BridgeStatus SimulatedBridge::close() {
+    return perform_open(Operation::close, {}, [&](WireOperation&) { open_ = false; }).status;
 }
 
-BridgeStatus SimulatedBridge::SI_CheckRXQueue(Handle handle, Dword& waiting, Dword& queue_status) {
-    waiting = 0;
-    queue_status = 0;
-    return perform(Operation::check_rx_queue, {}, [&](WireOperation& record) {
-        if (!is_open(handle)) {
-            return si_failed;
-        }
-        waiting = static_cast<Dword>(instrument_.line().arrived(record.began));
-        record.count = waiting;
-        return si_success;
+BridgeStatus SimulatedBridge::set_speed(std::uint32_t baud) {
+    return perform_open(Operation::set_baud_rate, {baud},
+                        [&](WireOperation& record) {
+                            if (baud == 0 || bench_.faults.baud_rate_refused) {
+                                record.status = bridge_failed;
+                            } else {
+                                baud_rate_ = baud;
+                            }
+                        })
+        .status;
+}
+
+BridgeStatus SimulatedBridge::set_time_out(std::uint32_t milliseconds) {
+    return perform(Operation::set_timeouts, {milliseconds, milliseconds},
+                   [&](WireOperation&) {
+                       // The line always takes what is written: only a read can time out.
+                       read_time_out_ = std::chrono::milliseconds(milliseconds);
+                       return bridge_success;
+                   })
+        .status;
+}
+
+BridgeStatus SimulatedBridge::flush() {
+    return perform_open(Operation::flush_buffers, {1, 1},
+                        [&](const WireOperation& record) {
+                            // Writing waits for the wire: between operations nothing is to be sent.
+                            instrument_.line().drop_arrived(record.began);
+                        })
+        .status;
+}
+
+BridgeStatus SimulatedBridge::write(std::span<const Byte> bytes) {
+    return perform_open(Operation::write, {static_cast<std::uint32_t>(bytes.size())},
+                        [&](WireOperation& record) {
+                            clock_.sleep(wire_time(bytes.size(), baud_rate_));
+                            for (std::size_t index = 0; index < bytes.size(); ++index) {
+                                deliver(bytes[index],
+                                        record.began + wire_time(index + 1, baud_rate_));
+                            }
+                            record.count = static_cast<std::uint32_t>(bytes.size());
+                            record.bytes.assign(bytes.begin(), bytes.end());
+                        })
+        .status;
+}
+
+Counted SimulatedBridge::read(std::span<Byte> bytes) {
+    const auto done =
+        perform_open(Operation::read, {static_cast<std::uint32_t>(bytes.size())},
+                     [&](WireOperation& record) {
+                         record.bytes = receive(bytes.size());
+                         record.count = static_cast<std::uint32_t>(record.bytes.size());
+                         if (record.count == 0 && !bytes.empty()) {
+                             record.status = bridge_read_timed_out;
+                         }
+                     });
+    std::copy(done.bytes.begin(), done.bytes.end(), bytes.begin());
+    return {done.status, done.count};
+}
+
+Counted SimulatedBridge::waiting() {
+    const auto done = perform_open(Operation::check_rx_queue, {}, [&](WireOperation& record) {
+        record.count = static_cast<std::uint32_t>(instrument_.line().arrived(record.began));
     });
+    return {done.status, done.count};
 }
 
 void SimulatedBridge::advance_plan() {
@@ -203,12 +196,8 @@ std::optional<OperationFault> SimulatedBridge::fault_of(Operation operation) {
     return found->second;
 }
 
-bool SimulatedBridge::is_open(Handle handle) const {
-    return open_ && handle == token_.get();
-}
-
 bool SimulatedBridge::in_tune() const {
-    constexpr Dword tolerance = instrument_baud_rate / 50;
+    constexpr std::uint32_t tolerance = instrument_baud_rate / 50;
     return baud_rate_ >= instrument_baud_rate - tolerance &&
            baud_rate_ <= instrument_baud_rate + tolerance;
 }

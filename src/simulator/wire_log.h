@@ -15,10 +15,10 @@ struct WireOperation {
     std::chrono::nanoseconds ended{0};
     /// What was passed in besides handle and data, in the order of the operation: index (and
     /// option), baud rate, read and write time-out, transmit and receive, bytes wanted.
-    std::vector<Dword> arguments = {};
+    std::vector<std::uint32_t> arguments = {};
     std::vector<Byte> bytes = {}; ///< written, read, or the serial string without its zero
-    Dword count = 0;              ///< count handed out: devices, bytes written, read, waiting
-    BridgeStatus status = si_success;
+    std::uint32_t count = 0;              ///< count handed out: devices, bytes written, read, waiting
+    BridgeStatus status = bridge_success;
 };
 
 /// One command that the instrument has accepted.

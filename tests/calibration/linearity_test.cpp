@@ -63,7 +63,7 @@ TEST_F(Linearity, TheSweepIsStoppedTheLinkFallsQuietAndTheCommandGoesOutOnce) {
     tick();
     forget();
     int polls = 0;
-    bridge.on_check = [&](Dword& waiting) { waiting = ++polls == 1 ? 700 : 1300; };
+    bridge.on_check = [&](std::uint32_t& waiting) { waiting = ++polls == 1 ? 700 : 1300; };
     const CommandArguments left = link.cmdargs();
     form.cmdcalint.click();
     EXPECT_FALSE(acquisition.acqrunning);

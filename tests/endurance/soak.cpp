@@ -242,8 +242,7 @@ void Soak::close_device() {
     simulator::Bench& bench = simulation_.bench();
     const simulator::Faults faults = std::exchange(bench.faults, {.unplugged = true});
     const auto planned = std::exchange(bench.planned_faults, std::nullopt);
-    Dword count = 0;
-    simulation_.bridge().SI_GetNumDevices(count);
+    simulation_.bridge().count_devices();
     bench.faults = faults;
     bench.planned_faults = planned;
 }

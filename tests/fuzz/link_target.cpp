@@ -78,7 +78,7 @@ public:
         }
         program_.scope.close();
         demand(program_.scope.ended(), "the program can always be ended");
-        demand(bridge_.open <= 0, "no device is left open");
+        demand(bridge_.opened <= 0, "no device is left open");
     }
 
 private:

@@ -2,10 +2,11 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <chrono>
 #include <deque>
 #include <span>
-#include <string_view>
+#include <string>
 
 #include "fuzz/fuzz_input.h"
 #include "fuzz/promise.h"
@@ -21,42 +22,44 @@ class ScriptedBridge : public Bridge {
 public:
     ScriptedBridge(VirtualClock& clock, FuzzInput& input) : clock_(clock), input_(input) {}
 
-    BridgeStatus SI_GetNumDevices(Dword& count) override {
+    Counted count_devices() override {
         const int deviation = draw();
-        count = deviation == lies ? any_count() : 1;
-        return status_of(deviation);
+        const std::uint32_t count = deviation == lies ? any_count() : 1;
+        return {status_of(deviation), count};
     }
 
-    BridgeStatus SI_GetProductString(Dword, std::span<Byte, product_string_size> text,
-                                     Dword) override {
+    SerialNumber serial_number(std::uint32_t) override {
         const int deviation = draw();
         --operations; // as many as there are devices
-        constexpr std::string_view serial = "lm4rxa-FUZZ0001";
-        std::copy(serial.begin(), serial.end(), text.begin());
+        std::string serial = "lm4rxa-FUZZ0001";
         if (deviation == lies) {
-            std::generate(text.begin(), text.end(), [this] { return input_.byte(); });
+            serial.resize(longest_serial_number);
+            std::generate(serial.begin(), serial.end(),
+                          [this] { return std::bit_cast<char>(input_.byte()); });
+            serial = serial.c_str(); // up to a zero
         }
-        return status_of(deviation);
+        return {status_of(deviation), serial};
     }
 
-    BridgeStatus SI_Open(Dword, Handle& handle) override {
-        handle = this;
-        return count_open(status_of(draw()));
+    BridgeStatus open(std::uint32_t) override {
+        const BridgeStatus status = status_of(draw());
+        opened += status == bridge_success ? 1 : 0;
+        return status;
     }
 
-    BridgeStatus SI_Close(Handle) override {
-        --open;
+    BridgeStatus close() override {
+        --opened;
         return status_of(draw());
     }
 
-    BridgeStatus SI_SetBaudRate(Handle, Dword) override { return status_of(draw()); }
+    BridgeStatus set_speed(std::uint32_t) override { return status_of(draw()); }
 
-    BridgeStatus SI_SetTimeouts(Dword read_ms, Dword) override {
-        read_time_out_ = std::chrono::milliseconds(read_ms);
+    BridgeStatus set_time_out(std::uint32_t milliseconds) override {
+        time_out_ = std::chrono::milliseconds(milliseconds);
         return status_of(draw());
     }
 
-    BridgeStatus SI_FlushBuffers(Handle, Byte, Byte) override {
+    BridgeStatus flush() override {
         const int deviation = draw();
         if (deviation != lies) {
             queue_.clear();
@@ -64,40 +67,40 @@ public:
         return status_of(deviation);
     }
 
-    BridgeStatus SI_Write(Handle, std::span<const Byte> bytes, Dword& written) override {
+    BridgeStatus write(std::span<const Byte> bytes) override {
         demand_frame(bytes);
         const int deviation = draw();
-        written = deviation == lies ? any_count() : static_cast<Dword>(bytes.size());
         if (deviation != waits) {
             answer(bytes[1]);
         }
         return status_of(deviation);
     }
 
-    BridgeStatus SI_Read(Handle, std::span<Byte> bytes, Dword& read) override {
+    Counted read(std::span<Byte> bytes) override {
         const int deviation = draw();
-        read = 0;
+        std::uint32_t read = 0;
         while (read < bytes.size() && !queue_.empty()) {
             bytes[read++] = queue_.front();
             queue_.pop_front();
         }
         if (read < bytes.size() || deviation == waits) {
-            clock_.sleep(read_time_out_);
+            clock_.sleep(time_out_);
         }
         const bool timed_out = read == 0 && !bytes.empty();
         read = deviation == lies ? any_count() : read;
-        return timed_out && deviation == none ? si_read_timed_out : status_of(deviation);
+        return {timed_out && deviation == none ? bridge_read_timed_out : status_of(deviation),
+                read};
     }
 
-    BridgeStatus SI_CheckRXQueue(Handle, Dword& waiting, Dword& queue_status) override {
+    Counted waiting() override {
         const int deviation = draw();
-        waiting = deviation == lies ? any_count() : static_cast<Dword>(queue_.size());
-        queue_status = 0;
-        return status_of(deviation);
+        const std::uint32_t count =
+            deviation == lies ? any_count() : static_cast<std::uint32_t>(queue_.size());
+        return {status_of(deviation), count};
     }
 
     int operations = 0; ///< operations so far, the listing of serial numbers apart
-    int open = 0;       ///< openings that succeeded less closings
+    int opened = 0;     ///< openings that succeeded less closings
 
 private:
     static constexpr std::uint8_t first_deviation = 0xC0;
@@ -112,23 +115,18 @@ private:
     static BridgeStatus status_of(int deviation) {
         switch (deviation) {
         case fails:
-            return si_failed;
+            return bridge_failed;
         case times_out:
-            return si_read_timed_out;
+            return bridge_read_timed_out;
         case succeeds_below_zero:
             return -65536; // zero in its low 16 bits
         default:
-            return si_success;
+            return bridge_success;
         }
     }
 
-    BridgeStatus count_open(BridgeStatus status) {
-        open += status == si_success ? 1 : 0;
-        return status;
-    }
-
-    Dword any_count() {
-        constexpr std::array<Dword, 12> counts = {0,    1,    2,    3,    8,      1299,
+    std::uint32_t any_count() {
+        constexpr std::array<std::uint32_t, 12> counts = {0,    1,    2,    3,    8,      1299,
                                                   1300, 1301, 1400, 5002, 0x8000, 0xFFFFFFFF};
         return counts[input_.below(counts.size())];
     }
@@ -199,7 +197,7 @@ private:
     VirtualClock& clock_;
     FuzzInput& input_;
     std::deque<Byte> queue_;
-    std::chrono::milliseconds read_time_out_{1000};
+    std::chrono::milliseconds time_out_{1000};
 };
 
 } // namespace kv408

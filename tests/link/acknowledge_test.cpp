@@ -12,7 +12,6 @@ TEST(SendCommand, WritesOneFrameOfEightBytesAndReadsNothing) {
     rig.open();
     rig.link.sendcommand(8, check_arguments);
     EXPECT_EQ(rig.bridge.timeline(), Texts{"SI_Write 4 8 0 0 1 0 255 8 @0"});
-    EXPECT_EQ(rig.bridge.handles, std::set<Handle>{rig.link.state().devhandle});
     EXPECT_EQ(rig.link.state().commstatus, 0);
 }
 
@@ -41,7 +40,6 @@ TEST(SendCmdAck, GoesThroughItsOperationsInOrder) {
     EXPECT_TRUE(rig.link.sendcmdack(8, check_arguments, retries, 700, " SETTRIG "));
     EXPECT_EQ(rig.bridge.timeline(), (Texts{"SI_SetTimeouts 700 700 @0", "SI_FlushBuffers 1 1 @0",
                                             "SI_Write 4 8 0 0 1 0 255 8 @0", "SI_Read 1 @20"}));
-    EXPECT_EQ(rig.bridge.handles, std::set<Handle>{rig.link.state().devhandle});
     EXPECT_EQ(retries, 2);
     EXPECT_TRUE(rig.boxes.shown.empty());
 }
@@ -98,14 +96,12 @@ TEST(SendCmdAck, SucceedsOnTheSecondAttempt) {
 /// a byte.
 struct EmptyReads : FakeBridge {
     using FakeBridge::FakeBridge;
-    BridgeStatus SI_Read(Handle, std::span<Byte> bytes, Dword& read) override {
+    Counted read(std::span<Byte> bytes) override {
         if (reads++ == 0) {
             bytes[0] = 6;
-            read = 1;
-            return 5;
+            return {5, 1};
         }
-        read = 0;
-        return si_success;
+        return {bridge_success, 0};
     }
     int reads = 0;
 };

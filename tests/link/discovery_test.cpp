@@ -25,7 +25,6 @@ TEST(Discovery, OpensTheInstrumentAndLocksTheList) {
     rig.link.finddevice();
     EXPECT_TRUE(rig.link.select_and_open());
     EXPECT_EQ(opened(rig), std::vector<std::int64_t>{0});
-    EXPECT_EQ(rig.link.state().devhandle, static_cast<Handle>(&rig.bridge));
     EXPECT_TRUE(rig.link.state().devfound);
     EXPECT_TRUE(rig.link.state().open);
     EXPECT_EQ(rig.link.state().serialsuffix, "SERIAL1");
@@ -244,7 +243,6 @@ TEST(LinkSpeed, IsSetTo833000Baud) {
     rig.open();
     rig.link.set_link_speed();
     EXPECT_EQ(rig.bridge.timeline(), Texts{"SI_SetBaudRate 833000 @0"});
-    EXPECT_EQ(rig.bridge.handles, std::set<Handle>{rig.link.state().devhandle});
     EXPECT_TRUE(rig.boxes.shown.empty());
 }
 

@@ -23,7 +23,6 @@ struct LinkRig {
         link.finddevice();
         link.select_and_open();
         bridge.calls.clear();
-        bridge.handles.clear();
     }
 
     /// Fills the five arguments of the next command.

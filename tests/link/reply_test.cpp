@@ -11,7 +11,7 @@ using std::chrono::milliseconds;
 
 struct IdleRow {
     const char* what;
-    std::vector<Dword> counts; ///< waiting at each poll; the last one stays
+    std::vector<std::uint32_t> counts; ///< waiting at each poll; the last one stays
     int polls;
 };
 
@@ -27,7 +27,7 @@ TEST(WaitRxIdle, ReturnsWhenTwoPollsShowTheSameCount) {
         LinkRig rig;
         rig.open();
         std::size_t poll = 0;
-        rig.bridge.on_check = [&](Dword& waiting) {
+        rig.bridge.on_check = [&](std::uint32_t& waiting) {
             waiting = row.counts[std::min(poll, row.counts.size() - 1)];
             ++poll;
         };
@@ -50,8 +50,8 @@ TEST(WaitRxIdle, SleepsBeforeEachPoll) {
 TEST(WaitRxIdle, GivesUpAfterFourSeconds) {
     LinkRig rig;
     rig.open();
-    Dword growing = 0;
-    rig.bridge.on_check = [&](Dword& waiting) { waiting = ++growing; };
+    std::uint32_t growing = 0;
+    rig.bridge.on_check = [&](std::uint32_t& waiting) { waiting = ++growing; };
     rig.link.waitrxidle();
     EXPECT_EQ(rig.bridge.count("SI_CheckRXQueue"), 40);
     EXPECT_EQ(rig.clock.now(), milliseconds(4000));
@@ -61,8 +61,8 @@ TEST(WaitRxIdle, AFailingCheckEndsTheWait) {
     LinkRig rig;
     rig.open();
     rig.bridge.status["SI_CheckRXQueue"] = 1;
-    Dword growing = 0;
-    rig.bridge.on_check = [&](Dword& waiting) { waiting = ++growing; };
+    std::uint32_t growing = 0;
+    rig.bridge.on_check = [&](std::uint32_t& waiting) { waiting = ++growing; };
     rig.link.waitrxidle();
     EXPECT_EQ(rig.clock.now(), milliseconds(100));
     EXPECT_TRUE(rig.boxes.shown.empty());

@@ -169,7 +169,7 @@ TEST(Gain, WhileRunningARangeChangeMarksTheSetUpAndWaitsBeforeTheFrame) {
         rig.acquisition.scopestate = "scopech2f";
         rig.acquisition.laststate = "scopech1f";
         rig.acquisition.ready = {true, true};
-        rig.bridge.on_check = [&](Dword&) {
+        rig.bridge.on_check = [&](std::uint32_t&) {
             EXPECT_EQ(rig.acquisition.scopestate, "changes");
             EXPECT_EQ(rig.acquisition.laststate, "changes");
         };

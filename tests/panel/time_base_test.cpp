@@ -107,7 +107,7 @@ TEST(TimeBase, WhileRunningTheSetUpIsMarkedChangedBeforeTheWait) {
     rig.acquisition.laststate = "scopech1f";
     rig.acquisition.ready = {true, true};
     rig.bridge.receive({1, 2, 3});
-    rig.bridge.on_check = [&](Dword&) {
+    rig.bridge.on_check = [&](std::uint32_t&) {
         EXPECT_EQ(rig.acquisition.scopestate, "changes");
         EXPECT_EQ(rig.panel.tdivtext.caption(), "");
     };

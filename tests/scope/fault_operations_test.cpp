@@ -56,7 +56,7 @@ PlannedFaults plan(Kind kind, int index, Operation operation) {
     case Kind::fails:
         break;
     case Kind::times_out:
-        fault.status = si_read_timed_out;
+        fault.status = bridge_read_timed_out;
         break;
     case Kind::fails_though_done:
         // An opening that fails leaves nothing open.
@@ -66,7 +66,7 @@ PlannedFaults plan(Kind kind, int index, Operation operation) {
         fault.times = simulator::without_end;
         break;
     case Kind::times_out_on:
-        fault = {.status = si_read_timed_out, .times = simulator::without_end};
+        fault = {.status = bridge_read_timed_out, .times = simulator::without_end};
         break;
     case Kind::moment:
         planned.lasting_operations = 1;

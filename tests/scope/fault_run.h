@@ -171,13 +171,8 @@ private:
 
     /// Whether the cable was out, if only for a moment, since the device was opened.
     [[nodiscard]] bool lost_handle() {
-        Dword waiting = 0;
-        Dword queue_status = 0;
-        return program_.simulation.bridge().SI_CheckRXQueue(handle(), waiting, queue_status) ==
-               si_failed;
+        return program_.simulation.bridge().waiting().status == bridge_failed;
     }
-
-    [[nodiscard]] Handle handle() const { return program_.scope.parts().link.state().devhandle; }
 
     /// Signals of other sizes, by which a new sweep is known.
     void change_signals() {
@@ -240,7 +235,7 @@ private:
         bool open = false;
         for (const auto& operation : program_.log.operations) {
             if (operation.operation == simulator::Operation::open) {
-                open = operation.status == si_success;
+                open = operation.status == bridge_success;
             } else if (operation.operation == simulator::Operation::close) {
                 open = false;
             }
@@ -261,7 +256,7 @@ private:
     void restart() {
         change_signals();
         // What an ended program could not close the system closes.
-        program_.simulation.bridge().SI_Close(handle());
+        program_.simulation.bridge().close();
         FakeFiles files;
         Scope again{Machine{program_.clock, program_.boxes, program_.messages,
                             program_.simulation.bridge(), files, program_.choosers, fake_places(),

@@ -57,10 +57,10 @@ private:
         case Operation::get_product_string:
             return take_serial(operation);
         case Operation::open:
-            checking_ = operation.status == si_success;
+            checking_ = operation.status == bridge_success;
             return tell_unless(checking_, told::open_failed);
         case Operation::set_baud_rate:
-            return tell_unless(operation.status == si_success, told::no_speed);
+            return tell_unless(operation.status == bridge_success, told::no_speed);
         case Operation::set_timeouts:
             time_out_ = std::chrono::milliseconds(operation.arguments.at(0));
             return;
@@ -81,7 +81,7 @@ private:
 
     void take_count(const WireOperation& operation) {
         attempts_ = 0;
-        if (operation.status != si_success) {
+        if (operation.status != bridge_success) {
             told_.push_back(told::no_list);
         } else if (operation.count == 0) {
             told_.push_back(told::no_device);
@@ -95,7 +95,7 @@ private:
     }
 
     void take_write(const WireOperation& operation) {
-        if (operation.status != si_success) {
+        if (operation.status != bridge_success) {
             told_.push_back(told::write_failed);
             return;
         }
@@ -119,11 +119,11 @@ private:
         // A bridge that refused the shorter one goes on with the usual one.
         EXPECT_LE(operation.ended - operation.began, std::chrono::milliseconds(1000));
         const Byte byte = operation.bytes.empty() ? Byte{0} : operation.bytes.front();
-        const bool timed_out = operation.status == si_read_timed_out;
+        const bool timed_out = operation.status == bridge_read_timed_out;
         ++attempts_;
         if (checking_) {
             take_check(timed_out, byte == 6);
-        } else if (operation.status == si_success && byte == 6) {
+        } else if (operation.status == bridge_success && byte == 6) {
             finish_command(true);
         } else if (attempts_ == 3) {
             tell_missing(timed_out);

@@ -85,7 +85,7 @@ TEST(Robustness, AFrameThatCannotBeWrittenLeavesNoDeviceOpen) {
     EXPECT_TRUE(program.scope.ended());
     EXPECT_EQ(program.boxes.texts(), Texts{not_found_text});
     EXPECT_EQ(program.log.operations.back().operation, Operation::close);
-    EXPECT_EQ(program.log.operations.back().status, si_success);
+    EXPECT_EQ(program.log.operations.back().status, bridge_success);
 }
 
 TEST(Robustness, PullingTheCableInAPointPassDrawsNothingMore) {

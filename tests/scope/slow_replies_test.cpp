@@ -59,7 +59,7 @@ public:
     }
 
     /// Replies of so many bytes that were read.
-    [[nodiscard]] std::ptrdiff_t replies_read(Dword bytes) const {
+    [[nodiscard]] std::ptrdiff_t replies_read(std::uint32_t bytes) const {
         return std::count_if(log.operations.begin(), log.operations.end(), [&](const auto& each) {
             return each.operation == simulator::Operation::read && each.count == bytes;
         });

@@ -57,8 +57,8 @@ TEST(StartUpOnTheWire, ListsOpensAndSetsTheSpeedBeforeTheFirstFrame) {
                                                   Operation::get_product_string, Operation::open,
                                                   Operation::set_baud_rate, Operation::set_timeouts,
                                                   Operation::flush_buffers, Operation::write}));
-    EXPECT_EQ(program.log.operations[3].arguments, std::vector<Dword>{833000});
-    EXPECT_EQ(program.log.operations[4].arguments, (std::vector<Dword>{1000, 1000}));
+    EXPECT_EQ(program.log.operations[3].arguments, std::vector<std::uint32_t>{833000});
+    EXPECT_EQ(program.log.operations[4].arguments, (std::vector<std::uint32_t>{1000, 1000}));
 }
 
 TEST(StartUpOnTheWire, TheFirstTicksStartTheSweepsByThemselves) {

@@ -46,8 +46,8 @@ inline Arguments long_arguments(std::int32_t value) {
 class BenchDriver : public ::testing::Test {
 protected:
     BenchDriver() {
-        EXPECT_EQ(bridge().SI_Open(0, handle_), si_success);
-        EXPECT_EQ(bridge().SI_SetBaudRate(handle_, 833000), si_success);
+        EXPECT_EQ(bridge().open(0), bridge_success);
+        EXPECT_EQ(bridge().set_speed(833000), bridge_success);
     }
 
     Bench& bench() { return simulation_.bench(); }
@@ -59,30 +59,24 @@ protected:
         silence(bench());
     }
 
-    BridgeStatus write(const std::vector<Byte>& bytes) {
-        Dword written = 0;
-        const BridgeStatus status = bridge().SI_Write(handle_, bytes, written);
-        EXPECT_EQ(written, status == si_success ? bytes.size() : 0U);
-        return status;
-    }
+    BridgeStatus write(const std::vector<Byte>& bytes) { return bridge().write(bytes); }
 
     void send(int command, const Arguments& arguments) {
-        EXPECT_EQ(write(frame(command, arguments)), si_success);
+        EXPECT_EQ(write(frame(command, arguments)), bridge_success);
     }
 
-    Dword waiting() {
-        Dword count = 0;
-        Dword queue_status = 0;
-        EXPECT_EQ(bridge().SI_CheckRXQueue(handle_, count, queue_status), si_success);
-        return count;
+    std::uint32_t waiting() {
+        const Counted counted = bridge().waiting();
+        EXPECT_EQ(counted.status, bridge_success);
+        return counted.count;
     }
 
     /// Reads up to `count` bytes; `status_` keeps the status.
     std::vector<Byte> read(std::size_t count) {
         std::vector<Byte> bytes(count);
-        Dword got = 0;
-        status_ = bridge().SI_Read(handle_, bytes, got);
-        bytes.resize(got);
+        const Counted counted = bridge().read(bytes);
+        status_ = counted.status;
+        bytes.resize(counted.count);
         return bytes;
     }
 
@@ -127,8 +121,7 @@ protected:
     VirtualClock clock_;
     WireLog log_;
     Simulation simulation_{clock_, {}, 1, &log_};
-    Handle handle_ = nullptr;
-    BridgeStatus status_ = si_success;
+    BridgeStatus status_ = bridge_success;
 };
 
 /// The waiting word, as the reply to a sweep that gets no trigger.

@@ -146,9 +146,9 @@ TEST_F(Commands, LinearityCalibrationSendsAByteEvery225Milliseconds) {
     EXPECT_EQ(read(1), std::vector<Byte>{6});
     for (int point = 1; point <= 20; ++point) {
         clock_.advance(start + point * milliseconds(225) - clock_.now());
-        EXPECT_EQ(waiting(), static_cast<Dword>(point - 1));
+        EXPECT_EQ(waiting(), static_cast<std::uint32_t>(point - 1));
         clock_.advance(microseconds(20));
-        EXPECT_EQ(waiting(), static_cast<Dword>(point));
+        EXPECT_EQ(waiting(), static_cast<std::uint32_t>(point));
     }
 }
 
@@ -180,7 +180,7 @@ TEST_F(Commands, ACommandBreaksOffABlock) {
     set_trigger(0, 1);
     send(32, {2, 138, 0, 0, 1});
     clock_.advance(microseconds(13000 + 4800)); // just under 400 bytes
-    const Dword before = waiting();
+    const std::uint32_t before = waiting();
     EXPECT_GT(before, 390U);
     EXPECT_LT(before, 400U);
     send(31, long_arguments(5));

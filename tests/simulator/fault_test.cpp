@@ -10,7 +10,7 @@ class Fault : public BenchDriver {
 protected:
     Fault() {
         make_exact();
-        bridge().SI_SetTimeouts(100, 100);
+        bridge().set_time_out(100);
     }
 
     Faults& faults() { return bench().faults; }
@@ -23,50 +23,49 @@ protected:
 
     /// Does `operation` once, rightly; returns its status.
     BridgeStatus perform(Operation operation) {
-        std::array<Byte, product_string_size> text{};
         std::array<Byte, 8> bytes = {4, 31, 0, 0, 0, 9, 0, 40};
-        Dword count = 0;
-        Dword state = 0;
         switch (operation) {
         case Operation::get_num_devices:
-            return bridge().SI_GetNumDevices(count);
+            return bridge().count_devices().status;
         case Operation::get_product_string:
-            return bridge().SI_GetProductString(0, text, si_return_serial_number);
+            return bridge().serial_number(0).status;
         case Operation::open:
             return open_again();
         case Operation::close:
             return close();
         case Operation::set_baud_rate:
-            return bridge().SI_SetBaudRate(handle_, 833000);
+            return bridge().set_speed(833000);
         case Operation::set_timeouts:
-            return bridge().SI_SetTimeouts(100, 100);
+            return bridge().set_time_out(100);
         case Operation::flush_buffers:
-            return bridge().SI_FlushBuffers(handle_, 1, 1);
+            return bridge().flush();
         case Operation::write:
-            return bridge().SI_Write(handle_, bytes, count);
+            return bridge().write(bytes);
         case Operation::read:
             clock_.advance(milliseconds(20));
-            return bridge().SI_Read(handle_, std::span(bytes).first(1), count);
+            return bridge().read(std::span(bytes).first(1)).status;
         case Operation::check_rx_queue:
-            return bridge().SI_CheckRXQueue(handle_, count, state);
+            return bridge().waiting().status;
         }
-        return si_failed;
+        return bridge_failed;
     }
 
     BridgeStatus open_again() {
-        if (handle_ != nullptr) {
+        if (open_) {
             close();
         }
-        return bridge().SI_Open(0, handle_);
+        const BridgeStatus status = bridge().open(0);
+        open_ = status == bridge_success;
+        return status;
     }
 
     BridgeStatus close() {
-        const BridgeStatus status = bridge().SI_Close(handle_);
-        if (status == si_success) {
-            handle_ = nullptr;
-        }
+        const BridgeStatus status = bridge().close();
+        open_ = status != bridge_success;
         return status;
     }
+
+    bool open_ = true;
 };
 
 constexpr std::array<Operation, 10> operations = {Operation::get_num_devices,
@@ -82,7 +81,7 @@ constexpr std::array<Operation, 10> operations = {Operation::get_num_devices,
 
 TEST_F(Fault, EveryOperationSucceedsWithoutOne) {
     for (const Operation operation : operations) {
-        EXPECT_EQ(perform(operation), si_success) << static_cast<int>(operation);
+        EXPECT_EQ(perform(operation), bridge_success) << static_cast<int>(operation);
     }
 }
 
@@ -91,19 +90,19 @@ TEST_F(Fault, EachOperationFailsWithItsStatusAsOftenAsAsked) {
         faults().operations[failing] = {77, 1, 2};
         std::vector<BridgeStatus> statuses;
         for (int round = 0; round < 4; ++round) {
-            if (handle_ == nullptr && failing != Operation::open) {
-                ASSERT_EQ(bridge().SI_Open(0, handle_), si_success);
-                ASSERT_EQ(bridge().SI_SetBaudRate(handle_, 833000), si_success);
+            if (!open_ && failing != Operation::open) {
+                ASSERT_EQ(open_again(), bridge_success);
+                ASSERT_EQ(bridge().set_speed(833000), bridge_success);
             }
             if (failing == Operation::read) {
-                ASSERT_EQ(perform(Operation::write), si_success); // something to read
+                ASSERT_EQ(perform(Operation::write), bridge_success); // something to read
             }
             statuses.push_back(perform(failing));
         }
         EXPECT_EQ(statuses, (std::vector<BridgeStatus>{0, 77, 77, 0})) << static_cast<int>(failing);
         faults() = {};
         if (failing == Operation::open) {
-            ASSERT_EQ(bridge().SI_SetBaudRate(handle_, 833000), si_success);
+            ASSERT_EQ(bridge().set_speed(833000), bridge_success);
         }
     }
 }
@@ -112,7 +111,7 @@ TEST_F(Fault, AnOperationCanFailForGood) {
     faults().operations[Operation::check_rx_queue] = {5, 0, without_end};
     for (int round = 0; round < 100; ++round) {
         EXPECT_EQ(perform(Operation::check_rx_queue), 5);
-        EXPECT_EQ(perform(Operation::flush_buffers), si_success);
+        EXPECT_EQ(perform(Operation::flush_buffers), bridge_success);
     }
 }
 
@@ -121,9 +120,9 @@ TEST_F(Fault, AnOperationCanBeDoneAndStillReportAFailure) {
     clock_.advance(milliseconds(20));
     faults().operations[Operation::read] = {.status = 13, .done = true};
     std::array<Byte, 2> bytes{};
-    Dword count = 0;
-    EXPECT_EQ(bridge().SI_Read(handle_, bytes, count), 13);
-    EXPECT_EQ(count, 2U);
+    const Counted read = bridge().read(bytes);
+    EXPECT_EQ(read.status, 13);
+    EXPECT_EQ(read.count, 2U);
     EXPECT_EQ(bytes, (std::array<Byte, 2>{0, 55}));
 }
 
@@ -159,19 +158,19 @@ TEST_F(Fault, ALateReplyComesLate) {
 
 TEST_F(Fault, UnpluggedListsNothingAndFailsEverywhere) {
     faults().unplugged = true;
-    Dword count = 9;
-    EXPECT_EQ(bridge().SI_GetNumDevices(count), si_success);
-    EXPECT_EQ(count, 0U);
+    const Counted listed = bridge().count_devices();
+    EXPECT_EQ(listed.status, bridge_success);
+    EXPECT_EQ(listed.count, 0U);
     for (const Operation operation : operations) {
         if (operation != Operation::get_num_devices) {
-            EXPECT_EQ(perform(operation), si_failed) << static_cast<int>(operation);
+            EXPECT_EQ(perform(operation), bridge_failed) << static_cast<int>(operation);
         }
     }
     // Plugged in again the old handle is dead.
     faults().unplugged = false;
-    EXPECT_EQ(perform(Operation::flush_buffers), si_failed);
-    EXPECT_EQ(bridge().SI_Open(0, handle_), si_success);
-    EXPECT_EQ(perform(Operation::flush_buffers), si_success);
+    EXPECT_EQ(perform(Operation::flush_buffers), bridge_failed);
+    EXPECT_EQ(bridge().open(0), bridge_success);
+    EXPECT_EQ(perform(Operation::flush_buffers), bridge_success);
 }
 
 TEST_F(Fault, WithoutPowerNothingAnswersAndSettingsAreForgotten) {
@@ -181,9 +180,9 @@ TEST_F(Fault, WithoutPowerNothingAnswersAndSettingsAreForgotten) {
     for (const Operation operation :
          {Operation::get_num_devices, Operation::get_product_string, Operation::open,
           Operation::set_baud_rate, Operation::flush_buffers, Operation::write}) {
-        EXPECT_EQ(perform(operation), si_success) << static_cast<int>(operation);
+        EXPECT_EQ(perform(operation), bridge_success) << static_cast<int>(operation);
     }
-    EXPECT_EQ(perform(Operation::read), si_read_timed_out);
+    EXPECT_EQ(perform(Operation::read), bridge_read_timed_out);
     faults().no_power = false;
     clock_.advance(milliseconds(5000));
     EXPECT_EQ(waiting(), 0U); // the linearity calibration has not gone on
@@ -228,11 +227,11 @@ TEST_F(Fault, LosingBytesCountsFromWhenItSetsIn) {
 }
 
 TEST_F(Fault, AHalfFrameDoesNotSurviveALossOfPower) {
-    EXPECT_EQ(write({4, 31, 0, 0}), si_success);
+    EXPECT_EQ(write({4, 31, 0, 0}), bridge_success);
     faults().no_power = true;
     perform(Operation::check_rx_queue);
     faults().no_power = false;
-    EXPECT_EQ(write({0, 9, 0, 40}), si_success);
+    EXPECT_EQ(write({0, 9, 0, 40}), bridge_success);
     EXPECT_TRUE(read(1).empty());
 }
 
@@ -245,7 +244,7 @@ TEST_F(Fault, ThatComesAndGoesBetweenTwoOperationsCanBeNoticed) {
     faults().unplugged = true;
     simulation_.notice_faults();
     faults().unplugged = false;
-    EXPECT_EQ(perform(Operation::flush_buffers), si_failed); // the device is no longer open
+    EXPECT_EQ(perform(Operation::flush_buffers), bridge_failed); // the device is no longer open
 }
 
 TEST_F(Fault, BitsAreFlipped) {
@@ -285,22 +284,20 @@ TEST_F(Fault, TheTriggerIsSuppressed) {
 
 TEST_F(Fault, TheSpeedIsRefused) {
     faults().baud_rate_refused = true;
-    EXPECT_EQ(bridge().SI_SetBaudRate(handle_, 9600), si_failed);
+    EXPECT_EQ(bridge().set_speed(9600), bridge_failed);
     EXPECT_EQ(acknowledge(), std::vector<Byte>{6}); // still at the old one
 }
 
 TEST_F(Fault, TheListMayDifferFromWhatIsThere) {
-    bridge().SI_Close(handle_);
+    bridge().close();
     faults().reported_devices = 3;
-    Dword count = 0;
-    EXPECT_EQ(bridge().SI_GetNumDevices(count), si_success);
-    EXPECT_EQ(count, 3U);
-    std::array<Byte, product_string_size> text{};
-    EXPECT_EQ(bridge().SI_GetProductString(0, text, si_return_serial_number), si_success);
-    EXPECT_EQ(bridge().SI_GetProductString(1, text, si_return_serial_number), si_failed);
+    const Counted listed = bridge().count_devices();
+    EXPECT_EQ(listed.status, bridge_success);
+    EXPECT_EQ(listed.count, 3U);
+    EXPECT_EQ(bridge().serial_number(0).status, bridge_success);
+    EXPECT_EQ(bridge().serial_number(1).status, bridge_failed);
     bench().devices.clear(); // gone after it was listed
-    Handle handle = nullptr;
-    EXPECT_EQ(bridge().SI_Open(0, handle), si_failed);
+    EXPECT_EQ(bridge().open(0), bridge_failed);
 }
 
 TEST_F(Fault, PlannedFaultsSetInAtEachMomentAndEnd) {
@@ -308,11 +305,11 @@ TEST_F(Fault, PlannedFaultsSetInAtEachMomentAndEnd) {
         PlannedFaults plan;
         plan.after_operations = moment;
         plan.lasting_operations = 3;
-        plan.faults.operations[Operation::flush_buffers] = {si_failed, 0, without_end};
+        plan.faults.operations[Operation::flush_buffers] = {bridge_failed, 0, without_end};
         bench().planned_faults = plan;
         for (int operation = 0; operation < 20; ++operation) {
             const bool hit = operation >= moment && operation < moment + 3;
-            EXPECT_EQ(perform(Operation::flush_buffers), hit ? si_failed : si_success)
+            EXPECT_EQ(perform(Operation::flush_buffers), hit ? bridge_failed : bridge_success)
                 << moment << ' ' << operation;
         }
         EXPECT_FALSE(bench().planned_faults);
@@ -324,10 +321,10 @@ TEST_F(Fault, PlannedFaultsMayLast) {
     plan.after_operations = 2;
     plan.faults.unplugged = true;
     bench().planned_faults = plan;
-    EXPECT_EQ(perform(Operation::flush_buffers), si_success);
-    EXPECT_EQ(perform(Operation::flush_buffers), si_success);
+    EXPECT_EQ(perform(Operation::flush_buffers), bridge_success);
+    EXPECT_EQ(perform(Operation::flush_buffers), bridge_success);
     for (int operation = 0; operation < 50; ++operation) {
-        EXPECT_EQ(perform(Operation::flush_buffers), si_failed);
+        EXPECT_EQ(perform(Operation::flush_buffers), bridge_failed);
     }
 }
 

@@ -88,15 +88,11 @@ TEST_F(FlashFile, ARecordWrittenByCommandSurvivesARestart) {
     const auto exchange = [&](int command, const Arguments& arguments, std::size_t reply) {
         VirtualClock clock;
         Simulation simulation(clock, at(file()));
-        Handle handle = nullptr;
-        Dword count = 0;
         std::vector<Byte> bytes(reply);
-        EXPECT_EQ(simulation.bridge().SI_Open(0, handle), si_success);
-        EXPECT_EQ(simulation.bridge().SI_SetBaudRate(handle, 833000), si_success);
-        EXPECT_EQ(simulation.bridge().SI_Write(handle, frame(command, arguments), count),
-                  si_success);
-        simulation.bridge().SI_Read(handle, bytes, count);
-        EXPECT_EQ(count, reply);
+        EXPECT_EQ(simulation.bridge().open(0), bridge_success);
+        EXPECT_EQ(simulation.bridge().set_speed(833000), bridge_success);
+        EXPECT_EQ(simulation.bridge().write(frame(command, arguments)), bridge_success);
+        EXPECT_EQ(simulation.bridge().read(bytes).count, reply);
         return bytes;
     };
     exchange(34, {0xA4, 0x05, 0x26, 0xAC, 0}, 0); // 9900

@@ -124,14 +124,11 @@ TEST_F(SweepNoise, TheSeedDecidesIt) {
     const auto run = [](std::uint64_t seed) {
         VirtualClock clock;
         Simulation simulation(clock, {}, seed);
-        Handle handle = nullptr;
-        Dword count = 0;
         std::vector<Byte> bytes(1300);
-        simulation.bridge().SI_Open(0, handle);
-        simulation.bridge().SI_SetBaudRate(handle, 833000);
-        simulation.bridge().SI_Write(handle, frame(32, {2, 138, 0, 0, 1}), count);
-        simulation.bridge().SI_Read(handle, bytes, count);
-        EXPECT_EQ(count, 1300U);
+        simulation.bridge().open(0);
+        simulation.bridge().set_speed(833000);
+        simulation.bridge().write(frame(32, {2, 138, 0, 0, 1}));
+        EXPECT_EQ(simulation.bridge().read(bytes).count, 1300U);
         return bytes;
     };
     EXPECT_EQ(run(5), run(5));

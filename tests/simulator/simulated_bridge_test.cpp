@@ -11,23 +11,16 @@ protected:
     Bench& bench() { return simulation_.bench(); }
     Bridge& bridge() { return simulation_.bridge(); }
 
-    Dword devices() {
-        Dword count = 99;
-        EXPECT_EQ(bridge().SI_GetNumDevices(count), si_success);
-        return count;
+    std::uint32_t devices() {
+        const Counted counted = bridge().count_devices();
+        EXPECT_EQ(counted.status, bridge_success);
+        return counted.count;
     }
 
-    /// The zero-terminated serial string of a device.
-    std::string serial(Dword index) {
-        std::array<Byte, product_string_size> text{};
-        text.fill(0xEE);
-        EXPECT_EQ(bridge().SI_GetProductString(index, text, si_return_serial_number), si_success);
-        std::string result;
-        while (result.size() < text.size() && text.at(result.size()) != 0) {
-            result.push_back(static_cast<char>(text.at(result.size())));
-        }
-        EXPECT_LT(result.size(), text.size());
-        return result;
+    std::string serial(std::uint32_t index) {
+        const SerialNumber number = bridge().serial_number(index);
+        EXPECT_EQ(number.status, bridge_success);
+        return number.text;
     }
 
     VirtualClock clock_;
@@ -52,47 +45,34 @@ TEST_F(Listing, DevicesAreListedInOrderWithAnyBytes) {
 }
 
 TEST_F(Listing, OnlyTheSerialNumberOfRealDevicesIsKnown) {
-    std::array<Byte, product_string_size> text{};
-    EXPECT_EQ(bridge().SI_GetProductString(1, text, si_return_serial_number), si_failed);
-    EXPECT_EQ(bridge().SI_GetProductString(0, text, 1), si_failed);
+    EXPECT_EQ(bridge().serial_number(1).status, bridge_failed);
 }
 
 TEST_F(Listing, OpensAndClosesOnce) {
-    Handle handle = nullptr;
-    EXPECT_EQ(bridge().SI_Open(1, handle), si_failed);
-    ASSERT_EQ(bridge().SI_Open(0, handle), si_success);
-    Handle second = nullptr;
-    EXPECT_EQ(bridge().SI_Open(0, second), si_failed);
-    EXPECT_EQ(bridge().SI_Close(handle), si_success);
-    EXPECT_EQ(bridge().SI_Close(handle), si_failed);
-    ASSERT_EQ(bridge().SI_Open(0, second), si_success);
-    EXPECT_NE(second, handle); // a stale handle does not reach the device
-    EXPECT_EQ(bridge().SI_SetBaudRate(handle, 833000), si_failed);
+    EXPECT_EQ(bridge().open(1), bridge_failed);
+    ASSERT_EQ(bridge().open(0), bridge_success);
+    EXPECT_EQ(bridge().open(0), bridge_failed);
+    EXPECT_EQ(bridge().close(), bridge_success);
+    EXPECT_EQ(bridge().close(), bridge_failed);
+    EXPECT_EQ(bridge().open(0), bridge_success);
 }
 
 TEST_F(Listing, ADeviceMayRefuseToOpen) {
     bench().devices = {{"lm4rxa-AAAAAAAA", false}, {"lm4rxa-BBBBBBBB"}};
-    Handle handle = nullptr;
-    EXPECT_EQ(bridge().SI_Open(0, handle), si_failed);
-    EXPECT_EQ(bridge().SI_Open(1, handle), si_success);
+    EXPECT_EQ(bridge().open(0), bridge_failed);
+    EXPECT_EQ(bridge().open(1), bridge_success);
 }
 
-TEST_F(Listing, NothingWorksWithoutTheRightHandle) {
-    Handle open = nullptr;
-    ASSERT_EQ(bridge().SI_Open(0, open), si_success);
+TEST_F(Listing, NothingWorksWhileNothingIsOpen) {
     std::array<Byte, 8> bytes{};
-    Dword count = 7;
-    Dword state = 0;
-    for (Handle handle : {Handle(nullptr), Handle(&count)}) {
-        EXPECT_EQ(bridge().SI_SetBaudRate(handle, 833000), si_failed);
-        EXPECT_EQ(bridge().SI_FlushBuffers(handle, 1, 1), si_failed);
-        EXPECT_EQ(bridge().SI_Write(handle, bytes, count), si_failed);
-        EXPECT_EQ(count, 0U);
-        EXPECT_EQ(bridge().SI_Read(handle, bytes, count), si_failed);
-        EXPECT_EQ(count, 0U);
-        EXPECT_EQ(bridge().SI_CheckRXQueue(handle, count, state), si_failed);
-        EXPECT_EQ(bridge().SI_Close(handle), si_failed);
+    EXPECT_EQ(bridge().set_speed(833000), bridge_failed);
+    EXPECT_EQ(bridge().flush(), bridge_failed);
+    EXPECT_EQ(bridge().write(bytes), bridge_failed);
+    for (const Counted& counted : {bridge().read(bytes), bridge().waiting()}) {
+        EXPECT_EQ(counted.status, bridge_failed);
+        EXPECT_EQ(counted.count, 0U);
     }
+    EXPECT_EQ(bridge().close(), bridge_failed);
     EXPECT_EQ(clock_.now(), nanoseconds(0)); // failing takes no time
 }
 
@@ -100,20 +80,20 @@ class OpenBridge : public BenchDriver {};
 
 TEST_F(OpenBridge, AnEmptyQueueTimesOutAfterTheReadTimeOut) {
     for (const int time_out : {0, 1, 100, 1000}) {
-        bridge().SI_SetTimeouts(static_cast<Dword>(time_out), 5000);
+        bridge().set_time_out(static_cast<std::uint32_t>(time_out));
         const auto start = clock_.now();
         EXPECT_TRUE(read(1).empty());
-        EXPECT_EQ(status_, si_read_timed_out);
+        EXPECT_EQ(status_, bridge_read_timed_out);
         EXPECT_EQ(clock_.now() - start, milliseconds(time_out));
     }
 }
 
 TEST_F(OpenBridge, PartOfTheDataIsASuccessAfterTheTimeOut) {
-    bridge().SI_SetTimeouts(50, 50);
+    bridge().set_time_out(50);
     send(31, {0, 0, 0, 9, 0});
     const auto start = clock_.now();
     EXPECT_EQ(read(3), std::vector<Byte>{6});
-    EXPECT_EQ(status_, si_success);
+    EXPECT_EQ(status_, bridge_success);
     EXPECT_EQ(clock_.now() - start, milliseconds(50));
 }
 
@@ -124,7 +104,7 @@ TEST_F(OpenBridge, ReadingWhatWaitsTakesNoTime) {
     EXPECT_EQ(read(1), std::vector<Byte>{6});
     EXPECT_EQ(clock_.now(), start);
     EXPECT_TRUE(read(0).empty());
-    EXPECT_EQ(status_, si_success);
+    EXPECT_EQ(status_, bridge_success);
     EXPECT_EQ(clock_.now(), start);
 }
 
@@ -153,27 +133,25 @@ TEST_F(OpenBridge, FlushingDropsOnlyWhatHasArrived) {
     set_up(8, {8, 0, 1, 10, 255});
     send(32, {2, 138, 0, 0, 1});
     clock_.advance(microseconds(13000 + 6000));
-    const Dword before = waiting();
+    const std::uint32_t before = waiting();
     EXPECT_GT(before, 400U);
-    EXPECT_EQ(bridge().SI_FlushBuffers(handle_, 1, 0), si_success);
-    EXPECT_EQ(waiting(), before);
-    EXPECT_EQ(bridge().SI_FlushBuffers(handle_, 1, 1), si_success);
+    EXPECT_EQ(bridge().flush(), bridge_success);
     EXPECT_EQ(waiting(), 0U);
     clock_.advance(milliseconds(100));
     EXPECT_EQ(waiting(), 1300U - before);
 }
 
 TEST_F(OpenBridge, NothingSensibleIsAnsweredAtAnotherSpeed) {
-    bridge().SI_SetTimeouts(100, 100);
-    for (const Dword baud_rate : {9600U, 115200U, 800000U, 921600U}) {
-        ASSERT_EQ(bridge().SI_SetBaudRate(handle_, baud_rate), si_success);
+    bridge().set_time_out(100);
+    for (const std::uint32_t baud_rate : {9600U, 115200U, 800000U, 921600U}) {
+        ASSERT_EQ(bridge().set_speed(baud_rate), bridge_success);
         for (int attempt = 0; attempt < 50; ++attempt) {
             send(31, {0, 0, 0, 9, 0});
             EXPECT_TRUE(read(1).empty()) << baud_rate;
         }
         EXPECT_EQ(simulation_.settings().resolution_ps, 1);
     }
-    ASSERT_EQ(bridge().SI_SetBaudRate(handle_, 840000), si_success); // within 2 %
+    ASSERT_EQ(bridge().set_speed(840000), bridge_success); // within 2 %
     set_up(31, {0, 0, 0, 9, 0});
     EXPECT_EQ(simulation_.settings().resolution_ps, 9);
 }
@@ -185,7 +163,7 @@ TEST_F(OpenBridge, RepliesReadAtAnotherSpeedAreGarbage) {
     bench().sampler_noise_codes = 0.0;
     EXPECT_EQ(sweep(1), std::vector<int>(650, 2048));
     send(32, {2, 138, 0, 0, 1});
-    bridge().SI_SetBaudRate(handle_, 115200);
+    bridge().set_speed(115200);
     const auto garbage = words(read(1300));
     EXPECT_EQ(garbage.size(), 650U);
     EXPECT_LT(std::count(garbage.begin(), garbage.end(), 2048), 10);
@@ -194,34 +172,34 @@ TEST_F(OpenBridge, RepliesReadAtAnotherSpeedAreGarbage) {
 TEST_F(OpenBridge, OpeningStartsAt9600BaudWithAnEmptyQueue) {
     send(31, {0, 0, 0, 9, 0});
     clock_.advance(milliseconds(20));
-    ASSERT_EQ(bridge().SI_Close(handle_), si_success);
-    ASSERT_EQ(bridge().SI_Open(0, handle_), si_success);
+    ASSERT_EQ(bridge().close(), bridge_success);
+    ASSERT_EQ(bridge().open(0), bridge_success);
     EXPECT_EQ(waiting(), 0U);
     const double start = now_us();
     send(31, {0, 0, 0, 5, 0});
     EXPECT_NEAR(now_us() - start, 80.0e6 / 9600.0, 0.01); // ten bits a byte
     EXPECT_EQ(simulation_.settings().resolution_ps, 9);
-    EXPECT_EQ(bridge().SI_SetBaudRate(handle_, 0), si_failed);
+    EXPECT_EQ(bridge().set_speed(0), bridge_failed);
 }
 
 TEST_F(OpenBridge, ADeviceWithoutInstrumentOpensButIsSilent) {
-    ASSERT_EQ(bridge().SI_Close(handle_), si_success);
+    ASSERT_EQ(bridge().close(), bridge_success);
     bench().devices = {{"other", true, false}, {"lm4rxa-SIM00002"}};
-    ASSERT_EQ(bridge().SI_Open(0, handle_), si_success);
-    bridge().SI_SetBaudRate(handle_, 833000);
+    ASSERT_EQ(bridge().open(0), bridge_success);
+    bridge().set_speed(833000);
     send(31, {0, 0, 0, 9, 0});
     EXPECT_TRUE(read(1).empty());
-    ASSERT_EQ(bridge().SI_Close(handle_), si_success);
-    ASSERT_EQ(bridge().SI_Open(1, handle_), si_success);
-    bridge().SI_SetBaudRate(handle_, 833000);
+    ASSERT_EQ(bridge().close(), bridge_success);
+    ASSERT_EQ(bridge().open(1), bridge_success);
+    bridge().set_speed(833000);
     set_up(31, {0, 0, 0, 9, 0});
 }
 
 TEST_F(OpenBridge, TheLogTellsOperationsAndFrames) {
     log_ = {};
     const auto start = clock_.now();
-    bridge().SI_SetTimeouts(100, 200);
-    bridge().SI_FlushBuffers(handle_, 1, 1);
+    bridge().set_time_out(100);
+    bridge().flush();
     send(31, {0, 0, 0, 9, 0});
     clock_.sleep(milliseconds(20));
     EXPECT_EQ(waiting(), 1U);
@@ -230,9 +208,9 @@ TEST_F(OpenBridge, TheLogTellsOperationsAndFrames) {
 
     ASSERT_EQ(log_.operations.size(), 6U);
     EXPECT_EQ(log_.operations[0].operation, Operation::set_timeouts);
-    EXPECT_EQ(log_.operations[0].arguments, (std::vector<Dword>{100, 200}));
+    EXPECT_EQ(log_.operations[0].arguments, (std::vector<std::uint32_t>{100, 100}));
     EXPECT_EQ(log_.operations[1].operation, Operation::flush_buffers);
-    EXPECT_EQ(log_.operations[1].arguments, (std::vector<Dword>{1, 1}));
+    EXPECT_EQ(log_.operations[1].arguments, (std::vector<std::uint32_t>{1, 1}));
     const WireOperation& written = log_.operations[2];
     EXPECT_EQ(written.operation, Operation::write);
     EXPECT_EQ(written.bytes, (std::vector<Byte>{4, 31, 0, 0, 0, 9, 0, 40}));
@@ -243,7 +221,7 @@ TEST_F(OpenBridge, TheLogTellsOperationsAndFrames) {
     EXPECT_EQ(log_.operations[3].began, written.ended + milliseconds(20));
     EXPECT_EQ(log_.operations[4].operation, Operation::read);
     EXPECT_EQ(log_.operations[4].bytes, std::vector<Byte>{6});
-    EXPECT_EQ(log_.operations[5].status, si_read_timed_out);
+    EXPECT_EQ(log_.operations[5].status, bridge_read_timed_out);
     EXPECT_EQ(log_.operations[5].ended - log_.operations[5].began, milliseconds(100));
 
     ASSERT_EQ(log_.frames.size(), 1U);

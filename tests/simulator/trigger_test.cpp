@@ -148,7 +148,7 @@ TEST_F(Trigger, APeriodLongerThanTheTimeOutIsNotWaitedFor) {
 TEST_F(Trigger, ABlockTakesAsLongAsItsTriggers) {
     set_trigger(0, 1);
     bench().sources[0].frequency_hz = 2000.0;
-    EXPECT_EQ(bridge().SI_SetTimeouts(1000, 1000), si_success);
+    EXPECT_EQ(bridge().set_time_out(1000), bridge_success);
     const double start = now_us();
     send(32, {2, 138, 0, 0, 1});
     // 500 us a trigger. The words come as they are taken: some 200 in the first 100 ms.
@@ -158,7 +158,7 @@ TEST_F(Trigger, ABlockTakesAsLongAsItsTriggers) {
     EXPECT_NEAR(now_us() - start, 650 * 500.0, 600.0);
     // Four triggers a point with averaging.
     const double averaged = now_us();
-    EXPECT_EQ(bridge().SI_SetTimeouts(2000, 1000), si_success);
+    EXPECT_EQ(bridge().set_time_out(2000), bridge_success);
     EXPECT_EQ(sweep(1, true).size(), 650U);
     EXPECT_NEAR(now_us() - averaged, 4 * 650 * 500.0, 600.0);
 }
@@ -174,7 +174,7 @@ TEST_F(Trigger, AFastTriggerDoesNotHoldABlockUp) {
 TEST_F(Trigger, ASlowBlockGoesOnWhereTheSignalsStartAnew) {
     set_trigger(0, 1);
     bench().sources[0].frequency_hz = 2000.0;
-    EXPECT_EQ(bridge().SI_SetTimeouts(1000, 1000), si_success);
+    EXPECT_EQ(bridge().set_time_out(1000), bridge_success);
     clock_.advance(std::chrono::seconds(1000) - milliseconds(100) - clock_.now());
     const double start = now_us();
     EXPECT_EQ(sweep(1).size(), 650U);
@@ -227,7 +227,7 @@ TEST_F(Trigger, OnRandomDataWaitsForTheLongestGapBetweenEdges) {
     bench().sources[0] = {SignalKind::random_data, 400.0, 1000.0, 0.0, 0.0, 0.5, 0.0, 0.0};
     set_trigger(0, 1);
     set_up(27, {14000 >> 8, 14000 & 0xFF, 1, 10, 255});
-    EXPECT_EQ(bridge().SI_SetTimeouts(10000, 1000), si_success);
+    EXPECT_EQ(bridge().set_time_out(10000), bridge_success);
     EXPECT_TRUE(triggers());
     // The seven ones alone take longer than this.
     set_up(27, {5000 >> 8, 5000 & 0xFF, 1, 10, 255});
@@ -275,7 +275,7 @@ TEST_F(Trigger, EverySampleOfASlowTriggerHasATriggerOfItsOwn) {
     bench().sources[1] = {SignalKind::square, 400.0, 500.0, 0.0, 0.0, 0.5, 0.0, 0.0};
     set_trigger(0, 1);
     set_offset(2, 1000);
-    EXPECT_EQ(bridge().SI_SetTimeouts(1000, 1000), si_success);
+    EXPECT_EQ(bridge().set_time_out(1000), bridge_success);
     const auto codes = sweep(2);
     ASSERT_EQ(codes.size(), 650U);
     for (std::size_t k = 1; k < codes.size(); ++k) {

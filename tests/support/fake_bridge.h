@@ -6,7 +6,6 @@
 #include <deque>
 #include <functional>
 #include <map>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -21,7 +20,7 @@ class FakeBridge : public Bridge {
 public:
     /// One operation as it was called.
     struct Call {
-        std::string operation;            ///< "SI_Write", ...
+        std::string operation;            ///< as the bridge library calls it: "SI_Write", ...
         std::vector<std::int64_t> values; ///< numbers handed in, or the bytes written
         std::chrono::nanoseconds time;    ///< on the clock, when it was called
 
@@ -33,85 +32,65 @@ public:
 
     explicit FakeBridge(VirtualClock& clock) : clock_(clock) {}
 
-    BridgeStatus SI_GetNumDevices(Dword& count) override {
-        count = static_cast<Dword>(serials.size()) + extra_devices;
-        return called("SI_GetNumDevices", {});
+    Counted count_devices() override {
+        return {called("SI_GetNumDevices", {}),
+                static_cast<std::uint32_t>(serials.size()) + extra_devices};
     }
 
-    BridgeStatus SI_GetProductString(Dword index, std::span<Byte, product_string_size> text,
-                                     Dword option) override {
-        const BridgeStatus result = called("SI_GetProductString", {index, option});
-        if (result == si_success && index < serials.size()) {
-            const std::string& serial = serials[index];
-            std::copy_n(serial.begin(), std::min(serial.size(), text.size()), text.begin());
-        }
-        return result;
+    SerialNumber serial_number(std::uint32_t index) override {
+        const BridgeStatus result = called("SI_GetProductString", {index, 0});
+        const bool told = result == bridge_success && index < serials.size();
+        return {result, told ? serials[index].substr(0, longest_serial_number) : std::string()};
     }
 
-    BridgeStatus SI_Open(Dword index, Handle& handle) override {
-        const BridgeStatus result = called("SI_Open", {index});
-        handle = result == si_success ? this : nullptr;
-        return result;
+    BridgeStatus open(std::uint32_t index) override { return called("SI_Open", {index}); }
+
+    BridgeStatus close() override { return called("SI_Close", {}); }
+
+    BridgeStatus set_speed(std::uint32_t baud) override { return called("SI_SetBaudRate", {baud}); }
+
+    BridgeStatus set_time_out(std::uint32_t milliseconds) override {
+        time_out_ = std::chrono::milliseconds(milliseconds);
+        return called("SI_SetTimeouts", {milliseconds, milliseconds});
     }
 
-    BridgeStatus SI_Close(Handle handle) override {
-        handles.insert(handle);
-        return called("SI_Close", {});
-    }
-
-    BridgeStatus SI_SetBaudRate(Handle handle, Dword rate) override {
-        handles.insert(handle);
-        return called("SI_SetBaudRate", {rate});
-    }
-
-    BridgeStatus SI_SetTimeouts(Dword read_ms, Dword write_ms) override {
-        read_timeout_ = std::chrono::milliseconds(read_ms);
-        return called("SI_SetTimeouts", {read_ms, write_ms});
-    }
-
-    BridgeStatus SI_FlushBuffers(Handle handle, Byte transmit, Byte receive) override {
-        handles.insert(handle);
+    BridgeStatus flush() override {
         if (flush_empties) {
             received.clear();
         }
-        return called("SI_FlushBuffers", {transmit, receive});
+        return called("SI_FlushBuffers", {1, 1});
     }
 
-    BridgeStatus SI_Write(Handle handle, std::span<const Byte> bytes, Dword& written) override {
-        handles.insert(handle);
+    BridgeStatus write(std::span<const Byte> bytes) override {
         const Frame frame(bytes.begin(), bytes.end());
         const BridgeStatus result = called("SI_Write", frame);
-        written = static_cast<Dword>(bytes.size());
-        if (result == si_success && on_frame) {
+        if (result == bridge_success && on_frame) {
             on_frame(frame);
         }
         return result;
     }
 
-    BridgeStatus SI_Read(Handle handle, std::span<Byte> bytes, Dword& read) override {
-        handles.insert(handle);
+    Counted read(std::span<Byte> bytes) override {
         const BridgeStatus result = called("SI_Read", {static_cast<std::int64_t>(bytes.size())});
-        read = 0;
-        while (read < bytes.size() && !received.empty()) {
-            bytes[read++] = received.front();
+        std::uint32_t count = 0;
+        while (count < bytes.size() && !received.empty()) {
+            bytes[count++] = received.front();
             received.pop_front();
         }
-        if (result == si_success && read == 0) {
-            clock_.sleep(read_timeout_);
-            return si_read_timed_out;
+        if (result == bridge_success && count == 0) {
+            clock_.sleep(time_out_);
+            return {bridge_read_timed_out, 0};
         }
-        return result;
+        return {result, count};
     }
 
-    BridgeStatus SI_CheckRXQueue(Handle handle, Dword& waiting, Dword& queue_status) override {
-        handles.insert(handle);
+    Counted waiting() override {
         const BridgeStatus result = called("SI_CheckRXQueue", {});
-        waiting = static_cast<Dword>(received.size());
-        queue_status = 0;
+        auto count = static_cast<std::uint32_t>(received.size());
         if (on_check) {
-            on_check(waiting);
+            on_check(count);
         }
-        return result;
+        return {result, count};
     }
 
     [[nodiscard]] std::string trouble() const override { return trouble_text; }
@@ -161,26 +140,25 @@ public:
     }
 
     std::vector<std::string> serials = {"lm4rxa0SERIAL1"}; ///< attached devices
-    Dword extra_devices = 0;                               ///< devices counted that have gone since
+    std::uint32_t extra_devices = 0;                               ///< devices counted that have gone since
     std::map<std::string, BridgeStatus> status; ///< what an operation answers, 0 unless named
     std::deque<Byte> received;                  ///< receive queue
     bool flush_empties = true;                  ///< whether a flush empties the receive queue
     std::function<void(const Frame&)> on_frame; ///< runs after each frame written
-    std::function<void(Dword&)> on_check;       ///< may change the number of waiting bytes told
+    std::function<void(std::uint32_t&)> on_check;       ///< may change the number of waiting bytes told
     std::string trouble_text;                   ///< reason for trouble
     std::string diagnosis_text;                 ///< what a look at the devices shows
     std::vector<Call> calls;                    ///< every call, oldest first
-    std::set<Handle> handles;                   ///< every handle that was handed in
 
 private:
     BridgeStatus called(const std::string& operation, std::vector<std::int64_t> values) {
         calls.push_back({operation, std::move(values), clock_.now()});
         const auto answer = status.find(operation);
-        return answer == status.end() ? si_success : answer->second;
+        return answer == status.end() ? bridge_success : answer->second;
     }
 
     VirtualClock& clock_;
-    std::chrono::milliseconds read_timeout_{0};
+    std::chrono::milliseconds time_out_{0};
 };
 
 } // namespace kv408

@@ -8,9 +8,9 @@
 #include "link/bridge_functions.h"
 #include "simulator/simulation.h"
 
-#include <algorithm>
-#include <array>
 #include <cstdlib>
+#include <cstring>
+#include <memory>
 #include <span>
 #include <type_traits>
 
@@ -27,11 +27,13 @@ using kv408::Byte;
 using kv408::Dword;
 using kv408::Handle;
 
-/// Clock, files and simulation of the process, in the order in which they need each other.
+/// Clock, files and simulation of the process, in the order in which they need each other, and the
+/// handle of the open device.
 struct Owner {
     kv408::SystemClock clock;
     kv408::SystemFiles files;
     kv408::simulator::Simulation simulation;
+    std::unique_ptr<char> token; // its address is the handle; none while nothing is open
 
     Owner() : simulation(clock, flash_place(files)) {
         if (std::getenv("KV408_SIMULATED_SILENCE") != nullptr) {
@@ -47,76 +49,104 @@ struct Owner {
 };
 
 /// The functions have no place of their own to keep the simulation in: it lives with the process.
-kv408::Bridge& bridge() {
+Owner& owner() {
     static Owner owner;
-    return owner.simulation.bridge();
+    return owner;
+}
+
+kv408::Bridge& bridge() {
+    return owner().simulation.bridge();
+}
+
+bool is_open(Handle handle) {
+    return handle != nullptr && handle == owner().token.get();
+}
+
+/// Hands the count of an operation out; its status.
+BridgeStatus put(const kv408::Counted& counted, Dword* count) {
+    *count = counted.count;
+    return counted.status;
 }
 
 } // namespace
 
 KV408_EXPORT BridgeStatus KV408_BRIDGE_CALL SI_GetNumDevices(Dword* count) {
-    return count == nullptr ? kv408::si_failed : bridge().SI_GetNumDevices(*count);
+    return count == nullptr ? kv408::bridge_failed : put(bridge().count_devices(), count);
 }
 
 KV408_EXPORT BridgeStatus KV408_BRIDGE_CALL SI_GetProductString(Dword index, void* text,
                                                                 Dword option) {
-    if (text == nullptr) {
-        return kv408::si_failed;
+    if (text == nullptr || option != kv408::si_return_serial_number) {
+        return kv408::bridge_failed;
     }
-    std::array<Byte, kv408::product_string_size> buffer{};
-    const BridgeStatus status = bridge().SI_GetProductString(index, buffer, option);
-    if (status == kv408::si_success) {
+    const kv408::SerialNumber serial = bridge().serial_number(index);
+    if (serial.status == kv408::bridge_success) {
         // Only the text and its zero: a caller may know that its strings are short.
-        const Byte* const start = buffer.data();
-        const Byte* const zero = std::find(start, start + buffer.size() - 1, 0);
-        std::copy(start, zero + 1, static_cast<Byte*>(text));
+        std::memcpy(text, serial.text.c_str(), serial.text.size() + 1);
+    }
+    return serial.status;
+}
+
+KV408_EXPORT BridgeStatus KV408_BRIDGE_CALL SI_Open(Dword index, Handle* handle) {
+    if (handle == nullptr) {
+        return kv408::bridge_failed;
+    }
+    const BridgeStatus status = bridge().open(index);
+    if (status == kv408::bridge_success) {
+        // Made before the old one goes, so that its address is another one.
+        owner().token = std::make_unique<char>();
+        *handle = owner().token.get();
     }
     return status;
 }
 
-KV408_EXPORT BridgeStatus KV408_BRIDGE_CALL SI_Open(Dword index, Handle* handle) {
-    return handle == nullptr ? kv408::si_failed : bridge().SI_Open(index, *handle);
-}
-
 KV408_EXPORT BridgeStatus KV408_BRIDGE_CALL SI_Close(Handle handle) {
-    return bridge().SI_Close(handle);
+    return is_open(handle) ? bridge().close() : kv408::bridge_failed;
 }
 
 KV408_EXPORT BridgeStatus KV408_BRIDGE_CALL SI_SetBaudRate(Handle handle, Dword baud_rate) {
-    return bridge().SI_SetBaudRate(handle, baud_rate);
+    return is_open(handle) ? bridge().set_speed(baud_rate) : kv408::bridge_failed;
 }
 
-KV408_EXPORT BridgeStatus KV408_BRIDGE_CALL SI_SetTimeouts(Dword read_ms, Dword write_ms) {
-    return bridge().SI_SetTimeouts(read_ms, write_ms);
+KV408_EXPORT BridgeStatus KV408_BRIDGE_CALL SI_SetTimeouts(Dword read_ms, Dword /*write_ms*/) {
+    return bridge().set_time_out(read_ms);
 }
 
-KV408_EXPORT BridgeStatus KV408_BRIDGE_CALL SI_FlushBuffers(Handle handle, Byte transmit,
+KV408_EXPORT BridgeStatus KV408_BRIDGE_CALL SI_FlushBuffers(Handle handle, Byte /*transmit*/,
                                                             Byte receive) {
-    return bridge().SI_FlushBuffers(handle, transmit, receive);
+    if (!is_open(handle)) {
+        return kv408::bridge_failed;
+    }
+    // What is written has gone when the call returns.
+    return receive == 0 ? kv408::bridge_success : bridge().flush();
 }
 
 KV408_EXPORT BridgeStatus KV408_BRIDGE_CALL SI_Write(Handle handle, void* bytes, Dword count,
                                                      Dword* written, void* /*overlapped*/) {
-    if (bytes == nullptr || written == nullptr) {
-        return kv408::si_failed;
+    if (bytes == nullptr || written == nullptr || !is_open(handle)) {
+        return kv408::bridge_failed;
     }
-    return bridge().SI_Write(handle, std::span(static_cast<const Byte*>(bytes), count), *written);
+    const BridgeStatus status =
+        bridge().write(std::span(static_cast<const Byte*>(bytes), count));
+    *written = status == kv408::bridge_success ? count : 0;
+    return status;
 }
 
 KV408_EXPORT BridgeStatus KV408_BRIDGE_CALL SI_Read(Handle handle, void* bytes, Dword count,
                                                     Dword* read, void* /*overlapped*/) {
-    if (bytes == nullptr || read == nullptr) {
-        return kv408::si_failed;
+    if (bytes == nullptr || read == nullptr || !is_open(handle)) {
+        return kv408::bridge_failed;
     }
-    return bridge().SI_Read(handle, std::span(static_cast<Byte*>(bytes), count), *read);
+    return put(bridge().read(std::span(static_cast<Byte*>(bytes), count)), read);
 }
 
 KV408_EXPORT BridgeStatus KV408_BRIDGE_CALL SI_CheckRXQueue(Handle handle, Dword* waiting,
                                                             Dword* queue_status) {
-    if (waiting == nullptr || queue_status == nullptr) {
-        return kv408::si_failed;
+    if (waiting == nullptr || queue_status == nullptr || !is_open(handle)) {
+        return kv408::bridge_failed;
     }
-    return bridge().SI_CheckRXQueue(handle, *waiting, *queue_status);
+    *queue_status = 0;
+    return put(bridge().waiting(), waiting);
 }
 
 namespace {

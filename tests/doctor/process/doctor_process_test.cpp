@@ -102,10 +102,8 @@ TEST_F(DoctorProcess, APortInUseIsLeftAloneAndItsUserNamed) {
     plug();
     SystemClock clock;
     const auto bridge = make_bridge(clock, std::clog, "libNoSuchBridge.so");
-    Dword count = 0;
-    Handle handle = nullptr;
-    ASSERT_EQ(bridge->SI_GetNumDevices(count), si_success);
-    ASSERT_EQ(bridge->SI_Open(0, handle), si_success) << bridge->trouble();
+    ASSERT_EQ(bridge->count_devices().status, bridge_success);
+    ASSERT_EQ(bridge->open(0), bridge_success) << bridge->trouble();
     leave_odd_settings(ports_.far_end(0));
     const Outcome outcome = run_doctor();
     EXPECT_THAT(outcome.output, HasSubstr("\n/dev/ttyUSB0 is in use by test_doctor_pro (process " +

@@ -13,7 +13,6 @@
 #include "simulator/simulation.h"
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
@@ -82,53 +81,59 @@ Dword foreign_devices() {
 
 KV408_EXPORT BridgeStatus SI_GetNumDevices(Dword* count) {
     *count = foreign_devices();
-    return *count > 0 ? kv408::si_success : bridge().SI_GetNumDevices(*count);
+    if (*count > 0) {
+        return kv408::bridge_success;
+    }
+    const kv408::Counted devices = bridge().count_devices();
+    *count = devices.count;
+    return devices.status;
 }
 
-KV408_EXPORT BridgeStatus SI_GetProductString(Dword index, void* text, Dword option) {
+KV408_EXPORT BridgeStatus SI_GetProductString(Dword index, void* text, Dword /*option*/) {
     if (foreign_devices() > 0) {
         owner().clock.sleep(6ms);
         const std::string name = "foreign" + std::to_string(index);
         std::copy_n(name.c_str(), name.size() + 1, static_cast<char*>(text));
-        return kv408::si_success;
+        return kv408::bridge_success;
     }
-    return bridge().SI_GetProductString(index,
-                                        std::span<Byte, kv408::product_string_size>(
-                                            static_cast<Byte*>(text), kv408::product_string_size),
-                                        option);
+    const kv408::SerialNumber serial = bridge().serial_number(index);
+    std::copy_n(serial.text.c_str(), serial.text.size() + 1, static_cast<char*>(text));
+    return serial.status;
 }
 
 KV408_EXPORT BridgeStatus SI_Open(Dword index, Handle* handle) {
     note("open");
-    return bridge().SI_Open(index, *handle);
+    *handle = &owner();
+    return bridge().open(index);
 }
 
-KV408_EXPORT BridgeStatus SI_Close(Handle handle) {
+KV408_EXPORT BridgeStatus SI_Close(Handle /*handle*/) {
     note("close");
-    return bridge().SI_Close(handle);
+    return bridge().close();
 }
 
-KV408_EXPORT BridgeStatus SI_SetBaudRate(Handle handle, Dword baud_rate) {
-    return bridge().SI_SetBaudRate(handle, baud_rate);
+KV408_EXPORT BridgeStatus SI_SetBaudRate(Handle /*handle*/, Dword baud_rate) {
+    return bridge().set_speed(baud_rate);
 }
 
-KV408_EXPORT BridgeStatus SI_SetTimeouts(Dword read_ms, Dword write_ms) {
-    return bridge().SI_SetTimeouts(read_ms, write_ms);
+KV408_EXPORT BridgeStatus SI_SetTimeouts(Dword read_ms, Dword /*write_ms*/) {
+    return bridge().set_time_out(read_ms);
 }
 
-KV408_EXPORT BridgeStatus SI_FlushBuffers(Handle handle, Byte transmit, Byte receive) {
-    return bridge().SI_FlushBuffers(handle, transmit, receive);
+KV408_EXPORT BridgeStatus SI_FlushBuffers(Handle /*handle*/, Byte /*transmit*/, Byte /*receive*/) {
+    return bridge().flush();
 }
 
-KV408_EXPORT BridgeStatus SI_Write(Handle handle, void* bytes, Dword count, Dword* written,
+KV408_EXPORT BridgeStatus SI_Write(Handle /*handle*/, void* bytes, Dword count, Dword* written,
                                    void* /*overlapped*/) {
     if (count == 8 && static_cast<const Byte*>(bytes)[1] == kv408::command::set_trigger) {
         note("set up");
     }
-    return bridge().SI_Write(handle, std::span(static_cast<const Byte*>(bytes), count), *written);
+    *written = count;
+    return bridge().write(std::span(static_cast<const Byte*>(bytes), count));
 }
 
-KV408_EXPORT BridgeStatus SI_Read(Handle handle, void* bytes, Dword count, Dword* read,
+KV408_EXPORT BridgeStatus SI_Read(Handle /*handle*/, void* bytes, Dword count, Dword* read,
                                   void* /*overlapped*/) {
     while (has_begun("KV408_HOSTILE_BLOCK")) {
         owner().clock.sleep(24h);
@@ -136,9 +141,14 @@ KV408_EXPORT BridgeStatus SI_Read(Handle handle, void* bytes, Dword count, Dword
     if (has_begun("KV408_HOSTILE_THROW")) {
         throw std::runtime_error("the bridge library lost its head");
     }
-    return bridge().SI_Read(handle, std::span(static_cast<Byte*>(bytes), count), *read);
+    const kv408::Counted done = bridge().read(std::span(static_cast<Byte*>(bytes), count));
+    *read = done.count;
+    return done.status;
 }
 
-KV408_EXPORT BridgeStatus SI_CheckRXQueue(Handle handle, Dword* waiting, Dword* queue_status) {
-    return bridge().SI_CheckRXQueue(handle, *waiting, *queue_status);
+KV408_EXPORT BridgeStatus SI_CheckRXQueue(Handle /*handle*/, Dword* waiting, Dword* queue_status) {
+    const kv408::Counted bytes = bridge().waiting();
+    *waiting = bytes.count;
+    *queue_status = 0;
+    return bytes.status;
 }

@@ -9,5 +9,5 @@
 #endif
 
 extern "C" KV408_EXPORT kv408::BridgeStatus KV408_BRIDGE_CALL SI_Close(kv408::Handle handle) {
-    return handle == nullptr ? kv408::si_failed : kv408::si_success;
+    return handle == nullptr ? kv408::bridge_failed : kv408::bridge_success;
 }

@@ -1,12 +1,15 @@
 #include "link/library_bridge.h"
 
 #include <array>
+#include <bit>
 #include <fstream>
+#include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
 #include "host/path_text.h"
-#include "link/device_link.h"
+#include "link/shared_library.h"
 #include "support/temporary_folder.h"
 #ifdef _WIN32
 #include <windows.h>
@@ -15,54 +18,58 @@
 namespace kv408 {
 namespace {
 
+TEST(ByteString, EndsAtAZeroOr256Characters) {
+    const std::vector<Byte> short_text = {'l', 'm', '4', 0, 'x'};
+    EXPECT_EQ(bytestostring(short_text), "lm4");
+    const std::vector<Byte> unended = {'a', 'b'};
+    EXPECT_EQ(bytestostring(unended), "ab");
+    const std::vector<Byte> full(257, 'z');
+    EXPECT_EQ(bytestostring(full), std::string(256, 'z'));
+    EXPECT_EQ(bytestostring({}), "");
+    const std::vector<Byte> any = {1, 10, 255, 128, 0};
+    EXPECT_EQ(bytestostring(any), "\x01\x0A\xFF\x80");
+}
+
 TEST(LibraryBridge, ReachesTheInstrumentThroughALibraryFoundByName) {
     LibraryBridge bridge;
     ASSERT_EQ(bridge.trouble(), "");
-    Dword count = 0;
-    ASSERT_EQ(bridge.SI_GetNumDevices(count), si_success);
-    ASSERT_EQ(count, 1U);
-    std::array<Byte, product_string_size> text = {};
-    ASSERT_EQ(bridge.SI_GetProductString(0, text, si_return_serial_number), si_success);
-    EXPECT_EQ(bytestostring(text).substr(0, 6), "lm4rxa");
+    const Counted devices = bridge.count_devices();
+    ASSERT_EQ(devices.status, bridge_success);
+    ASSERT_EQ(devices.count, 1U);
+    const SerialNumber serial = bridge.serial_number(0);
+    ASSERT_EQ(serial.status, bridge_success);
+    EXPECT_EQ(serial.text.substr(0, 6), "lm4rxa");
 
-    Handle handle = nullptr;
-    ASSERT_EQ(bridge.SI_Open(0, handle), si_success);
-    ASSERT_EQ(bridge.SI_SetBaudRate(handle, 833000), si_success);
-    ASSERT_EQ(bridge.SI_SetTimeouts(1000, 1000), si_success);
-    ASSERT_EQ(bridge.SI_FlushBuffers(handle, 1, 1), si_success);
+    ASSERT_EQ(bridge.open(0), bridge_success);
+    ASSERT_EQ(bridge.set_speed(833000), bridge_success);
+    ASSERT_EQ(bridge.set_time_out(1000), bridge_success);
+    ASSERT_EQ(bridge.flush(), bridge_success);
     const std::array<Byte, 8> check = {4, 8, 0, 0, 1, 0, 255, 8};
-    Dword written = 0;
-    ASSERT_EQ(bridge.SI_Write(handle, check, written), si_success);
-    EXPECT_EQ(written, 8U);
+    ASSERT_EQ(bridge.write(check), bridge_success);
     std::array<Byte, 1> reply = {};
-    Dword read = 0;
-    ASSERT_EQ(bridge.SI_Read(handle, reply, read), si_success);
-    EXPECT_EQ(read, 1U);
+    const Counted read = bridge.read(reply);
+    ASSERT_EQ(read.status, bridge_success);
+    EXPECT_EQ(read.count, 1U);
     EXPECT_EQ(reply[0], 6);
-    Dword waiting = 99;
-    Dword queue_status = 0;
-    ASSERT_EQ(bridge.SI_CheckRXQueue(handle, waiting, queue_status), si_success);
-    EXPECT_EQ(waiting, 0U);
-    EXPECT_EQ(bridge.SI_Close(handle), si_success);
+    const Counted waiting = bridge.waiting();
+    ASSERT_EQ(waiting.status, bridge_success);
+    EXPECT_EQ(waiting.count, 0U);
+    EXPECT_EQ(bridge.close(), bridge_success);
 }
 
 /// Asks all ten operations of `bridge` and expects each to fail.
 void expect_every_operation_to_fail(Bridge& bridge) {
-    Dword number = 0;
-    Handle handle = nullptr;
-    std::array<Byte, product_string_size> text = {};
     std::array<Byte, 8> bytes = {};
-    EXPECT_NE(bridge.SI_GetNumDevices(number), si_success);
-    EXPECT_NE(bridge.SI_GetProductString(0, text, 0), si_success);
-    EXPECT_NE(bridge.SI_Open(0, handle), si_success);
-    EXPECT_NE(bridge.SI_Close(&number), si_success);
-    EXPECT_NE(bridge.SI_SetBaudRate(handle, 833000), si_success);
-    EXPECT_NE(bridge.SI_SetTimeouts(1, 1), si_success);
-    EXPECT_NE(bridge.SI_FlushBuffers(handle, 1, 1), si_success);
-    EXPECT_NE(bridge.SI_Write(handle, bytes, number), si_success);
-    EXPECT_NE(bridge.SI_Read(handle, bytes, number), si_success);
-    EXPECT_NE(bridge.SI_Read(handle, bytes, number), si_read_timed_out);
-    EXPECT_NE(bridge.SI_CheckRXQueue(handle, number, number), si_success);
+    EXPECT_EQ(bridge.count_devices().status, bridge_failed);
+    EXPECT_EQ(bridge.serial_number(0).status, bridge_failed);
+    EXPECT_EQ(bridge.open(0), bridge_failed);
+    EXPECT_EQ(bridge.close(), bridge_failed);
+    EXPECT_EQ(bridge.set_speed(833000), bridge_failed);
+    EXPECT_EQ(bridge.set_time_out(1), bridge_failed);
+    EXPECT_EQ(bridge.flush(), bridge_failed);
+    EXPECT_EQ(bridge.write(bytes), bridge_failed);
+    EXPECT_EQ(bridge.read(bytes).status, bridge_failed);
+    EXPECT_EQ(bridge.waiting().status, bridge_failed);
 }
 
 TEST(LibraryBridge, WithoutTheLibraryEveryOperationFailsAndTheReasonIsTold) {
@@ -151,6 +158,70 @@ TEST(LibraryBridge, TheCurrentFolderIsNotSearchedButTheProgramsAndThePath) {
 }
 
 #endif
+
+TEST(LibraryBridge, CallsTheLibraryWithItsHandleItsBufferAndItsOptions) {
+    std::vector<std::string> calls;
+    const SharedLibrary library(KV408_NOTING_LIBRARY);
+    const auto note_into =
+        std::bit_cast<void (*)(std::vector<std::string>*)>(library.address("note_into"));
+    ASSERT_NE(note_into, nullptr);
+    note_into(&calls);
+    LibraryBridge bridge(KV408_NOTING_LIBRARY);
+    ASSERT_EQ(bridge.trouble(), "");
+    std::array<Byte, 8> bytes = {4, 8, 0, 0, 1, 0, 255, 8};
+    EXPECT_EQ(bridge.count_devices().count, 3U);
+    EXPECT_EQ(bridge.serial_number(2).text, std::string(256, 'x'));
+    EXPECT_EQ(bridge.flush(), bridge_success); // before anything is open
+    EXPECT_EQ(bridge.open(2), bridge_success);
+    EXPECT_EQ(bridge.set_speed(833000), bridge_success);
+    EXPECT_EQ(bridge.set_time_out(100), bridge_success);
+    EXPECT_EQ(bridge.flush(), bridge_success);
+    EXPECT_EQ(bridge.write(bytes), bridge_success);
+    const Counted read = bridge.read(bytes);
+    EXPECT_EQ(read.status, bridge_read_timed_out);
+    EXPECT_EQ(read.count, 1U);
+    EXPECT_EQ(bytes[0], 77);
+    EXPECT_EQ(bridge.waiting().count, 1300U);
+    EXPECT_EQ(bridge.close(), bridge_success);
+    note_into(nullptr);
+    EXPECT_EQ(calls, (std::vector<std::string>{
+                         "SI_GetNumDevices", "SI_GetProductString 2 0", "SI_FlushBuffers 1: 1 1",
+                         "SI_Open 2", "SI_SetBaudRate 4711: 833000", "SI_SetTimeouts 100 100",
+                         "SI_FlushBuffers 4711: 1 1", "SI_Write 4711: 8 bytes from 4, no overlap",
+                         "SI_Read 4711: 8 bytes, no overlap", "SI_CheckRXQueue 4711",
+                         "SI_Close 4711"}));
+}
+
+TEST(LibraryBridge, TheSimulatedLibraryKnowsItsHandleAndItsOption) {
+    const SharedLibrary library(bridge_library_name);
+    const auto function = [&]<typename Function>(const char* name, Function& found) {
+        found = std::bit_cast<Function>(library.address(name));
+        ASSERT_NE(found, nullptr) << name;
+    };
+    BridgeFunctions functions;
+    function("SI_GetProductString", functions.SI_GetProductString);
+    function("SI_Open", functions.SI_Open);
+    function("SI_Close", functions.SI_Close);
+    function("SI_SetBaudRate", functions.SI_SetBaudRate);
+    function("SI_FlushBuffers", functions.SI_FlushBuffers);
+    std::array<Byte, product_string_size> text = {};
+    EXPECT_EQ(functions.SI_GetProductString(0, text.data(), si_return_serial_number),
+              bridge_success);
+    EXPECT_EQ(functions.SI_GetProductString(0, text.data(), 1), bridge_failed);
+    Handle first = nullptr;
+    ASSERT_EQ(functions.SI_Open(0, &first), bridge_success);
+    EXPECT_EQ(functions.SI_Close(first), bridge_success);
+    EXPECT_EQ(functions.SI_Close(first), bridge_failed);
+    Handle second = nullptr;
+    ASSERT_EQ(functions.SI_Open(0, &second), bridge_success);
+    EXPECT_NE(second, first);
+    for (Handle stale : {first, Handle(nullptr)}) {
+        EXPECT_EQ(functions.SI_SetBaudRate(stale, 833000), bridge_failed);
+        EXPECT_EQ(functions.SI_FlushBuffers(stale, 1, 1), bridge_failed);
+        EXPECT_EQ(functions.SI_Close(stale), bridge_failed);
+    }
+    EXPECT_EQ(functions.SI_Close(second), bridge_success);
+}
 
 TEST(LibraryBridge, WithoutASymbolEveryOperationFailsAndTheMissingOnesAreNamed) {
     LibraryBridge bridge(KV408_LACKING_LIBRARY);

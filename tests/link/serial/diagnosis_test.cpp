@@ -152,12 +152,10 @@ TEST_F(Diagnosis, APortThatThisProgramHasIsNotTakenForBusy) {
     SystemClock clock;
     std::ostringstream log;
     SerialBridge bridge(clock, log);
-    Dword count = 0;
-    Handle handle = nullptr;
-    ASSERT_EQ(bridge.SI_GetNumDevices(count), si_success);
-    ASSERT_EQ(bridge.SI_Open(0, handle), si_success);
+    ASSERT_EQ(bridge.count_devices().status, bridge_success);
+    ASSERT_EQ(bridge.open(0), bridge_success);
     expect_of_port("This program has it open.");
-    EXPECT_EQ(bridge.SI_Close(handle), si_success);
+    EXPECT_EQ(bridge.close(), bridge_success);
     expect_of_port("It can be opened. If the instrument does not answer, check its power.");
 }
 

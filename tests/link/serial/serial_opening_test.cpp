@@ -32,20 +32,20 @@ protected:
 
     void open() {
         list();
-        ASSERT_EQ(bridge_.SI_Open(0, handle_), si_success) << bridge_.trouble();
+        ASSERT_EQ(bridge_.open(0), bridge_success) << bridge_.trouble();
     }
 
-    static Dword listed(SerialBridge& bridge) {
-        Dword count = 0;
-        EXPECT_EQ(bridge.SI_GetNumDevices(count), si_success);
-        return count;
+    static std::uint32_t listed(SerialBridge& bridge) {
+        const Counted devices = bridge.count_devices();
+        EXPECT_EQ(devices.status, bridge_success);
+        return devices.count;
     }
 
     /// Plugs one instrument in and expects opening it to fail with `trouble` in front, and to leave
     /// nothing of the port open.
     void expect_not_to_open(const std::string& trouble) {
         list();
-        EXPECT_EQ(bridge_.SI_Open(0, handle_), si_failed);
+        EXPECT_EQ(bridge_.open(0), bridge_failed);
         EXPECT_EQ(bridge_.trouble().substr(0, trouble.size()), trouble);
         EXPECT_EQ(users_of(ports_.terminal(0)), DeviceUsers());
     }
@@ -53,7 +53,7 @@ protected:
     /// Expects the port that could not be opened before to open now.
     void expect_to_open_now() {
         ports_.on_request = nullptr;
-        EXPECT_EQ(bridge_.SI_Open(0, handle_), si_success) << bridge_.trouble();
+        EXPECT_EQ(bridge_.open(0), bridge_success) << bridge_.trouble();
         EXPECT_EQ(bridge_.trouble(), "");
     }
 
@@ -61,20 +61,18 @@ protected:
     UsbPorts ports_;
     std::ostringstream log_;
     SerialBridge bridge_{clock_, log_};
-    Handle handle_ = nullptr;
 };
 
 TEST_F(SerialOpening, ASecondOpenerIsRefusedUntilTheFirstCloses) {
     open();
     SerialBridge second(clock_, log_);
     ASSERT_EQ(listed(second), 1U);
-    Handle handle = nullptr;
-    EXPECT_EQ(second.SI_Open(0, handle), si_failed);
+    EXPECT_EQ(second.open(0), bridge_failed);
     EXPECT_EQ(second.trouble(),
               "Another program is using /dev/ttyUSB0. Close it and start this one again.");
-    EXPECT_EQ(bridge_.SI_Open(0, handle), si_failed);
-    EXPECT_EQ(bridge_.SI_Close(handle_), si_success);
-    EXPECT_EQ(second.SI_Open(0, handle), si_success) << second.trouble();
+    EXPECT_EQ(bridge_.open(0), bridge_failed);
+    EXPECT_EQ(bridge_.close(), bridge_success);
+    EXPECT_EQ(second.open(0), bridge_success) << second.trouble();
     EXPECT_EQ(second.trouble(), "");
 }
 
@@ -88,7 +86,7 @@ TEST_F(SerialOpening, WhoDoesNotAskForTheLockIsKeptOutToo) {
         EXPECT_EQ(::open(terminal.c_str(), O_RDWR | O_NOCTTY), -1);
         EXPECT_EQ(errno, EBUSY);
     }
-    EXPECT_EQ(bridge_.SI_Close(handle_), si_success);
+    EXPECT_EQ(bridge_.close(), bridge_success);
     const PlainUser user;
     const int handle = ::open(terminal.c_str(), O_RDWR | O_NOCTTY);
     EXPECT_GE(handle, 0);
@@ -102,7 +100,7 @@ TEST_F(SerialOpening, WithoutPermissionTheLineThatCuresItIsTold) {
     const std::string group = leave_to_a_group(ports_.terminal(0), 0060);
     const PlainUser user;
     ASSERT_EQ(listed(bridge_), 1U);
-    EXPECT_EQ(bridge_.SI_Open(0, handle_), si_failed);
+    EXPECT_EQ(bridge_.open(0), bridge_failed);
     EXPECT_EQ(bridge_.trouble(),
               "You have no permission to use /dev/ttyUSB0. This line gives it to you:\n"
               "sudo usermod -aG " +
@@ -112,16 +110,16 @@ TEST_F(SerialOpening, WithoutPermissionTheLineThatCuresItIsTold) {
 TEST_F(SerialOpening, APortThatGoesBetweenListingAndOpeningIsTold) {
     list();
     ports_.unplug(0);
-    EXPECT_EQ(bridge_.SI_Open(0, handle_), si_failed);
+    EXPECT_EQ(bridge_.open(0), bridge_failed);
     EXPECT_EQ(bridge_.trouble(),
               "There is no port /dev/ttyUSB0 any more. Check the instrument's USB cable.");
-    EXPECT_EQ(bridge_.SI_Open(1, handle_), si_failed);
+    EXPECT_EQ(bridge_.open(1), bridge_failed);
 }
 
 TEST_F(SerialOpening, APortThatGoesAndLeavesItsNodeIsTold) {
     list();
     ports_.remove_entry(0);
-    EXPECT_EQ(bridge_.SI_Open(0, handle_), si_failed);
+    EXPECT_EQ(bridge_.open(0), bridge_failed);
     EXPECT_EQ(bridge_.trouble(),
               "There is no port /dev/ttyUSB0 any more. Check the instrument's USB cable.");
 }
@@ -150,7 +148,7 @@ TEST_F(SerialOpening, AProgramThatTakesThePortWhileItIsBeingOpenedKeepsIt) {
                                                   syscall(SYS_ioctl, other, TIOCEXCL) == 0);
         return done ? 0 : EIO;
     };
-    EXPECT_EQ(bridge_.SI_Open(0, handle_), si_failed);
+    EXPECT_EQ(bridge_.open(0), bridge_failed);
     EXPECT_EQ(bridge_.trouble(),
               "Another program is using /dev/ttyUSB0. Close it and start this one again.");
     int marked = 0;

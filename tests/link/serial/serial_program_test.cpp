@@ -219,10 +219,8 @@ TEST_F(SerialProgram, AnotherSerialNumberIsNotOpened) {
 TEST_F(SerialProgram, APortThatIsInUseEndsItAndSaysSo) {
     plug();
     const auto other = make_bridge(clock_, std::clog, "libNoSuchBridge.so");
-    Dword count = 0;
-    Handle handle = nullptr;
-    ASSERT_EQ(other->SI_GetNumDevices(count), si_success);
-    ASSERT_EQ(other->SI_Open(0, handle), si_success);
+    ASSERT_EQ(other->count_devices().status, bridge_success);
+    ASSERT_EQ(other->open(0), bridge_success);
     expect_end_at_start({"Error opening device: lm4rxa-SIM00001. Application is aborting. Reset "
                          "hardware and try again."});
     EXPECT_EQ(program_.boxes.shown[0].informative,

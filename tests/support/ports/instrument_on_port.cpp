@@ -15,8 +15,8 @@ using std::chrono::milliseconds;
 
 void InstrumentOnPort::begin() {
     make_exact(simulation_);
-    bridge_.SI_Open(0, handle_);
-    bridge_.SI_SetTimeouts(0, 0);
+    bridge_.open(0);
+    bridge_.set_time_out(0);
     thread_ = std::jthread([this](const std::stop_token& stop) { run(stop); });
 }
 
@@ -41,26 +41,20 @@ void InstrumentOnPort::hear() {
         return;
     }
     const std::lock_guard lock(mutex_);
-    const Dword baud = line_settings(far_end_).baud;
-    if (baud != baud_ && bridge_.SI_SetBaudRate(handle_, baud) == si_success) {
+    const std::uint32_t baud = line_settings(far_end_).baud;
+    if (baud != baud_ && bridge_.set_speed(baud) == bridge_success) {
         baud_ = baud;
     }
-    Dword written = 0;
-    bridge_.SI_Write(handle_, std::span(bytes).first(static_cast<std::size_t>(count)), written);
+    bridge_.write(std::span(bytes).first(static_cast<std::size_t>(count)));
 }
 
 void InstrumentOnPort::speak() {
     const std::lock_guard lock(mutex_);
-    Dword waiting = 0;
-    Dword queue_status = 0;
-    bridge_.SI_CheckRXQueue(handle_, waiting, queue_status);
-    if (waiting == 0) {
+    std::vector<Byte> bytes(bridge_.waiting().count);
+    if (bytes.empty()) {
         return;
     }
-    std::vector<Byte> bytes(waiting);
-    Dword count = 0;
-    bridge_.SI_Read(handle_, bytes, count);
-    std::span<const Byte> left = std::span(bytes).first(count);
+    std::span<const Byte> left = std::span(bytes).first(bridge_.read(bytes).count);
     while (!left.empty()) {
         const ssize_t sent = write(far_end_, left.data(), left.size());
         if (sent <= 0) {

@@ -32,8 +32,7 @@ private:
     SystemClock clock_;
     simulator::Simulation simulation_{clock_};
     Bridge& bridge_ = simulation_.bridge();
-    Handle handle_ = nullptr;
-    Dword baud_ = 0;
+    std::uint32_t baud_ = 0;
     std::mutex mutex_;
     std::jthread thread_; // the last member: it uses all others
 };

@@ -202,7 +202,7 @@ gboolean UsbPorts::handle_ioctl(UMockdevIoctlBase* /*base*/, UMockdevIoctlClient
     // Carried out by the kernel, on the pseudo terminal.
     int error = 0;
     const int result = umockdev_ioctl_client_execute(client, &error, nullptr);
-    const Dword rounded = static_cast<const UsbPorts*>(ports)->rounded_speed;
+    const std::uint32_t rounded = static_cast<const UsbPorts*>(ports)->rounded_speed;
     if (request == TCGETS2 && rounded != 0) {
         UMockdevIoctlData* const data = argument<termios2>(client);
         termios2 settings = *reinterpret_cast<termios2*>(data->data);
