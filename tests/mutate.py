@@ -35,13 +35,15 @@ WORK = ROOT / "build" / "mutate"
 TREE = WORK / "tree"
 BUILD = WORK / "build"
 ALIKE = ROOT / "tests" / "mutants-alike.txt"
-FOLDERS = ("link", "acquisition", "panel", "display", "measure", "config", "calibration")
+FOLDERS = ("link", "doctor", "acquisition", "panel", "display", "measure", "config",
+           "calibration")
 # The programs of a folder's own tests; then all, the quick ones first.
-OWN = {"link": ("link", "library_bridge", "serial")}
-ALL = ("link", "library_bridge", "panel", "acquisition", "calibration", "config", "simulator",
-       "measure", "program_on_library", "display", "serial", "scope")
+OWN = {"link": ("link", "library_bridge", "serial"), "doctor": ("doctor", "doctor_system")}
+ALL = ("link", "doctor", "library_bridge", "panel", "acquisition", "calibration", "config", "simulator",
+       "measure", "program_on_library", "display", "serial", "doctor_system", "scope")
 PROGRAMS = [f"test_{program}" for program in ALL]
-PLACES = {"library_bridge": "link", "serial": "link/serial", "program_on_library": "scope"}
+PLACES = {"library_bridge": "link", "serial": "link/serial", "doctor_system": "doctor/system",
+          "program_on_library": "scope"}
 WANTED = 95.0  # percent
 
 # --- Places to change -----------------------------------------------------------------------------

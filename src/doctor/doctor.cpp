@@ -95,9 +95,9 @@ DoctorResult answer_arguments(std::span<const char* const> arguments, std::ostre
     return DoctorResult::wrong_use;
 }
 
-DoctorResult examine(Bridge& bridge, Clock& clock, std::ostream& out) {
+DoctorResult examine(Bridge& bridge, const Diagnose& diagnose, Clock& clock, std::ostream& out) {
     // The check may take seconds; until then this is to be read.
-    out << shown_lines(bridge.diagnosis()) << std::endl;
+    out << shown_lines(diagnose()) << std::endl;
     TerminalBoxes boxes(out);
     ProgramState program;
     DeviceLink link(bridge, clock, boxes, program);

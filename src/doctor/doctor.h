@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "host/clock.h"
+#include "host/diagnose.h"
 #include "link/bridge.h"
 
 namespace kv408 {
@@ -21,9 +22,10 @@ enum class DoctorResult {
 [[nodiscard]] DoctorResult answer_arguments(std::span<const char* const> arguments,
                                             std::ostream& out, std::ostream& errors);
 
-/// Writes to `out` what stands between this computer and its instrument, then finds, opens and
+/// Writes to `out` what `diagnose` tells, then finds, opens and
 /// checks the instrument over `bridge` just as the program does at its start, and writes what came
 /// of it. The device is closed at the end.
-[[nodiscard]] DoctorResult examine(Bridge& bridge, Clock& clock, std::ostream& out);
+[[nodiscard]] DoctorResult examine(Bridge& bridge, const Diagnose& diagnose, Clock& clock,
+                                   std::ostream& out);
 
 } // namespace kv408

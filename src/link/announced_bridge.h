@@ -29,7 +29,6 @@ public:
     Counted read(std::span<Byte> bytes) override { return announced().read(bytes); }
     Counted waiting() override { return announced().waiting(); }
     [[nodiscard]] std::string trouble() const override { return bridge_.trouble(); }
-    [[nodiscard]] std::string diagnosis() override { return bridge_.diagnosis(); }
 
 private:
     Bridge& announced() {

@@ -31,8 +31,9 @@ struct SerialNumber {
     std::string text; ///< any bytes but zero, at most `longest_serial_number`
 };
 
-/// The USB-to-UART bridge through which the instrument is reached. One device is open at a time. All
-/// operations block, none throws; each tells its status. The instrument program knows only this.
+/// The USB-to-UART bridge through which the instrument is reached. One device is open at a time.
+/// All operations block, none throws; each tells its status. The instrument program knows only
+/// this.
 class Bridge {
 public:
     virtual ~Bridge() = default;
@@ -70,11 +71,6 @@ public:
 
     /// Why the bridge cannot work, in plain words for a message box; empty while nothing is known.
     [[nodiscard]] virtual std::string trouble() const { return {}; }
-
-    /// Every device of this computer that could be the instrument, with what keeps the program from
-    /// reaching it and what cures that, in lines for a person to read; empty where the bridge has
-    /// nowhere to look. Looks anew each time, at the cost of some milliseconds; never throws.
-    [[nodiscard]] virtual std::string diagnosis() { return {}; }
 };
 
 } // namespace kv408

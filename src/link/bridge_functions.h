@@ -33,19 +33,19 @@ inline constexpr std::size_t product_string_size = 257;
 struct BridgeFunctions {
     BridgeStatus(KV408_BRIDGE_CALL* SI_GetNumDevices)(Dword* count) = nullptr;
     BridgeStatus(KV408_BRIDGE_CALL* SI_GetProductString)(Dword index, void* text,
-                                                     Dword option) = nullptr;
+                                                         Dword option) = nullptr;
     BridgeStatus(KV408_BRIDGE_CALL* SI_Open)(Dword index, Handle* handle) = nullptr;
     BridgeStatus(KV408_BRIDGE_CALL* SI_Close)(Handle handle) = nullptr;
     BridgeStatus(KV408_BRIDGE_CALL* SI_SetBaudRate)(Handle handle, Dword baud_rate) = nullptr;
     BridgeStatus(KV408_BRIDGE_CALL* SI_SetTimeouts)(Dword read_ms, Dword write_ms) = nullptr;
     BridgeStatus(KV408_BRIDGE_CALL* SI_FlushBuffers)(Handle handle, Byte transmit,
-                                                 Byte receive) = nullptr;
-    BridgeStatus(KV408_BRIDGE_CALL* SI_Write)(Handle handle, void* bytes, Dword count, Dword* written,
-                                          void* overlapped) = nullptr;
+                                                     Byte receive) = nullptr;
+    BridgeStatus(KV408_BRIDGE_CALL* SI_Write)(Handle handle, void* bytes, Dword count,
+                                              Dword* written, void* overlapped) = nullptr;
     BridgeStatus(KV408_BRIDGE_CALL* SI_Read)(Handle handle, void* bytes, Dword count, Dword* read,
-                                         void* overlapped) = nullptr;
+                                             void* overlapped) = nullptr;
     BridgeStatus(KV408_BRIDGE_CALL* SI_CheckRXQueue)(Handle handle, Dword* waiting,
-                                                 Dword* queue_status) = nullptr;
+                                                     Dword* queue_status) = nullptr;
 };
 
 } // namespace kv408

@@ -138,8 +138,7 @@ bool DeviceLink::select_and_open() {
 }
 
 void DeviceLink::opendevice() {
-    const BridgeStatus status =
-        bridge_.open(static_cast<std::uint32_t>(state_.devices.selected));
+    const BridgeStatus status = bridge_.open(static_cast<std::uint32_t>(state_.devices.selected));
     keep(status);
     if (status != bridge_success) {
         end_with("Error opening device: " + shown_line(state_.devices.serial()) +

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "host/clock.h"
+#include "host/diagnose.h"
 #include "host/message_boxes.h"
 #include "link/bridge.h"
 #include "link/commands.h"
@@ -48,9 +49,12 @@ struct LinkState {
 /// program (ProgramEnded).
 class DeviceLink {
 public:
-    /// Talks through `bridge`.
-    DeviceLink(Bridge& bridge, Clock& clock, MessageBoxes& boxes, ProgramState& program)
-        : bridge_(bridge), clock_(clock), boxes_(boxes), program_(program), power_(clock) {}
+    /// Talks through `bridge`; `diagnose` gives the details of the messages that the instrument is
+    /// not reached.
+    DeviceLink(Bridge& bridge, Clock& clock, MessageBoxes& boxes, ProgramState& program,
+               Diagnose diagnose = {})
+        : bridge_(bridge), clock_(clock), boxes_(boxes), program_(program), power_(clock),
+          diagnose_(std::move(diagnose)) {}
 
     /// The argument bytes of the next command, to be filled; those left alone go out as they are.
     [[nodiscard]] CommandArguments& cmdargs() { return state_.cmdargs; }
@@ -88,7 +92,7 @@ public:
     bool checkdevice();
 
     /// What stands between the program and its instrument, for the details of a message.
-    [[nodiscard]] std::string diagnosis() { return bridge_.diagnosis(); }
+    [[nodiscard]] std::string diagnosis() const { return diagnose_ ? diagnose_() : std::string(); }
 
     /// Closes the device if one is open.
     void close();
@@ -147,6 +151,7 @@ private:
     LinkState state_;
     std::function<void(const DeviceListing&)> show_;
     PowerWatch power_;
+    Diagnose diagnose_;
     std::chrono::nanoseconds looked_at_{0}; ///< when an end was last let come about
 };
 

@@ -2,19 +2,14 @@
 
 #include <algorithm>
 #include <array>
-#include <sstream>
 
 #include "host/shown_text.h"
-#include "link/instrument_serial.h"
-#ifndef _WIN32
-#include "link/usb_diagnosis.h"
-#endif
 
 namespace kv408 {
 
 LibraryBridge::LibraryBridge(const std::string& name) : name_(name), library_(name) {
     if (!library_.problem().empty()) {
-        trouble_ = "The bridge library " + shown_line(name_) +
+        trouble_ = "The bridge library " + shown_line(name) +
                    " could not be loaded: " + shown_line(library_.problem());
         return;
     }
@@ -39,37 +34,6 @@ void LibraryBridge::look_up(const char* symbol, Function& function) {
                                      : std::string(", ");
         trouble_ += symbol;
     }
-}
-
-std::string LibraryBridge::diagnosis() {
-    std::string text = trouble_.empty() ? listed_devices() : trouble_ + "\n";
-#ifndef _WIN32
-    if (!trouble_.empty()) {
-        text.append("As long as it is there, the kernel's serial ports are not used.\n");
-    }
-    text.append("\n").append(usb_diagnosis(trouble_.empty() ? Way::library : Way::no_library));
-#endif
-    return text;
-}
-
-std::string LibraryBridge::listed_devices() {
-    constexpr Dword most_listed =
-        100; // more than USB has room for: such a count is not to be believed
-    std::ostringstream text;
-    text << "The bridge library " << name_ << " is used. ";
-    const auto [status, count] = count_devices();
-    if (status != bridge_success) {
-        text << "It cannot count its devices: it fails with status " << status << ".\n";
-        return text.str();
-    }
-    text << "Devices that it lists: " << count << ".\n";
-    for (Dword index = 0; index < std::min(count, most_listed); ++index) {
-        const auto [told, serial] = serial_number(index);
-        text << "Serial number "
-             << (told == bridge_success ? shown_line(serial) : "unreadable") << ": "
-             << (is_instrument(serial) ? "an instrument.\n" : "no instrument.\n");
-    }
-    return text.str();
 }
 
 Counted LibraryBridge::count_devices() {
@@ -127,8 +91,7 @@ Counted LibraryBridge::read(std::span<Byte> bytes) {
 Counted LibraryBridge::waiting() {
     Dword count = 0;
     Dword queue_status = 0;
-    const BridgeStatus status =
-        call(functions_.SI_CheckRXQueue, devhandle_, &count, &queue_status);
+    const BridgeStatus status = call(functions_.SI_CheckRXQueue, devhandle_, &count, &queue_status);
     return {status, count};
 }
 

@@ -36,7 +36,6 @@ public:
     Counted read(std::span<Byte> bytes) override;
     Counted waiting() override;
     [[nodiscard]] std::string trouble() const override { return trouble_; }
-    [[nodiscard]] std::string diagnosis() override;
 
     /// False when the system's search found no library of that name.
     [[nodiscard]] bool library_found() const { return library_.found(); }
@@ -53,7 +52,6 @@ private:
     BridgeStatus call(Function function, Arguments... arguments) {
         return trouble_.empty() ? function(arguments...) : bridge_failed;
     }
-    [[nodiscard]] std::string listed_devices();
 
     std::string name_;
     SharedLibrary library_;

@@ -1,21 +1,26 @@
 #include "link/make_bridge.h"
 
+#include <utility>
+
 #ifndef _WIN32
 #include "link/serial_bridge.h"
 #endif
 
 namespace kv408 {
 
-std::unique_ptr<Bridge> make_bridge([[maybe_unused]] const Clock& clock,
-                                    [[maybe_unused]] std::ostream& log,
-                                    const std::string& library) {
+BridgeChoice make_bridge([[maybe_unused]] const Clock& clock, [[maybe_unused]] std::ostream& log,
+                         const std::string& library) {
     auto bridge = std::make_unique<LibraryBridge>(library);
+    BridgeChoice choice = {.library = library, .loaders_words = bridge->loaders_words()};
 #ifndef _WIN32
     if (!bridge->library_found()) {
-        return std::make_unique<SerialBridge>(clock, log, bridge->loaders_words());
+        choice.serial = true;
+        choice.bridge = std::make_unique<SerialBridge>(clock, log);
+        return choice;
     }
 #endif
-    return bridge;
+    choice.bridge = std::move(bridge);
+    return choice;
 }
 
 } // namespace kv408

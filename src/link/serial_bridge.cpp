@@ -3,9 +3,7 @@
 #include <limits>
 #include <ostream>
 
-#include "link/library_bridge.h"
 #include "link/serial_trouble.h"
-#include "link/usb_diagnosis.h"
 
 namespace kv408 {
 
@@ -115,13 +113,6 @@ Counted SerialBridge::waiting() {
     std::size_t count = 0;
     const BridgeStatus status = on_port([&](SerialPort& port) { return port.waiting(count); });
     return {status, static_cast<std::uint32_t>(count)};
-}
-
-std::string SerialBridge::diagnosis() {
-    return std::string("The bridge library ") + bridge_library_name +
-           " is not there: the kernel's serial ports are used in its place.\n" +
-           (loaders_words_.empty() ? "" : "The system says: " + loaders_words_ + "\n") + "\n" +
-           usb_diagnosis(Way::serial_port);
 }
 
 } // namespace kv408

@@ -3,7 +3,6 @@
 #include <iosfwd>
 #include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "link/bridge.h"
@@ -11,16 +10,15 @@
 
 namespace kv408 {
 
-/// The bridge over the kernel's driver for USB serial ports, for systems without the bridge library.
-/// The devices are the ports whose USB device has a serial number, in the system's order, as they
-/// were counted last. No other program can have the open one meanwhile. After a failure `trouble()` says why.
+/// The bridge over the kernel's driver for USB serial ports, for systems without the bridge
+/// library. The devices are the ports whose USB device has a serial number, in the system's order,
+/// as they were counted last. No other program can have the open one meanwhile. After a failure
+/// `trouble()` says why.
 class SerialBridge : public Bridge {
 public:
     /// Takes its time-outs on `clock`; `log` gets a line for the speed that a driver rounds to or
-    /// does not tell. `loaders_words` say why there is no bridge library, for the diagnosis; empty
-    /// leaves them out.
-    SerialBridge(const Clock& clock, std::ostream& log, std::string loaders_words = {})
-        : clock_(clock), log_(log), loaders_words_(std::move(loaders_words)) {}
+    /// does not tell.
+    SerialBridge(const Clock& clock, std::ostream& log) : clock_(clock), log_(log) {}
 
     Counted count_devices() override;
     SerialNumber serial_number(std::uint32_t index) override;
@@ -33,7 +31,6 @@ public:
     Counted read(std::span<Byte> bytes) override;
     Counted waiting() override;
     [[nodiscard]] std::string trouble() const override { return trouble_; }
-    [[nodiscard]] std::string diagnosis() override;
 
     /// The speed at which the open port runs, baud; 0 before `set_speed` and when the driver
     /// does not tell.
@@ -48,7 +45,6 @@ private:
 
     const Clock& clock_;
     std::ostream& log_;
-    std::string loaders_words_;
     std::vector<SerialPortEntry> entries_;
     std::unique_ptr<SerialPort> port_; // null while nothing is open
     std::string port_name_;

@@ -6,6 +6,7 @@
 
 #include "display/picture_coder.h"
 #include "host/clock.h"
+#include "host/diagnose.h"
 #include "host/file_choosers.h"
 #include "host/files.h"
 #include "host/message_boxes.h"
@@ -35,6 +36,7 @@ struct Machine {
     Places places;
     PictureCoder& coder;
     std::ostream& log = std::cerr; ///< is told what needs no answer, or can get none
+    Diagnose diagnose = {};        ///< what keeps the instrument from being reached
 };
 
 /// The whole program without its window: owns every part, wires them together, and is the one

@@ -44,8 +44,8 @@ inline constexpr int without_end = -1;
 /// One kind of operation fails. The counts are counted down as the operations come.
 struct OperationFault {
     BridgeStatus status = bridge_failed; ///< status given instead of doing the operation
-    int after = 0;                   ///< operations of this kind that still go well, 0..
-    int times = 1;                   ///< failures that follow, 1.., or `without_end`
+    int after = 0;                       ///< operations of this kind that still go well, 0..
+    int times = 1;                       ///< failures that follow, 1.., or `without_end`
     bool done = false; ///< the operation is done all the same; only its status is wrong
 };
 

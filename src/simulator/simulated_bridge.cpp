@@ -61,16 +61,15 @@ Counted SimulatedBridge::count_devices() {
 
 SerialNumber SimulatedBridge::serial_number(std::uint32_t index) {
     constexpr std::uint32_t serial_number_option = 0;
-    const auto done = perform(Operation::get_product_string, {index, serial_number_option},
-                              [&](WireOperation& record) {
-                                  if (index >= bench_.devices.size()) {
-                                      return bridge_failed;
-                                  }
-                                  const auto serial =
-                                      bench_.devices[index].serial.substr(0, longest_serial_number);
-                                  record.bytes.assign(serial.begin(), serial.end());
-                                  return bridge_success;
-                              });
+    const auto done = perform(
+        Operation::get_product_string, {index, serial_number_option}, [&](WireOperation& record) {
+            if (index >= bench_.devices.size()) {
+                return bridge_failed;
+            }
+            const auto serial = bench_.devices[index].serial.substr(0, longest_serial_number);
+            record.bytes.assign(serial.begin(), serial.end());
+            return bridge_success;
+        });
     return {done.status, std::string(done.bytes.begin(), done.bytes.end())};
 }
 
@@ -141,15 +140,14 @@ BridgeStatus SimulatedBridge::write(std::span<const Byte> bytes) {
 }
 
 Counted SimulatedBridge::read(std::span<Byte> bytes) {
-    const auto done =
-        perform_open(Operation::read, {static_cast<std::uint32_t>(bytes.size())},
-                     [&](WireOperation& record) {
-                         record.bytes = receive(bytes.size());
-                         record.count = static_cast<std::uint32_t>(record.bytes.size());
-                         if (record.count == 0 && !bytes.empty()) {
-                             record.status = bridge_read_timed_out;
-                         }
-                     });
+    const auto done = perform_open(
+        Operation::read, {static_cast<std::uint32_t>(bytes.size())}, [&](WireOperation& record) {
+            record.bytes = receive(bytes.size());
+            record.count = static_cast<std::uint32_t>(record.bytes.size());
+            if (record.count == 0 && !bytes.empty()) {
+                record.status = bridge_read_timed_out;
+            }
+        });
     std::copy(done.bytes.begin(), done.bytes.end(), bytes.begin());
     return {done.status, done.count};
 }

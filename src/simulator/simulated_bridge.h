@@ -43,8 +43,7 @@ public:
 private:
     /// Runs `action(record)` unless a fault forbids the operation, and logs it.
     template <typename Action>
-    WireOperation perform(Operation operation, std::vector<std::uint32_t> arguments,
-                          Action action);
+    WireOperation perform(Operation operation, std::vector<std::uint32_t> arguments, Action action);
     /// The same for what needs the open device.
     template <typename Action>
     WireOperation perform_open(Operation operation, std::vector<std::uint32_t> arguments,

@@ -17,7 +17,7 @@ struct WireOperation {
     /// option), baud rate, read and write time-out, transmit and receive, bytes wanted.
     std::vector<std::uint32_t> arguments = {};
     std::vector<Byte> bytes = {}; ///< written, read, or the serial string without its zero
-    std::uint32_t count = 0;              ///< count handed out: devices, bytes written, read, waiting
+    std::uint32_t count = 0;      ///< count handed out: devices, bytes written, read, waiting
     BridgeStatus status = bridge_success;
 };
 

@@ -1,13 +1,23 @@
 #include "ui/program.h"
 
 #include <cstdlib>
+#include <utility>
 
 #include <QCoreApplication>
 
 namespace kv408::ui {
 
-Program::Program(Clock& clock, Bridge& bridge, Files& files, const Places& places)
-    : scope_(Machine{clock, boxes_, messages_, bridge, files, choosers_, places, coder_}),
+Program::Program(Clock& clock, Bridge& bridge, Files& files, const Places& places,
+                 Diagnose diagnose)
+    : scope_(Machine{.clock = clock,
+                     .boxes = boxes_,
+                     .messages = messages_,
+                     .bridge = bridge,
+                     .files = files,
+                     .choosers = choosers_,
+                     .places = places,
+                     .coder = coder_,
+                     .diagnose = std::move(diagnose)}),
       window_(scope_, {.boxes = boxes_, .choosers = choosers_}) {
     boxes_.set_window(&window_);
     messages_.set_window(&window_);

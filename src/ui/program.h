@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/clock.h"
+#include "host/diagnose.h"
 #include "host/files.h"
 #include "host/places.h"
 #include "link/bridge.h"
@@ -16,9 +17,11 @@ namespace kv408::ui {
 /// The whole program with its window.
 class Program {
 public:
-    /// The program that reaches its instrument through `bridge` and keeps its files in `places`. It
-    /// ends the application when it ends itself.
-    Program(Clock& clock, Bridge& bridge, Files& files, const Places& places);
+    /// The program that reaches its instrument through `bridge`, of which `diagnose` tells what
+    /// stands in the way, and keeps its files in `places`. It ends the application when it ends
+    /// itself.
+    Program(Clock& clock, Bridge& bridge, Files& files, const Places& places,
+            Diagnose diagnose = {});
 
     /// The main window; showing it starts the program.
     [[nodiscard]] MainWindow& window() { return window_; }

@@ -109,7 +109,8 @@ struct AcquisitionRig {
     FrontPanel panel;
     EndingMessageBoxes ending_boxes{boxes, program};
     EndingWindowMessages ending_messages{messages, program};
-    DeviceLink link{bridge, clock, ending_boxes, program};
+    std::string diagnosis; ///< what a look at the devices tells
+    DeviceLink link{bridge, clock, ending_boxes, program, [this] { return diagnosis; }};
     Vertical vertical{panel, channels, acquisition, link, screen, ending_boxes};
     Trigger trigger_frame{panel,       trigger, channels, time_base_state,
                           acquisition, link,    clock,    ending_boxes};

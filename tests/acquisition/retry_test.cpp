@@ -34,7 +34,7 @@ const Texts discovery = {"SI_GetNumDevices", "SI_GetProductString", "SI_Open", "
 
 TEST(Retry, APowerlessInstrumentIsListedAndOpenedAgain) {
     AcquisitionRig rig;
-    rig.bridge.diagnosis_text = "what is there";
+    rig.diagnosis = "what is there";
     rig.boxes.answers = {MessageAnswer::retry};
     rig.boxes.on_show = [&](const Message& message) {
         EXPECT_EQ(message.text, retry_text);

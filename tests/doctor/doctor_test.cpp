@@ -12,12 +12,12 @@ namespace {
 
 class Doctor : public testing::Test {
 protected:
-    Doctor() { bridge_.diagnosis_text = "what is there\n"; }
-
     /// Expects that an examination writes `text` and comes to `result`.
     void expect(DoctorResult result, const std::string& text) {
         std::ostringstream out;
-        EXPECT_EQ(examine(bridge_, clock_, out), result);
+        EXPECT_EQ(examine(
+                      bridge_, [] { return "what is there\n"; }, clock_, out),
+                  result);
         EXPECT_EQ(out.str(), "what is there\n\n" + text);
     }
 

@@ -126,8 +126,8 @@ private:
     }
 
     std::uint32_t any_count() {
-        constexpr std::array<std::uint32_t, 12> counts = {0,    1,    2,    3,    8,      1299,
-                                                  1300, 1301, 1400, 5002, 0x8000, 0xFFFFFFFF};
+        constexpr std::array<std::uint32_t, 12> counts = {
+            0, 1, 2, 3, 8, 1299, 1300, 1301, 1400, 5002, 0x8000, 0xFFFFFFFF};
         return counts[input_.below(counts.size())];
     }
 

@@ -213,7 +213,7 @@ TEST(Discovery, EveryMessageOfAFailureHasTheDiagnosisInItsDetails) {
     for (const auto& fail : failures) {
         LinkRig rig;
         fail(rig.bridge);
-        rig.bridge.diagnosis_text = "what is there";
+        rig.diagnosis = "what is there";
         try {
             rig.link.finddevice();
             if (rig.link.select_and_open()) {
@@ -233,9 +233,10 @@ TEST(Discovery, ABridgeThatKnowsOfNoTroubleTellsNone) {
     EXPECT_EQ(rig.bridge.Bridge::trouble(), "");
 }
 
-TEST(Discovery, ABridgeThatHasNowhereToLookFindsNothingInTheWay) {
+TEST(Discovery, WhereThereIsNowhereToLookNothingIsFoundInTheWay) {
     LinkRig rig;
-    EXPECT_EQ(rig.bridge.Bridge::diagnosis(), "");
+    const DeviceLink link(rig.bridge, rig.clock, rig.boxes, rig.program);
+    EXPECT_EQ(link.diagnosis(), "");
 }
 
 TEST(LinkSpeed, IsSetTo833000Baud) {

@@ -16,7 +16,8 @@ struct LinkRig {
     FakeBridge bridge{clock};
     FakeMessageBoxes boxes;
     ProgramState program;
-    DeviceLink link{bridge, clock, boxes, program};
+    std::string diagnosis; ///< what a look at the devices tells
+    DeviceLink link{bridge, clock, boxes, program, [this] { return diagnosis; }};
 
     /// Finds and opens the one attached instrument; what that took is forgotten.
     void open() {

@@ -94,7 +94,6 @@ public:
     }
 
     [[nodiscard]] std::string trouble() const override { return trouble_text; }
-    [[nodiscard]] std::string diagnosis() override { return diagnosis_text; }
 
     /// Puts `bytes` into the receive queue.
     void receive(const std::vector<int>& bytes) {
@@ -140,15 +139,14 @@ public:
     }
 
     std::vector<std::string> serials = {"lm4rxa0SERIAL1"}; ///< attached devices
-    std::uint32_t extra_devices = 0;                               ///< devices counted that have gone since
-    std::map<std::string, BridgeStatus> status; ///< what an operation answers, 0 unless named
-    std::deque<Byte> received;                  ///< receive queue
-    bool flush_empties = true;                  ///< whether a flush empties the receive queue
-    std::function<void(const Frame&)> on_frame; ///< runs after each frame written
-    std::function<void(std::uint32_t&)> on_check;       ///< may change the number of waiting bytes told
-    std::string trouble_text;                   ///< reason for trouble
-    std::string diagnosis_text;                 ///< what a look at the devices shows
-    std::vector<Call> calls;                    ///< every call, oldest first
+    std::uint32_t extra_devices = 0;                       ///< devices counted that have gone since
+    std::map<std::string, BridgeStatus> status;   ///< what an operation answers, 0 unless named
+    std::deque<Byte> received;                    ///< receive queue
+    bool flush_empties = true;                    ///< whether a flush empties the receive queue
+    std::function<void(const Frame&)> on_frame;   ///< runs after each frame written
+    std::function<void(std::uint32_t&)> on_check; ///< may change the number of waiting bytes told
+    std::string trouble_text;                     ///< reason for trouble
+    std::vector<Call> calls;                      ///< every call, oldest first
 
 private:
     BridgeStatus called(const std::string& operation, std::vector<std::int64_t> values) {

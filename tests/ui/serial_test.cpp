@@ -11,6 +11,7 @@
 #include <QTimer>
 
 #include "box_answers.h"
+#include "doctor/diagnosis.h"
 #include "host/system_clock.h"
 #include "link/make_bridge.h"
 #include "program_on_bench.h"
@@ -24,7 +25,8 @@ using namespace Qt::StringLiterals;
 
 /// The whole program with its window on `bridge`.
 struct WindowOn {
-    WindowOn(Clock& clock, Bridge& bridge) : program(clock, bridge, files, fake_places()) {
+    WindowOn(Clock& clock, Bridge& bridge, Diagnose diagnose = {})
+        : program(clock, bridge, files, fake_places(), std::move(diagnose)) {
         program.window().on_closed([] {});
     }
 
@@ -66,8 +68,8 @@ void SerialTest::the_plot_is_that_of_the_instrument_in_the_process() {
     UsbPorts ports;
     ports.plug(0, "lm4rxa-SIM00001");
     InstrumentOnPort instrument(ports.far_end(0));
-    const auto bridge = make_bridge(clock, std::clog, "libNoSuchBridge.so");
-    WindowOn outside(clock, *bridge);
+    const auto choice = make_bridge(clock, std::clog, "libNoSuchBridge.so");
+    WindowOn outside(clock, *choice.bridge);
     QVERIFY(outside.sweep());
 
     HurriedClock hurried;
@@ -93,8 +95,8 @@ void SerialTest::the_message_tells_in_its_details_what_stands_in_the_way() {
     SystemClock clock;
     UsbPorts ports;
     ports.plug(0, "another-device");
-    const auto bridge = make_bridge(clock, std::clog, "libNoSuchBridge.so");
-    WindowOn on(clock, *bridge);
+    const auto choice = make_bridge(clock, std::clog, "libNoSuchBridge.so");
+    WindowOn on(clock, *choice.bridge, [&choice] { return diagnosis(choice); });
     QString text;
     QString details;
     QTimer look;

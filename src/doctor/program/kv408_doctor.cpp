@@ -3,6 +3,7 @@
 #include <iostream>
 #include <span>
 
+#include "doctor/diagnosis.h"
 #include "doctor/doctor.h"
 #include "host/system_clock.h"
 #include "link/make_bridge.h"
@@ -19,6 +20,7 @@ int main(int argc, char** argv) {
         return static_cast<int>(kv408::answer_arguments(arguments, std::cout, std::cerr));
     }
     kv408::SystemClock clock;
-    const auto bridge = kv408::make_bridge(clock, std::cerr);
-    return static_cast<int>(kv408::examine(*bridge, clock, std::cout));
+    const auto choice = kv408::make_bridge(clock, std::cerr);
+    const auto diagnose = [&choice] { return kv408::diagnosis(choice); };
+    return static_cast<int>(kv408::examine(*choice.bridge, diagnose, clock, std::cout));
 }

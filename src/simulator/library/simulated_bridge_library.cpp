@@ -126,8 +126,7 @@ KV408_EXPORT BridgeStatus KV408_BRIDGE_CALL SI_Write(Handle handle, void* bytes,
     if (bytes == nullptr || written == nullptr || !is_open(handle)) {
         return kv408::bridge_failed;
     }
-    const BridgeStatus status =
-        bridge().write(std::span(static_cast<const Byte*>(bytes), count));
+    const BridgeStatus status = bridge().write(std::span(static_cast<const Byte*>(bytes), count));
     *written = status == kv408::bridge_success ? count : 0;
     return status;
 }

@@ -6,6 +6,7 @@
 
 #include <QApplication>
 
+#include "doctor/diagnosis.h"
 #include "host/system_clock.h"
 #include "host/system_files.h"
 #include "host/termination_signals.h"
@@ -24,9 +25,10 @@ int main(int argc, char** argv) {
     QApplication::setDesktopFileName(QStringLiteral("org.kv408.Kv408"));
     kv408::ui::apply_look(kv408::ui::desktop_look());
     kv408::SystemClock clock;
-    const auto bridge = kv408::make_bridge(clock, std::clog);
+    const auto choice = kv408::make_bridge(clock, std::clog);
     kv408::SystemFiles files;
-    kv408::ui::Program program(clock, *bridge, files, kv408::ui::machine_places());
+    kv408::ui::Program program(clock, *choice.bridge, files, kv408::ui::machine_places(),
+                               [&choice] { return kv408::diagnosis(choice); });
     const kv408::ui::Endings endings(signals, program);
     program.window().show();
     return QApplication::exec();

@@ -101,7 +101,7 @@ TEST_F(DoctorProcess, AnotherDeviceIs1) {
 TEST_F(DoctorProcess, APortInUseIsLeftAloneAndItsUserNamed) {
     plug();
     SystemClock clock;
-    const auto bridge = make_bridge(clock, std::clog, "libNoSuchBridge.so");
+    const auto bridge = make_bridge(clock, std::clog, "libNoSuchBridge.so").bridge;
     ASSERT_EQ(bridge->count_devices().status, bridge_success);
     ASSERT_EQ(bridge->open(0), bridge_success) << bridge->trouble();
     leave_odd_settings(ports_.far_end(0));

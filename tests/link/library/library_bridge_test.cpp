@@ -184,12 +184,12 @@ TEST(LibraryBridge, CallsTheLibraryWithItsHandleItsBufferAndItsOptions) {
     EXPECT_EQ(bridge.waiting().count, 1300U);
     EXPECT_EQ(bridge.close(), bridge_success);
     note_into(nullptr);
-    EXPECT_EQ(calls, (std::vector<std::string>{
-                         "SI_GetNumDevices", "SI_GetProductString 2 0", "SI_FlushBuffers 1: 1 1",
-                         "SI_Open 2", "SI_SetBaudRate 4711: 833000", "SI_SetTimeouts 100 100",
-                         "SI_FlushBuffers 4711: 1 1", "SI_Write 4711: 8 bytes from 4, no overlap",
-                         "SI_Read 4711: 8 bytes, no overlap", "SI_CheckRXQueue 4711",
-                         "SI_Close 4711"}));
+    EXPECT_EQ(calls,
+              (std::vector<std::string>{
+                  "SI_GetNumDevices", "SI_GetProductString 2 0", "SI_FlushBuffers 1: 1 1",
+                  "SI_Open 2", "SI_SetBaudRate 4711: 833000", "SI_SetTimeouts 100 100",
+                  "SI_FlushBuffers 4711: 1 1", "SI_Write 4711: 8 bytes from 4, no overlap",
+                  "SI_Read 4711: 8 bytes, no overlap", "SI_CheckRXQueue 4711", "SI_Close 4711"}));
 }
 
 TEST(LibraryBridge, TheSimulatedLibraryKnowsItsHandleAndItsOption) {

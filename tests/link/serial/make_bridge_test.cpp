@@ -16,8 +16,12 @@ class MakeBridge : public testing::Test {
 protected:
     /// Whether the bridge for the library `name` is the serial one.
     bool serial_for(const std::string& name) {
-        bridge_ = make_bridge(clock_, log_, name);
-        return dynamic_cast<SerialBridge*>(bridge_.get()) != nullptr;
+        BridgeChoice choice = make_bridge(clock_, log_, name);
+        bridge_ = std::move(choice.bridge);
+        EXPECT_EQ(choice.serial, dynamic_cast<SerialBridge*>(bridge_.get()) != nullptr);
+        EXPECT_EQ(choice.library, name);
+        EXPECT_EQ(choice.loaders_words.empty(), name == KV408_LACKING_LIBRARY);
+        return choice.serial;
     }
 
     SystemClock clock_;

@@ -12,8 +12,8 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include "doctor/device_users.h"
 #include "host/system_clock.h"
-#include "link/device_users.h"
 #include "link/serial_bridge.h"
 #include "support/ports/group_rights.h"
 #include "support/ports/plain_user.h"

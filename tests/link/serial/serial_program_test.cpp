@@ -85,7 +85,7 @@ protected:
     UsbPorts ports_;
     std::unique_ptr<InstrumentOnPort> instrument_;
     // There is no library of this name.
-    std::unique_ptr<Bridge> bridge_ = make_bridge(clock_, std::clog, "libNoSuchBridge.so");
+    std::unique_ptr<Bridge> bridge_ = make_bridge(clock_, std::clog, "libNoSuchBridge.so").bridge;
     ProgramOn program_{clock_, *bridge_};
 };
 
@@ -218,7 +218,7 @@ TEST_F(SerialProgram, AnotherSerialNumberIsNotOpened) {
 
 TEST_F(SerialProgram, APortThatIsInUseEndsItAndSaysSo) {
     plug();
-    const auto other = make_bridge(clock_, std::clog, "libNoSuchBridge.so");
+    const auto other = make_bridge(clock_, std::clog, "libNoSuchBridge.so").bridge;
     ASSERT_EQ(other->count_devices().status, bridge_success);
     ASSERT_EQ(other->open(0), bridge_success);
     expect_end_at_start({"Error opening device: lm4rxa-SIM00001. Application is aborting. Reset "

@@ -74,8 +74,8 @@ public:
     /// Lets any user of the machine look up the ports, as in the real folders.
     void open_folders() const;
 
-    std::atomic<bool> speed_refused = false; ///< setting the speed fails
-    std::atomic<std::uint32_t> rounded_speed = 0;    ///< the speed that every port reports, unless 0
+    std::atomic<bool> speed_refused = false;      ///< setting the speed fails
+    std::atomic<std::uint32_t> rounded_speed = 0; ///< the speed that every port reports, unless 0
 
     /// Gives the system error number with which a request to a port is to fail, 0 where it is to be
     /// carried out. Called in another thread; set it while no request is under way.
@@ -99,7 +99,7 @@ private:
 
 /// What the device's end `far_end` of a port finds set by the program.
 struct LineSettings {
-    std::uint32_t baud = 0;            ///< speed of both directions, 0 where they differ
+    std::uint32_t baud = 0;    ///< speed of both directions, 0 where they differ
     bool eight_bits = false;   ///< 8 data bits
     bool parity = false;       ///< a parity bit
     bool two_stops = false;    ///< two stop bits

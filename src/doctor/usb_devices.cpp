@@ -1,4 +1,4 @@
-#include "link/usb_devices.h"
+#include "doctor/usb_devices.h"
 
 #include <algorithm>
 #include <filesystem>

@@ -1,4 +1,4 @@
-#include "link/device_users.h"
+#include "doctor/device_users.h"
 
 #include <algorithm>
 #include <charconv>

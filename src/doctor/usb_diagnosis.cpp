@@ -1,4 +1,4 @@
-#include "link/usb_diagnosis.h"
+#include "doctor/usb_diagnosis.h"
 
 #include <algorithm>
 #include <array>
@@ -9,12 +9,12 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "doctor/device_users.h"
+#include "doctor/usb_devices.h"
 #include "host/shown_text.h"
-#include "link/device_users.h"
 #include "link/instrument_serial.h"
 #include "link/serial_port.h"
 #include "link/serial_trouble.h"
-#include "link/usb_devices.h"
 
 namespace kv408 {
 namespace {

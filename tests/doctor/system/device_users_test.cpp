@@ -1,6 +1,6 @@
 // Which processes have a port, by the files that they lock it with.
 
-#include "link/device_users.h"
+#include "doctor/device_users.h"
 
 #include <fstream>
 #include <optional>

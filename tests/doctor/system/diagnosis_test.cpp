@@ -11,12 +11,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "doctor/diagnosis.h"
+#include "doctor/usb_devices.h"
+#include "doctor/usb_diagnosis.h"
 #include "host/system_clock.h"
-#include "link/library_bridge.h"
 #include "link/make_bridge.h"
 #include "link/serial_bridge.h"
-#include "link/usb_devices.h"
-#include "link/usb_diagnosis.h"
 #include "support/ports/group_rights.h"
 #include "support/ports/other_process.h"
 #include "support/ports/plain_user.h"
@@ -58,6 +58,11 @@ private:
 
 class Diagnosis : public testing::Test {
 protected:
+    /// The bridge library called `name`, which is there.
+    static BridgeChoice library(const std::string& name) {
+        return {.bridge = std::make_unique<LibraryBridge>(name), .library = name};
+    }
+
     void plug() { ports_.plug(0, "lm4rxa-SIM00001"); }
 
     void plug_portless(const char* driver) {
@@ -404,9 +409,7 @@ TEST_F(Diagnosis, ADeviceOfUnknownNumberHasNoNode) {
 
 TEST_F(Diagnosis, TheSerialBridgeTellsThatTheLibraryIsNotThere) {
     plug();
-    SystemClock clock;
-    std::ostringstream log;
-    EXPECT_THAT(SerialBridge(clock, log).diagnosis(),
+    EXPECT_THAT(diagnosis({.serial = true}),
                 StartsWith("The bridge library libSiUSBXp.so is not there: the kernel's serial "
                            "ports are used in its place.\n\n" +
                            port_title));
@@ -416,24 +419,25 @@ TEST_F(Diagnosis, TheSystemsWordsOnTheMissingLibraryAreTold) {
     plug();
     SystemClock clock;
     std::ostringstream log;
-    const auto bridge = make_bridge(clock, log, "libNoSuchBridge.so");
-    EXPECT_THAT(bridge->diagnosis(),
+    const auto choice = make_bridge(clock, log, "libNoSuchBridge.so");
+    EXPECT_THAT(diagnosis(choice),
                 StartsWith("The bridge library libSiUSBXp.so is not there: the kernel's serial "
                            "ports are used in its place.\n"
                            "The system says: libNoSuchBridge.so: cannot open shared object file: "
                            "No such file or directory\n\n" +
                            port_title));
-    EXPECT_EQ(bridge->trouble(), "");
+    EXPECT_EQ(choice.bridge->trouble(), "");
 }
 
 TEST_F(Diagnosis, ALibraryThatCannotBeLoadedIsToldInTheLoadersWords) {
     plug();
-    LibraryBridge bridge(KV408_NEEDY_LIBRARY);
-    EXPECT_THAT(bridge.trouble(), HasSubstr("kv408_absent.so: "));
+    const BridgeChoice choice = library(KV408_NEEDY_LIBRARY);
+    const std::string trouble = choice.bridge->trouble();
+    EXPECT_THAT(trouble, HasSubstr("kv408_absent.so: "));
     ports_.plug(1, nullptr);
     ports_.put_raw_node(0, ports_.terminal(1));
-    EXPECT_THAT(bridge.diagnosis(),
-                StartsWith(bridge.trouble() +
+    EXPECT_THAT(diagnosis(choice),
+                StartsWith(trouble +
                            "\nAs long as it is there, the kernel's serial ports "
                            "are not used.\n\n" +
                            device_title +
@@ -442,18 +446,18 @@ TEST_F(Diagnosis, ALibraryThatCannotBeLoadedIsToldInTheLoadersWords) {
 
 TEST_F(Diagnosis, WhatTheLibraryListsIsToldAndThenTheDevices) {
     plug();
-    LibraryBridge bridge(KV408_SIMULATED_LIBRARY);
-    EXPECT_THAT(bridge.diagnosis(), StartsWith("The bridge library " KV408_SIMULATED_LIBRARY
-                                               " is used. Devices that it lists: 1.\n"
-                                               "Serial number lm4rxa-SIM00001: an instrument.\n\n" +
-                                               device_title));
+    EXPECT_THAT(diagnosis(library(KV408_SIMULATED_LIBRARY)),
+                StartsWith("The bridge library " KV408_SIMULATED_LIBRARY
+                           " is used. Devices that it lists: 1.\n"
+                           "Serial number lm4rxa-SIM00001: an instrument.\n\n" +
+                           device_title));
 }
 
 TEST_F(Diagnosis, ALibraryThatCannotCountItsDevicesIsTold) {
     plug();
-    LibraryBridge bridge(KV408_FAILING_LIBRARY);
-    ASSERT_EQ(bridge.trouble(), "");
-    EXPECT_THAT(bridge.diagnosis(),
+    const BridgeChoice choice = library(KV408_FAILING_LIBRARY);
+    ASSERT_EQ(choice.bridge->trouble(), "");
+    EXPECT_THAT(diagnosis(choice),
                 StartsWith("The bridge library " KV408_FAILING_LIBRARY
                            " is used. It cannot count its devices: it fails with status 2.\n\n" +
                            device_title));
