@@ -53,6 +53,13 @@ void DeviceLink::keep(BridgeStatus status) {
                                  std::numeric_limits<std::int16_t>::max()));
 }
 
+Bridge& DeviceLink::bridge() const {
+    if (announce_) {
+        announce_();
+    }
+    return bridge_;
+}
+
 void DeviceLink::show_listing() const {
     if (show_) {
         show_(state_.devices);
@@ -64,7 +71,7 @@ bool DeviceLink::listdevices() {
     devices.serials.clear();
     devices.selected = -1;
     show_listing();
-    const auto [status, count] = bridge_.count_devices();
+    const auto [status, count] = bridge().count_devices();
     keep(status);
     state_.numdevices = status == bridge_success ? to_device_count(count) : std::int16_t{0};
     if (status != bridge_success) {
@@ -73,7 +80,7 @@ bool DeviceLink::listdevices() {
     std::vector<std::string> serials;
     looked_at_ = clock_.now();
     for (int index = 0; index < state_.numdevices; ++index) {
-        SerialNumber serial = bridge_.serial_number(static_cast<std::uint32_t>(index));
+        SerialNumber serial = bridge().serial_number(static_cast<std::uint32_t>(index));
         keep(serial.status);
         let_end_now_and_then();
         serials.push_back(std::move(serial.text));
@@ -138,7 +145,7 @@ bool DeviceLink::select_and_open() {
 }
 
 void DeviceLink::opendevice() {
-    const BridgeStatus status = bridge_.open(static_cast<std::uint32_t>(state_.devices.selected));
+    const BridgeStatus status = bridge().open(static_cast<std::uint32_t>(state_.devices.selected));
     keep(status);
     if (status != bridge_success) {
         end_with("Error opening device: " + shown_line(state_.devices.serial()) +
@@ -149,7 +156,7 @@ void DeviceLink::opendevice() {
 }
 
 void DeviceLink::set_link_speed() {
-    keep(bridge_.set_speed(link_speed_baud));
+    keep(bridge().set_speed(link_speed_baud));
     if (state_.commstatus != bridge_success) {
         boxes_.show({.text = "error seting baud rate",
                      .informative = bridge_.trouble(),
@@ -165,7 +172,7 @@ bool DeviceLink::checkdevice() {
         return false;
     }
     state_.cmdargs = {state_.cmdargs[0], 0, 0, 1, 0, 255};
-    keep(bridge_.set_time_out(timeout_ms));
+    keep(bridge().set_time_out(timeout_ms));
     std::array<Byte, 1> reply = {};
     bool timed_out = true;
     while (timed_out && state_.retrycount < attempts) {
@@ -174,7 +181,7 @@ bool DeviceLink::checkdevice() {
         flush();
         sendcommand(command::set_trigger, state_.cmdargs);
         clock_.sleep(acknowledge_pause);
-        keep(bridge_.read(reply).status);
+        keep(bridge().read(reply).status);
         timed_out = state_.commstatus == bridge_read_timed_out;
     }
     if (timed_out) {
@@ -192,13 +199,13 @@ bool DeviceLink::checkdevice() {
 void DeviceLink::close() {
     if (state_.open) {
         state_.open = false;
-        keep(bridge_.close());
+        keep(bridge().close());
     }
 }
 
 void DeviceLink::sendcommand(std::int16_t command, const CommandArguments& arguments) {
     const auto frame = command_frame(command, arguments);
-    keep(bridge_.write(frame));
+    keep(bridge().write(frame));
     if (state_.commstatus != bridge_success) {
         end_with(not_found_text, "The instrument takes no more data. Check its USB cable and its "
                                  "power, then start the program again.");
@@ -214,7 +221,7 @@ bool DeviceLink::sendcmdack(std::int16_t command, const CommandArguments& argume
     if (program_.given_up) {
         return false;
     }
-    keep(bridge_.set_time_out(timeout_ms));
+    keep(bridge().set_time_out(timeout_ms));
     do {
         let_end_of_taking_over();
         --retries;
@@ -222,7 +229,7 @@ bool DeviceLink::sendcmdack(std::int16_t command, const CommandArguments& argume
         flush();
         sendcommand(command, arguments);
         clock_.sleep(acknowledge_pause);
-        keep(bridge_.read(reply).status);
+        keep(bridge().read(reply).status);
         if (state_.commstatus == bridge_success && reply[0] == acknowledge_byte) {
             state_.retrycount = 0;
             power_.note_acknowledge(command == command::set_amplifier_gain);
@@ -248,7 +255,7 @@ bool DeviceLink::send_setup(std::int16_t command, std::string_view label) {
 }
 
 void DeviceLink::set_usual_timeouts() {
-    keep(bridge_.set_time_out(command_timeout_ms));
+    keep(bridge().set_time_out(command_timeout_ms));
 }
 
 bool DeviceLink::read_flash_word(std::uint16_t address, std::uint16_t& word) {
@@ -287,17 +294,17 @@ void DeviceLink::waitrxidle() {
 }
 
 void DeviceLink::flush() {
-    keep(bridge_.flush());
+    keep(bridge().flush());
 }
 
 std::uint32_t DeviceLink::waiting() {
-    const auto [status, count] = bridge_.waiting();
+    const auto [status, count] = bridge().waiting();
     keep(status);
     return status == bridge_success ? count : 0;
 }
 
 bool DeviceLink::read(std::span<Byte> bytes) {
-    const auto [status, count] = bridge_.read(bytes);
+    const auto [status, count] = bridge().read(bytes);
     keep(status);
     const bool complete = status == bridge_success && count == bytes.size();
     if (complete) {

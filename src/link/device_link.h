@@ -66,6 +66,9 @@ public:
     /// samples, every answer and every command that is not acknowledged.
     [[nodiscard]] PowerWatch& power() { return power_; }
 
+    /// Sets what is done before each operation of the bridge: one may never come back.
+    void on_operation(std::function<void()> announce) { announce_ = std::move(announce); }
+
     /// Sets what shows the listing, each time that it or the selection in it has changed.
     void on_listing(std::function<void(const DeviceListing&)> show) { show_ = std::move(show); }
 
@@ -133,6 +136,8 @@ public:
     bool read(std::span<Byte> bytes);
 
 private:
+    /// The bridge, for an operation that is announced.
+    [[nodiscard]] Bridge& bridge() const;
     void show_listing() const;
     /// Opens the selected device; ends the program with a message when that fails.
     void opendevice();
@@ -149,6 +154,7 @@ private:
     MessageBoxes& boxes_;
     ProgramState& program_;
     LinkState state_;
+    std::function<void()> announce_;
     std::function<void(const DeviceListing&)> show_;
     PowerWatch power_;
     Diagnose diagnose_;

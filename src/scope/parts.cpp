@@ -10,17 +10,17 @@ Parts::Parts(const Machine& machine)
       boxes(ending_boxes, program, acquisition, entries), messages(machine.messages, program),
       files(machine.files), ending_choosers(machine.choosers, program),
       choosers(ending_choosers, entries), places(machine.places),
-      bridge(machine.bridge, [this] { note_before_bridge(); }),
-      link(bridge, clock, boxes, program, machine.diagnose), picture({.panel = panel,
-                                                                      .samples = samples,
-                                                                      .channels = channels,
-                                                                      .acquisition = acquisition,
-                                                                      .program = program,
-                                                                      .colours = colours,
-                                                                      .cursors = cursor_state,
-                                                                      .trigger = trigger_state,
-                                                                      .settings = settings,
-                                                                      .marks = marks}),
+      link(machine.bridge, clock, boxes, program, machine.diagnose),
+      picture({.panel = panel,
+               .samples = samples,
+               .channels = channels,
+               .acquisition = acquisition,
+               .program = program,
+               .colours = colours,
+               .cursors = cursor_state,
+               .trigger = trigger_state,
+               .settings = settings,
+               .marks = marks}),
       colour_update(panel, colours, picture),
       settings_dialog(settings, colours, colour_update, picture, choosers),
       snapshot(panel, picture, settings,
@@ -197,6 +197,7 @@ void Parts::connect_adjust() {
 }
 
 void Parts::connect_acquisition() {
+    link.on_operation([this] { note_before_bridge(); });
     link.on_listing([this](const DeviceListing& devices) { show_devices(panel.device, devices); });
     panel.cmdstartsweep.on_click([this] { state_machine.cmdstartsweep_Click(); });
     panel.cmdstop.on_click([this] { state_machine.cmdstop_Click(); });

@@ -14,7 +14,6 @@
 #include "display/settings_dialog.h"
 #include "display/snapshot.h"
 #include "host/ending.h"
-#include "link/announced_bridge.h"
 #include "link/device_link.h"
 #include "measure/measurements.h"
 #include "panel/adjust.h"
@@ -67,7 +66,6 @@ struct Parts {
     Places places;
 
     // The subsystems.
-    AnnouncedBridge bridge;
     DeviceLink link;
     Picture picture;
     ColourUpdate colour_update;

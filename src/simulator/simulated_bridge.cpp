@@ -7,6 +7,15 @@ namespace kv408::simulator {
 
 using std::chrono::nanoseconds;
 
+namespace {
+
+bool needs_open_device(Operation operation) {
+    return operation != Operation::get_num_devices && operation != Operation::get_product_string &&
+           operation != Operation::open && operation != Operation::set_timeouts;
+}
+
+} // namespace
+
 void SimulatedBridge::notice_faults() {
     if (bench_.faults.unplugged) {
         open_ = false;
@@ -25,7 +34,11 @@ WireOperation SimulatedBridge::perform(Operation operation, std::vector<std::uin
     notice_faults();
     const auto fault = fault_of(operation);
     if (!fault || fault->done) {
-        record.status = action(record);
+        if (open_ || !needs_open_device(operation)) {
+            action(record);
+        } else {
+            record.status = bridge_failed;
+        }
     }
     if (fault) {
         record.status = fault->status;
@@ -37,123 +50,103 @@ WireOperation SimulatedBridge::perform(Operation operation, std::vector<std::uin
     return record;
 }
 
-template <typename Action>
-WireOperation SimulatedBridge::perform_open(Operation operation,
-                                            std::vector<std::uint32_t> arguments, Action action) {
-    return perform(operation, std::move(arguments), [&](WireOperation& record) {
-        if (!open_) {
-            return bridge_failed;
-        }
-        action(record);
-        return record.status;
-    });
-}
-
 Counted SimulatedBridge::count_devices() {
     const auto done = perform(Operation::get_num_devices, {}, [&](WireOperation& record) {
         const std::size_t attached = bench_.faults.unplugged ? 0 : bench_.devices.size();
         record.count =
             bench_.faults.reported_devices.value_or(static_cast<std::uint32_t>(attached));
-        return bridge_success;
     });
     return {done.status, done.count};
 }
 
 SerialNumber SimulatedBridge::serial_number(std::uint32_t index) {
-    constexpr std::uint32_t serial_number_option = 0;
-    const auto done = perform(
-        Operation::get_product_string, {index, serial_number_option}, [&](WireOperation& record) {
+    constexpr std::uint32_t option = 0; // that asks for it
+    const auto done =
+        perform(Operation::get_product_string, {index, option}, [&](WireOperation& record) {
             if (index >= bench_.devices.size()) {
-                return bridge_failed;
+                record.status = bridge_failed;
+                return;
             }
             const auto serial = bench_.devices[index].serial.substr(0, longest_serial_number);
             record.bytes.assign(serial.begin(), serial.end());
-            return bridge_success;
         });
     return {done.status, std::string(done.bytes.begin(), done.bytes.end())};
 }
 
 BridgeStatus SimulatedBridge::open(std::uint32_t index) {
-    return perform(Operation::open, {index},
-                   [&](WireOperation& record) {
-                       if (open_ || index >= bench_.devices.size() ||
-                           !bench_.devices[index].opens) {
-                           return bridge_failed;
-                       }
-                       open_ = true;
-                       open_index_ = index;
-                       baud_rate_ = first_baud_rate;
-                       // What came while nobody listened is lost.
-                       instrument_.line().drop_arrived(record.began);
-                       return bridge_success;
-                   })
-        .status;
+    const auto done = perform(Operation::open, {index}, [&](WireOperation& record) {
+        if (open_ || index >= bench_.devices.size() || !bench_.devices[index].opens) {
+            record.status = bridge_failed;
+            return;
+        }
+        open_ = true;
+        open_index_ = index;
+        baud_rate_ = first_baud_rate;
+        // What came while nobody listened is lost.
+        instrument_.line().drop_arrived(record.began);
+    });
+    return done.status;
 }
 
 BridgeStatus SimulatedBridge::close() {
-    return perform_open(Operation::close, {}, [&](WireOperation&) { open_ = false; }).status;
+    return perform(Operation::close, {}, [&](const WireOperation&) { open_ = false; }).status;
 }
 
 BridgeStatus SimulatedBridge::set_speed(std::uint32_t baud) {
-    return perform_open(Operation::set_baud_rate, {baud},
-                        [&](WireOperation& record) {
-                            if (baud == 0 || bench_.faults.baud_rate_refused) {
-                                record.status = bridge_failed;
-                            } else {
-                                baud_rate_ = baud;
-                            }
-                        })
-        .status;
+    const auto done = perform(Operation::set_baud_rate, {baud}, [&](WireOperation& record) {
+        if (baud == 0 || bench_.faults.baud_rate_refused) {
+            record.status = bridge_failed;
+            return;
+        }
+        baud_rate_ = baud;
+    });
+    return done.status;
 }
 
 BridgeStatus SimulatedBridge::set_time_out(std::uint32_t milliseconds) {
-    return perform(Operation::set_timeouts, {milliseconds, milliseconds},
-                   [&](WireOperation&) {
-                       // The line always takes what is written: only a read can time out.
-                       read_time_out_ = std::chrono::milliseconds(milliseconds);
-                       return bridge_success;
-                   })
-        .status;
+    // The line always takes what is written: only a read can time out.
+    const auto take = [&](const WireOperation&) {
+        read_time_out_ = std::chrono::milliseconds(milliseconds);
+    };
+    return perform(Operation::set_timeouts, {milliseconds, milliseconds}, take).status;
 }
 
 BridgeStatus SimulatedBridge::flush() {
-    return perform_open(Operation::flush_buffers, {1, 1},
-                        [&](const WireOperation& record) {
-                            // Writing waits for the wire: between operations nothing is to be sent.
-                            instrument_.line().drop_arrived(record.began);
-                        })
-        .status;
+    // Writing waits for the wire, so the transmit queue is empty between operations.
+    const auto drop = [&](const WireOperation& record) {
+        instrument_.line().drop_arrived(record.began);
+    };
+    return perform(Operation::flush_buffers, {1, 1}, drop).status;
 }
 
 BridgeStatus SimulatedBridge::write(std::span<const Byte> bytes) {
-    return perform_open(Operation::write, {static_cast<std::uint32_t>(bytes.size())},
-                        [&](WireOperation& record) {
-                            clock_.sleep(wire_time(bytes.size(), baud_rate_));
-                            for (std::size_t index = 0; index < bytes.size(); ++index) {
-                                deliver(bytes[index],
-                                        record.began + wire_time(index + 1, baud_rate_));
-                            }
-                            record.count = static_cast<std::uint32_t>(bytes.size());
-                            record.bytes.assign(bytes.begin(), bytes.end());
-                        })
-        .status;
+    const auto count = static_cast<std::uint32_t>(bytes.size());
+    const auto done = perform(Operation::write, {count}, [&](WireOperation& record) {
+        clock_.sleep(wire_time(bytes.size(), baud_rate_));
+        for (std::size_t index = 0; index < bytes.size(); ++index) {
+            deliver(bytes[index], record.began + wire_time(index + 1, baud_rate_));
+        }
+        record.count = count;
+        record.bytes.assign(bytes.begin(), bytes.end());
+    });
+    return done.status;
 }
 
 Counted SimulatedBridge::read(std::span<Byte> bytes) {
-    const auto done = perform_open(
-        Operation::read, {static_cast<std::uint32_t>(bytes.size())}, [&](WireOperation& record) {
-            record.bytes = receive(bytes.size());
-            record.count = static_cast<std::uint32_t>(record.bytes.size());
-            if (record.count == 0 && !bytes.empty()) {
-                record.status = bridge_read_timed_out;
-            }
-        });
+    const auto wanted = static_cast<std::uint32_t>(bytes.size());
+    const auto done = perform(Operation::read, {wanted}, [&](WireOperation& record) {
+        record.bytes = receive(bytes.size());
+        record.count = static_cast<std::uint32_t>(record.bytes.size());
+        if (record.count == 0 && wanted > 0) {
+            record.status = bridge_read_timed_out;
+        }
+    });
     std::copy(done.bytes.begin(), done.bytes.end(), bytes.begin());
     return {done.status, done.count};
 }
 
 Counted SimulatedBridge::waiting() {
-    const auto done = perform_open(Operation::check_rx_queue, {}, [&](WireOperation& record) {
+    const auto done = perform(Operation::check_rx_queue, {}, [&](WireOperation& record) {
         record.count = static_cast<std::uint32_t>(instrument_.line().arrived(record.began));
     });
     return {done.status, done.count};

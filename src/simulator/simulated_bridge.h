@@ -41,13 +41,10 @@ public:
     Counted waiting() override;
 
 private:
-    /// Runs `action(record)` unless a fault forbids the operation, and logs it.
+    /// Runs `action(record)` unless a fault forbids the operation or it needs an open device and
+    /// there is none, and logs it.
     template <typename Action>
     WireOperation perform(Operation operation, std::vector<std::uint32_t> arguments, Action action);
-    /// The same for what needs the open device.
-    template <typename Action>
-    WireOperation perform_open(Operation operation, std::vector<std::uint32_t> arguments,
-                               Action action);
 
     void advance_plan();
     /// The fault that strikes `operation`, none when it goes well.

@@ -228,6 +228,27 @@ TEST(Discovery, EveryMessageOfAFailureHasTheDiagnosisInItsDetails) {
     EXPECT_EQ(texts.size(), 4U); // a lost connection is told like a missing instrument
 }
 
+TEST(Discovery, EachOperationIsAnnouncedBeforeItIsDone) {
+    LinkRig rig;
+    std::vector<std::size_t> done; // operations at each announcement
+    rig.link.on_operation([&] { done.push_back(rig.bridge.calls.size()); });
+    rig.bridge.acknowledge_all();
+    rig.link.finddevice();
+    EXPECT_TRUE(rig.link.select_and_open());
+    rig.link.set_link_speed();
+    EXPECT_TRUE(rig.link.checkdevice());
+    EXPECT_TRUE(rig.link.send_setup(command::set_trigger, "trigger "));
+    rig.link.set_usual_timeouts();
+    EXPECT_EQ(rig.link.waiting(), 0U);
+    std::array<Byte, 2> reply = {};
+    EXPECT_FALSE(rig.link.read(reply));
+    rig.link.close();
+    ASSERT_EQ(done.size(), rig.bridge.calls.size());
+    for (std::size_t index = 0; index < done.size(); ++index) {
+        EXPECT_EQ(done[index], index);
+    }
+}
+
 TEST(Discovery, ABridgeThatKnowsOfNoTroubleTellsNone) {
     const LinkRig rig;
     EXPECT_EQ(rig.bridge.Bridge::trouble(), "");
