@@ -87,11 +87,13 @@ void Picture::calcPersistColors() {
     }
 }
 
-const Surface& Picture::surface() const {
+const Surface& Picture::surface() {
+    compose_what_is_due();
     return display_;
 }
 
 void Picture::on_drawn(std::function<void(Columns)> listener) {
+    compose_what_is_due();
     listener_ = std::move(listener);
 }
 
@@ -105,12 +107,13 @@ void Picture::draw(unsigned flags) {
         show_labels();
     }
     const Content next = content(flags);
-    const DirtyColumns dirty = columns_to_compose(next);
+    add_columns_to_compose(next);
     drawn_ = next;
     changes_ = Changes{.everything = false, .history = false, .points = {}};
-    dirty.for_each_range([this](Columns columns) { compose(columns); });
-    if (listener_ && !dirty.hull().empty()) {
-        listener_(dirty.hull());
+    const Columns due = due_.hull();
+    if (listener_ && !due.empty()) {
+        compose_what_is_due();
+        listener_(due);
     }
 }
 
@@ -183,8 +186,7 @@ Picture::Content Picture::content(unsigned flags) const {
     return next;
 }
 
-DirtyColumns Picture::columns_to_compose(const Content& next) const {
-    DirtyColumns dirty;
+void Picture::add_columns_to_compose(const Content& next) {
     bool everything = changes_.everything || next.background != drawn_.background ||
                       next.overlays != drawn_.overlays;
     for (const int channel : drawing_order) {
@@ -192,15 +194,19 @@ DirtyColumns Picture::columns_to_compose(const Content& next) const {
         everything |= look != drawn_.looks[slot(channel)];
         everything |= look.history && changes_.history;
         if (look.shown) {
-            dirty.add_difference(next.gaps[slot(channel)], drawn_.gaps[slot(channel)]);
+            due_.add_difference(next.gaps[slot(channel)], drawn_.gaps[slot(channel)]);
             changes_.points[slot(channel)].for_each_range(
-                [&dirty](Columns columns) { dirty.add(columns); });
+                [this](Columns columns) { due_.add(columns); });
         }
     }
     if (everything) {
-        dirty.add(all_columns);
+        due_.add(all_columns);
     }
-    return dirty;
+}
+
+void Picture::compose_what_is_due() {
+    due_.for_each_range([this](Columns columns) { compose(columns); });
+    due_.clear();
 }
 
 void Picture::compose(Columns columns) {

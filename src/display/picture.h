@@ -67,10 +67,12 @@ public:
     /// settings, which is held within 0..9 generations.
     void calcPersistColors() override;
 
-    /// The composed picture, 641 by 513.
-    [[nodiscard]] const Surface& surface() const;
+    /// The composed picture, 641 by 513. While nobody listens nothing is composed before it is asked
+    /// for here, and then with the points that the traces have by now.
+    [[nodiscard]] const Surface& surface();
 
     /// Sets the one listener that is told after the picture has changed, with the columns that did.
+    /// While there is one, the picture is composed with each draw.
     void on_drawn(std::function<void(Columns)> listener);
 
 private:
@@ -99,7 +101,8 @@ private:
     [[nodiscard]] Columns gap_of(int channel) const;
     [[nodiscard]] Overlays overlays_of(unsigned flags) const;
     [[nodiscard]] Content content(unsigned flags) const;
-    [[nodiscard]] DirtyColumns columns_to_compose(const Content& next) const;
+    void add_columns_to_compose(const Content& next);
+    void compose_what_is_due();
     void compose(Columns columns);
     void compose_by_runs(const Canvas& canvas, const TraceViews& views);
     void compose_by_painting(const Canvas& canvas, const TraceViews& views);
@@ -114,6 +117,7 @@ private:
     TraceRaster raster_;
     Content drawn_; ///< what the last composition was made from
     Changes changes_;
+    DirtyColumns due_; ///< columns that the surface does not show as they were last drawn
     bool owes_drawing_ = false;
     std::function<void(Columns)> listener_;
 };

@@ -5,7 +5,7 @@
 
 namespace kv408 {
 
-Surface plot_box(const Picture& picture, const FrontPanel& panel) {
+Surface plot_box(Picture& picture, const FrontPanel& panel) {
     Surface box(plot::box_width, plot::box_height);
     const Canvas canvas(box);
     fill_rectangle(canvas, whole(box), pixel_of(panel.picture1.back_colour().value_or(Colour{})));

@@ -180,7 +180,7 @@ TEST_F(AnnotationTest, ComeAndGoAndMoveWithTheNextDraw) {
     panel.measurement[0].annotate.set_checked(false);
     picture.draw(draw_flags::all);
     EXPECT_TRUE(std::equal(bare.pixels().begin(), bare.pixels().end(),
-                           std::as_const(picture).surface().pixels().begin()));
+                           picture.surface().pixels().begin()));
 }
 
 TEST_F(AnnotationTest, BelongToTheOverlays) {

@@ -24,6 +24,8 @@ struct PictureScene {
         }
         picture.makegrid();
         refresh_all();
+        // As in the window: each draw composes.
+        picture.on_drawn([](Columns) {});
     }
 
     /// Maps both channels anew, as after a change of the panel.
@@ -47,7 +49,7 @@ struct PictureScene {
     }
 
     /// The pixel of the composed picture at (`x`, `y`).
-    [[nodiscard]] Pixel at(int x, int y) const { return picture.surface().at(x, y); }
+    [[nodiscard]] Pixel at(int x, int y) { return picture.surface().at(x, y); }
 
     FrontPanel panel;
     Samples samples;

@@ -17,7 +17,7 @@ struct PictureTest : testing::Test, PictureScene {
     }
 
     /// Number of pixels of the picture with the colour `pixel`.
-    [[nodiscard]] auto count(Pixel pixel) const {
+    [[nodiscard]] auto count(Pixel pixel) {
         const auto pixels = picture.surface().pixels();
         return std::count(pixels.begin(), pixels.end(), pixel);
     }
@@ -293,6 +293,30 @@ TEST_F(PictureTest, tells_its_listener_which_columns_changed) {
     picture.draw(draw_flags::all);
     picture.draw(draw_flags::ch1);
     EXPECT_EQ(told, (std::vector<Columns>{{0, 641}, {39, 42}, {0, 641}}));
+}
+
+// Two draws that change different columns, and a third one of which somebody is told.
+TEST_F(PictureTest, has_everything_that_was_drawn_while_nobody_listened) {
+    picture.draw(draw_flags::all);
+    ASSERT_EQ(at(40, 100), yellow);
+    picture.on_drawn({});
+    for (const int column : {40, 400}) {
+        set_row(ch1, column, 130);
+        picture.refreshCH1(column);
+        picture.draw(draw_flags::all);
+    }
+    EXPECT_EQ(at(40, 130), yellow);
+    EXPECT_EQ(at(400, 130), yellow);
+    set_row(ch1, 200, 130);
+    picture.refreshCH1(200);
+    picture.draw(draw_flags::all);
+    Columns told;
+    picture.on_drawn([&told](Columns columns) { told = columns; });
+    EXPECT_EQ(at(200, 130), yellow);
+    picture.draw(draw_flags::ch1);
+    EXPECT_EQ(told, (Columns{0, 641}));
+    EXPECT_EQ(at(20, 200), background);
+    EXPECT_EQ(at(20, 100), yellow);
 }
 
 TEST_F(PictureTest, draws_lines_to_points_that_no_sweep_has_reached_yet) {

@@ -215,6 +215,9 @@ void Soak::check_set_up() {
     }
     fault_seen_ = false;
     ++agreements_;
+    if (scope_->picture().surface().width() != plot::width) { // composed, as if somebody looked
+        fail("the picture has no size");
+    }
     const FrontPanel& panel = scope_->panel();
     const bool swept = panel.textstatus.text() == "Running" &&
                        (panel.channel[0].enable.checked() || panel.channel[1].enable.checked());

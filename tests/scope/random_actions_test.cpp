@@ -44,6 +44,7 @@ TEST_P(RandomActions, LeaveTheInstrumentAsThePanelShows) {
                     testing::IsEmpty());
         EXPECT_TRUE(boxes.texts().empty()) << boxes.texts().front();
         EXPECT_FALSE(scope.ended());
+        EXPECT_EQ(scope.picture().surface().width(), plot::width);
         ASSERT_FALSE(HasFailure()) << "burst " << bursts << ": " << done;
         done.clear();
     }

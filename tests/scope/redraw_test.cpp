@@ -22,6 +22,7 @@ class Redrawn : public testing::Test, public Program {
 protected:
     void start(int ticks_first = 10) {
         ASSERT_TRUE(scope.start());
+        watch([] {});
         ticks(ticks_first);
     }
 
@@ -117,7 +118,7 @@ protected:
             ASSERT_EQ(status(), "Waiting For TRIGGER") << name;
         }
         EXPECT_GE(drawn, 1);
-        scope.picture().on_drawn({});
+        watch([] {});
     }
 
 private:

@@ -116,7 +116,7 @@ void show_each_measurement(Gallery& gallery) {
     for (const MeasurementLine& line : measurement_lines) {
         const std::string measurement(line.name);
         annotate(on, measurement);
-        const auto pixels = std::as_const(on.program.scope().picture()).surface().pixels();
+        const auto pixels = on.program.scope().picture().surface().pixels();
         QVERIFY2(std::count(pixels.begin(), pixels.end(), pixel_of(ColourTable{}.annotations)) > 0,
                  measurement.c_str());
         gallery.add(picture_name(QString::fromStdString(measurement)), on.widget("Picture1"));

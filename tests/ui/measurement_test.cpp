@@ -51,7 +51,7 @@ struct Sweeping : ProgramOnBench {
 
     /// Pixels of the picture in the colour of annotations.
     [[nodiscard]] int marked_pixels() {
-        const auto pixels = std::as_const(program.scope().picture()).surface().pixels();
+        const auto pixels = program.scope().picture().surface().pixels();
         return static_cast<int>(
             std::count(pixels.begin(), pixels.end(), pixel_of(ColourTable{}.annotations)));
     }
