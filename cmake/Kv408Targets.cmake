@@ -25,6 +25,12 @@ if(KV408_SANITIZE)
   target_link_options(kv408_options INTERFACE -fsanitize=address,undefined)
 endif()
 
+# Names of a folder's sources must differ for this, even in unnamed namespaces, and a change of one has
+# its whole folder compiled again.
+if(KV408_MERGE_SOURCES)
+  set(merge_sources UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 0 KV408_MERGED ON)
+endif()
+
 include(Kv408Precompiled)
 kv408_precompile(standard)
 
@@ -36,6 +42,9 @@ function(kv408_library folder)
   if(sources)
     add_library(kv408_${folder} ${sources} ${headers})
     target_link_libraries(kv408_${folder} PUBLIC kv408_options ${ARGN})
+    if(KV408_MERGE_SOURCES)
+      set_target_properties(kv408_${folder} PROPERTIES ${merge_sources})
+    endif()
     if(folder STREQUAL ui)
       kv408_use_precompiled(kv408_${folder} widgets)
     else()
@@ -47,15 +56,32 @@ function(kv408_library folder)
   endif()
 endfunction()
 
+# kv408_test_executable(<target> <source>...): an executable of these sources, which lie in tests/. Where
+# KV408_TEST_OBJECTS is set it is linked from what the build tree there made of them.
+function(kv408_test_executable target)
+  if(KV408_TEST_OBJECTS)
+    file(STRINGS ${KV408_TEST_OBJECTS}/test-objects/${target} objects)
+    set_source_files_properties(${objects} PROPERTIES EXTERNAL_OBJECT ON)
+    add_executable(${target} ${objects})
+    set_target_properties(${target} PROPERTIES LINKER_LANGUAGE CXX)
+  else()
+    add_executable(${target} ${ARGN})
+    file(GENERATE OUTPUT ${CMAKE_BINARY_DIR}/test-objects/${target}
+         CONTENT "$<JOIN:$<TARGET_OBJECTS:${target}>,\n>\n")
+  endif()
+endfunction()
+
 # kv408_tests(<folder> <library>...): the GoogleTest program test_<folder> out of every source
 # file of the current folder, each of its tests known to ctest by its own name.
 function(kv408_tests folder)
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
-  add_executable(test_${folder} ${sources})
+  kv408_test_executable(test_${folder} ${sources})
   target_link_libraries(test_${folder} PRIVATE kv408_options ${ARGN} GTest::gmock GTest::gtest_main)
   target_include_directories(test_${folder} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
-  kv408_use_precompiled(test_${folder} gtest)
-  if(KV408_MERGE_TESTS)
+  if(NOT KV408_TEST_OBJECTS)
+    kv408_use_precompiled(test_${folder} gtest)
+  endif()
+  if(KV408_MERGE_TESTS AND NOT KV408_TEST_OBJECTS)
     set_target_properties(test_${folder} PROPERTIES
       UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 0 KV408_MERGED ON)
   endif()

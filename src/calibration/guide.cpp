@@ -39,7 +39,7 @@ constexpr std::string_view check_quiet = "Make sure that trigger signal is prese
 constexpr std::string_view check_10mhz = "Make sure that 10MHz trigger signal is present and\n"
                                          "Sampler input CH1 is connected to trigger out";
 
-constexpr std::array<Guide, 8> rows = {{
+constexpr std::array<Guide, 8> guide_rows = {{
     {.what = Calibrates::gain,
      .set_up = &Form::cmdsetforcalgainh,
      .compute = &Form::cmdcalgain1h,
@@ -190,7 +190,7 @@ std::string joined(std::initializer_list<std::string_view> parts) {
 } // namespace
 
 std::span<const Guide> guides() {
-    return rows;
+    return guide_rows;
 }
 
 std::string set_up_text(const Guide& guide, const CalibrationForm& form) {

@@ -17,8 +17,6 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr std::size_t record_size = std::tuple_size_v<CalibrationRecord>;
-
 /// The words of the record, in order.
 std::array<std::uint16_t, record_size> record_addresses() {
     std::array<std::uint16_t, record_size> addresses = {};

@@ -23,8 +23,6 @@ constexpr std::array<std::string_view, 11> names = {"CH1 offset, low gain",
                                                     "bridge offset",
                                                     "ADC delay"};
 
-constexpr std::size_t record_size = std::tuple_size_v<CalibrationRecord>;
-
 constexpr std::string_view blanks = " \t\r";
 
 // A file without its last line has been cut off, perhaps in the middle of a number.
@@ -54,7 +52,7 @@ std::string_view take_word(std::string_view& line) {
 }
 
 /// Cuts the first line off `bytes`; without the blanks at its end.
-std::string_view take_line(std::string_view& bytes) {
+std::string_view take_trimmed_line(std::string_view& bytes) {
     const auto end = std::min(bytes.find('\n'), bytes.size());
     std::string_view line = bytes.substr(0, end);
     bytes.remove_prefix(std::min(end + 1, bytes.size()));
@@ -154,14 +152,14 @@ std::string record_file(const KeptRecord& kept) {
 }
 
 std::optional<KeptRecord> record_of_file(std::string_view bytes) {
-    if (take_line(bytes) != first_line) {
+    if (take_trimmed_line(bytes) != first_line) {
         return std::nullopt;
     }
     KeptRecord kept;
     std::array<bool, record_size> found = {};
     bool whole = false;
     while (!bytes.empty() && !whole) {
-        std::string_view line = take_line(bytes);
+        std::string_view line = take_trimmed_line(bytes);
         whole = line == last_line;
         if (whole || take_identity(line, kept.instrument)) {
             continue;

@@ -15,7 +15,7 @@ namespace kv408 {
 namespace {
 
 constexpr const char* file_name = "ConfigsLM4RX.TXT";
-constexpr const char* file_kinds = "Text files (*.TXT)|*.TXT|All Files (*.*)|*.*";
+constexpr const char* settings_file_kinds = "Text files (*.TXT)|*.TXT|All Files (*.*)|*.*";
 constexpr std::string_view annotation_key = "chkmeasanno";
 constexpr char separator = '\t';
 constexpr std::string_view line_end = "\r\n";
@@ -25,7 +25,7 @@ constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 constexpr std::chrono::milliseconds silent_loading{1000};
 constexpr std::chrono::milliseconds deaf_loading{500};
 
-std::string_view trimmed(std::string_view text) {
+std::string_view without_blanks(std::string_view text) {
     text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
     return text.substr(0, text.find_last_not_of(' ') + 1);
 }
@@ -47,15 +47,15 @@ struct Fields {
     std::string_view value;
 };
 
-/// The first two fields of `line`, trimmed; nothing for a line without a separator.
+/// The first two fields of `line`, without_blanks; nothing for a line without a separator.
 std::optional<Fields> fields_of(std::string_view line) {
     const auto first = line.find(separator);
     if (first == std::string_view::npos) {
         return std::nullopt;
     }
     const std::string_view rest = line.substr(first + 1);
-    return Fields{.key = trimmed(line.substr(0, first)),
-                  .value = trimmed(rest.substr(0, rest.find(separator)))};
+    return Fields{.key = without_blanks(line.substr(0, first)),
+                  .value = without_blanks(rest.substr(0, rest.find(separator)))};
 }
 
 /// Lines with the key `key` that one file may have. Each may be a talk with the instrument, and
@@ -325,8 +325,8 @@ void SettingsFile::loadconfig_Click() {
     if (by_hand_) {
         return; // pressed while the last one is being loaded
     }
-    const auto path =
-        host_.choosers.open_file({.title = "Open File", .filter = file_kinds, .folder = folder_});
+    const auto path = host_.choosers.open_file(
+        {.title = "Open File", .filter = settings_file_kinds, .folder = folder_});
     if (path && !path->empty()) {
         folder_ = path->parent_path();
         hooks_.cancel_edits();
@@ -346,8 +346,10 @@ void SettingsFile::load_by_hand(const std::filesystem::path& path) {
 }
 
 void SettingsFile::saveconfig_Click() {
-    const auto chosen = host_.choosers.save_file(
-        {.title = "Save File", .filter = file_kinds, .default_suffix = "TXT", .folder = folder_});
+    const auto chosen = host_.choosers.save_file({.title = "Save File",
+                                                  .filter = settings_file_kinds,
+                                                  .default_suffix = "TXT",
+                                                  .folder = folder_});
     if (chosen && !chosen->path.empty()) {
         folder_ = chosen->path.parent_path();
         saveconfigsmon(chosen->path);

@@ -12,8 +12,6 @@
 namespace kv408 {
 namespace {
 
-constexpr Columns all_columns{0, plot::width};
-
 /// The gap ahead of the newest point starts one column right of it and is 19 columns wide.
 constexpr std::int64_t gap_start = 1;
 constexpr std::int64_t gap_end = 20;

@@ -67,8 +67,8 @@ public:
     /// settings, which is held within 0..9 generations.
     void calcPersistColors() override;
 
-    /// The composed picture, 641 by 513. While nobody listens nothing is composed before it is asked
-    /// for here, and then with the points that the traces have by now.
+    /// The composed picture, 641 by 513. While nobody listens nothing is composed before it is
+    /// asked for here, and then with the points that the traces have by now.
     [[nodiscard]] const Surface& surface();
 
     /// Sets the one listener that is told after the picture has changed, with the columns that did.

@@ -3,7 +3,7 @@
 namespace kv408 {
 namespace {
 
-constexpr Pixel colour_bits = 0x00FFFFFFU;
+constexpr Pixel bits_of_a_colour = 0x00FFFFFFU;
 
 /// Calls `change(pixel)` for every pixel of `area` that may change.
 template <typename Change>
@@ -59,7 +59,7 @@ void fill_rectangle(const Canvas& canvas, Rectangle area, Pixel colour) {
 }
 
 void invert_rectangle(const Canvas& canvas, Rectangle area) {
-    for_each_pixel(canvas, area, [](Pixel& pixel) { pixel ^= colour_bits; });
+    for_each_pixel(canvas, area, [](Pixel& pixel) { pixel ^= bits_of_a_colour; });
 }
 
 void draw_ellipse(const Canvas& canvas, Rectangle bounds, Pixel outline, Pixel inside) {

@@ -14,8 +14,9 @@
 namespace kv408 {
 namespace {
 
-constexpr const char* file_kinds = "Bitmap (*.BMP)|*.bmp|All Files (*.*)|*.*|PNG (*.PNG)|*.png|"
-                                   "Bitmap with Scales (*.BMP)|*.bmp|PNG with Scales (*.PNG)|*.png";
+constexpr const char* picture_file_kinds =
+    "Bitmap (*.BMP)|*.bmp|All Files (*.*)|*.*|PNG (*.PNG)|*.png|"
+    "Bitmap with Scales (*.BMP)|*.bmp|PNG with Scales (*.PNG)|*.png";
 constexpr std::size_t first_kind_with_scales = 3;
 
 /// The last two decimal digits of `number`.
@@ -112,7 +113,7 @@ void Snapshot::save_by_dialog(const std::string& name) {
     const Surface plain = plot_box(picture_, panel_);
     const Surface scaled = with_scales();
     const auto chosen = host_.choosers.save_file({.title = "Save Snapshot",
-                                                  .filter = file_kinds,
+                                                  .filter = picture_file_kinds,
                                                   .default_name = name,
                                                   .default_suffix = "bmp"});
     if (!chosen) {

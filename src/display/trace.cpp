@@ -10,8 +10,6 @@ namespace {
 
 constexpr std::int32_t top_row = 1;
 constexpr std::int32_t bottom_row = 511;
-constexpr Columns all_columns{0, plot::width};
-
 } // namespace
 
 Point map_sample(const ChannelState& channel, std::uint16_t code, int index) {

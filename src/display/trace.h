@@ -8,6 +8,9 @@
 
 namespace kv408 {
 
+/// All columns of the plot.
+inline constexpr Columns all_columns{0, plot::width};
+
 /// The plot point of sample `index` with the code `code`: higher codes lie higher, the channel's
 /// offset code lies on the centre row; y is held within 1..511.
 [[nodiscard]] Point map_sample(const ChannelState& channel, std::uint16_t code, int index);

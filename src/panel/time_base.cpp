@@ -11,7 +11,7 @@ namespace {
 
 // Fixed by design, irregularities included: the step is the exact time a point rounded up to
 // 20ns/div, down at 50, 100 and 500ns/div; 50us/div has 780125 where the rule would give 781250.
-constexpr std::array<TimeBaseRow, 21> rows = {{
+constexpr std::array<TimeBaseRow, 21> steps = {{
     {"25ps/div", "25ps", 1, 2560e9, 2.56, false},
     {"50ps/div", "50ps", 1, 1280e9, 1.28, false},
     {"100ps/div", "100ps", 2, 640e9, 1.28, false},
@@ -38,12 +38,12 @@ constexpr std::array<TimeBaseRow, 21> rows = {{
 } // namespace
 
 std::span<const TimeBaseRow> time_base_rows() {
-    return rows;
+    return steps;
 }
 
 void TimeBase::fill_list() {
     std::vector<std::string> entries;
-    std::transform(rows.rbegin(), rows.rend(), std::back_inserter(entries),
+    std::transform(steps.rbegin(), steps.rend(), std::back_inserter(entries),
                    [](const TimeBaseRow& row) { return std::string(row.text); });
     panel_.seltimediv.set_entries(std::move(entries));
 }
@@ -67,9 +67,10 @@ void TimeBase::seltimediv_Click() {
 }
 
 void TimeBase::take_values(std::string_view text) {
-    const auto* const row = std::find_if(
-        rows.begin(), rows.end(), [text](const TimeBaseRow& entry) { return entry.text == text; });
-    if (row == rows.end()) {
+    const auto* const row =
+        std::find_if(steps.begin(), steps.end(),
+                     [text](const TimeBaseRow& entry) { return entry.text == text; });
+    if (row == steps.end()) {
         boxes_.show({.text = "Invalid time base!"});
         return;
     }

@@ -15,7 +15,7 @@ struct VerticalRow {
     double mv_per_division;
 };
 
-constexpr std::array<VerticalRow, 7> rows = {{
+constexpr std::array<VerticalRow, 7> vertical_rows = {{
     {"1V", low_gain, 1000},
     {"0.5V", low_gain, 500},
     {"0.2V", low_gain, 200},
@@ -33,7 +33,7 @@ constexpr std::array<std::string_view, 2> gain_labels = {"_SET AMP GAIN_", " SET
 } // namespace
 
 std::optional<VerticalScale> vertical_scale(std::string_view text) {
-    for (const VerticalRow& row : rows) {
+    for (const VerticalRow& row : vertical_rows) {
         if (row.text == text) {
             const double codes_per_mv = row.gain == low_gain ? 2.0 : 6.0;
             constexpr double divisions = 8.0;

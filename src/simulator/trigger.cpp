@@ -36,7 +36,7 @@ double crossing_place(const Source& signal, const Crossing& crossing) {
 }
 
 /// The longest time between two crossings, seconds.
-double longest_gap(const Source& signal, bool rising) {
+double longest_gap_of(const Source& signal, bool rising) {
     const int periods = signal.kind == SignalKind::random_data ? longest_gap_of_data(rising) : 1;
     return periods / signal.frequency_hz;
 }
@@ -98,7 +98,7 @@ std::optional<TriggerEvents> find_triggers(const Bench& bench, const TriggerSett
     const InputSignal input = trigger_signal(bench, settings.input);
     const Source& signal = input.signal;
     if (bench.faults.no_trigger || input.generator == nullptr || !alternates(signal) ||
-        longest_gap(signal, settings.rising) * 1e6 > static_cast<double>(settings.time_out_us)) {
+        longest_gap_of(signal, settings.rising) * 1e6 > static_cast<double>(settings.time_out_us)) {
         return std::nullopt;
     }
     const bool divided = bench.samplers.at(settings.input) == SamplerRoute::via_trigger;

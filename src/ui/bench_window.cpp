@@ -10,6 +10,7 @@
 #include "simulator/test_connections.h"
 #include "ui/fault_switches.h"
 #include "ui/frame_grid.h"
+#include "ui/lengths.h"
 #include "ui/panel_frame.h"
 #include "ui/source_editor.h"
 #include "ui/widget_maker.h"
@@ -18,8 +19,6 @@ namespace kv408::ui {
 namespace {
 
 using namespace Qt::StringLiterals;
-
-constexpr int gap = 8;
 
 /// A list that sets `route` to the entry chosen.
 template <typename Route>
@@ -67,8 +66,8 @@ BenchWindow::BenchWindow(simulator::Bench& bench, const std::function<void()>& n
     // The main window alone decides when the program ends.
     setAttribute(Qt::WA_QuitOnClose, false);
     auto* const layout = new QVBoxLayout(this);
-    layout->setContentsMargins(gap, gap, gap, gap);
-    layout->setSpacing(gap);
+    layout->setContentsMargins(window_gap, window_gap, window_gap, window_gap);
+    layout->setSpacing(window_gap);
     layout->addWidget(make_connections());
     layout->addWidget(make_fault_switches(bench.faults, notice));
     show_bench();
@@ -102,9 +101,9 @@ void BenchWindow::show_bench() {
     auto* const content = new QWidget;
     auto* const rows = new QVBoxLayout(content);
     rows->setContentsMargins(0, 0, 0, 0);
-    rows->setSpacing(gap);
+    rows->setSpacing(window_gap);
     auto* const signals_row = new QHBoxLayout;
-    signals_row->setSpacing(gap);
+    signals_row->setSpacing(window_gap);
     signals_row->addWidget(make_source_editor(u"Signal 1"_s, bench_.sources[0]));
     signals_row->addWidget(make_source_editor(u"Signal 2"_s, bench_.sources[1]));
     rows->addLayout(signals_row);

@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 
 #include "ui/calibration_frames.h"
+#include "ui/lengths.h"
 #include "ui/scrolling_area.h"
 #include "ui/window_places.h"
 
@@ -13,8 +14,6 @@ namespace kv408::ui {
 namespace {
 
 using namespace Qt::StringLiterals;
-
-constexpr int gap = 8;
 
 /// Shows the window of a form that is open, and brings it to the front.
 void show_in_front(QWidget& window) {
@@ -31,7 +30,7 @@ CalibrationWindow::CalibrationWindow(QWidget* parent, CalibrationForm& form, Sco
     setWindowTitle(u"Calibration"_s);
     setAttribute(Qt::WA_QuitOnClose, false);
     auto* const steps = new QGridLayout;
-    steps->setSpacing(gap);
+    steps->setSpacing(window_gap);
     auto* const left = new QVBoxLayout;
     left->addWidget(make_read_frame(form, driver));
     left->addWidget(make_gain_frame(form, driver));
@@ -47,8 +46,8 @@ CalibrationWindow::CalibrationWindow(QWidget* parent, CalibrationForm& form, Sco
     steps->setColumnStretch(1, 1);
     auto* const content = new QWidget;
     auto* const parts = new QVBoxLayout(content);
-    parts->setContentsMargins(gap, gap, gap, gap);
-    parts->setSpacing(gap);
+    parts->setContentsMargins(window_gap, window_gap, window_gap, window_gap);
+    parts->setSpacing(window_gap);
     parts->addLayout(steps, 1);
     parts->addWidget(make_calibration_status(form, driver));
     // Larger letters may need more than the screen has.

@@ -13,11 +13,11 @@
 namespace kv408::ui {
 namespace {
 
-constexpr int gap = 6;
+constexpr int frame_gap = 6;
 
 /// Usual widths; larger texts need more.
 constexpr int usual_width = 540;
-constexpr int usual_column = (usual_width - gap) / 2;
+constexpr int usual_column = (usual_width - frame_gap) / 2;
 
 /// What the frames keep at least where the rest is to stay in sight.
 constexpr int least_height = 150;
@@ -25,7 +25,7 @@ constexpr int least_height = 150;
 template <typename Layout>
 Layout* without_margins(Layout* layout) {
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(gap);
+    layout->setSpacing(frame_gap);
     return layout;
 }
 
@@ -69,7 +69,7 @@ int ControlPanel::least_width(int columns) const {
     for (const Entry& entry : halves_) {
         half = std::max(half, entry.frame->least_width(stacked));
     }
-    int widest = stacked ? half : 2 * half + gap;
+    int widest = stacked ? half : 2 * half + frame_gap;
     for (const Entry& entry : wide_) {
         widest = std::max(widest, entry.frame->least_width(stacked));
     }
@@ -89,7 +89,7 @@ int ControlPanel::width_within(int room) const {
 
 QSize ControlPanel::sizeHint() const {
     constexpr int rows = 13; // one below the other in two columns
-    const int rest = rest_scrolls_ ? 0 : rest_->sizeHint().height() + gap;
+    const int rest = rest_scrolls_ ? 0 : rest_->sizeHint().height() + frame_gap;
     return {std::max(least_width(2), usual_width),
             board_->sizeHint().height() + rows * frame_measure::row_ease + rest};
 }
@@ -113,7 +113,7 @@ void ControlPanel::resizeEvent(QResizeEvent* event) {
 
 void ControlPanel::arrange() {
     const int columns = width() >= least_width(2) ? 2 : 1;
-    const bool rest_scrolls = height() < rest_->sizeHint().height() + gap + least_height;
+    const bool rest_scrolls = height() < rest_->sizeHint().height() + frame_gap + least_height;
     if (columns == columns_ && rest_scrolls == rest_scrolls_) {
         return;
     }

@@ -6,13 +6,12 @@
 #include <QStyleOption>
 
 #include "ui/colours.h"
+#include "ui/lengths.h"
 
 namespace kv408::ui {
 namespace {
 
 using namespace Qt::StringLiterals;
-
-constexpr double corner = 4.0;
 
 bool has(const QStyleOption& option, QStyle::StateFlag flag) {
     return option.state.testFlag(flag);
@@ -50,7 +49,7 @@ void draw_button(QPainter& painter, const QStyleOption& option) {
     } else if (has(option, QStyle::State_MouseOver)) {
         fill = mixed(fill, Qt::white, 0.12);
     }
-    draw_box(painter, option.rect, fill, outline_of(option), corner);
+    draw_box(painter, option.rect, fill, outline_of(option), box_corner);
 }
 
 /// The largest square at the left of where an indicator belongs.
@@ -128,10 +127,10 @@ void FlatStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
             return;
         }
         draw_box(*painter, option->rect, option->palette.color(QPalette::Base), outline_of(*option),
-                 corner);
+                 box_corner);
         return;
     case PE_FrameLineEdit:
-        draw_box(*painter, option->rect, Qt::transparent, outline_of(*option), corner);
+        draw_box(*painter, option->rect, Qt::transparent, outline_of(*option), box_corner);
         return;
     default:
         QProxyStyle::drawPrimitive(element, option, painter, widget);

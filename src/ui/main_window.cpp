@@ -13,6 +13,7 @@
 #include "scope/parts.h"
 #include "ui/calibration_window.h"
 #include "ui/control_panel.h"
+#include "ui/lengths.h"
 #include "ui/loading_note.h"
 #include "ui/menus.h"
 #include "ui/plot_drags.h"
@@ -29,9 +30,6 @@ constexpr std::chrono::milliseconds tick_interval = 100ms;
 
 /// How long the start-up waits at most for the window to be on the screen.
 constexpr std::chrono::milliseconds longest_wait_for_screen = 500ms;
-
-/// What the title bar of a desktop takes at most, pixels.
-constexpr int title_bar_height = 40;
 
 } // namespace
 

@@ -8,6 +8,7 @@
 
 #include "ui/colours.h"
 #include "ui/frames.h"
+#include "ui/lengths.h"
 
 namespace kv408::ui {
 namespace {
@@ -16,8 +17,6 @@ constexpr int least_title_height = 20;
 constexpr int below_title = 3;
 constexpr int side_margin = 10;
 constexpr int bottom_margin = 8;
-constexpr double corner = 5.0;
-
 QFont title_font(const QFont& font) {
     QFont result = font;
     result.setBold(true);
@@ -107,7 +106,8 @@ void PanelFrame::paintEvent(QPaintEvent* /*event*/) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(palette().color(QPalette::Mid));
     painter.setBrush(palette().color(QPalette::AlternateBase));
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), corner, corner);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), frame_corner,
+                            frame_corner);
     painter.setFont(title_font(font()));
     painter.setPen(mixed(palette().color(QPalette::Active, QPalette::WindowText),
                          palette().color(QPalette::AlternateBase), 0.25));

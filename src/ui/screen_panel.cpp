@@ -12,6 +12,7 @@
 #include "state/plot_geometry.h"
 #include "ui/bind.h"
 #include "ui/colours.h"
+#include "ui/lengths.h"
 #include "ui/marker.h"
 #include "ui/results_panel.h"
 #include "ui/screen_header.h"
@@ -25,8 +26,6 @@ using namespace Qt::StringLiterals;
 
 constexpr int padding = 4;
 constexpr int footer_spacing = 12;
-constexpr double corner = 5.0;
-
 /// A caption in the colours of `read_out`.
 QLabel* make_heading(QWidget* parent, const QString& text, QWidget& read_out) {
     auto* const caption = new QLabel(text, parent);
@@ -250,7 +249,8 @@ void ScreenPanel::paintEvent(QPaintEvent* /*event*/) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(palette().color(QPalette::Mid));
     painter.setBrush(plot_->palette().color(QPalette::Window));
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), corner, corner);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), frame_corner,
+                            frame_corner);
 }
 
 } // namespace kv408::ui

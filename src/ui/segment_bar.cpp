@@ -5,14 +5,13 @@
 #include <QPainter>
 
 #include "ui/colours.h"
+#include "ui/lengths.h"
 
 namespace kv408::ui {
 namespace {
 
-constexpr int least_height = 24;
+constexpr int least_bar_height = 24;
 constexpr int side_padding = 8;
-constexpr double corner = 4.0;
-
 } // namespace
 
 SegmentBar::SegmentBar(QWidget* parent) : QTabBar(parent) {
@@ -27,7 +26,7 @@ SegmentBar::SegmentBar(QWidget* parent) : QTabBar(parent) {
 QSize SegmentBar::tabSizeHint(int index) const {
     constexpr int around = 7;
     return {fontMetrics().horizontalAdvance(tabText(index)) + 2 * side_padding,
-            std::max(least_height, fontMetrics().height() + around)};
+            std::max(least_bar_height, fontMetrics().height() + around)};
 }
 
 QSize SegmentBar::minimumTabSizeHint(int index) const {
@@ -39,7 +38,7 @@ void SegmentBar::paintEvent(QPaintEvent* /*event*/) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(palette().color(QPalette::Mid));
     painter.setBrush(palette().color(QPalette::Base));
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), corner, corner);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), box_corner, box_corner);
     for (int index = 0; index < count(); ++index) {
         paint_segment(painter, index);
     }
@@ -52,8 +51,8 @@ void SegmentBar::paint_segment(QPainter& painter, int index) const {
     if (selected) {
         painter.setPen(Qt::NoPen);
         painter.setBrush(palette().color(QPalette::Highlight));
-        painter.drawRoundedRect(QRectF(place).adjusted(2.0, 2.0, -2.0, -2.0), corner - 1.0,
-                                corner - 1.0);
+        painter.drawRoundedRect(QRectF(place).adjusted(2.0, 2.0, -2.0, -2.0), box_corner - 1.0,
+                                box_corner - 1.0);
         text = QPalette::HighlightedText;
     } else if (index > 0 && index - 1 != currentIndex()) {
         painter.setPen(palette().color(QPalette::Mid));

@@ -4,6 +4,7 @@
 #include <QHBoxLayout>
 
 #include "ui/bind.h"
+#include "ui/lengths.h"
 #include "ui/segment_bar.h"
 #include "ui/settings_pages.h"
 #include "ui/widget_maker.h"
@@ -13,12 +14,10 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr int gap = 8;
-
 QLayout* make_ending(WidgetMaker& make, SettingsControls& controls) {
     constexpr int button_width = 88;
     auto* const row = new QHBoxLayout;
-    row->setSpacing(gap);
+    row->setSpacing(window_gap);
     row->addStretch();
     QPushButton* const accept =
         make.button(controls.cmdok, {}, {u"OK"_s, u"Keeps the settings and closes the dialog"_s});
@@ -41,8 +40,8 @@ SettingsWindow::SettingsWindow(SettingsDialog& dialog, ScopeDriver& driver, QWid
     setWindowTitle(u"Kv408 - Tarvo  Settings"_s);
     SettingsControls& controls = dialog.controls();
     auto* const layout = new QGridLayout(this);
-    layout->setContentsMargins(gap, gap, gap, gap);
-    layout->setSpacing(gap);
+    layout->setContentsMargins(window_gap, window_gap, window_gap, window_gap);
+    layout->setSpacing(window_gap);
     auto* const tabs = new SegmentBar(this);
     describe(*tabs, {u"Settings page"_s, u"Which settings are shown below"_s});
     bind(tabs, controls.tabstrip1, driver);
@@ -62,7 +61,7 @@ void SettingsWindow::present() {
     if (!isVisible()) {
         const QWidget& owner = *parentWidget();
         const QSize size = sizeHint();
-        const QPoint corner(owner.width() - size.width() - 3 * gap,
+        const QPoint corner(owner.width() - size.width() - 3 * window_gap,
                             (owner.height() - size.height()) / 2);
         resize(size);
         move(owner.mapToGlobal(corner));

@@ -5,10 +5,10 @@
 #include <QEvent>
 #include <QStyle>
 
+#include "ui/lengths.h"
+
 namespace kv408::ui {
 namespace {
-
-constexpr int gap = 8;
 
 /// Even here the controls can be told apart.
 constexpr QSize least_size(400, 240);
@@ -23,8 +23,8 @@ WindowHalves::WindowHalves(ScreenPanel* screen, ControlPanel* controls)
 QSize WindowHalves::sizeHint() const {
     const QSize screen = screen_->sizeHint();
     const QSize controls = controls_->sizeHint();
-    return {screen.width() + controls.width() + 3 * gap,
-            std::max(screen.height(), controls.height()) + 2 * gap};
+    return {screen.width() + controls.width() + 3 * window_gap,
+            std::max(screen.height(), controls.height()) + 2 * window_gap};
 }
 
 QSize WindowHalves::minimumSizeHint() const {
@@ -44,17 +44,17 @@ void WindowHalves::resizeEvent(QResizeEvent* event) {
 }
 
 void WindowHalves::lay_out() {
-    const QSize room(width() - 3 * gap, height() - 2 * gap);
+    const QSize room(width() - 3 * window_gap, height() - 2 * window_gap);
     const QSize needed = screen_->minimumSizeHint();
     const int bar =
         room.height() < needed.height() ? style()->pixelMetric(QStyle::PM_ScrollBarExtent) : 0;
     const int controls =
         std::min(controls_->width_within(room.width() - needed.width() - bar), room.width() / 2);
-    area_->setGeometry(gap, gap, room.width() - controls, room.height());
+    area_->setGeometry(window_gap, window_gap, room.width() - controls, room.height());
     // Beyond half as much again the rows would no longer hold together.
     const int high = std::min(room.height(), controls_->sizeHint().height() * 3 / 2);
-    controls_->setGeometry(width() - gap - controls, gap + (room.height() - high) / 2, controls,
-                           high);
+    controls_->setGeometry(width() - window_gap - controls, window_gap + (room.height() - high) / 2,
+                           controls, high);
 }
 
 } // namespace kv408::ui

@@ -8,14 +8,10 @@
 #include <QScreen>
 
 #include "ui/input_block.h"
+#include "ui/lengths.h"
 
 namespace kv408::ui {
 namespace {
-
-constexpr int gap = 8;
-
-/// What the title bar of a desktop takes at most, pixels.
-constexpr int title_bar_height = 40;
 
 /// The place within `room` that is nearest to `wanted`; a window too large for it begins in its
 /// upper left corner.
@@ -72,12 +68,12 @@ QWidget* asking_window(QWidget* main) {
 QPoint place_beside(const QSize& size, const Surroundings& around) {
     const QRect& main = around.main_window;
     const std::array<QPoint, 6> corners = {
-        QPoint(main.right() + 1 + gap, main.top()),
-        QPoint(main.left() - gap - size.width(), main.top()),
-        QPoint(main.left(), main.bottom() + 1 + gap),
-        QPoint(main.left(), main.top() - gap - size.height()),
-        QPoint(around.keep.right() + 1 + gap, main.top()),
-        QPoint(around.keep.left() - gap - size.width(), main.top()),
+        QPoint(main.right() + 1 + window_gap, main.top()),
+        QPoint(main.left() - window_gap - size.width(), main.top()),
+        QPoint(main.left(), main.bottom() + 1 + window_gap),
+        QPoint(main.left(), main.top() - window_gap - size.height()),
+        QPoint(around.keep.right() + 1 + window_gap, main.top()),
+        QPoint(around.keep.left() - window_gap - size.width(), main.top()),
     };
     const auto covered = [&](const QPoint& corner) {
         const QRect held = held_in(around.room, QRect(corner, size));

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "host/system_files.h"
+#include "support/series_stride.h"
 #include "support/temporary_folder.h"
 #ifdef __linux__
 #include <algorithm>
@@ -167,7 +168,7 @@ TEST(InterruptedWrite, OnAFullDiskTheOldFileStaysWholeAtEveryByte) {
     const std::string old_bytes = settings('1');
     const std::string new_bytes = settings('2') + "and more";
     ASSERT_EQ(SystemFiles().replace(path, old_bytes).status, FileStatus::done);
-    for (std::size_t space = 0; space < new_bytes.size(); ++space) {
+    for (std::size_t space = 0; space < new_bytes.size(); space += series_stride) {
         const int status = write_in_child(path, new_bytes, space, false);
         ASSERT_TRUE(WIFEXITED(status)) << space;
         ASSERT_EQ(WEXITSTATUS(status), static_cast<int>(FileStatus::failed)) << space;
@@ -185,7 +186,7 @@ TEST(InterruptedWrite, KilledAtAnyByteTheOldFileStaysWholeAndTheNextWriteSucceed
     const std::string old_bytes = settings('1');
     const std::string new_bytes = settings('2');
     ASSERT_EQ(SystemFiles().replace(path, old_bytes).status, FileStatus::done);
-    for (std::size_t space = 0; space < new_bytes.size(); ++space) {
+    for (std::size_t space = 0; space < new_bytes.size(); space += series_stride) {
         const int status = write_in_child(path, new_bytes, space, true);
         ASSERT_TRUE(WIFSIGNALED(status)) << space;
         ASSERT_EQ(WTERMSIG(status), SIGXFSZ) << space;

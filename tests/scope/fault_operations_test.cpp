@@ -247,8 +247,8 @@ INSTANTIATE_TEST_SUITE_P(All, OperationFaults, testing::ValuesIn(names(fault_sce
 class PassFaults : public testing::TestWithParam<std::string> {};
 
 TEST_P(PassFaults, EachAtASampleOfPlaces) {
-    constexpr std::size_t ends = series_stride == 1 ? 10 : 3;
-    constexpr std::size_t sample = 20 / series_stride;
+    const std::size_t ends = series_stride == 1 ? 10 : 3;
+    const std::size_t sample = 20 / series_stride;
     Breaker breaker(GetParam());
     std::vector<std::size_t> indices;
     for (std::size_t index = 0; index < ends; ++index) {

@@ -173,7 +173,7 @@ class ReplyFaults : public testing::TestWithParam<std::string> {};
 TEST_P(ReplyFaults, EachOfEachReply) {
     ReplyBreaker breaker(GetParam());
     // Under the sanitizers every third; which, goes on from reply to reply.
-    constexpr std::size_t stride = std::min<std::size_t>(series_stride, 3);
+    const std::size_t stride = std::min<std::size_t>(series_stride, 3);
     std::map<int, int> seen;
     std::size_t expected = 0;
     std::size_t next = 0;

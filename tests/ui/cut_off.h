@@ -9,6 +9,7 @@
 #include <QTest>
 
 #include "ui/marker.h"
+#include "ui/picture_folder.h"
 #include "ui/screen_panel.h"
 
 namespace kv408::ui {
@@ -88,8 +89,8 @@ inline QStringList cut_off(const QWidget& top) {
 
 /// Leaves a picture of `widget` for people to look at.
 inline void save_picture(QWidget& widget, const QString& name) {
-    const QString file = u"" KV408_PICTURE_DIR "/screenshot-%1-at-%2.png"_s.arg(name).arg(
-        widget.devicePixelRatioF());
+    const QString file =
+        picture_folder() + u"/screenshot-%1-at-%2.png"_s.arg(name).arg(widget.devicePixelRatioF());
     QVERIFY(widget.grab().save(file));
 }
 

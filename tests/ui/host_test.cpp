@@ -11,6 +11,7 @@
 
 #include "box_answers.h"
 #include "program_on_bench.h"
+#include "ui/picture_folder.h"
 #include "ui/qt_message_boxes.h"
 #include "ui/qt_window_messages.h"
 
@@ -81,7 +82,7 @@ void HostTest::a_box_shows_its_texts_as_they_stand() {
         QCOMPARE(box.informativeText(), u"Is <it> on?"_s);
         QCOMPARE(box.textFormat(), Qt::PlainText);
         QCOMPARE(box.icon(), QMessageBox::Warning);
-        box.grab().save(u"" KV408_PICTURE_DIR "/screenshot-message-box.png"_s);
+        box.grab().save(picture_folder() + u"/screenshot-message-box.png"_s);
         press(box, QMessageBox::Retry);
     });
     const MessageAnswer answer = boxes.show({.text = "please click <Retry>!",
@@ -107,7 +108,7 @@ void HostTest::the_keys_open_a_box_with_details() {
             }
             QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
             seen = shown->isVisible() ? shown->toPlainText() : QString();
-            box.grab().save(u"" KV408_PICTURE_DIR "/screenshot-message-details.png"_s);
+            box.grab().save(picture_folder() + u"/screenshot-message-details.png"_s);
         }
         QTest::keyClick(&box, Qt::Key_Escape);
     });

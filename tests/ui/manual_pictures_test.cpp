@@ -7,6 +7,7 @@
 #include <QLocale>
 
 #include "ui/look.h"
+#include "ui/picture_folder.h"
 
 namespace kv408::ui {
 namespace {
@@ -36,7 +37,7 @@ int differing_pixels(const QImage& one, const QImage& other) {
 class ManualPicturesTest : public QObject {
     Q_OBJECT
 
-    Gallery gallery_{u"" KV408_PICTURE_DIR "/manual"_s};
+    Gallery gallery_{picture_folder() + u"/manual"_s};
 
 private Q_SLOTS:
     void initTestCase();

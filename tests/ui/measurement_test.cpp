@@ -11,6 +11,7 @@
 
 #include "program_on_bench.h"
 #include "ui/look.h"
+#include "ui/picture_folder.h"
 
 namespace kv408::ui {
 namespace {
@@ -155,9 +156,9 @@ void MeasurementTest::annotation_boxes_exclude_each_other_and_mark_the_picture()
         }
         QVERIFY(on.marked_pixels() > 0);
     }
-    QVERIFY(on.window().grab().save(u"" KV408_PICTURE_DIR "/screenshot-annotated-times.png"_s));
+    QVERIFY(on.window().grab().save(picture_folder() + u"/screenshot-annotated-times.png"_s));
     on.click(on.box(1));
-    QVERIFY(on.window().grab().save(u"" KV408_PICTURE_DIR "/screenshot-annotated-levels.png"_s));
+    QVERIFY(on.window().grab().save(picture_folder() + u"/screenshot-annotated-levels.png"_s));
     on.click(on.box(1));
     QVERIFY(!on.box(1)->isChecked());
     QCOMPARE(on.shown("lblAnnoMark", 1), QString());

@@ -17,6 +17,7 @@
 #include "program_on_bench.h"
 #include "support/ports/instrument_on_port.h"
 #include "support/ports/usb_ports.h"
+#include "ui/picture_folder.h"
 
 namespace kv408::ui {
 namespace {
@@ -88,7 +89,7 @@ void SerialTest::the_plot_is_that_of_the_instrument_in_the_process() {
     instrument.on_bench(halve);
     QTRY_COMPARE(outside.plot(), inside.plot());
     QVERIFY(outside.plot() != before);
-    outside.plot().save(u"" KV408_PICTURE_DIR "/screenshot-plot-over-serial-port.png"_s);
+    outside.plot().save(picture_folder() + u"/screenshot-plot-over-serial-port.png"_s);
 }
 
 void SerialTest::the_message_tells_in_its_details_what_stands_in_the_way() {
@@ -106,7 +107,7 @@ void SerialTest::the_message_tells_in_its_details_what_stands_in_the_way() {
             text = box->text();
             details = box->detailedText();
             open_details(*box);
-            box->grab().save(u"" KV408_PICTURE_DIR "/screenshot-message-doctor.png"_s);
+            box->grab().save(picture_folder() + u"/screenshot-message-doctor.png"_s);
             box->button(QMessageBox::Ok)->click();
         }
     });

@@ -9,6 +9,7 @@
 #include "open_settings.h"
 #include "ui/colours.h"
 #include "ui/look.h"
+#include "ui/picture_folder.h"
 
 namespace kv408::ui {
 namespace {
@@ -111,7 +112,7 @@ void SettingsLookTest::looks_well() {
     apply_look(look);
     OpenSettings on;
     QVERIFY(on.open);
-    const QString folder = QStringLiteral(KV408_PICTURE_DIR "/settings_");
+    const QString folder = picture_folder() + u"/settings_"_s;
     for (const int page : {0, 1, 2}) {
         on.show_page(page);
         QTest::qWait(20);
@@ -155,7 +156,7 @@ void SettingsLookTest::the_screen_is_readable_on_white() {
         QVERIFY2(contrast(on.text_colour(name), Qt::white) > 4.5, name);
     }
     QTest::qWait(100);
-    const QString name = QStringLiteral(KV408_PICTURE_DIR "/window_on_white-at-") +
+    const QString name = picture_folder() + u"/window_on_white-at-"_s +
                          QString::number(on.window().devicePixelRatioF()) + u".png"_s;
     QVERIFY(on.window().grab().save(name));
 }
@@ -165,7 +166,7 @@ void SettingsLookTest::one_press_sets_colours_on_white_and_on_black() {
     QVERIFY(on.open);
     on.show_page(2);
     on.click("cmdOnWhite");
-    const QString folder = QStringLiteral(KV408_PICTURE_DIR "/settings_colours_");
+    const QString folder = picture_folder() + u"/settings_colours_"_s;
     for (const QColor& behind : {QColor(Qt::white), QColor(Qt::black)}) {
         const bool white = behind == QColor(Qt::white);
         for (const char* name :

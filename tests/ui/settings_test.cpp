@@ -14,6 +14,7 @@
 
 #include "open_settings.h"
 #include "ui/colours.h"
+#include "ui/picture_folder.h"
 
 namespace kv408::ui {
 namespace {
@@ -254,7 +255,7 @@ void SettingsTest::the_path_is_off_while_the_dialog_is_always_shown() {
 void SettingsTest::a_folder_is_chosen() {
     OpenSettings on;
     QVERIFY(on.open);
-    const QString folder = QStringLiteral(KV408_PICTURE_DIR);
+    const QString folder = picture_folder();
     QString title;
     QTimer::singleShot(0, &on.window(), [&] {
         auto* const dialog = on.window().findChild<QFileDialog*>(u"fileDialog"_s);

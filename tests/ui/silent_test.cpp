@@ -18,6 +18,7 @@
 #include "program_on_bench.h"
 #include "ui/bench_window.h"
 #include "ui/look.h"
+#include "ui/picture_folder.h"
 #include "ui/qt_picture_coder.h"
 
 namespace kv408::ui {
@@ -102,7 +103,7 @@ void press_close_button(QWidget& window) {
 }
 
 void save(QWidget& widget, const char* name) {
-    QVERIFY(widget.grab().save(u"" KV408_PICTURE_DIR "/screenshot-"_s + QString::fromLatin1(name) +
+    QVERIFY(widget.grab().save(picture_folder() + u"/screenshot-"_s + QString::fromLatin1(name) +
                                u".png"_s));
 }
 

@@ -13,6 +13,7 @@
 #include "box_answers.h"
 #include "program_on_bench.h"
 #include "ui/colours.h"
+#include "ui/picture_folder.h"
 
 namespace kv408::ui {
 namespace {
@@ -161,7 +162,7 @@ void SnapshotTest::goes_where_the_dialog_says() {
     Stopped on;
     QVERIFY(on.stopped);
     on.always_ask();
-    const QString folder = QStringLiteral(KV408_PICTURE_DIR);
+    const QString folder = picture_folder();
     on.snapshot_by_dialog(folder + u"/mine.bmp"_s);
     QCOMPARE(on.title, u"Save Snapshot"_s);
     QCOMPARE(on.offered, u"261116_010937.bmp"_s);
@@ -180,7 +181,7 @@ void SnapshotTest::a_png_is_one() {
     Stopped on;
     QVERIFY(on.stopped);
     on.always_ask();
-    const QString folder = QStringLiteral(KV408_PICTURE_DIR);
+    const QString folder = picture_folder();
     on.snapshot_by_dialog(folder + u"/mine.png"_s);
     const std::string path = folder.toStdString() + "/mine.png";
     QCOMPARE(on.files.files[path].substr(0, 4), std::string("\x89PNG"));
@@ -194,7 +195,7 @@ void SnapshotTest::the_kind_that_is_chosen_changes_the_names_ending() {
     QString named;
     QTimer::singleShot(0, &on.window(), [&] {
         auto* const dialog = on.window().findChild<QFileDialog*>(u"fileDialog"_s);
-        dialog->setDirectory(QStringLiteral(KV408_PICTURE_DIR));
+        dialog->setDirectory(picture_folder());
         auto* const kinds = dialog->findChild<QComboBox*>(u"fileTypeCombo"_s);
         kinds->setFocus();
         QTest::keyClick(kinds, Qt::Key_End); // PNG with scales
