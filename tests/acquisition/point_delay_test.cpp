@@ -77,7 +77,7 @@ TEST(PointDelay, StaysWithinItsBytesAtEveryTimeBaseOfThePass) {
     }
 }
 
-struct FrameRow {
+struct PointFrameRow {
     int index;
     double tbresolution;
     CommandArguments ch1;
@@ -85,12 +85,12 @@ struct FrameRow {
 };
 
 TEST(PointDelay, FillsTheSinglePointCommandOfBothChannels) {
-    const FrameRow frames[] = {
+    const PointFrameRow frames[] = {
         {1, 8000.0, {0, 41, 4, 0, 1, 240}, {0, 169, 4, 0, 1, 240}},
         {1, 8001.0, {0, 13, 172, 0, 1, 239}, {0, 141, 172, 0, 1, 239}},
         {640, 1562500.0, {0, 41, 4, 23, 48, 237}, {0, 169, 4, 23, 48, 237}},
     };
-    for (const FrameRow& row : frames) {
+    for (const PointFrameRow& row : frames) {
         CommandArguments arguments = {};
         fill_sample(arguments, point_delay(row.index, row.tbresolution), 1);
         EXPECT_EQ(arguments, row.ch1);

@@ -27,7 +27,7 @@ TEST(SampleWord, HoldsTheHighByteToItsLimit) {
     EXPECT_EQ(point_waiting_word, 16 * 256 + 10);
 }
 
-struct SampleRow {
+struct ConversionRow {
     std::int16_t word;
     std::int16_t swoffset;
     bool inverted;
@@ -38,7 +38,7 @@ struct SampleRow {
 };
 
 TEST(ConvertedSample, IsCorrectedInvertedAndScaled) {
-    const SampleRow rows[] = {
+    const ConversionRow rows[] = {
         {2048, 0, false, 2, 1.0, 2048, 0.0},
         {2048, 0, true, 2, 1.0, 2048, 0.0},
         {2448, 0, false, 2, 1.0, 2448, 200.0},
@@ -58,7 +58,7 @@ TEST(ConvertedSample, IsCorrectedInvertedAndScaled) {
         {8447, 32767, false, 2, 1.0, 41214, 19583.0},
         {0, -32768, true, 2, 1.0, 36864, 17408.0},
     };
-    for (const SampleRow& row : rows) {
+    for (const ConversionRow& row : rows) {
         const Sample sample = converted({.inverted = row.inverted,
                                          .atten = row.gain == 2 ? 1.0 / 2.0 : 1.0 / 6.0,
                                          .vtfactor = row.vtfactor,

@@ -27,7 +27,7 @@ void acknowledge_all_but(AcquisitionRig& rig, std::int64_t silent) {
     };
 }
 
-struct TriggerRow {
+struct TriggerFrameRow {
     int source;
     int edge;
     std::int16_t level;
@@ -38,7 +38,7 @@ struct TriggerRow {
 };
 
 TEST(SetTriger, UploadsSourceEdgeLevelHysteresisAndTimeOut) {
-    const TriggerRow rows[] = {
+    const TriggerFrameRow rows[] = {
         {0, 0, 0, 0, "1000", {4, 8, 0, 0, 1, 0, 255, 8}, {4, 27, 3, 232, 1, 0, 255, 6}},
         {0, 0, 2048, 10, "1000", {4, 8, 8, 0, 1, 10, 255, 26}, {4, 27, 3, 232, 1, 10, 255, 16}},
         {0, 1, 2048, 10, "3", {4, 8, 8, 0, 2, 10, 255, 27}, {4, 27, 0, 10, 2, 10, 255, 48}},
@@ -57,7 +57,7 @@ TEST(SetTriger, UploadsSourceEdgeLevelHysteresisAndTimeOut) {
          {4, 8, 255, 255, 22, 255, 200, 227},
          {4, 27, 0, 10, 22, 255, 200, 2}},
     };
-    for (const TriggerRow& row : rows) {
+    for (const TriggerFrameRow& row : rows) {
         AcquisitionRig rig;
         rig.start();
         rig.panel.trigsource.set_index(row.source);
@@ -130,18 +130,18 @@ TEST(SetScope, OffsetsAndResolutionGoOutMostSignificantByteFirst) {
                                            {4, 31, 0, 11, 231, 93, 77, 187}}));
 }
 
-struct ResolutionRow {
+struct UploadResolutionRow {
     double resolution;
     std::int64_t sent;
     double kept;
 };
 
 TEST(SetScope, TheResolutionIsRoundedAndNeverZero) {
-    const ResolutionRow rows[] = {
+    const UploadResolutionRow rows[] = {
         {0.0, 1, 1.0}, {0.4, 1, 1.0}, {0.5, 1, 1.0},    {0.51, 1, 0.51},
         {1.5, 2, 1.5}, {2.5, 2, 2.5}, {79.0, 79, 79.0},
     };
-    for (const ResolutionRow& row : rows) {
+    for (const UploadResolutionRow& row : rows) {
         AcquisitionRig rig;
         rig.start();
         rig.acquisition.pointmode = true;
@@ -195,19 +195,19 @@ TEST(SetScope, TheFirstSweepFetchesChannel1UnlessOnlyChannel2IsOn) {
     }
 }
 
-struct FailureRow {
+struct UploadFailureRow {
     std::int64_t silent;
     std::vector<std::int64_t> codes;
     const char* message;
 };
 
 TEST(SetScope, AnUnacknowledgedCommandSkipsTheRest) {
-    const FailureRow rows[] = {
+    const UploadFailureRow rows[] = {
         {30, {30, 30, 30}, " set time base offset ch1 Comm timed out"},
         {35, {30, 35, 35, 35}, " set time base offset ch2 Comm timed out"},
         {31, {30, 35, 31, 31, 31}, " set time base resolution Comm timed out"},
     };
-    for (const FailureRow& row : rows) {
+    for (const UploadFailureRow& row : rows) {
         AcquisitionRig rig;
         rig.start();
         acknowledge_all_but(rig, row.silent);

@@ -16,7 +16,7 @@ const std::string quiet =
     "Make sure that trigger is present and  sampler inputs are disconnectand or 0V! \n";
 
 /// What a set-up button has to say and to do.
-struct Row {
+struct GuideRow {
     Button CalibrationForm::*button;
     std::string name;
     std::string caption;
@@ -30,7 +30,7 @@ struct Row {
     bool trig1;
 };
 
-std::vector<Row> rows() {
+std::vector<GuideRow> rows() {
     using F = CalibrationForm;
     return {
         {&F::cmdsetforcalgainh, "cmdsetforcalgainh", "Set Cal", "Calibrate High Gain CH1",
@@ -107,7 +107,7 @@ protected:
 };
 
 TEST_F(Guides, EveryButtonHasItsNameAndCaption) {
-    for (const Row& row : rows()) {
+    for (const GuideRow& row : rows()) {
         EXPECT_EQ((form.*row.button).name(), row.name);
         EXPECT_EQ((form.*row.button).caption(), row.caption);
     }
@@ -132,7 +132,7 @@ TEST_F(Guides, EveryButtonHasItsNameAndCaption) {
 }
 
 TEST_F(Guides, TheMessageSaysWhatToConnect) {
-    for (const Row& row : rows()) {
+    for (const GuideRow& row : rows()) {
         boxes.shown.clear();
         (form.*row.button).click();
         ASSERT_EQ(boxes.shown.size(), 1U) << row.name;
@@ -144,7 +144,7 @@ TEST_F(Guides, TheMessageSaysWhatToConnect) {
 }
 
 TEST_F(Guides, CancelChangesNothing) {
-    for (const Row& row : rows()) {
+    for (const GuideRow& row : rows()) {
         spoil_panel();
         form.calstatus.set_caption("-");
         boxes.answers = {MessageAnswer::cancel};
@@ -159,7 +159,7 @@ TEST_F(Guides, CancelChangesNothing) {
 }
 
 TEST_F(Guides, OkSetsThePanelAndStartsTheSweep) {
-    for (const Row& row : rows()) {
+    for (const GuideRow& row : rows()) {
         SCOPED_TRACE(row.name);
         spoil_panel();
         (form.*row.button).click();
@@ -186,7 +186,7 @@ TEST_F(Guides, OkSetsThePanelAndStartsTheSweep) {
 }
 
 TEST_F(Guides, ARunningSweepIsSetUpTheSameWay) {
-    for (const Row& row : rows()) {
+    for (const GuideRow& row : rows()) {
         spoil_panel();
         state_machine.cmdstartsweep_Click();
         (form.*row.button).click();

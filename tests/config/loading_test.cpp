@@ -9,7 +9,7 @@ namespace {
 constexpr const char* bad_line = "Error while reading configuration file in line ";
 
 /// The messages after reading `bytes`.
-Texts told(std::string bytes) {
+Texts told_of_loading(std::string bytes) {
     SettingsRig rig;
     rig.load(std::move(bytes));
     return rig.boxes.texts();
@@ -20,14 +20,14 @@ Texts in_line(int line) {
 }
 
 TEST(Loading, TellsTheLineThatCannotBeTaken) {
-    EXPECT_EQ(told("seltimediv"), in_line(1));
-    EXPECT_EQ(told("eyeon\t1\r\n\r\neyeon\t1\r\n"), in_line(2));
-    EXPECT_EQ(told("eyeon\t1\r\neyeon\tx\r\n"), in_line(2));
-    EXPECT_EQ(told("eyeon\t1\r\neyeon\t2\r\n"), in_line(2));
-    EXPECT_EQ(told("eyeon\t1\r\nany\t1\r\nch1vdiv\t99999\r\n"), in_line(3));
-    EXPECT_EQ(told("eyeon 1\r\n"), in_line(1));
-    EXPECT_EQ(told("\r\n"), in_line(1));
-    EXPECT_EQ(told("   \r\n"), in_line(1));
+    EXPECT_EQ(told_of_loading("seltimediv"), in_line(1));
+    EXPECT_EQ(told_of_loading("eyeon\t1\r\n\r\neyeon\t1\r\n"), in_line(2));
+    EXPECT_EQ(told_of_loading("eyeon\t1\r\neyeon\tx\r\n"), in_line(2));
+    EXPECT_EQ(told_of_loading("eyeon\t1\r\neyeon\t2\r\n"), in_line(2));
+    EXPECT_EQ(told_of_loading("eyeon\t1\r\nany\t1\r\nch1vdiv\t99999\r\n"), in_line(3));
+    EXPECT_EQ(told_of_loading("eyeon 1\r\n"), in_line(1));
+    EXPECT_EQ(told_of_loading("\r\n"), in_line(1));
+    EXPECT_EQ(told_of_loading("   \r\n"), in_line(1));
 }
 
 TEST(Loading, AKeyWithoutATabAsThe27thLine) {
@@ -60,11 +60,11 @@ TEST(Loading, UnknownKeysArePassedOver) {
 }
 
 TEST(Loading, TheEndOfTheFileIsNoLine) {
-    EXPECT_EQ(told(""), Texts{});
-    EXPECT_EQ(told("eyeon\t1"), Texts{});
-    EXPECT_EQ(told("eyeon\t1\r"), Texts{});
-    EXPECT_EQ(told("eyeon\t1\r\n"), Texts{});
-    EXPECT_EQ(told("eyeon\t1\r\n "), in_line(2));
+    EXPECT_EQ(told_of_loading(""), Texts{});
+    EXPECT_EQ(told_of_loading("eyeon\t1"), Texts{});
+    EXPECT_EQ(told_of_loading("eyeon\t1\r"), Texts{});
+    EXPECT_EQ(told_of_loading("eyeon\t1\r\n"), Texts{});
+    EXPECT_EQ(told_of_loading("eyeon\t1\r\n "), in_line(2));
 }
 
 TEST(Loading, LinesMayEndInALineFeedAlone) {
@@ -85,17 +85,17 @@ TEST(Loading, TheValueIsTheSecondField) {
 }
 
 TEST(Loading, OnlySpacesAreTrimmed) {
-    EXPECT_EQ(told("eyeon\t\v1\r\n"), in_line(1));
-    EXPECT_EQ(told("eyeon\t1\r\r\n"), in_line(1));
-    EXPECT_EQ(told("eyeon\t\xA0"
-                   "1\r\n"),
+    EXPECT_EQ(told_of_loading("eyeon\t\v1\r\n"), in_line(1));
+    EXPECT_EQ(told_of_loading("eyeon\t1\r\r\n"), in_line(1));
+    EXPECT_EQ(told_of_loading("eyeon\t\xA0"
+                              "1\r\n"),
               in_line(1));
 }
 
 TEST(Loading, NulBytesAreBytesLikeOthers) {
-    EXPECT_EQ(told(std::string("eyeon\t1\0\r\n", 10)), in_line(1));
-    EXPECT_EQ(told(std::string("eye\0on\t1\r\n", 10)), Texts{});
-    EXPECT_EQ(told(std::string(1000, '\0')), in_line(1));
+    EXPECT_EQ(told_of_loading(std::string("eyeon\t1\0\r\n", 10)), in_line(1));
+    EXPECT_EQ(told_of_loading(std::string("eye\0on\t1\r\n", 10)), Texts{});
+    EXPECT_EQ(told_of_loading(std::string(1000, '\0')), in_line(1));
     SettingsRig rig;
     rig.load(std::string("snapshotpath\t/a\0b\r\nhorpos\t1\0002\r\n", 31));
     EXPECT_TRUE(rig.boxes.shown.empty());
@@ -131,18 +131,18 @@ TEST(Loading, AKeyThatComesAThirdTimeIsAnErrorOfItsLine) {
     std::string bytes;
     for (const char* key : {"seltimediv", "ch1vdiv", "eyeon", "horpos", "TabStrip3"}) {
         const std::string line = std::string(key) + "\t1\r\n";
-        EXPECT_EQ(told(line + "unknown\t1\r\n" + line), Texts{}) << key;
-        EXPECT_EQ(told(line + line + "unknown\t1\r\n" + line), in_line(4)) << key;
+        EXPECT_EQ(told_of_loading(line + "unknown\t1\r\n" + line), Texts{}) << key;
+        EXPECT_EQ(told_of_loading(line + line + "unknown\t1\r\n" + line), in_line(4)) << key;
         bytes += line + line;
     }
-    EXPECT_EQ(told(bytes), Texts{});
-    EXPECT_EQ(told("unknown\t1\r\nunknown\t1\r\nunknown\t1\r\n"), Texts{});
+    EXPECT_EQ(told_of_loading(bytes), Texts{});
+    EXPECT_EQ(told_of_loading("unknown\t1\r\nunknown\t1\r\nunknown\t1\r\n"), Texts{});
 }
 
 TEST(Loading, TheThreeAnnotationsMayEachHaveTheirLine) {
     const std::string line = "chkmeasanno\t1\r\n";
-    EXPECT_EQ(told(line + line + line), Texts{});
-    EXPECT_EQ(told(line + line + line + line), in_line(4));
+    EXPECT_EQ(told_of_loading(line + line + line), Texts{});
+    EXPECT_EQ(told_of_loading(line + line + line + line), in_line(4));
 }
 
 TEST(Loading, AThirdLineOfAKeyDoesNotReachItsControl) {

@@ -21,7 +21,7 @@ std::string text(std::int64_t number) {
 
 using R = const SettingsRig&;
 
-const std::vector<KeyRow> rows = {
+const std::vector<KeyRow> key_rows = {
     {"intcr1vpos", "100", [](R rig) { return text(rig.cursors.vpos[0]); }, "100"},
     {"intcr1hpos", "101", [](R rig) { return text(rig.cursors.hpos[0]); }, "101"},
     {"intcr2vpos", "102", [](R rig) { return text(rig.cursors.vpos[1]); }, "102"},
@@ -83,8 +83,8 @@ const std::vector<KeyRow> rows = {
 };
 
 TEST(Rows, EachKeyIsTakenWithAndWithoutSpacesAndWrittenAgain) {
-    ASSERT_EQ(rows.size(), 48U);
-    for (const KeyRow& row : rows) {
+    ASSERT_EQ(key_rows.size(), 48U);
+    for (const KeyRow& row : key_rows) {
         for (const char* spaces : {"", " ", "   "}) {
             SettingsRig rig;
             SCOPED_TRACE(row.key);
@@ -106,7 +106,7 @@ TEST(Rows, EachKeyIsTakenWithAndWithoutSpacesAndWrittenAgain) {
 }
 
 TEST(Rows, KeysAreComparedExactly) {
-    for (const KeyRow& row : rows) {
+    for (const KeyRow& row : key_rows) {
         for (const std::string& key : {std::string("x") + row.key, std::string(row.key) + "x",
                                        std::string(row.key) + "\v"}) {
             SettingsRig rig;
@@ -135,7 +135,7 @@ TEST(Rows, ATextThatIsNoNumberIsRefusedWhereANumberIsExpected) {
     const Texts texts = {"",    "x",   "1x",  "x1",    "1 2",  "0x1",      "1,0",
                          "--1", "- 1", "1e",  "nan",   "inf",  "1\v",      ".",
                          "+",   "-",   "&H1", "1.0.0", "true", "\xC3\xA9", "\xFF"};
-    for (const KeyRow& row : rows) {
+    for (const KeyRow& row : key_rows) {
         for (const std::string& value : texts) {
             SettingsRig rig;
             const std::string before = rig.save();
@@ -152,7 +152,7 @@ TEST(Rows, ATextThatIsNoNumberIsRefusedWhereANumberIsExpected) {
 TEST(Rows, ANumberOutOfRangeOfItsTypeIsRefused) {
     const Texts beyond_16_bits = {"32768", "-32769", "32767.5", "1e5", "-40000"};
     const Texts beyond_32_bits = {"2147483648", "-2147483649", "2147483647.5", "1e10", "1e400"};
-    for (const KeyRow& row : rows) {
+    for (const KeyRow& row : key_rows) {
         if (is_in(text_keys, row.key)) {
             continue;
         }

@@ -179,8 +179,8 @@ TEST_F(AnnotationTest, ComeAndGoAndMoveWithTheNextDraw) {
     EXPECT_EQ(at(1, 101), mark_colour);
     panel.measurement[0].annotate.set_checked(false);
     picture.draw(draw_flags::all);
-    EXPECT_TRUE(std::equal(bare.pixels().begin(), bare.pixels().end(),
-                           picture.surface().pixels().begin()));
+    EXPECT_TRUE(
+        std::equal(bare.pixels().begin(), bare.pixels().end(), picture.surface().pixels().begin()));
 }
 
 TEST_F(AnnotationTest, BelongToTheOverlays) {

@@ -28,9 +28,9 @@ bool within(std::int64_t value, std::int64_t lowest, std::int64_t highest) {
 }
 
 /// The program on a simulated instrument, in the hands of someone who types.
-class Run {
+class TypedRun {
 public:
-    Run() {
+    TypedRun() {
         simulation_.set_calibrated();
         simulator::silence(simulation_.bench());
         demand(program_.scope.start(), "the program starts");
@@ -210,7 +210,7 @@ private:
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     kv408::FuzzInput input(std::span(data, size));
-    kv408::Run run;
+    kv408::TypedRun run;
     for (int line = 0; line < kv408::most_lines && !input.empty(); ++line) {
         run.type(input);
     }

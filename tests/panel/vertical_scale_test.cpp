@@ -57,7 +57,7 @@ TEST(VerticalScale, OtherTextsHaveNone) {
     }
 }
 
-struct OffsetRow {
+struct OffsetCodeRow {
     const char* text;
     bool via_trigger;
     std::int16_t pos;
@@ -65,7 +65,7 @@ struct OffsetRow {
 };
 
 TEST(OffsetCode, IsTheCodeThatFallsOnTheCentreRow) {
-    const OffsetRow offsets[] = {
+    const OffsetCodeRow offsets[] = {
         {"50mV", true, 256, 2048},
         {"50mV", true, 0, 1448}, // 2048 - 256 / (2 * 512 / 2400)
         {"50mV", false, 0, 848}, // 2048 - 256 * 2400 / 512
@@ -82,7 +82,7 @@ TEST(OffsetCode, IsTheCodeThatFallsOnTheCentreRow) {
         {"1V", false, 254, 1986},
         {"1V", false, 258, 2110},
     };
-    for (const OffsetRow& row : offsets) {
+    for (const OffsetCodeRow& row : offsets) {
         for (const std::size_t channel : {0U, 1U}) {
             PanelRig rig;
             rig.channels[channel].pos = row.pos;
