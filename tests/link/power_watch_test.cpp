@@ -13,8 +13,8 @@ using std::chrono::milliseconds;
 using std::chrono::seconds;
 
 /// A watch over an instrument that has just answered and has acknowledged its ranges.
-struct Watched {
-    Watched() { power.note_acknowledge(true); }
+struct WatchedPower {
+    WatchedPower() { power.note_acknowledge(true); }
 
     /// Asks for samples in vain, every tenth of a second, for `duration`.
     void ask_in_vain(std::chrono::nanoseconds duration) {
@@ -49,7 +49,7 @@ struct Watched {
 };
 
 TEST(PowerWatch, WhoAnsweredLessThanTwoSecondsAgoHasItsRanges) {
-    Watched watched;
+    WatchedPower watched;
     for (int answer = 0; answer < 3; ++answer) {
         watched.clock.advance(milliseconds(1999));
         EXPECT_FALSE(watched.power.ranges_lost());
@@ -58,7 +58,7 @@ TEST(PowerWatch, WhoAnsweredLessThanTwoSecondsAgoHasItsRanges) {
 }
 
 TEST(PowerWatch, WhoWasAskedNothingForTwoSecondsMayHaveLostThem) {
-    Watched watched;
+    WatchedPower watched;
     watched.clock.advance(seconds(2));
     EXPECT_TRUE(watched.power.ranges_lost());
     watched.power.note_answer();
@@ -68,7 +68,7 @@ TEST(PowerWatch, WhoWasAskedNothingForTwoSecondsMayHaveLostThem) {
 }
 
 TEST(PowerWatch, ARequestLeftUnansweredIsEnough) {
-    Watched watched;
+    WatchedPower watched;
     watched.power.note_silence();
     EXPECT_TRUE(watched.power.ranges_lost());
     watched.power.note_acknowledge(false);
@@ -78,7 +78,7 @@ TEST(PowerWatch, ARequestLeftUnansweredIsEnough) {
 }
 
 TEST(PowerWatch, ACommandWithoutAcknowledgeIsJudgedByTheNextAnswer) {
-    Watched watched;
+    WatchedPower watched;
     watched.power.note_no_acknowledge();
     EXPECT_FALSE(watched.power.ranges_lost());
     watched.power.note_answer();
@@ -86,7 +86,7 @@ TEST(PowerWatch, ACommandWithoutAcknowledgeIsJudgedByTheNextAnswer) {
 }
 
 TEST(PowerWatch, AsLongAsNothingIsAnsweredItIsNotTakenForOff) {
-    Watched watched;
+    WatchedPower watched;
     watched.power.note_silence();
     watched.clock.advance(seconds(2));
     EXPECT_FALSE(watched.power.ranges_lost());
@@ -95,7 +95,7 @@ TEST(PowerWatch, AsLongAsNothingIsAnsweredItIsNotTakenForOff) {
 }
 
 TEST(PowerWatch, AQueueIsASilenceOnceTheReplyHadItsTime) {
-    Watched watched;
+    WatchedPower watched;
     watched.power.note_request();
     watched.clock.advance(milliseconds(79));
     EXPECT_FALSE(watched.power.note_empty_queue());
@@ -108,13 +108,13 @@ TEST(PowerWatch, AQueueIsASilenceOnceTheReplyHadItsTime) {
 }
 
 TEST(PowerWatch, ASilenceUnderTwoSecondsBringsNoSetUp) {
-    Watched watched;
+    WatchedPower watched;
     watched.ask_in_vain(milliseconds(1900));
     EXPECT_FALSE(watched.reply(milliseconds(99)));
 }
 
 TEST(PowerWatch, ALongSilenceBringsOneSetUp) {
-    Watched watched;
+    WatchedPower watched;
     watched.ask_in_vain(seconds(2));
     EXPECT_TRUE(watched.reply());
     EXPECT_TRUE(watched.power.ranges_lost()) << "the set-up is to send them";
@@ -128,7 +128,7 @@ TEST(PowerWatch, ALongSilenceBringsOneSetUp) {
 }
 
 TEST(PowerWatch, AReplyThatIsStillComingIsJudgedOnce) {
-    Watched watched;
+    WatchedPower watched;
     watched.ask_in_vain(seconds(3));
     EXPECT_TRUE(watched.reply());
     watched.set_up();
@@ -138,13 +138,13 @@ TEST(PowerWatch, AReplyThatIsStillComingIsJudgedOnce) {
 }
 
 TEST(PowerWatch, WhoWasAskedNothingIsNotBack) {
-    Watched watched;
+    WatchedPower watched;
     EXPECT_FALSE(watched.reply(seconds(5)));
 }
 
 TEST(PowerWatch, WhoIsSlowIsSetUpOnce) {
     for (const int apart : {3, 13}) {
-        Watched watched;
+        WatchedPower watched;
         watched.ask_in_vain(seconds(apart));
         EXPECT_TRUE(watched.reply()) << apart;
         watched.set_up();
@@ -156,7 +156,7 @@ TEST(PowerWatch, WhoIsSlowIsSetUpOnce) {
 }
 
 TEST(PowerWatch, WhoIsNotSlowAfterAllMayHaveBeenOffASecondTime) {
-    Watched watched;
+    WatchedPower watched;
     watched.ask_in_vain(seconds(3));
     EXPECT_TRUE(watched.reply());
     watched.set_up();
@@ -170,7 +170,7 @@ TEST(PowerWatch, WhoIsNotSlowAfterAllMayHaveBeenOffASecondTime) {
 }
 
 TEST(PowerWatch, ASetUpThatTheUserBringsStandsForTheOneThatIsDue) {
-    Watched watched;
+    WatchedPower watched;
     watched.ask_in_vain(seconds(2));
     watched.set_up();
     EXPECT_FALSE(watched.reply()) << "of the silence before it";
@@ -184,7 +184,7 @@ TEST(PowerWatch, ASetUpThatTheUserBringsStandsForTheOneThatIsDue) {
 }
 
 TEST(PowerWatch, WhoTookALaterCommandAfterALongSilenceIsBack) {
-    Watched watched;
+    WatchedPower watched;
     watched.clock.advance(seconds(2));
     watched.power.note_acknowledge(false);
     watched.power.note_acknowledge(false);
@@ -192,7 +192,7 @@ TEST(PowerWatch, WhoTookALaterCommandAfterALongSilenceIsBack) {
 }
 
 TEST(PowerWatch, ACommandThatIsNeverTakenBringsNoSecondSetUpBeforeAReplyIsShown) {
-    Watched watched;
+    WatchedPower watched;
     for (const bool back : {true, false, true}) {
         watched.clock.advance(seconds(3)); // the attempts of the command before
         watched.power.note_no_acknowledge();
@@ -202,7 +202,7 @@ TEST(PowerWatch, ACommandThatIsNeverTakenBringsNoSecondSetUpBeforeAReplyIsShown)
 }
 
 TEST(PowerWatch, BeingHeldUpBringsOneSetUpAsLongAsItLasts) {
-    Watched watched;
+    WatchedPower watched;
     const auto enter_after = [&](std::chrono::nanoseconds time) {
         watched.clock.advance(time);
         const bool away = watched.power.was_away();
