@@ -20,12 +20,19 @@ using kv408::Handle;
 
 namespace {
 
-// A library's functions have no other place for it.
-std::vector<std::string>* calls = nullptr;
+struct Notes {
+    std::vector<std::string>* into = nullptr;
+};
+
+/// Where the calls are noted; a library's functions have no other place for it.
+Notes& notes() {
+    static Notes the_notes;
+    return the_notes;
+}
 
 BridgeStatus note(const std::string& call) {
-    if (calls != nullptr) {
-        calls->push_back(call);
+    if (notes().into != nullptr) {
+        notes().into->push_back(call);
     }
     return kv408::bridge_success;
 }
@@ -45,7 +52,7 @@ const char* overlap(const void* overlapped) {
 } // namespace
 
 KV408_EXPORT void note_into(std::vector<std::string>* list) {
-    calls = list;
+    notes().into = list;
 }
 
 KV408_EXPORT BridgeStatus KV408_BRIDGE_CALL SI_GetNumDevices(Dword* count) {
@@ -60,6 +67,7 @@ KV408_EXPORT BridgeStatus KV408_BRIDGE_CALL SI_GetProductString(Dword index, voi
 }
 
 KV408_EXPORT BridgeStatus KV408_BRIDGE_CALL SI_Open(Dword index, Handle* handle) {
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): a handle is whatever the library likes
     *handle = reinterpret_cast<Handle>(std::uintptr_t{4711});
     return note("SI_Open " + number(index));
 }
