@@ -38,7 +38,7 @@ struct BlocksRig : AcquisitionRig {
 
 TEST(FinishedSweep, ABlockHasAllPointsThatCameAndTheirTimes) {
     BlocksRig rig;
-    rig.choose(rig.panel.seltimediv, "25ps/div");
+    BlocksRig::choose(rig.panel.seltimediv, "25ps/div");
     rig.acquisition.offset = {1500, 0}; // the delays that were sent
     const ChannelSweep& sweep = rig.block_of(ch1);
     EXPECT_TRUE(sweep.whole);
@@ -64,17 +64,17 @@ TEST(FinishedSweep, ABlockHasAllPointsThatCameAndTheirTimes) {
 TEST(FinishedSweep, TellsWhatItWasTakenWithWhateverIsSelectedLater) {
     BlocksRig rig;
     ChannelControls& controls = rig.panel.channel[ch2];
-    rig.choose(controls.vdiv, "20mV");
+    BlocksRig::choose(controls.vdiv, "20mV");
     controls.inviatr.set_checked(true);
     controls.invert.set_checked(true);
     rig.panel.average.set_checked(true);
     rig.channels[ch2].swoffset = 3;
     rig.block_of(ch2);
     const auto kept = rig.sweeps.last();
-    rig.choose(controls.vdiv, "0.5V");
+    BlocksRig::choose(controls.vdiv, "0.5V");
     controls.inviatr.set_checked(false);
     controls.invert.set_checked(false);
-    rig.choose(rig.panel.seltimediv, "1us/div");
+    BlocksRig::choose(rig.panel.seltimediv, "1us/div");
     rig.panel.average.set_checked(false);
     rig.block_of(ch1);
 

@@ -4,6 +4,7 @@
 #include <array>
 #include <bit>
 #include <chrono>
+#include <cstring>
 #include <deque>
 #include <span>
 #include <string>
@@ -36,7 +37,7 @@ public:
             serial.resize(longest_serial_number);
             std::generate(serial.begin(), serial.end(),
                           [this] { return std::bit_cast<char>(input_.byte()); });
-            serial = serial.c_str(); // up to a zero
+            serial.resize(std::strlen(serial.c_str())); // up to a zero
         }
         return {status_of(deviation), serial};
     }
