@@ -9,11 +9,12 @@
 
 namespace kv408 {
 
-/// An X server of its own, without a screen.
+/// An X server of its own, without a screen. It keeps the name in `folder`, which may have had one
+/// before.
 class XDisplay {
 public:
     explicit XDisplay(const std::filesystem::path& folder)
-        : number_file_(folder / "display"),
+        : number_file_(without_file(folder / "display")),
           server_({.program = "/bin/sh",
                    .environment = {{"NUMBER", number_file_}},
                    .arguments = {"-c",
@@ -30,6 +31,12 @@ public:
     void kill() const { server_.signal(SIGKILL); }
 
 private:
+    /// `path`, where no file is then: one that an earlier server left would name that one.
+    static std::filesystem::path without_file(std::filesystem::path path) {
+        std::filesystem::remove(path);
+        return path;
+    }
+
     std::filesystem::path number_file_;
     ProgramProcess server_;
 };
