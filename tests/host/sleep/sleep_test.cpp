@@ -19,10 +19,12 @@ std::time_t& slept() {
 
 } // namespace
 
-/// In place of the C library's: CLOCK_MONOTONIC stands still while the computer sleeps,
-/// CLOCK_BOOTTIME does not.
-// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): the library's are reserved
-extern "C" int clock_gettime(clockid_t clock, std::timespec* time) noexcept {
+/// The C library's clock_gettime() for whoever is linked with this: CLOCK_MONOTONIC stands still
+/// while the computer sleeps, CLOCK_BOOTTIME does not.
+extern "C" int clock_of_a_sleeper(clockid_t clock, std::timespec* time) noexcept
+    __asm__("clock_gettime");
+
+int clock_of_a_sleeper(clockid_t clock, std::timespec* time) noexcept {
     const long result = syscall(SYS_clock_gettime, clock, time);
     if (clock == CLOCK_BOOTTIME) {
         time->tv_sec += slept();

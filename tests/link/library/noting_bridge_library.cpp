@@ -1,5 +1,6 @@
 // A bridge library under test that notes how its functions are called.
 
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <string>
@@ -67,8 +68,7 @@ KV408_EXPORT BridgeStatus KV408_BRIDGE_CALL SI_GetProductString(Dword index, voi
 }
 
 KV408_EXPORT BridgeStatus KV408_BRIDGE_CALL SI_Open(Dword index, Handle* handle) {
-    // NOLINTNEXTLINE(performance-no-int-to-ptr): a handle is whatever the library likes
-    *handle = reinterpret_cast<Handle>(std::uintptr_t{4711});
+    *handle = std::bit_cast<Handle>(std::uintptr_t{4711}); // whatever the library likes
     return note("SI_Open " + number(index));
 }
 
