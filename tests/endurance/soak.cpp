@@ -5,10 +5,10 @@
 #include <iostream>
 
 #include "display/settings_dialog.h"
-#include "endurance/allocated_bytes.h"
 #include "scope/panel_agreement.h"
 #include "scope/set_up_agreement.h"
 #include "scope/settings_shown.h"
+#include "support/allocations/allocations.h"
 
 namespace kv408 {
 namespace {
@@ -181,7 +181,7 @@ void Soak::change_weather() {
 }
 
 void Soak::check_memory(const std::string& when) {
-    const std::size_t bytes = allocated_bytes();
+    const std::size_t bytes = allocations().bytes;
     if (!first_bytes_) {
         first_bytes_ = bytes;
     }

@@ -1,4 +1,4 @@
-#include "endurance/allocated_bytes.h"
+#include "support/allocations/allocations.h"
 
 #include <cstdlib>
 #include <cstring>
@@ -11,10 +11,10 @@ constexpr std::size_t header = alignof(std::max_align_t) > sizeof(std::size_t)
                                    ? alignof(std::max_align_t)
                                    : sizeof(std::size_t);
 
-/// Bytes that the process holds.
-std::size_t& allocated() {
-    static std::size_t bytes = 0;
-    return bytes;
+/// The counts; those who allocate have no other place for them.
+kv408::Allocations& counts() {
+    static kv408::Allocations the_counts;
+    return the_counts;
 }
 
 // NOLINTBEGIN(cppcoreguidelines-no-malloc): these are what everything else allocates with
@@ -24,7 +24,8 @@ void* take(std::size_t size) {
         return nullptr;
     }
     std::memcpy(block, &size, sizeof size);
-    allocated() += size;
+    counts().bytes += size;
+    ++counts().times;
     return block + header;
 }
 
@@ -35,7 +36,7 @@ void give_back(void* memory) {
     auto* const block = static_cast<std::byte*>(memory) - header;
     std::size_t size = 0;
     std::memcpy(&size, block, sizeof size);
-    allocated() -= size;
+    counts().bytes -= size;
     std::free(block);
 }
 // NOLINTEND(cppcoreguidelines-no-malloc)
@@ -63,8 +64,8 @@ void operator delete(void* memory, const std::nothrow_t& /*tag*/) noexcept {
 
 namespace kv408 {
 
-std::size_t allocated_bytes() {
-    return allocated();
+Allocations allocations() {
+    return counts();
 }
 
 } // namespace kv408
