@@ -1,5 +1,7 @@
 #include "acquisition/sweep_making.h"
 
+#include "state/plot_geometry.h"
+
 namespace kv408 {
 
 Conversion SweepSetUp::conversion(std::size_t channel) const {
@@ -16,18 +18,20 @@ std::array<bool, 2> SweepSetUp::on() const {
 
 ChannelSweep SweepSetUp::begin(std::size_t channel) const {
     const ChannelState& state = channels.at(channel);
-    // The first point of a pass lies one step after the trigger, that of a block at the delay.
-    const double delay = acquisition.offset.at(channel);
     ChannelSweep sweep;
     sweep.codes.reserve(npoints);
     sweep.mv.reserve(npoints);
-    sweep.first_time = acquisition.pointmode ? time_base.tbresolution : delay;
+    sweep.delay = acquisition.offset.at(channel);
+    sweep.first_time = acquisition.pointmode ? time_base.tbresolution : sweep.delay;
     sweep.time_per_point = time_base.tbresolution;
     sweep.columns_per_second = time_base.samplerate;
     sweep.conversion = conversion(channel);
     sweep.gain = state.gain;
     sweep.mv_per_division = state.mv_per_division;
+    sweep.position = static_cast<double>(plot::centre_y - state.pos) / plot::division;
     sweep.averaged = panel.average.checked();
+    sweep.trigger = acquisition.trigger;
+    sweep.trigger.level_mv *= channels.at(sweep.trigger.source).vtfactor;
     return sweep;
 }
 

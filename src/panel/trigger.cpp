@@ -54,7 +54,7 @@ void Trigger::trtout_Commit() {
         panel_.trtout.set_text(std::to_string(*typed));
     }
     // What stood there before it was left may have been sent with something else.
-    if (taken_timeout_ != uploaded_timeout_) {
+    if (taken_timeout_ != acquisition_.trigger.timeout) {
         mark_changed(acquisition_, link_);
     }
 }
@@ -109,17 +109,24 @@ void Trigger::settriger() {
         // A command would break the linearity run off; the next set-up sends the trigger.
         return;
     }
+    const TriggerSetting setting = {.source = source(),
+                                    .positive = panel_.trigeredge.text() == "Positive",
+                                    .level_mv =
+                                        static_cast<double>(trigger_.trigpos - zero_volt_code),
+                                    .hysteresis = static_cast<std::int16_t>(panel_.shyst.value()),
+                                    .timeout = acquisition_.trigger.timeout};
     fill_trigger(link_.cmdargs(), {.level = trigger_.trigpos,
-                                   .trig1 = source() == 0,
-                                   .positive = panel_.trigeredge.text() == "Positive",
-                                   .hysteresis = static_cast<std::int16_t>(panel_.shyst.value())});
+                                   .trig1 = setting.source == 0,
+                                   .positive = setting.positive,
+                                   .hysteresis = setting.hysteresis});
     bool done = link_.send_setup(command::set_trigger, " SETTRIG ");
     if (done) {
+        acquisition_.trigger = setting;
         clock_.sleep(std::chrono::milliseconds(10));
         fill_trigger_timeout(link_.cmdargs(), timeout);
         done = link_.send_setup(command::set_trigger_timeout, " SETTTO ");
         if (done) {
-            uploaded_timeout_ = timeout;
+            acquisition_.trigger.timeout = timeout;
         }
     }
     if (!done) {

@@ -87,8 +87,7 @@ private:
     DeviceLink& link_;
     Clock& clock_;
     MessageBoxes& boxes_;
-    std::int32_t taken_timeout_;        ///< the time-out that its box gave last, microseconds
-    std::int32_t uploaded_timeout_ = 0; ///< the time-out last sent; 0 before the first upload
+    std::int32_t taken_timeout_; ///< the time-out that its box gave last, microseconds
     std::int32_t taken_additional_ =
         0; ///< the additional delay that its box gave last, picoseconds
 };

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "state/data_watch.h"
+#include "state/trigger_state.h"
 
 namespace kv408 {
 
@@ -31,6 +32,8 @@ struct AcquisitionState {
     DataWatch data; ///< whether data still come
     std::array<std::int32_t, 2> offset =
         {}; ///< `ch1offset`, `ch2offset`: time-base offsets, picoseconds
+    /// The trigger last acknowledged, its level without "Input Via Trigger".
+    TriggerSetting trigger;
 
     bool holdoff = false;          ///< trigger line shown, after the level was adjusted
     std::int32_t holdoff_time = 0; ///< remaining time of `holdoff`, milliseconds

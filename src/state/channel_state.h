@@ -6,21 +6,21 @@
 
 namespace kv408 {
 
-/// The two channels, as indices of everything that exists once a channel: CH1 is 0, CH2 is 1.
+/// The two channels, as indices of everything that exists once per channel: CH1 is 0, CH2 is 1.
 inline constexpr int ch1 = 0;
 inline constexpr int ch2 = 1;
 
 /// Gain ranges of the instrument's amplifier, as its commands number them.
-inline constexpr std::int16_t high_gain = 1; ///< 10mV/div to 50mV/div, 6 codes a millivolt
-inline constexpr std::int16_t low_gain = 2;  ///< 0.1V/div and above, 2 codes a millivolt
+inline constexpr std::int16_t high_gain = 1; ///< 10mV/div to 50mV/div, 6 codes per millivolt
+inline constexpr std::int16_t low_gain = 2;  ///< 0.1V/div and above, 2 codes per millivolt
 
 /// What one channel's vertical controls have set. Member `x` is the panel value `ch1x` of
 /// channel 1 and `ch2x` of channel 2 (`gain` is `ch1gain`, `pixpermv` is `ch2pixpermv`, ...).
 struct ChannelState {
     std::int16_t gain = high_gain; ///< amplifier gain range, `high_gain` or `low_gain`
-    double atten = 1.0 / 6.0;      ///< millivolts a code: 1/2 in low gain, 1/6 in high gain
-    double scale = 512.0 / 2400.0; ///< pixels a code (512 divided by the codes of a full screen)
-    double pixpermv = 1.28;        ///< pixels a millivolt at the input, 64 pixels a division
+    double atten = 1.0 / 6.0;      ///< millivolts per code: 1/2 in low gain, 1/6 in high gain
+    double scale = 512.0 / 2400.0; ///< pixels per code (512 divided by the codes of a full screen)
+    double pixpermv = 1.28;        ///< pixels per millivolt at the input, 64 pixels per division
     double mv_per_division = 50.0; ///< volts per division as selected, millivolts
     double vtfactor = 1.0;         ///< 2.0 with "Input Via Trigger", which halves the signal
     std::string vtsuffix;          ///< " (VT)" with "Input Via Trigger", else empty

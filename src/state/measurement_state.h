@@ -24,7 +24,7 @@ inline constexpr std::size_t rise = 11;       ///< 10 % to 90 %, columns; -1 whe
 inline constexpr std::size_t fall = 12;       ///< 90 % to 10 %, columns; -1 when none was found
 inline constexpr std::size_t pulse_high = 13; ///< positive pulse width, columns; 0 when none
 inline constexpr std::size_t pulse_low = 14;  ///< negative pulse width, columns; 0 when none
-inline constexpr std::size_t fields = 15;     ///< number of fields a channel
+inline constexpr std::size_t fields = 15;     ///< number of fields per channel
 } // namespace meas
 
 /// One channel's results; the engine's memory from one sweep to the next. All 0 at start-up.

@@ -9,6 +9,7 @@
 #include "state/channel_state.h"
 #include "state/samples.h"
 #include "state/time_base_state.h"
+#include "state/trigger_state.h"
 
 namespace kv408 {
 
@@ -33,14 +34,19 @@ struct ChannelSweep {
     /// The codes as the instrument sent them, point by point: 650 of a block, 640 of a pass, fewer
     /// of a pass that was broken off, none before the first sweep.
     std::vector<std::int16_t> codes;
-    std::vector<double> mv;       ///< the same points in millivolts at the input
-    double first_time = 0.0;      ///< of the first point, after the trigger, picoseconds
+    std::vector<double> mv; ///< the same points in millivolts at the input
+    /// Of the first point, after the trigger, picoseconds: the delay in a block, one step in a
+    /// pass.
+    double first_time = 0.0;
     double time_per_point = 0.0;  ///< picoseconds
     bool whole = false;           ///< all points came
     Conversion conversion;        ///< as the sweep began
     std::int16_t gain = 0;        ///< range, `high_gain` or `low_gain`
     double mv_per_division = 0.0; ///< millivolts per division that were selected
+    double position = 0.0;        ///< of the zero line, divisions above the centre of the screen
+    double delay = 0.0;           ///< as it was sent, picoseconds; a pass begins at the trigger
     bool averaged = false;        ///< with "Filter Avg."
+    TriggerSetting trigger;       ///< its level with "Input Via Trigger" taken in
 
     /// The points as they stand on the screen, columns 1..640: a block's are stretched over it by
     /// showing some of them twice or more; beyond the end of a pass that was broken off stand those

@@ -27,6 +27,9 @@ void Sweeps::finish(SweepMode mode, std::chrono::system_clock::time_point time, 
         next.complete = next.complete && next.came.at(channel) == on.at(channel);
     }
     last_ = std::make_shared<const Sweep>(std::move(next));
+    if (last_->complete) {
+        last_complete_ = last_;
+    }
     // A copy: a listener may add another one, or begin a sweep of its own.
     const std::shared_ptr<const Sweep> finished = last_;
     for (const Listener& listener : listeners_) {

@@ -8,7 +8,7 @@
 
 namespace kv408 {
 
-/// The one place that announces finished sweeps. It keeps the last one.
+/// The one place that announces finished sweeps. It keeps the last one, and the last complete one.
 class Sweeps {
 public:
     using Listener = std::function<void(const std::shared_ptr<const Sweep>&)>;
@@ -30,8 +30,14 @@ public:
     /// every column.
     [[nodiscard]] const std::shared_ptr<const Sweep>& last() const { return last_; }
 
+    /// The last one that was complete; null before the first.
+    [[nodiscard]] const std::shared_ptr<const Sweep>& last_complete() const {
+        return last_complete_;
+    }
+
 private:
     std::shared_ptr<const Sweep> last_;
+    std::shared_ptr<const Sweep> last_complete_;
     std::vector<Listener> listeners_;
 };
 

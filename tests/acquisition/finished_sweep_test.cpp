@@ -69,6 +69,14 @@ TEST(FinishedSweep, TellsWhatItWasTakenWithWhateverIsSelectedLater) {
     controls.invert.set_checked(true);
     rig.panel.average.set_checked(true);
     rig.channels[ch2].swoffset = 3;
+    rig.channels[ch2].pos = 96;
+    BlocksRig::choose(rig.panel.trigsource, "TRIG2");
+    BlocksRig::choose(rig.panel.trigeredge, "Negative");
+    rig.panel.shyst.set_value(25);
+    rig.trigger.trigpos = 2148;
+    rig.panel.trtout.set_text("1000");
+    rig.trigger_frame.settriger();
+    rig.acquisition.offset = {0, 70};
     rig.block_of(ch2);
     const auto kept = rig.sweeps.last();
     BlocksRig::choose(controls.vdiv, "0.5V");
@@ -76,6 +84,8 @@ TEST(FinishedSweep, TellsWhatItWasTakenWithWhateverIsSelectedLater) {
     controls.invert.set_checked(false);
     BlocksRig::choose(rig.panel.seltimediv, "1us/div");
     rig.panel.average.set_checked(false);
+    rig.channels[ch2].pos = 256;
+    BlocksRig::choose(rig.panel.trigsource, "TRIG1");
     rig.block_of(ch1);
 
     const ChannelSweep& sweep = *kept->channel[ch2];
@@ -84,6 +94,13 @@ TEST(FinishedSweep, TellsWhatItWasTakenWithWhateverIsSelectedLater) {
     EXPECT_EQ(sweep.conversion,
               (Conversion{.inverted = true, .atten = 1.0 / 6.0, .vtfactor = 2.0, .swoffset = 3}));
     EXPECT_TRUE(sweep.averaged);
+    EXPECT_EQ(sweep.position, 2.5) << "160 rows above the centre, 64 per division";
+    EXPECT_EQ(sweep.delay, 70.0);
+    // 100 codes of one millivolt each, doubled by "Input Via Trigger" of the source's channel.
+    EXPECT_EQ(
+        sweep.trigger,
+        (TriggerSetting{
+            .source = 1, .positive = false, .level_mv = 200.0, .hysteresis = 25, .timeout = 1000}));
     EXPECT_EQ(sweep.codes[0], 2000) << "as it was sent";
     // 4096 - 2003 = 2093: 45 codes above 0 V, a sixth of a millivolt each, doubled.
     EXPECT_DOUBLE_EQ(sweep.mv[0], 15.0);
@@ -95,6 +112,18 @@ TEST(FinishedSweep, TellsWhatItWasTakenWithWhateverIsSelectedLater) {
     EXPECT_EQ(other.gain, low_gain);
     EXPECT_FALSE(other.averaged);
     EXPECT_EQ(other.conversion.vtfactor, 1.0);
+    EXPECT_EQ(other.position, 0.0);
+    EXPECT_EQ(other.trigger.source, 0U);
+}
+
+TEST(FinishedSweep, ItsTriggerIsTheOneThatTheInstrumentHasAcknowledged) {
+    BlocksRig rig;
+    rig.trigger.trigpos = 2060;
+    rig.trigger_frame.settriger();
+    rig.bridge.on_frame = {}; // nothing is acknowledged from now on
+    rig.trigger.trigpos = 2100;
+    rig.trigger_frame.settriger();
+    EXPECT_EQ(rig.block_of(ch1).trigger.level_mv, 12.0);
 }
 
 TEST(FinishedSweep, BlocksOfBothChannelsAreOneSweep) {
@@ -136,6 +165,7 @@ TEST(FinishedSweep, APassHasAPointForEachColumnFromOneStepOn) {
         const ChannelSweep& part = *sweep.channel.at(channel);
         EXPECT_TRUE(part.whole);
         EXPECT_EQ(part.first_time, 12.0) << "delays are for blocks";
+        EXPECT_EQ(part.delay, 400.0);
         EXPECT_EQ(part.time_per_point, 12.0);
         ASSERT_EQ(part.codes.size(), 640U);
         ASSERT_EQ(part.mv.size(), 640U);

@@ -59,12 +59,12 @@ TEST(DataWatch, FromOneSecondOnTheWholeSecondsAreTold) {
 
 TEST(DataWatch, OfPointsFromTheTimeOfTwoPassesOn) {
     const struct {
-        int point_ms; ///< time a point
+        int point_ms; ///< time per point
         milliseconds time;
         long long told;
     } rows[] = {
         {0, milliseconds(999), -1},    {0, milliseconds(1000), 1}, // never less than a second
-        {1, milliseconds(1279), -1},   {1, milliseconds(1280), 1}, // 640 ms a pass
+        {1, milliseconds(1279), -1},   {1, milliseconds(1280), 1}, // 640 ms per pass
         {5, milliseconds(6399), -1},   {5, milliseconds(6400), 6}, // 3.2 s a pass
         {30, milliseconds(38399), -1}, {30, milliseconds(38400), 38}};
     for (const auto& row : rows) {

@@ -97,6 +97,20 @@ TEST(Sweeps, WhatAListenerKeepsNeverChanges) {
     EXPECT_EQ(heard.sweeps.last(), heard.told.back());
 }
 
+TEST(Sweeps, TheLastCompleteOneStaysUntilTheNextIsComplete) {
+    Heard heard;
+    heard.finish({part(), nullptr});
+    EXPECT_EQ(heard.sweeps.last_complete(), nullptr);
+    heard.finish({nullptr, part()});
+    const auto complete = heard.told.back();
+    EXPECT_EQ(heard.sweeps.last_complete(), complete);
+    heard.finish({part(), nullptr});
+    heard.finish({part(false), part(false)});
+    EXPECT_EQ(heard.sweeps.last_complete(), complete);
+    heard.finish({part(), part()});
+    EXPECT_EQ(heard.sweeps.last_complete(), heard.told.back());
+}
+
 TEST(Sweeps, ListenersAreToldInTheirOrderAndFindTheSweepThere) {
     Sweeps sweeps;
     std::vector<int> order;
