@@ -33,8 +33,8 @@ using Microseconds = std::chrono::duration<double, std::micro>;
 constexpr nanoseconds tick_interval = 100ms;
 constexpr std::chrono::milliseconds settling = 2s;
 constexpr std::chrono::milliseconds measured = 10s;
-constexpr std::size_t points_a_block = 650;
-constexpr std::size_t exchanges_a_pass = 1280; // 640 points of two channels
+constexpr std::size_t points_per_block = 650;
+constexpr std::size_t exchanges_per_pass = 1280; // 640 points of two channels
 constexpr Byte block_command = 32;
 constexpr Byte point_command = 26;
 
@@ -85,9 +85,9 @@ struct Sweeping {
 };
 
 void print_blocks(const Sweeping& sweeping) {
-    const Microseconds own = own_time(points_a_block);
+    const Microseconds own = own_time(points_per_block);
     const auto count = sweeping.frames.size();
-    std::printf("  blocks: %5.2f a second; the link and the instrument alone: %5.2f\n",
+    std::printf("  blocks: %5.2f per second; the link and the instrument alone: %5.2f\n",
                 per_second(count), 1e6 / own.count());
     std::printf("  a block takes %.0f us of the processor\n",
                 sweeping.work.count() / static_cast<double>(count));
@@ -96,10 +96,10 @@ void print_blocks(const Sweeping& sweeping) {
 /// Times from the first to the last exchange of each whole pass, the shortest first.
 std::vector<Microseconds> pass_times(const std::vector<simulator::WireFrame>& frames) {
     std::vector<Microseconds> times;
-    for (std::size_t first = 0; first + exchanges_a_pass <= frames.size(); ++first) {
+    for (std::size_t first = 0; first + exchanges_per_pass <= frames.size(); ++first) {
         // Every pass begins with the same arguments.
         if (frames[first].command.arguments == frames.front().command.arguments) {
-            times.emplace_back(frames[first + exchanges_a_pass - 1].time - frames[first].time);
+            times.emplace_back(frames[first + exchanges_per_pass - 1].time - frames[first].time);
         }
     }
     std::sort(times.begin(), times.end());
@@ -112,8 +112,8 @@ void print_passes(const Sweeping& sweeping) {
         std::printf("  no pass was completed\n");
         return;
     }
-    const Microseconds own = own_time(1) * static_cast<double>(exchanges_a_pass - 1);
-    std::printf("  passes: %5.2f a second; the link and the instrument alone: %5.2f\n",
+    const Microseconds own = own_time(1) * static_cast<double>(exchanges_per_pass - 1);
+    std::printf("  passes: %5.2f per second; the link and the instrument alone: %5.2f\n",
                 per_second(times.size()), 1e6 / own.count());
     std::printf("  a pass takes %.3f times the link's own time (median; %.3f .. %.3f)\n",
                 times[times.size() / 2] / own, times.front() / own, times.back() / own);

@@ -23,8 +23,8 @@ namespace {
 using namespace kv408;
 using Seconds = std::chrono::duration<double>;
 
-constexpr int moves_a_second = 60;
-constexpr int ticks_a_second = 10;
+constexpr int moves_per_second = 60;
+constexpr int ticks_per_second = 10;
 constexpr int measured_seconds = 20;
 
 /// The time that `work` takes on this machine.
@@ -92,13 +92,13 @@ void measure(std::string_view key) {
     program.drawn = 0;
     std::vector<double> moves;
     double all = 0.0;
-    for (int move = 0; move < moves_a_second * measured_seconds; ++move) {
+    for (int move = 0; move < moves_per_second * measured_seconds; ++move) {
         const int x = move / 30 % 2 == 0 ? move % 30 : 30 - move % 30;
         moves.push_back(seconds_of([&] {
             program.scope.act([&] { panel.slider1.mouse_move(left_mouse_button, x, 0); });
         }));
         all += moves.back();
-        if (move % (moves_a_second / ticks_a_second) == 0) {
+        if (move % (moves_per_second / ticks_per_second) == 0) {
             all += seconds_of([&] { program.tick(); });
         }
     }
@@ -106,8 +106,8 @@ void measure(std::string_view key) {
         "%-5s %7.0f us a move (median), %5.2f pictures a move, %5.1f %% of a core at %d moves a "
         "second with the sweeps\n",
         key.data(), median(moves) * 1e6,
-        static_cast<double>(program.drawn) / (moves_a_second * measured_seconds),
-        100.0 * all / measured_seconds, moves_a_second);
+        static_cast<double>(program.drawn) / (moves_per_second * measured_seconds),
+        100.0 * all / measured_seconds, moves_per_second);
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 // What dragging the adjust wheel takes in the real window: the whole program on the simulated
 // instrument in real time, both channels sweeping in lines with full persistence; a mouse that
-// moves 60 times a second, and the paintings of the plot that come of it.
+// moves 60 times per second, and the paintings of the plot that come of it.
 
 #include <chrono>
 #include <cstdio>
@@ -70,7 +70,7 @@ double processor_seconds() {
 /// What a stretch of time took.
 struct Taken {
     int moves = 0;
-    double pictures_a_second = 0.0;
+    double pictures_per_second = 0.0;
     double core_share = 0.0;
 };
 
@@ -98,7 +98,7 @@ Taken watch(PaintCounter& paintings, QWidget* wheel) {
     }
     run_for(measured);
     const double seconds = static_cast<double>(time.nsecsElapsed()) * 1e-9;
-    taken.pictures_a_second = paintings.count / seconds;
+    taken.pictures_per_second = paintings.count / seconds;
     taken.core_share = (processor_seconds() - processor_before) / seconds;
     if (wheel != nullptr) {
         mouse.stop();
@@ -108,9 +108,9 @@ Taken watch(PaintCounter& paintings, QWidget* wheel) {
 }
 
 void print(std::string_view name, const Taken& taken) {
-    std::printf("%-10s %5.1f moves a second, %5.1f pictures a second, %5.1f %% of a core\n",
+    std::printf("%-10s %5.1f moves a second, %5.1f pictures per second, %5.1f %% of a core\n",
                 name.data(), taken.moves / std::chrono::duration<double>(measured).count(),
-                taken.pictures_a_second, 100.0 * taken.core_share);
+                taken.pictures_per_second, 100.0 * taken.core_share);
 }
 
 } // namespace

@@ -14,7 +14,7 @@ namespace {
 constexpr double periods = 5.0;
 constexpr double amplitude = 3.0 * plot::division;          // rows
 constexpr double deviation = plot::division / 10.0;         // rows
-constexpr double codes_a_row = 2400.0 / 512.0;              // of a channel as it starts up
+constexpr double codes_per_row = 2400.0 / 512.0;            // of a channel as it starts up
 constexpr std::size_t shown_sweeps = 1 + plot::generations; // the current one and the history
 
 std::size_t slot(int index) {
@@ -49,7 +49,7 @@ void ScopeScene::sample(int index) {
         const double rows = signal_ == Signal::sine ? amplitude * std::sin(phase) + around(random_)
                                                     : anywhere(random_);
         samples_[slot(channel)].raw[slot(index)] = static_cast<std::uint16_t>(
-            std::clamp(round_to_int32(zero_volt_code + rows * codes_a_row), 0, 4095));
+            std::clamp(round_to_int32(zero_volt_code + rows * codes_per_row), 0, 4095));
     }
 }
 

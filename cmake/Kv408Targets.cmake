@@ -35,9 +35,14 @@ include(Kv408Precompiled)
 kv408_precompile(standard)
 
 # kv408_library(<folder> <library>...): the library kv408_<folder> out of every source file of
-# the current folder; the libraries it names are the folders it may include from.
+# the current folder and, but on Windows, of its folder posix; the libraries it names are the folders
+# it may include from.
 function(kv408_library folder)
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  if(NOT WIN32)
+    file(GLOB posix_sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/posix/*.cpp)
+    list(APPEND sources ${posix_sources})
+  endif()
   file(GLOB headers CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
   if(sources)
     add_library(kv408_${folder} ${sources} ${headers})
@@ -45,7 +50,7 @@ function(kv408_library folder)
     if(KV408_MERGE_SOURCES)
       set_target_properties(kv408_${folder} PROPERTIES ${merge_sources})
     endif()
-    if(folder STREQUAL ui)
+    if(folder MATCHES "^(ui|demo)$")
       kv408_use_precompiled(kv408_${folder} widgets)
     else()
       kv408_use_precompiled(kv408_${folder} standard)

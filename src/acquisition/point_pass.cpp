@@ -8,7 +8,7 @@
 namespace kv408 {
 namespace {
 
-constexpr int points_a_pass = DataWatch::points_a_pass;
+constexpr int points_per_pass = DataWatch::points_per_pass;
 constexpr const char* pass_state = "scope";
 
 } // namespace
@@ -27,7 +27,7 @@ void PointPass::sdisplay1ghzt() {
     acquisition_.data.begin_pass(start);
     const std::uint32_t step = acquisition_.steps;
     int index = 1;
-    for (; index <= points_a_pass; ++index) {
+    for (; index <= points_per_pass; ++index) {
         messages_.process_pending();
         if (acquisition_.steps != step) {
             // Under a dialog that a person opened the sweep has gone on without this pass.
@@ -51,13 +51,13 @@ void PointPass::sdisplay1ghzt() {
         screen_.set_newest_point(index);
         screen_.draw(draw_flags::all);
     }
-    if (index > points_a_pass) {
+    if (index > points_per_pass) {
         acquisition_.data.take_sweep(clock_.now());
         if (!both) {
             acquisition_.ready[enabled[0] ? 0 : 1] = true;
         }
     }
-    end(enabled, index > points_a_pass);
+    end(enabled, index > points_per_pass);
 }
 
 void PointPass::end(const std::array<bool, 2>& enabled, bool whole) {

@@ -23,7 +23,7 @@ using Values = std::vector<std::string>;
 constexpr std::int16_t last_row = plot::height - 1;
 constexpr std::int16_t last_column = plot::width - 1;
 /// The adjust wheel's end in level codes.
-constexpr std::int16_t highest_level = plot::wheel_span * codes_a_wheel_step;
+constexpr std::int16_t highest_level = plot::wheel_span * codes_per_wheel_step;
 constexpr std::uint32_t colour_bits = 0xFFFFFF;
 
 /// `text` as a line of the file can hold it, and as it comes back: control characters, which would

@@ -53,7 +53,7 @@ void PlotMouse::trigertext_MouseMove(int y) {
     const std::int32_t code =
         round_to_int32(zero_volt_code - (top - panel_.channel[source].text.top()) /
                                             (2.0 * channel.scale * channel.vtfactor));
-    panel_.slider1.drag_to(round_to_int32(static_cast<double>(code) / codes_a_wheel_step));
+    panel_.slider1.drag_to(round_to_int32(static_cast<double>(code) / codes_per_wheel_step));
 }
 
 void PlotMouse::trigertext_MouseUp() {

@@ -6,7 +6,7 @@
 #include "host/shown_text.h"
 #include "link/instrument_serial.h"
 #ifndef _WIN32
-#include "doctor/usb_diagnosis.h"
+#include "doctor/posix/usb_diagnosis.h"
 #endif
 
 namespace kv408 {

@@ -20,8 +20,8 @@ struct TerminationHandlers {
 };
 
 /// What becomes of requests from outside that the program ends. Each is passed on to the program's
-/// own thread. Where the program still runs 3 s after the first, what is known is saved; a second
-/// request then ends the process, one that came earlier does so at that moment.
+/// own thread. If the program still runs 3 s after the first, what is known is saved. A second
+/// request then ends the process; one that came before that moment does so at that moment.
 class EndRequests {
 public:
     /// `end_process` ends it at once, by way of nothing that may wait for the program's thread.

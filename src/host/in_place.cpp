@@ -136,7 +136,7 @@ std::error_code write_in_place(const std::filesystem::path& path, std::string_vi
         return {};
     }
     const std::error_code refused = latest_error();
-    // Where not even that can be done, its copy is there.
+    // If even that fails, the copy of it is there.
     [[maybe_unused]] const bool as_before = file.put(old);
     return refused;
 }

@@ -23,7 +23,7 @@
 namespace kv408 {
 namespace {
 
-/// Names tried until one is free. A folder in which so many are taken is under attack.
+/// Names tried until one is free. A folder in which all of them are taken is under attack.
 constexpr int most_tries = 20;
 
 std::error_code latest_c_error() {
@@ -126,7 +126,7 @@ void give(int descriptor, const Rights& rights) {
     constexpr auto as_it_is = static_cast<uid_t>(-1);
     if (rights.owner) {
         const auto [user, group] = *rights.owner;
-        // Who may not give it away keeps it.
+        // A user who may not give it away keeps it.
         [[maybe_unused]] const bool given =
             ::fchown(descriptor, user, group) == 0 || ::fchown(descriptor, as_it_is, group) == 0;
     }

@@ -39,8 +39,8 @@ std::string digits_of(std::uint64_t number) {
     return digits.insert(0, number_digits - digits.size(), '0');
 }
 
-/// As much of the start of the file's name `name` as that of new content shows. No letter that is
-/// made of several bytes is cut in two.
+/// The part of the file's name `name` that the name of its new content begins with. A letter of
+/// several bytes is not cut.
 std::filesystem::path shown_part(const std::filesystem::path& name) {
     constexpr std::size_t longest_process = 10;
     const std::size_t longest =

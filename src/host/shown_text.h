@@ -7,8 +7,8 @@
 namespace kv408 {
 
 /// `text`, which strangers may have made, as it is shown: what would steer the screen instead of
-/// being read (control characters, such that turn the direction of writing or are not seen, bytes
-/// that are no UTF-8) becomes "\x1b" and the like, byte for byte.
+/// being read (control characters, characters that are invisible or change the direction of
+/// writing, bytes that are no UTF-8) becomes "\x1b" and the like, byte for byte.
 [[nodiscard]] std::string shown_line(std::string_view text);
 
 /// The name of the file at `path` with its folders, as it is shown, in one line.

@@ -60,7 +60,7 @@ FileResult check_file(const std::filesystem::path& path) {
     std::error_code parent_error;
     const auto status = std::filesystem::status(path, error);
     if (!std::filesystem::exists(status)) {
-        // Not every system says so itself.
+        // Not every system reports this itself.
         if (std::filesystem::is_regular_file(path.parent_path(), parent_error)) {
             return failure(ENOTDIR);
         }
@@ -213,7 +213,7 @@ FileResult SystemFiles::put_copy(const std::filesystem::path& path, std::string_
 }
 
 FileResult SystemFiles::create(const std::filesystem::path& path, std::string_view bytes) {
-    // Whoever looks for a free name writes nothing for each that is taken.
+    // Looking for a free name must write nothing for each name that is taken.
     std::error_code error;
     if (std::filesystem::exists(std::filesystem::symlink_status(path, error))) {
         return failure(EEXIST);

@@ -21,8 +21,8 @@ std::wstring widened(std::string_view text, UINT code_page) {
 
 /// `wide` in code page `code_page`.
 std::string narrowed(std::wstring_view wide, UINT code_page) {
-    // A letter that only looks like the one meant would name another folder. UTF-8 has them all and
-    // takes no such flag.
+    // A letter that only resembles the one meant would name another folder. UTF-8 has all letters
+    // and does not accept the flag.
     const DWORD flags = code_page == CP_UTF8 ? 0 : WC_NO_BEST_FIT_CHARS;
     const int length = static_cast<int>(wide.size());
     const int size =

@@ -16,7 +16,7 @@ inline constexpr BridgeStatus bridge_read_timed_out = 13;
 /// Status that our own bridges give for an operation they cannot do.
 inline constexpr BridgeStatus bridge_failed = 255;
 
-/// A longer serial number is cut to so many bytes.
+/// A longer serial number is cut to this many bytes.
 inline constexpr std::size_t longest_serial_number = 256;
 
 /// What became of an operation that counts: attached devices, bytes read or waiting.

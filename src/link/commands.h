@@ -1,6 +1,6 @@
 #pragma once
 
-// The instrument's command set: the codes, and one function a command that fills its arguments.
+// The instrument's command set: the codes, and one function per command that fills its arguments.
 // Arguments that a command does not fill keep what the command before left in them; the
 // instrument sees them.
 //

@@ -101,7 +101,7 @@ void DeviceLink::let_end_now_and_then() {
 }
 
 void DeviceLink::let_end_of_taking_over() {
-    // What is done sooner is not worth a look, which costs the user a key pressed meanwhile.
+    // Each look loses a key that the user presses meanwhile, so what is done sooner gets none.
     constexpr milliseconds deaf{500};
     if (program_.taking_over_since && clock_.now() - *program_.taking_over_since >= deaf) {
         let_end_now_and_then();

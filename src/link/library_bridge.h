@@ -61,7 +61,7 @@ private:
     std::string trouble_;
 };
 
-/// The text in a zero-terminated buffer: one character a byte, at most 256.
+/// The text in a zero-terminated buffer: one character per byte, at most 256.
 [[nodiscard]] std::string bytestostring(std::span<const Byte> buffer);
 
 } // namespace kv408

@@ -3,7 +3,7 @@
 #include <utility>
 
 #ifndef _WIN32
-#include "link/serial_bridge.h"
+#include "link/posix/serial_bridge.h"
 #endif
 
 namespace kv408 {

@@ -19,8 +19,8 @@ struct BridgeChoice {
 
 /// The bridge library called `library`, or, on systems that have a driver for the bridge as a
 /// serial port, that port where no such library is found. A library that is found and cannot be
-/// used is kept and tells its own trouble. `clock` and `log`, which gets remarks for whoever looks
-/// for a fault, outlive the bridge.
+/// used is kept and tells its own trouble. `clock` and `log`, which gets remarks that help to find
+/// a fault, outlive the bridge.
 [[nodiscard]] BridgeChoice make_bridge(const Clock& clock, std::ostream& log,
                                        const std::string& library = bridge_library_name);
 

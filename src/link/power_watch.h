@@ -6,15 +6,16 @@
 
 namespace kv408 {
 
-/// Lets what comes late, after a time in which the instrument may have been off, bring one set-up.
-/// What comes late again after that is no reason for another: it may just be slow. Only when
-/// something comes in time again is it known that it is not, and then one more set-up is due.
+/// Decides which late answers bring a set-up. After a first late answer the instrument may have
+/// been off, so it is set up. An answer that is late again is no reason for another set-up: the
+/// instrument may just be slow. An answer in time after that shows that it is not, and one more
+/// set-up is due.
 class SetUpWhenLate {
 public:
     /// Something has come, `late` or in time. True when the instrument is to be set up now.
     bool take(bool late);
 
-    /// The last that came was late, and the set-up that this is worth has been brought or put off.
+    /// The last answer was late, and its set-up has been brought or put off.
     [[nodiscard]] bool within_lateness() const { return within_; }
 
     /// The instrument has been set up for another reason.
@@ -29,7 +30,7 @@ private:
 /// It is told what the instrument is asked and what it answers, and takes the times of a clock.
 class PowerWatch {
 public:
-    /// Nobody switches an instrument off and on again in less.
+    /// The shortest time in which somebody switches an instrument off and on again.
     static constexpr std::chrono::seconds shortest_off{2};
 
     explicit PowerWatch(const Clock& clock) : clock_(clock) {}
@@ -44,7 +45,7 @@ public:
     /// A request for samples was left unanswered.
     void note_silence();
 
-    /// So were all attempts of a command.
+    /// All attempts of a command were left unanswered.
     void note_no_acknowledge() { unanswered_ = true; }
 
     /// Something was answered.

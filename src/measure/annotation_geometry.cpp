@@ -19,14 +19,6 @@ AnnotationGeometry annolevelline(const ChannelState& channel, double level) {
     return {{{plot::first_point, row}, {plot::last_point, row}}};
 }
 
-AnnotationGeometry annolevelline1(const Channels& channels, double level) {
-    return annolevelline(channels[ch1], level);
-}
-
-AnnotationGeometry annolevelline2(const Channels& channels, double level) {
-    return annolevelline(channels[ch2], level);
-}
-
 AnnotationGeometry annomarkrect(const ChannelState& channel, const SampleBuffer& samples,
                                 double position) {
     const double whole = std::floor(position);
@@ -40,16 +32,6 @@ AnnotationGeometry annomarkrect(const ChannelState& channel, const SampleBuffer&
         round_to_int32(position - half + static_cast<double>(trace_shift(channel)));
     const std::int32_t top = round_to_int32(trace_row(channel, code) - half);
     return {{{left, top}, {left + mark_size, top + mark_size}}};
-}
-
-AnnotationGeometry annomarkrect1(const Channels& channels, const Samples& samples,
-                                 double position) {
-    return annomarkrect(channels[ch1], samples[ch1], position);
-}
-
-AnnotationGeometry annomarkrect2(const Channels& channels, const Samples& samples,
-                                 double position) {
-    return annomarkrect(channels[ch2], samples[ch2], position);
 }
 
 } // namespace kv408

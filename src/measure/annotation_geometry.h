@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cstddef>
-
 #include "state/channel_state.h"
 #include "state/measurement_state.h"
 #include "state/samples.h"
@@ -11,20 +9,10 @@ namespace kv408 {
 /// A line across the plot, from column 1 to column 639, at `level` millivolts of the channel.
 [[nodiscard]] AnnotationGeometry annolevelline(const ChannelState& channel, double level);
 
-/// `annolevelline` for CH1 and for CH2.
-[[nodiscard]] AnnotationGeometry annolevelline1(const Channels& channels, double level);
-[[nodiscard]] AnnotationGeometry annolevelline2(const Channels& channels, double level);
-
 /// A square of 8 by 8 pixels around the channel's trace at the fractional sample index `position`;
 /// between two samples the trace is taken as straight. `position` and the sample after it must lie
 /// in the sample buffer, 0 <= `position` < 7500.
 [[nodiscard]] AnnotationGeometry annomarkrect(const ChannelState& channel,
                                               const SampleBuffer& samples, double position);
-
-/// `annomarkrect` for CH1 and for CH2.
-[[nodiscard]] AnnotationGeometry annomarkrect1(const Channels& channels, const Samples& samples,
-                                               double position);
-[[nodiscard]] AnnotationGeometry annomarkrect2(const Channels& channels, const Samples& samples,
-                                               double position);
 
 } // namespace kv408

@@ -41,8 +41,7 @@ void measure_sweep(const Sweep& sweep, MeasurementState& state) {
         MeasurementRecord& record = state.measresults[channel];
         const SweepFindings found = pass_over(taken.columns, record);
         take_levels(found, record);
-        calcpulsetimes(state, static_cast<int>(channel) + 1, found.crossings.found(),
-                       found.rises.found(), found.falls.found());
+        calcpulsetimes(record, found.crossings.found(), found.rises.found(), found.falls.found());
         formatmeasvals(state.meastexts[channel], record, taken.columns_per_second);
         place_annotations(found, record, state.annotations[channel]);
     }

@@ -1,6 +1,5 @@
 #include "measure/pulse_times.h"
 
-#include <cassert>
 #include <cmath>
 
 namespace kv408 {
@@ -36,10 +35,8 @@ double mean_edge(std::span<const double> ends) {
 
 } // namespace
 
-void calcpulsetimes(MeasurementState& state, int channel, std::span<const double> crossings,
+void calcpulsetimes(MeasurementRecord& record, std::span<const double> crossings,
                     std::span<const double> rises, std::span<const double> falls) {
-    assert(channel == 1 || channel == 2);
-    MeasurementRecord& record = state.measresults[static_cast<std::size_t>(channel - 1)];
     Mean positive;
     Mean negative;
     for (std::size_t index = 1; index < crossings.size(); ++index) {

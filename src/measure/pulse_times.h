@@ -6,13 +6,13 @@
 
 namespace kv408 {
 
-/// Computes the edge times and pulse widths of `channel` (1 or 2), in columns, and leaves every
-/// other field of its record as it is.
+/// Writes the edge times and pulse widths of one channel, in columns, into `record` and leaves
+/// every other field as it is.
 ///
 /// `crossings` are the crossings of the mid level in their order, rising ones positive, falling
 /// ones negative; a crossing at exactly 0 begins no pulse. `rises` and `falls` hold the two ends of
 /// each edge in turn; an end without its partner does not count.
-void calcpulsetimes(MeasurementState& state, int channel, std::span<const double> crossings,
+void calcpulsetimes(MeasurementRecord& record, std::span<const double> crossings,
                     std::span<const double> rises, std::span<const double> falls);
 
 } // namespace kv408

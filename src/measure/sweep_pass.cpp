@@ -77,7 +77,7 @@ private:
     }
 
     double level_;
-    double scale_; ///< bins a millivolt
+    double scale_; ///< bins per millivolt
     std::array<double, bins + 1> bounds_ = {};
     std::array<Bins, 2> bins_;
 };

@@ -40,7 +40,7 @@ private:
 };
 
 /// At most this many crossings of the mid level are noted, and this many ends of rising and of
-/// falling edges (two an edge).
+/// falling edges (two per edge).
 inline constexpr std::size_t most_crossings = 17;
 inline constexpr std::size_t most_edge_ends = 16;
 

@@ -21,7 +21,8 @@ void Trigger::trigsource_Click() {
     trigger_.trigpos = trigger_.saved_trigpos[source()];
     panel_.shyst.set_value(trigger_.hyst[source()]);
     show_level();
-    trigger_.trigwheel = round_to_int32(static_cast<double>(trigger_.trigpos) / codes_a_wheel_step);
+    trigger_.trigwheel =
+        round_to_int32(static_cast<double>(trigger_.trigpos) / codes_per_wheel_step);
     settriger();
 }
 
@@ -37,7 +38,7 @@ void Trigger::shyst_Change() {
 void Trigger::trzero_Click() {
     trigger_.trigpos = zero_volt_code;
     trigger_.saved_trigpos[source()] = zero_volt_code;
-    trigger_.trigwheel = zero_volt_code / codes_a_wheel_step;
+    trigger_.trigwheel = zero_volt_code / codes_per_wheel_step;
     // Before the screen is drawn, so that it shows the line at once.
     show_trigger_line(acquisition_);
     panel_.tabstrip2.select(panel_.tabstrip2.selected());
@@ -83,7 +84,7 @@ std::int32_t Trigger::additional_delay() const {
 }
 
 void Trigger::settrigfromwheel() {
-    trigger_.trigpos = static_cast<std::int16_t>(trigger_.trigwheel * codes_a_wheel_step);
+    trigger_.trigpos = static_cast<std::int16_t>(trigger_.trigwheel * codes_per_wheel_step);
     trigger_.saved_trigpos[source()] = trigger_.trigpos;
 }
 

@@ -27,8 +27,8 @@ enum class Operation {
 /// `times` of a fault and `PlannedFaults::lasting_operations`: without end.
 inline constexpr int without_end = -1;
 
-/// Counts one occasion of a fault down: first `after` that go well, then `times` that do not. True
-/// when the fault strikes.
+/// Counts down one occasion of a fault: `after` occasions go well, then `times` fail. True when
+/// this one fails.
 [[nodiscard]] inline bool strikes(int& after, int& times) {
     if (after > 0) {
         --after;
@@ -51,12 +51,12 @@ struct OperationFault {
 
 /// The replies to one command are damaged. The counts are counted down as the replies come.
 struct ReplyFault {
-    std::optional<std::size_t> length = {}; ///< a reply ends after so many bytes; 0 loses it
+    std::optional<std::size_t> length = {}; ///< bytes after which a reply ends; 0 loses it
     std::optional<Byte> replacement = {};   ///< stands in place of every byte
     Byte flipped_bits = 0;                  ///< bits that are inverted in every byte
     std::vector<Byte> before = {};          ///< sent just before a reply
     std::vector<Byte> behind = {};          ///< sent just behind a reply
-    std::chrono::nanoseconds late{0};       ///< a reply comes so much later
+    std::chrono::nanoseconds late{0};       ///< delay of a reply
     int after = 0;                          ///< replies that still go well, 0..
     int times = 1;                          ///< damaged replies that follow, 1.., or `without_end`
 };
@@ -80,7 +80,7 @@ struct Faults {
     Byte wrong_acknowledge = 21;                           ///< byte sent by `wrong`
     int lose_every = 0;    ///< every n-th reply byte is lost; 1 loses all, 0 none
     Byte flipped_bits = 0; ///< bits that are inverted in every reply byte
-    std::optional<std::size_t> block_bytes = {}; ///< a block ends after so many bytes
+    std::optional<std::size_t> block_bytes = {}; ///< bytes after which a block ends
     std::vector<Byte> extra_bytes = {};          ///< sent just before every reply
     bool no_trigger = false;                     ///< the trigger circuit sees nothing
     bool baud_rate_refused = false;              ///< setting the speed fails and changes nothing

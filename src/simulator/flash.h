@@ -24,7 +24,7 @@ inline constexpr std::uint16_t record_time_scale = 8;    ///< 10000 changes noth
 inline constexpr std::uint16_t record_bridge_offset = 9; ///< 100 unless calibrated
 inline constexpr std::uint16_t record_adc_delay = 10;    ///< 70 unless calibrated
 
-/// What a word reads as that was never written.
+/// The value of a word that was never written.
 inline constexpr std::uint16_t erased_word = 0xFFFF;
 
 /// Where the flash memory outlives the program: the file at `path`, one of `files`, which outlive

@@ -31,7 +31,7 @@ struct Command {
 [[nodiscard]] std::int32_t long_argument(const Command& command);
 
 /// Finds the command frames in what arrives at the instrument. Garbage before a frame, frames
-/// with a wrong checksum and halves of frames are skipped.
+/// with a wrong checksum and incomplete frames are skipped.
 class FrameReader {
 public:
     /// Takes the byte that arrived `at`; returns the command when it completes a frame. Times

@@ -10,7 +10,7 @@ namespace kv408::simulator {
 /// Time from a command to its acknowledge.
 inline constexpr std::chrono::nanoseconds acknowledge_delay = std::chrono::microseconds(200);
 
-/// The linearity calibration: one byte a point.
+/// The linearity calibration: one byte per point.
 inline constexpr std::chrono::nanoseconds linearity_step = std::chrono::milliseconds(225);
 inline constexpr int linearity_points = 8000;
 
@@ -19,7 +19,7 @@ inline constexpr int linearity_points = 8000;
 class Instrument {
 public:
     /// The instrument stands on `bench` with the memory `flash`; `seed` decides all chance.
-    Instrument(Bench& bench, Flash& flash, std::uint64_t seed)
+    Instrument(TestBench& bench, Flash& flash, std::uint64_t seed)
         : bench_(bench), flash_(flash), noise_(seed), sweeper_(bench, flash, noise_) {}
 
     Instrument(const Instrument&) = delete;
@@ -60,7 +60,7 @@ private:
               const std::vector<std::chrono::nanoseconds>& codes_ready = {});
     [[nodiscard]] Byte linearity_error();
 
-    Bench& bench_; // only the counts of its faults are changed
+    TestBench& bench_; // only the counts of its faults are changed
     Flash& flash_;
     Noise noise_;
     Sweeper sweeper_;

@@ -24,8 +24,8 @@ Sampler::Channel Sampler::prepare(std::size_t channel, const Settings& settings,
     const auto record_offset = flash_.record(static_cast<std::uint16_t>(record_offsets + place));
     Channel prepared;
     prepared.input = sampler_input(bench_, channel, settings.trigger.input);
-    prepared.codes_a_mv = codes_per_mv.at(range) * errors.gain.at(channel).at(range) *
-                          record_factor(flash_, record_gains + place);
+    prepared.codes_per_mv = codes_per_mv.at(range) * errors.gain.at(channel).at(range) *
+                            record_factor(flash_, record_gains + place);
     // The record's 2048 and the converter's 2048 for 0 V cancel.
     prepared.zero_code = errors.offset.at(channel).at(range) + static_cast<double>(record_offset);
     prepared.delay_scale = errors.time_scale * record_factor(flash_, record_time_scale);
@@ -47,7 +47,7 @@ std::int32_t Sampler::convert(const Channel& channel, const TriggerEvent& event,
             millivolts += signal.noise_mv * noise_.gaussian();
         }
     }
-    double code = channel.zero_code + millivolts * channel.input.factor * channel.codes_a_mv;
+    double code = channel.zero_code + millivolts * channel.input.factor * channel.codes_per_mv;
     if (channel.noise_codes > 0.0) {
         code += channel.noise_codes * noise_.gaussian();
     }
@@ -57,17 +57,18 @@ std::int32_t Sampler::convert(const Channel& channel, const TriggerEvent& event,
 Phase Sampler::sampled_phase(const InputSignal& input, const TriggerEvent& event,
                              double picoseconds) {
     const Source& signal = input.signal;
-    const double periods_a_ps = 1e-12 * signal.frequency_hz;
-    const Phase undisturbed = moved(phase_at(*input.generator, event), picoseconds * periods_a_ps);
+    const double periods_per_ps = 1e-12 * signal.frequency_hz;
+    const Phase undisturbed =
+        moved(phase_at(*input.generator, event), picoseconds * periods_per_ps);
     double late_ps = event.late_ps;
     if (signal.jitter_ps > 0.0) {
         const double own_ps = signal.jitter_ps * noise_.gaussian();
-        // The edge that has triggered is seen as late as the trigger was made by it.
+        // The edge that triggered delayed the trigger, and is itself delayed as much.
         const bool triggered =
             input.generator == event.generator && edge_at(signal, undisturbed) == event.edge;
         late_ps -= triggered ? event.jitter_ps : own_ps;
     }
-    return moved(undisturbed, late_ps * periods_a_ps);
+    return moved(undisturbed, late_ps * periods_per_ps);
 }
 
 } // namespace kv408::simulator

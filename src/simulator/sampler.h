@@ -10,7 +10,7 @@
 
 namespace kv408::simulator {
 
-/// Codes a millivolt in each gain range, index `low_range` or `high_range`.
+/// Codes per millivolt in each gain range, index `low_range` or `high_range`.
 inline constexpr std::array<double, 2> codes_per_mv = {2.0, 6.0};
 
 /// Conversions that "Filter Avg." takes the mean of.
@@ -24,13 +24,13 @@ inline constexpr int averaged_conversions = 4;
 class Sampler {
 public:
     /// Samples what `bench` carries, corrected with the record in `flash`; `noise` is drawn from.
-    Sampler(const Bench& bench, const Flash& flash, Noise& noise)
+    Sampler(const TestBench& bench, const Flash& flash, Noise& noise)
         : bench_(bench), flash_(flash), noise_(noise) {}
 
     /// What stays the same for every sample of a sweep.
     struct Channel {
         InputSignal input;         ///< what is sampled
-        double codes_a_mv = 0.0;   ///< with all gain errors and corrections
+        double codes_per_mv = 0.0; ///< with all gain errors and corrections
         double zero_code = 2048.0; ///< with all offset errors and corrections
         double delay_scale = 1.0;  ///< actual over nominal delay
         double noise_codes = 0.0;  ///< of one conversion, rms
@@ -44,11 +44,11 @@ public:
                                        double delay_ps);
 
 private:
-    /// The phase of the signal that is sampled so many `picoseconds` after `event`.
+    /// The phase of the signal that is sampled `picoseconds` after `event`.
     [[nodiscard]] Phase sampled_phase(const InputSignal& input, const TriggerEvent& event,
                                       double picoseconds);
 
-    const Bench& bench_;
+    const TestBench& bench_;
     const Flash& flash_;
     Noise& noise_;
 };

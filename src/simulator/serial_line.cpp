@@ -7,9 +7,9 @@ namespace kv408::simulator {
 using std::chrono::nanoseconds;
 
 nanoseconds wire_time(std::size_t bytes, std::uint32_t baud_rate) {
-    constexpr std::uint64_t bit_nanoseconds_a_byte = 10'000'000'000U;
+    constexpr std::uint64_t bit_nanoseconds_per_byte = 10'000'000'000U;
     return nanoseconds(
-        static_cast<std::int64_t>(bytes * bit_nanoseconds_a_byte / std::uint64_t{baud_rate}));
+        static_cast<std::int64_t>(bytes * bit_nanoseconds_per_byte / std::uint64_t{baud_rate}));
 }
 
 void SerialLine::send(std::span<const Byte> bytes, nanoseconds start) {

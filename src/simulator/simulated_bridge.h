@@ -23,7 +23,7 @@ public:
 
     /// `bench` says what is attached, `instrument` answers, `log` (may be null) gets a record of
     /// every operation. All outlive the bridge.
-    SimulatedBridge(Clock& clock, Bench& bench, Instrument& instrument, WireLog* log)
+    SimulatedBridge(Clock& clock, TestBench& bench, Instrument& instrument, WireLog* log)
         : clock_(clock), bench_(bench), instrument_(instrument), log_(log) {}
 
     /// Lets bridge and instrument notice the faults of the bench, as every operation does.
@@ -54,7 +54,7 @@ private:
     [[nodiscard]] std::vector<Byte> receive(std::size_t wanted);
 
     Clock& clock_;
-    Bench& bench_;
+    TestBench& bench_;
     Instrument& instrument_;
     WireLog* log_;
     Noise garbage_{408};

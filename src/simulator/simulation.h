@@ -18,7 +18,7 @@ public:
     Simulation& operator=(const Simulation&) = delete;
 
     /// Signals, cables, devices and faults, to be read and changed at any time.
-    [[nodiscard]] Bench& bench() { return bench_; }
+    [[nodiscard]] TestBench& bench() { return bench_; }
 
     /// Lets the instrument notice the faults that there are now, as each operation of the bridge
     /// does: one that comes and goes between two of them leaves no trace otherwise.
@@ -41,7 +41,7 @@ public:
     void set_calibrated();
 
 private:
-    Bench bench_;
+    TestBench bench_;
     Flash flash_;
     Instrument instrument_;
     SimulatedBridge bridge_;

@@ -30,7 +30,7 @@ struct SampleReply {
 struct SweepRequest {
     std::size_t channel = 0; ///< 0 for CH1
     std::size_t points = 0;  ///< 0..`most_points`
-    bool average = false;    ///< four conversions a point: half the noise in four times the time
+    bool average = false;    ///< four conversions per point: half the noise in four times the time
     bool fast = false;       ///< "Speed opt.": half the time with twice the noise
 };
 
@@ -43,7 +43,7 @@ struct SweepRequest {
 class Sweeper {
 public:
     /// Samples what `bench` carries, with `noise` as the source of all chance.
-    Sweeper(const Bench& bench, const Flash& flash, Noise& noise)
+    Sweeper(const TestBench& bench, const Flash& flash, Noise& noise)
         : bench_(bench), noise_(noise), sampler_(bench, flash, noise) {}
 
     /// A whole sweep that starts at `start`. Its time is that of its conversions, or that of its
@@ -59,7 +59,7 @@ public:
 private:
     [[nodiscard]] std::chrono::nanoseconds moment_in(std::chrono::nanoseconds turn);
 
-    const Bench& bench_;
+    const TestBench& bench_;
     Noise& noise_;
     Sampler sampler_;
 };

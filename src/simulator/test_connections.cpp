@@ -16,9 +16,9 @@ Source clean_sine(double amplitude_mvpp) {
 
 } // namespace
 
-void connect(Bench& bench, TestConnection connection) {
+void connect(TestBench& bench, TestConnection connection) {
     if (connection == TestConnection::delivery) {
-        const Bench delivered;
+        const TestBench delivered;
         bench.sources = delivered.sources;
         bench.samplers = delivered.samplers;
         bench.triggers = delivered.triggers;
@@ -36,11 +36,11 @@ void connect(Bench& bench, TestConnection connection) {
     }
 }
 
-std::optional<TestConnection> connected(const Bench& bench) {
+std::optional<TestConnection> connected(const TestBench& bench) {
     for (const TestConnection connection :
          {TestConnection::delivery, TestConnection::sine_200mv_ch1, TestConnection::sine_200mv_ch2,
           TestConnection::sine_1v_ch1, TestConnection::sine_1v_ch2, TestConnection::inputs_open}) {
-        Bench wanted = bench;
+        TestBench wanted = bench;
         connect(wanted, connection);
         if (wanted.sources == bench.sources && wanted.samplers == bench.samplers &&
             wanted.triggers == bench.triggers) {

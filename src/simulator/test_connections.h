@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "simulator/bench.h"
+#include "simulator/test_bench.h"
 
 namespace kv408::simulator {
 
@@ -18,10 +18,9 @@ enum class TestConnection {
 
 /// Connects `connection`: sets signal 1, which is then a clean generator without noise and jitter,
 /// and the cables. Errors and faults stay.
-void connect(Bench& bench, TestConnection connection);
+void connect(TestBench& bench, TestConnection connection);
 
-/// The connection that the signals and cables of `bench` are those of; none where they are of the
-/// user's own making.
-[[nodiscard]] std::optional<TestConnection> connected(const Bench& bench);
+/// The connection that the signals and cables of `bench` match; none where the user has set others.
+[[nodiscard]] std::optional<TestConnection> connected(const TestBench& bench);
 
 } // namespace kv408::simulator

@@ -11,7 +11,7 @@ namespace {
 
 using std::chrono::nanoseconds;
 
-// The simulation's signals start anew after so many seconds: this keeps the number of a period
+// The simulation's signals start anew after this many seconds: this keeps the number of a period
 // exact in a double for every frequency up to some terahertz.
 constexpr nanoseconds repetition = std::chrono::seconds(1000);
 
@@ -94,7 +94,8 @@ nanoseconds TriggerEvents::time_of(const TriggerEvent& event, nanoseconds near) 
            nanoseconds(static_cast<std::int64_t>(std::ceil(seconds * 1e9)));
 }
 
-std::optional<TriggerEvents> find_triggers(const Bench& bench, const TriggerSettings& settings) {
+std::optional<TriggerEvents> find_triggers(const TestBench& bench,
+                                           const TriggerSettings& settings) {
     const InputSignal input = trigger_signal(bench, settings.input);
     const Source& signal = input.signal;
     if (bench.faults.no_trigger || input.generator == nullptr || !alternates(signal) ||

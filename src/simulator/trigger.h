@@ -18,8 +18,8 @@ struct TriggerEvent {
     /// exact in a double.
     Phase phase;
     std::int64_t edge = 0;  ///< that triggered, as `edge_at` counts
-    double jitter_ps = 0.0; ///< so much later that edge came
-    double late_ps = 0.0;   ///< so much later the trigger came, by jitter and noise
+    double jitter_ps = 0.0; ///< delay of that edge by jitter
+    double late_ps = 0.0;   ///< delay of the trigger by jitter and noise
 };
 
 /// Where a signal is crossed.
@@ -60,7 +60,7 @@ private:
 /// signal, when the signal does not reach the level after having been beyond the level by the
 /// hysteresis on the other side, when crossings are farther apart than the time-out, or when the
 /// bench's fault suppresses the trigger.
-[[nodiscard]] std::optional<TriggerEvents> find_triggers(const Bench& bench,
+[[nodiscard]] std::optional<TriggerEvents> find_triggers(const TestBench& bench,
                                                          const TriggerSettings& settings);
 
 /// The phase of `generator` at the moment of `event`, jitter and noise apart: exact for the one

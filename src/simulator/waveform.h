@@ -1,6 +1,6 @@
 #pragma once
 
-#include "simulator/bench.h"
+#include "simulator/test_bench.h"
 
 #include <cstdint>
 
@@ -31,7 +31,7 @@ struct Phase {
 /// Whether random data rises, or else falls, where bit `bit` begins.
 [[nodiscard]] bool data_turn(std::int64_t bit, bool rising);
 
-/// The longest way from one such turn to the next, bits.
+/// The longest distance from one such edge to the next, bits.
 [[nodiscard]] int longest_gap_of_data(bool rising);
 
 /// Whether the source repeats: it has a shape, an amplitude above 0 and a finite frequency above 0.

@@ -16,7 +16,7 @@ void DataWatch::take_set_up(Time now) {
 }
 
 void DataWatch::take_point(Time now, int index) {
-    pass_takes_ = (now - pass_began_) * points_a_pass / index;
+    pass_takes_ = (now - pass_began_) * points_per_pass / index;
 }
 
 void DataWatch::look(Time now, const Doing& doing) {

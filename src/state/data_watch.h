@@ -11,7 +11,7 @@ public:
     using Time = std::chrono::nanoseconds;
 
     /// Points of a point-by-point pass.
-    static constexpr int points_a_pass = 640;
+    static constexpr int points_per_pass = 640;
 
     /// What the acquisition is doing.
     struct Doing {

@@ -7,7 +7,7 @@
 namespace kv408 {
 
 /// Level codes that one step of the adjust wheel changes.
-inline constexpr std::int32_t codes_a_wheel_step = 4;
+inline constexpr std::int32_t codes_per_wheel_step = 4;
 
 /// A trigger as the instrument acknowledged it.
 struct TriggerSetting {

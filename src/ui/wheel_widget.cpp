@@ -19,7 +19,7 @@ namespace {
 constexpr int wheel_height = 32;
 constexpr int least_width = 120;
 constexpr int inset = 3;           ///< of the ribs from the upper and the lower edge
-constexpr int steps_a_page = 10;   ///< of Page Up and Page Down
+constexpr int steps_per_page = 10; ///< of Page Up and Page Down
 constexpr int end_alpha = 140;     ///< of black, where the cylinder turns away
 constexpr double end_width = 0.22; ///< part of the width on either side that turns away
 
@@ -104,9 +104,9 @@ void WheelWidget::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_Down:
         return turn(-1);
     case Qt::Key_PageUp:
-        return turn(steps_a_page);
+        return turn(steps_per_page);
     case Qt::Key_PageDown:
-        return turn(-steps_a_page);
+        return turn(-steps_per_page);
     case Qt::Key_Home:
         return turn_to(wheel_.Min());
     case Qt::Key_End:

@@ -242,7 +242,7 @@ void Soak::begin() {
 }
 
 void Soak::close_device() {
-    simulator::Bench& bench = simulation_.bench();
+    simulator::TestBench& bench = simulation_.bench();
     const simulator::Faults faults = std::exchange(bench.faults, {.unplugged = true});
     const auto planned = std::exchange(bench.planned_faults, std::nullopt);
     simulation_.bridge().count_devices();

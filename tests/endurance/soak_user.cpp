@@ -316,7 +316,7 @@ const char* SoakUser::to_the_cables() {
 }
 
 const char* SoakUser::to_the_instrument() {
-    simulator::Bench& bench = simulation_.bench();
+    simulator::TestBench& bench = simulation_.bench();
     if (chance_.in(10)) {
         // Nobody switches it on again in less than two seconds.
         bench.faults = {.no_power = true};

@@ -22,7 +22,7 @@ using std::chrono::milliseconds;
 constexpr milliseconds longest_action{40000};
 /// Each of the 1280 points of a pass may come just before its time-out.
 constexpr milliseconds longest_pass = 1280 * milliseconds(1001);
-/// A pass takes two operations a point.
+/// A pass takes two operations per point.
 constexpr int most_operations = 3000;
 constexpr int most_actions = 40;
 

@@ -61,7 +61,7 @@ Findings check_qt(const SourceTree& tree) {
     Findings findings;
     for (const SourceFile& file : tree) {
         const std::string folder = folder_of(file.path, "src") + folder_of(file.path, "tests");
-        if (!is_code(file.path) || folder.empty() || folder == "ui") {
+        if (!is_code(file.path) || folder.empty() || folder == "ui" || folder == "demo") {
             continue;
         }
         const std::vector<std::string> lines = lines_of(file.text);

@@ -65,6 +65,7 @@ TEST(HouseRules, QtIsFoundOutsideTheWindow) {
         EXPECT_THAT(check_qt({{"src/panel/a.h", text}}), ElementsAre(HasSubstr("src/panel/a.h:1")));
         EXPECT_THAT(check_qt({{"tests/panel/a.cpp", text}}), SizeIs(1));
         EXPECT_THAT(check_qt({{"src/ui/a.h", text}, {"tests/ui/a.cpp", text}}), IsEmpty());
+        EXPECT_THAT(check_qt({{"src/demo/a.h", text}, {"tests/demo/a.cpp", text}}), IsEmpty());
     }
 }
 

@@ -1,5 +1,6 @@
 #include "link/power_watch.h"
 
+#include <random>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -153,6 +154,28 @@ TEST(PowerWatch, WhoIsSlowIsSetUpOnce) {
             EXPECT_FALSE(watched.reply()) << apart;
         }
     }
+}
+
+TEST(PowerWatch, ASilenceBringsOneSetUpAtMostAndTheReplyAfterItIsShown) {
+    std::mt19937 chance(17);
+    WatchedPower watched;
+    int silences = 0;
+    int set_ups = 0;
+    bool just_set_up = false;
+    for (int reply = 0; reply < 5000; ++reply) {
+        const auto apart = milliseconds(100 * (chance() % 40));
+        silences += apart >= PowerWatch::shortest_off ? 1 : 0;
+        watched.ask_in_vain(apart);
+        const bool back = watched.reply(milliseconds(60));
+        ASSERT_FALSE(just_set_up && back) << "reply " << reply;
+        just_set_up = back;
+        if (back) {
+            ++set_ups;
+            watched.set_up();
+        }
+        ASSERT_LE(set_ups, silences) << "reply " << reply;
+    }
+    EXPECT_GT(set_ups, silences / 4);
 }
 
 TEST(PowerWatch, WhoIsNotSlowAfterAllMayHaveBeenOffASecondTime) {

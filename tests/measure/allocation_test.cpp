@@ -42,8 +42,8 @@ TEST(Allocation, ThePassTakesNoneWhateverTheSweep) {
         for (std::size_t channel = 0; channel < 2; ++channel) {
             MeasurementRecord& record = state.measresults[channel];
             const SweepFindings found = pass_over(samples[channel], record);
-            calcpulsetimes(state, static_cast<int>(channel) + 1, found.crossings.found(),
-                           found.rises.found(), found.falls.found());
+            calcpulsetimes(record, found.crossings.found(), found.rises.found(),
+                           found.falls.found());
             record[meas::vmax] = found.maximum;
             record[meas::vmin] = found.minimum;
             record[meas::vpp] = found.maximum - found.minimum;

@@ -23,7 +23,7 @@ struct MeasureRig {
         }
     }
 
-    /// Measures `times` sweeps at `samplerate` columns a second.
+    /// Measures `times` sweeps at `samplerate` columns per second.
     void measure(int times = 1) {
         for (int time = 0; time < times; ++time) {
             measure_sweep(sweep_of(samples, samplerate), state);

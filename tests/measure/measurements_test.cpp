@@ -99,15 +99,16 @@ TEST(ResultsPanel, EveryMeasurementIsMarkedAtItsPlaces) {
             const auto place = static_cast<double>(10 * line.marked);
             AnnotationMarks expected;
             if (line.in_time) {
-                expected.mark = {{{annomarkrect1(rig.channels, rig.samples, place + 1.0),
-                                   annomarkrect1(rig.channels, rig.samples, place + 2.0)},
-                                  {annomarkrect2(rig.channels, rig.samples, place + 3.0),
-                                   annomarkrect2(rig.channels, rig.samples, place + 4.0)}}};
+                expected.mark = {
+                    {{annomarkrect(rig.channels[ch1], rig.samples[ch1], place + 1.0),
+                      annomarkrect(rig.channels[ch1], rig.samples[ch1], place + 2.0)},
+                     {annomarkrect(rig.channels[ch2], rig.samples[ch2], place + 3.0),
+                      annomarkrect(rig.channels[ch2], rig.samples[ch2], place + 4.0)}}};
             } else {
-                expected.mark = {{{annolevelline1(rig.channels, place + 1.0),
-                                   annolevelline1(rig.channels, place + 2.0)},
-                                  {annolevelline2(rig.channels, place + 3.0),
-                                   annolevelline2(rig.channels, place + 4.0)}}};
+                expected.mark = {{{annolevelline(rig.channels[ch1], place + 1.0),
+                                   annolevelline(rig.channels[ch1], place + 2.0)},
+                                  {annolevelline(rig.channels[ch2], place + 3.0),
+                                   annolevelline(rig.channels[ch2], place + 4.0)}}};
             }
             EXPECT_EQ(rig.marks.mark, expected.mark) << line.name;
             const MarkKind kind = line.in_time ? MarkKind::dots : MarkKind::lines;
@@ -283,7 +284,7 @@ TEST(AnnotationBoxes, PressingMeasuresShowsAndDraws) {
     EXPECT_EQ(rig.row(1), (Row{"*", "Vmax", "250.0mV ", "0.000V "}));
     EXPECT_EQ(rig.row(0)[0], "");
     EXPECT_EQ(rig.screen.calls, (std::vector<std::string>{"draw 255"}));
-    // The pixels a millivolt are 1.28 at start-up: 320 rows above the centre.
+    // The pixels per millivolt are 1.28 at start-up: 320 rows above the centre.
     EXPECT_EQ(when_drawn.mark[ch1][0], (AnnotationGeometry{{{1, -64}, {639, -64}}}));
     press(rig, 1, false);
     EXPECT_EQ(rig.row(1)[0], "");
@@ -312,7 +313,7 @@ TEST(AnnotationBoxes, OfSeveralCheckedFromCodeTheHighestIsMarked) {
     EXPECT_EQ(checked_boxes(rig), (std::vector<bool>{true, true, false}));
     EXPECT_EQ(rig.row(0)[0], "*");
     EXPECT_EQ(rig.row(1)[0], "*");
-    EXPECT_EQ(rig.marks.mark[ch1][0], annolevelline1(rig.channels, 11.0));
+    EXPECT_EQ(rig.marks.mark[ch1][0], annolevelline(rig.channels[ch1], 11.0));
 }
 
 } // namespace

@@ -5,18 +5,16 @@
 
 #include <gtest/gtest.h>
 
-#include "state/channel_state.h"
-
 namespace kv408 {
 namespace {
 
 using Ends = std::vector<double>;
 
-/// The record of CH1 with these crossings and edges.
+/// A record with these crossings and edges.
 MeasurementRecord timed(const Ends& crossings, const Ends& rises = {}, const Ends& falls = {}) {
-    MeasurementState state;
-    calcpulsetimes(state, 1, crossings, rises, falls);
-    return state.measresults[ch1];
+    MeasurementRecord record = {};
+    calcpulsetimes(record, crossings, rises, falls);
+    return record;
 }
 
 TEST(PulseTimes, WidthsAreMeansFromOneCrossingToTheNext) {
@@ -65,20 +63,16 @@ TEST(PulseTimes, AnEndWithoutItsPartnerDoesNotCount) {
     EXPECT_EQ(record[meas::fall], 3.0);
 }
 
-TEST(PulseTimes, OnlyTheFourTimesOfTheChannelChange) {
-    MeasurementState state;
-    for (MeasurementRecord& record : state.measresults) {
-        record.fill(7.0);
-    }
-    calcpulsetimes(state, 2, Ends{10.0, -20.0, 50.0}, Ends{1.0, 2.0}, Ends{3.0, 5.0});
-    MeasurementRecord expected = {};
-    expected.fill(7.0);
-    EXPECT_EQ(state.measresults[ch1], expected);
+TEST(PulseTimes, OnlyTheFourTimesChange) {
+    MeasurementRecord record = {};
+    record.fill(7.0);
+    MeasurementRecord expected = record;
+    calcpulsetimes(record, Ends{10.0, -20.0, 50.0}, Ends{1.0, 2.0}, Ends{3.0, 5.0});
     expected[meas::rise] = 1.0;
     expected[meas::fall] = 2.0;
     expected[meas::pulse_high] = 10.0;
     expected[meas::pulse_low] = 30.0;
-    EXPECT_EQ(state.measresults[ch2], expected);
+    EXPECT_EQ(record, expected);
 }
 
 } // namespace

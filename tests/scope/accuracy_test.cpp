@@ -75,7 +75,7 @@ double division_s(const TimeBaseRow& row) {
 struct VoltsRow {
     std::string text;
     double millivolts;
-    double codes_a_millivolt;
+    double codes_per_millivolt;
 };
 
 const std::array<VoltsRow, 6> volts_rows = {{{"0.5V", 500, 2},
@@ -116,7 +116,7 @@ void check(const TimeBaseRow& row, const VoltsRow& volts) {
         const double delay_ps =
             row.pointmode ? point_delay_ps(row, point) : block_delay_ps(row, point);
         // Half a code of quantisation.
-        const double tolerance = 0.51 / volts.codes_a_millivolt;
+        const double tolerance = 0.51 / volts.codes_per_millivolt;
         const auto place = static_cast<std::size_t>(point);
         const double second =
             sines[1].amplitude_mvpp / 2 *
@@ -141,7 +141,7 @@ TEST(Accuracy, EveryTimeBaseAndVoltsPerDivisionReturnsTheSignal) {
 
 TEST(Accuracy, WithNoiseTheMeanAndTheSpreadAreThoseOfTheInstrument) {
     Program program(false);
-    simulator::Bench& bench = program.simulation.bench();
+    simulator::TestBench& bench = program.simulation.bench();
     bench.sources[0] = {.kind = SignalKind::sine, .amplitude_mvpp = 400.0, .frequency_hz = 10e6};
     bench.sampler_noise_codes = 2.0;
     bench.samplers[1] = simulator::SamplerRoute::disconnected;

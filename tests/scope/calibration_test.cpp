@@ -122,7 +122,7 @@ TEST(CalibrationOnTheInstrument, AFlatLineAndASingleEdgeHaveNoFrequency) {
         Calibrated program;
         program.open();
         CalibrationForm& form = program.form();
-        simulator::Bench& bench = program.simulation.bench();
+        simulator::TestBench& bench = program.simulation.bench();
         connect(bench, TestConnection::sine_1v_ch1);
         silence(bench);
         program.press(form.cmdsetforcalhscale);

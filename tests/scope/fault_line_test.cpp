@@ -71,7 +71,7 @@ TEST_P(LineFaults, EachAllThrough) {
         ++expected;
         SCOPED_TRACE(scenario.name + ": " + fault.name);
         const Outcome outcome = FaultRun(scenario).run(
-            [&](simulator::Bench& bench) { fault.set(bench.faults); }, ticks_more);
+            [&](simulator::TestBench& bench) { fault.set(bench.faults); }, ticks_more);
         EXPECT_EQ(outcome == Outcome::ended, scenario.name == "ShutDown");
         tally.count(fault.name, outcome);
         if (HasFailure()) {

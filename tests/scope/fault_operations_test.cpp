@@ -196,7 +196,7 @@ public:
         fault += ' ';
         fault += kind_names.at(number);
         SCOPED_TRACE(scenario_.name + ", operation " + std::to_string(index) + ": " + fault);
-        const auto break_it = [&](simulator::Bench& bench) {
+        const auto break_it = [&](simulator::TestBench& bench) {
             bench.planned_faults = plan(kind, static_cast<int>(index), place.operation);
         };
         const Outcome outcome =

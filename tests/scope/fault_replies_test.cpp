@@ -144,7 +144,7 @@ public:
         fault += damage.name;
         SCOPED_TRACE(scenario_.name + ", number " + std::to_string(occurrence) + " of " + fault);
         const bool check = scenario_.name == "StartUp" && code == 8 && occurrence == 0;
-        const Outcome outcome = FaultRun(scenario_).run([&](simulator::Bench& bench) {
+        const Outcome outcome = FaultRun(scenario_).run([&](simulator::TestBench& bench) {
             ReplyFault& planned = bench.faults.replies[static_cast<Byte>(code)];
             planned = damage.fault;
             planned.after = occurrence;

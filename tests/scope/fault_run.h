@@ -59,7 +59,7 @@ private:
 /// One run of a scenario with something broken.
 class FaultRun {
 public:
-    using Injection = std::function<void(simulator::Bench&)>;
+    using Injection = std::function<void(simulator::TestBench&)>;
 
     explicit FaultRun(const FaultScenario& scenario) : scenario_(scenario) {
         program_.boxes.on_show = [this](const Message& message) { answer(message); };
@@ -122,10 +122,10 @@ private:
     }
 
     void mend() {
-        simulator::Bench& bench = program_.simulation.bench();
+        simulator::TestBench& bench = program_.simulation.bench();
         bench.faults = {};
         bench.planned_faults.reset();
-        bench.triggers = simulator::Bench{}.triggers;
+        bench.triggers = simulator::TestBench{}.triggers;
     }
 
     void do_steps() {

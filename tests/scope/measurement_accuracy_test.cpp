@@ -15,11 +15,11 @@ namespace {
 /// Whether `value` is as close as it has to be. Vpp takes in the noise of both its ends; at
 /// 10mV/div, six codes a millivolt, that alone may be more than 1 % of the screen.
 testing::AssertionResult agrees(const MeasuredValue& value, const VoltsCell& volts) {
-    constexpr double codes_a_millivolt = 6.0;
+    constexpr double codes_per_millivolt = 6.0;
     constexpr double most_noise_codes = 2 * 4.5;
     const bool noise_counts = value.name == "Vpp" && volts.text == "10mV";
     if (noise_counts ? value.value > value.truth &&
-                           value.value < value.truth + most_noise_codes / codes_a_millivolt
+                           value.value < value.truth + most_noise_codes / codes_per_millivolt
                      : value.holds()) {
         return testing::AssertionSuccess();
     }

@@ -19,7 +19,7 @@ using std::chrono::nanoseconds;
 
 using Arguments = std::array<int, 5>;
 
-/// The serial port: ten bits a byte at 833000 baud.
+/// The serial port: ten bits per byte at 833000 baud.
 inline constexpr double byte_us = 10.0e6 / 833000.0;
 
 /// A frame as the protocol builds it: 4, command, arguments, low byte of their sum.
@@ -50,7 +50,7 @@ protected:
         EXPECT_EQ(bridge().set_speed(833000), bridge_success);
     }
 
-    Bench& bench() { return simulation_.bench(); }
+    TestBench& bench() { return simulation_.bench(); }
     Bridge& bridge() { return simulation_.bridge(); }
 
     /// Takes everything random and every error out.

@@ -35,10 +35,10 @@ protected:
     }
 
     /// Vpp in millivolts as the program sees it.
-    double vpp(int channel, double codes_a_mv) {
+    double vpp(int channel, double codes_per_mv) {
         const auto codes = sweep(channel);
         const auto [least, most] = std::minmax_element(codes.begin(), codes.end());
-        return (*most - *least) / codes_a_mv;
+        return (*most - *least) / codes_per_mv;
     }
 
     /// Frequency on CH1, hertz, from the rising crossings of a block of nominal resolution.
@@ -59,9 +59,9 @@ protected:
 
 struct Place {
     int channel;
-    int range;         // 1 high, 2 low, as the gain command codes them
-    int index;         // of the offset in the record; the gain is four further
-    double codes_a_mv; // 6 high, 2 low
+    int range;           // 1 high, 2 low, as the gain command codes them
+    int index;           // of the offset in the record; the gain is four further
+    double codes_per_mv; // 6 high, 2 low
 };
 
 constexpr std::array<Place, 4> places = {Place{1, 2, 0, 2.0}, Place{1, 1, 1, 6.0},
@@ -71,9 +71,9 @@ TEST_F(Calibration, OffsetsOfDeliveryAreTwentyCodesAndAreRemoved) {
     bench().samplers = {SamplerRoute::disconnected, SamplerRoute::disconnected};
     for (const Place& place : places) {
         set_gain(place.range, place.range);
-        const double mean_mv = (mean_code(sweep(place.channel)) - 2048.0) / place.codes_a_mv;
-        EXPECT_NEAR(std::abs(mean_mv * place.codes_a_mv), 20.0, 0.5) << place.index;
-        const int correction = static_cast<int>(std::nearbyint(mean_mv * place.codes_a_mv));
+        const double mean_mv = (mean_code(sweep(place.channel)) - 2048.0) / place.codes_per_mv;
+        EXPECT_NEAR(std::abs(mean_mv * place.codes_per_mv), 20.0, 0.5) << place.index;
+        const int correction = static_cast<int>(std::nearbyint(mean_mv * place.codes_per_mv));
         set_record(place.index, record(place.index) - correction);
         EXPECT_EQ(sweep(place.channel), std::vector<int>(650, 2048)) << place.index;
     }
@@ -85,12 +85,12 @@ TEST_F(Calibration, GainsOfDeliveryAreThreePercentOffAndAreRemoved) {
         const double expected = place.range == 1 ? 200.0 : 1000.0;
         bench().sources[0].amplitude_mvpp = expected;
         set_gain(place.range, place.range);
-        const double measured = std::nearbyint(vpp(place.channel, place.codes_a_mv));
+        const double measured = std::nearbyint(vpp(place.channel, place.codes_per_mv));
         EXPECT_NEAR(std::abs(measured / expected - 1.0), 0.03, 0.004) << place.index;
         const double ratio = expected / measured;
         const int index = place.index + 4;
         set_record(index, static_cast<int>(std::nearbyint(record(index) * ratio)));
-        EXPECT_NEAR(vpp(place.channel, place.codes_a_mv), expected, 0.003 * expected)
+        EXPECT_NEAR(vpp(place.channel, place.codes_per_mv), expected, 0.003 * expected)
             << place.index;
     }
 }

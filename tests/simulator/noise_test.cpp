@@ -100,7 +100,7 @@ TEST_F(SweepNoise, ASignalBringsItsOwn) {
     bench().sources[0].noise_mv = 4.0;
     set_resolution(1);
     set_offset(1, 25000 - 325);                                 // the top of the sine
-    EXPECT_NEAR(of_sweep(1, false, false).deviation, 8.0, 0.8); // 2 codes a mV
+    EXPECT_NEAR(of_sweep(1, false, false).deviation, 8.0, 0.8); // 2 codes per mV
     EXPECT_NEAR(of_sweep(1, true, false).deviation, 4.0, 0.4);
     bench().samplers[0] = SamplerRoute::via_trigger;
     EXPECT_NEAR(of_sweep(1, false, false).deviation, 4.0, 0.4);

@@ -19,8 +19,8 @@ protected:
 
     /// A sine's code at `picoseconds` after it rose through its middle, before clipping.
     static double sine_code(double amplitude_mvpp, double frequency_hz, double picoseconds,
-                            double codes_a_mv) {
-        return 2048.0 + codes_a_mv * amplitude_mvpp / 2.0 *
+                            double codes_per_mv) {
+        return 2048.0 + codes_per_mv * amplitude_mvpp / 2.0 *
                             std::sin(2.0 * std::numbers::pi * frequency_hz * picoseconds * 1e-12);
     }
 

@@ -8,7 +8,7 @@ namespace {
 /// A simulation whose device is not open yet.
 class Listing : public ::testing::Test {
 protected:
-    Bench& bench() { return simulation_.bench(); }
+    TestBench& bench() { return simulation_.bench(); }
     Bridge& bridge() { return simulation_.bridge(); }
 
     std::uint32_t devices() {
@@ -177,7 +177,7 @@ TEST_F(OpenBridge, OpeningStartsAt9600BaudWithAnEmptyQueue) {
     EXPECT_EQ(waiting(), 0U);
     const double start = now_us();
     send(31, {0, 0, 0, 5, 0});
-    EXPECT_NEAR(now_us() - start, 80.0e6 / 9600.0, 0.01); // ten bits a byte
+    EXPECT_NEAR(now_us() - start, 80.0e6 / 9600.0, 0.01); // ten bits per byte
     EXPECT_EQ(simulation_.settings().resolution_ps, 9);
     EXPECT_EQ(bridge().set_speed(0), bridge_failed);
 }
@@ -231,7 +231,7 @@ TEST_F(OpenBridge, TheLogTellsOperationsAndFrames) {
 }
 
 TEST_F(OpenBridge, TheFirstPictureShowsBothSignals) {
-    // As delivered, with the trigger at 0 mV and 20 ns a division in low gain.
+    // As delivered, with the trigger at 0 mV and 20 ns per division in low gain.
     set_trigger(0, 1);
     set_gain(2, 2);
     set_resolution(313);
@@ -239,7 +239,7 @@ TEST_F(OpenBridge, TheFirstPictureShowsBothSignals) {
         const auto codes = sweep(channel);
         ASSERT_EQ(codes.size(), 650U);
         const auto [least, most] = std::minmax_element(codes.begin(), codes.end());
-        // 400 and 300 mVpp at two codes a millivolt, about 3 % off, with some noise.
+        // 400 and 300 mVpp at two codes per millivolt, about 3 % off, with some noise.
         EXPECT_NEAR(*most - *least, channel == 1 ? 800 : 600, 50);
         EXPECT_EQ(*most < 4095 && *least > 0, true);
     }

@@ -16,7 +16,7 @@ class TestConnections : public testing::TestWithParam<Case> {};
 
 TEST_P(TestConnections, BringACleanSineToTriggerAndSampler) {
     const Case& expected = GetParam();
-    Bench bench;
+    TestBench bench;
     bench.sources[0].kind = SignalKind::pulse;
     bench.sources[0].offset_mv = 30.0;
     bench.sources[0].noise_mv = 5.0;
@@ -49,10 +49,10 @@ INSTANTIATE_TEST_SUITE_P(
                          SamplerRoute::disconnected}));
 
 TEST(ConnectionOfDelivery, ComesBack) {
-    Bench bench;
+    TestBench bench;
     connect(bench, TestConnection::sine_200mv_ch2);
     connect(bench, TestConnection::delivery);
-    const Bench delivered;
+    const TestBench delivered;
     EXPECT_EQ(bench.samplers, delivered.samplers);
     EXPECT_EQ(bench.triggers, delivered.triggers);
     EXPECT_EQ(bench.sources[0].amplitude_mvpp, delivered.sources[0].amplitude_mvpp);

@@ -34,41 +34,41 @@ protected:
         return std::sqrt(squares / count - sum / count * (sum / count));
     }
 
-    // Where they cross 0 V: 6 codes a mV, pi * 400 mV * 10 MHz and pi * 300 mV * 50 MHz.
-    static constexpr double codes_a_ps_1 = 6.0 * 3.14159265 * 400.0 * 10.0e6 * 1e-12;
-    static constexpr double codes_a_ps_2 = 6.0 * 3.14159265 * 300.0 * 50.0e6 * 1e-12;
+    // Where they cross 0 V: 6 codes per mV, pi * 400 mV * 10 MHz and pi * 300 mV * 50 MHz.
+    static constexpr double codes_per_ps_1 = 6.0 * 3.14159265 * 400.0 * 10.0e6 * 1e-12;
+    static constexpr double codes_per_ps_2 = 6.0 * 3.14159265 * 300.0 * 50.0e6 * 1e-12;
 };
 
 TEST_F(TriggerJitter, MovesTheOtherChannelAndNotTheEdgeThatTriggers) {
     bench().sources[0].jitter_ps = 200.0;
-    EXPECT_NEAR(deviation(2, 0) / codes_a_ps_2, 200.0, 20.0);
-    EXPECT_LT(deviation(1, 0) / codes_a_ps_1, 7.0); // half a code
+    EXPECT_NEAR(deviation(2, 0) / codes_per_ps_2, 200.0, 20.0);
+    EXPECT_LT(deviation(1, 0) / codes_per_ps_1, 7.0); // half a code
     // However far away: the trigger moves the whole trace.
-    EXPECT_NEAR(deviation(2, 100000) / codes_a_ps_2, 200.0, 20.0);
+    EXPECT_NEAR(deviation(2, 100000) / codes_per_ps_2, 200.0, 20.0);
 }
 
 TEST_F(TriggerJitter, OfAnotherEdgeOfTheTriggerSignalIsThatOfBothEdges) {
     bench().sources[0].jitter_ps = 200.0;
-    EXPECT_NEAR(deviation(1, 50000) / codes_a_ps_1, 200.0 * std::sqrt(2.0), 28.0);
-    EXPECT_NEAR(deviation(1, 100000) / codes_a_ps_1, 200.0 * std::sqrt(2.0), 28.0);
-    EXPECT_NEAR(deviation(1, -50000) / codes_a_ps_1, 200.0 * std::sqrt(2.0), 28.0);
+    EXPECT_NEAR(deviation(1, 50000) / codes_per_ps_1, 200.0 * std::sqrt(2.0), 28.0);
+    EXPECT_NEAR(deviation(1, 100000) / codes_per_ps_1, 200.0 * std::sqrt(2.0), 28.0);
+    EXPECT_NEAR(deviation(1, -50000) / codes_per_ps_1, 200.0 * std::sqrt(2.0), 28.0);
 }
 
 TEST_F(TriggerJitter, AddsToThatOfTheChannel) {
     bench().sources[0].jitter_ps = 200.0;
     bench().sources[1].jitter_ps = 100.0;
-    EXPECT_NEAR(deviation(2, 0) / codes_a_ps_2, std::hypot(200.0, 100.0), 22.0);
+    EXPECT_NEAR(deviation(2, 0) / codes_per_ps_2, std::hypot(200.0, 100.0), 22.0);
     // Triggered on the other signal it is the other way round.
     set_trigger(0, 21);
-    EXPECT_LT(deviation(2, 0) / codes_a_ps_2, 2.0);
+    EXPECT_LT(deviation(2, 0) / codes_per_ps_2, 2.0);
     bench().sources[0].frequency_hz = 50.0e6; // five times as steep
-    EXPECT_NEAR(deviation(1, 0) / (5.0 * codes_a_ps_1), std::hypot(200.0, 100.0), 22.0);
+    EXPECT_NEAR(deviation(1, 0) / (5.0 * codes_per_ps_1), std::hypot(200.0, 100.0), 22.0);
 }
 
 TEST_F(TriggerJitter, DoesNotShowAtTheTriggerOutputEither) {
     bench().sources[0].jitter_ps = 200.0;
     bench().samplers[1] = SamplerRoute::trigger_output;
-    EXPECT_LT(deviation(2, 0) / codes_a_ps_1, 7.0);
+    EXPECT_LT(deviation(2, 0) / codes_per_ps_1, 7.0);
 }
 
 TEST_F(TriggerJitter, OfTheClockIsThatOfItsData) {
@@ -92,15 +92,15 @@ TEST_F(TriggerJitter, OfTheClockIsThatOfItsData) {
     EXPECT_LT(spread_of_rises(0), 1.0);
     EXPECT_GT(spread_of_rises(100000), 10.0);
     // Another signal shows the whole of it.
-    EXPECT_NEAR(deviation(2, 0) / codes_a_ps_2, 200.0, 20.0);
+    EXPECT_NEAR(deviation(2, 0) / codes_per_ps_2, 200.0, 20.0);
 }
 
 TEST_F(TriggerJitter, ComesOfNoiseBySlope) {
     // 4 mV at pi * 400 mV * 10 MHz = 0.01257 mV/ps are 318 ps.
     bench().sources[0].noise_mv = 4.0;
-    EXPECT_NEAR(deviation(2, 0) / codes_a_ps_2, 318.0, 32.0);
+    EXPECT_NEAR(deviation(2, 0) / codes_per_ps_2, 318.0, 32.0);
     set_trigger(0, 2);
-    EXPECT_NEAR(deviation(2, 0) / codes_a_ps_2, 318.0, 32.0);
+    EXPECT_NEAR(deviation(2, 0) / codes_per_ps_2, 318.0, 32.0);
     // Without a slope there is nothing to move along.
     bench().sources[0].kind = SignalKind::square;
     set_trigger(0, 1);
@@ -128,7 +128,7 @@ TEST_F(TriggerJitter, MovesSinglePointsToo) {
         const double off = words(read(2)).at(0) - 2048.0;
         squares += off * off;
     }
-    EXPECT_NEAR(std::sqrt(squares / 650.0) / codes_a_ps_2, 200.0, 20.0);
+    EXPECT_NEAR(std::sqrt(squares / 650.0) / codes_per_ps_2, 200.0, 20.0);
 }
 
 } // namespace

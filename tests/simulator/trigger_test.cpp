@@ -156,7 +156,7 @@ TEST_F(Trigger, ABlockTakesAsLongAsItsTriggers) {
     EXPECT_NEAR(waiting(), 400.0, 4.0);
     EXPECT_EQ(words(read(1300)).size(), 650U);
     EXPECT_NEAR(now_us() - start, 650 * 500.0, 600.0);
-    // Four triggers a point with averaging.
+    // Four triggers per point with averaging.
     const double averaged = now_us();
     EXPECT_EQ(bridge().set_time_out(2000), bridge_success);
     EXPECT_EQ(sweep(1, true).size(), 650U);

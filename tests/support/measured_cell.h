@@ -30,7 +30,7 @@ namespace kv408 {
 /// A V/div setting.
 struct VoltsCell {
     std::string_view text;
-    double millivolts; ///< a division
+    double millivolts; ///< per division
 };
 
 inline constexpr std::array<VoltsCell, 6> volts_cells = {

@@ -9,7 +9,7 @@
 
 namespace kv408 {
 
-/// Writes pictures of at most 256 colours as PNG files: a byte a pixel, packed by run lengths
+/// Writes pictures of at most 256 colours as PNG files: one byte per pixel, packed by run lengths
 /// alone. The same picture always gives the same bytes.
 class PngWriter {
 public:
@@ -18,7 +18,7 @@ public:
         PngWriter writer;
         const std::size_t height = pixels.size() / width;
         std::string header = number(width) + number(height);
-        header.append({8, 3, 0, 0, 0}); // eight bits a pixel, by a palette
+        header.append({8, 3, 0, 0, 0}); // eight bits per pixel, by a palette
         const std::string rows = writer.pack_rows(pixels, width);
         std::string palette;
         for (const std::uint32_t colour : writer.palette_) {

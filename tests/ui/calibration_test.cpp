@@ -9,9 +9,9 @@
 
 #include "box_answers.h"
 #include "cut_off.h"
+#include "demo/test_bench_window.h"
 #include "program_on_bench.h"
 #include "simulator/test_connections.h"
-#include "ui/bench_window.h"
 #include "ui/look.h"
 
 namespace kv408::ui {
@@ -313,7 +313,7 @@ void expect_corrected(simulator::Simulation& simulation) {
 void CalibrationTest::the_whole_calibration_by_its_buttons() {
     apply_look(Look::dark);
     CalibrationOnBench on;
-    BenchWindow bench(on.simulation.bench());
+    TestBenchWindow bench(on.simulation.bench());
     QVERIFY(on.open());
     BoxAnswers answers;
     struct Step {

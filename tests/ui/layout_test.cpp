@@ -13,9 +13,9 @@
 #include <QToolButton>
 
 #include "cut_off.h"
+#include "demo/test_bench_window.h"
 #include "program_on_bench.h"
 #include "state/plot_geometry.h"
-#include "ui/bench_window.h"
 #include "ui/colours.h"
 #include "ui/look.h"
 #include "ui/marker.h"
@@ -347,8 +347,8 @@ void LayoutTest::texts_stand_out_from_their_ground() {
 void LayoutTest::the_bench_window_is_whole() {
     for (const Look look : {Look::dark, Look::light}) {
         apply_look(look);
-        simulator::Bench bench;
-        BenchWindow window(bench);
+        simulator::TestBench bench;
+        TestBenchWindow window(bench);
         window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&window));
         QCOMPARE(cut_off(window).join(u'\n'), QString());

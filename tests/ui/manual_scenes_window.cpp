@@ -6,7 +6,7 @@
 #include <QMenuBar>
 #include <QPainter>
 
-#include "ui/bench_window.h"
+#include "demo/test_bench_window.h"
 #include "ui/colours.h"
 #include "ui/panel_frame.h"
 
@@ -64,7 +64,7 @@ void show_first_picture(Gallery& gallery) {
     SteadyProgram on;
     on.start_sweeping();
     gallery.add(u"main-window"_s, on.window());
-    BenchWindow bench(on.simulation.bench());
+    TestBenchWindow bench(on.simulation.bench());
     bench.show();
     gallery.add(u"bench"_s, bench);
     on.choose(on.panel().seltimediv, "50ns/div");

@@ -8,8 +8,8 @@
 #include <QRegularExpression>
 #include <QTabBar>
 
+#include "demo/test_bench_window.h"
 #include "program_on_bench.h"
-#include "ui/bench_window.h"
 #include "ui/panel_frame.h"
 #include "ui/settings_window.h"
 
@@ -136,7 +136,7 @@ void ManualTextTest::captions_are_told_of() {
     QFETCH(QString, window);
     ProgramOnBench on;
     QVERIFY(on.run_until_sweeping());
-    BenchWindow bench(on.simulation.bench());
+    TestBenchWindow bench(on.simulation.bench());
     on.program.scope().act([&] {
         on.panel().tabstrip3.select(1); // brings the tabs of the cursors
         if (window == u"calibration"_s) {

@@ -82,7 +82,7 @@ void SerialTest::the_plot_is_that_of_the_instrument_in_the_process() {
     QTRY_COMPARE(outside.plot(), inside.plot());
 
     // Half the signal is another picture, and the same one again on both.
-    const auto halve = [](simulator::Bench& bench) { bench.sources[0].amplitude_mvpp /= 2.0; };
+    const auto halve = [](simulator::TestBench& bench) { bench.sources[0].amplitude_mvpp /= 2.0; };
     const QImage before = inside.plot();
     halve(simulation.bench());
     QTRY_VERIFY(inside.plot() != before);

@@ -15,8 +15,8 @@
 #include <QWindow>
 
 #include "box_answers.h"
+#include "demo/test_bench_window.h"
 #include "program_on_bench.h"
-#include "ui/bench_window.h"
 #include "ui/look.h"
 #include "ui/picture_folder.h"
 #include "ui/qt_picture_coder.h"
@@ -51,7 +51,7 @@ struct Demo : ProgramOnBench {
                                                    "/settings/kv408/ConfigsLM4RX.TXT"));
     }
 
-    BenchWindow bench{simulation.bench(), [this] { simulation.notice_faults(); }};
+    TestBenchWindow bench{simulation.bench(), [this] { simulation.notice_faults(); }};
     bool sweeps = begin();
 };
 

@@ -1,6 +1,6 @@
 // Which processes have a port, by the files that they lock it with.
 
-#include "doctor/device_users.h"
+#include "doctor/posix/device_users.h"
 
 #include <fstream>
 #include <optional>

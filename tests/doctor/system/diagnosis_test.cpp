@@ -12,11 +12,11 @@
 #include <unistd.h>
 
 #include "doctor/diagnosis.h"
-#include "doctor/usb_devices.h"
-#include "doctor/usb_diagnosis.h"
+#include "doctor/posix/usb_devices.h"
+#include "doctor/posix/usb_diagnosis.h"
 #include "host/system_clock.h"
 #include "link/make_bridge.h"
-#include "link/serial_bridge.h"
+#include "link/posix/serial_bridge.h"
 #include "support/ports/group_rights.h"
 #include "support/ports/other_process.h"
 #include "support/ports/plain_user.h"

@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "host/system_clock.h"
-#include "link/serial_bridge.h"
+#include "link/posix/serial_bridge.h"
 #include "support/temporary_folder.h"
 
 namespace kv408 {

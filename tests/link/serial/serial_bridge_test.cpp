@@ -1,4 +1,4 @@
-#include "link/serial_bridge.h"
+#include "link/posix/serial_bridge.h"
 
 #include <array>
 #include <cerrno>

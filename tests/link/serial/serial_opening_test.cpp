@@ -12,9 +12,9 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-#include "doctor/device_users.h"
+#include "doctor/posix/device_users.h"
 #include "host/system_clock.h"
-#include "link/serial_bridge.h"
+#include "link/posix/serial_bridge.h"
 #include "support/ports/group_rights.h"
 #include "support/ports/plain_user.h"
 #include "support/ports/usb_ports.h"

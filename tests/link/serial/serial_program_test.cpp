@@ -126,7 +126,7 @@ TEST_F(SerialProgram, SweepsPointByPoint) {
 
 /// Sweeps for as long as the environment variable KV408_SWEEP_SECONDS says, without it for 2 s;
 /// where the machine is so busy that they do not hold the sweeps they should, for longer. A block
-/// takes 16 ms and so one tick of 100 ms: both channels, two. Half of these five sweeps a second
+/// takes 16 ms and so one tick of 100 ms: both channels, two. Half of these five sweeps per second
 /// are expected, and no break as long as fifty of them.
 TEST_F(SerialProgram, KeepsSweepingBothChannels) {
     constexpr auto longest_break = seconds(10);
@@ -240,13 +240,13 @@ TEST_F(SerialProgram, ARefusedSpeedIsTold) {
 
 TEST_F(SerialProgram, AWrongAnswerToTheCheckIsTold) {
     plug();
-    instrument_->on_bench([](simulator::Bench& bench) {
+    instrument_->on_bench([](simulator::TestBench& bench) {
         bench.faults.acknowledge = simulator::AcknowledgeFault::wrong;
     });
     program_.boxes.answers = {MessageAnswer::ok, MessageAnswer::retry};
     program_.boxes.on_show = [&](const Message& message) {
         if (message.text != "Buffer(0) <> 6") {
-            instrument_->on_bench([](simulator::Bench& bench) {
+            instrument_->on_bench([](simulator::TestBench& bench) {
                 bench.faults.acknowledge = simulator::AcknowledgeFault::none;
             });
         }
@@ -269,7 +269,7 @@ TEST_F(SerialProgram, AMissingAndAWrongAcknowledgeAreTold) {
          {std::pair(simulator::AcknowledgeFault::lost, " SETTRIG Comm timed out"),
           std::pair(simulator::AcknowledgeFault::wrong, " SETTRIG CommError")}) {
         instrument_->on_bench(
-            [fault = fault](simulator::Bench& bench) { bench.faults.acknowledge = fault; });
+            [fault = fault](simulator::TestBench& bench) { bench.faults.acknowledge = fault; });
         boxes.shown.clear();
         std::int16_t attempts = 2;
         EXPECT_FALSE(link.sendcmdack(command::set_trigger, {0, 8, 0, 1, 20, 255}, attempts, 50,

@@ -1,6 +1,6 @@
 // The line that is told where there is no permission to use a port.
 
-#include "link/serial_trouble.h"
+#include "link/posix/serial_trouble.h"
 
 #include <cerrno>
 #include <fstream>

@@ -16,14 +16,14 @@ enum class SignalKind {
     sine,       ///< rises through its middle at the start of the period
     square,     ///< half of the period high; the rising edge's middle is the start of the period
     pulse,      ///< like `square`, high for `duty` of the period
-    random_data ///< repeating pseudo-random pattern of 127 bits, one bit a period
+    random_data ///< repeating pseudo-random pattern of 127 bits, one bit per period
 };
 
 /// One signal generator.
 struct Source {
     SignalKind kind = SignalKind::none;
     double amplitude_mvpp = 400.0; ///< lowest to highest value, millivolts, 0..
-    double frequency_hz = 10.0e6;  ///< periods (or bits) a second, above 0, else a steady offset
+    double frequency_hz = 10.0e6;  ///< periods (or bits) per second, above 0, else a steady offset
     double offset_mv = 0.0;        ///< middle between lowest and highest value, millivolts
     double rise_time_ps = 800.0;   ///< 10 % to 90 % of each edge but a sine's, picoseconds, 0..
     double duty = 0.5;             ///< part of the period that a pulse is high, 0..1 without ends
@@ -38,7 +38,7 @@ enum class SamplerRoute {
     disconnected,   ///< 0 V
     own_signal,     ///< signal 1 at CH1, signal 2 at CH2
     trigger_output, ///< cable from the trigger output, which repeats the selected trigger input
-    /// The signal at the trigger input of the same number, passed on inside. The way divides it
+    /// The signal at the trigger input of the same number, passed on inside. This path divides it
     /// by two, for the sampler and for the trigger.
     via_trigger
 };
@@ -67,7 +67,7 @@ struct Device {
 
 /// Everything outside the program: signals, cables, devices, faults. Plain values that may be
 /// read and changed at any time between two operations of the bridge.
-struct Bench {
+struct TestBench {
     /// Signal 1: 10 MHz, 400 mVpp sine. Signal 2: 20 MHz, 300 mVpp pulse locked to it.
     std::array<Source, 2> sources = {
         {{SignalKind::sine, 400.0, 10.0e6, 0.0, 0.0, 0.5, 0.5, 1.0},
@@ -84,7 +84,7 @@ struct Bench {
 };
 
 /// Takes noise and jitter out of all signals and of the sampler of `bench`.
-void silence(Bench& bench);
+void silence(TestBench& bench);
 
 /// The clock output of `source`: a square of 400 mVpp around 0 V without noise of its own, which
 /// rises where each period, or bit of random data, begins. It has the source's jitter.
@@ -98,11 +98,11 @@ struct InputSignal {
 };
 
 /// What is at trigger input `input` (0 for TRIG1).
-[[nodiscard]] InputSignal trigger_signal(const Bench& bench, std::size_t input);
+[[nodiscard]] InputSignal trigger_signal(const TestBench& bench, std::size_t input);
 
 /// What arrives at the sampler input of `channel` (0 for CH1) while the instrument triggers on
 /// `selected_trigger` (0 for TRIG1).
-[[nodiscard]] InputSignal sampler_input(const Bench& bench, std::size_t channel,
+[[nodiscard]] InputSignal sampler_input(const TestBench& bench, std::size_t channel,
                                         std::size_t selected_trigger);
 
 } // namespace kv408::simulator

@@ -1,4 +1,4 @@
-#include "ui/bench_window.h"
+#include "demo/test_bench_window.h"
 
 #include <optional>
 
@@ -7,12 +7,12 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
+#include "demo/fault_switches.h"
+#include "demo/source_editor.h"
 #include "simulator/test_connections.h"
-#include "ui/fault_switches.h"
 #include "ui/frame_grid.h"
 #include "ui/lengths.h"
 #include "ui/panel_frame.h"
-#include "ui/source_editor.h"
 #include "ui/widget_maker.h"
 
 namespace kv408::ui {
@@ -34,7 +34,7 @@ QWidget* make_route(QWidget* frame, Route& route, const QStringList& entries, co
     return list;
 }
 
-QWidget* make_cables(simulator::Bench& bench) {
+QWidget* make_cables(simulator::TestBench& bench) {
     auto* const frame = new PanelFrame(u"Cables"_s);
     QGridLayout* const grid = make_frame_grid(frame, 2);
     for (int input = 0; input < 2; ++input) {
@@ -59,7 +59,7 @@ QWidget* make_cables(simulator::Bench& bench) {
 
 } // namespace
 
-BenchWindow::BenchWindow(simulator::Bench& bench, const std::function<void()>& notice)
+TestBenchWindow::TestBenchWindow(simulator::TestBench& bench, const std::function<void()>& notice)
     : bench_(bench) {
     setObjectName(u"benchWindow"_s);
     setWindowTitle(u"Simulated bench"_s);
@@ -73,7 +73,7 @@ BenchWindow::BenchWindow(simulator::Bench& bench, const std::function<void()>& n
     show_bench();
 }
 
-QWidget* BenchWindow::make_connections() {
+QWidget* TestBenchWindow::make_connections() {
     using simulator::TestConnection;
     auto* const frame = new PanelFrame(u"Connect"_s);
     QGridLayout* const grid = make_frame_grid(frame, 1);
@@ -97,7 +97,7 @@ QWidget* BenchWindow::make_connections() {
     return frame;
 }
 
-void BenchWindow::show_bench() {
+void TestBenchWindow::show_bench() {
     auto* const content = new QWidget;
     auto* const rows = new QVBoxLayout(content);
     rows->setContentsMargins(0, 0, 0, 0);
@@ -121,7 +121,7 @@ void BenchWindow::show_bench() {
     show_connection();
 }
 
-void BenchWindow::show_connection() {
+void TestBenchWindow::show_connection() {
     const std::optional<simulator::TestConnection> made = simulator::connected(bench_);
     connections_->setCurrentIndex(made ? static_cast<int>(*made) : -1);
 }

@@ -1,4 +1,4 @@
-#include "doctor/usb_devices.h"
+#include "doctor/posix/usb_devices.h"
 
 #include <algorithm>
 #include <filesystem>

@@ -1,4 +1,4 @@
-#include "ui/fault_switches.h"
+#include "demo/fault_switches.h"
 
 #include <functional>
 

@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-#include "simulator/bench.h"
+#include "simulator/test_bench.h"
 
 namespace kv408::ui {
 

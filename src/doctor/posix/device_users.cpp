@@ -1,4 +1,4 @@
-#include "doctor/device_users.h"
+#include "doctor/posix/device_users.h"
 
 #include <algorithm>
 #include <charconv>

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "link/bridge.h"
-#include "link/serial_port.h"
+#include "link/posix/serial_port.h"
 
 namespace kv408 {
 

@@ -1,8 +1,8 @@
-#include "simulator/bench.h"
+#include "simulator/test_bench.h"
 
 namespace kv408::simulator {
 
-void silence(Bench& bench) {
+void silence(TestBench& bench) {
     bench.sampler_noise_codes = 0.0;
     for (Source& source : bench.sources) {
         source.noise_mv = 0.0;
@@ -22,7 +22,7 @@ Source clock_of(const Source& source) {
     return clock;
 }
 
-InputSignal trigger_signal(const Bench& bench, std::size_t input) {
+InputSignal trigger_signal(const TestBench& bench, std::size_t input) {
     const Source& first = bench.sources.front();
     const Source& second = bench.sources.back();
     switch (bench.triggers.at(input)) {
@@ -40,7 +40,8 @@ InputSignal trigger_signal(const Bench& bench, std::size_t input) {
     return {};
 }
 
-InputSignal sampler_input(const Bench& bench, std::size_t channel, std::size_t selected_trigger) {
+InputSignal sampler_input(const TestBench& bench, std::size_t channel,
+                          std::size_t selected_trigger) {
     constexpr double passed_on = 0.5;
     InputSignal input;
     switch (bench.samplers.at(channel)) {

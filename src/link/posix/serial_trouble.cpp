@@ -1,4 +1,4 @@
-#include "link/serial_trouble.h"
+#include "link/posix/serial_trouble.h"
 
 #include <array>
 #include <cerrno>

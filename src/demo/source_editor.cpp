@@ -1,4 +1,4 @@
-#include "ui/source_editor.h"
+#include "demo/source_editor.h"
 
 #include <QComboBox>
 

@@ -1,9 +1,9 @@
-#include "link/serial_bridge.h"
+#include "link/posix/serial_bridge.h"
 
 #include <limits>
 #include <ostream>
 
-#include "link/serial_trouble.h"
+#include "link/posix/serial_trouble.h"
 
 namespace kv408 {
 

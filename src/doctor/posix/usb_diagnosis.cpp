@@ -1,4 +1,4 @@
-#include "doctor/usb_diagnosis.h"
+#include "doctor/posix/usb_diagnosis.h"
 
 #include <algorithm>
 #include <array>
@@ -9,12 +9,12 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include "doctor/device_users.h"
-#include "doctor/usb_devices.h"
+#include "doctor/posix/device_users.h"
+#include "doctor/posix/usb_devices.h"
 #include "host/shown_text.h"
 #include "link/instrument_serial.h"
-#include "link/serial_port.h"
-#include "link/serial_trouble.h"
+#include "link/posix/serial_port.h"
+#include "link/posix/serial_trouble.h"
 
 namespace kv408 {
 namespace {

@@ -5,17 +5,17 @@
 #include <QComboBox>
 #include <QWidget>
 
-#include "simulator/bench.h"
+#include "simulator/test_bench.h"
 
 namespace kv408::ui {
 
 /// The window of the simulated bench: signals, cables and faults, changed while the program runs.
 /// Closing it only hides it. A list connects at once what a calibration asks for.
-class BenchWindow : public QWidget {
+class TestBenchWindow : public QWidget {
 public:
     /// Edits `bench`, which outlives the window, and calls `notice` whenever a fault was switched.
-    explicit BenchWindow(
-        simulator::Bench& bench, const std::function<void()>& notice = [] {});
+    explicit TestBenchWindow(
+        simulator::TestBench& bench, const std::function<void()>& notice = [] {});
 
 private:
     QWidget* make_connections();
@@ -23,7 +23,7 @@ private:
     /// Shows which connection the bench has, if any.
     void show_connection();
 
-    simulator::Bench& bench_;
+    simulator::TestBench& bench_;
     QComboBox* connections_ = nullptr;
     QWidget* shown_ = nullptr; ///< signals and cables as they were when it was made
 };

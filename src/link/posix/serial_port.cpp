@@ -1,4 +1,4 @@
-#include "link/serial_port.h"
+#include "link/posix/serial_port.h"
 
 #include <algorithm>
 #include <limits>

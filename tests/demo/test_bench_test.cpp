@@ -1,10 +1,10 @@
-// The window of the simulated bench.
+// The window of the simulated test bench.
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QTest>
 
-#include "ui/bench_window.h"
+#include "demo/test_bench_window.h"
 #include "ui/engineering_spin_box.h"
 #include "ui/when_placed.h"
 #include "ui/window_places.h"
@@ -13,7 +13,7 @@ namespace kv408::ui {
 namespace {
 
 using namespace Qt::StringLiterals;
-using simulator::Bench;
+using simulator::TestBench;
 
 class BenchTest : public QObject {
     Q_OBJECT
@@ -110,8 +110,8 @@ void BenchTest::steps_stay_in_the_decade() {
 }
 
 void BenchTest::signals_are_edited() {
-    Bench bench;
-    BenchWindow window(bench);
+    TestBench bench;
+    TestBenchWindow window(bench);
     const auto frequencies = window.findChildren<QDoubleSpinBox*>(u"frequency"_s);
     QCOMPARE(frequencies.size(), 2);
     QCOMPARE(frequencies[0]->text(), u"10 MHz"_s);
@@ -136,8 +136,8 @@ void BenchTest::signals_are_edited() {
 }
 
 void BenchTest::cables_are_plugged() {
-    Bench bench;
-    BenchWindow window(bench);
+    TestBench bench;
+    TestBenchWindow window(bench);
     window.findChild<QComboBox*>(u"CH2"_s)->setCurrentText(u"Trigger output"_s);
     QCOMPARE(bench.samplers[1], simulator::SamplerRoute::trigger_output);
     window.findChild<QComboBox*>(u"CH1"_s)->setCurrentText(u"Via trigger"_s);
@@ -153,8 +153,8 @@ void BenchTest::cables_are_plugged() {
 }
 
 void BenchTest::a_calibration_is_connected_from_the_list() {
-    Bench bench;
-    BenchWindow window(bench);
+    TestBench bench;
+    TestBenchWindow window(bench);
     auto* const list = window.findChild<QComboBox*>(u"connection"_s);
     const auto choose = [list](const QString& text) {
         list->setCurrentText(text);
@@ -171,14 +171,14 @@ void BenchTest::a_calibration_is_connected_from_the_list() {
     amplitude->setValue(500.0);
     QCOMPARE(bench.sources[0].amplitude_mvpp, 500.0);
     choose(u"As delivered"_s);
-    QCOMPARE(bench.sources[0].amplitude_mvpp, Bench().sources[0].amplitude_mvpp);
-    QVERIFY(bench.samplers == Bench().samplers);
-    QVERIFY(bench.triggers == Bench().triggers);
+    QCOMPARE(bench.sources[0].amplitude_mvpp, TestBench().sources[0].amplitude_mvpp);
+    QVERIFY(bench.samplers == TestBench().samplers);
+    QVERIFY(bench.triggers == TestBench().triggers);
 }
 
 void BenchTest::an_edit_ends_the_connection_from_the_list() {
-    Bench bench;
-    BenchWindow window(bench);
+    TestBench bench;
+    TestBenchWindow window(bench);
     auto* const list = window.findChild<QComboBox*>(u"connection"_s);
     QCOMPARE(list->currentText(), u"As delivered"_s);
     auto* const offset = window.findChildren<QDoubleSpinBox*>(u"offset"_s).front();
@@ -196,9 +196,9 @@ void BenchTest::an_edit_ends_the_connection_from_the_list() {
 }
 
 void BenchTest::faults_are_switched() {
-    Bench bench;
+    TestBench bench;
     int noticed = 0;
-    BenchWindow window(bench, [&] { ++noticed; });
+    TestBenchWindow window(bench, [&] { ++noticed; });
     const auto click = [&](const QString& name) { window.findChild<QCheckBox*>(name)->click(); };
     const simulator::Faults& faults = bench.faults;
     for (const bool on : {true, false}) {
@@ -218,8 +218,8 @@ void BenchTest::faults_are_switched() {
 
 void BenchTest::an_acknowledge_is_lost_or_wrong() {
     using simulator::AcknowledgeFault;
-    Bench bench;
-    BenchWindow window(bench);
+    TestBench bench;
+    TestBenchWindow window(bench);
     auto* const lost = window.findChild<QCheckBox*>(u"acknowledge_lost"_s);
     auto* const wrong = window.findChild<QCheckBox*>(u"acknowledge_wrong"_s);
     lost->click();
@@ -335,4 +335,4 @@ void BenchTest::waits_for_the_main_window_to_have_its_place() {
 } // namespace kv408::ui
 
 QTEST_MAIN(kv408::ui::BenchTest)
-#include "bench_test.moc"
+#include "test_bench_test.moc"

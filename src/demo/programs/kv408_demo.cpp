@@ -7,11 +7,11 @@
 #include <QApplication>
 #include <QMenuBar>
 
+#include "demo/test_bench_window.h"
 #include "host/system_clock.h"
 #include "host/system_files.h"
 #include "host/termination_signals.h"
 #include "simulator/simulation.h"
-#include "ui/bench_window.h"
 #include "ui/display_needed.h"
 #include "ui/endings.h"
 #include "ui/look.h"
@@ -36,7 +36,7 @@ kv408::simulator::FlashPlace flash_place(kv408::Files& files,
 
 /// Makes `bench` reachable from the menus of `window`, and opens it beside that once it has its
 /// place.
-void offer(kv408::ui::BenchWindow& bench, kv408::ui::MainWindow& window) {
+void offer(kv408::ui::TestBenchWindow& bench, kv408::ui::MainWindow& window) {
     QAction* const entry = window.menuBar()->addAction(u"Simulated &Bench"_s);
     QObject::connect(entry, &QAction::triggered, &bench, [&bench, &window] {
         if (!bench.isVisible()) {
@@ -68,7 +68,8 @@ int main(int argc, char** argv) {
     kv408::simulator::Simulation simulation(clock, flash_place(files, places.settings));
     kv408::ui::Program program(clock, simulation.bridge(), files, places);
     const kv408::ui::Endings endings(signals, program);
-    kv408::ui::BenchWindow bench(simulation.bench(), [&simulation] { simulation.notice_faults(); });
+    kv408::ui::TestBenchWindow bench(simulation.bench(),
+                                     [&simulation] { simulation.notice_faults(); });
     offer(bench, program.window());
     program.window().show();
     return QApplication::exec();
