@@ -49,9 +49,10 @@ private:
 };
 
 /// One plain copy of the picture.
-void plain_copy(benchmark::State& state) {
-    const Surface source(plot::width, plot::height);
-    Surface target(plot::width, plot::height);
+void plain_copy(benchmark::State& state, double scale) {
+    const PlotScale size(scale);
+    const Surface source(size.width(), size.height());
+    Surface target(size.width(), size.height());
     IterationTimes times(state);
     for (auto _ : state) {
         times.add([&] {
@@ -63,8 +64,8 @@ void plain_copy(benchmark::State& state) {
 }
 
 /// The draw after a complete sweep of both channels.
-void full_composition(benchmark::State& state, Signal signal, int depth) {
-    ScopeScene scene(signal, depth);
+void full_composition(benchmark::State& state, Signal signal, int depth, double scale) {
+    ScopeScene scene(signal, depth, scale);
     IterationTimes times(state);
     for (auto _ : state) {
         scene.sweep();
@@ -74,8 +75,8 @@ void full_composition(benchmark::State& state, Signal signal, int depth) {
 }
 
 /// The same picture with QPainter.
-void painter_composition(benchmark::State& state, Signal signal, int depth) {
-    ScopeScene scene(signal, depth);
+void painter_composition(benchmark::State& state, Signal signal, int depth, double scale) {
+    ScopeScene scene(signal, depth, scale);
     PainterPicture painter(scene);
     IterationTimes times(state);
     for (auto _ : state) {
@@ -85,8 +86,8 @@ void painter_composition(benchmark::State& state, Signal signal, int depth) {
 }
 
 /// One new point of both channels in a point-by-point pass: mapped and drawn.
-void new_point(benchmark::State& state, Signal signal, int depth) {
-    ScopeScene scene(signal, depth);
+void new_point(benchmark::State& state, Signal signal, int depth, double scale) {
+    ScopeScene scene(signal, depth, scale);
     scene.sample_next_point();
     scene.show_point(); // the pass has begun: what follows changes single points only
     IterationTimes times(state);
@@ -98,9 +99,9 @@ void new_point(benchmark::State& state, Signal signal, int depth) {
 }
 
 /// The columns that a new point changes, its own and the gap's 20, with QPainter.
-void painter_point(benchmark::State& state, Signal signal, int depth) {
+void painter_point(benchmark::State& state, Signal signal, int depth, double scale) {
     constexpr int changed = 21;
-    ScopeScene scene(signal, depth);
+    ScopeScene scene(signal, depth, scale);
     PainterPicture painter(scene);
     painter.draw();
     IterationTimes times(state);
@@ -117,11 +118,25 @@ struct Subject {
     const char* name;
     Signal signal;
     int depth;
+    double scale;
+    const char* copy; ///< what its plain copy goes by
 };
 
-constexpr std::array subjects{
-    Subject{"sine, depth 3", Signal::sine, 3}, Subject{"sine, depth 9", Signal::sine, 9},
-    Subject{"noise, depth 3", Signal::noise, 3}, Subject{"noise, depth 9", Signal::noise, 9}};
+constexpr const char* natural_copy = "plain copy";
+constexpr const char* copy_19 = "plain copy at 1.9";
+constexpr const char* copy_3 = "plain copy at 3";
+constexpr const char* copy_5 = "plain copy at 5";
+
+constexpr std::array subjects{Subject{"sine, depth 3", Signal::sine, 3, 1.0, natural_copy},
+                              Subject{"sine, depth 9", Signal::sine, 9, 1.0, natural_copy},
+                              Subject{"noise, depth 3", Signal::noise, 3, 1.0, natural_copy},
+                              Subject{"noise, depth 9", Signal::noise, 9, 1.0, natural_copy},
+                              Subject{"sine at 1.9", Signal::sine, 9, 1.9, copy_19},
+                              Subject{"noise at 1.9", Signal::noise, 9, 1.9, copy_19},
+                              Subject{"sine at 3", Signal::sine, 9, 3.0, copy_3},
+                              Subject{"noise at 3", Signal::noise, 9, 3.0, copy_3},
+                              Subject{"sine at 5", Signal::sine, 9, 5.0, copy_5},
+                              Subject{"noise at 5", Signal::noise, 9, 5.0, copy_5}};
 
 std::string name_of(const char* what, const Subject& subject) {
     return std::string(what) + " (" + subject.name + ")";
@@ -132,16 +147,22 @@ void settle(benchmark::internal::Benchmark* measured) {
 }
 
 void register_all() {
-    settle(benchmark::RegisterBenchmark("plain copy", plain_copy));
+    const char* copy = "";
     for (const Subject& subject : subjects) {
+        if (subject.copy != copy) {
+            copy = subject.copy;
+            settle(benchmark::RegisterBenchmark(copy, plain_copy, subject.scale));
+        }
         const auto add = [&subject](const char* what, const auto& work) {
             settle(benchmark::RegisterBenchmark(name_of(what, subject).c_str(), work,
-                                                subject.signal, subject.depth));
+                                                subject.signal, subject.depth, subject.scale));
         };
         add("full composition", full_composition);
         add("QPainter", painter_composition);
         add("one new point", new_point);
-        add("QPainter's new point", painter_point);
+        if (subject.scale == PlotScale::natural) {
+            add("QPainter's new point", painter_point);
+        }
     }
 }
 
@@ -152,12 +173,14 @@ void print_ratios(const RatioReporter& reporter) {
         reporter.print_ratio("full composition vs QPainter" + which + " faster by",
                              name_of("QPainter", subject), full);
         reporter.print_ratio("full composition vs one plain copy" + which + " costs", full,
-                             "plain copy");
+                             subject.copy);
         reporter.print_ratio("one new point vs full composition" + which + " faster by", full,
                              name_of("one new point", subject));
-        reporter.print_ratio("one new point vs QPainter" + which + " faster by",
-                             name_of("QPainter's new point", subject),
-                             name_of("one new point", subject));
+        if (subject.scale == PlotScale::natural) {
+            reporter.print_ratio("one new point vs QPainter" + which + " faster by",
+                                 name_of("QPainter's new point", subject),
+                                 name_of("one new point", subject));
+        }
     }
 }
 

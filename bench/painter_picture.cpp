@@ -11,10 +11,11 @@
 namespace kv408::bench {
 namespace {
 
-QPen pen_of(const QColor& colour) {
+QPen pen_of(const QColor& colour, int width) {
     QPen pen(colour);
-    pen.setWidth(1);
-    // The cheapest joins and ends: they do not matter at a width of one pixel.
+    pen.setWidth(width);
+    // The cheapest joins and ends: they do not matter at a width of one pixel, and at others they
+    // are what costs least.
     pen.setJoinStyle(Qt::BevelJoin);
     pen.setCapStyle(Qt::FlatCap);
     return pen;
@@ -28,12 +29,13 @@ QPolygon polygon_of(const std::vector<Point>& points) {
     return polygon;
 }
 
-QImage grid_image(const ColourTable& colours) {
-    Surface surface(plot::width, plot::height);
-    draw_graticule(Canvas(surface), pixel_of(colours.background), pixel_of(colours.grid), true);
-    QImage image(plot::width, plot::height, QImage::Format_RGB32);
-    for (int y = 0; y < plot::height; ++y) {
-        for (int x = 0; x < plot::width; ++x) {
+QImage grid_image(const ColourTable& colours, const PlotScale& scale) {
+    Surface surface(scale.width(), scale.height());
+    draw_graticule(UnitPainter(Canvas(surface), scale), pixel_of(colours.background),
+                   pixel_of(colours.grid), true);
+    QImage image(scale.width(), scale.height(), QImage::Format_RGB32);
+    for (int y = 0; y < scale.height(); ++y) {
+        for (int x = 0; x < scale.width(); ++x) {
             image.setPixel(x, y, surface.at(x, y));
         }
     }
@@ -42,9 +44,11 @@ QImage grid_image(const ColourTable& colours) {
 
 } // namespace
 
-PainterPicture::PainterPicture(const ScopeScene& scene)
-    : grid_(grid_image(scene.colours())), display_(plot::width, plot::height, QImage::Format_RGB32),
-      trace_(plot::width, plot::height, QImage::Format_ARGB32_Premultiplied) {
+PainterPicture::PainterPicture(ScopeScene& scene)
+    : grid_(grid_image(scene.colours(), scene.picture().scale())),
+      display_(grid_.size(), QImage::Format_RGB32),
+      trace_(grid_.size(), QImage::Format_ARGB32_Premultiplied) {
+    const int width = scene.picture().scale().line_width();
     const ColourTable& colours = scene.colours();
     for (std::size_t channel = 0; channel < lines_.size(); ++channel) {
         const Colour live = colours.channel(static_cast<int>(channel));
@@ -57,7 +61,8 @@ PainterPicture::PainterPicture(const ScopeScene& scene)
                 {polygon_of(scene.sweeps()[sweep][channel]),
                  pen_of(colour == colours.background
                             ? QColor(Qt::transparent)
-                            : QColor(red_of(colour), green_of(colour), blue_of(colour)))});
+                            : QColor(red_of(colour), green_of(colour), blue_of(colour)),
+                        width)});
         }
     }
 }

@@ -16,7 +16,7 @@ namespace kv408::bench {
 class PainterPicture {
 public:
     /// Takes over the last sweeps and the colours of `scene`; nothing is drawn yet.
-    explicit PainterPicture(const ScopeScene& scene);
+    explicit PainterPicture(ScopeScene& scene);
 
     /// Composes the whole picture.
     void draw();

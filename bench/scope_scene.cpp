@@ -23,7 +23,7 @@ std::size_t slot(int index) {
 
 } // namespace
 
-ScopeScene::ScopeScene(Signal signal, int depth)
+ScopeScene::ScopeScene(Signal signal, int depth, double scale)
     : signal_(signal), depth_(depth), picture_({panel_, samples_, channels_, acquisition_, program_,
                                                 colours_, cursors_, trigger_, settings_, marks_}) {
     program_.loaded = true;
@@ -31,10 +31,13 @@ ScopeScene::ScopeScene(Signal signal, int depth)
     acquisition_.ready = {true, true};
     panel_.persist.set_checked(true);
     settings_.persisttime = static_cast<std::int16_t>(depth);
+    picture_.set_scale(PlotScale(scale));
     picture_.calcPersistColors();
     picture_.makegrid();
     picture_.refreshCH1(0);
     picture_.refreshCH2(0);
+    // As in the window: each draw composes.
+    picture_.on_drawn([](Columns) {});
     while (sweeps_.size() < shown_sweeps) {
         sweep();
     }
@@ -59,8 +62,10 @@ void ScopeScene::sweep() {
         sample(index);
         for (const int channel : {ch1, ch2}) {
             picture_.refresh(channel, index);
-            points[slot(channel)].push_back(map_sample(
-                channels_[slot(channel)], samples_[slot(channel)].raw[slot(index)], index));
+            const TracePoint point = map_sample(channels_[slot(channel)],
+                                                samples_[slot(channel)].raw[slot(index)], index);
+            points[slot(channel)].push_back(
+                {picture_.scale().place(point.x), picture_.scale().place(point.y)});
         }
     }
     picture_.movepersistance();

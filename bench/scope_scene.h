@@ -16,15 +16,15 @@ enum class Signal {
     noise, ///< noise over the whole height: lines that cover as much as lines can
 };
 
-/// Both channels' drawn points of one sweep.
+/// Where both channels' drawn points of one sweep lie in the picture.
 using SweepPoints = std::array<std::vector<Point>, 2>;
 
 /// The program around a picture as it is with both channels on, in lines, with persistence.
 class ScopeScene {
 public:
-    /// A scene of `signal` with persistence of `depth` generations. The history is full, each
-    /// generation a sweep of its own, and the picture is drawn.
-    ScopeScene(Signal signal, int depth);
+    /// A scene of `signal` with persistence of `depth` generations, `scale` pixels for each unit of
+    /// the plot. The history is full, each generation a sweep of its own, and the picture is drawn.
+    ScopeScene(Signal signal, int depth, double scale);
 
     /// Maps a whole new sweep of both channels and moves the history on, without drawing.
     void sweep();

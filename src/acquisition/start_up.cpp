@@ -117,8 +117,6 @@ void StartUp::apply_settings() {
     handlers_.vertical.place_marker(0);
     handlers_.vertical.place_marker(1);
     screen_.makegrid();
-    screen_.ClearTrace(1);
-    screen_.ClearTrace(2);
     program_.loaded = true;
     screen_.draw(draw_flags::all);
 }

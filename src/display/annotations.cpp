@@ -2,19 +2,10 @@
 
 #include <algorithm>
 
-#include "display/lines.h"
-#include "display/shapes.h"
 #include "panel/withheld_traces.h"
 #include "state/channel_state.h"
 
 namespace kv408 {
-namespace {
-
-Point point_of(const AnnotationPoint& point) {
-    return {point.x, point.y};
-}
-
-} // namespace
 
 Annotations annotations(const FrontPanel& panel, const AnnotationMarks& marks,
                         const ColourTable& colours, const AcquisitionState& acquisition) {
@@ -38,17 +29,16 @@ Annotations annotations(const FrontPanel& panel, const AnnotationMarks& marks,
     return shown;
 }
 
-void draw_annotations(const Canvas& canvas, const Annotations& annotations) {
-    const Pixel colour = annotations.colour;
+void draw_annotations(const UnitPainter& painter, const Annotations& annotations) {
     for (const Annotations::ChannelMarks& channel : annotations.channel) {
         if (channel.kind == MarkKind::none) {
             continue;
         }
         for (const auto& [first, second] : channel.mark) {
             if (channel.kind == MarkKind::lines) {
-                draw_line(canvas, point_of(first), point_of(second), {colour, PenStyle::dotted});
+                painter.draw_row(first.y, first.x, second.x, annotations.colour, PenStyle::dotted);
             } else {
-                draw_ellipse(canvas, {first.x, first.y, second.x, second.y}, colour, colour);
+                painter.draw_ellipse({first.x, first.y, second.x, second.y}, annotations.colour);
             }
         }
     }

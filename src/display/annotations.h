@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "display/canvas.h"
+#include "display/unit_painter.h"
 #include "panel/front_panel.h"
 #include "state/acquisition_state.h"
 #include "state/colour.h"
@@ -34,7 +34,7 @@ struct Annotations {
                                       const ColourTable& colours,
                                       const AcquisitionState& acquisition);
 
-/// Draws the marks, CH1's first: dotted level lines, dots of 8 by 8 pixels filled with the colour.
-void draw_annotations(const Canvas& canvas, const Annotations& annotations);
+/// Draws the marks, CH1's first: dotted level lines, dots filled with the colour.
+void draw_annotations(const UnitPainter& painter, const Annotations& annotations);
 
 } // namespace kv408

@@ -9,8 +9,6 @@ void ColourUpdate::colorupdate() {
     screen_.refreshCH2(0);
     recolour_panel();
     screen_.calcPersistColors();
-    screen_.ClearTrace(1);
-    screen_.ClearTrace(2);
     screen_.makegrid();
 }
 

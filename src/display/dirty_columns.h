@@ -1,19 +1,21 @@
 #pragma once
 
 #include <algorithm>
-#include <array>
+#include <vector>
 
 #include "display/surface.h"
-#include "state/plot_geometry.h"
 
 namespace kv408 {
 
-/// The columns of the plot whose pixels have to be composed anew.
+/// The columns of a surface whose pixels have to be composed anew.
 class DirtyColumns {
 public:
-    /// Adds the columns of `columns` that lie in the plot.
+    /// None of `width` columns.
+    explicit DirtyColumns(int width) : dirty_(static_cast<std::size_t>(width)) {}
+
+    /// Adds the columns of `columns` that lie on the surface.
     void add(Columns columns) {
-        const Columns part = common(columns, Columns{0, plot::width});
+        const Columns part = common(columns, Columns{0, static_cast<int>(dirty_.size())});
         if (part.empty()) {
             return;
         }
@@ -34,7 +36,10 @@ public:
         add({std::min(a.right, b.right), std::max(a.right, b.right)});
     }
 
-    void clear() { *this = DirtyColumns{}; }
+    void clear() {
+        std::fill(dirty_.begin() + hull_.left, dirty_.begin() + hull_.right, false);
+        hull_ = {};
+    }
 
     /// The smallest range that holds every column added; empty when none was.
     [[nodiscard]] Columns hull() const { return hull_; }
@@ -43,7 +48,8 @@ public:
     template <typename Visit>
     void for_each_range(const Visit& visit) const {
         const auto find = [this](int from, bool wanted) {
-            while (from < hull_.right && dirty_[static_cast<std::size_t>(from)] != wanted) {
+            while (from < hull_.right &&
+                   dirty_[static_cast<std::size_t>(from)] != static_cast<char>(wanted)) {
                 ++from;
             }
             return from;
@@ -56,7 +62,7 @@ public:
     }
 
 private:
-    std::array<bool, plot::width> dirty_ = {};
+    std::vector<char> dirty_;
     Columns hull_;
 };
 

@@ -1,55 +1,152 @@
 #include "display/generation.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <limits>
 
 namespace kv408 {
 namespace {
 
-/// Extends `run` by `rows` rows from row `y` toward row `target`.
-void extend(RowRun& run, int y, int target, int rows) {
-    if (target < y) {
-        run.top = std::min(run.top, static_cast<std::int16_t>(y - rows));
-    } else {
-        run.end = std::max(run.end, static_cast<std::int16_t>(y + rows + 1));
-    }
+/// Columns beside the plot from which the widest brush still reaches into it.
+constexpr int margin = static_cast<int>(PlotScale::largest);
+
+/// No row: adding one to it gives that row alone.
+constexpr RowRun none{std::numeric_limits<std::int16_t>::max(),
+                      std::numeric_limits<std::int16_t>::min()};
+
+void extend(RowRun& run, int top, int end) {
+    run.top = std::min(run.top, static_cast<std::int16_t>(top));
+    run.end = std::max(run.end, static_cast<std::int16_t>(end));
 }
 
 } // namespace
 
-bool Generation::breaks_before(int index) const {
-    return index > plot::first_point && index <= plot::last_point &&
-           std::int64_t{point(index).x} != std::int64_t{point(index - 1).x} + 1;
+Generation::Generation() : brush_(1) {
+    rescale(PlotScale());
 }
 
-RowRun Generation::run_of(int index) const {
-    const int y = point(index).y;
-    RowRun run{static_cast<std::int16_t>(y), static_cast<std::int16_t>(y + 1)};
-    if (index < plot::last_point) {
-        // The segment's middle row, when it has one, belongs to its left end.
-        const int next = point(index + 1).y;
-        extend(run, y, next, std::abs(next - y) / 2);
+void Generation::rescale(const PlotScale& scale) {
+    if (scale == scale_ && !runs_.empty()) {
+        return;
     }
-    if (index > plot::first_point) {
-        const int before = point(index - 1).y;
-        extend(run, y, before, std::max(std::abs(before - y) - 1, 0) / 2);
-        if (index == plot::last_point) {
-            // A line leaves its last pixel out.
-            (before < y ? run.end : run.top) = static_cast<std::int16_t>(before < y ? y : y + 1);
+    scale_ = scale;
+    brush_ = Brush(scale.line_width());
+    thin_.assign(static_cast<std::size_t>(scale.width() + 2 * margin), none);
+    runs_.assign(static_cast<std::size_t>(scale.width()), RowRun{});
+    place_points(0, plot::points - 1);
+    if (is_uniform()) {
+        cover(plot::first_point, plot::last_point);
+    }
+}
+
+int Generation::breaks_between(int first, int last) const {
+    int count = 0;
+    for (int index = std::max(first, plot::first_point + 1);
+         index <= std::min(last, plot::last_point); ++index) {
+        count += std::int64_t{point(index).x} != std::int64_t{point(index - 1).x} + 1 ? 1 : 0;
+    }
+    return count;
+}
+
+void Generation::place_points(int first, int last) {
+    for (int index = first; index <= last; ++index) {
+        const TracePoint at = point(index);
+        placed_[static_cast<std::size_t>(index)] = {scale_.place(at.x), scale_.place(at.y)};
+    }
+}
+
+void Generation::set_points(int first, std::span<const TracePoint> points) {
+    const int last = first + static_cast<int>(points.size()) - 1;
+    const bool was_uniform = is_uniform();
+    breaks_ -= breaks_between(first, last + 1);
+    std::copy(points.begin(), points.end(), points_.begin() + first);
+    breaks_ += breaks_between(first, last + 1);
+    place_points(first, last);
+    if (is_uniform()) {
+        cover(was_uniform ? first - 1 : plot::first_point,
+              was_uniform ? last + 1 : plot::last_point);
+    }
+}
+
+Columns Generation::columns() const {
+    return {placed(plot::first_point).x - brush_.before(),
+            placed(plot::last_point).x - brush_.before() + brush_.width()};
+}
+
+RowRun& Generation::thin(int column) {
+    return thin_[static_cast<std::size_t>(column + margin)];
+}
+
+/// Finds anew what the line covers near the points from `first` to `last`.
+void Generation::cover(int first, int last) {
+    first = std::max(first, plot::first_point);
+    last = std::min(last, plot::last_point);
+    const Columns all{-margin, scale_.width() + margin};
+    // All points may have moved sideways together.
+    const bool whole = first == plot::first_point && last == plot::last_point;
+    const Columns part = whole ? all : common(all, {placed(first).x, placed(last).x + 1});
+    if (part.empty()) {
+        return;
+    }
+    std::fill(&thin(part.left), &thin(part.left) + (part.right - part.left), none);
+    const int end = std::min(last + 1, plot::last_point);
+    for (int index = std::max(first - 1, plot::first_point); index < end; ++index) {
+        draw_thin(placed(index), placed(index + 1), part);
+    }
+    const int reach = brush_.width();
+    widen(common({0, scale_.width()}, {part.left - reach, part.right + reach}));
+}
+
+/// Adds the pixels of `columns` that the thin line from `from` to `to`, which lies right of it, has
+/// (display/lines.h).
+void Generation::draw_thin(Point from, Point to, Columns columns) {
+    const int wide = to.x - from.x;
+    const int high = std::abs(to.y - from.y);
+    const int way = to.y < from.y ? -1 : 1;
+    const Columns part = common(columns, {from.x, to.x + 1});
+    for (int column = part.left; column < part.right; ++column) {
+        const int across = column - from.x;
+        int near = 0; // rows from the line's first one
+        int far = 0;
+        if (wide >= high) {
+            if (column == to.x) {
+                continue;
+            }
+            // The upper row of two that are equally near.
+            near = (2 * across * high + wide - (way > 0 ? 1 : 0)) / (2 * wide);
+            far = near;
+        } else {
+            // The left column of two that are equally near.
+            near = across == 0 ? 0 : (2 * across - 1) * high / (2 * wide) + 1;
+            far = std::min((2 * across + 1) * high / (2 * wide), high - 1);
+            if (near > far) {
+                continue;
+            }
         }
+        const int first = from.y + way * near;
+        const int last = from.y + way * far;
+        extend(thin(column), std::min(first, last), std::max(first, last) + 1);
     }
-    if (run.top == run.end) {
-        run = {static_cast<std::int16_t>(y), static_cast<std::int16_t>(y)};
-    }
-    return run;
 }
 
-void Generation::set_point(int index, Point point) {
-    breaks_ -= (breaks_before(index) ? 1 : 0) + (breaks_before(index + 1) ? 1 : 0);
-    points_[static_cast<std::size_t>(index)] = point;
-    breaks_ += (breaks_before(index) ? 1 : 0) + (breaks_before(index + 1) ? 1 : 0);
-    const int last = std::min(index + 1, plot::last_point);
-    for (int near = std::max(index - 1, plot::first_point); near <= last; ++near) {
-        runs_[static_cast<std::size_t>(near)] = run_of(near);
+/// Finds what the brush covers in `columns` of the plot as it follows the thin line.
+void Generation::widen(Columns columns) {
+    for (int column = columns.left; column < columns.right; ++column) {
+        int top = scale_.height();
+        int end = 0;
+        int from = column + brush_.before();
+        for (const RowRun rows : brush_.columns()) {
+            const RowRun line = thin(from--);
+            if (line.top < line.end) {
+                top = std::min(top, line.top + rows.top);
+                end = std::max(end, line.end - 1 + rows.end);
+            }
+        }
+        top = std::max(top, 0);
+        end = std::min(end, scale_.height());
+        runs_[static_cast<std::size_t>(column)] =
+            top < end ? RowRun{static_cast<std::int16_t>(top), static_cast<std::int16_t>(end)}
+                      : RowRun{};
     }
 }
 

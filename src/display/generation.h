@@ -3,65 +3,82 @@
 #include <array>
 #include <cstdint>
 #include <span>
+#include <vector>
 
-#include "display/surface.h"
+#include "display/plot_scale.h"
 #include "state/plot_geometry.h"
 
 namespace kv408 {
 
-/// Rows of one column that a trace drawn as a line covers, `top` included, `end` not; none when
-/// both are equal, to the row of the column's point.
-struct RowRun {
-    std::int16_t top = 0;
-    std::int16_t end = 0;
+/// A point of a trace in units of the plot. The row is not rounded, so that it can be drawn at any
+/// scale.
+struct TracePoint {
+    std::int32_t x = 0;
+    double y = 0.0;
 
-    friend constexpr bool operator==(const RowRun&, const RowRun&) = default;
+    friend constexpr bool operator==(const TracePoint&, const TracePoint&) = default;
 };
 
-/// The points of one sweep of one channel, and what a line through the drawn ones covers.
+/// The points of one sweep of one channel, where they lie at the scale at which they are drawn, and
+/// what a line through the drawn ones covers.
 ///
-/// As long as every drawn point lies one column right of the point before (is_uniform), the line
-/// through them covers one run of rows in each column: the part of the segment before that is
-/// nearer to this point than to the last one, the point itself, and the nearer half of the next
-/// segment. The runs are kept up to date with each point, so that composing a picture needs no
-/// line drawing.
+/// As long as every drawn point lies one unit right of the point before (is_uniform), the line
+/// through them covers one run of rows in each column of pixels: the pixels of the thin line in
+/// that column and in its neighbours, widened by the brush. The runs are kept up to date with each
+/// point, so that composing a picture needs no line drawing.
 class Generation {
 public:
-    /// Sets point `index`, 0..640.
-    void set_point(int index, Point point);
+    Generation();
+
+    /// Sets the points from index `first` on, all within 0..640.
+    void set_points(int first, std::span<const TracePoint> points);
 
     /// Point `index`, 0..640.
-    [[nodiscard]] Point point(int index) const { return points_[static_cast<std::size_t>(index)]; }
+    [[nodiscard]] TracePoint point(int index) const {
+        return points_[static_cast<std::size_t>(index)];
+    }
 
-    /// The drawn points, 1..639.
+    /// Draws from now on at `scale`.
+    void rescale(const PlotScale& scale);
+
+    /// Where the drawn points, 1..639, lie, in pixels.
     [[nodiscard]] std::span<const Point> drawn_points() const {
-        return std::span(points_).subspan(plot::first_point, drawn);
+        return std::span(placed_).subspan(plot::first_point, drawn);
     }
 
     /// True when the x of the drawn points go up by one from each point to the next.
     [[nodiscard]] bool is_uniform() const { return breaks_ == 0; }
 
-    /// Columns of the drawn points, which may lie outside the plot; only of a uniform generation.
-    [[nodiscard]] Columns columns() const {
-        return {point(plot::first_point).x, point(plot::last_point).x + 1};
-    }
+    /// Columns of pixels that a line or dots through the drawn points can reach, which may lie
+    /// outside the plot; only of a uniform generation.
+    [[nodiscard]] Columns columns() const;
 
-    /// What the line through the drawn points covers, one run for each drawn point's column. Only
-    /// of a uniform generation.
-    [[nodiscard]] std::span<const RowRun> runs() const {
-        return std::span(runs_).subspan(plot::first_point, drawn);
-    }
+    /// What the line through the drawn points covers in each column of the plot. Only of a uniform
+    /// generation.
+    [[nodiscard]] std::span<const RowRun> runs() const { return runs_; }
+
+    /// What each point and each pixel of a line is drawn with.
+    [[nodiscard]] const Brush& brush() const { return brush_; }
 
 private:
-    static constexpr std::size_t drawn = plot::last_point - plot::first_point + 1;
+    static constexpr int drawn = plot::last_point - plot::first_point + 1;
 
-    [[nodiscard]] bool breaks_before(int index) const;
-    [[nodiscard]] RowRun run_of(int index) const;
+    [[nodiscard]] Point placed(int index) const { return placed_[static_cast<std::size_t>(index)]; }
+    [[nodiscard]] int breaks_between(int first, int last) const;
+    void place_points(int first, int last);
+    void cover(int first, int last);
+    void draw_thin(Point from, Point to, Columns columns);
+    void widen(Columns columns);
+    [[nodiscard]] RowRun& thin(int column);
 
-    std::array<Point, plot::points> points_ = {};
-    std::array<RowRun, plot::points> runs_ = {};
-    /// Drawn points that do not lie one column right of the drawn point before.
-    int breaks_ = plot::last_point - plot::first_point;
+    PlotScale scale_;
+    Brush brush_;
+    std::array<TracePoint, plot::points> points_ = {};
+    std::array<Point, plot::points> placed_ = {};
+    std::vector<RowRun> thin_; ///< of a line of one pixel; `margin` more columns at both sides
+    std::vector<RowRun> runs_;
+    /// Drawn points that do not lie one unit right of the drawn point before.
+    int breaks_ = drawn - 1;
 };
 
 } // namespace kv408

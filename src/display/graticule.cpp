@@ -1,9 +1,5 @@
 #include "display/graticule.h"
 
-#include <array>
-
-#include "display/lines.h"
-#include "display/shapes.h"
 #include "state/plot_geometry.h"
 #include "state/rounding.h"
 
@@ -15,7 +11,7 @@ constexpr int bottom_edge = plot::height - 1; // 512
 constexpr int dots_across = 51;               // five a division and one at the end
 constexpr int dots_down = 41;
 constexpr int edges = 3;       // both edges and the centre line between them
-constexpr int tick_before = 3; // a tick is 7 pixels long: 3 before its line, 3 after, one on it
+constexpr int tick_before = 3; // a tick is 7 units long: 3 before its line, 3 after, one on it
 constexpr int tick_after = 4;
 
 /// Place of dot or tick `number` along its line, counted from 0; a fifth of a division apart.
@@ -23,48 +19,49 @@ std::int32_t place(int number) {
     return round_to_int32(number * 12.8);
 }
 
-void draw_border(const Canvas& canvas, Pixel line) {
-    constexpr std::array<Point, 5> corners{
-        {{0, 0}, {right_edge, 0}, {right_edge, bottom_edge}, {0, bottom_edge}, {0, 0}}};
-    draw_polyline(canvas, corners, line);
+void draw_border(const UnitPainter& painter, Pixel line) {
+    for (const int y : {0, bottom_edge}) {
+        painter.draw_row(y, 0, plot::width, line);
+    }
+    for (const int x : {0, right_edge}) {
+        painter.draw_column(x, 0, plot::height, line);
+    }
 }
 
-void draw_division_dots(const Canvas& canvas, Pixel line) {
+void draw_division_dots(const UnitPainter& painter, Pixel line) {
     for (int y = plot::division; y < bottom_edge; y += plot::division) {
         for (int dot = 0; dot < dots_across; ++dot) {
-            set_pixel(canvas, {place(dot), y}, line);
+            painter.draw_dot(place(dot), y, line);
         }
     }
     for (int x = plot::division; x < right_edge; x += plot::division) {
         for (int dot = 0; dot < dots_down; ++dot) {
-            set_pixel(canvas, {x, place(dot)}, line);
+            painter.draw_dot(x, place(dot), line);
         }
     }
 }
 
-void draw_ticks(const Canvas& canvas, Pixel line) {
+void draw_ticks(const UnitPainter& painter, Pixel line) {
     for (int edge = 0; edge < edges; ++edge) {
         const int y = plot::centre_y * edge;
         for (int tick = 0; tick < dots_across; ++tick) {
-            const std::int32_t x = place(tick);
-            draw_line(canvas, {x, y - tick_before}, {x, y + tick_after}, Pen{line});
+            painter.draw_column(place(tick), y - tick_before, y + tick_after, line);
         }
         const int x = plot::centre_x * edge;
         for (int tick = 0; tick < dots_down; ++tick) {
-            const std::int32_t tick_y = place(tick);
-            draw_line(canvas, {x - tick_before, tick_y}, {x + tick_after, tick_y}, Pen{line});
+            painter.draw_row(place(tick), x - tick_before, x + tick_after, line);
         }
     }
 }
 
 } // namespace
 
-void draw_graticule(const Canvas& canvas, Pixel background, Pixel line, bool dotted) {
-    fill_rectangle(canvas, {0, 0, canvas.surface().width(), canvas.height()}, background);
-    draw_border(canvas, line);
+void draw_graticule(const UnitPainter& painter, Pixel background, Pixel line, bool dotted) {
+    painter.fill(background);
+    draw_border(painter, line);
     if (dotted) {
-        draw_division_dots(canvas, line);
-        draw_ticks(canvas, line);
+        draw_division_dots(painter, line);
+        draw_ticks(painter, line);
     }
 }
 

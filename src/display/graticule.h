@@ -1,11 +1,11 @@
 #pragma once
 
-#include "display/canvas.h"
+#include "display/unit_painter.h"
 
 namespace kv408 {
 
-/// Fills the canvas with `background` and draws the plot's border in `line`; with `dotted` also the
+/// Fills everything with `background` and draws the plot's border in `line`; with `dotted` also the
 /// dots of the 10 by 8 divisions and the ticks on the edges and the centre lines, five a division.
-void draw_graticule(const Canvas& canvas, Pixel background, Pixel line, bool dotted);
+void draw_graticule(const UnitPainter& painter, Pixel background, Pixel line, bool dotted);
 
 } // namespace kv408

@@ -5,9 +5,6 @@
 namespace kv408 {
 namespace {
 
-/// Length of one run of drawn or of left-out pixels of a dotted line.
-constexpr std::int64_t dot_length = 3;
-
 /// A line seen along the axis in which it is longer.
 struct Course {
     std::int64_t start = 0;      ///< coordinate along the long axis of the first pixel
@@ -40,9 +37,9 @@ Stretch visible(const Course& course, std::int64_t lowest, std::int64_t end) {
             std::min(reached, static_cast<std::int64_t>(course.length))};
 }
 
-/// Calls `plot(along, across)` for every pixel of `stretch` that `style` draws.
+/// Calls `plot(along, across)` for every pixel of `stretch`.
 template <typename Plot>
-void walk(const Course& course, Stretch stretch, PenStyle style, const Plot& plot) {
+void walk(const Course& course, Stretch stretch, const Plot& plot) {
     if (stretch.first >= stretch.last) {
         return;
     }
@@ -54,10 +51,8 @@ void walk(const Course& course, Stretch stretch, PenStyle style, const Plot& plo
         // Halves go to the smaller coordinate: up to them when drifting down, from them otherwise.
         const std::uint64_t twice = 2 * rest;
         const bool next = course.drift > 0 ? twice > course.length : twice >= course.length;
-        if (style == PenStyle::solid || index / dot_length % 2 == 0) {
-            plot(course.start + index * course.step,
-                 course.across + (whole + (next ? 1 : 0)) * course.drift);
-        }
+        plot(course.start + index * course.step,
+             course.across + (whole + (next ? 1 : 0)) * course.drift);
         rest += course.deviation;
         if (rest >= course.length) {
             rest -= course.length;
@@ -66,38 +61,47 @@ void walk(const Course& course, Stretch stretch, PenStyle style, const Plot& plo
     }
 }
 
-} // namespace
-
-void set_pixel(const Canvas& canvas, Point point, Pixel colour) {
-    if (canvas.contains(point.x, point.y)) {
-        canvas.surface().at(point.x, point.y) = colour;
+void put(const Canvas& canvas, std::int64_t x, std::int64_t y, const Brush& brush, Pixel colour) {
+    std::int64_t column = x - brush.before();
+    for (const RowRun rows : brush.columns()) {
+        for (std::int64_t row = y + rows.top; row < y + rows.end; ++row) {
+            if (canvas.contains(column, row)) {
+                canvas.surface().at(static_cast<int>(column), static_cast<int>(row)) = colour;
+            }
+        }
+        ++column;
     }
 }
 
-void draw_line(const Canvas& canvas, Point from, Point to, Pen pen) {
+} // namespace
+
+void draw_dot(const Canvas& canvas, Point point, const Brush& brush, Pixel colour) {
+    put(canvas, point.x, point.y, brush, colour);
+}
+
+void draw_line(const Canvas& canvas, Point from, Point to, const Brush& brush, Pixel colour) {
     const std::uint64_t wide = distance(from.x, to.x);
     const std::uint64_t high = distance(from.y, to.y);
-    const auto plot = [&canvas, &pen](std::int64_t x, std::int64_t y) {
-        if (canvas.contains(x, y)) {
-            canvas.surface().at(static_cast<int>(x), static_cast<int>(y)) = pen.colour;
-        }
-    };
+    const auto plot = [&](std::int64_t x, std::int64_t y) { put(canvas, x, y, brush, colour); };
+    // From further away no pixel of the line can be seen.
+    const int reach = brush.width();
     if (wide >= high) {
         const Course course{from.x, from.y, direction(from.x, to.x), direction(from.y, to.y),
                             wide,   high};
-        walk(course, visible(course, canvas.columns().left, canvas.columns().right), pen.style,
+        walk(course, visible(course, canvas.columns().left - reach, canvas.columns().right + reach),
              plot);
         return;
     }
     const Course course{from.y, from.x, direction(from.y, to.y), direction(from.x, to.x),
                         high,   wide};
-    walk(course, visible(course, 0, canvas.height()), pen.style,
+    walk(course, visible(course, -reach, canvas.height() + reach),
          [&plot](std::int64_t along, std::int64_t across) { plot(across, along); });
 }
 
-void draw_polyline(const Canvas& canvas, std::span<const Point> points, Pixel colour) {
+void draw_polyline(const Canvas& canvas, std::span<const Point> points, const Brush& brush,
+                   Pixel colour) {
     for (std::size_t index = 1; index < points.size(); ++index) {
-        draw_line(canvas, points[index - 1], points[index], Pen{colour, PenStyle::solid});
+        draw_line(canvas, points[index - 1], points[index], brush, colour);
     }
 }
 

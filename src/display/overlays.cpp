@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <string>
 
-#include "display/lines.h"
 #include "state/engineering_format.h"
 #include "state/plot_geometry.h"
 #include "state/rounding.h"
@@ -25,11 +24,6 @@ Colour mixed(Colour first, Colour second) {
 double level_distance(std::size_t source, const TriggerState& trigger, const Channels& channels) {
     const ChannelState& channel = channels[source];
     return (zero_volt_code - trigger.saved_trigpos[source]) * 2 * channel.scale * channel.vtfactor;
-}
-
-/// A line's pens by whether its cursor is the active one.
-Pen cursor_pen(const CursorLines& lines, std::size_t cursor) {
-    return {lines.colour, lines.solid[cursor] ? PenStyle::solid : PenStyle::dotted};
 }
 
 void show_offset(ChannelControls& controls, const ChannelState& channel) {
@@ -62,22 +56,23 @@ std::int32_t trigger_row(std::size_t source, const TriggerState& trigger,
     return round_to_int32(level_distance(source, trigger, channels) + channels[source].pos);
 }
 
-void draw_overlays(const Canvas& canvas, const Overlays& overlays) {
+void draw_overlays(const UnitPainter& painter, const Overlays& overlays) {
+    // A line has no last unit: those at the right and at the bottom edge are left out.
     constexpr int right = plot::width - 1;
     constexpr int bottom = plot::height - 1;
     const CursorLines& lines = overlays.cursors;
     for (std::size_t cursor = 0; cursor < lines.place.size(); ++cursor) {
         const std::int32_t place = lines.place[cursor];
+        const PenStyle style = lines.solid[cursor] ? PenStyle::solid : PenStyle::dotted;
         if (lines.kind == CursorLines::Kind::voltage) {
-            draw_line(canvas, {0, place}, {right, place}, cursor_pen(lines, cursor));
+            painter.draw_row(place, 0, right, lines.colour, style);
         } else if (lines.kind == CursorLines::Kind::time) {
-            draw_line(canvas, {place, 0}, {place, bottom}, cursor_pen(lines, cursor));
+            painter.draw_column(place, 0, bottom, lines.colour, style);
         }
     }
-    draw_annotations(canvas, overlays.annotations);
+    draw_annotations(painter, overlays.annotations);
     if (overlays.trigger.shown) {
-        const std::int32_t row = overlays.trigger.row;
-        draw_line(canvas, {0, row}, {right, row}, {overlays.trigger.colour, PenStyle::dotted});
+        painter.draw_row(overlays.trigger.row, 0, right, overlays.trigger.colour, PenStyle::dotted);
     }
 }
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "display/annotations.h"
-#include "display/canvas.h"
+#include "display/unit_painter.h"
 #include "panel/front_panel.h"
 #include "state/acquisition_state.h"
 #include "state/channel_state.h"
@@ -52,7 +52,7 @@ struct Overlays {
 
 /// Draws the cursor lines, then the marks of the annotated measurement, then the trigger-level
 /// line.
-void draw_overlays(const Canvas& canvas, const Overlays& overlays);
+void draw_overlays(const UnitPainter& painter, const Overlays& overlays);
 
 /// Writes the offset read-outs and the trigger level, and puts the trigger marker and the channel
 /// markers beside the plot.

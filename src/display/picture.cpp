@@ -12,16 +12,13 @@
 namespace kv408 {
 namespace {
 
-/// The gap ahead of the newest point starts one column right of it and is 19 columns wide.
+/// The gap ahead of the newest point starts one unit right of it and is 19 units wide.
 constexpr std::int64_t gap_start = 1;
 constexpr std::int64_t gap_end = 20;
 
-Surface plot_surface() {
-    return {plot::width, plot::height};
+Surface surface_of(const PlotScale& scale) {
+    return {scale.width(), scale.height()};
 }
-
-/// Channel indices in the order of drawing: CH1 comes to lie on top.
-constexpr std::array drawing_order{ch2, ch1};
 
 std::size_t slot(int channel) {
     return static_cast<std::size_t>(channel);
@@ -30,35 +27,90 @@ std::size_t slot(int channel) {
 } // namespace
 
 Picture::Picture(const PictureInputs& inputs)
-    : inputs_(inputs), grid_(plot_surface()),
-      display_(plot_surface()), trace_surfaces_{plot_surface(), plot_surface()} {
+    : inputs_(inputs), grid_(surface_of(scale_)), display_(surface_of(scale_)),
+      raster_(scale_.width(), scale_.height()), due_(scale_.width()) {
+    // CH1 comes to lie on top.
+    for (const int channel : {ch2, ch1}) {
+        traces_.push_back({channel, {}, {}, DirtyColumns(scale_.width())});
+    }
+    drawn_.traces.resize(traces_.size());
     calcPersistColors();
 }
 
 Picture::~Picture() = default;
 
+Picture::ChannelTrace& Picture::trace_of(int channel) {
+    return *std::find_if(traces_.begin(), traces_.end(),
+                         [channel](const ChannelTrace& trace) { return trace.channel == channel; });
+}
+
 void Picture::refresh(int channel, int index) {
-    const Columns changed = traces_[slot(channel)].map(inputs_.channels[slot(channel)],
-                                                       inputs_.samples[slot(channel)], index);
-    changes_.points[slot(channel)].add(changed);
+    ChannelTrace& trace = trace_of(channel);
+    const Columns changed =
+        trace.trace.map(inputs_.channels[slot(channel)], inputs_.samples[slot(channel)], index);
+    if (!changed.empty()) {
+        const int before = scale_.line_width() / 2;
+        trace.changed.add({scale_.place(changed.left) - before,
+                           scale_.place(changed.right - 1) - before + scale_.line_width()});
+    }
 }
 
 void Picture::makegrid() {
-    draw_graticule(Canvas(grid_), pixel_of(inputs_.colours.background),
-                   pixel_of(inputs_.colours.grid), inputs_.panel.gridenable.checked());
-    changes_.everything = true;
+    grid_background_ = pixel_of(inputs_.colours.background);
+    grid_colour_ = pixel_of(inputs_.colours.grid);
+    grid_dotted_ = inputs_.panel.gridenable.checked();
+    draw_grid();
+    everything_changed_ = true;
 }
 
-void Picture::ClearTrace(int channel) {
-    Surface& surface = trace_surfaces_[slot(channel - 1)];
-    fill_rectangle(Canvas(surface), whole(surface), pixel_of(inputs_.colours.background));
+void Picture::draw_grid() {
+    draw_graticule(UnitPainter(Canvas(grid_), scale_), grid_background_, grid_colour_,
+                   grid_dotted_);
 }
 
 void Picture::movepersistance() {
-    for (Trace& trace : traces_) {
-        trace.shift();
+    for (ChannelTrace& trace : traces_) {
+        trace.trace.shift();
     }
-    changes_.history = true;
+    history_changed_ = true;
+}
+
+void Picture::rescale(const PlotScale& scale) {
+    scale_ = scale;
+    grid_ = surface_of(scale);
+    display_ = surface_of(scale);
+    trace_surface_.reset();
+    raster_ = TraceRaster(scale.width(), scale.height());
+    for (ChannelTrace& trace : traces_) {
+        trace.trace.rescale(scale);
+        trace.changed = DirtyColumns(scale.width());
+    }
+    draw_grid();
+    due_ = DirtyColumns(scale.width());
+    due_.add({0, scale.width()});
+}
+
+void Picture::set_scale(const PlotScale& scale) {
+    if (scale == scale_) {
+        return;
+    }
+    rescale(scale);
+    if (listener_) {
+        compose_what_is_due();
+        listener_({0, scale.width()});
+    }
+}
+
+Surface Picture::at_natural_size() {
+    const PlotScale shown = scale_;
+    if (shown == PlotScale()) {
+        return surface();
+    }
+    rescale(PlotScale());
+    Surface natural = surface();
+    rescale(shown);
+    compose_what_is_due();
+    return natural;
 }
 
 void Picture::calccursors() {
@@ -79,9 +131,9 @@ void Picture::set_newest_point(int index) {
 
 void Picture::calcPersistColors() {
     const int depth = std::clamp<int>(inputs_.settings.persisttime, 0, deepest_persistence);
-    for (const int channel : drawing_order) {
-        ramps_[slot(channel)] = persistence_colours(inputs_.colours.channel(channel),
-                                                    inputs_.colours.background, depth);
+    for (ChannelTrace& trace : traces_) {
+        trace.ramp = persistence_colours(inputs_.colours.channel(trace.channel),
+                                         inputs_.colours.background, depth);
     }
 }
 
@@ -107,7 +159,11 @@ void Picture::draw(unsigned flags) {
     const Content next = content(flags);
     add_columns_to_compose(next);
     drawn_ = next;
-    changes_ = Changes{.everything = false, .history = false, .points = {}};
+    everything_changed_ = false;
+    history_changed_ = false;
+    for (ChannelTrace& trace : traces_) {
+        trace.changed.clear();
+    }
     const Columns due = due_.hull();
     if (listener_ && !due.empty()) {
         compose_what_is_due();
@@ -121,8 +177,9 @@ bool Picture::may_draw() const {
            state != "startscope";
 }
 
-TraceLook Picture::look_of(int channel, unsigned flags) const {
+TraceLook Picture::look_of(const ChannelTrace& trace, unsigned flags) const {
     const FrontPanel& panel = inputs_.panel;
+    const int channel = trace.channel;
     const unsigned flag = channel == ch1 ? draw_flags::ch1 : draw_flags::ch2;
     // Only CH2 waits for a whole sweep; CH1 is redrawn while its sweep is incomplete.
     const bool held = channel == ch1 || inputs_.acquisition.ready[slot(ch2)];
@@ -136,21 +193,24 @@ TraceLook Picture::look_of(int channel, unsigned flags) const {
                    .colour = pixel_of(inputs_.colours.channel(channel)),
                    .faded = {}};
     if (look.history) {
-        std::transform(ramps_[slot(channel)].begin(), ramps_[slot(channel)].end(),
-                       look.faded.begin(), pixel_of);
+        std::transform(trace.ramp.begin(), trace.ramp.end(), look.faded.begin(), pixel_of);
     }
     return look;
 }
 
-Columns Picture::gap_of(int channel) const {
+Columns Picture::gap_of(const Trace& trace) const {
     if (!inputs_.acquisition.pointmode) {
         return {};
     }
-    const std::int64_t x = traces_[slot(channel)].current().point(newest_point_).x;
+    const std::int64_t x = trace.current().point(newest_point_).x;
     const auto column = [x](std::int64_t ahead) {
         return static_cast<int>(std::clamp<std::int64_t>(x + ahead, 0, plot::width));
     };
     return {column(gap_start), column(gap_end)};
+}
+
+Columns Picture::pixels_of(Columns units) const {
+    return {scale_.edge(units.left), scale_.edge(units.right)};
 }
 
 Overlays Picture::overlays_of(unsigned flags) const {
@@ -175,30 +235,28 @@ Picture::Content Picture::content(unsigned flags) const {
     Content next;
     next.background = pixel_of(inputs_.colours.background);
     next.overlays = overlays_of(flags);
-    for (const int channel : drawing_order) {
-        next.looks[slot(channel)] = look_of(channel, flags);
-        if (next.looks[slot(channel)].shown) {
-            next.gaps[slot(channel)] = gap_of(channel);
-        }
+    for (const ChannelTrace& trace : traces_) {
+        const TraceLook look = look_of(trace, flags);
+        next.traces.push_back({look, look.shown ? gap_of(trace.trace) : Columns{}});
     }
     return next;
 }
 
 void Picture::add_columns_to_compose(const Content& next) {
-    bool everything = changes_.everything || next.background != drawn_.background ||
+    bool everything = everything_changed_ || next.background != drawn_.background ||
                       next.overlays != drawn_.overlays;
-    for (const int channel : drawing_order) {
-        const TraceLook& look = next.looks[slot(channel)];
-        everything |= look != drawn_.looks[slot(channel)];
-        everything |= look.history && changes_.history;
-        if (look.shown) {
-            due_.add_difference(next.gaps[slot(channel)], drawn_.gaps[slot(channel)]);
-            changes_.points[slot(channel)].for_each_range(
-                [this](Columns columns) { due_.add(columns); });
+    for (std::size_t index = 0; index < traces_.size(); ++index) {
+        const TraceContent& now = next.traces[index];
+        const TraceContent& before = drawn_.traces[index];
+        everything |= now.look != before.look;
+        everything |= now.look.history && history_changed_;
+        if (now.look.shown) {
+            due_.add_difference(pixels_of(now.gap), pixels_of(before.gap));
+            traces_[index].changed.for_each_range([this](Columns columns) { due_.add(columns); });
         }
     }
     if (everything) {
-        due_.add(all_columns);
+        due_.add({0, scale_.width()});
     }
 }
 
@@ -209,9 +267,9 @@ void Picture::compose_what_is_due() {
 
 void Picture::compose(Columns columns) {
     TraceViews views;
-    for (const int channel : drawing_order) {
-        views[slot(channel)] = {&traces_[slot(channel)], drawn_.looks[slot(channel)],
-                                drawn_.gaps[slot(channel)]};
+    for (std::size_t index = 0; index < traces_.size(); ++index) {
+        const TraceContent& drawn = drawn_.traces[index];
+        views.push_back({&traces_[index].trace, drawn.look, pixels_of(drawn.gap)});
     }
     const Canvas canvas(display_, columns);
     if (std::all_of(views.begin(), views.end(), TraceRaster::can_draw)) {
@@ -219,29 +277,38 @@ void Picture::compose(Columns columns) {
     } else {
         compose_by_painting(canvas, views);
     }
-    draw_overlays(canvas, drawn_.overlays);
+    draw_overlays(UnitPainter(canvas, scale_), drawn_.overlays);
 }
 
 void Picture::compose_by_runs(const Canvas& canvas, const TraceViews& views) {
-    raster_.paint(canvas.columns(), views, drawn_.background);
-    // The grid is copied band by band too, so that each band is written while it is in the cache.
-    for (int top = 0; top < plot::height; top += TraceRaster::band_rows) {
-        const Rectangle band{0, top, plot::width, top + TraceRaster::band_rows};
-        copy_block(canvas, Point{0, top}, grid_, band);
-        raster_.write_band(canvas, top);
+    for (std::size_t first = 0; first < views.size(); first += TraceRaster::most_traces) {
+        const std::size_t count = std::min(TraceRaster::most_traces, views.size() - first);
+        raster_.paint(canvas.columns(), std::span(views).subspan(first, count), drawn_.background);
+        // The grid is copied band by band too, so that each band is written while it is in the
+        // cache.
+        for (int top = 0; top < scale_.height(); top += TraceRaster::band_rows) {
+            if (first == 0) {
+                const Rectangle band{0, top, scale_.width(), top + TraceRaster::band_rows};
+                copy_block(canvas, Point{0, top}, grid_, band);
+            }
+            raster_.write_band(canvas, top);
+        }
     }
 }
 
 void Picture::compose_by_painting(const Canvas& canvas, const TraceViews& views) {
     copy_block(canvas, Point{}, grid_, whole(grid_));
-    for (const int channel : drawing_order) {
-        if (!views[slot(channel)].look.shown) {
-            continue;
+    if (!trace_surface_) {
+        trace_surface_ = surface_of(scale_);
+    }
+    const Canvas sheet(*trace_surface_, canvas.columns());
+    for (const TraceView& view : views) {
+        if (view.look.shown) {
+            fill_rectangle(sheet, whole(*trace_surface_), drawn_.background);
+            paint_trace(sheet, view, drawn_.background);
+            copy_transparent(canvas, Point{}, *trace_surface_, whole(*trace_surface_),
+                             drawn_.background);
         }
-        ClearTrace(channel + 1);
-        Surface& surface = trace_surfaces_[slot(channel)];
-        paint_trace(Canvas(surface), views[slot(channel)], drawn_.background);
-        copy_transparent(canvas, Point{}, surface, whole(surface), drawn_.background);
     }
 }
 

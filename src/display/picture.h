@@ -1,7 +1,8 @@
 #pragma once
 
-#include <array>
 #include <functional>
+#include <optional>
+#include <vector>
 
 #include "display/dirty_columns.h"
 #include "display/overlays.h"
@@ -38,13 +39,13 @@ struct PictureInputs {
     const AnnotationMarks& marks;
 };
 
-/// The picture of the plot area (641 by 513 pixels).
+/// The picture of the plot area: 641 by 513 pixels at natural size, more at a larger scale.
 ///
-/// It is composed in layers, each of which draws over the ones before: the grid, CH2's trace, CH1's
-/// trace, the cursor lines, the marks of the annotated measurement, the trigger-level line. A layer
-/// draws onto a canvas that may be limited to some columns, and what it draws from is part of the
-/// `Content` or of the traces' points; so a draw composes only the columns whose pixels can have
-/// changed since the draw before, with the same pixels as composing all of them.
+/// It is composed in layers, each of which draws over the ones before: the grid, the traces with
+/// CH1's on top, the cursor lines, the marks of the annotated measurement, the trigger-level line.
+/// A layer draws onto a canvas that may be limited to some columns, and what it draws from is part
+/// of the `Content` or of the traces' points; so a draw composes only the columns whose pixels can
+/// have changed since the draw before, with the same pixels as composing all of them.
 class Picture : public Screen {
 public:
     /// A picture of `inputs` with an empty grid and no points.
@@ -55,7 +56,6 @@ public:
 
     void refresh(int channel, int index) override;
     void makegrid() override;
-    void ClearTrace(int channel) override;
     void movepersistance() override;
     void calccursors() override;
     void show_labels() override;
@@ -67,40 +67,58 @@ public:
     /// settings, which is held within 0..9 generations.
     void calcPersistColors() override;
 
-    /// The composed picture, 641 by 513. While nobody listens nothing is composed before it is
-    /// asked for here, and then with the points that the traces have by now.
+    /// The composed picture. While nobody listens nothing is composed before it is asked for here,
+    /// and then with the points that the traces have by now.
     [[nodiscard]] const Surface& surface();
 
-    /// Sets the one listener that is told after the picture has changed, with the columns that did.
-    /// While there is one, the picture is composed with each draw.
+    /// Composes the picture from now on at `scale`. Traces and history stay what they are.
+    void set_scale(const PlotScale& scale);
+    [[nodiscard]] const PlotScale& scale() const { return scale_; }
+
+    /// The picture as it is at natural size, 641 by 513.
+    [[nodiscard]] Surface at_natural_size();
+
+    /// Sets the one listener that is told after the picture has changed, with the columns of pixels
+    /// that did. While there is one, the picture is composed with each draw.
     void on_drawn(std::function<void(Columns)> listener);
 
 private:
+    /// How a trace is drawn, besides its points.
+    struct TraceContent {
+        TraceLook look;
+        Columns gap; ///< units of the plot left blank in a trace that is shown
+
+        friend bool operator==(const TraceContent&, const TraceContent&) = default;
+    };
+
     /// What the pixels depend on, besides the points of the traces.
     struct Content {
-        std::array<TraceLook, 2> looks;
-        std::array<Columns, 2> gaps; ///< of the traces that are shown
+        std::vector<TraceContent> traces; ///< as `traces_`
         Pixel background = 0;
         Overlays overlays;
 
         friend bool operator==(const Content&, const Content&) = default;
     };
 
-    /// What has changed since the last composition, besides the content.
-    struct Changes {
-        bool everything = true;
-        bool history = false;
-        std::array<DirtyColumns, 2> points;
+    /// One channel's trace, and what of it has changed since the last composition.
+    struct ChannelTrace {
+        int channel = 0; ///< its index
+        Trace trace;
+        PersistenceColours ramp = {};
+        DirtyColumns changed;
     };
 
-    /// Both channels' traces as they are to be drawn; the first lies on top.
-    using TraceViews = std::array<TraceView, 2>;
+    using TraceViews = std::vector<TraceView>;
 
     [[nodiscard]] bool may_draw() const;
-    [[nodiscard]] TraceLook look_of(int channel, unsigned flags) const;
-    [[nodiscard]] Columns gap_of(int channel) const;
+    [[nodiscard]] ChannelTrace& trace_of(int channel);
+    [[nodiscard]] TraceLook look_of(const ChannelTrace& trace, unsigned flags) const;
+    [[nodiscard]] Columns gap_of(const Trace& trace) const;
+    [[nodiscard]] Columns pixels_of(Columns units) const;
     [[nodiscard]] Overlays overlays_of(unsigned flags) const;
     [[nodiscard]] Content content(unsigned flags) const;
+    void rescale(const PlotScale& scale);
+    void draw_grid();
     void add_columns_to_compose(const Content& next);
     void compose_what_is_due();
     void compose(Columns columns);
@@ -108,15 +126,19 @@ private:
     void compose_by_painting(const Canvas& canvas, const TraceViews& views);
 
     PictureInputs inputs_;
-    std::array<Trace, 2> traces_;
-    std::array<PersistenceColours, 2> ramps_ = {};
+    PlotScale scale_;
+    std::vector<ChannelTrace> traces_; ///< the one that lies on top last
     int newest_point_ = 0;
+    Pixel grid_background_ = pixel_of(Colour{}); ///< what the grid was drawn with last
+    Pixel grid_colour_ = pixel_of(Colour{});
+    bool grid_dotted_ = false;
     Surface grid_;
     Surface display_;
-    std::array<Surface, 2> trace_surfaces_;
+    std::optional<Surface> trace_surface_; ///< for traces that the raster cannot draw, once needed
     TraceRaster raster_;
-    Content drawn_; ///< what the last composition was made from
-    Changes changes_;
+    Content drawn_;                  ///< what the last composition was made from
+    bool everything_changed_ = true; ///< since the last composition
+    bool history_changed_ = false;
     DirtyColumns due_; ///< columns that the surface does not show as they were last drawn
     bool owes_drawing_ = false;
     std::function<void(Columns)> listener_;

@@ -9,7 +9,8 @@ Surface plot_box(Picture& picture, const FrontPanel& panel) {
     Surface box(plot::box_width, plot::box_height);
     const Canvas canvas(box);
     fill_rectangle(canvas, whole(box), pixel_of(panel.picture1.back_colour().value_or(Colour{})));
-    copy_block(canvas, Point{plot::left, plot::top}, picture.surface(), whole(picture.surface()));
+    const Surface natural = picture.at_natural_size();
+    copy_block(canvas, Point{plot::left, plot::top}, natural, whole(natural));
     return box;
 }
 

@@ -10,7 +10,7 @@
 
 namespace kv408 {
 
-void PlotMouse::chtext_MouseDown(int channel, int y) {
+void PlotMouse::chtext_MouseDown(int channel, double y) {
     grab_offset_ = y;
     grab(channel == ch1 ? adjust_key::ch1 : adjust_key::ch2);
 }
@@ -24,32 +24,38 @@ bool PlotMouse::turns_grabbed() const {
     return panel_.tabstrip2.selected_key() == grabbed_;
 }
 
-void PlotMouse::chtext_MouseMove(int channel, int y) {
+void PlotMouse::chtext_MouseMove(int channel, double y) {
     if (!turns_grabbed()) {
         return;
     }
     const Label& marker = panel_.channel[static_cast<std::size_t>(channel)].text;
-    const int top = marker.top() + (y - grab_offset_);
-    panel_.slider1.drag_to(plot::wheel_span - 2 * (top + plot::marker_middle - plot::top));
+    const double top = marker.top() + (y - grab_offset_);
+    turn_to_row(top + plot::marker_middle - plot::top);
+}
+
+/// Turns the wheel to `row`, as near as half a row.
+void PlotMouse::turn_to_row(double row) {
+    panel_.slider1.drag_to(round_to_int32(plot::wheel_span - 2 * row));
 }
 
 void PlotMouse::chtext_MouseUp() {
     panel_.slider1.mouse_up();
 }
 
-void PlotMouse::trigertext_MouseDown(int y) {
+void PlotMouse::trigertext_MouseDown(double y) {
     grab_offset_ = y;
     grab(adjust_key::trigger);
 }
 
-void PlotMouse::trigertext_MouseMove(int y) {
+void PlotMouse::trigertext_MouseMove(double y) {
     if (!turns_grabbed()) {
         return;
     }
     const std::size_t source = panel_.trigsource.text() == "TRIG1" ? 0 : 1;
     const ChannelState& channel = channels_[source];
-    const int top = std::clamp(panel_.trigertext.top() + (y - grab_offset_),
-                               plot::trigger_marker_highest, plot::trigger_marker_lowest);
+    const double top =
+        std::clamp<double>(panel_.trigertext.top() + (y - grab_offset_),
+                           plot::trigger_marker_highest, plot::trigger_marker_lowest);
     const std::int32_t code =
         round_to_int32(zero_volt_code - (top - panel_.channel[source].text.top()) /
                                             (2.0 * channel.scale * channel.vtfactor));
@@ -60,7 +66,7 @@ void PlotMouse::trigertext_MouseUp() {
     panel_.slider1.mouse_up();
 }
 
-bool PlotMouse::on_line(std::size_t cursor, int x, int y) const {
+bool PlotMouse::on_line(std::size_t cursor, double x, double y) const {
     if (cursor_mode::is_voltage(cursors_.cursormode)) {
         return std::abs(y - cursors_.vpos[cursor]) <= grab_distance;
     }
@@ -68,7 +74,7 @@ bool PlotMouse::on_line(std::size_t cursor, int x, int y) const {
            std::abs(x - cursors_.hpos[cursor]) <= grab_distance;
 }
 
-bool PlotMouse::plot_MouseDown(int x, int y, bool together) {
+bool PlotMouse::plot_MouseDown(double x, double y, bool together) {
     // The nearer line wins where both can be reached.
     const bool voltage = cursor_mode::is_voltage(cursors_.cursormode);
     const auto distance = [&](std::size_t cursor) {
@@ -97,20 +103,21 @@ bool PlotMouse::still_held() const {
            (held_voltage_ ? cursor_mode::is_voltage(mode) : cursor_mode::is_time(mode));
 }
 
-void PlotMouse::plot_MouseMove(int x, int y) {
+void PlotMouse::plot_MouseMove(double x, double y) {
     if (!still_held()) {
         return;
     }
     const bool voltage = cursor_mode::is_voltage(cursors_.cursormode);
     if (cursors_.cursormode == cursor_mode::voltage_both ||
         cursors_.cursormode == cursor_mode::time_both) {
-        move_both(voltage ? y - last_y_ : x - last_x_);
-        last_x_ = x;
-        last_y_ = y;
+        double& last = voltage ? last_y_ : last_x_;
+        const int distance = round_to_int32((voltage ? y : x) - last);
+        last += distance;
+        move_both(distance);
     } else if (voltage) {
-        panel_.slider1.drag_to(plot::wheel_span - 2 * y);
+        turn_to_row(y);
     } else {
-        panel_.slider1.drag_to(std::clamp(x, 0, plot::width - 1));
+        panel_.slider1.drag_to(std::clamp(round_to_int32(x), 0, plot::width - 1));
     }
 }
 

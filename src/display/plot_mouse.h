@@ -14,11 +14,11 @@ namespace kv408 {
 
 /// Dragging with the left mouse button on and around the plot: the channels' zero-line markers,
 /// the trigger-level marker, and the cursor lines. Each drag turns the adjust wheel of its tab and
-/// lets go of it at the end, so that it changes exactly what the wheel would. Coordinates are
-/// pixels of the picture at its natural size.
+/// lets go of it at the end, so that it changes exactly what the wheel would. Coordinates are units
+/// of the plot and fractions of them, where the plot is shown that finely.
 class PlotMouse {
 public:
-    /// How near to a cursor line the mouse must be to grab it, pixels.
+    /// How near to a cursor line the mouse must be to grab it, units.
     static constexpr int grab_distance = 4;
 
     PlotMouse(FrontPanel& panel, const Channels& channels, CursorState& cursors, Adjust& adjust,
@@ -26,22 +26,22 @@ public:
         : panel_(panel), channels_(channels), cursors_(cursors), adjust_(adjust), screen_(screen) {}
 
     /// Mouse pressed on the marker of `channel` (0 or 1), `y` below the marker's top.
-    void chtext_MouseDown(int channel, int y);
+    void chtext_MouseDown(int channel, double y);
     /// Mouse moved with the button held; `y` below the marker's present top.
-    void chtext_MouseMove(int channel, int y);
+    void chtext_MouseMove(int channel, double y);
     /// Mouse let go.
     void chtext_MouseUp();
 
     /// The same for the trigger-level marker.
-    void trigertext_MouseDown(int y);
-    void trigertext_MouseMove(int y);
+    void trigertext_MouseDown(double y);
+    void trigertext_MouseMove(double y);
     void trigertext_MouseUp();
 
     /// Mouse pressed at (`x`, `y`) of the plot area. True when a cursor line was grabbed: that
     /// cursor is then the active one; with `together` both move until the mouse is let go.
-    bool plot_MouseDown(int x, int y, bool together);
+    bool plot_MouseDown(double x, double y, bool together);
     /// Mouse moved to (`x`, `y`) with the button held.
-    void plot_MouseMove(int x, int y);
+    void plot_MouseMove(double x, double y);
     /// Mouse let go.
     void plot_MouseUp();
 
@@ -52,7 +52,8 @@ private:
     void grab(std::string_view key);
     [[nodiscard]] bool turns_grabbed() const;
     [[nodiscard]] bool still_held() const;
-    [[nodiscard]] bool on_line(std::size_t cursor, int x, int y) const;
+    [[nodiscard]] bool on_line(std::size_t cursor, double x, double y) const;
+    void turn_to_row(double row);
     void move_both(int distance);
 
     FrontPanel& panel_;
@@ -61,12 +62,12 @@ private:
     Adjust& adjust_;
     Screen& screen_;
     std::string_view grabbed_;  ///< key of the tab whose quantity is dragged
-    int grab_offset_ = 0;       ///< of the dragged marker: mouse below its top, pixels
+    double grab_offset_ = 0.0;  ///< of the dragged marker: mouse below its top
     bool holding_ = false;      ///< a cursor line is held
     std::size_t held_ = 0;      ///< which one
     bool held_voltage_ = false; ///< it was a voltage cursor's, and not a time cursor's
-    int last_x_ = 0;            ///< of the last move of both cursors
-    int last_y_ = 0;
+    double last_x_ = 0.0;       ///< as far as both cursors have followed
+    double last_y_ = 0.0;
     std::int16_t mode_before_ = 0; ///< cursor mode to return to after moving both
 };
 

@@ -1,32 +1,40 @@
 #include "display/trace.h"
 
+#include <algorithm>
 #include <limits>
 
-#include "state/rounding.h"
 #include "state/trace_mapping.h"
 
 namespace kv408 {
 namespace {
 
-constexpr std::int32_t top_row = 1;
-constexpr std::int32_t bottom_row = 511;
+constexpr double top_row = 1.0;
+constexpr double bottom_row = 511.0;
+
 } // namespace
 
-Point map_sample(const ChannelState& channel, std::uint16_t code, int index) {
+TracePoint map_sample(const ChannelState& channel, std::uint16_t code, int index) {
     const std::int64_t x = index + trace_shift(channel);
     return {
         static_cast<std::int32_t>(std::clamp<std::int64_t>(
             x, std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max())),
-        std::clamp(round_to_int32(trace_row(channel, code)), top_row, bottom_row)};
+        std::clamp(trace_row(channel, code), top_row, bottom_row)};
 }
 
-Columns Trace::map_point(const ChannelState& channel, std::uint16_t code, int index) {
-    const Point mapped = map_sample(channel, code, index);
+Trace::Trace() {
+    fill_history();
+}
+
+void Trace::fill_history() {
+    history_.fill(std::make_shared<Generation>(current_));
+}
+
+Columns Trace::map_point(const TracePoint& mapped, int index) {
     if (mapped == current_.point(index)) {
         return {};
     }
     const bool was_uniform = current_.is_uniform();
-    current_.set_point(index, mapped);
+    current_.set_points(index, std::span(&mapped, 1));
     if (index > plot::last_point) {
         return {}; // the last point is not drawn
     }
@@ -38,23 +46,34 @@ Columns Trace::map_point(const ChannelState& channel, std::uint16_t code, int in
 }
 
 Columns Trace::map(const ChannelState& channel, const SampleBuffer& samples, int index) {
-    const auto code = [&samples](int at) { return samples.raw[static_cast<std::size_t>(at)]; };
+    const auto mapped = [&](int at) {
+        return map_sample(channel, samples.raw[static_cast<std::size_t>(at)], at);
+    };
     if (index >= plot::first_point && index < plot::points) {
-        return map_point(channel, code(index), index);
+        return map_point(mapped(index), index);
     }
     if (index != 0) {
         return {};
     }
+    std::array<TracePoint, plot::last_point> points;
     for (int at = plot::first_point; at <= plot::last_point; ++at) {
-        current_.set_point(at, map_sample(channel, code(at), at));
+        points[static_cast<std::size_t>(at - plot::first_point)] = mapped(at);
     }
-    std::fill(history_.begin(), history_.end(), current_);
+    current_.set_points(plot::first_point, points);
+    fill_history();
     return all_columns;
 }
 
 void Trace::shift() {
     std::shift_right(history_.begin(), history_.end(), 1);
-    history_.front() = current_;
+    history_.front() = std::make_shared<Generation>(current_);
+}
+
+void Trace::rescale(const PlotScale& scale) {
+    current_.rescale(scale);
+    for (const std::shared_ptr<Generation>& generation : history_) {
+        generation->rescale(scale);
+    }
 }
 
 } // namespace kv408

@@ -11,7 +11,7 @@ namespace kv408 {
 /// How one channel's trace is drawn; with its points, everything that its pixels depend on.
 struct TraceLook {
     bool shown = false;   ///< the trace is drawn at all; the other members matter only then
-    bool dots = false;    ///< a pixel a point instead of lines
+    bool dots = false;    ///< a dot for each point instead of lines
     bool history = false; ///< the persistence history is drawn under the current trace
     Pixel colour = 0;     ///< of the current trace
     std::array<Pixel, plot::generations> faded = {}; ///< of the history, generation 0 first
@@ -23,7 +23,7 @@ struct TraceLook {
 struct TraceView {
     const Trace* trace = nullptr;
     TraceLook look;
-    Columns gap; ///< columns left blank ahead of the newest point of a pass; empty: none
+    Columns gap; ///< columns of pixels left blank ahead of the newest point; empty: none
 };
 
 /// Generations that one trace can show: the current one and the history.

@@ -6,18 +6,36 @@
 namespace kv408 {
 namespace {
 
-/// Point by point, so that a later point covers an earlier one whatever their generations.
 void paint_dots(const Canvas& canvas, const TraceView& view) {
-    for (int index = plot::first_point; index <= plot::last_point; ++index) {
-        for (int layer = layers_of(view.look) - 1; layer >= 0; --layer) {
-            set_pixel(canvas, layer_of(view, layer).point(index), layer_colour(view.look, layer));
+    const int layers = layers_of(view.look);
+    const Brush& brush = layer_of(view, 0).brush();
+    const auto paint = [&](int layer, std::size_t index) {
+        draw_dot(canvas, layer_of(view, layer).drawn_points()[index], brush,
+                 layer_colour(view.look, layer));
+    };
+    const std::size_t points = layer_of(view, 0).drawn_points().size();
+    if (brush.width() == 1) {
+        // Point by point, so that a later point covers an earlier one whatever their generations.
+        for (std::size_t index = 0; index < points; ++index) {
+            for (int layer = layers - 1; layer >= 0; --layer) {
+                paint(layer, index);
+            }
+        }
+        return;
+    }
+    // Neighbouring discs may touch: an older generation must not cut into a newer one.
+    for (int layer = layers - 1; layer >= 0; --layer) {
+        for (std::size_t index = 0; index < points; ++index) {
+            paint(layer, index);
         }
     }
 }
 
 void paint_lines(const Canvas& canvas, const TraceView& view) {
     for (int layer = layers_of(view.look) - 1; layer >= 0; --layer) {
-        draw_polyline(canvas, layer_of(view, layer).drawn_points(), layer_colour(view.look, layer));
+        const Generation& generation = layer_of(view, layer);
+        draw_polyline(canvas, generation.drawn_points(), generation.brush(),
+                      layer_colour(view.look, layer));
     }
 }
 

@@ -5,9 +5,9 @@
 
 namespace kv408 {
 
-/// Draws the trace of `view` onto `canvas`, a trace surface that was cleared to `background`: its
-/// history from the oldest generation to the newest, then the current trace, then the gap. This is
-/// how a trace is defined; it serves every trace, whatever its points.
+/// Draws the trace of `view` onto `canvas`, a surface that was cleared to `background`: its history
+/// from the oldest generation to the newest, then the current trace, then the gap. This is how a
+/// trace is defined; it serves every trace, whatever its points.
 void paint_trace(const Canvas& canvas, const TraceView& view, Pixel background);
 
 } // namespace kv408

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cassert>
 #include <cstring>
 #include <utility>
 
@@ -71,42 +72,63 @@ bool TraceRaster::can_draw(const TraceView& view) {
     for (int layer = 0; layer < layers_of(view.look); ++layer) {
         const Generation& generation = layer_of(view, layer);
         if (!generation.is_uniform() ||
-            (view.look.dots && generation.columns() != layer_of(view, 0).columns())) {
+            (view.look.dots &&
+             generation.drawn_points().front().x != layer_of(view, 0).drawn_points().front().x)) {
             return false;
         }
     }
     return true;
 }
 
-TraceRaster::TraceRaster() : sheet_(plot::width), column_touched_(plot::width) {
-    touched_.fill(std::vector<Touched>(plot::width / touched_columns + 1));
+TraceRaster::TraceRaster(int width, int height)
+    : height_(height), bands_((height + band_rows - 1) / band_rows),
+      // A band more, for a run to be painted beyond its end.
+      sheet_(static_cast<std::size_t>(width) * static_cast<std::size_t>(bands_ + 1)),
+      touched_((static_cast<std::size_t>(width) / touched_columns + 1) *
+               static_cast<std::size_t>(bands_)) {}
+
+inline std::uint8_t* TraceRaster::seen(int column, int top) {
+    const auto first = static_cast<std::size_t>(column) * static_cast<std::size_t>(bands_ + 1);
+    return sheet_[first].seen.data() + top;
 }
 
-void TraceRaster::paint(Columns columns, std::span<const TraceView, 2> views, Pixel background) {
+inline TraceRaster::Touched& TraceRaster::touched(int column, int band) {
+    const auto first =
+        static_cast<std::size_t>(column / touched_columns) * static_cast<std::size_t>(bands_);
+    return touched_[first + static_cast<std::size_t>(band)];
+}
+
+void TraceRaster::paint(Columns columns, std::span<const TraceView> views, Pixel background) {
+    assert(views.size() <= most_traces);
     choose_palette(views, background);
     for (int left = columns.left; left < columns.right; left += block_columns) {
         const Columns block = common(columns, {left, left + block_columns});
-        paint_trace(block, views[1], background, 0);
-        paint_trace(block, views[0], background, channel_bits);
-        note_touched(block);
-    }
-}
-
-void TraceRaster::choose_palette(std::span<const TraceView, 2> views, Pixel background) {
-    const int above = visible_layers(views[0].look, background);
-    const int below = visible_layers(views[1].look, background);
-    for (int upper = 0; upper <= above; ++upper) {
-        for (int lower = upper == 0 ? 1 : 0; lower <= below; ++lower) {
-            palette_[static_cast<std::size_t>(upper << channel_bits | lower)] = {
-                0, upper > 0 ? layer_colour(views[0].look, upper - 1)
-                             : layer_colour(views[1].look, lower - 1)};
+        int shift = 0;
+        for (const TraceView& view : views) {
+            paint_trace(block, view, background, shift);
+            shift += trace_bits;
         }
     }
 }
 
+void TraceRaster::choose_palette(std::span<const TraceView> views, Pixel background) {
+    palette_ = {};
+    // What lies on top comes last, over all that may lie below.
+    int step = 1;
+    for (const TraceView& view : views) {
+        for (int layer = visible_layers(view.look, background); layer > 0; --layer) {
+            for (int below = 0; below < step; ++below) {
+                palette_[static_cast<std::size_t>(layer * step + below)] = {
+                    0, layer_colour(view.look, layer - 1)};
+            }
+        }
+        step <<= trace_bits;
+    }
+}
+
 void TraceRaster::paint_trace(Columns columns, const TraceView& view, Pixel background, int shift) {
-    constexpr int channel_mask = (1 << channel_bits) - 1;
-    const auto keep = static_cast<std::uint8_t>(~(channel_mask << shift));
+    constexpr int trace_mask = (1 << trace_bits) - 1;
+    const auto keep = static_cast<std::uint8_t>(~(trace_mask << shift));
     for (int layer = visible_layers(view.look, background) - 1; layer >= 0; --layer) {
         const bool seen = layer_colour(view.look, layer) != background;
         const Ink ink{static_cast<std::uint8_t>((seen ? layer + 1 : 0) << shift), keep};
@@ -126,78 +148,79 @@ void TraceRaster::paint_trace(Columns columns, const TraceView& view, Pixel back
 
 void TraceRaster::paint_lines(Columns columns, const Generation& generation, Ink ink) {
     const auto runs = generation.runs();
-    const int first = generation.columns().left;
     for (int column = columns.left; column < columns.right; ++column) {
-        const RowRun run = runs[static_cast<std::size_t>(column - first)];
+        const RowRun run = runs[static_cast<std::size_t>(column)];
         paint_run(column, run.top, run.end, ink);
     }
 }
 
 void TraceRaster::paint_dots(Columns columns, const Generation& generation, Ink ink) {
     const auto points = generation.drawn_points();
-    const int first = generation.columns().left;
-    for (int column = columns.left; column < columns.right; ++column) {
-        const int y = points[static_cast<std::size_t>(column - first)].y;
-        paint_run(column, y, y + 1, ink);
-    }
-}
-
-inline void TraceRaster::paint_run(int column, int top, int end, Ink ink) {
-    const auto place = static_cast<std::size_t>(column);
-    paint_bytes(sheet_[place].seen.data() + top, end - top, ink.number, ink.keep);
-    // All bits from the first group's to the last one's; of an empty run at most one too many,
-    // which only makes pixels be looked at that stay.
-    column_touched_[place] |=
-        (std::uint64_t{2} << ((end - 1) / word_rows)) - (std::uint64_t{1} << (top / word_rows));
-}
-
-void TraceRaster::note_touched(Columns columns) {
-    for (int column = columns.left; column < columns.right; ++column) {
-        const std::uint64_t groups =
-            std::exchange(column_touched_[static_cast<std::size_t>(column)], 0);
-        const auto place = static_cast<std::size_t>(column / touched_columns);
-        const int shift = column % touched_columns * word_rows;
-        for (std::size_t band = 0; band < touched_.size(); ++band) {
-            touched_[band][place] |= (groups >> (band * word_rows) & 0xFFU) << shift;
+    const Brush& brush = generation.brush();
+    const int left = columns.left + brush.before() - brush.width();
+    auto point = std::upper_bound(points.begin(), points.end(), left,
+                                  [](int column, const Point& at) { return column < at.x; });
+    for (; point != points.end() && point->x - brush.before() < columns.right; ++point) {
+        int column = point->x - brush.before();
+        for (const RowRun rows : brush.columns()) {
+            if (column >= columns.left && column < columns.right) {
+                paint_run(column, std::max(point->y + rows.top, 0),
+                          std::min(point->y + rows.end, height_), ink);
+            }
+            ++column;
         }
     }
 }
 
-void TraceRaster::write_band(const Canvas& canvas, int top) {
-    const auto band = static_cast<std::size_t>(top / band_rows);
-    if (band >= touched_.size()) {
+inline void TraceRaster::paint_run(int column, int top, int end, Ink ink) {
+    if (top >= end) {
         return;
     }
+    paint_bytes(seen(column, top), end - top, ink.number, ink.keep);
+    const int shift = column % touched_columns * word_rows;
+    const int last = (end - 1) / band_rows;
+    for (int band = top / band_rows; band <= last; ++band) {
+        // All bits from the first group's to the last one's.
+        const int first_group = std::max(top - band * band_rows, 0) / word_rows;
+        const int last_group = std::min(end - 1 - band * band_rows, band_rows - 1) / word_rows;
+        touched(column, band) |= ((Touched{2} << last_group) - (Touched{1} << first_group))
+                                 << shift;
+    }
+}
+
+void TraceRaster::write_band(const Canvas& canvas, int top) {
     const Columns columns = canvas.columns();
     for (int left = columns.left / touched_columns * touched_columns; left < columns.right;
          left += touched_columns) {
-        Touched rest =
-            std::exchange(touched_[band][static_cast<std::size_t>(left / touched_columns)], 0);
+        Touched rest = std::exchange(touched(left, top / band_rows), 0);
         if (rest == ~Touched{0}) {
-            for (int group = 0; group < word_rows; ++group) {
-                write_block(canvas.surface(), left, top + group * word_rows);
+            for (int row = top; row < std::min(top + band_rows, height_); row += word_rows) {
+                write_block(canvas.surface(), left, row, std::min(word_rows, height_ - row));
             }
             continue;
         }
         for (; rest != 0; rest &= rest - 1) {
             const int bit = std::countr_zero(rest);
-            write_rows(canvas.surface(), left + bit / word_rows, top + bit % word_rows * word_rows);
+            const int row = top + bit % word_rows * word_rows;
+            write_rows(canvas.surface(), left + bit / word_rows, row,
+                       std::min(word_rows, height_ - row));
         }
     }
 }
 
-inline void TraceRaster::write_block(Surface& surface, int left, int top) {
-    const std::span columns =
-        std::span(sheet_).subspan(static_cast<std::size_t>(left), touched_columns);
-    for (int row = top; row < top + word_rows; ++row) {
+inline void TraceRaster::write_block(Surface& surface, int left, int top, int rows) {
+    std::array<const std::uint8_t*, touched_columns> columns = {};
+    for (int column = 0; column < touched_columns; ++column) {
+        columns[static_cast<std::size_t>(column)] = seen(left + column, top);
+    }
+    for (int row = 0; row < rows; ++row) {
         using Pixels = std::array<Pixel, touched_columns>;
         Pixels colours = {};
         for (std::size_t index = 0; index < colours.size(); ++index) {
-            const std::uint8_t seen = columns[index].seen[static_cast<std::size_t>(row)];
-            colours[index] = palette_[seen].colour;
+            colours[index] = palette_[columns[index][row]].colour;
         }
         // By bits and on copies, for several pixels to be told apart at a time.
-        Pixel* const place = &surface.at(left, row);
+        Pixel* const place = &surface.at(left, top + row);
         Pixels pixels = {};
         std::memcpy(&pixels, place, sizeof pixels);
         for (std::size_t index = 0; index < colours.size(); ++index) {
@@ -206,20 +229,20 @@ inline void TraceRaster::write_block(Surface& surface, int left, int top) {
         }
         std::memcpy(place, &pixels, sizeof pixels);
     }
-    for (Column& column : columns) {
-        store<std::uint64_t>(column.seen.data() + top, 0);
+    for (int column = 0; column < touched_columns; ++column) {
+        store<std::uint64_t>(seen(left + column, top), 0);
     }
 }
 
-inline void TraceRaster::write_rows(Surface& surface, int column, int top) {
-    std::uint8_t* seen = sheet_[static_cast<std::size_t>(column)].seen.data() + top;
+inline void TraceRaster::write_rows(Surface& surface, int column, int top, int rows) {
+    std::uint8_t* const bytes = seen(column, top);
     Pixel* pixel = &surface.at(column, top);
     const int pitch = surface.width();
-    for (int row = 0; row < word_rows; ++row, pixel += pitch) {
-        const Dye& dye = palette_[seen[row]];
+    for (int row = 0; row < rows; ++row, pixel += pitch) {
+        const Dye& dye = palette_[bytes[row]];
         *pixel = (*pixel & dye.keep) | dye.colour;
     }
-    store<std::uint64_t>(seen, 0);
+    store<std::uint64_t>(bytes, 0);
 }
 
 } // namespace kv408

@@ -29,9 +29,6 @@ public:
     /// Recomputes the colours in which older sweeps fade.
     virtual void calcPersistColors() = 0;
 
-    /// Clears the trace surface of `channel`, 1 or 2, to the background.
-    virtual void ClearTrace(int channel) = 0;
-
     /// Shifts both persistence histories by one generation, the current traces become the newest.
     virtual void movepersistance() = 0;
 

@@ -35,7 +35,10 @@ constexpr std::chrono::milliseconds longest_wait_for_screen = 500ms;
 
 MainWindow::MainWindow(Scope& scope, const Dialogs& dialogs)
     : scope_(scope), dialogs_(dialogs), driver_(scope),
-      screen_(new ScreenPanel(scope.picture().surface(), scope.panel())) {
+      screen_(new ScreenPanel(
+          {.surface = scope.picture().surface(),
+           .set_scale = [&scope](const PlotScale& scale) { scope.picture().set_scale(scale); }},
+          scope.panel())) {
     setWindowTitle(u"Kv408 - Tarvo  V1.6"_s);
     lay_out();
     const QSize room = screen()->availableSize() - QSize(0, title_bar_height);

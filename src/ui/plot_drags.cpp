@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cassert>
-#include <cstdlib>
+#include <cmath>
 
 #include "display/plot_mouse.h"
 #include "state/cursor_state.h"
@@ -15,8 +15,8 @@ namespace {
 
 /// What the mouse does to one marker; `y` counts from the marker's top.
 struct MarkerHandlers {
-    std::function<void(PlotMouse&, int y)> press;
-    std::function<void(PlotMouse&, int y)> move;
+    std::function<void(PlotMouse&, double y)> press;
+    std::function<void(PlotMouse&, double y)> move;
     std::function<void(PlotMouse&)> release;
 };
 
@@ -26,7 +26,7 @@ void take_marker_drags(PlotWidget& plot, Label& control, ScopeDriver& driver,
     assert(marker != nullptr);
     marker->setCursor(Qt::SizeVerCursor);
     const auto below_top = [&plot, &control](QPointF place) {
-        return plot.pixel_at(place).y() - control.top();
+        return plot.box_place_at(place).y() - control.top();
     };
     new LeftDrag(
         marker,
@@ -42,33 +42,33 @@ void take_marker_drags(PlotWidget& plot, Label& control, ScopeDriver& driver,
          .release = [=, &driver] { driver.act([&] { handlers.release(driver.plot_mouse()); }); }});
 }
 
-/// The pixel of the plot area that `place` of the screen lies in.
-QPoint area_pixel(const PlotWidget& plot, QPointF place) {
-    return plot.pixel_at(place) - QPoint(plot::left, plot::top);
+/// The place in the plot, in its units, of `place` of the screen.
+QPointF plot_place(const PlotWidget& plot, QPointF place) {
+    return plot.box_place_at(place) - QPointF(plot::left, plot::top);
 }
 
-/// Whether a cursor line can be grabbed from `pixel` of the plot area.
-bool within_reach(QPoint pixel) {
+/// Whether a cursor line can be grabbed from `place` of the plot.
+bool within_reach(QPointF place) {
     constexpr int reach = PlotMouse::grab_distance;
-    return QRect(0, 0, plot::width, plot::height)
+    return QRectF(0, 0, plot::width - 1, plot::height - 1)
         .adjusted(-reach, -reach, reach, reach)
-        .contains(pixel);
+        .contains(place);
 }
 
-/// The mouse's shape at `pixel` of the plot area: the way the cursor line there can be moved.
-Qt::CursorShape shape_at(const CursorState& cursors, QPoint pixel) {
-    const auto near_one = [](const auto& lines, int place) {
-        return std::any_of(lines.begin(), lines.end(), [place](int line) {
-            return std::abs(place - line) <= PlotMouse::grab_distance;
+/// The mouse's shape at `place` of the plot: the way the cursor line there can be moved.
+Qt::CursorShape shape_at(const CursorState& cursors, QPointF place) {
+    const auto near_one = [](const auto& lines, double at) {
+        return std::any_of(lines.begin(), lines.end(), [at](int line) {
+            return std::abs(at - line) <= PlotMouse::grab_distance;
         });
     };
-    if (!within_reach(pixel)) {
+    if (!within_reach(place)) {
         return Qt::ArrowCursor;
     }
-    if (cursor_mode::is_voltage(cursors.cursormode) && near_one(cursors.vpos, pixel.y())) {
+    if (cursor_mode::is_voltage(cursors.cursormode) && near_one(cursors.vpos, place.y())) {
         return Qt::SizeVerCursor;
     }
-    if (cursor_mode::is_time(cursors.cursormode) && near_one(cursors.hpos, pixel.x())) {
+    if (cursor_mode::is_time(cursors.cursormode) && near_one(cursors.hpos, place.x())) {
         return Qt::SizeHorCursor;
     }
     return Qt::ArrowCursor;
@@ -87,7 +87,7 @@ public:
         if (event->type() == QEvent::MouseMove) {
             const auto& mouse = static_cast<const QMouseEvent&>(*event);
             if (mouse.buttons() == Qt::NoButton) {
-                show_shape(shape_at(driver_.cursors(), area_pixel(plot_, mouse.globalPosition())));
+                show_shape(shape_at(driver_.cursors(), plot_place(plot_, mouse.globalPosition())));
             }
         }
         return QObject::eventFilter(watched, event);
@@ -107,19 +107,19 @@ private:
 void take_cursor_drags(PlotWidget& plot, ScopeDriver& driver) {
     new HoverWatch(plot, driver);
     const auto press = [&plot, &driver](QPointF place, Qt::KeyboardModifiers modifiers) {
-        const QPoint pixel = area_pixel(plot, place);
+        const QPointF at = plot_place(plot, place);
         bool grabbed = false;
-        if (within_reach(pixel)) {
+        if (within_reach(at)) {
             driver.act([&] {
-                grabbed = driver.plot_mouse().plot_MouseDown(pixel.x(), pixel.y(),
+                grabbed = driver.plot_mouse().plot_MouseDown(at.x(), at.y(),
                                                              modifiers.testFlag(Qt::ShiftModifier));
             });
         }
         return grabbed;
     };
     const auto move = [&plot, &driver](QPointF place) {
-        const QPoint pixel = area_pixel(plot, place);
-        driver.act([&] { driver.plot_mouse().plot_MouseMove(pixel.x(), pixel.y()); });
+        const QPointF at = plot_place(plot, place);
+        driver.act([&] { driver.plot_mouse().plot_MouseMove(at.x(), at.y()); });
     };
     new LeftDrag(&plot, {.press = press, .move = move, .release = [&driver] {
                              driver.act([&] { driver.plot_mouse().plot_MouseUp(); });
@@ -133,13 +133,13 @@ void take_plot_drags(PlotWidget& plot, ScopeDriver& driver) {
     for (const int channel : {ch1, ch2}) {
         take_marker_drags(
             plot, panel.channel[static_cast<std::size_t>(channel)].text, driver,
-            {.press = [channel](PlotMouse& mouse, int y) { mouse.chtext_MouseDown(channel, y); },
-             .move = [channel](PlotMouse& mouse, int y) { mouse.chtext_MouseMove(channel, y); },
+            {.press = [channel](PlotMouse& mouse, double y) { mouse.chtext_MouseDown(channel, y); },
+             .move = [channel](PlotMouse& mouse, double y) { mouse.chtext_MouseMove(channel, y); },
              .release = [](PlotMouse& mouse) { mouse.chtext_MouseUp(); }});
     }
     take_marker_drags(plot, panel.trigertext, driver,
-                      {.press = [](PlotMouse& mouse, int y) { mouse.trigertext_MouseDown(y); },
-                       .move = [](PlotMouse& mouse, int y) { mouse.trigertext_MouseMove(y); },
+                      {.press = [](PlotMouse& mouse, double y) { mouse.trigertext_MouseDown(y); },
+                       .move = [](PlotMouse& mouse, double y) { mouse.trigertext_MouseMove(y); },
                        .release = [](PlotMouse& mouse) { mouse.trigertext_MouseUp(); }});
     take_cursor_drags(plot, driver);
 }

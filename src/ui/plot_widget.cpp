@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <utility>
 
 #include <QPaintEvent>
 #include <QPainter>
@@ -23,21 +24,32 @@ Columns spanning(Columns a, Columns b) {
     return {std::min(a.left, b.left), std::max(a.right, b.right)};
 }
 
+/// The first pixel of the plot area in the plot box.
+QPoint area_corner(const PlotScale& scale) {
+    return {scale.edge(plot::left), scale.edge(plot::top)};
+}
+
 } // namespace
 
-PlotWidget::PlotWidget(const Surface& surface, QWidget* parent)
-    : QWidget(parent), surface_(surface) {
+PlotWidget::PlotWidget(ScaledPicture picture, QWidget* parent)
+    : QWidget(parent), picture_(std::move(picture)) {
     setAttribute(Qt::WA_OpaquePaintEvent);
     pause_.setSingleShot(true);
     pause_.setTimerType(Qt::PreciseTimer);
     pause_.setInterval(between_paintings);
     connect(&pause_, &QTimer::timeout, this, [this] { show_pending(); });
-    set_scale(1);
+    set_scale(PlotScale());
 }
 
-void PlotWidget::set_scale(int scale) {
-    scale_ = std::max(scale, 1);
-    setFixedSize(size_at(scale_, devicePixelRatioF()));
+void PlotWidget::set_scale(const PlotScale& scale) {
+    scale_ = scale;
+    picture_.set_scale(scale);
+    setFixedSize(size_at(scale, devicePixelRatioF()));
+    for (QObject* child : children()) {
+        if (auto* const marker = dynamic_cast<Marker*>(child)) {
+            marker->fit();
+        }
+    }
     update();
 }
 
@@ -48,26 +60,29 @@ void PlotWidget::set_dimmed(bool dimmed) {
     }
 }
 
-int PlotWidget::scale_for(QSizeF room, qreal ratio) {
-    const double across = room.width() * ratio / plot::box_width;
-    const double down = room.height() * ratio / plot::box_height;
-    return std::max(1, static_cast<int>(std::floor(std::min(across, down) + 1e-9)));
-}
-
-QSize PlotWidget::size_at(int scale, qreal ratio) {
+QSize PlotWidget::size_at(const PlotScale& scale, qreal ratio) {
+    const QPoint area = area_corner(scale);
+    constexpr int below = plot::box_height - plot::top - plot::height;
     const auto units = [&](int pixels) {
-        return static_cast<int>(std::ceil(pixels * scale / ratio - 1e-9));
+        return static_cast<int>(std::ceil(pixels / ratio - 1e-9));
     };
-    return {units(plot::box_width), units(plot::box_height)};
+    return {units(2 * area.x() + scale.width()),
+            units(area.y() + scale.height() + scale.edge(below))};
 }
 
 QPointF PlotWidget::place_of(double x, double y) const {
-    return QPointF(x, y) * (scale_ / devicePixelRatioF());
+    const QPointF from_area = QPointF(x - plot::left, y - plot::top) * scale_.factor();
+    return (area_corner(scale_) + from_area) / devicePixelRatioF();
 }
 
-QPoint PlotWidget::pixel_at(QPointF on_screen) const {
-    const QPointF place = mapFromGlobal(on_screen) * (devicePixelRatioF() / scale_);
-    return {static_cast<int>(std::floor(place.x())), static_cast<int>(std::floor(place.y()))};
+QPointF PlotWidget::box_place_at(QPointF on_screen) const {
+    const QPointF place = mapFromGlobal(on_screen) * devicePixelRatioF() - area_corner(scale_);
+    const auto unit = [this](double pixel) {
+        const double middle = (std::floor(pixel) + 0.5) / scale_.factor() - 0.5;
+        // Half a unit is the finest that can be set; smaller pixels tell no more than whole ones.
+        return scale_.factor() < 2.0 ? std::nearbyint(middle) : middle;
+    };
+    return {plot::left + unit(place.x()), plot::top + unit(place.y())};
 }
 
 void PlotWidget::show_columns(Columns columns) {
@@ -81,20 +96,12 @@ void PlotWidget::show_pending() {
     if (pending_.empty()) {
         return;
     }
-    const QPointF from = place_of(plot::left + pending_.left, plot::top);
-    const QPointF to = place_of(plot::left + pending_.right, plot::top + plot::height);
+    const QRectF pixels(area_corner(scale_) + QPoint(pending_.left, 0),
+                        QSize(pending_.right - pending_.left, scale_.height()));
     pending_ = {};
-    update(QRectF(from, to).toAlignedRect());
+    const qreal unit = 1.0 / devicePixelRatioF();
+    update(QTransform::fromScale(unit, unit).mapRect(pixels).toAlignedRect());
     pause_.start();
-}
-
-void PlotWidget::resizeEvent(QResizeEvent* event) {
-    QWidget::resizeEvent(event);
-    for (QObject* child : children()) {
-        if (auto* const marker = dynamic_cast<Marker*>(child)) {
-            marker->fit();
-        }
-    }
 }
 
 void PlotWidget::paintEvent(QPaintEvent* event) {
@@ -104,9 +111,9 @@ void PlotWidget::paintEvent(QPaintEvent* event) {
     const QTransform to_device = painter.deviceTransform();
     const QPoint origin = to_device.map(QPointF(0, 0)).toPoint();
     painter.setTransform(QTransform::fromTranslate(origin.x(), origin.y()) * to_device.inverted());
-    const QRect target(plot::left * scale_, plot::top * scale_, surface_.width() * scale_,
-                       surface_.height() * scale_);
-    painter.drawImage(target, image_of(surface_));
+    const Surface& surface = picture_.surface;
+    const QRect target(area_corner(scale_), QSize(surface.width(), surface.height()));
+    painter.drawImage(target, image_of(surface));
     if (dimmed_) {
         constexpr int veil_alpha = 160;
         QColor veil = palette().color(QPalette::Window);

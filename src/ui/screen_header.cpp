@@ -1,8 +1,10 @@
 #include "ui/screen_header.h"
 
+#include <cmath>
 #include <cstddef>
 
 #include <QEvent>
+#include <QFontInfo>
 
 #include "ui/screen_label.h"
 #include "ui/widget_maker.h"
@@ -47,7 +49,7 @@ void ScreenHeader::make_state(FrontPanel& panel) {
          u"00:00:00, 00.00.00"_s});
 }
 
-std::vector<int> ScreenHeader::lines_of(int width) const {
+std::vector<int> ScreenHeader::lines_of(int width, double growth) const {
     std::vector<int> lines;
     int line = 0;
     int used = 0;
@@ -59,8 +61,9 @@ std::vector<int> ScreenHeader::lines_of(int width) const {
         used += (used > 0 ? spacing : 0) + needed;
         lines.push_back(line);
     };
-    const auto width_of = [](const Entry& entry) {
-        return entry.label->fontMetrics().horizontalAdvance(entry.longest);
+    const auto width_of = [growth](const Entry& entry) {
+        return static_cast<int>(
+            std::ceil(entry.label->fontMetrics().horizontalAdvance(entry.longest) * growth));
     };
     for (const Entry& entry : timing_) {
         put(width_of(entry));
@@ -73,8 +76,10 @@ std::vector<int> ScreenHeader::lines_of(int width) const {
     return lines;
 }
 
-int ScreenHeader::lines_within(int width) const {
-    return lines_of(width).back() + 1;
+int ScreenHeader::lines_within(int width, double growth) const {
+    const double present =
+        QFontInfo(font()).pointSizeF() / QFontInfo(parentWidget()->font()).pointSizeF();
+    return lines_of(width, growth / present).back() + 1;
 }
 
 void ScreenHeader::set_margin(int margin) {
@@ -95,7 +100,7 @@ void ScreenHeader::resizeEvent(QResizeEvent* event) {
 }
 
 void ScreenHeader::lay_out() {
-    const std::vector<int> lines = lines_of(width() - 2 * margin_);
+    const std::vector<int> lines = lines_of(width() - 2 * margin_, 1.0);
     const int high = height() / (lines.back() + 1);
     int left = margin_;
     for (std::size_t index = 0; index < timing_.size(); ++index) {

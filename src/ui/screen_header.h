@@ -16,8 +16,9 @@ public:
     /// Shows the labels of `panel`.
     explicit ScreenHeader(FrontPanel& panel, QWidget* parent);
 
-    /// Lines that the longest read-outs take in `width` units of the window, 1 or more.
-    [[nodiscard]] int lines_within(int width) const;
+    /// Lines that the longest read-outs take in `width` units of the window, 1 or more, with texts
+    /// `growth` times as large as those around it.
+    [[nodiscard]] int lines_within(int width, double growth) const;
 
     /// Keeps `margin` free on either side.
     void set_margin(int margin);
@@ -34,7 +35,7 @@ private:
     };
 
     /// The line, counted from 0, of each of the timing read-outs and, last, of the state.
-    [[nodiscard]] std::vector<int> lines_of(int width) const;
+    [[nodiscard]] std::vector<int> lines_of(int width, double growth) const;
     void make_timing(FrontPanel& panel);
     void make_state(FrontPanel& panel);
     void lay_out();

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
 #include <QEvent>
 #include <QHBoxLayout>
@@ -56,10 +57,10 @@ protected:
 
 } // namespace
 
-ScreenPanel::ScreenPanel(const Surface& surface, FrontPanel& panel, QWidget* parent)
-    : QWidget(parent), plot_(new PlotWidget(surface, this)), header_(new ScreenHeader(panel, this)),
-      footer_(make_footer(panel)), results_(make_results_panel(panel, this)),
-      cursor_read_outs_(make_cursor_read_outs(panel)) {
+ScreenPanel::ScreenPanel(ScaledPicture picture, FrontPanel& panel, QWidget* parent)
+    : QWidget(parent), plot_(new PlotWidget(std::move(picture), this)),
+      header_(new ScreenHeader(panel, this)), footer_(make_footer(panel)),
+      results_(make_results_panel(panel, this)), cursor_read_outs_(make_cursor_read_outs(panel)) {
     describe(*plot_, {u"Plot"_s, u"The traces of both channels, 10 by 8 divisions"_s});
     bind_appearance(plot_, panel.picture1, [this](bool dimmed) { plot_->set_dimmed(dimmed); });
     plot_->installEventFilter(this);
@@ -134,8 +135,8 @@ QWidget* ScreenPanel::make_cursor_read_outs(FrontPanel& panel) {
     return column;
 }
 
-ScreenPanel::RowHeights ScreenPanel::usual_heights() const {
-    const int letters = fontMetrics().height();
+ScreenPanel::RowHeights ScreenPanel::usual_heights(double growth) const {
+    const int letters = static_cast<int>(std::ceil(fontMetrics().height() * growth));
     return {.line = std::max(24, letters + 7), .result = std::max(20, letters + 3)};
 }
 
@@ -144,38 +145,79 @@ ScreenPanel::RowHeights ScreenPanel::least_heights() const {
     return {.line = letters + 2, .result = letters + 2};
 }
 
-int ScreenPanel::footer_lines(int columns) const {
+double ScreenPanel::growth_at(const PlotScale& scale, qreal ratio) {
+    constexpr double steps = 4.0;
+    return std::clamp(std::floor(scale.factor() / ratio * steps) / steps, 1.0, 2.0);
+}
+
+int ScreenPanel::footer_lines(int columns, double growth) const {
     QFont bold = font();
     bold.setBold(true);
     const int longest = QFontMetrics(bold).horizontalAdvance(u"CH2"_s) + footer_spacing +
                         fontMetrics().horizontalAdvance(u"50mV (VT) (inv)"_s);
-    return longest <= columns / 2 ? 1 : 2;
+    return longest * growth <= columns / 2 ? 1 : 2;
 }
 
-void ScreenPanel::stack_footer(int columns) {
-    const bool stacked = footer_lines(columns) > 1;
+void ScreenPanel::stack_footer(int lines) {
     for (QBoxLayout* const half : footer_halves_) {
-        half->setDirection(stacked ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
-        half->setSpacing(stacked ? 0 : footer_spacing);
+        half->setDirection(lines > 1 ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+        half->setSpacing(lines > 1 ? 0 : footer_spacing);
     }
 }
 
-QSize ScreenPanel::size_around(QSize plot, const RowHeights& heights) const {
+void ScreenPanel::grow_texts(double growth) {
+    if (growth == growth_) {
+        return;
+    }
+    growth_ = growth;
+    QFont grown = font();
+    if (grown.pointSizeF() > 0.0) {
+        grown.setPointSizeF(grown.pointSizeF() * growth);
+    } else {
+        grown.setPixelSize(static_cast<int>(std::lround(grown.pixelSize() * growth)));
+    }
+    for (QWidget* const texts :
+         {static_cast<QWidget*>(header_), footer_, results_, cursor_read_outs_}) {
+        texts->setFont(grown);
+    }
+}
+
+QSize ScreenPanel::size_around(const PlotScale& scale, qreal ratio,
+                               const RowHeights& heights) const {
+    const QSize plot = PlotWidget::size_at(scale, ratio);
+    const double growth = growth_at(scale, ratio);
     const int columns = plot.width() * plot::width / plot::box_width;
-    const int lines = header_->lines_within(columns) + footer_lines(columns);
+    const int lines = header_->lines_within(columns, growth) + footer_lines(columns, growth);
     return {plot.width() + 2 * padding,
             plot.height() + lines * heights.line + results_rows * heights.result + 2 * padding};
 }
 
 QSize ScreenPanel::sizeHint() const {
-    return size_around(PlotWidget::size_at(1, 1.0), usual_heights()) + QSize(0, padding);
+    return size_around(PlotScale(), 1.0, usual_heights(1.0)) + QSize(0, padding);
 }
 
 QSize ScreenPanel::minimumSizeHint() const {
     // The outermost columns of the plot box are empty.
     constexpr int empty = 2;
-    const QSize plot = PlotWidget::size_at(1, std::max(1.0, devicePixelRatioF()));
-    return size_around(plot, least_heights()) - QSize(2 * (padding + empty), 0);
+    return size_around(PlotScale(), std::max(1.0, devicePixelRatioF()), least_heights()) -
+           QSize(2 * (padding + empty), 0);
+}
+
+bool ScreenPanel::fits(const PlotScale& scale) const {
+    const QSize needed = size_around(scale, ratio_, usual_heights(growth_at(scale, ratio_)));
+    return needed.width() <= width() && needed.height() <= height();
+}
+
+PlotScale ScreenPanel::largest_scale() const {
+    // By the plot's width in pixels, so that a window of natural size shows exactly that.
+    const auto at = [](int pixels) { return PlotScale(static_cast<double>(pixels) / plot::width); };
+    int fitting = plot::width;
+    int beyond = PlotScale(PlotScale::largest).width() + 1;
+    while (beyond - fitting > 1) {
+        const int middle = (fitting + beyond) / 2;
+        (fits(at(middle)) ? fitting : beyond) = middle;
+    }
+    return at(fitting);
 }
 
 void ScreenPanel::showEvent(QShowEvent* event) {
@@ -190,32 +232,28 @@ void ScreenPanel::resizeEvent(QResizeEvent* event) {
 
 void ScreenPanel::fit() {
     ratio_ = devicePixelRatioF();
-    const auto size_at = [this](int scale, const RowHeights& heights) {
-        return size_around(PlotWidget::size_at(scale, ratio_), heights);
-    };
-    int scale = PlotWidget::scale_for(QSizeF(size()), ratio_);
-    const auto fits = [this](QSize needed) {
-        return needed.width() <= width() && needed.height() <= height();
-    };
-    while (scale > 1 && !fits(size_at(scale, least_heights()))) {
-        --scale;
-    }
+    const PlotScale scale = largest_scale();
+    grow_texts(growth_at(scale, ratio_));
     plot_->set_scale(scale);
-    const bool roomy = fits(size_at(scale, usual_heights()));
-    const RowHeights heights = roomy ? usual_heights() : least_heights();
+    place_parts(fits(scale) ? usual_heights(growth_) : least_heights());
+}
+
+void ScreenPanel::place_parts(const RowHeights& heights) {
+    const int margin = static_cast<int>(std::lround(plot_->place_of(plot::left, 0).x()));
+    const int columns = plot_->width() - 2 * margin;
+    const int footer = footer_lines(columns, growth_);
     // The results have their place also while they are hidden.
-    int top = (height() - size_at(scale, heights).height() + padding) / 2;
+    const int needed = size_around(plot_->scale(), ratio_, heights).height();
+    int top = (height() - needed + padding) / 2;
     const auto place = [&](QWidget* widget, int high) {
         widget->setGeometry((width() - plot_->width()) / 2, top, plot_->width(), high);
         top += high;
     };
-    const int margin = static_cast<int>(std::lround(plot_->place_of(plot::left, 0).x()));
-    const int columns = plot_->width() - 2 * margin;
-    stack_footer(columns);
+    stack_footer(footer);
     header_->set_margin(margin);
-    place(header_, header_->lines_within(columns) * heights.line);
+    place(header_, header_->lines_within(columns, growth_) * heights.line);
     place(plot_, plot_->height());
-    place(footer_, footer_lines(columns) * heights.line);
+    place(footer_, footer * heights.line);
     place(results_, results_rows * heights.result);
     constexpr int from_edge = 8;
     cursor_read_outs_->move(

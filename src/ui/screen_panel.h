@@ -7,7 +7,6 @@
 #include <QLabel>
 #include <QWidget>
 
-#include "display/surface.h"
 #include "panel/front_panel.h"
 #include "ui/cursor_numbers.h"
 #include "ui/plot_widget.h"
@@ -16,12 +15,12 @@
 namespace kv408::ui {
 
 /// The left half of the window: the plot on a surround of its colour with the read-outs above and
-/// below it and the results of the measurements. The plot takes the largest whole scale that fits,
-/// and all of it stays in the middle.
+/// below it and the results of the measurements. The plot is as large as its room lets it be; the
+/// texts around it grow with it by quarters up to twice their size. All of it stays in the middle.
 class ScreenPanel : public QWidget {
 public:
-    /// Shows `surface` and the controls of `panel` that lie on the screen.
-    ScreenPanel(const Surface& surface, FrontPanel& panel, QWidget* parent = nullptr);
+    /// Shows `picture` and the controls of `panel` that lie on the screen.
+    ScreenPanel(ScaledPicture picture, FrontPanel& panel, QWidget* parent = nullptr);
 
     /// The plot.
     [[nodiscard]] PlotWidget& plot() { return *plot_; }
@@ -50,16 +49,25 @@ private:
     };
 
     /// As high as the rows are where there is room, and as low as they may become.
-    [[nodiscard]] RowHeights usual_heights() const;
+    [[nodiscard]] RowHeights usual_heights(double growth) const;
     [[nodiscard]] RowHeights least_heights() const;
 
-    /// The size of all of it around a plot box of size `plot`.
-    [[nodiscard]] QSize size_around(QSize plot, const RowHeights& heights) const;
+    /// How much larger than the desktop's the texts are beside a plot of `scale` on a screen of
+    /// `ratio` pixels for each unit of the window.
+    [[nodiscard]] static double growth_at(const PlotScale& scale, qreal ratio);
+
+    /// The size of all of it around a plot of `scale` on such a screen.
+    [[nodiscard]] QSize size_around(const PlotScale& scale, qreal ratio,
+                                    const RowHeights& heights) const;
+    [[nodiscard]] bool fits(const PlotScale& scale) const;
+    [[nodiscard]] PlotScale largest_scale() const;
     /// Lines of the read-outs below a plot of `columns` units of the window: 1, or 2 where the
     /// channels' names stand above their values.
-    [[nodiscard]] int footer_lines(int columns) const;
-    void stack_footer(int columns);
+    [[nodiscard]] int footer_lines(int columns, double growth) const;
+    void stack_footer(int lines);
+    void grow_texts(double growth);
     void fit();
+    void place_parts(const RowHeights& heights);
     [[nodiscard]] QWidget* make_footer(FrontPanel& panel);
     void make_markers(FrontPanel& panel);
     [[nodiscard]] QWidget* make_cursor_read_outs(FrontPanel& panel);
@@ -71,7 +79,8 @@ private:
     QWidget* results_;
     QWidget* cursor_read_outs_;
     std::optional<CursorNumbers> cursor_numbers_;
-    qreal ratio_ = 0.0; ///< device pixels a unit that the plot was last fitted for
+    double growth_ = 1.0; ///< of the texts, 1 to 2
+    qreal ratio_ = 0.0;   ///< device pixels a unit that the plot was last fitted for
 };
 
 } // namespace kv408::ui

@@ -51,10 +51,9 @@ void WindowHalves::lay_out() {
     const int controls =
         std::min(controls_->width_within(room.width() - needed.width() - bar), room.width() / 2);
     area_->setGeometry(window_gap, window_gap, room.width() - controls, room.height());
-    // Beyond half as much again the rows would no longer hold together.
-    const int high = std::min(room.height(), controls_->sizeHint().height() * 3 / 2);
-    controls_->setGeometry(width() - window_gap - controls, window_gap + (room.height() - high) / 2,
-                           controls, high);
+    // What is spare goes to the plot.
+    controls_->setGeometry(width() - window_gap - controls, window_gap, controls,
+                           std::min(room.height(), controls_->sizeHint().height()));
 }
 
 } // namespace kv408::ui

@@ -104,20 +104,19 @@ TEST(StartUp, AppliesTheColoursBeforeAllOtherSettings) {
     const Texts& calls = rig.screen.calls;
     const auto ramp = std::find(calls.begin(), calls.end(), "calcPersistColors");
     ASSERT_GE(ramp - calls.begin(), 2);
-    ASSERT_GE(calls.end() - ramp, 4);
-    EXPECT_EQ(Texts(ramp - 2, ramp + 4), (Texts{"refresh 1 0", "refresh 2 0", "calcPersistColors",
-                                                "ClearTrace 1", "ClearTrace 2", "makegrid"}));
+    ASSERT_GE(calls.end() - ramp, 2);
+    EXPECT_EQ(Texts(ramp - 2, ramp + 2),
+              (Texts{"refresh 1 0", "refresh 2 0", "calcPersistColors", "makegrid"}));
     EXPECT_EQ(rig.panel.tdivtext.fore_colour(), rgb(1, 2, 3));
 }
 
-TEST(StartUp, EndsWithTheGridClearedTracesAndADrawing) {
+TEST(StartUp, EndsWithTheGridAndADrawing) {
     AcquisitionRig rig;
     rig.acknowledge_set_up();
     rig.start_up.Form_Load();
     const Texts& calls = rig.screen.calls;
-    ASSERT_GE(calls.size(), 4U);
-    EXPECT_EQ(Texts(calls.end() - 4, calls.end()),
-              (Texts{"makegrid", "ClearTrace 1", "ClearTrace 2", "draw 255"}));
+    ASSERT_GE(calls.size(), 2U);
+    EXPECT_EQ(Texts(calls.end() - 2, calls.end()), (Texts{"makegrid", "draw 255"}));
 }
 
 TEST(StartUp, ClearsTheSamplesAndTakesTheDefaultCalibration) {

@@ -29,8 +29,7 @@ struct ColourUpdateTest : testing::Test {
 
 TEST_F(ColourUpdateTest, GoesOverThePictureInItsOrder) {
     update.colorupdate();
-    EXPECT_EQ(screen.calls, (Texts{"refresh 1 0", "refresh 2 0", "calcPersistColors",
-                                   "ClearTrace 1", "ClearTrace 2", "makegrid"}));
+    EXPECT_EQ(screen.calls, (Texts{"refresh 1 0", "refresh 2 0", "calcPersistColors", "makegrid"}));
 }
 
 TEST_F(ColourUpdateTest, RemapsBeforeItRecoloursAndRecoloursBeforeTheRamps) {

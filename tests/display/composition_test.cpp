@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 
 #include "plain_picture.h"
@@ -98,20 +99,56 @@ protected:
         set_newest_point(random(1, 640));
     }
 
+    void set_overlays() {
+        scene_.panel.trigsource.set_entries({"TRIG1"});
+        scene_.panel.trigsource.set_index(0);
+        scene_.acquisition.holdoff = chance(50);
+        scene_.trigger.saved_trigpos[0] = static_cast<std::int16_t>(random(1800, 2300));
+        scene_.cursors.cursormode = static_cast<std::int16_t>(random(0, 6));
+        for (const std::size_t cursor : {0U, 1U}) {
+            scene_.cursors.vpos[cursor] = static_cast<std::int16_t>(random(0, 512));
+            scene_.cursors.hpos[cursor] = static_cast<std::int16_t>(random(0, 640));
+        }
+        scene_.panel.check1.set_checked(true);
+        scene_.panel.measurement[0].annotate.put_checked(chance(70));
+        for (const std::size_t channel : {0U, 1U}) {
+            const bool lines = chance(50);
+            scene_.marks.kind[0][channel] = lines ? MarkKind::lines : MarkKind::dots;
+            for (AnnotationGeometry& mark : scene_.marks.mark[channel]) {
+                const int x = random(-8, 640);
+                const int y = random(-8, 520);
+                mark = lines ? AnnotationGeometry{{{1, y}, {639, y}}}
+                             : AnnotationGeometry{{{x, y}, {x + 8, y + 8}}};
+            }
+        }
+    }
+
+    void set_factor(double factor) {
+        plain_.set_factor(factor);
+        scene_.picture.set_scale(PlotScale(factor));
+    }
+
+    /// Whether the picture is what the plain way gives, or the first place where they differ.
+    testing::AssertionResult same(const Surface& picture, unsigned flags) {
+        const Surface expected = plain_.draw(flags);
+        if (picture.width() != expected.width() || picture.height() != expected.height()) {
+            return testing::AssertionFailure() << "the sizes differ";
+        }
+        const auto [differs, other] = std::mismatch(
+            picture.pixels().begin(), picture.pixels().end(), expected.pixels().begin());
+        if (differs == picture.pixels().end()) {
+            return testing::AssertionSuccess();
+        }
+        const auto place = differs - picture.pixels().begin();
+        return testing::AssertionFailure()
+               << "at " << place % picture.width() << ", " << place / picture.width() << ": "
+               << std::hex << *differs << " instead of " << *other;
+    }
+
     /// Draws both and tells the first place where they differ.
     testing::AssertionResult same_after(unsigned flags) {
         scene_.picture.draw(flags);
-        const Surface expected = plain_.draw(flags);
-        for (int y = 0; y < plot::height; ++y) {
-            for (int x = 0; x < plot::width; ++x) {
-                if (scene_.at(x, y) != expected.at(x, y)) {
-                    return testing::AssertionFailure()
-                           << "at " << x << ", " << y << ": " << std::hex << scene_.at(x, y)
-                           << " instead of " << expected.at(x, y);
-                }
-            }
-        }
-        return testing::AssertionSuccess();
+        return same(scene_.picture.surface(), flags);
     }
 
     unsigned any_flags() {
@@ -213,6 +250,84 @@ TEST_P(Composition, between_single_points_follows_everything_else) {
         }
         ASSERT_TRUE(same_after(chance(80) ? 255U : any_flags())) << "step " << step;
     }
+}
+
+/// Random contents at random scales, among them those at which a unit is just not a pixel more.
+TEST_P(Composition, at_any_scale_equals_the_plain_picture) {
+    fill_history();
+    for (const double factor : {1.25, 1.49, 1.5, 1.9, 2.0, random(11, 29) / 10.0}) {
+        set_factor(factor);
+        for (int round = 0; round < 2; ++round) {
+            set_panel();
+            set_colours();
+            set_overlays();
+            const int channel = random(ch1, ch2);
+            scene_.channels[static_cast<std::size_t>(channel)].scale =
+                chance(50) ? 1.0 : random(10, 300) / 128.0;
+            sweep(channel, 1, 640);
+            shift();
+            ASSERT_TRUE(same_after(any_flags())) << "round " << round << " at " << factor;
+        }
+    }
+}
+
+TEST_P(Composition, at_large_scales_equals_the_plain_picture) {
+    fill_history();
+    set_panel();
+    set_overlays();
+    constexpr std::array factors{3.4, 4.7, 5.0, 8.0};
+    set_factor(factors[GetParam() % factors.size()]);
+    for (const bool dots : {false, true}) {
+        scene_.panel.eyeon.set_checked(dots);
+        ASSERT_TRUE(same_after(draw_flags::all)) << dots;
+    }
+}
+
+TEST_P(Composition, of_single_points_at_any_scale_equals_the_plain_picture) {
+    fill_history();
+    set_panel();
+    set_factor(random(11, 22) / 10.0);
+    scene_.acquisition.pointmode = true;
+    for (int step = 0; step < 12; ++step) {
+        const int index = random(1, 640);
+        sample(ch1, index, index);
+        sample(ch2, index, index);
+        refresh(ch1, index);
+        refresh(ch2, index);
+        set_newest_point(index);
+        if (chance(10)) { // a delay that moves by a point in the middle of a pass
+            scene_.channels[0].delaypts = random(0, 2);
+        }
+        ASSERT_TRUE(same_after(draw_flags::all)) << "step " << step;
+    }
+}
+
+/// The persistence is that of the same sweeps, whatever sizes the window had meanwhile.
+TEST_P(Composition, follows_a_change_of_the_scale_with_all_it_shows) {
+    fill_history();
+    scene_.panel.persist.set_checked(true);
+    set_overlays();
+    scene_.picture.draw(draw_flags::all);
+    for (const double factor : {2.3, 1.1, 1.0}) {
+        Columns told;
+        scene_.picture.on_drawn([&told](Columns columns) { told = columns; });
+        set_factor(factor);
+        EXPECT_EQ(told, (Columns{0, scene_.picture.surface().width()}));
+        ASSERT_TRUE(same(scene_.picture.surface(), draw_flags::all)) << factor;
+    }
+}
+
+TEST_P(Composition, gives_the_picture_of_natural_size_at_any_scale) {
+    fill_history();
+    set_panel();
+    set_overlays();
+    scene_.picture.draw(draw_flags::all);
+    const Surface natural = scene_.picture.surface();
+    set_factor(1.9);
+    const Surface shown = scene_.picture.surface();
+    const Surface again = scene_.picture.at_natural_size();
+    EXPECT_TRUE(std::ranges::equal(again.pixels(), natural.pixels()));
+    EXPECT_TRUE(std::ranges::equal(scene_.picture.surface().pixels(), shown.pixels()));
 }
 
 TEST_P(Composition, of_partly_mapped_points_equals_the_plain_picture) {

@@ -13,7 +13,7 @@ namespace {
 
 Surface graticule(bool dotted) {
     Surface surface(plot::width, plot::height);
-    draw_graticule(Canvas(surface), red, white, dotted);
+    draw_graticule(UnitPainter(Canvas(surface), PlotScale()), red, white, dotted);
     return surface;
 }
 

@@ -10,9 +10,11 @@
 namespace kv408::test {
 namespace {
 
-Rows line_on(int width, int height, Point from, Point to, PenStyle style = PenStyle::solid) {
+const Brush thin(1);
+
+Rows line_on(int width, int height, Point from, Point to, const Brush& brush = thin) {
     Surface surface(width, height);
-    draw_line(Canvas(surface), from, to, Pen{white, style});
+    draw_line(Canvas(surface), from, to, brush, white);
     return sketch(surface);
 }
 
@@ -21,7 +23,7 @@ TEST(Pixels, are_set_on_the_surface_and_ignored_beside_it) {
     const Canvas canvas(surface);
     for (const Point point : {Point{2, 1}, Point{3, 1}, Point{2, 2}, Point{-1, 0}, Point{0, -1},
                               Point{lowest, lowest}, Point{highest, highest}}) {
-        set_pixel(canvas, point, white);
+        draw_dot(canvas, point, thin, white);
     }
     EXPECT_EQ(sketch(surface), (Rows{"...", "..#"}));
 }
@@ -30,7 +32,7 @@ TEST(Pixels, outside_the_columns_of_a_canvas_stay) {
     Surface surface(4, 1);
     const Canvas canvas(surface, {1, 3});
     for (int x = 0; x < 4; ++x) {
-        set_pixel(canvas, {x, 0}, white);
+        draw_dot(canvas, {x, 0}, thin, white);
     }
     EXPECT_EQ(sketch(surface), (Rows{".##."}));
 }
@@ -76,34 +78,30 @@ TEST(Lines, have_the_same_pixels_in_both_directions_but_for_the_ends) {
             Surface back(20, 20);
             const Point from{10, 10};
             const Point to{10 + x, 10 + y};
-            draw_line(Canvas(there), from, to, Pen{white});
-            draw_line(Canvas(back), to, from, Pen{white});
-            set_pixel(Canvas(there), to, white);
-            set_pixel(Canvas(back), from, white);
+            draw_line(Canvas(there), from, to, thin, white);
+            draw_line(Canvas(back), to, from, thin, white);
+            draw_dot(Canvas(there), to, thin, white);
+            draw_dot(Canvas(back), from, thin, white);
             ASSERT_EQ(sketch(there), sketch(back)) << x << ", " << y;
         }
     }
 }
 
-TEST(Lines, dotted_ones_draw_three_pixels_and_leave_three) {
-    EXPECT_EQ(line_on(16, 1, {1, 0}, {15, 0}, PenStyle::dotted), (Rows{".###...###...##."}));
-    EXPECT_EQ(line_on(16, 1, {15, 0}, {1, 0}, PenStyle::dotted), (Rows{"..##...###...###"}));
-    EXPECT_EQ(line_on(1, 8, {0, 0}, {0, 8}, PenStyle::dotted),
-              (Rows{"#", "#", "#", ".", ".", ".", "#", "#"}));
+TEST(Lines, of_a_wider_brush_cover_what_it_covers_at_each_pixel) {
+    EXPECT_EQ(line_on(6, 4, {2, 2}, {4, 2}, Brush(2)),
+              (Rows{"......", ".###..", ".###..", "......"}));
+    EXPECT_EQ(line_on(5, 5, {2, 2}, {3, 3}, Brush(3)),
+              (Rows{".....", ".###.", ".###.", ".###.", "....."}));
+    // From beside the surface the brush reaches into it.
+    EXPECT_EQ(line_on(3, 3, {-1, 0}, {-1, 2}, Brush(3)), (Rows{"#..", "#..", "#.."}));
 }
 
-TEST(Lines, dots_count_from_the_start_even_where_it_is_clipped) {
-    EXPECT_EQ(line_on(8, 1, {-4, 0}, {20, 0}, PenStyle::dotted), (Rows{"..###..."}));
-    Surface surface(16, 1);
-    draw_line(Canvas(surface, {4, 8}), {0, 0}, {16, 0}, Pen{white, PenStyle::dotted});
-    EXPECT_EQ(sketch(surface), (Rows{"......##........"}));
-}
-
-TEST(Lines, leave_what_is_between_the_dots_as_it_is) {
-    Surface surface(6, 1);
-    draw_line(Canvas(surface), {0, 0}, {6, 0}, Pen{red});
-    draw_line(Canvas(surface), {0, 0}, {6, 0}, Pen{white, PenStyle::dotted});
-    EXPECT_EQ(sketch(surface), (Rows{"###rrr"}));
+TEST(Brushes, are_discs_of_their_width) {
+    Surface surface(6, 6);
+    draw_dot(Canvas(surface), {3, 3}, Brush(4), white);
+    EXPECT_EQ(sketch(surface), (Rows{"......", "..##..", ".####.", ".####.", "..##..", "......"}));
+    EXPECT_EQ(Brush(5).columns(),
+              (std::vector<RowRun>{{-1, 2}, {-2, 3}, {-2, 3}, {-2, 3}, {-1, 2}}));
 }
 
 TEST(Lines, that_miss_the_surface_draw_nothing) {
@@ -131,7 +129,7 @@ TEST(Lines, over_all_of_the_coordinates_are_exact) {
 TEST(Polylines, go_on_where_the_segment_before_left_off) {
     constexpr std::array<Point, 3> points{{{0, 0}, {2, 2}, {4, 0}}};
     Surface surface(5, 3);
-    draw_polyline(Canvas(surface), points, white);
+    draw_polyline(Canvas(surface), points, thin, white);
     EXPECT_EQ(sketch(surface), (Rows{"#....", ".#.#.", "..#.."}));
 }
 
@@ -139,15 +137,15 @@ TEST(Polylines, go_on_where_the_segment_before_left_off) {
 TEST(Polylines, of_a_trace_divide_a_rise_between_its_columns) {
     constexpr std::array<Point, 3> points{{{0, 0}, {1, 4}, {2, 1}}};
     Surface surface(3, 5);
-    draw_polyline(Canvas(surface), points, white);
+    draw_polyline(Canvas(surface), points, thin, white);
     EXPECT_EQ(sketch(surface), (Rows{"#..", "#..", "#.#", ".#.", ".#."}));
 }
 
 TEST(Polylines, of_less_than_two_points_have_no_pixel) {
     constexpr std::array<Point, 1> points{{{0, 0}}};
     Surface surface(1, 1);
-    draw_polyline(Canvas(surface), points, white);
-    draw_polyline(Canvas(surface), {}, white);
+    draw_polyline(Canvas(surface), points, thin, white);
+    draw_polyline(Canvas(surface), {}, thin, white);
     EXPECT_EQ(sketch(surface), (Rows{"."}));
 }
 

@@ -1,16 +1,14 @@
 #include "plain_picture.h"
 
-#include "display/copies.h"
-#include "display/graticule.h"
-#include "display/lines.h"
-#include "display/shapes.h"
-#include "state/rounding.h"
+#include <cmath>
+
+#include "display/overlays.h"
 
 namespace kv408::test {
 
 PlainPicture::PlainPicture(const PictureScene& scene) : scene_(&scene) {
     for (std::size_t channel = 0; channel < 2; ++channel) {
-        current_[channel].assign(641, Point{});
+        current_[channel].assign(641, Place{});
         history_[channel].assign(9, current_[channel]);
     }
 }
@@ -24,7 +22,7 @@ void PlainPicture::refresh(int channel, int index) {
             (state.offsetdac - scene_->samples[slot].raw[place]) * state.scale * state.vtfactor +
             256.0;
         current_[slot][place] = {at - state.delaypts + state.shown_delaypts,
-                                 std::clamp(round_to_int32(y), 1, 511)};
+                                 std::clamp(y, 1.0, 511.0)};
     }
     if (index == 0) {
         history_[slot].assign(9, current_[slot]);
@@ -59,39 +57,89 @@ std::vector<std::pair<const PlainPicture::Points*, Pixel>> PlainPicture::layers(
     return result;
 }
 
+Surface PlainPicture::surface() const {
+    return {static_cast<int>(std::floor(641 * factor_ + 0.5)),
+            static_cast<int>(std::floor(513 * factor_ + 0.5))};
+}
+
 void PlainPicture::draw_trace(Surface& picture, int channel) const {
     const Pixel background = pixel_of(scene_->colours.background);
-    Surface trace(plot::width, plot::height);
-    const Canvas canvas(trace);
-    fill_rectangle(canvas, whole(trace), background);
+    Surface trace = surface();
+    const PlainPen pen(trace, factor_);
+    pen.fill({0, 0, trace.width(), trace.height()}, background);
     const auto all = layers(channel);
-    if (scene_->panel.eyeon.checked()) {
-        for (std::size_t index = 1; index <= 639; ++index) {
-            for (const auto& [points, colour] : all) {
-                set_pixel(canvas, (*points)[index], colour);
-            }
-        }
-    } else {
+    const auto at = [&pen](const Points& points, std::size_t index) {
+        return Point{pen.place(points[index].x), pen.place(points[index].y)};
+    };
+    const bool dots = scene_->panel.eyeon.checked();
+    for (std::size_t index = 1; dots && pen.line_width() == 1 && index <= 639; ++index) {
         for (const auto& [points, colour] : all) {
-            draw_polyline(canvas, std::span(*points).subspan(1, 639), colour);
+            pen.disc(at(*points, index), colour);
+        }
+    }
+    for (const auto& [points, colour] : all) {
+        for (std::size_t index = 1; dots && pen.line_width() > 1 && index <= 639; ++index) {
+            pen.disc(at(*points, index), colour);
+        }
+        for (std::size_t index = 1; !dots && index < 639; ++index) {
+            pen.line(at(*points, index), at(*points, index + 1), colour);
         }
     }
     if (scene_->acquisition.pointmode) {
-        const std::int32_t x =
+        const int x =
             current_[static_cast<std::size_t>(channel)][static_cast<std::size_t>(newest_point_)].x;
-        fill_rectangle(canvas, {x + 1, 0, x + 20, plot::height}, background);
+        const auto edge = [this](int unit) {
+            return static_cast<int>(std::floor(unit * factor_ + 0.5));
+        };
+        pen.fill({edge(x + 1), 0, edge(x + 20), trace.height()}, background);
     }
-    copy_transparent(Canvas(picture), {}, trace, whole(trace), background);
+    for (std::size_t index = 0; index < trace.pixels().size(); ++index) {
+        if (trace.pixels()[index] != background) {
+            picture.pixels()[index] = trace.pixels()[index];
+        }
+    }
+}
+
+void PlainPicture::draw_overlays(const PlainPen& pen) const {
+    const CursorState& cursors = scene_->cursors;
+    const CursorLines lines = cursor_lines(cursors, scene_->colours);
+    for (const std::size_t cursor : {0U, 1U}) {
+        const bool dotted = !lines.solid[cursor];
+        if (cursor_mode::is_voltage(cursors.cursormode)) {
+            pen.row(cursors.vpos[cursor], 0, 640, lines.colour, dotted);
+        } else if (cursor_mode::is_time(cursors.cursormode)) {
+            pen.column(cursors.hpos[cursor], 0, 512, lines.colour, dotted);
+        }
+    }
+    const Annotations marks =
+        annotations(scene_->panel, scene_->marks, scene_->colours, scene_->acquisition);
+    for (const Annotations::ChannelMarks& channel : marks.channel) {
+        for (const auto& [from, to] : channel.mark) {
+            if (channel.kind == MarkKind::lines) {
+                pen.row(from.y, from.x, to.x, marks.colour, true);
+            } else if (channel.kind == MarkKind::dots) {
+                pen.circle(from.x, from.y, to.x - from.x, marks.colour);
+            }
+        }
+    }
+    if (scene_->acquisition.holdoff) {
+        pen.row(trigger_row(0, scene_->trigger, scene_->channels), 0, 640,
+                pixel_of(scene_->colours.normal_text), true);
+    }
 }
 
 Surface PlainPicture::draw(unsigned flags) const {
-    Surface picture(plot::width, plot::height);
-    draw_graticule(Canvas(picture), pixel_of(scene_->colours.background),
-                   pixel_of(scene_->colours.grid), scene_->panel.gridenable.checked());
+    Surface picture = surface();
+    const PlainPen pen(picture, factor_);
+    pen.graticule(pixel_of(scene_->colours.background), pixel_of(scene_->colours.grid),
+                  scene_->panel.gridenable.checked());
     for (const int channel : {ch2, ch1}) {
         if (shows(channel, flags)) {
             draw_trace(picture, channel);
         }
+    }
+    if ((flags & draw_flags::overlays) != 0) {
+        draw_overlays(pen);
     }
     return picture;
 }

@@ -25,8 +25,7 @@ constexpr ColourTable edited_colours = {.ch1 = rgb(11, 12, 13),
                                         .annotations = rgb(71, 72, 73)};
 
 /// What applying colours asks of the screen.
-const Texts applied = {"refresh 1 0",  "refresh 2 0", "calcPersistColors", "ClearTrace 1",
-                       "ClearTrace 2", "makegrid",    "draw 255"};
+const Texts applied = {"refresh 1 0", "refresh 2 0", "calcPersistColors", "makegrid", "draw 255"};
 
 struct SettingsDialogTest : testing::Test {
     SettingsDialogTest() {

@@ -15,9 +15,6 @@ public:
         calls.push_back("refresh " + std::to_string(channel + 1) + " " + std::to_string(index));
     }
     void makegrid() override { calls.emplace_back("makegrid"); }
-    void ClearTrace(int channel) override {
-        calls.push_back("ClearTrace " + std::to_string(channel));
-    }
     void calcPersistColors() override { calls.emplace_back("calcPersistColors"); }
     void movepersistance() override { calls.emplace_back("movepersistance"); }
     void set_newest_point(int index) override {

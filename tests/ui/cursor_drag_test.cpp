@@ -23,21 +23,22 @@ private Q_SLOTS:
 void CursorDragTest::cursor_lines_are_dragged_data() {
     QTest::addColumn<bool>("voltage");
     QTest::addColumn<int>("cursor");
-    QTest::addColumn<QSize>("size");
-    QTest::newRow("voltage 1") << true << 0 << QSize(1280, 800);
-    QTest::newRow("voltage 2") << true << 1 << QSize(1280, 800);
-    QTest::newRow("time 1") << false << 0 << QSize(1280, 800);
-    QTest::newRow("time 2") << false << 1 << QSize(1280, 800);
-    QTest::newRow("time 2, larger") << false << 1 << QSize(2560, 1440);
+    QTest::addColumn<double>("scale");
+    for (const double scale : {1.0, 1.25, 1.5, 1.9, 2.0, 3.4, 5.0}) {
+        QTest::addRow("voltage 1 at %g", scale) << true << 0 << scale;
+        QTest::addRow("time 2 at %g", scale) << false << 1 << scale;
+    }
+    QTest::newRow("voltage 2") << true << 1 << 1.0;
+    QTest::newRow("time 1") << false << 0 << 1.0;
 }
 
 void CursorDragTest::cursor_lines_are_dragged() {
     QFETCH(bool, voltage);
     QFETCH(int, cursor);
-    QFETCH(QSize, size);
+    QFETCH(double, scale);
     const auto index = static_cast<std::size_t>(cursor);
     Dragging on;
-    QVERIFY(on.begin(size));
+    QVERIFY(on.begin(scale));
     on.choose_tab("TabStrip3", voltage ? 0 : 1);
     on.choose_tab("TabStrip2", 0);
     const auto& places = voltage ? on.cursors().vpos : on.cursors().hpos;
@@ -48,7 +49,8 @@ void CursorDragTest::cursor_lines_are_dragged() {
                 voltage ? on.on_plot(500, before + 2) : on.on_plot(before + 2, 100));
     QCOMPARE(on.panel().tabstrip2.selected_key(), std::string(cursor == 0 ? "C1" : "C2"));
     QCOMPARE(static_cast<int>(on.cursors().cursormode), (voltage ? 1 : 3) + cursor);
-    mouse.drag(voltage ? on.units(0, 48) : on.units(48, 0));
+    mouse.drag(voltage ? on.on_plot(500, before + 50) - on.on_plot(500, before + 2)
+                       : on.on_plot(before + 50, 100) - on.on_plot(before + 2, 100));
     QCOMPARE(static_cast<int>(places[index]), before + 50);
     QCOMPARE(static_cast<int>(places[1 - index]), other);
     const QString shown = on.widget<QLabel>(cursor == 0 ? "lblC1" : "lblC2")->text();

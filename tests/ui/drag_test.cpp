@@ -28,19 +28,19 @@ private Q_SLOTS:
 
 void DragTest::a_channel_marker_moves_its_trace_data() {
     QTest::addColumn<int>("channel");
-    QTest::addColumn<QSize>("size");
-    QTest::newRow("CH1") << 0 << QSize(1280, 800);
-    QTest::newRow("CH2") << 1 << QSize(1280, 800);
-    QTest::newRow("CH1, larger") << 0 << QSize(2560, 1440);
+    QTest::addColumn<double>("scale");
+    for (const double scale : {1.0, 1.25, 1.5, 1.9, 2.0, 3.4, 5.0}) {
+        QTest::addRow("CH1 at %g", scale) << 0 << scale;
+    }
+    QTest::newRow("CH2") << 1 << 1.0;
 }
 
 void DragTest::a_channel_marker_moves_its_trace() {
     QFETCH(int, channel);
-    QFETCH(QSize, size);
+    QFETCH(double, scale);
     const auto index = static_cast<std::size_t>(channel);
     Dragging on;
-    QVERIFY(on.begin(size));
-    const QPoint away = on.units(0, -40);
+    QVERIFY(on.begin(scale));
     Mouse mouse(on.window());
     if (channel == 1) {
         on.widget<QTabBar>("TabStrip2")->setCurrentIndex(channel);
@@ -49,13 +49,12 @@ void DragTest::a_channel_marker_moves_its_trace() {
     QWidget& marker = *on.widget(name);
     QCOMPARE(marker.cursor().shape(), Qt::SizeVerCursor);
     const int widget_top = marker.y();
-    mouse.press(marker, {4, 4});
-    mouse.drag(away);
+    on.drag_marker(mouse, marker, 256, 216);
     const ChannelState& state = on.parts().channels[index];
     QCOMPARE(static_cast<int>(state.pos), 256 - 40);
     QCOMPARE(state.marker_wheel, 512 + 80);
     QCOMPARE(on.panel().channel[index].text.top(), plot::top + state.pos - plot::marker_middle);
-    QVERIFY(std::abs(marker.y() - (widget_top + away.y())) <= 1);
+    QVERIFY(std::abs(marker.y() - (widget_top + on.units(0, -40).y())) <= 1);
     QCOMPARE(on.panel().tabstrip2.selected_key(), std::string(channel == 0 ? "CH1" : "CH2"));
     QCOMPARE(on.widget<QTabBar>("TabStrip2")->currentIndex(), channel);
     const std::size_t from = on.log.frames.size();
@@ -66,18 +65,18 @@ void DragTest::a_channel_marker_moves_its_trace() {
 
 void DragTest::markers_on_one_row_are_both_seen_and_grabbed_data() {
     QTest::addColumn<int>("rows"); // CH2's marker below CH1's
-    QTest::addColumn<QSize>("size");
+    QTest::addColumn<double>("scale");
     for (const int rows : {0, 1, -1, 7, -7, 14, -14}) {
-        QTest::addRow("%d rows apart", rows) << rows << QSize(1280, 800);
+        QTest::addRow("%d rows apart", rows) << rows << 1.0;
     }
-    QTest::newRow("larger") << 0 << QSize(2560, 1440);
+    QTest::newRow("larger") << 0 << 1.9;
 }
 
 void DragTest::markers_on_one_row_are_both_seen_and_grabbed() {
     QFETCH(int, rows);
-    QFETCH(QSize, size);
+    QFETCH(double, scale);
     Dragging on;
-    QVERIFY(on.begin(size));
+    QVERIFY(on.begin(scale));
     on.program.scope().act([&] { on.move_trace(1, 256 + rows); });
     QWidget& first = *on.widget("ch1text");
     QWidget& second = *on.widget("ch2text");
@@ -93,8 +92,7 @@ void DragTest::markers_on_one_row_are_both_seen_and_grabbed() {
             on.window().childAt(marker->mapTo(&on.window(), marker->rect().center()));
         QCOMPARE(under, marker);
         const int before = on.parts().channels[static_cast<std::size_t>(index)].pos;
-        mouse.press(*marker, marker->rect().center());
-        mouse.drag(on.units(0, moved));
+        on.drag_marker(mouse, *marker, before, before + moved);
         mouse.release();
         QCOMPARE(static_cast<int>(on.parts().channels[static_cast<std::size_t>(index)].pos),
                  before + moved);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cmath>
 
 #include <QTabBar>
 #include <QTest>
@@ -16,19 +17,31 @@ inline const std::vector<int> set_up = {8, 27, 30, 35, 31, 32};
 
 /// The program sweeping, and the mouse over its window.
 struct Dragging : ProgramOnBench {
-    [[nodiscard]] bool begin(QSize size = {1280, 800}) {
-        window().resize(size);
-        return run_until_sweeping();
+    /// In a window just wide enough for the plot to be shown at `scale`.
+    [[nodiscard]] bool begin(double scale = 1.0) {
+        const PlotScale wanted(scale);
+        const int beside = window().controls().sizeHint().width() + 3 * 8 + 2 * 4;
+        window().resize(beside + 2 * wanted.edge(plot::left) + wanted.width(),
+                        static_cast<int>(600 * scale) + 400);
+        return run_until_sweeping() && window().plot().scale().width() == wanted.width();
     }
 
-    /// Units of the window for `pixels` of the picture.
+    /// Presses at the middle of row `from` of the plot on `marker` and drags it to row `to`.
+    void drag_marker(Mouse& mouse, const QWidget& marker, int from, int to) {
+        const int row = on_plot(0, from).y();
+        mouse.press(marker, {marker.width() / 2, row - marker.y()});
+        mouse.drag({0, on_plot(0, to).y() - row});
+    }
+
+    /// Units of the window for as many units of the plot.
     [[nodiscard]] QPoint units(int right, int down) {
         return (window().plot().place_of(right, down) - window().plot().place_of(0, 0)).toPoint();
     }
 
-    /// The place of (`x`, `y`) of the plot area on the plot widget.
+    /// The place of the middle of unit (`x`, `y`) of the plot on the plot widget.
     [[nodiscard]] QPoint on_plot(int x, int y) {
-        return window().plot().place_of(plot::left + x, plot::top + y).toPoint();
+        const QPointF place = window().plot().place_of(plot::left + x + 0.5, plot::top + y + 0.5);
+        return {static_cast<int>(std::floor(place.x())), static_cast<int>(std::floor(place.y()))};
     }
 
     /// Turns the wheel until the zero line of `channel` lies on `row` of the picture.

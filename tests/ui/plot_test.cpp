@@ -1,5 +1,6 @@
 // The plot shows the picture pixel for pixel, paints only what has changed and not too often.
 
+#include <cmath>
 #include <random>
 
 #include <QPaintEvent>
@@ -13,24 +14,32 @@
 namespace kv408::ui {
 namespace {
 
-/// A picture in which no two neighbours are alike.
-Surface noisy_surface() {
-    Surface surface(plot::width, plot::height);
-    std::mt19937 chance(408);
-    for (Pixel& pixel : surface.pixels()) {
-        pixel = 0xFF000000U | (static_cast<Pixel>(chance()) & 0xFFFFFFU);
-    }
-    return surface;
-}
+using namespace Qt::StringLiterals;
 
-/// Device pixels of `picture` that are not the surface's pixel at `scale`.
-int wrong_pixels(const QImage& picture, const Surface& surface, int scale) {
+/// A picture in which no two neighbours are alike, at any scale.
+struct NoisyPicture {
+    ScaledPicture scaled() {
+        return {.surface = surface, .set_scale = [this](const PlotScale& scale) {
+                    surface = Surface(scale.width(), scale.height());
+                    std::mt19937 chance(408);
+                    for (Pixel& pixel : surface.pixels()) {
+                        pixel = 0xFF000000U | (static_cast<Pixel>(chance()) & 0xFFFFFFU);
+                    }
+                }};
+    }
+
+    Surface surface{plot::width, plot::height};
+};
+
+/// Device pixels of `picture` that are not the surface's.
+int wrong_pixels(const QImage& picture, const Surface& surface, const PlotScale& scale) {
+    const int left = static_cast<int>(std::lround(32 * scale.factor()));
+    const int top = static_cast<int>(std::lround(20 * scale.factor()));
     int wrong = 0;
-    for (int y = 0; y < surface.height() * scale; ++y) {
-        for (int x = 0; x < surface.width() * scale; ++x) {
-            const QRgb shown =
-                picture.pixel(plot::left * scale + x, plot::top * scale + y) | 0xFF000000U;
-            wrong += shown == surface.at(x / scale, y / scale) ? 0 : 1;
+    for (int y = 0; y < surface.height(); ++y) {
+        for (int x = 0; x < surface.width(); ++x) {
+            const QRgb shown = picture.pixel(left + x, top + y) | 0xFF000000U;
+            wrong += shown == surface.at(x, y) ? 0 : 1;
         }
     }
     return wrong;
@@ -59,8 +68,6 @@ class PlotTest : public QObject {
 private Q_SLOTS:
     void shows_the_picture_pixel_for_pixel_data();
     void shows_the_picture_pixel_for_pixel();
-    void takes_the_largest_scale_that_fits_data();
-    void takes_the_largest_scale_that_fits();
     void the_screen_lets_the_plot_grow_and_shrink();
     void paints_only_the_changed_columns();
     void paints_seldom_but_always_the_last_state();
@@ -68,73 +75,53 @@ private Q_SLOTS:
 };
 
 void PlotTest::shows_the_picture_pixel_for_pixel_data() {
-    QTest::addColumn<int>("scale");
-    QTest::newRow("1") << 1;
-    QTest::newRow("2") << 2;
-    QTest::newRow("3") << 3;
+    QTest::addColumn<double>("scale");
+    for (const double scale : {1.0, 1.25, 1.3, 1.5, 1.9, 2.0, 3.4, 5.0}) {
+        QTest::addRow("%g", scale) << scale;
+    }
 }
 
 void PlotTest::shows_the_picture_pixel_for_pixel() {
-    QFETCH(int, scale);
-    const Surface surface = noisy_surface();
-    PlotWidget plot(surface);
-    plot.set_scale(scale);
-    const QImage picture = plot.grab().toImage();
-    QVERIFY(picture.width() >= plot::box_width * scale);
-    QCOMPARE(wrong_pixels(picture, surface, scale), 0);
-}
-
-void PlotTest::takes_the_largest_scale_that_fits_data() {
-    QTest::addColumn<QSizeF>("room");
-    QTest::addColumn<qreal>("ratio");
-    QTest::addColumn<int>("scale");
-    QTest::newRow("exactly one") << QSizeF(705, 540) << 1.0 << 1;
-    QTest::newRow("too small") << QSizeF(300, 200) << 1.0 << 1;
-    QTest::newRow("nearly two") << QSizeF(1409, 1080) << 1.0 << 1;
-    QTest::newRow("two") << QSizeF(1410, 1080) << 1.0 << 2;
-    QTest::newRow("low") << QSizeF(3000, 1079) << 1.0 << 1;
-    QTest::newRow("dense screen") << QSizeF(705, 540) << 2.0 << 2;
-    QTest::newRow("dense screen, three") << QSizeF(1060, 810) << 2.0 << 3;
-    QTest::newRow("half steps") << QSizeF(705, 540) << 1.5 << 1;
-    QTest::newRow("half steps, two") << QSizeF(940, 720) << 1.5 << 2;
-}
-
-void PlotTest::takes_the_largest_scale_that_fits() {
-    QFETCH(QSizeF, room);
-    QFETCH(qreal, ratio);
-    QFETCH(int, scale);
-    QCOMPARE(PlotWidget::scale_for(room, ratio), scale);
+    QFETCH(double, scale);
+    NoisyPicture noise;
+    PlotWidget plot(noise.scaled());
+    plot.set_scale(PlotScale(scale));
+    QCOMPARE(noise.surface.width(), static_cast<int>(std::lround(641 * scale)));
+    QCOMPARE(wrong_pixels(plot.grab().toImage(), noise.surface, PlotScale(scale)), 0);
 }
 
 void PlotTest::the_screen_lets_the_plot_grow_and_shrink() {
-    const Surface surface = noisy_surface();
+    NoisyPicture noise;
     FrontPanel panel;
-    ScreenPanel screen(surface, panel);
+    ScreenPanel screen(noise.scaled(), panel);
     screen.resize(screen.minimumSizeHint());
     screen.show();
-    const int smallest = screen.plot().scale();
-    QCOMPARE(smallest, 1);
-    // The least width leaves out the empty columns at the plot's edges; this has room for two.
-    screen.resize(screen.sizeHint() + QSize(705, 540));
-    QVERIFY(screen.plot().scale() >= smallest + 1);
-    QVERIFY(screen.rect().contains(screen.plot().geometry()));
-    QVERIFY(std::abs(screen.plot().geometry().center().x() - screen.rect().center().x()) <= 1);
-    const QPoint corner = screen.plot().mapTo(&screen, QPoint(0, 0));
-    if (screen.devicePixelRatioF() == std::floor(screen.devicePixelRatioF())) {
-        const int ratio = static_cast<int>(screen.devicePixelRatioF());
-        QImage whole = screen.grab().toImage();
-        whole = whole.copy(corner.x() * ratio, corner.y() * ratio, screen.plot().width() * ratio,
-                           screen.plot().height() * ratio);
-        QCOMPARE(wrong_pixels(whole, surface, screen.plot().scale()), 0);
+    QCOMPARE(screen.plot().scale().factor(), 1.0);
+    for (const int more : {100, 237, 400, 705}) {
+        screen.resize(screen.sizeHint() + QSize(more, more));
+        const PlotScale scale = screen.plot().scale();
+        QVERIFY(scale.factor() > 1.0);
+        QVERIFY(screen.rect().contains(screen.plot().geometry()));
+        QVERIFY(std::abs(screen.plot().geometry().center().x() - screen.rect().center().x()) <= 1);
+        // A little more has no room: the width or the height is used up.
+        const QWidget& last = *screen.findChild<QWidget*>(u"picMeasure"_s);
+        QVERIFY(last.geometry().bottom() <= screen.rect().bottom());
+        QVERIFY(screen.plot().width() > screen.width() - 12 ||
+                last.geometry().bottom() > screen.height() - 30);
+        const QPoint corner = screen.plot().pos();
+        if (screen.devicePixelRatioF() == std::floor(screen.devicePixelRatioF())) {
+            const int ratio = static_cast<int>(screen.devicePixelRatioF());
+            const QRect place(corner * ratio, screen.plot().size() * ratio);
+            QCOMPARE(wrong_pixels(screen.grab().toImage().copy(place), noise.surface, scale), 0);
+        }
     }
     screen.resize(screen.minimumSizeHint());
-    QCOMPARE(screen.plot().scale(), smallest);
+    QCOMPARE(screen.plot().scale().factor(), 1.0);
 }
 
 void PlotTest::paints_only_the_changed_columns() {
-    const Surface surface = noisy_surface();
-    PlotWidget plot(surface);
-    plot.set_scale(1);
+    NoisyPicture noise;
+    PlotWidget plot(noise.scaled());
     plot.show();
     QVERIFY(QTest::qWaitForWindowExposed(&plot));
     QTest::qWait(50);
@@ -147,8 +134,8 @@ void PlotTest::paints_only_the_changed_columns() {
 }
 
 void PlotTest::paints_seldom_but_always_the_last_state() {
-    Surface surface(plot::width, plot::height);
-    PlotWidget plot(surface);
+    NoisyPicture noise;
+    PlotWidget plot(noise.scaled());
     plot.show();
     QVERIFY(QTest::qWaitForWindowExposed(&plot));
     QTest::qWait(50);
@@ -167,14 +154,14 @@ void PlotTest::paints_seldom_but_always_the_last_state() {
 }
 
 void PlotTest::markers_keep_their_place_at_any_scale() {
-    const Surface surface(plot::width, plot::height);
-    PlotWidget plot(surface);
+    NoisyPicture noise;
+    PlotWidget plot(noise.scaled());
     Label control("ch1text");
     auto* const marker = new Marker(&plot, Marker::Direction::right);
     bind(marker, control);
     control.move(17, 269);
-    for (const int scale : {1, 2, 3}) {
-        plot.set_scale(scale);
+    for (const double scale : {1.0, 1.3, 1.9, 2.0, 3.0}) {
+        plot.set_scale(PlotScale(scale));
         plot.grab();
         const double unit = scale / plot.devicePixelRatioF();
         QVERIFY(std::abs(marker->x() - 17 * unit) < 1.0);

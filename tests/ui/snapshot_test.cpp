@@ -31,7 +31,7 @@ struct Stopped : ProgramOnBench {
 
     /// Whether `image` is the plot box: the picture in its place, and the background around it.
     [[nodiscard]] bool is_plot_box(const QImage& image) {
-        const Surface& picture = program.scope().picture().surface();
+        const Surface picture = program.scope().picture().at_natural_size();
         bool same = image.width() == 705 && image.height() == 540;
         for (int y = 0; same && y < image.height(); ++y) {
             for (int x = 0; same && x < image.width(); ++x) {

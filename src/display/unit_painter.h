@@ -1,0 +1,48 @@
+#pragma once
+
+#include "display/canvas.h"
+#include "display/plot_scale.h"
+
+namespace kv408 {
+
+/// How a line of the graticule, a cursor, a mark or the trigger level is drawn.
+enum class PenStyle {
+    solid,  ///< all of it
+    dotted, ///< three units drawn and three left as they are, counted from the line's start
+};
+
+/// Draws what stands at whole units of the plot, crisp at any scale: rows and columns of units as
+/// lines of the scale's width, centred on their units' places; those of the plot lie wholly in it.
+class UnitPainter {
+public:
+    /// Draws on `canvas`, whose surface shows the whole plot at `scale`.
+    UnitPainter(const Canvas& canvas, const PlotScale& scale) : canvas_(canvas), scale_(scale) {}
+
+    /// Fills everything with `colour`.
+    void fill(Pixel colour) const;
+
+    /// Draws row `y` from unit `from` to, not including, unit `to`.
+    void draw_row(int y, int from, int to, Pixel colour, PenStyle style = PenStyle::solid) const;
+
+    /// Draws column `x` from unit `from` to, not including, unit `to`.
+    void draw_column(int x, int from, int to, Pixel colour, PenStyle style = PenStyle::solid) const;
+
+    /// Draws the unit (`x`, `y`) as a square of a line's width.
+    void draw_dot(int x, int y, Pixel colour) const;
+
+    /// Draws the ellipse inscribed in `units`, filled.
+    void draw_ellipse(Rectangle units, Pixel colour) const;
+
+private:
+    [[nodiscard]] std::int32_t start(int unit, int units, int pixels) const;
+    [[nodiscard]] std::int32_t column(int x) const;
+    [[nodiscard]] std::int32_t row(int y) const;
+    template <typename Draw>
+    void draw_dashes(std::int32_t from, std::int32_t to, int first_unit, PenStyle style,
+                     std::int32_t (UnitPainter::*start_of)(int) const, const Draw& draw) const;
+
+    Canvas canvas_;
+    PlotScale scale_;
+};
+
+} // namespace kv408
