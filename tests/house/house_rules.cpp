@@ -1,5 +1,6 @@
 #include "house/house_rules.h"
 
+#include <algorithm>
 #include <regex>
 #include <set>
 #include <string>
@@ -14,6 +15,13 @@ std::string at(const SourceFile& file, std::size_t line, const std::string& what
     return file.path + ":" + std::to_string(line + 1) + ": " + what;
 }
 
+/// Whether one of `words` stands in `line`. Takes much less time than to search for an expression.
+bool has_any(const std::string& line, const std::vector<std::string>& words) {
+    return std::any_of(words.begin(), words.end(), [&line](const std::string& word) {
+        return line.find(word) != std::string::npos;
+    });
+}
+
 /// What marks unfinished work: notes to self, code and tests switched off, and lint silenced
 /// without saying which check. The marks are put together here so that this file bears none.
 std::regex unfinished_marks() {
@@ -23,6 +31,13 @@ std::regex unfinished_marks() {
     const std::string no_lint = std::string("NO") + "LINT(NEXTLINE|BEGIN|END)?(?![A-Z(])";
     return std::regex(R"(\b()" + words + "|" + skipped + R"()\b|\b)" + disabled + R"(|\b)" +
                       no_lint + R"(|#\s*if\s+[0]\b)");
+}
+
+/// One of these is in every line that has such a mark.
+const std::vector<std::string>& parts_of_marks() {
+    static const std::vector<std::string> parts = {"ODO",    "IXME",  "XX", "SKIP",
+                                                   "ABLED_", "OLINT", "#"};
+    return parts;
 }
 
 } // namespace
@@ -48,7 +63,8 @@ Findings check_unfinished(const SourceTree& tree) {
         }
         const std::vector<std::string> lines = lines_of(file.text);
         for (std::size_t line = 0; line < lines.size(); ++line) {
-            if (std::smatch match; std::regex_search(lines[line], match, marks)) {
+            if (std::smatch match; has_any(lines[line], parts_of_marks()) &&
+                                   std::regex_search(lines[line], match, marks)) {
                 findings.push_back(at(file, line, match.str()));
             }
         }
@@ -66,7 +82,7 @@ Findings check_qt(const SourceTree& tree) {
         }
         const std::vector<std::string> lines = lines_of(file.text);
         for (std::size_t line = 0; line < lines.size(); ++line) {
-            if (std::regex_search(lines[line], qt)) {
+            if (has_any(lines[line], {"#"}) && std::regex_search(lines[line], qt)) {
                 findings.push_back(at(file, line, "Qt outside the window: " + lines[line]));
             }
         }
@@ -84,7 +100,7 @@ Findings check_tested(const SourceTree& tree) {
             continue;
         }
         for (const std::string& line : lines_of(file.text)) {
-            if (std::regex_search(line, test)) {
+            if (has_any(line, {"TEST"}) && std::regex_search(line, test)) {
                 tested.insert(folder_of(file.path, "tests"));
                 break;
             }

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <fstream>
-#include <iterator>
 #include <regex>
 #include <sstream>
 #include <stdexcept>
@@ -34,7 +33,9 @@ std::string read_text(const fs::path& path) {
     if (!file) {
         throw std::runtime_error("cannot read " + path.string());
     }
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
 }
 
 std::vector<std::string> lines_of(std::string_view text) {
@@ -88,7 +89,8 @@ std::vector<std::string> includes_of(const SourceFile& file) {
     static const std::regex include(R"re(^\s*#\s*include\s*"([^"]+)")re");
     std::vector<std::string> includes;
     for (const std::string& line : lines_of(file.text)) {
-        if (std::smatch match; std::regex_search(line, match, include)) {
+        if (std::smatch match;
+            line.find('#') != std::string::npos && std::regex_search(line, match, include)) {
             includes.push_back(match[1].str());
         }
     }
