@@ -62,11 +62,11 @@ function(kv408_library folder)
 endfunction()
 
 # kv408_test_executable(<target> <source>...): an executable of these sources, which lie in tests/. Where
-# KV408_TEST_OBJECTS is set it is linked from what the build tree there made of them.
+# KV408_TEST_OBJECTS is set it is linked from what the build tree there makes of them.
 function(kv408_test_executable target)
   if(KV408_TEST_OBJECTS)
     file(STRINGS ${KV408_TEST_OBJECTS}/test-objects/${target} objects)
-    set_source_files_properties(${objects} PROPERTIES EXTERNAL_OBJECT ON)
+    set_source_files_properties(${objects} PROPERTIES EXTERNAL_OBJECT ON GENERATED ON)
     add_executable(${target} ${objects})
     set_target_properties(${target} PROPERTIES LINKER_LANGUAGE CXX)
   else()
