@@ -1,0 +1,23 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+#include "host/files.h"
+
+namespace kv408 {
+
+/// What came of saving a file.
+struct SavedFile {
+    FileStatus status =
+        FileStatus::done; ///< `exists`: nothing was written, a person is to be asked
+    std::string message;  ///< for the person: where it lies, or which file failed and why
+};
+
+/// Saves `bytes` as the file at `path` in one step: whatever happens, there is the whole file or
+/// what was there before. With `over` it takes the place of a file that is there.
+[[nodiscard]] SavedFile save_export(Files& files, const std::filesystem::path& path,
+                                    std::string_view bytes, bool over);
+
+} // namespace kv408

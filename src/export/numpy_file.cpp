@@ -1,0 +1,68 @@
+#include "export/numpy_file.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+
+#include "export/little_endian.h"
+
+namespace kv408 {
+namespace {
+
+constexpr std::string_view magic_and_version{"\x93NUMPY\x01\x00", 8};
+
+/// "CH1" gives "1".
+std::string number_of(const ExportedChannel& channel) {
+    return channel.name.substr(channel.name.size() - 1);
+}
+
+std::string description(const ExportedSweep& sweep, std::size_t points) {
+    std::string columns;
+    const auto add = [&columns](const std::string& name) {
+        columns += "('" + name + "', '<f8'), ";
+    };
+    if (sweep.same_times()) {
+        add("time");
+    }
+    for (const ExportedChannel& channel : sweep.channels) {
+        if (!sweep.same_times()) {
+            add("time" + number_of(channel));
+        }
+        add("ch" + number_of(channel));
+    }
+    return "{'descr': [" + columns + "], 'fortran_order': False, 'shape': (" +
+           std::to_string(points) + ",), }";
+}
+
+} // namespace
+
+std::string numpy_file(const ExportedSweep& sweep) {
+    std::size_t points = 0;
+    for (const ExportedChannel& channel : sweep.channels) {
+        points = std::max(points, channel.mv.size());
+    }
+    // The data begin at a multiple of 64 bytes, after a line feed.
+    constexpr std::size_t alignment = 64;
+    std::string header = description(sweep, points);
+    const std::size_t before = magic_and_version.size() + sizeof(std::uint16_t);
+    while ((before + header.size() + 1) % alignment != 0) {
+        header += ' ';
+    }
+    header += '\n';
+    std::string bytes(magic_and_version);
+    put_little_endian(bytes, static_cast<std::uint16_t>(header.size()));
+    bytes += header;
+    constexpr double none = std::numeric_limits<double>::quiet_NaN();
+    for (std::size_t point = 0; point < points; ++point) {
+        for (const ExportedChannel& channel : sweep.channels) {
+            const bool there = point < channel.mv.size();
+            if (!sweep.same_times() || &channel == &sweep.channels.front()) {
+                put_float64(bytes, there ? channel.time(point) : none);
+            }
+            put_float64(bytes, there ? channel.volts(point) : none);
+        }
+    }
+    return bytes;
+}
+
+} // namespace kv408

@@ -1,0 +1,177 @@
+// The files as python3-numpy and sigrok-cli read them.
+
+#include <array>
+#include <charconv>
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "export/export_type.h"
+#include "export/sample_sweep.h"
+#include "export/sigrok_session.h"
+#include "support/temporary_folder.h"
+
+namespace kv408 {
+namespace {
+
+/// What `command` prints to either output.
+std::string output_of(const std::string& command) {
+    std::FILE* const pipe = popen((command + " 2>&1").c_str(), "r");
+    EXPECT_NE(pipe, nullptr);
+    std::string text;
+    std::array<char, 4096> part = {};
+    while (const std::size_t count = std::fread(part.data(), 1, part.size(), pipe)) {
+        text.append(part.data(), count);
+    }
+    EXPECT_EQ(pclose(pipe), 0) << command << '\n' << text;
+    return text;
+}
+
+/// The numbers in `text`, each line a row; lines that begin otherwise are left out.
+std::vector<std::vector<double>> rows_in(const std::string& text) {
+    std::vector<std::vector<double>> rows;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+        std::vector<double> row;
+        const char* at = line.data();
+        const char* const end = line.data() + line.size();
+        double number = 0.0;
+        for (auto read = std::from_chars(at, end, number); read.ec == std::errc();
+             read = std::from_chars(at, end, number)) {
+            row.push_back(number);
+            at = read.ptr;
+            if (at == end) {
+                break;
+            }
+            ++at; // the comma
+        }
+        if (!row.empty() && at == end) {
+            rows.push_back(row);
+        }
+    }
+    return rows;
+}
+
+/// Files of a sweep in a folder of their own.
+struct Exported {
+    explicit Exported(const Sweep& taken) : sweep(exported(taken)) {}
+
+    /// Writes the sweep as a file with this ending; its path, which no shell needs quoted.
+    [[nodiscard]] std::string file(const std::string& ending) const {
+        std::string path = (folder.path() / ("curve" + ending)).string();
+        std::ofstream(path, std::ios::binary)
+            << export_types().at(export_type_of(path).value()).bytes(sweep);
+        return path;
+    }
+
+    /// Runs a line of the Python that Debian has numpy for, as np; `f` is the name of the file.
+    [[nodiscard]] std::string python(const std::string& ending, const std::string& line) const {
+        return output_of("/usr/bin/python3 -c 'import sys, numpy as np; f = sys.argv[1]; " + line +
+                         "' " + file(ending));
+    }
+
+    /// The rows that a reader should find: times, unless they are `without_times`, and volts.
+    [[nodiscard]] std::vector<std::vector<double>> rows(bool without_times = false) const {
+        std::vector<std::vector<double>> wanted;
+        for (std::size_t point = 0; point < sweep.channels.front().mv.size(); ++point) {
+            wanted.emplace_back();
+            for (const ExportedChannel& channel : sweep.channels) {
+                if (!without_times &&
+                    (!sweep.same_times() || &channel == &sweep.channels.front())) {
+                    wanted.back().push_back(channel.time(point));
+                }
+                wanted.back().push_back(channel.volts(point));
+            }
+        }
+        return wanted;
+    }
+
+    TemporaryFolder folder;
+    ExportedSweep sweep;
+};
+
+/// Compares each number of `found` with that of `wanted`, which may differ by `part` of it.
+void expect_rows(const std::vector<std::vector<double>>& found,
+                 const std::vector<std::vector<double>>& wanted, double part) {
+    ASSERT_EQ(found.size(), wanted.size());
+    for (std::size_t row = 0; row < wanted.size(); ++row) {
+        ASSERT_EQ(found[row].size(), wanted[row].size()) << "row " << row;
+        for (std::size_t column = 0; column < wanted[row].size(); ++column) {
+            ASSERT_LE(std::abs(found[row][column] - wanted[row][column]),
+                      part * std::abs(wanted[row][column]))
+                << row << ", " << column;
+        }
+    }
+}
+
+constexpr double twelve_digits = 5e-12;
+constexpr double exactly = 0.0;
+const std::string print_rows =
+    "[print(*[repr(float(x)) for x in r], sep=\",\") for r in a.tolist()]";
+
+TEST(NumpyReads, AnArrayToTheLastBit) {
+    for (const Sweep& sweep : {block_sweep(), block_sweep(64.0), pass_sweep()}) {
+        Exported files(sweep);
+        const std::string text = files.python(".npy", "a = np.load(f); " + print_rows);
+        expect_rows(rows_in(text), files.rows(), exactly);
+    }
+    const std::string names = "a = np.load(f); print(a.dtype.names, a.dtype.itemsize, a.shape)";
+    EXPECT_EQ(Exported(block_sweep()).python(".npy", names), "('time', 'ch1', 'ch2') 24 (650,)\n");
+    EXPECT_EQ(Exported(block_sweep(64.0)).python(".npy", names),
+              "('time1', 'ch1', 'time2', 'ch2') 32 (650,)\n");
+    EXPECT_EQ(Exported(pass_sweep()).python(".npy", names), "('time', 'ch2') 16 (640,)\n");
+}
+
+TEST(NumpyReads, OurCsvWithItsHeadings) {
+    for (const Sweep& sweep : {block_sweep(), block_sweep(64.0), pass_sweep()}) {
+        Exported files(sweep);
+        const std::string read = "a = np.genfromtxt(f, delimiter=\",\", names=True, "
+                                 "deletechars=\"\", skip_header=";
+        const std::string comments = std::to_string(9 + 3 * files.sweep.channels.size());
+        const std::string text = files.python(".csv", read + comments + "); " + print_rows);
+        expect_rows(rows_in(text), files.rows(), twelve_digits);
+    }
+}
+
+TEST(PythonReads, TheSigrokArchiveWithoutAComplaint) {
+    Exported files(block_sweep());
+    EXPECT_EQ(files.python(".sr", "import zipfile; z = zipfile.ZipFile(f); "
+                                  "print(z.testzip(), *z.namelist())"),
+              "None version metadata analog-1-1-1 analog-1-2-1\n");
+}
+
+TEST(SigrokReads, ASession) {
+    for (const Sweep& sweep : {block_sweep(), pass_sweep()}) {
+        Exported files(sweep);
+        const std::string path = files.file(".sr");
+        const std::string shown = output_of("sigrok-cli --input-file " + path + " --show");
+        EXPECT_NE(shown.find("Samplerate: " + std::to_string(sigrok_sample_rate(files.sweep))),
+                  std::string::npos)
+            << shown;
+        for (const ExportedChannel& channel : files.sweep.channels) {
+            EXPECT_NE(shown.find("- " + channel.name + ": analog"), std::string::npos) << shown;
+        }
+        const std::string points = output_of("sigrok-cli --input-file " + path +
+                                             " -O csv:time=false:header=false:label=off");
+        constexpr double float32_and_six_digits = 1e-5;
+        expect_rows(rows_in(points), files.rows(true), float32_and_six_digits);
+    }
+}
+
+TEST(SigrokReads, OurCsv) {
+    for (const auto& [sweep, columns] :
+         {std::pair{block_sweep(), "t,2a"}, std::pair{pass_sweep(), "t,a"}}) {
+        Exported files(sweep);
+        const std::string points = output_of(
+            "sigrok-cli -I csv:comment_leader=#:header=yes:column_formats=" + std::string(columns) +
+            " --input-file " + files.file(".csv") + " -O csv:time=false:header=false:label=off");
+        expect_rows(rows_in(points), files.rows(true), 1e-5);
+    }
+}
+
+} // namespace
+} // namespace kv408
