@@ -1,0 +1,76 @@
+#include "export/recording_files.h"
+
+#include <array>
+#include <cinttypes>
+#include <cstdio>
+#include <utility>
+
+#include "export/export_file.h"
+#include "host/path_text.h"
+#include "host/shown_text.h"
+
+namespace kv408 {
+namespace {
+
+/// Why nothing more is written to the file at `path`; nothing where there is room.
+std::optional<SavedFile> full(const FreeSpace& space, const std::filesystem::path& path) {
+    const auto left = space(path);
+    if (!left || *left > space_left_free) {
+        return std::nullopt;
+    }
+    constexpr std::uintmax_t mebibyte = 1024ULL * 1024;
+    return SavedFile{.status = FileStatus::failed,
+                     .message = shown_path(path) + ": the recording has ended because less than " +
+                                std::to_string(space_left_free / mebibyte) + " MB are free"};
+}
+
+SavedFile failed(const std::filesystem::path& path, const std::string& reason) {
+    return {.status = FileStatus::failed,
+            .message = shown_path(path) + ": the recording has ended: " + reason};
+}
+
+} // namespace
+
+std::optional<std::uintmax_t> free_space(const std::filesystem::path& path) {
+    std::error_code error;
+    const auto place = std::filesystem::absolute(path, error).parent_path();
+    const auto space = std::filesystem::space(place, error);
+    return error ? std::nullopt : std::optional(space.available);
+}
+
+OneRecordingFile::OneRecordingFile(Files& files, std::filesystem::path path, bool over,
+                                   SavedFile& begun, FreeSpace space)
+    : path_(std::move(path)), space_(std::move(space)),
+      file_((begun = save_export(files, path_, recording_headings(), over), path_)) {}
+
+SavedFile OneRecordingFile::add(const ExportedSweep& sweep) {
+    if (auto refused = full(space_, path_)) {
+        return std::move(*refused);
+    }
+    const FileResult result = file_.append(text_.lines(sweep));
+    return result.status == FileStatus::done ? SavedFile{} : failed(path_, result.reason);
+}
+
+NumberedRecordingFiles::NumberedRecordingFiles(Files& files, std::filesystem::path path,
+                                               const ExportType& type, FreeSpace space)
+    : files_(files), path_(std::move(path)), type_(type), space_(std::move(space)) {}
+
+SavedFile NumberedRecordingFiles::add(const ExportedSweep& sweep) {
+    std::array<char, 32> number = {};
+    std::snprintf(number.data(), number.size(), "_%06" PRIu64, ++number_);
+    std::filesystem::path path = path_;
+    path.replace_extension();
+    path += number.data();
+    path += type_.ending;
+    if (auto refused = full(space_, path)) {
+        return std::move(*refused);
+    }
+    if (const ExportRemark remark = export_remark(type_, sweep); !remark.possible) {
+        return failed(path, remark.text);
+    }
+    const SavedFile saved = save_export(files_, path, type_.bytes(sweep), false);
+    return saved.status == FileStatus::exists ? failed(path, "there is such a file already")
+                                              : saved;
+}
+
+} // namespace kv408

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <variant>
+
+#include "export/export_type.h"
+#include "export/recorder.h"
+#include "export/recording_text.h"
+#include "host/files.h"
+#include "host/growing_file.h"
+
+namespace kv408 {
+
+/// The bytes that are free where the file at a path lies; nothing where the system does not tell.
+using FreeSpace = std::function<std::optional<std::uintmax_t>(const std::filesystem::path& path)>;
+[[nodiscard]] std::optional<std::uintmax_t> free_space(const std::filesystem::path& path);
+
+/// What a recording leaves free at least: whoever else writes there is not to run into a full disk.
+inline constexpr std::uintmax_t space_left_free = 64ULL * 1024 * 1024;
+
+/// All sweeps in one CSV file. Whatever ends the program, the file holds whole lines up to the last
+/// sweep that was added.
+class OneRecordingFile : public RecordingTarget {
+public:
+    /// Begins the file at `path`, in the place of one that is there when `over`. `begun` says what
+    /// came of it; unless done, nothing can be added.
+    OneRecordingFile(Files& files, std::filesystem::path path, bool over, SavedFile& begun,
+                     FreeSpace space = free_space);
+
+    SavedFile add(const ExportedSweep& sweep) override;
+
+private:
+    std::filesystem::path path_;
+    FreeSpace space_;
+    RecordingText text_;
+    GrowingFile file_;
+};
+
+/// Each sweep in a file of its own: "curve.csv" begins with "curve_000001.csv". A file that is
+/// there is not written over and ends the recording.
+class NumberedRecordingFiles : public RecordingTarget {
+public:
+    /// Files named after `path`, of `type`.
+    NumberedRecordingFiles(Files& files, std::filesystem::path path, const ExportType& type,
+                           FreeSpace space = free_space);
+
+    SavedFile add(const ExportedSweep& sweep) override;
+
+private:
+    Files& files_;
+    std::filesystem::path path_;
+    const ExportType& type_;
+    FreeSpace space_;
+    std::uint64_t number_ = 0;
+};
+
+} // namespace kv408
