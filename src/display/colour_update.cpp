@@ -50,12 +50,13 @@ void ColourUpdate::recolour_measurements() {
 }
 
 void ColourUpdate::recolour_general_texts() {
-    for (Label* const label : {&panel_.trigertext, &panel_.tdivtext, &panel_.lbldate, &panel_.ltp2,
-                               &panel_.avglabel, &panel_.centerfr, &panel_.lblc1, &panel_.lblc2}) {
+    for (Label* const label : std::initializer_list<Label*>{
+             &panel_.trigertext, &panel_.tdivtext, &panel_.lbldate, &panel_.ltp2, &panel_.avglabel,
+             &panel_.centerfr, &panel_.lblc1, &panel_.lblc2}) {
         label->set_fore_colour(colours_.normal_text);
     }
-    for (Label* const label :
-         {&panel_.trigertext, &panel_.ltp2, &panel_.centerfr, &panel_.lblc1, &panel_.lblc2}) {
+    for (Label* const label : std::initializer_list<Label*>{
+             &panel_.trigertext, &panel_.ltp2, &panel_.centerfr, &panel_.lblc1, &panel_.lblc2}) {
         label->set_back_colour(colours_.text_background);
     }
     panel_.seltimediv.set_back_colour(colours_.text_background);

@@ -17,20 +17,6 @@ constexpr int readout_digits = 3;
 constexpr int voltage_tab = 1;
 constexpr int time_tab = 2;
 
-struct VoltsRow {
-    std::string_view text;
-    double volts; ///< a division
-};
-
-constexpr std::array<VoltsRow, 8> volts_rows = {{{"2V", 2.0},
-                                                 {"1V", 1.0},
-                                                 {"0.5V", 0.5},
-                                                 {"0.2V", 0.2},
-                                                 {"0.1V", 0.1},
-                                                 {"50mV", 0.05},
-                                                 {"20mV", 0.02},
-                                                 {"10mV", 0.01}}};
-
 std::string volts_text(double millivolts) {
     return engformat(millivolts / 1000.0, readout_digits) + "V";
 }
@@ -64,15 +50,6 @@ void remove_tab(TabStrip& strip, std::string_view key) {
 }
 
 } // namespace
-
-std::string deltacursorvert(std::int16_t n, const std::string& volts_per_division) {
-    for (const VoltsRow& row : volts_rows) {
-        if (row.text == volts_per_division) {
-            return engformat(n * row.volts / plot::division, readout_digits) + "V";
-        }
-    }
-    return {};
-}
 
 std::string deltacursorhor(std::int16_t n, const std::string& time_per_division) {
     for (const TimeBaseRow& row : time_base_rows()) {

@@ -11,10 +11,6 @@
 
 namespace kv408 {
 
-/// `n` screen rows as volts at the volts-per-division text `volts_per_division` ("2V" to "10mV"),
-/// three digits and "V"; an unknown text gives an empty one.
-[[nodiscard]] std::string deltacursorvert(std::int16_t n, const std::string& volts_per_division);
-
 /// `n` screen columns as seconds at the time-base text `time_per_division`, three digits and "s";
 /// an unknown text gives an empty one.
 [[nodiscard]] std::string deltacursorhor(std::int16_t n, const std::string& time_per_division);

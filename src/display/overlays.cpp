@@ -27,7 +27,7 @@ double level_distance(std::size_t source, const TriggerState& trigger, const Cha
 }
 
 void show_offset(ChannelControls& controls, const ChannelState& channel) {
-    const int distance = plot::top + plot::centre_y - (controls.text.top() + plot::marker_middle);
+    const int distance = plot::centre_y - channel.pos;
     controls.ofset.set_caption(engformat(distance / channel.pixpermv / 1000.0, 3) + "V");
 }
 
@@ -86,8 +86,8 @@ void show_labels(FrontPanel& panel, const Channels& channels, const TriggerState
     std::int32_t top = 0;
     if (source_text == "TRIG1" || source_text == "TRIG2") {
         const std::size_t source = source_text == "TRIG1" ? 0 : 1;
-        top = round_to_int32(panel.channel[source].text.top() +
-                             level_distance(source, trigger, channels));
+        const int zero_line = plot::top + channels[source].pos - plot::marker_middle;
+        top = round_to_int32(zero_line + level_distance(source, trigger, channels));
         panel.trlevelmv.set_caption(
             printed_number((trigger.saved_trigpos[source] - zero_volt_code) *
                            channels[source].vtfactor) +

@@ -28,9 +28,7 @@ void PlotMouse::chtext_MouseMove(int channel, double y) {
     if (!turns_grabbed()) {
         return;
     }
-    const Label& marker = panel_.channel[static_cast<std::size_t>(channel)].text;
-    const double top = marker.top() + (y - grab_offset_);
-    turn_to_row(top + plot::marker_middle - plot::top);
+    turn_to_row(channels_[static_cast<std::size_t>(channel)].pos + (y - grab_offset_));
 }
 
 /// Turns the wheel to `row`, as near as half a row.
@@ -57,7 +55,7 @@ void PlotMouse::trigertext_MouseMove(double y) {
         std::clamp<double>(panel_.trigertext.top() + (y - grab_offset_),
                            plot::trigger_marker_highest, plot::trigger_marker_lowest);
     const std::int32_t code =
-        round_to_int32(zero_volt_code - (top - panel_.channel[source].text.top()) /
+        round_to_int32(zero_volt_code - (top + plot::marker_middle - plot::top - channel.pos) /
                                             (2.0 * channel.scale * channel.vtfactor));
     panel_.slider1.drag_to(round_to_int32(static_cast<double>(code) / codes_per_wheel_step));
 }

@@ -302,7 +302,16 @@ public:
     [[nodiscard]] const std::string& caption() const { return caption_; }
     void set_caption(std::string caption) { show(caption_, std::move(caption)); }
 
-    /// Real place of its upper left corner, pixels of the plot box; only the markers move.
+private:
+    std::string caption_;
+};
+
+/// A text beside the plot that moves along it.
+class MarkerLabel : public Label {
+public:
+    using Label::Label;
+
+    /// Place of its upper left corner in the plot box, pixels at the box's natural size.
     [[nodiscard]] int left() const { return left_; }
     [[nodiscard]] int top() const { return top_; }
     void move(int left, int top) {
@@ -313,7 +322,7 @@ public:
         }
     }
 
-    /// Lays it over the others that share its place.
+    /// Lays it over the markers that share its place.
     void bring_to_front() {
         ++times_brought_;
         shown();
@@ -323,7 +332,6 @@ public:
     [[nodiscard]] int times_brought_to_front() const { return times_brought_; }
 
 private:
-    std::string caption_;
     int left_ = 0;
     int top_ = 0;
     int times_brought_ = 0;

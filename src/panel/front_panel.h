@@ -24,7 +24,7 @@ struct ChannelControls {
     CheckBox invert;  ///< "Invert": the trace upside down
     Label ofset;      ///< offset read-out, volts
     Label vdivtext;   ///< volts per division under the plot, with its suffixes
-    Label text;       ///< zero-line marker at the left edge of the plot
+    MarkerLabel text; ///< zero-line marker at the left edge of the plot
     Label label;      ///< channel's heading in the VERTICAL frame
     Label labelframe; ///< frame behind that heading
     TextBox psofset;  ///< horizontal delay, picoseconds
@@ -113,8 +113,8 @@ struct FrontPanel {
     Label tdivtext{"tdivtext"};     ///< time per division
     Label avglabel{"avglabel"};     ///< "Filter Avg." while the instrument averages
     Label lbldate{"lblDate"};       ///< time and date
-    Label trigertext{"trigertext"}; ///< trigger-level marker at the right edge
-    Label ltp2{"ltp2"};             ///< trigger-time marker above the plot
+    MarkerLabel trigertext{"trigertext"}; ///< trigger-level marker at the right edge
+    MarkerLabel ltp2{"ltp2"};             ///< trigger-time marker above the plot
     Label centerfr{"centerfr"};     ///< difference of the cursors
     Label lblc1{"lblC1"};           ///< cursor 1
     Label lblc2{"lblC2"};           ///< cursor 2

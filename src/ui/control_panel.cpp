@@ -87,6 +87,13 @@ int ControlPanel::width_within(int room) const {
     return std::max(least, std::min(room, usual_column));
 }
 
+void ControlPanel::take_status_back() {
+    // Above the row of buttons.
+    auto& rest = static_cast<QVBoxLayout&>(*rest_->layout());
+    rest.insertWidget(rest.count() - 1, &status());
+    status().show();
+}
+
 QSize ControlPanel::sizeHint() const {
     constexpr int rows = 13; // one below the other in two columns
     const int rest = rest_scrolls_ ? 0 : rest_->sizeHint().height() + frame_gap;

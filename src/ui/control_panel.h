@@ -23,6 +23,12 @@ public:
     /// more.
     [[nodiscard]] int width_within(int room) const;
 
+    /// The Status frame. While the panel is hidden it may stand elsewhere.
+    [[nodiscard]] PanelFrame& status() { return *in_sight_.back(); }
+
+    /// Puts the Status frame back to its place.
+    void take_status_back();
+
     /// Room for everything in two columns.
     [[nodiscard]] QSize sizeHint() const override;
 

@@ -18,6 +18,7 @@
 #include "ui/menus.h"
 #include "ui/plot_drags.h"
 #include "ui/qt_picture_coder.h"
+#include "ui/view_actions.h"
 #include "ui/window_halves.h"
 
 namespace kv408::ui {
@@ -110,10 +111,13 @@ void MainWindow::lay_out() {
         const Surface picture = scope_.parts().snapshot.with_scales();
         QGuiApplication::clipboard()->setImage(image_of(picture).copy());
     });
-    fill_menus(*menuBar(), driver_, {copy, copy_scaled});
     auto* const controls = new ControlPanel(driver_);
     controls_ = controls;
-    setCentralWidget(new WindowHalves(screen_, controls));
+    auto* const halves = new WindowHalves(screen_, controls);
+    const ViewActions view(*this, *halves);
+    full_screen_ = view.full_screen;
+    fill_menus(*menuBar(), driver_, {copy, copy_scaled}, {view.full_screen, view.hide_panel});
+    setCentralWidget(halves);
     new LoadingNote(scope_.loading(), *this);
 }
 
@@ -152,6 +156,14 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     }
     // In the middle of an entry the window waits until that has unwound.
     event->setAccepted(!driver_.busy());
+}
+
+void MainWindow::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::WindowStateChange) {
+        // The desktop may have done it.
+        full_screen_->setChecked(isFullScreen());
+    }
 }
 
 void MainWindow::entry_returned() {

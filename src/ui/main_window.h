@@ -50,6 +50,7 @@ protected:
     void showEvent(QShowEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
     void lay_out();
@@ -66,6 +67,7 @@ private:
     ScopeDriver driver_;
     ScreenPanel* screen_;
     QWidget* controls_ = nullptr;
+    QAction* full_screen_ = nullptr;
     QPointer<SettingsWindow> settings_; ///< while the settings dialog is open
     QTimer timer_{this};
     bool started_ = false;

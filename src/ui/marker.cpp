@@ -1,5 +1,6 @@
 #include "ui/marker.h"
 
+#include <cmath>
 #include <cstdlib>
 
 #include <QPainter>
@@ -36,7 +37,12 @@ void Marker::fit() {
                                                        : 0.0;
     const QPointF from = plot_.place_of(left_ - shift, top_);
     const QPointF to = plot_.place_of(left_ - shift + plot::marker_width, top_ + marker_height);
-    setGeometry(QRectF(from, to).toAlignedRect());
+    QRect place = QRectF(from, to).toAlignedRect();
+    if (direction_ == Direction::down) {
+        // The tip ends above the plot.
+        place.setBottom(static_cast<int>(std::floor(to.y())) - 1);
+    }
+    setGeometry(place);
     QFont scaled = plot_.font();
     scaled.setBold(true);
     scaled.setPixelSize(std::max(1, static_cast<int>(plot_.place_of(0, 11).y())));
@@ -108,7 +114,7 @@ void Marker::paintEvent(QPaintEvent* /*event*/) {
     painter.drawText(inner, Qt::AlignCenter, text());
 }
 
-void bind(Marker* marker, Label& control) {
+void bind(Marker* marker, MarkerLabel& control) {
     marker->setObjectName(object_name(control));
     const auto show = [guard = QPointer<Marker>(marker), &control] {
         if (!guard) {

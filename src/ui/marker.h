@@ -57,6 +57,6 @@ private:
 };
 
 /// Shows text, colours and place of `control` on `marker`.
-void bind(Marker* marker, Label& control);
+void bind(Marker* marker, MarkerLabel& control);
 
 } // namespace kv408::ui

@@ -34,7 +34,8 @@ QMenu& add_menu(QMenuBar& bar, const QString& title) {
 
 } // namespace
 
-void fill_menus(QMenuBar& bar, ScopeDriver& driver, const QList<QAction*>& copying) {
+void fill_menus(QMenuBar& bar, ScopeDriver& driver, const QList<QAction*>& copying,
+                const QList<QAction*>& viewing) {
     FrontPanel& panel = driver.panel();
     QMenu& load = add_menu(bar, u"&Load Setup"_s);
     add(load, panel.loadconfig, driver,
@@ -58,6 +59,8 @@ void fill_menus(QMenuBar& bar, ScopeDriver& driver, const QList<QAction*>& copyi
         {u"&Settings..."_s, u"Snapshot, display and colours"_s, QKeySequence::Preferences});
     options.addSeparator();
     options.addActions(copying);
+    options.addSeparator();
+    options.addActions(viewing);
 
     QMenu& help = add_menu(bar, u"&Help"_s);
     add(help, panel.menuhelp, driver, {u"&Help"_s, u"Has no function in this version"_s});

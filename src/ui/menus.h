@@ -9,7 +9,8 @@
 namespace kv408::ui {
 
 /// Fills `bar` with the menus of the main window, each entry bound to its control, and with the
-/// entries `copying`, which have none.
-void fill_menus(QMenuBar& bar, ScopeDriver& driver, const QList<QAction*>& copying);
+/// entries `copying` and `viewing`, which have none.
+void fill_menus(QMenuBar& bar, ScopeDriver& driver, const QList<QAction*>& copying,
+                const QList<QAction*>& viewing);
 
 } // namespace kv408::ui

@@ -20,7 +20,7 @@ struct MarkerHandlers {
     std::function<void(PlotMouse&)> release;
 };
 
-void take_marker_drags(PlotWidget& plot, Label& control, ScopeDriver& driver,
+void take_marker_drags(PlotWidget& plot, MarkerLabel& control, ScopeDriver& driver,
                        const MarkerHandlers& handlers) {
     auto* const marker = plot.findChild<QWidget*>(object_name(control));
     assert(marker != nullptr);

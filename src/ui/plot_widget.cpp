@@ -76,13 +76,17 @@ QPointF PlotWidget::place_of(double x, double y) const {
 }
 
 QPointF PlotWidget::box_place_at(QPointF on_screen) const {
-    const QPointF place = mapFromGlobal(on_screen) * devicePixelRatioF() - area_corner(scale_);
-    const auto unit = [this](double pixel) {
-        const double middle = (std::floor(pixel) + 0.5) / scale_.factor() - 0.5;
-        // Half a unit is the finest that can be set; smaller pixels tell no more than whole ones.
-        return scale_.factor() < 2.0 ? std::nearbyint(middle) : middle;
+    const qreal ratio = devicePixelRatioF();
+    const QPointF place = mapFromGlobal(on_screen);
+    const auto unit = [&](double at, int corner) {
+        // The middle of the window's unit that the mouse is in.
+        const double middle = ((std::floor(at) + 0.5) * ratio - corner) / scale_.factor() - 0.5;
+        // Half a row is the finest that can be set; smaller steps of the mouse tell no more than
+        // whole ones.
+        return scale_.factor() < 2.0 * ratio ? std::nearbyint(middle) : middle;
     };
-    return {plot::left + unit(place.x()), plot::top + unit(place.y())};
+    const QPoint corner = area_corner(scale_);
+    return {plot::left + unit(place.x(), corner.x()), plot::top + unit(place.y(), corner.y())};
 }
 
 void PlotWidget::show_columns(Columns columns) {

@@ -38,8 +38,8 @@ public:
     /// The place of (`x`, `y`) of the plot box, in units of the widget.
     [[nodiscard]] QPointF place_of(double x, double y) const;
 
-    /// The place in the plot box, in units of the plot, of the pixel of the screen at `on_screen`:
-    /// a whole unit below scale 2, from there on a fraction of one.
+    /// The place in the plot box, in units of the plot, of `on_screen`: a whole unit where one is
+    /// shown smaller than two units of the window, else a fraction of one.
     [[nodiscard]] QPointF box_place_at(QPointF on_screen) const;
 
     /// The picture has changed in `columns` of pixels. It is painted soon, at most about sixty

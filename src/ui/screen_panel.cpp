@@ -94,7 +94,8 @@ QWidget* ScreenPanel::make_footer(FrontPanel& panel) {
 }
 
 void ScreenPanel::make_markers(FrontPanel& panel) {
-    const auto make = [this](Label& control, Marker::Direction direction, const Words& words) {
+    const auto make = [this](MarkerLabel& control, Marker::Direction direction,
+                             const Words& words) {
         auto* const marker = new Marker(plot_, direction);
         describe(*marker, words);
         bind(marker, control);

@@ -20,6 +20,17 @@ WindowHalves::WindowHalves(ScreenPanel* screen, ControlPanel* controls)
     controls->setParent(this);
 }
 
+void WindowHalves::hide_controls(bool hidden) {
+    if (hidden) {
+        controls_->status().setParent(this);
+        controls_->status().show();
+    } else {
+        controls_->take_status_back();
+    }
+    controls_->setVisible(!hidden);
+    lay_out();
+}
+
 QSize WindowHalves::sizeHint() const {
     const QSize screen = screen_->sizeHint();
     const QSize controls = controls_->sizeHint();
@@ -44,6 +55,14 @@ void WindowHalves::resizeEvent(QResizeEvent* event) {
 }
 
 void WindowHalves::lay_out() {
+    if (controls_->isHidden()) {
+        PanelFrame& status = controls_->status();
+        const int high = status.sizeHint().height();
+        area_->setGeometry(window_gap, window_gap, width() - 2 * window_gap,
+                           height() - high - 3 * window_gap);
+        status.setGeometry(window_gap, height() - window_gap - high, area_->width(), high);
+        return;
+    }
     const QSize room(width() - 3 * window_gap, height() - 2 * window_gap);
     const QSize needed = screen_->minimumSizeHint();
     const int bar =

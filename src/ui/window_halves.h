@@ -9,12 +9,16 @@
 namespace kv408::ui {
 
 /// What lies in the main window: the screen on the left, the controls on the right. The controls
-/// take what they need, the screen the rest; in a window too small for both the controls become
-/// narrower first, then both are scrolled.
+/// take what they need, the screen the rest; hidden, they leave the screen all of it. In a window
+/// too small for both the controls become narrower first, then both are scrolled.
 class WindowHalves : public QWidget {
 public:
     /// Shows `screen` and `controls`, and owns them.
     WindowHalves(ScreenPanel* screen, ControlPanel* controls);
+
+    /// Hides the controls but for their Status frame, which then stands under the screen, or shows
+    /// them again.
+    void hide_controls(bool hidden);
 
     /// Room for everything at its natural size.
     [[nodiscard]] QSize sizeHint() const override;

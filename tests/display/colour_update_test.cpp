@@ -57,7 +57,8 @@ TEST_F(ColourUpdateTest, GivesTheControlsTheirTextColours) {
         EXPECT_EQ(slot.ch2.fore_colour(), odd_colours.ch2);
         EXPECT_EQ(slot.label.fore_colour(), odd_colours.normal_text);
     }
-    for (const Label* const label : {&panel.trigertext, &panel.tdivtext, &panel.lbldate}) {
+    for (const Label* const label :
+         std::initializer_list<const Label*>{&panel.trigertext, &panel.tdivtext, &panel.lbldate}) {
         EXPECT_EQ(label->fore_colour(), odd_colours.normal_text) << label->name();
     }
     EXPECT_EQ(panel.seltimediv.fore_colour(), odd_colours.normal_text);
@@ -89,8 +90,9 @@ TEST_F(ColourUpdateTest, GivesTheControlsTheirBackgrounds) {
 // They lie on the screen among the others and must be read there.
 TEST_F(ColourUpdateTest, TakesTheOtherTextsOfTheScreenAlong) {
     update.colorupdate();
-    for (const Label* const label : {&panel.ltp2, &panel.avglabel, &panel.centerfr, &panel.lblc1,
-                                     &panel.lblc2, &panel.measurement[1].mark}) {
+    for (const Label* const label : std::initializer_list<const Label*>{
+             &panel.ltp2, &panel.avglabel, &panel.centerfr, &panel.lblc1, &panel.lblc2,
+             &panel.measurement[1].mark}) {
         EXPECT_EQ(label->fore_colour(), odd_colours.normal_text) << label->name();
     }
 }

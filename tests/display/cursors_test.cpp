@@ -18,20 +18,6 @@ struct CursorRig : StartedPanelRig {
     Cursors frame{panel, cursors, adjust, screen};
 };
 
-TEST(CursorDistance, RowsAreVoltsByTheVoltsPerDivision) {
-    EXPECT_EQ(deltacursorvert(64, "2V"), "2.00V");
-    EXPECT_EQ(deltacursorvert(64, "1V"), "1.00V");
-    EXPECT_EQ(deltacursorvert(64, "0.5V"), "500mV");
-    EXPECT_EQ(deltacursorvert(64, "0.2V"), "200mV");
-    EXPECT_EQ(deltacursorvert(64, "0.1V"), "100mV");
-    EXPECT_EQ(deltacursorvert(64, "50mV"), "50.0mV");
-    EXPECT_EQ(deltacursorvert(64, "20mV"), "20.0mV");
-    EXPECT_EQ(deltacursorvert(64, "10mV"), "10.0mV");
-    EXPECT_EQ(deltacursorvert(1, "2V"), "31.2mV");
-    EXPECT_EQ(deltacursorvert(1, "10mV"), "156uV");
-    EXPECT_EQ(deltacursorvert(1, "5V"), "");
-}
-
 TEST(CursorDistance, ColumnsAreSecondsByTheTimeBase) {
     const std::vector<std::pair<const char*, const char*>> rows = {
         {"25ps/div", "25.0ps"}, {"50ps/div", "50.0ps"}, {"100ps/div", "100ps"},

@@ -164,20 +164,20 @@ TEST_F(OverlayTest, TheTriggerLineTakesTheTextColourAndCoversTheCursors) {
     EXPECT_TRUE(is_golden());
 }
 
-/// Puts the markers of both channels on the rows `first` and `second` of the plot.
-void put_markers(FrontPanel& panel, int first, int second) {
-    panel.channel[0].text.move(0, plot::top + first - 7);
-    panel.channel[1].text.move(0, plot::top + second - 7);
+/// Puts the zero lines of both channels on the rows `first` and `second` of the plot.
+void put_zero_lines(Channels& channels, int first, int second) {
+    channels[0].pos = static_cast<std::int16_t>(first);
+    channels[1].pos = static_cast<std::int16_t>(second);
 }
 
-TEST_F(OverlayTest, TheOffsetLabelsTellTheMarkersDistanceFromTheCentre) {
+TEST_F(OverlayTest, TheOffsetLabelsTellTheZeroLinesDistanceFromTheCentre) {
     channels[0].pixpermv = 0.64;
     channels[1].pixpermv = 6.4;
-    put_markers(panel, 206, 356);
+    put_zero_lines(channels, 206, 356);
     picture.draw(draw_flags::labels);
     EXPECT_EQ(panel.channel[0].ofset.caption(), "78.1mV");  // 50 / 0.64 = 78.125
     EXPECT_EQ(panel.channel[1].ofset.caption(), "-15.6mV"); // -100 / 6.4 = -15.625
-    put_markers(panel, 256, 0);
+    put_zero_lines(channels, 256, 0);
     channels[1].pixpermv = 0.128;
     picture.draw(draw_flags::labels);
     EXPECT_EQ(panel.channel[0].ofset.caption(), "0.00V");
@@ -200,7 +200,7 @@ TEST_F(OverlayTest, TheLevelIsReadOutInMillivoltsOfItsInput) {
 TEST_F(OverlayTest, TheTriggerMarkerLiesAtItsLevelWithinThePlot) {
     channels[0].scale = 0.32;
     channels[1].scale = 0.25;
-    put_markers(panel, 256, 100);
+    put_zero_lines(channels, 256, 100);
     const auto top = [this](std::size_t source, std::int16_t code) {
         trigger.saved_trigpos[source] = code;
         panel.trigsource.set_index(static_cast<int>(source));
@@ -219,7 +219,7 @@ TEST_F(OverlayTest, TheTriggerMarkerLiesAtItsLevelWithinThePlot) {
 
 TEST_F(OverlayTest, AnUnknownSourceParksTheMarkerAboveThePlotAndKeepsTheReadOut) {
     trigger.saved_trigpos = {2148, 1948};
-    put_markers(panel, 256, 256);
+    put_zero_lines(channels, 256, 256);
     picture.draw(draw_flags::labels);
     panel.trigsource.set_index(2);
     acquisition.holdoff = true;
@@ -229,7 +229,7 @@ TEST_F(OverlayTest, AnUnknownSourceParksTheMarkerAboveThePlotAndKeepsTheReadOut)
 }
 
 TEST_F(OverlayTest, TheLabelsWaitForStartUpAndTheEndOfAChange) {
-    put_markers(panel, 206, 256);
+    put_zero_lines(channels, 206, 256);
     channels[0].pixpermv = 0.64;
     const std::string before = panel.channel[0].ofset.caption();
     for (const char* state : {"changes", "changes1", "startscope"}) {

@@ -50,7 +50,7 @@ TEST(Marker, StandsWithItsMiddleOnTheZeroLine) {
         for (const std::int16_t row : rows) {
             rig.channels[channel].pos = row;
             rig.vertical.place_marker(static_cast<int>(channel));
-            const Label& marker = rig.panel.channel[channel].text;
+            const MarkerLabel& marker = rig.panel.channel[channel].text;
             EXPECT_EQ(marker.top(), plot::top + row - 7);
             EXPECT_EQ(marker.left(), 32 - 14 - 1);
         }

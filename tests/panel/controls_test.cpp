@@ -29,12 +29,23 @@ TEST(Control, TellsTheListenerAfterEveryVisibleChange) {
     EXPECT_EQ(seen, (Texts{"a on seen", "a off seen", "a off hidden"}));
     label.set_fore_colour(rgb(1, 2, 3));
     label.set_back_colour(rgb(4, 5, 6));
-    label.move(17, 269);
-    EXPECT_EQ(seen.size(), 6U);
+    EXPECT_EQ(seen.size(), 5U);
     EXPECT_EQ(label.fore_colour(), rgb(1, 2, 3));
     EXPECT_EQ(label.back_colour(), rgb(4, 5, 6));
-    EXPECT_EQ(label.left(), 17);
-    EXPECT_EQ(label.top(), 269);
+}
+
+TEST(MarkerLabel, MovesAndComesToTheFront) {
+    MarkerLabel marker("ch1text");
+    int told = 0;
+    marker.on_shown([&] { ++told; });
+    marker.move(17, 269);
+    marker.move(17, 269);
+    EXPECT_EQ(told, 1) << "only where it moves";
+    EXPECT_EQ(marker.left(), 17);
+    EXPECT_EQ(marker.top(), 269);
+    marker.bring_to_front();
+    EXPECT_EQ(marker.times_brought_to_front(), 1);
+    EXPECT_EQ(told, 2);
 }
 
 TEST(Button, RunsItsHandlerOnEachClick) {

@@ -373,8 +373,8 @@ private:
         for (std::size_t index = 0; index < 2; ++index) {
             const ChannelControls& controls = panel_.channel.at(index);
             const Colour colour = index == 0 ? colours.ch1 : colours.ch2;
-            for (const Label* const label :
-                 {&controls.text, &controls.label, &controls.vdivtext, &controls.hor_delay}) {
+            for (const Label* const label : std::initializer_list<const Label*>{
+                     &controls.text, &controls.label, &controls.vdivtext, &controls.hor_delay}) {
                 expect_colour(*label, label->fore_colour(), colour);
             }
             expect_colour(controls.vdiv, controls.vdiv.fore_colour(), colour);

@@ -34,7 +34,7 @@ inline int top_row(const Surface& picture, Colour colour) {
 }
 
 /// Row of the plot on which the middle of `marker` lies.
-inline int marker_row(const Label& marker) {
+inline int marker_row(const MarkerLabel& marker) {
     return marker.top() + plot::marker_middle - plot::top;
 }
 

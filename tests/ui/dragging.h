@@ -17,13 +17,16 @@ inline const std::vector<int> set_up = {8, 27, 30, 35, 31, 32};
 
 /// The program sweeping, and the mouse over its window.
 struct Dragging : ProgramOnBench {
-    /// In a window just wide enough for the plot to be shown at `scale`.
+    /// In a window just wide enough for the plot to be shown with `scale` units of the window for
+    /// each of its own, or the most that there are.
     [[nodiscard]] bool begin(double scale = 1.0) {
-        const PlotScale wanted(scale);
+        const qreal ratio = window().devicePixelRatioF();
+        const PlotScale wanted(scale * ratio);
         const int beside = window().controls().sizeHint().width() + 3 * 8 + 2 * 4;
-        window().resize(beside + 2 * wanted.edge(plot::left) + wanted.width(),
+        window().resize(beside + PlotWidget::size_at(wanted, ratio).width(),
                         static_cast<int>(600 * scale) + 400);
-        return run_until_sweeping() && window().plot().scale().width() == wanted.width();
+        return run_until_sweeping() &&
+               std::abs(window().plot().scale().width() - wanted.width()) <= std::ceil(ratio) - 1;
     }
 
     /// Presses at the middle of row `from` of the plot on `marker` and drags it to row `to`.

@@ -142,7 +142,8 @@ void compare_channel(View& view, const ChannelControls& channel) {
         view.compare(*box);
     }
     for (const Label* const label :
-         {&channel.ofset, &channel.vdivtext, &channel.text, &channel.label, &channel.hor_delay}) {
+         std::initializer_list<const Label*>{&channel.ofset, &channel.vdivtext, &channel.text,
+                                             &channel.label, &channel.hor_delay}) {
         view.compare(*label);
     }
     view.compare(channel.psofset);
@@ -170,9 +171,9 @@ void compare_panel(View& view, const FrontPanel& panel) {
     for (const TextBox* const box : {&panel.textstatus, &panel.trtout, &panel.delaytrttdis}) {
         view.compare(*box);
     }
-    for (const Label* const label :
-         {&panel.trlevelmv, &panel.tdivtext, &panel.avglabel, &panel.lbldate, &panel.trigertext,
-          &panel.ltp2, &panel.nodata, &panel.centerfr, &panel.lblc1, &panel.lblc2}) {
+    for (const Label* const label : std::initializer_list<const Label*>{
+             &panel.trlevelmv, &panel.tdivtext, &panel.avglabel, &panel.lbldate, &panel.trigertext,
+             &panel.ltp2, &panel.nodata, &panel.centerfr, &panel.lblc1, &panel.lblc2}) {
         view.compare(*label);
     }
     for (const Button* const button :

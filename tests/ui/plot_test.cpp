@@ -156,7 +156,7 @@ void PlotTest::paints_seldom_but_always_the_last_state() {
 void PlotTest::markers_keep_their_place_at_any_scale() {
     NoisyPicture noise;
     PlotWidget plot(noise.scaled());
-    Label control("ch1text");
+    MarkerLabel control("ch1text");
     auto* const marker = new Marker(&plot, Marker::Direction::right);
     bind(marker, control);
     control.move(17, 269);

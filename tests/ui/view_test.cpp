@@ -1,0 +1,97 @@
+// The window shows the plot full screen, or in the panel's room, and comes back as it was.
+
+#include <QTest>
+
+#include "cut_off.h"
+#include "mouse.h"
+#include "program_on_bench.h"
+
+namespace kv408::ui {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// Where the widgets of the panel stand in the window.
+QList<QRect> places(ProgramOnBench& on) {
+    QList<QRect> result;
+    for (const char* const name : {"textstatus", "cmdstartsweep", "gridenable", "Picture1"}) {
+        QWidget* const widget = on.widget(name);
+        result.append({widget->mapTo(&on.window(), QPoint()), widget->size()});
+    }
+    return result;
+}
+
+class ViewTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void f9_leaves_the_plot_the_panels_room_and_brings_it_back();
+    void f11_shows_the_window_full_screen_and_as_it_was();
+    void the_frames_keep_their_size_in_any_window();
+};
+
+void ViewTest::f9_leaves_the_plot_the_panels_room_and_brings_it_back() {
+    ProgramOnBench on;
+    on.window().resize(1280, 900);
+    QVERIFY(on.run_until_sweeping());
+    const QList<QRect> before = places(on);
+    const double scale = on.window().plot().scale().factor();
+    on.widget("Slider1")->setFocus();
+    QTest::keyClick(&on.window(), Qt::Key_F9);
+    QTest::qWait(20);
+    QVERIFY(!on.widget("cmdstartsweep")->isVisible());
+    QVERIFY(!on.widget("gridenable")->isVisible());
+    const QWidget& status = *on.widget("textstatus");
+    QVERIFY(status.isVisible());
+    const auto below = [&](const QWidget& widget) {
+        return widget.mapTo(&on.window(), QPoint(0, widget.height())).y();
+    };
+    QVERIFY(status.mapTo(&on.window(), QPoint()).y() >= below(*on.widget("picMeasure")));
+    QVERIFY(below(status) <= on.window().height());
+    QVERIFY(on.window().plot().scale().factor() > 1.2 * scale);
+    QCOMPARE(cut_off(on.window()).join(u'\n'), QString());
+    QVERIFY(on.window().findChild<QAction*>(u"hidePanel"_s)->isChecked());
+    // What is not seen can still be done by the menus' keys, and the panel comes back.
+    QTest::keyClick(&on.window(), Qt::Key_F9);
+    QTest::qWait(20);
+    QCOMPARE(places(on), before);
+    QVERIFY(on.widget("cmdstartsweep")->isVisible());
+    QCOMPARE(on.window().plot().scale().factor(), scale);
+}
+
+void ViewTest::f11_shows_the_window_full_screen_and_as_it_was() {
+    ProgramOnBench on;
+    QVERIFY(on.run_until_sweeping());
+    const QSize before = on.window().size();
+    QTest::keyClick(&on.window(), Qt::Key_F11);
+    QTRY_VERIFY(on.window().isFullScreen());
+    QVERIFY(on.window().findChild<QAction*>(u"fullScreen"_s)->isChecked());
+    QTest::keyClick(&on.window(), Qt::Key_F11);
+    QTRY_VERIFY(!on.window().isFullScreen());
+    QTRY_COMPARE(on.window().size(), before);
+    // The desktop's own way tells the entry too.
+    on.window().showFullScreen();
+    QTRY_VERIFY(on.window().findChild<QAction*>(u"fullScreen"_s)->isChecked());
+    on.window().showNormal();
+}
+
+void ViewTest::the_frames_keep_their_size_in_any_window() {
+    ProgramOnBench on;
+    QVERIFY(on.run_until_sweeping());
+    const double natural = on.window().devicePixelRatioF();
+    QCOMPARE(on.window().plot().scale().factor(), natural);
+    const QSize controls = on.window().controls().size();
+    for (const QSize size : {QSize(1920, 1080), QSize(2560, 1440), QSize(3840, 2160)}) {
+        on.window().resize(size);
+        QTest::qWait(20);
+        QCOMPARE(on.window().controls().size().width(), controls.width());
+        QVERIFY(std::abs(on.window().controls().size().height() - controls.height()) <= 12);
+        QVERIFY(on.window().plot().scale().factor() > 1.4 * natural);
+    }
+}
+
+} // namespace
+} // namespace kv408::ui
+
+QTEST_MAIN(kv408::ui::ViewTest)
+#include "view_test.moc"
