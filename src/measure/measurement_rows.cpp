@@ -4,7 +4,6 @@
 #include <array>
 #include <cmath>
 
-#include "measure/measurement_texts.h"
 #include "state/measurement_state.h"
 
 namespace kv408 {
@@ -28,12 +27,12 @@ bool falls_first(Found found) {
 
 constexpr MeasurementRow level(std::string_view name, std::string_view label, std::size_t field,
                                double (*value)(Found), MarkedSpan (*places)(Found) = nullptr) {
-    return {name, label, field, MeasurementUnit::volt, field, value, places, {}};
+    return {name, label, field, MeasurementUnit::volt, field, value, places};
 }
 
 constexpr MeasurementRow time(std::string_view name, std::string_view label, std::size_t field,
-                              std::string_view text_of_zero, MarkedSpan (*places)(Found)) {
-    return {name, label, field, MeasurementUnit::second, field, nullptr, places, text_of_zero};
+                              NoValue why_zero, MarkedSpan (*places)(Found)) {
+    return {name, label, field, MeasurementUnit::second, field, nullptr, places, why_zero};
 }
 
 constexpr std::array rows{
@@ -56,20 +55,20 @@ constexpr std::array rows{
     level("VMean", "Vmean", meas::vmean, [](Found found) { return found.sum / measured_columns; }),
     // One period is what there is to see of a frequency.
     MeasurementRow{"Frequency", "f", meas::frequency, MeasurementUnit::hertz, meas::period, nullptr,
-                   nullptr, not_measurable},
-    time("Period", "T", meas::period, not_measurable,
+                   nullptr},
+    time("Period", "T", meas::period, NoValue::no_edge,
          [](Found found) { return crossings(found, 0, 2); }),
-    time("tRise", "tr", meas::rise, infinitely_fast,
+    time("tRise", "tr", meas::rise, NoValue::too_steep,
          [](Found found) {
              return MarkedSpan{found.rises[0], found.rises[1]};
          }),
-    time("tFall", "tf", meas::fall, infinitely_fast,
+    time("tFall", "tf", meas::fall, NoValue::too_steep,
          [](Found found) {
              return MarkedSpan{found.falls[0], found.falls[1]};
          }),
-    time("tPuls+", "tp+", meas::pulse_high, not_measurable,
+    time("tPuls+", "tp+", meas::pulse_high, NoValue::no_edge,
          [](Found found) { return pulse(found, !falls_first(found)); }),
-    time("tPuls-", "tp-", meas::pulse_low, not_measurable,
+    time("tPuls-", "tp-", meas::pulse_low, NoValue::no_edge,
          [](Found found) { return pulse(found, falls_first(found)); }),
 };
 

@@ -18,6 +18,12 @@ enum class MeasurementUnit {
     hertz,  ///< one over display columns in the record
 };
 
+/// Why a sweep has no value of a measurement.
+enum class NoValue {
+    no_edge,   ///< no such edge or pulse is on the screen
+    too_steep, ///< the edge takes no time that the points could tell
+};
+
 /// Where a measurement is marked on the trace: two levels in millivolts or two fractional columns.
 struct MarkedSpan {
     double start = 0.0;
@@ -35,8 +41,7 @@ struct MeasurementRow {
     double (*value)(const SweepFindings& found);
     /// Where `mark_field` is marked; empty: a voltage at its value, the frequency nowhere itself.
     MarkedSpan (*places)(const SweepFindings& found);
-    /// The text of a time of exactly 0.
-    std::string_view text_of_zero;
+    NoValue why_zero = NoValue::no_edge; ///< what a time of exactly 0 says
 };
 
 /// All measurements, in the order of the selection lists. The order is part of the settings.
