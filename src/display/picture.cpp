@@ -142,6 +142,15 @@ const Surface& Picture::surface() {
     return display_;
 }
 
+Picture::Drawn Picture::drawn() const {
+    Drawn result{drawn_.background, grid_colour_, grid_dotted_, {}, drawn_.overlays};
+    for (std::size_t index = 0; index < traces_.size(); ++index) {
+        const TraceContent& trace = drawn_.traces[index];
+        result.traces.push_back({&traces_[index].trace, trace.look, trace.gap});
+    }
+    return result;
+}
+
 void Picture::on_drawn(std::function<void(Columns)> listener) {
     compose_what_is_due();
     listener_ = std::move(listener);

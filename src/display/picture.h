@@ -78,6 +78,19 @@ public:
     /// The picture as it is at natural size, 641 by 513.
     [[nodiscard]] Surface at_natural_size();
 
+    /// What the picture shows, in units of the plot, for those who draw it in their own way.
+    struct Drawn {
+        Pixel background = 0;
+        Pixel grid = 0;
+        bool dotted = false;           ///< the graticule has its dots and ticks
+        std::vector<TraceView> traces; ///< the one that lies on top last; gaps in units
+        Overlays overlays;
+    };
+
+    /// What was drawn last, with the points that the traces have now. It may be used until the next
+    /// change of the picture.
+    [[nodiscard]] Drawn drawn() const;
+
     /// Sets the one listener that is told after the picture has changed, with the columns of pixels
     /// that did. While there is one, the picture is composed with each draw.
     void on_drawn(std::function<void(Columns)> listener);

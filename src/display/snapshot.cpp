@@ -8,6 +8,7 @@
 #include "display/plot_box.h"
 #include "display/scale_lines.h"
 #include "display/shapes.h"
+#include "display/svg_file.h"
 #include "host/path_text.h"
 #include "host/shown_text.h"
 
@@ -16,8 +17,10 @@ namespace {
 
 constexpr const char* picture_file_kinds =
     "Bitmap (*.BMP)|*.bmp|All Files (*.*)|*.*|PNG (*.PNG)|*.png|"
-    "Bitmap with Scales (*.BMP)|*.bmp|PNG with Scales (*.PNG)|*.png";
+    "Bitmap with Scales (*.BMP)|*.bmp|PNG with Scales (*.PNG)|*.png|"
+    "PNG, as on the screen (*.PNG)|*.png|SVG (*.SVG)|*.svg";
 constexpr std::size_t first_kind_with_scales = 3;
+constexpr std::size_t kind_as_shown = 5;
 
 /// The last two decimal digits of `number`.
 std::string two_digits(int number) {
@@ -38,13 +41,13 @@ std::string numbered(const std::string& name, int count) {
     return text.append(name, point);
 }
 
-/// Whether `path` ends in ".png", in upper or lower case.
-bool names_png(const std::filesystem::path& path) {
+/// Whether `path` ends in `ending`, in upper or lower case.
+bool ends_in(const std::filesystem::path& path, const char* ending) {
     std::string extension = text_of_path(path.extension());
     std::transform(extension.begin(), extension.end(), extension.begin(), [](char letter) {
         return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
     });
-    return extension == ".png";
+    return extension == ending;
 }
 
 /// Whether `folder` ends in a separator of this system.
@@ -112,6 +115,10 @@ void Snapshot::save_by_dialog(const std::string& name) {
     // Copies: sweeping goes on behind the dialog.
     const Surface plain = plot_box(picture_, panel_);
     const Surface scaled = with_scales();
+    const Surface shown = shown_plot_box(picture_, panel_);
+    const std::string vectors =
+        svg_file(picture_, panel_, scale_lines(panel_, host_.clock.local_time()),
+                 settings_.snapshotinvert == 1);
     const auto chosen = host_.choosers.save_file({.title = "Save Snapshot",
                                                   .filter = picture_file_kinds,
                                                   .default_name = name,
@@ -119,9 +126,13 @@ void Snapshot::save_by_dialog(const std::string& name) {
     if (!chosen) {
         return;
     }
-    const Surface image = finished(chosen->kind >= first_kind_with_scales ? scaled : plain);
+    const Surface& image = chosen->kind == kind_as_shown            ? shown
+                           : chosen->kind >= first_kind_with_scales ? scaled
+                                                                    : plain;
     const FileResult result =
-        save(chosen->path, names_png(chosen->path) ? host_.coder.png(image) : bitmap_file(image));
+        save(chosen->path, ends_in(chosen->path, ".svg")   ? vectors
+                           : ends_in(chosen->path, ".png") ? host_.coder.png(finished(image))
+                                                           : bitmap_file(finished(image)));
     if (result.status != FileStatus::done) {
         tell_failure(result);
     }

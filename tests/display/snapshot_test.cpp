@@ -123,7 +123,8 @@ TEST_F(SnapshotTest, TheDialogOffersOtherKindsBehindTheBitmap) {
     snapshot.Command1_Click();
     EXPECT_EQ(choosers.saved.at(0).filter,
               "Bitmap (*.BMP)|*.bmp|All Files (*.*)|*.*|PNG (*.PNG)|*.png|"
-              "Bitmap with Scales (*.BMP)|*.bmp|PNG with Scales (*.PNG)|*.png");
+              "Bitmap with Scales (*.BMP)|*.bmp|PNG with Scales (*.PNG)|*.png|"
+              "PNG, as on the screen (*.PNG)|*.png|SVG (*.SVG)|*.svg");
 }
 
 TEST_F(SnapshotTest, WithScalesTheBitmapHasThemBelowThePlotAndWithoutItHasNot) {
@@ -145,6 +146,50 @@ TEST_F(SnapshotTest, WithScalesTheBitmapHasThemBelowThePlotAndWithoutItHasNot) {
     choosers.answers = {"/mine.png"};
     snapshot.Command1_Click();
     EXPECT_EQ(coder.pictures.back().height(), 540);
+}
+
+TEST_F(SnapshotTest, AsOnTheScreenItHasTheSizeThatIsShownAndOtherwiseTheNatural) {
+    settings.snapshotdialog = 1;
+    picture.set_scale(PlotScale(1.9));
+    choosers.kind = 5;
+    choosers.answers = {"/mine.png"};
+    snapshot.Command1_Click();
+    // 61 and 38 pixels of margin: 32 and 20 times 1.9; 13 below, 7 times 1.9.
+    EXPECT_EQ(coder.pictures.back().width(), 61 + 1218 + 61);
+    EXPECT_EQ(coder.pictures.back().height(), 38 + 975 + 13);
+    EXPECT_EQ(coder.pictures.back().at(61 + 600, 38 + 190), yellow); // (100 + 0.5) * 1.9 = 190.95
+    choosers.kind = 2;
+    choosers.answers = {"/mine.png"};
+    snapshot.Command1_Click();
+    EXPECT_EQ(coder.pictures.back().width(), 705);
+    EXPECT_EQ(coder.pictures.back().at(32 + 300, 20 + 100), yellow);
+}
+
+TEST_F(SnapshotTest, AnSvgHasGraticuleTracesCursorsMarkersAndScalesAsVectors) {
+    settings.snapshotdialog = 1;
+    cursors.cursormode = cursor_mode::voltage_1;
+    panel.channel[0].text.set_caption("<1>");
+    panel.channel[0].text.move(17, 113);
+    channels[0].scale = 0.5; // half a row a code: 100.5
+    samples[0].raw[7] = zero_volt_code + 311;
+    picture.refresh(ch1, 7);
+    choosers.answers = {"/mine.SVG"};
+    snapshot.Command1_Click();
+    const std::string& svg = files.files["/mine.SVG"];
+    const auto has = [&svg](const char* text) { return svg.find(text) != std::string::npos; };
+    EXPECT_TRUE(svg.starts_with("<?xml"));
+    EXPECT_TRUE(has("L6,100L7,100.5L8,100")) << svg.substr(0, 3000);
+    EXPECT_TRUE(has("stroke=\"#ffff00\""));
+    EXPECT_TRUE(has("M0,192L640,192")) << "cursor 1 is solid";
+    EXPECT_TRUE(has("M0,320L640,320\" fill=\"none\" stroke=\"#ffff80\" stroke-dasharray"));
+    EXPECT_TRUE(has("M320,252.5v7")) << "a tick of the graticule";
+    EXPECT_TRUE(has("<text x=\"20\" y=\"124\" fill=\"#ffff00\">&lt;1&gt;</text>"));
+    EXPECT_TRUE(has(">2026-11-16 01:09:37</text>"));
+    EXPECT_FALSE(has("stroke=\"#80dcff\"")) << "CH2 is off";
+    settings.snapshotinvert = 1;
+    choosers.answers = {"/other.svg"};
+    snapshot.Command1_Click();
+    EXPECT_NE(files.files["/other.svg"].find("stroke=\"#0000ff\""), std::string::npos);
 }
 
 TEST_F(SnapshotTest, TheScalesAreThoseOfTheClickAndInItsColours) {

@@ -2,13 +2,16 @@
 
 #include <QClipboard>
 #include <QComboBox>
+#include <QFile>
 #include <QFileDialog>
+#include <QHash>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPainter>
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
+#include <QXmlStreamReader>
 
 #include "box_answers.h"
 #include "program_on_bench.h"
@@ -166,9 +169,10 @@ void SnapshotTest::goes_where_the_dialog_says() {
     on.snapshot_by_dialog(folder + u"/mine.bmp"_s);
     QCOMPARE(on.title, u"Save Snapshot"_s);
     QCOMPARE(on.offered, u"261116_010937.bmp"_s);
-    QCOMPARE(on.filters, (QStringList{u"Bitmap (*.bmp *.BMP)"_s, u"All Files (*)"_s,
-                                      u"PNG (*.png *.PNG)"_s, u"Bitmap with Scales (*.bmp *.BMP)"_s,
-                                      u"PNG with Scales (*.png *.PNG)"_s}));
+    QCOMPARE(on.filters,
+             (QStringList{u"Bitmap (*.bmp *.BMP)"_s, u"All Files (*)"_s, u"PNG (*.png *.PNG)"_s,
+                          u"Bitmap with Scales (*.bmp *.BMP)"_s, u"PNG with Scales (*.png *.PNG)"_s,
+                          u"PNG, as on the screen (*.png *.PNG)"_s, u"SVG (*.svg *.SVG)"_s}));
     const std::string path = folder.toStdString() + "/mine.bmp";
     QCOMPARE(on.files.written.back(), path);
     QVERIFY(on.is_plot_box(on.saved(path)));
@@ -188,27 +192,55 @@ void SnapshotTest::a_png_is_one() {
     QVERIFY(on.is_plot_box(on.saved(path)));
 }
 
-void SnapshotTest::the_kind_that_is_chosen_changes_the_names_ending() {
-    Stopped on;
-    QVERIFY(on.stopped);
-    on.always_ask();
+/// Saves a snapshot of the kind that stands `from_last` before the last, and tells its name.
+QString snapshot_of_kind(Stopped& on, int from_last) {
     QString named;
     QTimer::singleShot(0, &on.window(), [&] {
         auto* const dialog = on.window().findChild<QFileDialog*>(u"fileDialog"_s);
         dialog->setDirectory(picture_folder());
         auto* const kinds = dialog->findChild<QComboBox*>(u"fileTypeCombo"_s);
         kinds->setFocus();
-        QTest::keyClick(kinds, Qt::Key_End); // PNG with scales
+        QTest::keyClick(kinds, Qt::Key_End);
+        for (int step = 0; step < from_last; ++step) {
+            QTest::keyClick(kinds, Qt::Key_Up);
+        }
         named = QFileInfo(dialog->selectedFiles().value(0)).fileName();
         dialog->setOption(QFileDialog::DontConfirmOverwrite);
         QMetaObject::invokeMethod(dialog, "accept");
     });
     QTest::mouseClick(on.widget("Command1"), Qt::LeftButton);
-    QCOMPARE(named, u"261116_010937.png"_s);
+    return named;
+}
+
+void SnapshotTest::the_kind_that_is_chosen_changes_the_names_ending() {
+    Stopped on;
+    QVERIFY(on.stopped);
+    on.always_ask();
+    on.window().resize(1920, 1080);
+    QCOMPARE(snapshot_of_kind(on, 2), u"261116_010937.png"_s); // PNG with Scales
     const QImage saved = on.saved(on.files.written.back());
     QVERIFY(!saved.isNull());
     QVERIFY(saved.height() > 540);
     QVERIFY(on.is_plot_box(saved.copy(0, 0, 705, 540)));
+    QCOMPARE(snapshot_of_kind(on, 1), u"261116_010937.png"_s); // PNG, as on the screen
+    const QImage shown = on.saved(on.files.written.back());
+    const Surface& picture = on.program.scope().picture().surface();
+    QVERIFY(picture.width() > 641);
+    QVERIFY(shown.width() > picture.width() && shown.height() > picture.height());
+    QCOMPARE(snapshot_of_kind(on, 0), u"261116_010937.svg"_s);
+    QXmlStreamReader svg(QByteArray::fromStdString(on.files.files[on.files.written.back()]));
+    QHash<QString, int> elements;
+    while (!svg.atEnd()) {
+        if (svg.readNext() == QXmlStreamReader::StartElement) {
+            ++elements[svg.name().toString()];
+        }
+    }
+    QVERIFY2(!svg.hasError(), qPrintable(svg.errorString()));
+    QVERIFY(elements[u"path"_s] >= 3); // graticule and two traces
+    QVERIFY(elements[u"text"_s] >= 5); // three markers and the scales
+    QFile file(picture_folder() + u"/snapshot.svg"_s);
+    QVERIFY(file.open(QFile::WriteOnly));
+    file.write(QByteArray::fromStdString(on.files.files[on.files.written.back()]));
 }
 
 void SnapshotTest::is_copied_with_its_scales() {

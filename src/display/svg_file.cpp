@@ -1,0 +1,246 @@
+#include "display/svg_file.h"
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <string_view>
+
+#include "state/plot_geometry.h"
+#include "state/rounding.h"
+
+namespace kv408 {
+namespace {
+
+constexpr int line_height = 20;
+constexpr int text_gap = 12;
+constexpr int letter_width = 8;
+constexpr int letters = 13;
+
+/// `value` with at most two decimals.
+std::string number(double value) {
+    std::array<char, 32> text = {};
+    std::snprintf(text.data(), text.size(), "%.2f", value);
+    std::string result = text.data();
+    result.erase(result.find_last_not_of('0') + 1);
+    if (result.back() == '.') {
+        result.pop_back();
+    }
+    return result;
+}
+
+std::string escaped(std::string_view text) {
+    std::string result;
+    for (const char letter : text) {
+        switch (letter) {
+        case '<':
+            result += "&lt;";
+            break;
+        case '>':
+            result += "&gt;";
+            break;
+        case '&':
+            result += "&amp;";
+            break;
+        default:
+            result += letter;
+        }
+    }
+    return result;
+}
+
+/// Writes the elements one after the other. Coordinates are units of the plot, whose middles lie on
+/// halves; texts have the plot box's.
+class Writer {
+public:
+    explicit Writer(bool inverted) : flipped_(inverted ? 0xFFFFFFU : 0U) {}
+
+    void raw(const std::string& text) { text_ += text + "\n"; }
+
+    [[nodiscard]] std::string colour(Pixel pixel) const {
+        std::array<char, 16> text = {};
+        std::snprintf(text.data(), text.size(), "#%06x", (pixel ^ flipped_) & 0xFFFFFFU);
+        return text.data();
+    }
+
+    void path(const std::string& data, Pixel stroke, std::string_view more = "") {
+        raw("<path d=\"" + data + "\" fill=\"none\" stroke=\"" + colour(stroke) + "\"" +
+            std::string(more) + "/>");
+    }
+
+    void line(int x, int y, int to_x, int to_y, Pixel stroke, bool dotted) {
+        path(place("M", x, y) + place("L", to_x, to_y), stroke,
+             dotted ? " stroke-dasharray=\"3\"" : "");
+    }
+
+    void text(double x, double y, Pixel fill, std::string_view caption) {
+        raw("<text x=\"" + number(x) + "\" y=\"" + number(y) + "\" fill=\"" + colour(fill) + "\">" +
+            escaped(caption) + "</text>");
+    }
+
+    static std::string place(const char* command, double x, double y) {
+        return command + number(x) + "," + number(y);
+    }
+
+    [[nodiscard]] const std::string& written() const { return text_; }
+
+private:
+    Pixel flipped_;
+    std::string text_;
+};
+
+Pixel fore_colour(const Control& control) {
+    return pixel_of(control.fore_colour().value_or(rgb(255, 255, 255)));
+}
+
+void write_graticule(Writer& writer, const Picture::Drawn& drawn) {
+    writer.raw("<rect x=\"0\" y=\"0\" width=\"640\" height=\"512\" fill=\"none\" stroke=\"" +
+               writer.colour(drawn.grid) + "\"/>");
+    if (!drawn.dotted) {
+        return;
+    }
+    constexpr double fifth = plot::division / 5.0;
+    std::string data;
+    const auto stroke = [&data](double x, double y, const char* way) {
+        data += Writer::place("M", x, y) + way;
+    };
+    for (int along = 0; along <= 50; ++along) {
+        const double x = round_to_int32(along * fifth);
+        for (int y = plot::division; y < plot::height - 1; y += plot::division) {
+            stroke(x - 0.5, y, "h1");
+        }
+        for (const int y : {0, plot::centre_y, plot::height - 1}) {
+            stroke(x, y - 3.5, "v7");
+        }
+    }
+    for (int along = 0; along <= 40; ++along) {
+        const double y = round_to_int32(along * fifth);
+        for (int x = plot::division; x < plot::width - 1; x += plot::division) {
+            stroke(x - 0.5, y, "h1");
+        }
+        for (const int x : {0, plot::centre_x, plot::width - 1}) {
+            stroke(x - 3.5, y, "h7");
+        }
+    }
+    writer.path(data, drawn.grid);
+}
+
+void write_generation(Writer& writer, const TraceView& view, int layer) {
+    std::string data;
+    bool pen_down = false;
+    const Generation& generation = layer_of(view, layer);
+    for (int index = plot::first_point; index <= plot::last_point; ++index) {
+        const TracePoint point = generation.point(index);
+        const bool blank = point.x >= view.gap.left && point.x < view.gap.right;
+        if (blank) {
+            pen_down = false;
+        } else if (view.look.dots) {
+            data += Writer::place("M", point.x - 0.5, point.y) + "h1";
+        } else {
+            data += Writer::place(pen_down ? "L" : "M", point.x, point.y);
+            pen_down = true;
+        }
+    }
+    writer.path(data, layer_colour(view.look, layer), " stroke-linejoin=\"round\"");
+}
+
+void write_overlays(Writer& writer, const Overlays& overlays) {
+    constexpr int right = plot::width - 1;
+    constexpr int bottom = plot::height - 1;
+    const CursorLines& cursors = overlays.cursors;
+    for (std::size_t cursor = 0; cursor < cursors.place.size(); ++cursor) {
+        const int place = cursors.place.at(cursor);
+        const bool dotted = !cursors.solid.at(cursor);
+        if (cursors.kind == CursorLines::Kind::voltage) {
+            writer.line(0, place, right, place, cursors.colour, dotted);
+        } else if (cursors.kind == CursorLines::Kind::time) {
+            writer.line(place, 0, place, bottom, cursors.colour, dotted);
+        }
+    }
+    for (const Annotations::ChannelMarks& channel : overlays.annotations.channel) {
+        for (const auto& [from, to] : channel.mark) {
+            if (channel.kind == MarkKind::lines) {
+                writer.line(from.x, from.y, to.x, to.y, overlays.annotations.colour, true);
+            } else if (channel.kind == MarkKind::dots) {
+                writer.raw("<circle cx=\"" + number((from.x + to.x - 1) / 2.0) + "\" cy=\"" +
+                           number((from.y + to.y - 1) / 2.0) + "\" r=\"" +
+                           number((to.x - from.x) / 2.0) + "\" fill=\"" +
+                           writer.colour(overlays.annotations.colour) + "\"/>");
+            }
+        }
+    }
+    if (overlays.trigger.shown) {
+        writer.line(0, overlays.trigger.row, right, overlays.trigger.row, overlays.trigger.colour,
+                    true);
+    }
+}
+
+void write_labels(Writer& writer, const FrontPanel& panel) {
+    constexpr int letters_base = 11; // below the top of a marker or a line of the read-outs
+    const MarkerLabel& inner = panel.channel[0].text;
+    for (const MarkerLabel* const marker : {&panel.channel[1].text, &inner, &panel.trigertext}) {
+        if (!marker->visible()) {
+            continue;
+        }
+        // Where both channels' markers share a place, that of CH1 is nearer to the plot.
+        const bool covered = marker == &panel.channel[1].text && inner.visible() &&
+                             std::abs(marker->top() - inner.top()) < letters;
+        writer.text(marker->left() + 3.0 - (covered ? plot::marker_width : 0),
+                    marker->top() + letters_base, fore_colour(*marker), marker->caption());
+    }
+    if (panel.ltp2.visible()) {
+        writer.path(Writer::place("M", panel.ltp2.left() - 4, plot::top - 8) + "h9l-4.5,6z",
+                    fore_colour(panel.ltp2));
+    }
+    double y = plot::top + line_height;
+    for (const Label* const read_out : {&panel.centerfr, &panel.lblc1, &panel.lblc2}) {
+        if (read_out->visible()) {
+            writer.text(plot::left + text_gap, y, fore_colour(*read_out), read_out->caption());
+            y += line_height;
+        }
+    }
+}
+
+} // namespace
+
+std::string svg_file(const Picture& picture, const FrontPanel& panel,
+                     const std::vector<TextLine>& lines, bool inverted) {
+    const Picture::Drawn drawn = picture.drawn();
+    const int height = plot::box_height + line_height * static_cast<int>(lines.size());
+    const std::string size = " width=\"" + std::to_string(plot::box_width) + "\" height=\"" +
+                             std::to_string(height) + "\"";
+    Writer writer(inverted);
+    writer.raw(R"(<?xml version="1.0" encoding="UTF-8"?>)");
+    writer.raw(R"(<svg xmlns="http://www.w3.org/2000/svg")" + size + " viewBox=\"0 0 " +
+               std::to_string(plot::box_width) + " " + std::to_string(height) +
+               "\" font-family=\"sans-serif\" font-size=\"" + std::to_string(letters) + "\">");
+    writer.raw("<rect" + size + " fill=\"" +
+               writer.colour(pixel_of(panel.picture1.back_colour().value_or(Colour{}))) + "\"/>");
+    writer.raw("<svg x=\"" + std::to_string(plot::left) + "\" y=\"" + std::to_string(plot::top) +
+               R"(" width="641" height="513" viewBox="-0.5 -0.5 641 513">)");
+    writer.raw(R"(<rect x="-0.5" y="-0.5" width="641" height="513" fill=")" +
+               writer.colour(drawn.background) + "\"/>");
+    write_graticule(writer, drawn);
+    for (const TraceView& view : drawn.traces) {
+        for (int layer = layers_of(view.look) - 1; layer >= 0; --layer) {
+            if (layer_colour(view.look, layer) != drawn.background) {
+                write_generation(writer, view, layer);
+            }
+        }
+    }
+    write_overlays(writer, drawn.overlays);
+    writer.raw("</svg>");
+    write_labels(writer, panel);
+    double y = plot::box_height + line_height * 0.7;
+    for (const TextLine& line : lines) {
+        double x = plot::left;
+        for (const PictureText& piece : line) {
+            writer.text(x, y, pixel_of(piece.colour), piece.text);
+            x += static_cast<double>(piece.text.size()) * letter_width + text_gap;
+        }
+        y += line_height;
+    }
+    writer.raw("</svg>");
+    return writer.written();
+}
+
+} // namespace kv408
