@@ -16,7 +16,7 @@ constexpr std::uint32_t block_bytes = 2 * npoints;
 void BlockSweep::sdisplaych(int channel) {
     const std::uint32_t count = link_.waiting();
     if (count >= 2 && link_.power().is_back()) {
-        acquisition_.scopestate = "startscope";
+        acquisition_.scopestate = state_word::set_up;
     } else if (count >= block_bytes) {
         take_block(channel);
     } else if (count == lastrxcount_ && count >= 2) {
@@ -36,7 +36,7 @@ void BlockSweep::sdisplaych(int channel) {
 }
 
 void BlockSweep::take_block(int channel) {
-    show_status(panel_.textstatus, status::running);
+    show_status(panel_, acquisition_, status::running);
     if (!link_.read(std::span(rxbuffer_).first(block_bytes))) {
         acquisition_.fresh = {};
         rearm(channel);
@@ -46,7 +46,7 @@ void BlockSweep::take_block(int channel) {
     Sweeps::Parts parts;
     parts.at(index) = convert_block(index);
     if (panel_.channel.at(1 - index).enable.checked()) {
-        acquisition_.scopestate = channel == 1 ? "scopech2f" : "scopech1f";
+        acquisition_.scopestate = state_word::block[1 - index];
     }
     acquisition_.ready.at(index) = true;
     acquisition_.fresh.at(index) = true;
@@ -89,7 +89,7 @@ void BlockSweep::take_short_reply(int channel, std::uint32_t count) {
     }
     lastword_ = sample_word(rxbuffer_[count - 2], rxbuffer_[count - 1], block_high_byte_limit);
     if (lastword_ == block_waiting_word) {
-        show_status(panel_.textstatus, status::waiting_for_trigger);
+        show_status(panel_, acquisition_, status::waiting_for_trigger);
         acquisition_.data.take_answer(clock_.now());
         rearm(channel);
     }
@@ -104,9 +104,10 @@ void BlockSweep::ask_for_next(int channel) {
     clock_.sleep(std::chrono::milliseconds(1));
     link_.flush();
     int next = channel;
-    if (panel_.channel[1].enable.checked() && acquisition_.scopestate == "scopech2f") {
+    if (panel_.channel[1].enable.checked() && acquisition_.scopestate == state_word::block[ch2]) {
         next = 2;
-    } else if (panel_.channel[0].enable.checked() && acquisition_.scopestate == "scopech1f") {
+    } else if (panel_.channel[0].enable.checked() &&
+               acquisition_.scopestate == state_word::block[ch1]) {
         next = 1;
     }
     fill_sweep(link_.cmdargs(), sweep_request(panel_, next));

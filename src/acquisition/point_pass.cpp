@@ -9,7 +9,6 @@ namespace kv408 {
 namespace {
 
 constexpr int points_per_pass = DataWatch::points_per_pass;
-constexpr const char* pass_state = "scope";
 
 } // namespace
 
@@ -33,7 +32,7 @@ void PointPass::sdisplay1ghzt() {
             // Under a dialog that a person opened the sweep has gone on without this pass.
             return;
         }
-        if (acquisition_.scopestate != pass_state) {
+        if (acquisition_.scopestate != state_word::pass) {
             break;
         }
         const Outcome outcome = take_point(index, enabled);
@@ -80,7 +79,7 @@ void PointPass::end(const std::array<bool, 2>& enabled, bool whole) {
 void PointPass::end_without_point(Outcome outcome) {
     acquisition_.fresh = {};
     if (outcome == Outcome::waiting) {
-        show_status(panel_.textstatus, status::waiting_for_trigger);
+        show_status(panel_, acquisition_, status::waiting_for_trigger);
         acquisition_.data.take_answer(clock_.now());
     }
 }
@@ -108,7 +107,7 @@ PointPass::Outcome PointPass::fetch(std::size_t channel, int index, const PointD
         return Outcome::failed;
     }
     if (link_.power().is_back()) {
-        acquisition_.scopestate = "startscope";
+        acquisition_.scopestate = state_word::set_up;
         return Outcome::failed;
     }
     const std::int16_t word = sample_word(reply[0], reply[1], point_high_byte_limit);
@@ -120,10 +119,10 @@ PointPass::Outcome PointPass::fetch(std::size_t channel, int index, const PointD
 void PointPass::show_progress(int index, std::chrono::nanoseconds start) {
     using std::chrono::milliseconds;
     if (index == 1) {
-        show_status(panel_.textstatus, status::running);
+        show_status(panel_, acquisition_, status::running);
     } else if (std::chrono::duration_cast<milliseconds>(clock_.now() - start) ==
                milliseconds(500)) {
-        show_status(panel_.textstatus, status::getting_data);
+        show_status(panel_, acquisition_, status::getting_data);
     } else {
         return;
     }

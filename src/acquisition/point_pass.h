@@ -29,9 +29,9 @@ public:
           screen_(screen) {}
 
     /// One pass of up to 640 points over the channels enabled at its start. Lets window messages
-    /// run before each point and ends as soon as the state word is no longer "scope". What there
-    /// is then is announced as a sweep, unless the instrument waits for a trigger or did not
-    /// answer, or ticks that fell into those messages have swept on.
+    /// run before each point and ends as soon as the state word is no longer `state_word::pass`.
+    /// What there is then is announced as a sweep, unless the instrument waits for a trigger or did
+    /// not answer, or ticks that fell into those messages have swept on.
     void sdisplay1ghzt();
 
 private:

@@ -28,7 +28,7 @@ bool SetUpUpload::setscope8ghz() {
     const bool second_first =
         !panel_.channel[0].enable.checked() && panel_.channel[1].enable.checked();
     fill_sweep(link_.cmdargs(), sweep_request(panel_, second_first ? 2 : 1));
-    acquisition_.scopestate = second_first ? "scopech2f" : "scopech1f";
+    acquisition_.scopestate = state_word::block[second_first ? ch2 : ch1];
     link_.sendcommand(command::start_sweep, link_.cmdargs());
     return true;
 }

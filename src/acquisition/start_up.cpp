@@ -61,7 +61,7 @@ void StartUp::Form_Activate() {
         return;
     }
     program_.activated = true;
-    acquisition_.scopestate = "Idle";
+    acquisition_.scopestate = state_word::nothing;
     link_.finddevice();
     if (link_.select_and_open()) {
         inicijalizacija();
@@ -75,7 +75,7 @@ void StartUp::inicijalizacija() {
 
 void StartUp::initialise_panel() {
     samples_ = {};
-    acquisition_.scopestate = "idle";
+    acquisition_.scopestate = state_word::begin;
     handlers_.vertical.fill_lists();
     handlers_.time_base.fill_list();
     panel_.trigeredge.set_entries({"Positive", "Negative"});

@@ -5,7 +5,6 @@
 
 #include "acquisition/status.h"
 #include "panel/delay_text.h"
-#include "panel/withheld_traces.h"
 
 namespace kv408 {
 namespace {
@@ -16,7 +15,7 @@ constexpr int longest_owed = 10;
 } // namespace
 
 void StateMachine::Timer1_Timer(bool exchange_under_way) {
-    const bool withheld = traces_withheld(panel_, acquisition_);
+    const bool withheld = acquisition_.traces_withheld();
     if (!exchange_under_way) {
         act_on_state();
     }
@@ -30,8 +29,7 @@ void StateMachine::Timer1_Timer(bool exchange_under_way) {
     }
     if (redraw_due()) {
         redraw();
-    } else if (screen_stale_ || traces_withheld(panel_, acquisition_) != withheld ||
-               drawing_due()) {
+    } else if (screen_stale_ || acquisition_.traces_withheld() != withheld || drawing_due()) {
         // No data may ever come to take the trace or the trigger line off the screen.
         screen_.draw(draw_flags::all);
     }
@@ -45,8 +43,7 @@ bool StateMachine::drawing_due() {
     }
     // The data that follow a change bring everything to the screen; a drawing before them would
     // take traces off it, or show samples of one range in the scale of another.
-    return traces_withheld(panel_, acquisition_) || !data_awaited() ||
-           ++ticks_owed_ >= longest_owed;
+    return acquisition_.traces_withheld() || !data_awaited() || ++ticks_owed_ >= longest_owed;
 }
 
 bool StateMachine::data_awaited() const {
@@ -61,13 +58,13 @@ bool StateMachine::data_awaited() const {
 
 void StateMachine::cmdstartsweep_Click() {
     acquisition_.acqrunning = true;
-    leave_for("startscope");
+    leave_for(state_word::set_up);
 }
 
 void StateMachine::cmdstop_Click() {
     acquisition_.stoprequest = true;
     acquisition_.acqrunning = false;
-    leave_for("stoped");
+    leave_for(state_word::stopped);
     keep_what_is_held();
 }
 
@@ -88,15 +85,15 @@ void StateMachine::keep_what_is_held() {
 }
 
 void StateMachine::show_change() {
-    if (acquisition_.scopestate == "stoped") {
+    if (acquisition_.scopestate == state_word::stopped) {
         measuring_.showmeasurements();
         screen_.draw(draw_flags::all);
     }
 }
 
-void StateMachine::leave_for(const char* state) {
-    const bool calibrating = acquisition_.scopestate == "calibrationint";
-    acquisition_.scopestate = state;
+void StateMachine::leave_for(std::string_view word) {
+    const bool calibrating = acquisition_.scopestate == state_word::linearity;
+    acquisition_.scopestate = word;
     if (calibrating && calibration_broken_off_) {
         calibration_broken_off_();
     }
@@ -106,36 +103,36 @@ void StateMachine::act_on_state() {
     ++acquisition_.steps;
     // A copy: the actions change the state word.
     const std::string state = acquisition_.scopestate;
-    if (state == "startscope") {
+    if (state == state_word::set_up) {
         set_up();
-    } else if (state == "scope") {
+    } else if (state == state_word::pass) {
         if (acquisition_.pointmode) {
             // Set before the pass, so that Stop in the middle of it stays a stop.
             acquisition_.acqrunning = true;
             procedures_.pass.sdisplay1ghzt();
         } else {
-            acquisition_.scopestate = "startscope";
+            acquisition_.scopestate = state_word::set_up;
         }
-    } else if (state == "scopech1f") {
+    } else if (state == state_word::block[ch1]) {
         fetch_block(1);
-    } else if (state == "scopech2f") {
+    } else if (state == state_word::block[ch2]) {
         fetch_block(2);
-    } else if (state == "calibrationint" && calibration_step_) {
+    } else if (state == state_word::linearity && calibration_step_) {
         calibration_step_();
-    } else if (state == "changes" || state == "changes1") {
-        acquisition_.scopestate = "startscope";
-    } else if (state == "stoped") {
-        show_status(panel_.textstatus, status::stopped);
-    } else if (state == "idle") {
-        show_status(panel_.textstatus, status::idle);
+    } else if (state == state_word::changes || state == state_word::changes1) {
+        acquisition_.scopestate = state_word::set_up;
+    } else if (state == state_word::stopped) {
+        show_status(panel_, acquisition_, status::stopped);
+    } else if (state == state_word::begin) {
+        show_status(panel_, acquisition_, status::idle);
         cmdstartsweep_Click();
     }
 }
 
 void StateMachine::set_up() {
     // A set-up that is sent once more follows none that brought data.
-    acquisition_.untriggered = traces_withheld(panel_, acquisition_);
-    show_status(panel_.textstatus, status::setup);
+    acquisition_.untriggered = acquisition_.traces_withheld();
+    show_status(panel_, acquisition_, status::setup);
     messages_.repaint(panel_.textstatus.name());
     procedures_.vertical.ch1vdiv_Click();
     procedures_.vertical.ch2vdiv_Click();
@@ -143,11 +140,11 @@ void StateMachine::set_up() {
     for (std::size_t index = 0; index < acquisition_.offset.size(); ++index) {
         acquisition_.offset[index] = delay_to_send(panel_.channel[index].psofset, channels_[index]);
     }
-    if (acquisition_.scopestate != "startscope") {
+    if (acquisition_.scopestate != state_word::set_up) {
         // Something pressed while a failure was being told has the last word.
         return;
     }
-    acquisition_.scopestate = "scope";
+    acquisition_.scopestate = state_word::pass;
     if (procedures_.upload.setscope8ghz()) {
         procedures_.block.restart();
     }
@@ -155,7 +152,7 @@ void StateMachine::set_up() {
 
 void StateMachine::fetch_block(int channel) {
     procedures_.block.sdisplaych(channel);
-    acquisition_.laststate = channel == 1 ? "scopech1f" : "scopech2f";
+    acquisition_.laststate = state_word::block.at(static_cast<std::size_t>(channel - 1));
     acquisition_.acqrunning = true;
 }
 
@@ -180,7 +177,8 @@ void StateMachine::show_date() {
 }
 
 void StateMachine::show_age() {
-    const bool sweeps = acquisition_.acqrunning && acquisition_.scopestate != "calibrationint" &&
+    const bool sweeps = acquisition_.acqrunning &&
+                        acquisition_.scopestate != state_word::linearity &&
                         (panel_.channel[0].enable.checked() || panel_.channel[1].enable.checked());
     DataWatch& data = acquisition_.data;
     data.look(clock_.now(), {.sweeps = sweeps, .by_points = acquisition_.pointmode});
@@ -194,7 +192,7 @@ void StateMachine::show_age() {
     panel_.nodata.set_visible(silence.has_value());
     panel_.picture1.set_dimmed(silence.has_value());
     // While the plot is empty the results are of what it showed before.
-    panel_.picmeasure.set_dimmed(silence.has_value() || traces_withheld(panel_, acquisition_));
+    panel_.picmeasure.set_dimmed(silence.has_value() || acquisition_.traces_withheld());
 }
 
 bool StateMachine::redraw_due() const {

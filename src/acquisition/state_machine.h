@@ -42,10 +42,11 @@ public:
     /// on.
     void Timer1_Timer(bool exchange_under_way);
 
-    /// Sets what one tick does in the state "calibrationint": a step of the linearity calibration.
+    /// Sets what one tick does in the state `state_word::linearity`: a step of the run.
     void on_calibration_step(std::function<void()> step) { calibration_step_ = std::move(step); }
 
-    /// Sets what is done when Start or Stop ends the state "calibrationint", after it has ended.
+    /// Sets what is done when Start or Stop breaks the linearity run off, after its state has
+    /// ended.
     void on_calibration_broken_off(std::function<void()> handler) {
         calibration_broken_off_ = std::move(handler);
     }
@@ -73,7 +74,7 @@ private:
     /// With Stop no data follow that a change has made the traces wait for.
     void keep_what_is_held();
     /// Goes to `state`; a linearity calibration that this breaks off is told.
-    void leave_for(const char* state);
+    void leave_for(std::string_view word);
     void show_date();
     /// Tells where no data come, and which data are old.
     void show_age();

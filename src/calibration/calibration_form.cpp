@@ -2,10 +2,7 @@
 
 namespace kv408 {
 
-CalibrationForm::CalibrationForm()
-    : cald{{TextBox("cald(0)"), TextBox("cald(1)"), TextBox("cald(2)"), TextBox("cald(3)"),
-            TextBox("cald(4)"), TextBox("cald(5)"), TextBox("cald(6)"), TextBox("cald(7)"),
-            TextBox("cald(8)"), TextBox("cald(9)"), TextBox("cald(10)")}} {
+CalibrationForm::CalibrationForm() {
     cmdreadcald.set_caption("Read Cal. from Kv408 flash memory");
     cmdwritecal.set_caption("Write Cal. to Kv408 flash memeory");
     cmdsetalltodefault.set_caption("Set all to Default none calibrated values");

@@ -42,46 +42,51 @@ struct CalibrationForm {
     /// The form before it is opened: boxes empty, no handlers.
     CalibrationForm();
 
+    /// All controls of it; the form itself is none of them.
+    ControlList all;
+
     FormWindow window{"frmcalibration"};
 
     // The record.
-    std::array<TextBox, 11> cald; ///< the edited values
-    TextBox cald61{"cald61"};     ///< "Hardware ID"
-    TextBox cald62{"cald62"};     ///< "Firmware ID"
-    Button cmdreadcald{"cmdreadcald"};
-    Button cmdwritecal{"cmdwritecal"};
-    Button cmdsetalltodefault{"cmdsetalltodefault"};
-    Button cmdrestorecal{"cmdrestorecal"}; ///< brings a record back that was kept before a write
+    std::array<TextBox, 11> cald = numbered<TextBox, 11>(all, "cald"); ///< the edited values
+    TextBox cald61{all, {.name = "cald61", .outside = Outside::read}}; ///< "Hardware ID"
+    TextBox cald62{all, {.name = "cald62", .outside = Outside::read}}; ///< "Firmware ID"
+    Button cmdreadcald{all, {"cmdreadcald"}};
+    Button cmdwritecal{all, {"cmdwritecal"}};
+    Button cmdsetalltodefault{all, {"cmdsetalltodefault"}};
+    Button cmdrestorecal{all,
+                         {"cmdrestorecal"}}; ///< brings a record back that was kept before a write
 
     // What is going on.
-    Label calstatus{"calstatus"};             ///< status of the form
-    Label calnote{"calnote"};                 ///< what there is to say besides
-    ProgressBar progressbar1{"ProgressBar1"}; ///< words read or written
-    Button cmdcalstop{"cmdcalstop"};          ///< Stop, as in the main window
+    Label calstatus{all, "calstatus"}; ///< status of the form
+    Label calnote{all, "calnote"};     ///< what there is to say besides
+    ProgressBar progressbar1{
+        all, {.name = "ProgressBar1", .outside = Outside::read}}; ///< words read or written
+    Button cmdcalstop{all, {"cmdcalstop"}};                       ///< Stop, as in the main window
 
     // Vertical gain.
-    Button cmdsetforcalgainh{"cmdsetforcalgainh"};
-    Button cmdcalgain1h{"cmdcalgain1h"};
-    Button cmdsetforcalgainh2{"cmdsetforcalgainh2"};
-    Button cmdcalgain2h{"cmdcalgain2h"};
-    Button cmdsetforcalgainl{"cmdsetforcalgainl"};
-    Button cmdcalgain{"cmdcalgain"};
-    Button cmdsetforcalgainl2{"cmdsetforcalgainl2"};
-    Button cmdcalg2l{"cmdcalg2l"};
+    Button cmdsetforcalgainh{all, {"cmdsetforcalgainh"}};
+    Button cmdcalgain1h{all, {"cmdcalgain1h"}};
+    Button cmdsetforcalgainh2{all, {"cmdsetforcalgainh2"}};
+    Button cmdcalgain2h{all, {"cmdcalgain2h"}};
+    Button cmdsetforcalgainl{all, {"cmdsetforcalgainl"}};
+    Button cmdcalgain{all, {"cmdcalgain"}};
+    Button cmdsetforcalgainl2{all, {"cmdsetforcalgainl2"}};
+    Button cmdcalg2l{all, {"cmdcalg2l"}};
 
     // Vertical offset.
-    Button cmdsetforcalh{"cmdsetforcalh"};
-    Button cmdcaoffseth{"cmdcaoffseth"};
-    Button cmdsetforcall{"cmdsetforcall"};
-    Button cmdcaoffsetl{"cmdcaoffsetl"};
+    Button cmdsetforcalh{all, {"cmdsetforcalh"}};
+    Button cmdcaoffseth{all, {"cmdcaoffseth"}};
+    Button cmdsetforcall{all, {"cmdsetforcall"}};
+    Button cmdcaoffsetl{all, {"cmdcaoffsetl"}};
 
     // Time base.
-    Button cmdsetforcalhscale{"cmdsetforcalhscale"};
-    Button cmdcaltb{"cmdcaltb"};
-    Button cmdsetforlinearitycal{"cmdsetforlinearitycal"};
-    Button cmdcalint{"cmdcalint"};
-    Label calerorcnt{"calerorcnt"}; ///< "Error count"
-    Label calerormax{"calerormax"}; ///< "Max Error(ps)"
+    Button cmdsetforcalhscale{all, {"cmdsetforcalhscale"}};
+    Button cmdcaltb{all, {"cmdcaltb"}};
+    Button cmdsetforlinearitycal{all, {"cmdsetforlinearitycal"}};
+    Button cmdcalint{all, {"cmdcalint"}};
+    Label calerorcnt{all, "calerorcnt"}; ///< "Error count"
+    Label calerormax{all, "calerormax"}; ///< "Max Error(ps)"
 };
 
 } // namespace kv408

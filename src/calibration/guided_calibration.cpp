@@ -44,13 +44,13 @@ void GuidedCalibration::set_up(const Guide& guide) {
                        .title = std::string(guide.title),
                        .buttons = MessageButtons::ok_cancel,
                        .icon = MessageIcon::information};
-    if (around_.acquisition.scopestate == linearity_state) {
+    if (around_.acquisition.scopestate == state_word::linearity) {
         message.informative = "The linearity calibration is under way. OK breaks it off.";
     }
     if (around_.boxes.show(message) != MessageAnswer::ok) {
         return;
     }
-    if (around_.acquisition.scopestate == linearity_state) {
+    if (around_.acquisition.scopestate == state_word::linearity) {
         around_.state_machine.cmdstop_Click();
     } else {
         note_.say("");
@@ -121,17 +121,17 @@ bool GuidedCalibration::panel_is_right(const Guide& guide) const {
 
 std::string GuidedCalibration::sweep_missing(const Guide& guide) const {
     const AcquisitionState& acquisition = around_.acquisition;
-    if (acquisition.scopestate == linearity_state) {
+    if (acquisition.scopestate == state_word::linearity) {
         return "The linearity calibration is under way.";
     }
     if (!acquisition.acqrunning) {
         return "The sweep is stopped: start it, and wait for the trace.";
     }
-    if (around_.panel.textstatus.text() == status::waiting_for_trigger.text) {
+    if (acquisition.activity == Activity::waiting_for_trigger) {
         return "The instrument waits for a trigger.";
     }
-    // "scope", "scopech1f", "scopech2f": in any other state the set-up is still to be sent.
-    bool fresh = acquisition.scopestate.starts_with("scope");
+    // In any other state the set-up is still to be sent.
+    bool fresh = state_word::sweeps(acquisition.scopestate);
     for (std::size_t channel = 0; channel < guide.channels.size(); ++channel) {
         fresh = fresh && (!guide.channels.at(channel) || acquisition.fresh.at(channel));
     }

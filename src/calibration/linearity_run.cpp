@@ -58,7 +58,7 @@ void LinearityRun::cmdcalint_Click() {
     if (!begun) {
         return;
     }
-    around_.acquisition.scopestate = linearity_state;
+    around_.acquisition.scopestate = state_word::linearity;
     begun_ = around_.clock.now();
     last_byte_ = begun_;
     points_of_run_ = 0;
@@ -131,13 +131,14 @@ void LinearityRun::finish() {
     show_status("Calibration Completed");
     note_.say("");
     around_.messages.repaint(around_.panel.textstatus.name());
-    around_.acquisition.scopestate = "stoped";
+    around_.acquisition.scopestate = state_word::stopped;
 }
 
 void LinearityRun::show_status(const std::string& text) {
     form_.calstatus.set_caption(text);
-    kv408::show_status(around_.panel.textstatus,
-                       {.text = text.c_str(), .background = run_background});
+    kv408::show_status(
+        around_.panel, around_.acquisition,
+        {.activity = Activity::calibrating, .text = text.c_str(), .background = run_background});
 }
 
 } // namespace kv408

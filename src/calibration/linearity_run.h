@@ -16,9 +16,6 @@
 
 namespace kv408 {
 
-/// The state word while a run is under way.
-inline constexpr const char* linearity_state = "calibrationint";
-
 /// The linearity calibration of the time base. The instrument does it by itself and reports the
 /// error of each of 8000 points in a byte; the program starts it, counts and shows.
 class LinearityRun {
@@ -42,8 +39,8 @@ public:
                  const Surroundings& surroundings) noexcept
         : form_(form), note_(note), around_(surroundings) {}
 
-    /// After a question: stops the sweep, starts the run in the instrument and sets the state word
-    /// to "calibrationint".
+    /// After a question: stops the sweep, starts the run in the instrument and sets the state
+    /// word to `state_word::linearity`.
     void cmdcalint_Click();
 
     /// Stop on the form, as in the main window.
@@ -52,9 +49,9 @@ public:
     /// Says that a run was broken off, whatever did it.
     void broken_off();
 
-    /// One step, on each tick of the timer in "calibrationint": takes one byte if there is one.
-    /// After the last point the state word becomes "stoped". Counting goes on where a run was
-    /// broken off.
+    /// One step, on each tick of the timer in that state: takes one byte if there is one. After the
+    /// last point the state is `state_word::stopped`. Counting goes on where a run was broken
+    /// off.
     void caldelaypstint();
 
     /// Number of the next point.

@@ -47,11 +47,12 @@ void drain(DeviceLink& link) {
 void RecordEditor::mnucalibration_Click() {
     form_.window.open();
     if (held_ || writable() || !around_.link.state().open ||
-        around_.acquisition.scopestate == linearity_state) {
+        around_.acquisition.scopestate == state_word::linearity) {
         return;
     }
-    // In "idle" the sweep would have started with the next tick.
-    const bool running = around_.acquisition.acqrunning || around_.acquisition.scopestate == "idle";
+    // The next tick may be to press Start.
+    const bool running =
+        around_.acquisition.acqrunning || around_.acquisition.scopestate == state_word::begin;
     read_record();
     if (running) {
         around_.state_machine.cmdstartsweep_Click();
@@ -65,7 +66,7 @@ void RecordEditor::cmdreadcald_Click() {
 }
 
 bool RecordEditor::may_break_off() {
-    return around_.acquisition.scopestate != linearity_state ||
+    return around_.acquisition.scopestate != state_word::linearity ||
            around_.boxes.show({.text = "Break the linearity calibration off?",
                                .title = "Calibrate Linearity",
                                .buttons = MessageButtons::yes_no,
@@ -130,7 +131,7 @@ void RecordEditor::cmdwritecal_Click() {
     if (!may_break_off() || !may_write() || !keep_record()) {
         return;
     }
-    if (around_.acquisition.scopestate == linearity_state) {
+    if (around_.acquisition.scopestate == state_word::linearity) {
         // The instrument breaks its run off as soon as it is asked for anything else.
         around_.state_machine.cmdstop_Click();
     }

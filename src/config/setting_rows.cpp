@@ -49,12 +49,13 @@ std::optional<int> integer_part(std::string_view text, int lowest, int highest) 
 }
 
 /// A 16-bit number that is only stored, held within `lowest`..`highest`.
-SettingRow stored(std::string_view key, std::int16_t& place, std::int16_t lowest,
+SettingRow stored(int line, const char* key, std::int16_t& place, std::int16_t lowest,
                   std::int16_t highest) {
-    return {.key = key,
+    return {.line = line,
+            .key = key,
             .write = [&place] { return Values{printed_field(place)}; },
             .read =
-                [&place, lowest, highest](std::string_view value) {
+                [&place, lowest, highest](std::string_view value, bool /*first*/) {
                     const auto number = int16_in(value);
                     if (number) {
                         place = std::clamp(*number, lowest, highest);
@@ -64,11 +65,12 @@ SettingRow stored(std::string_view key, std::int16_t& place, std::int16_t lowest
 }
 
 /// The selected entry of a list.
-SettingRow list_index(std::string_view key, ListBox& list) {
-    return {.key = key,
+SettingRow row_of(ListBox& list) {
+    return {.line = list.about().line,
+            .key = list.key(),
             .write = [&list] { return Values{printed_field(list.index())}; },
             .read =
-                [&list](std::string_view value) {
+                [&list](std::string_view value, bool /*first*/) {
                     const auto index = int16_in(value);
                     if (!index || *index < 0 || !list.has_index(*index)) {
                         return false;
@@ -85,11 +87,12 @@ std::optional<bool> yes_or_no(const std::optional<Integer>& number) {
 }
 
 /// A check box.
-SettingRow check_box(std::string_view key, CheckBox& box) {
-    return {.key = key,
+SettingRow row_of(CheckBox& box) {
+    return {.line = box.about().line,
+            .key = box.key(),
             .write = [&box] { return Values{printed_field(box.checked() ? 1 : 0)}; },
             .read =
-                [&box](std::string_view value) {
+                [&box](std::string_view value, bool /*first*/) {
                     const auto checked = yes_or_no(int16_in(value));
                     if (checked) {
                         box.set_checked(*checked);
@@ -99,11 +102,12 @@ SettingRow check_box(std::string_view key, CheckBox& box) {
 }
 
 /// An option that is 0 or 1 and that no control of the panel shows.
-SettingRow option(std::string_view key, std::int32_t& place) {
-    return {.key = key,
+SettingRow option(int line, const char* key, std::int32_t& place) {
+    return {.line = line,
+            .key = key,
             .write = [&place] { return Values{printed_field(place)}; },
             .read =
-                [&place](std::string_view value) {
+                [&place](std::string_view value, bool /*first*/) {
                     const auto chosen = yes_or_no(int32_in(value));
                     if (chosen) {
                         place = *chosen ? 1 : 0;
@@ -112,15 +116,16 @@ SettingRow option(std::string_view key, std::int32_t& place) {
                 }};
 }
 
-SettingRow colour(std::string_view key, Colour& place) {
-    return {.key = key,
+SettingRow colour(int line, const char* key, Colour& place) {
+    return {.line = line,
+            .key = key,
             .write =
                 [&place] {
                     return Values{
                         printed_field(static_cast<std::int32_t>(place.value & colour_bits))};
                 },
             .read =
-                [&place](std::string_view value) {
+                [&place](std::string_view value, bool /*first*/) {
                     const auto number = int32_in(value);
                     if (number) {
                         place.value = static_cast<std::uint32_t>(*number) & colour_bits;
@@ -130,15 +135,16 @@ SettingRow colour(std::string_view key, Colour& place) {
 }
 
 /// The wheel value of a channel's vertical position.
-SettingRow position(std::string_view key, const KeptSettings& kept, int channel) {
-    return {.key = key,
+SettingRow position(const KeptSettings& kept, int channel) {
+    return {.line = 13 + channel,
+            .key = channel == ch1 ? "ch1text.top" : "ch2text.top",
             .write =
                 [&kept, channel] {
                     return Values{printed_field(
                         kept.channels[static_cast<std::size_t>(channel)].marker_wheel)};
                 },
             .read =
-                [&kept, channel](std::string_view value) {
+                [&kept, channel](std::string_view value, bool /*first*/) {
                     const auto number = int32_in(value);
                     if (number) {
                         kept.adjust.move_channel(channel, std::clamp(*number, 0, plot::wheel_span));
@@ -148,8 +154,10 @@ SettingRow position(std::string_view key, const KeptSettings& kept, int channel)
 }
 
 /// The text of a channel's delay box, in picoseconds.
-SettingRow delay(std::string_view key, const KeptSettings& kept, int channel) {
-    return {.key = key,
+SettingRow delay(const KeptSettings& kept, int channel) {
+    const TextBox& box = kept.panel.channel[static_cast<std::size_t>(channel)].psofset;
+    return {.line = box.about().line,
+            .key = box.key(),
             .write =
                 [&kept, channel] {
                     const auto index = static_cast<std::size_t>(channel);
@@ -157,18 +165,19 @@ SettingRow delay(std::string_view key, const KeptSettings& kept, int channel) {
                         delay_text(kept.panel.channel[index].psofset, kept.channels[index]))};
                 },
             .read =
-                [&kept, channel](std::string_view value) {
+                [&kept, channel](std::string_view value, bool /*first*/) {
                     kept.adjust.restore_delay(channel, value);
                     return true;
                 }};
 }
 
 /// The selected tab of the cursor strip, by its position.
-SettingRow cursor_type(std::string_view key, TabStrip& strip) {
-    return {.key = key,
+SettingRow cursor_type(TabStrip& strip) {
+    return {.line = strip.about().line,
+            .key = strip.key(),
             .write = [&strip] { return Values{printed_field(strip.selected())}; },
             .read =
-                [&strip](std::string_view value) {
+                [&strip](std::string_view value, bool /*first*/) {
                     const auto tab = integer_part(value, 1, static_cast<int>(strip.tabs().size()));
                     if (tab) {
                         strip.select(*tab);
@@ -178,11 +187,12 @@ SettingRow cursor_type(std::string_view key, TabStrip& strip) {
 }
 
 /// The selected adjust target, by its key; one that the strip does not have is passed over.
-SettingRow adjust_target(std::string_view key, const KeptSettings& kept) {
-    return {.key = key,
+SettingRow adjust_target(const KeptSettings& kept) {
+    return {.line = kept.panel.tabstrip2.about().line,
+            .key = kept.panel.tabstrip2.key(),
             .write = [&kept] { return Values{kept.panel.tabstrip2.selected_key()}; },
             .read =
-                [&kept](std::string_view value) {
+                [&kept](std::string_view value, bool /*first*/) {
                     kept.adjust.select_target(value);
                     return true;
                 }};
@@ -200,37 +210,45 @@ Values checked_annotations(const FrontPanel& panel) {
 }
 
 /// The checked annotation boxes, a line each.
-SettingRow annotations(std::string_view key, const KeptSettings& kept) {
-    return {.key = key,
-            .write = [&kept] { return checked_annotations(kept.panel); },
+SettingRow annotations(int line, const char* key, FrontPanel& panel) {
+    auto& slots = panel.measurement;
+    const auto put = [&slots](const auto& checked) {
+        for (std::size_t index = 0; index < slots.size(); ++index) {
+            slots[index].annotate.put_checked(checked.at(index));
+        }
+    };
+    return {.line = line,
+            .key = key,
+            .write = [&panel] { return checked_annotations(panel); },
             .read =
-                [&kept](std::string_view value) {
-                    auto& slots = kept.panel.measurement;
+                [&slots, put](std::string_view value, bool first) {
                     const auto slot = integer_part(value, 0, static_cast<int>(slots.size()) - 1);
                     if (!slot) {
                         return false;
                     }
-                    slots[static_cast<std::size_t>(*slot)].annotate.put_checked(true);
                     std::array<bool, 3> checked = {};
-                    std::transform(slots.begin(), slots.end(), checked.begin(),
-                                   [](const auto& row) { return row.annotate.checked(); });
-                    if (kept.chkMeasAnno_MouseDown) {
-                        kept.chkMeasAnno_MouseDown(*slot);
+                    // What a file marks takes the place of what was marked before it.
+                    for (std::size_t index = 0; index < slots.size() && !first; ++index) {
+                        checked.at(index) = slots[index].annotate.checked();
                     }
+                    const auto marked = static_cast<std::size_t>(*slot);
+                    checked.at(marked) = true;
+                    put(checked);
+                    slots[marked].annotate.mouse_down();
                     // The handler unchecks the other boxes; each line of the file leaves its own
                     // checked.
-                    for (std::size_t index = 0; index < slots.size(); ++index) {
-                        slots[index].annotate.put_checked(checked[index]);
-                    }
+                    put(checked);
                     return true;
-                }};
+                },
+            .most_lines = static_cast<int>(slots.size())};
 }
 
-SettingRow folder(std::string_view key, std::string& place) {
-    return {.key = key,
+SettingRow folder(int line, const char* key, std::string& place) {
+    return {.line = line,
+            .key = key,
             .write = [&place] { return Values{on_one_line(place)}; },
             .read =
-                [&place](std::string_view value) {
+                [&place](std::string_view value, bool /*first*/) {
                     place = on_one_line(value);
                     return true;
                 }};
@@ -240,77 +258,67 @@ void add(Rows& rows, Rows more) {
     std::move(more.begin(), more.end(), std::back_inserter(rows));
 }
 
-Rows cursor_and_trigger_rows(const KeptSettings& kept) {
+/// The rows of the panel's controls.
+Rows control_rows(const KeptSettings& kept) {
     FrontPanel& panel = kept.panel;
+    Rows rows = {cursor_type(panel.tabstrip3), adjust_target(kept), delay(kept, ch1),
+                 delay(kept, ch2), annotations(37, "chkmeasanno", panel)};
+    for (Control* const control : panel.all) {
+        const AnyControl any = control->kind();
+        if (control->about().line == 0) {
+            continue;
+        }
+        if (auto* const list = std::get_if<ListBox*>(&any)) {
+            rows.push_back(row_of(**list));
+        } else if (auto* const box = std::get_if<CheckBox*>(&any)) {
+            rows.push_back(row_of(**box));
+        }
+    }
+    return rows;
+}
+
+/// The rows of what the wheel and dragging set.
+Rows quantity_rows(const KeptSettings& kept) {
+    const auto most = static_cast<std::int16_t>(kept.panel.shyst.maximum());
     return {
-        stored("intcr1vpos", kept.cursors.vpos[0], 0, last_row),
-        stored("intcr1hpos", kept.cursors.hpos[0], 0, last_column),
-        stored("intcr2vpos", kept.cursors.vpos[1], 0, last_row),
-        stored("intcr2hpos", kept.cursors.hpos[1], 0, last_column),
-        list_index("cursorselect", panel.combocursorselect),
-        cursor_type("TabStrip3", panel.tabstrip3),
-        stored("trigpos1", kept.trigger.saved_trigpos[0], 0, highest_level),
-        stored("trigpos2", kept.trigger.saved_trigpos[1], 0, highest_level),
-        stored("hyst1", kept.trigger.hyst[0], 0, static_cast<std::int16_t>(panel.shyst.maximum())),
-        stored("hyst2", kept.trigger.hyst[1], 0, static_cast<std::int16_t>(panel.shyst.maximum())),
-        list_index("trigeredge", panel.trigeredge),
-        list_index("trigsource", panel.trigsource),
+        stored(1, "intcr1vpos", kept.cursors.vpos[0], 0, last_row),
+        stored(2, "intcr1hpos", kept.cursors.hpos[0], 0, last_column),
+        stored(3, "intcr2vpos", kept.cursors.vpos[1], 0, last_row),
+        stored(4, "intcr2hpos", kept.cursors.hpos[1], 0, last_column),
+        stored(7, "trigpos1", kept.trigger.saved_trigpos[0], 0, highest_level),
+        stored(8, "trigpos2", kept.trigger.saved_trigpos[1], 0, highest_level),
+        stored(9, "hyst1", kept.trigger.hyst[0], 0, most),
+        stored(10, "hyst2", kept.trigger.hyst[1], 0, most),
+        position(kept, ch1),
+        position(kept, ch2),
     };
 }
 
-Rows channel_rows(const KeptSettings& kept) {
-    auto& [first, second] = kept.panel.channel;
-    return {
-        position("ch1text.top", kept, ch1),   position("ch2text.top", kept, ch2),
-        list_index("ch1vdiv", first.vdiv),    list_index("ch2vdiv", second.vdiv),
-        check_box("inviatr1", first.inviatr), check_box("inviatr2", second.inviatr),
-        check_box("invert1", first.invert),   check_box("invert2", second.invert),
-        check_box("ch1enable", first.enable), check_box("ch2enable", second.enable),
-        delay("horpos", kept, ch1),           delay("horpos2", kept, ch2),
-        check_box("slenps1", first.slenps),   check_box("slenps2", second.slenps),
-    };
-}
-
-Rows display_and_measurement_rows(const KeptSettings& kept) {
-    FrontPanel& panel = kept.panel;
-    return {
-        list_index("seltimediv", panel.seltimediv),
-        check_box("eyeon", panel.eyeon),
-        check_box("gridenable", panel.gridenable),
-        check_box("persist", panel.persist),
-        check_box("average", panel.average),
-        adjust_target("TabStrip2", kept),
-        check_box("displaymeas", panel.check1),
-        list_index("cmbmeas(0)", panel.measurement[0].selector),
-        list_index("cmbmeas(1)", panel.measurement[1].selector),
-        list_index("cmbmeas(2)", panel.measurement[2].selector),
-        annotations("chkmeasanno", kept),
-    };
-}
-
+/// The rows of what the settings dialog edits.
 Rows settings_dialog_rows(const KeptSettings& kept) {
     return {
-        colour("colorch1", kept.colours.ch1),
-        colour("colorch2", kept.colours.ch2),
-        colour("colorbgnd", kept.colours.background),
-        colour("colorcursor", kept.colours.normal_text),
-        colour("colordivbgnd", kept.colours.text_background),
-        colour("colorgrid", kept.colours.grid),
-        colour("colorannos", kept.colours.annotations),
-        stored("persisttime", kept.display.persisttime, 0, plot::generations),
-        folder("snapshotpath", kept.display.snapshotpath),
-        option("snapshotdialog", kept.display.snapshotdialog),
-        option("snapshotinvert", kept.display.snapshotinvert),
+        colour(38, "colorch1", kept.colours.ch1),
+        colour(39, "colorch2", kept.colours.ch2),
+        colour(40, "colorbgnd", kept.colours.background),
+        colour(41, "colorcursor", kept.colours.normal_text),
+        colour(42, "colordivbgnd", kept.colours.text_background),
+        colour(43, "colorgrid", kept.colours.grid),
+        colour(44, "colorannos", kept.colours.annotations),
+        stored(45, "persisttime", kept.display.persisttime, 0, plot::generations),
+        folder(46, "snapshotpath", kept.display.snapshotpath),
+        option(47, "snapshotdialog", kept.display.snapshotdialog),
+        option(48, "snapshotinvert", kept.display.snapshotinvert),
     };
 }
 
 } // namespace
 
 std::vector<SettingRow> setting_rows(const KeptSettings& kept) {
-    Rows rows = cursor_and_trigger_rows(kept);
-    add(rows, channel_rows(kept));
-    add(rows, display_and_measurement_rows(kept));
+    Rows rows = control_rows(kept);
+    add(rows, quantity_rows(kept));
     add(rows, settings_dialog_rows(kept));
+    std::sort(rows.begin(), rows.end(),
+              [](const SettingRow& one, const SettingRow& other) { return one.line < other.line; });
     return rows;
 }
 

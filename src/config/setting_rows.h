@@ -24,22 +24,26 @@ struct KeptSettings {
     ColourTable& colours;
     DisplaySettings& display;
     Adjust& adjust;
-    /// What pressing the mouse button on annotation box 0..2 does.
-    std::function<void(int)> chkMeasAnno_MouseDown;
 };
 
 /// One key of the settings file: the one place that knows its name, how it is written and how it is
 /// read.
 struct SettingRow {
-    std::string_view key;
+    int line; ///< place in the file, from 1
+    std::string key;
     /// The values as they stand in the file, UTF-8, one for each line with the key.
     std::function<std::vector<std::string>()> write;
-    /// Takes a value without the spaces around it, UTF-8, and runs what setting it runs. False,
-    /// with nothing taken, for a value that the key cannot have.
-    std::function<bool(std::string_view)> read;
+    /// Takes a value without the spaces around it, UTF-8, and runs what setting it runs; `first` on
+    /// the first line of a file with the key. False, with nothing taken, for a value that the key
+    /// cannot have.
+    std::function<bool(std::string_view value, bool first)> read;
+    /// Lines with the key that one file may have. Each may be a talk with the instrument, and
+    /// whatever bytes a file is made of, reading it has to end.
+    int most_lines = 2;
 };
 
-/// The 48 keys in the order of the file. `kept` must outlive them.
+/// The keys in the order of the file: those of the panel's controls, as `FrontPanel` says, and of
+/// what else is kept. `kept` must outlive them.
 ///
 /// A list index, a tab, a check-box value or an option 0/1 outside its control is refused, as a
 /// text that is no number and a number out of range of its type. Any other number that a user could

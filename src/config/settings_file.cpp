@@ -1,7 +1,6 @@
 #include "config/settings_file.h"
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <optional>
 #include <string>
@@ -16,14 +15,14 @@ namespace {
 
 constexpr const char* file_name = "ConfigsLM4RX.TXT";
 constexpr const char* settings_file_kinds = "Text files (*.TXT)|*.TXT|All Files (*.*)|*.*";
-constexpr std::string_view annotation_key = "chkmeasanno";
 constexpr char separator = '\t';
 constexpr std::string_view line_end = "\r\n";
 /// What a file of UTF-8 may begin with.
 constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
-/// How long a set-up is loaded before it is said that it is, and ears are open for the end.
-constexpr std::chrono::milliseconds silent_loading{1000};
-constexpr std::chrono::milliseconds deaf_loading{500};
+/// How long a set-up is loaded before its progress is shown, and before events are processed, so
+/// that the program can be ended.
+constexpr std::chrono::milliseconds unshown_loading{1000};
+constexpr std::chrono::milliseconds undisturbed_loading{500};
 
 std::string_view without_blanks(std::string_view text) {
     text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
@@ -56,12 +55,6 @@ std::optional<Fields> fields_of(std::string_view line) {
     const std::string_view rest = line.substr(first + 1);
     return Fields{.key = without_blanks(line.substr(0, first)),
                   .value = without_blanks(rest.substr(0, rest.find(separator)))};
-}
-
-/// Lines with the key `key` that one file may have. Each may be a talk with the instrument, and
-/// whatever bytes a file is made of, reading it has to end.
-int most_lines(std::string_view key) {
-    return key == annotation_key ? 3 : 2;
 }
 
 } // namespace
@@ -202,7 +195,7 @@ void SettingsFile::let_end() {
     constexpr std::chrono::milliseconds interval{100};
     const auto since = host_.program.taking_over_since;
     const auto now = host_.clock.now();
-    if (!since || now - *since < deaf_loading || now - looked_at_ < interval) {
+    if (!since || now - *since < undisturbed_loading || now - looked_at_ < interval) {
         return;
     }
     tell_progress();
@@ -216,7 +209,7 @@ void SettingsFile::let_end() {
 
 void SettingsFile::tell_progress() {
     const auto since = host_.program.taking_over_since;
-    if (since && host_.clock.now() - *since >= silent_loading) {
+    if (since && host_.clock.now() - *since >= unshown_loading) {
         loading_.set_caption("Loading the set-up: " +
                              (line_ > 0 ? "line " + std::to_string(line_) : "it takes effect"));
     }
@@ -228,32 +221,12 @@ bool SettingsFile::take_line_of(std::string_view line,
     if (!fields) {
         return false;
     }
-    const auto [key, value] = *fields;
-    if (!row_of_key_.contains(key)) {
+    const auto row = row_of_key_.find(fields->key);
+    if (row == row_of_key_.end()) {
         return true;
     }
-    const int times = ++taken[key];
-    if (times > most_lines(key)) {
-        return false;
-    }
-    return key == annotation_key && times == 1 ? take_first_annotation(value)
-                                               : setConfigVal(key, value);
-}
-
-bool SettingsFile::take_first_annotation(std::string_view value) {
-    auto& slots = kept_.panel.measurement;
-    std::array<bool, 3> before = {};
-    for (std::size_t slot = 0; slot < slots.size(); ++slot) {
-        before.at(slot) = slots[slot].annotate.checked();
-        slots[slot].annotate.put_checked(false);
-    }
-    if (setConfigVal(annotation_key, value)) {
-        return true;
-    }
-    for (std::size_t slot = 0; slot < slots.size(); ++slot) {
-        slots[slot].annotate.put_checked(before.at(slot));
-    }
-    return false;
+    const int times = ++taken[row->first];
+    return times <= row->second->most_lines && take(*row->second, fields->value, times == 1);
 }
 
 void SettingsFile::tell_line(int line, const std::string& help) {
@@ -266,10 +239,11 @@ void SettingsFile::tell_line(int line, const std::string& help) {
 
 bool SettingsFile::setConfigVal(std::string_view key, std::string_view value) {
     const auto row = row_of_key_.find(key);
-    if (row == row_of_key_.end()) {
-        return true;
-    }
-    const bool taken = row->second->read(value);
+    return row == row_of_key_.end() || take(*row->second, value, false);
+}
+
+bool SettingsFile::take(const SettingRow& row, std::string_view value, bool first) {
+    const bool taken = row.read(value, first);
     // A handler that follows the wheel must find it where the quantity is now.
     kept_.adjust.refresh_wheel();
     return taken;

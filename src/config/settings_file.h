@@ -123,8 +123,7 @@ private:
     /// Lets an end come about, in a loading that takes long.
     void let_end();
     void load_by_hand(const std::filesystem::path& path);
-    /// The first annotation that a file marks takes the place of what was marked before it.
-    bool take_first_annotation(std::string_view value);
+    bool take(const SettingRow& row, std::string_view value, bool first);
     void tell_line(int line, const std::string& help);
 
     KeptSettings kept_;

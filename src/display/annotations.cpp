@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "panel/withheld_traces.h"
 #include "state/channel_state.h"
 
 namespace kv408 {
@@ -12,7 +11,7 @@ Annotations annotations(const FrontPanel& panel, const AnnotationMarks& marks,
     const auto* const slot =
         std::find_if(panel.measurement.begin(), panel.measurement.end(),
                      [](const MeasurementControls& at) { return at.annotate.checked(); });
-    if (!panel.check1.checked() || traces_withheld(panel, acquisition) ||
+    if (!panel.check1.checked() || acquisition.traces_withheld() ||
         slot == panel.measurement.end()) {
         return {};
     }

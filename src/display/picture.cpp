@@ -7,7 +7,6 @@
 #include "display/graticule.h"
 #include "display/shapes.h"
 #include "display/trace_painter.h"
-#include "panel/withheld_traces.h"
 
 namespace kv408 {
 namespace {
@@ -182,8 +181,8 @@ void Picture::draw(unsigned flags) {
 
 bool Picture::may_draw() const {
     const std::string& state = inputs_.acquisition.scopestate;
-    return inputs_.program.loaded && state != "changes1" && state != "changes" &&
-           state != "startscope";
+    return inputs_.program.loaded && state != state_word::changes1 &&
+           state != state_word::changes && state != state_word::set_up;
 }
 
 TraceLook Picture::look_of(const ChannelTrace& trace, unsigned flags) const {
@@ -193,7 +192,7 @@ TraceLook Picture::look_of(const ChannelTrace& trace, unsigned flags) const {
     // Only CH2 waits for a whole sweep; CH1 is redrawn while its sweep is incomplete.
     const bool held = channel == ch1 || inputs_.acquisition.ready[slot(ch2)];
     if ((flags & flag) == 0 || !held || !panel.channel[slot(channel)].enable.checked() ||
-        traces_withheld(panel, inputs_.acquisition)) {
+        inputs_.acquisition.traces_withheld()) {
         return {};
     }
     TraceLook look{.shown = true,

@@ -15,45 +15,45 @@ struct SettingsControls {
     /// The dialog before it is loaded: captions and tabs, no colours, no handlers.
     SettingsControls();
 
-    TabStrip tabstrip1{"TabStrip1"}; ///< which page is shown
-    Button cmdok{"cmdOK"};           ///< OK
-    Button cmdcancel{"cmdCancel"};   ///< Cancel
+    /// All of them.
+    ControlList all;
+
+    TabStrip tabstrip1{all, {"TabStrip1"}}; ///< which page is shown
+    Button cmdok{all, {"cmdOK"}};           ///< OK
+    Button cmdcancel{all, {"cmdCancel"}};   ///< Cancel
 
     // The pages; each is shown while the tab with its caption is selected.
-    Label frmsnapshot{"frmSnapshot"};
-    Label frmdisplay{"frmDisplay"};
-    Label frmcolors{"frmColors"};
+    Label frmsnapshot{all, "frmSnapshot"};
+    Label frmdisplay{all, "frmDisplay"};
+    Label frmcolors{all, "frmColors"};
 
     // Snapshot.
-    TextBox txtsnapshotpath{"txtSnapshotpath"}; ///< folder for silent saving, UTF-8
-    Label shownpath{"shownPath"}; ///< that folder, where the box alone would not show its name
-    Button browse{"Command1"};    ///< asks for that folder
-    CheckBox chksnapshotdialog{"chkSnapshotDialog"}; ///< always ask for the file name
-    CheckBox chksnapshotinvert{"chkSnapshotInvert"}; ///< invert the picture before saving
+    TextBox txtsnapshotpath{all, {"txtSnapshotpath"}}; ///< folder for silent saving, UTF-8
+    Label shownpath{all, "shownPath"}; ///< that folder, where the box alone would not show its name
+    Button browse{all, {.name = "Command1", .outside = Outside::none}}; ///< asks for that folder
+    CheckBox chksnapshotdialog{all, {"chkSnapshotDialog"}}; ///< always ask for the file name
+    CheckBox chksnapshotinvert{all, {"chkSnapshotInvert"}}; ///< invert the picture before saving
 
     // Display.
-    Slider persist{"persist", 1, 9, 3}; ///< persistence depth, generations
+    Slider persist{all, {"persist"}, 1, 9, 3}; ///< persistence depth, generations
 
     // Colors.
-    std::array<OptionButton, colour_items> optcolor{
-        OptionButton("optColor(0)"), OptionButton("optColor(1)"), OptionButton("optColor(2)"),
-        OptionButton("optColor(3)"), OptionButton("optColor(4)"), OptionButton("optColor(5)"),
-        OptionButton("optColor(6)")}; ///< which colour is edited
-    std::array<Label, colour_items> shpcolor{
-        Label("shpColor(0)"), Label("shpColor(1)"), Label("shpColor(2)"), Label("shpColor(3)"),
-        Label("shpColor(4)"), Label("shpColor(5)"), Label("shpColor(6)")}; ///< its swatch
+    std::array<OptionButton, colour_items> optcolor =
+        numbered<OptionButton, colour_items>(all, "optColor"); ///< which colour is edited
+    std::array<Label, colour_items> shpcolor =
+        numbered<Label, colour_items>(all, "shpColor"); ///< its swatch
     std::array<Slider, colour_components> slrgb{
-        Slider("slRGB(0)", 0, 255, 0), Slider("slRGB(1)", 0, 255, 0),
-        Slider("slRGB(2)", 0, 255, 0)}; ///< red, green, blue of the edited colour
-    std::array<TextBox, colour_components> txtrgb{TextBox("txtRGB(0)"), TextBox("txtRGB(1)"),
-                                                  TextBox("txtRGB(2)")}; ///< the same as texts
-    std::array<Label, colour_components> component{Label("shpRed"), Label("shpGreen"),
-                                                   Label("shpBlue")}; ///< the same as swatches
-    Label shpcurrentcol{"shpCurrentCol"};                             ///< the edited colour
-    CheckBox chkautoupd{"chkAutoUpd"};     ///< apply edits to the main window at once
-    Button cmdsetdefault{"cmdSetDefault"}; ///< factory colours
-    Button cmdonblack{"cmdOnBlack"};       ///< bright colours on black
-    Button cmdonwhite{"cmdOnWhite"};       ///< dark colours on white
+        Slider(all, {"slRGB(0)"}, 0, 255, 0), Slider(all, {"slRGB(1)"}, 0, 255, 0),
+        Slider(all, {"slRGB(2)"}, 0, 255, 0)}; ///< red, green, blue of the edited colour
+    std::array<TextBox, colour_components> txtrgb =
+        numbered<TextBox, colour_components>(all, "txtRGB"); ///< the same as texts
+    std::array<Label, colour_components> component{Label(all, "shpRed"), Label(all, "shpGreen"),
+                                                   Label(all, "shpBlue")}; ///< the same as swatches
+    Label shpcurrentcol{all, "shpCurrentCol"};                             ///< the edited colour
+    CheckBox chkautoupd{all, {"chkAutoUpd"}};     ///< apply edits to the main window at once
+    Button cmdsetdefault{all, {"cmdSetDefault"}}; ///< factory colours
+    Button cmdonblack{all, {"cmdOnBlack"}};       ///< bright colours on black
+    Button cmdonwhite{all, {"cmdOnWhite"}};       ///< dark colours on white
 };
 
 } // namespace kv408

@@ -235,7 +235,7 @@ void Adjust::tell_commit(std::string_view key) {
     if (key == adjust_key::trigger) {
         show_trigger_line(quantities_.acquisition);
         if (quantities_.acquisition.acqrunning) {
-            quantities_.acquisition.scopestate = "changes";
+            quantities_.acquisition.scopestate = state_word::changes;
         }
         return;
     }
@@ -249,7 +249,7 @@ void Adjust::tell_commit(std::string_view key) {
 void Adjust::mark_new_data_needed() {
     AcquisitionState& acquisition = quantities_.acquisition;
     if (acquisition.acqrunning) {
-        acquisition.scopestate = "changes";
+        acquisition.scopestate = state_word::changes;
         acquisition.await_new_data(ch1);
         acquisition.await_new_data(ch2);
     }

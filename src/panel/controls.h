@@ -4,36 +4,89 @@
 // both ways; setting one from code runs its handler just as a click does, so that everything the
 // panel does can be had without a window.
 //
-// How to add a control: 1. give it a member in FrontPanel (panel/front_panel.h) with its name;
-// 2. set its handler where the subsystem that owns the behaviour is wired; 3. place and bind a
-// widget in src/ui.
+// How to add a control: 1. give it a member in FrontPanel (panel/front_panel.h), with what there is
+// to know about it; 2. set its handler in the constructor of the part that does what it is for;
+// 3. place and bind a widget in src/ui.
 
 #include <algorithm>
+#include <array>
 #include <cassert>
+#include <cstddef>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <variant>
 #include <vector>
 
 #include "state/colour.h"
 
 namespace kv408 {
 
-/// What every kind of control has: a name, whether it can be used and seen and how, and the
-/// window's ear.
+class Button;
+class CheckBox;
+class Control;
+class Label;
+class ListBox;
+class OptionButton;
+class Slider;
+class TabStrip;
+class TextBox;
+class ThumbWheel;
+
+/// A control as what it is; nothing for a kind that only its own window knows.
+using AnyControl = std::variant<std::monostate, Button*, CheckBox*, OptionButton*, ListBox*,
+                                TextBox*, Label*, Slider*, TabStrip*, ThumbWheel*>;
+
+/// The controls of one window in the order in which they are declared.
+using ControlList = std::vector<Control*>;
+
+/// What may be done to a control from outside the program, by people and by other programs.
+enum class Outside {
+    none, ///< nothing but by people: it opens a dialog or ends the program
+    read, ///< it only shows something
+    set,  ///< it can be operated
+};
+
+/// What there is to know about a control, besides its kind.
+struct About {
+    std::string name;     ///< also its widget's; in an array with the index, as in "cmbMeas(0)"
+    int line = 0;         ///< place of its key in the settings file, from 1; 0: it is not kept
+    std::string key = {}; ///< in the settings file; empty: its name
+    Outside outside = Outside::set;
+    std::string_view unit = {}; ///< of the number that is typed or shown; empty: none
+};
+
+/// A listener to a control; whoever has one is told.
+using Listening = std::shared_ptr<const std::function<void()>>;
+
+/// What every kind of control has: what there is to know about it, whether it can be used and seen
+/// and how, and who is told when that changes.
 class Control {
 public:
-    /// A control named `name`, as its widget and its settings key are named.
-    explicit Control(std::string name) : name_(std::move(name)) {}
+    /// A control named `name` that is in no list.
+    explicit Control(std::string name) : about_{.name = std::move(name)} {}
+
+    /// A control that is added to `list`.
+    Control(ControlList& list, About about) : about_(std::move(about)) { list.push_back(this); }
 
     /// A control is shared by reference; a copy would lose its listeners.
     Control(const Control&) = delete;
     Control& operator=(const Control&) = delete;
 
-    /// The control's name; a member of a control array bears its index, as in "cmbMeas(0)".
-    [[nodiscard]] const std::string& name() const { return name_; }
+    /// What there is to know about it.
+    [[nodiscard]] const About& about() const { return about_; }
+    [[nodiscard]] const std::string& name() const { return about_.name; }
+
+    /// Its key in the settings file, where it is kept.
+    [[nodiscard]] const std::string& key() const {
+        return about_.key.empty() ? about_.name : about_.key;
+    }
+
+    /// The control as what it is.
+    [[nodiscard]] virtual AnyControl kind() { return {}; }
 
     /// Whether the user can operate it.
     [[nodiscard]] bool enabled() const { return enabled_; }
@@ -55,21 +108,28 @@ public:
     [[nodiscard]] bool dimmed() const { return dimmed_; }
     void set_dimmed(bool dimmed) { show(dimmed_, dimmed); }
 
-    /// Sets the one listener (the window) that is told after anything visible has changed. It must
-    /// only show: it may not set the control.
-    void on_shown(std::function<void()> listener) { listener_ = std::move(listener); }
+    /// Adds a listener that is told after anything visible has changed, as long as the result is
+    /// kept. It must only show: it may not set the control.
+    [[nodiscard]] Listening on_shown(std::function<void()> listener) {
+        std::erase_if(listeners_, [](const auto& gone) { return gone.expired(); });
+        auto listening = std::make_shared<const std::function<void()>>(std::move(listener));
+        listeners_.push_back(listening);
+        return listening;
+    }
 
 protected:
     ~Control() = default;
 
-    /// Tells the window.
+    /// Tells the listeners, in the order in which they were added.
     void shown() const {
-        if (listener_) {
-            listener_();
+        for (const auto& listener : listeners_) {
+            if (const Listening listening = listener.lock()) {
+                (*listening)();
+            }
         }
     }
 
-    /// Puts `next` into `member` and tells the window if that is a change.
+    /// Puts `next` into `member` and tells the listeners if that is a change.
     template <typename Value>
     void show(Value& member, Value next) {
         if (member != next) {
@@ -79,13 +139,13 @@ protected:
     }
 
 private:
-    std::string name_;
+    About about_;
     bool enabled_ = true;
     bool visible_ = true;
     bool dimmed_ = false;
     std::optional<Colour> fore_colour_;
     std::optional<Colour> back_colour_;
-    std::function<void()> listener_;
+    std::vector<std::weak_ptr<const std::function<void()>>> listeners_;
 };
 
 /// A handler of a control; without one a control only keeps its value.
@@ -95,6 +155,8 @@ using Handler = std::function<void()>;
 class Button : public Control {
 public:
     using Control::Control;
+
+    [[nodiscard]] AnyControl kind() override { return this; }
 
     /// The caption on it.
     [[nodiscard]] const std::string& caption() const { return caption_; }
@@ -120,6 +182,8 @@ class CheckBox : public Control {
 public:
     using Control::Control;
 
+    [[nodiscard]] AnyControl kind() override { return this; }
+
     /// True when checked.
     [[nodiscard]] bool checked() const { return checked_; }
 
@@ -138,16 +202,20 @@ public:
     /// Sets what a click does, after the box has its new value.
     void on_click(Handler handler) { handler_ = std::move(handler); }
 
-    /// Sets what only the user's pressing does, after the click's handler: setting the box from
-    /// code does not run it.
+    /// Sets what only the user's pressing does, after the click's handler, and does it: setting the
+    /// box from code does not run it.
     void on_mouse_down(Handler handler) { mouse_down_ = std::move(handler); }
+
+    void mouse_down() {
+        if (mouse_down_) {
+            mouse_down_();
+        }
+    }
 
     /// The user presses it, which leaves it checked or unchecked.
     void press(bool checked) {
         set_checked(checked);
-        if (mouse_down_) {
-            mouse_down_();
-        }
+        mouse_down();
     }
 
 private:
@@ -160,6 +228,8 @@ private:
 class OptionButton : public Control {
 public:
     using Control::Control;
+
+    [[nodiscard]] AnyControl kind() override { return this; }
 
     /// The caption beside it.
     [[nodiscard]] const std::string& caption() const { return caption_; }
@@ -192,6 +262,8 @@ private:
 class ListBox : public Control {
 public:
     using Control::Control;
+
+    [[nodiscard]] AnyControl kind() override { return this; }
 
     /// The entries, index 0 first.
     [[nodiscard]] const std::vector<std::string>& entries() const { return entries_; }
@@ -240,6 +312,8 @@ private:
 class TextBox : public Control {
 public:
     using Control::Control;
+
+    [[nodiscard]] AnyControl kind() override { return this; }
 
     /// The text in it.
     [[nodiscard]] const std::string& text() const { return text_; }
@@ -296,7 +370,13 @@ private:
 /// A text that the program shows.
 class Label : public Control {
 public:
-    using Control::Control;
+    explicit Label(std::string name) : Control(std::move(name)) {}
+
+    /// A label of `list` named `name`, which shows a number in `unit`.
+    Label(ControlList& list, std::string name, std::string_view unit = {})
+        : Control(list, {.name = std::move(name), .outside = Outside::read, .unit = unit}) {}
+
+    [[nodiscard]] AnyControl kind() override { return this; }
 
     /// The text on it.
     [[nodiscard]] const std::string& caption() const { return caption_; }
@@ -345,6 +425,12 @@ public:
         : Control(std::move(name)), minimum_(minimum), maximum_(maximum), value_(value) {
         assert(minimum <= value && value <= maximum);
     }
+    Slider(ControlList& list, About about, int minimum, int maximum, int value)
+        : Control(list, std::move(about)), minimum_(minimum), maximum_(maximum), value_(value) {
+        assert(minimum <= value && value <= maximum);
+    }
+
+    [[nodiscard]] AnyControl kind() override { return this; }
 
     [[nodiscard]] int minimum() const { return minimum_; }
     [[nodiscard]] int maximum() const { return maximum_; }
@@ -369,6 +455,23 @@ private:
     Handler handler_;
 };
 
+/// The name of control `index` of the array `name`, as "cmbMeas(0)".
+[[nodiscard]] inline std::string indexed(std::string name, std::size_t index) {
+    name += '(';
+    name += std::to_string(index);
+    name += ')';
+    return name;
+}
+
+/// A control array, "`name`(0)" and so on, added to `list`.
+template <typename Kind, std::size_t count>
+[[nodiscard]] std::array<Kind, count> numbered(ControlList& list, const std::string& name) {
+    return [&]<std::size_t... index>(std::index_sequence<index...>) {
+        return std::array<Kind, count>{Kind(list, {indexed(name, index)})...};
+    }
+    (std::make_index_sequence<count>{});
+}
+
 /// One tab of a strip.
 struct Tab {
     std::string key;     ///< what the program knows it by
@@ -381,6 +484,8 @@ struct Tab {
 class TabStrip : public Control {
 public:
     using Control::Control;
+
+    [[nodiscard]] AnyControl kind() override { return this; }
 
     /// The tabs from left to right.
     [[nodiscard]] const std::vector<Tab>& tabs() const { return tabs_; }

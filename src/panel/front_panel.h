@@ -9,36 +9,49 @@ namespace kv408 {
 
 /// The controls that each channel has once, named with the channel's number.
 struct ChannelControls {
-    /// The controls of channel `number`, "1" or "2".
-    explicit ChannelControls(const std::string& number)
-        : vdiv("ch" + number + "vdiv"), enable("ch" + number + "enable"),
-          inviatr("inviatr" + number), invert("invert" + number), ofset("ofsetch" + number),
-          vdivtext("ch" + number + "vdivtext"), text("ch" + number + "text"),
-          label("ch" + number + "label"), labelframe("ch" + number + "labelframe"),
-          psofset("psofsetch" + number), slenps("slenps" + number),
-          hor_delay("lblHorDelay" + number) {}
+    /// The controls of channel `number`, 1 or 2, added to `all`.
+    ChannelControls(ControlList& all, int number)
+        : ChannelControls(all, std::to_string(number), number - 1) {}
 
     ListBox vdiv;     ///< volts per division
     CheckBox enable;  ///< channel shown and swept
     CheckBox inviatr; ///< "Input Via Trigger": the signal comes through the trigger input, halved
     CheckBox invert;  ///< "Invert": the trace upside down
-    Label ofset;      ///< offset read-out, volts
+    Label ofset;      ///< offset read-out
     Label vdivtext;   ///< volts per division under the plot, with its suffixes
     MarkerLabel text; ///< zero-line marker at the left edge of the plot
     Label label;      ///< channel's heading in the VERTICAL frame
     Label labelframe; ///< frame behind that heading
-    TextBox psofset;  ///< horizontal delay, picoseconds
+    TextBox psofset;  ///< horizontal delay
     CheckBox slenps;  ///< whether the adjust wheel moves this channel's delay
     Label hor_delay;  ///< delay read-out over the plot
+
+private:
+    /// The lines of both channels stand side by side in the settings file.
+    ChannelControls(ControlList& all, const std::string& number, int second)
+        : vdiv(all, {"ch" + number + "vdiv", 15 + second}),
+          enable(all, {"ch" + number + "enable", 21 + second}),
+          inviatr(all, {"inviatr" + number, 17 + second}),
+          invert(all, {"invert" + number, 19 + second}), ofset(all, "ofsetch" + number, "V"),
+          vdivtext(all, "ch" + number + "vdivtext"), text(all, "ch" + number + "text"),
+          label(all, "ch" + number + "label"), labelframe(all, "ch" + number + "labelframe"),
+          psofset(all, {.name = "psofsetch" + number,
+                        .line = 23 + second,
+                        .key = second == 0 ? "horpos" : "horpos2",
+                        .unit = "ps"}),
+          slenps(all, {"slenps" + number, 25 + second}),
+          hor_delay(all, "lblHorDelay" + number, "ps") {}
 };
 
 /// One row of the measurement frame and of its results panel.
 struct MeasurementControls {
-    /// The controls of slot `index`, "0" to "2".
-    explicit MeasurementControls(const std::string& index)
-        : selector("cmbMeas(" + index + ")"), annotate("chkMeasAnno(" + index + ")"),
-          label("lblMeas(" + index + ")"), ch1("txtMeasCH1(" + index + ")"),
-          ch2("txtMeasCH2(" + index + ")"), mark("lblAnnoMark(" + index + ")") {}
+    /// The controls of slot `index`, 0..2, added to `all`.
+    MeasurementControls(ControlList& all, std::size_t index)
+        : selector(all, {indexed("cmbMeas", index), 34 + static_cast<int>(index),
+                         indexed("cmbmeas", index)}),
+          annotate(all, {indexed("chkMeasAnno", index)}), label(all, indexed("lblMeas", index)),
+          ch1(all, indexed("txtMeasCH1", index)), ch2(all, indexed("txtMeasCH2", index)),
+          mark(all, indexed("lblAnnoMark", index)) {}
 
     ListBox selector;  ///< `cmbMeas`: the slot's measurement
     CheckBox annotate; ///< `chkMeasAnno`: mark it on the trace
@@ -48,76 +61,88 @@ struct MeasurementControls {
     Label mark;        ///< `lblAnnoMark`: "*" beside the annotated slot
 };
 
-/// Every control of the main window.
+/// Every control of the main window. This is the one description of the panel: what is not said
+/// about a control here, nobody knows.
 struct FrontPanel {
     /// The panel before start-up: start values, no lists filled, no handlers.
     FrontPanel();
 
+    /// All of them.
+    ControlList all;
+
     // Menus.
-    Button loadconfig{"loadconfig"};         ///< Load Setup
-    Button saveconfig{"saveconfig"};         ///< Save Setup
-    Button exportdata{"ExportData"};         ///< Export Data: no function
-    Button menuexit{"MenuExit"};             ///< Exit
-    Button mnucalibration{"mnucalibration"}; ///< Calibration: the calibration form
-    CheckBox cmdcaloofset{"cmdcaloofset"};   ///< Calibration: Software Calibrate Offset
-    Button mnusettings{"mnusettings"};       ///< Options: the settings dialog
-    Button menuhelp{"MenuHelp"};             ///< Help: no function
-    Button menuabout{"MenuAbout"};           ///< About: no function
+    Button loadconfig = dialog("loadconfig");         ///< Load Setup
+    Button saveconfig = dialog("saveconfig");         ///< Save Setup
+    Button exportdata = dialog("ExportData");         ///< Export Data: no function
+    Button menuexit = dialog("MenuExit");             ///< Exit
+    Button mnucalibration = dialog("mnucalibration"); ///< Calibration: the calibration form
+    CheckBox cmdcaloofset{all,
+                          {.name = "cmdcaloofset",
+                           .outside = Outside::none}}; ///< Calibration: Software Calibrate Offset
+    Button mnusettings = dialog("mnusettings");        ///< Options: the settings dialog
+    Button menuhelp = dialog("MenuHelp");              ///< Help: no function
+    Button menuabout = dialog("MenuAbout");            ///< About: no function
 
     // Status frame and the buttons under it.
-    ListBox device{"cmbDevice"};           ///< attached devices by serial number
-    TextBox textstatus{"textstatus"};      ///< acquisition status, its colour tells the state
-    Label nodata{"lblNoData"};             ///< for how long no data have come
-    Button cmdstartsweep{"cmdstartsweep"}; ///< Start
-    Button cmdstop{"cmdstop"};             ///< Stop
-    Button snapshot{"Command1"};           ///< Snapshot
+    ListBox device{all, {"cmbDevice"}}; ///< attached devices by serial number
+    TextBox textstatus{
+        all, {.name = "textstatus", .outside = Outside::read}}; ///< what the acquisition is doing
+    Label nodata{all, "lblNoData"};                             ///< for how long no data have come
+    Button cmdstartsweep{all, {"cmdstartsweep"}};               ///< Start
+    Button cmdstop{all, {"cmdstop"}};                           ///< Stop
+    Button snapshot = dialog("Command1");                       ///< Snapshot
 
     // Display frame.
-    CheckBox gridenable{"gridenable"}; ///< "Grid On"
-    CheckBox eyeon{"eyeon"};           ///< "Draw Dot"
-    CheckBox persist{"persist"};       ///< "Persistence"
-    CheckBox average{"average"};       ///< "Filter Avg.": the instrument averages
-    CheckBox adcspeed{"adcspeed"};     ///< "Speed opt.": the instrument samples faster
+    CheckBox gridenable{all, {"gridenable", 29}}; ///< "Grid On"
+    CheckBox eyeon{all, {"eyeon", 28}};           ///< "Draw Dot"
+    CheckBox persist{all, {"persist", 30}};       ///< "Persistence"
+    CheckBox average{all, {"average", 31}};       ///< "Filter Avg.": the instrument averages
+    CheckBox adcspeed{all, {"adcspeed"}};         ///< "Speed opt.": the instrument samples faster
 
     // Measurement frame.
-    CheckBox check1{"Check1"}; ///< measurements on
+    CheckBox check1{all, {"Check1", 33, "displaymeas"}}; ///< measurements on
     std::array<MeasurementControls, 3> measurement{
-        MeasurementControls("0"), MeasurementControls("1"), MeasurementControls("2")};
-    Label picmeasure{"picMeasure"}; ///< results panel under the plot
+        MeasurementControls(all, 0), MeasurementControls(all, 1), MeasurementControls(all, 2)};
+    Label picmeasure{all, "picMeasure"}; ///< results panel under the plot
 
     // TRIGGER frame.
-    ListBox trigsource{"trigsource"};  ///< "TRIG1", "TRIG2"
-    ListBox trigeredge{"trigeredge"};  ///< "Positive", "Negative"
-    Slider shyst{"shyst", 0, 255, 10}; ///< hysteresis, codes
-    Button trzero{"trzero"};           ///< "set to zero"
-    Label trlevelmv{"trlevelmv"};      ///< trigger level, millivolts
-    TextBox trtout{"trtout"};          ///< trigger time-out, 10..65535
+    ListBox trigsource{all, {"trigsource", 12}};           ///< "TRIG1", "TRIG2"
+    ListBox trigeredge{all, {"trigeredge", 11}};           ///< "Positive", "Negative"
+    Slider shyst{all, {"shyst"}, 0, 255, 10};              ///< hysteresis, codes
+    Button trzero{all, {"trzero"}};                        ///< "set to zero"
+    Label trlevelmv{all, "trlevelmv", "mV"};               ///< trigger level
+    TextBox trtout{all, {.name = "trtout", .unit = "us"}}; ///< trigger time-out, 10..65535
 
     // HORIZONTAL frame; the channels' delay boxes are in ChannelControls.
-    ListBox seltimediv{"seltimediv"};     ///< time per division
-    TextBox delaytrttdis{"delaytrttdis"}; ///< "Additional Delay", picoseconds
+    ListBox seltimediv{all, {"seltimediv", 27}};                       ///< time per division
+    TextBox delaytrttdis{all, {.name = "delaytrttdis", .unit = "ps"}}; ///< "Additional Delay"
 
     // VERTICAL frame, CH1 and CH2.
-    std::array<ChannelControls, 2> channel{ChannelControls("1"), ChannelControls("2")};
+    std::array<ChannelControls, 2> channel{ChannelControls(all, 1), ChannelControls(all, 2)};
 
     // Cursor frame.
-    TabStrip tabstrip3{"TabStrip3"};                ///< cursor type: voltage, time, off
-    ListBox combocursorselect{"combocursorselect"}; ///< channel that the cursors measure
+    TabStrip tabstrip3{all, {"TabStrip3", 6}}; ///< cursor type: voltage, time, off
+    ListBox combocursorselect{
+        all, {"combocursorselect", 5, "cursorselect"}}; ///< channel that the cursors measure
 
     // Adjust frame.
-    TabStrip tabstrip2{"TabStrip2"}; ///< what the wheel turns
-    ThumbWheel slider1{"Slider1"};   ///< the adjust wheel
+    TabStrip tabstrip2{all, {"TabStrip2", 32}}; ///< what the wheel turns
+    ThumbWheel slider1{all, {"Slider1"}};       ///< the adjust wheel
 
     // On and around the plot.
-    Label picture1{"Picture1"};     ///< the plot box
-    Label tdivtext{"tdivtext"};     ///< time per division
-    Label avglabel{"avglabel"};     ///< "Filter Avg." while the instrument averages
-    Label lbldate{"lblDate"};       ///< time and date
-    MarkerLabel trigertext{"trigertext"}; ///< trigger-level marker at the right edge
-    MarkerLabel ltp2{"ltp2"};             ///< trigger-time marker above the plot
-    Label centerfr{"centerfr"};     ///< difference of the cursors
-    Label lblc1{"lblC1"};           ///< cursor 1
-    Label lblc2{"lblC2"};           ///< cursor 2
+    Label picture1{all, "Picture1"};           ///< the plot box
+    Label tdivtext{all, "tdivtext"};           ///< time per division
+    Label avglabel{all, "avglabel"};           ///< "Filter Avg." while the instrument averages
+    Label lbldate{all, "lblDate"};             ///< time and date
+    MarkerLabel trigertext{all, "trigertext"}; ///< trigger-level marker at the right edge
+    MarkerLabel ltp2{all, "ltp2"};             ///< trigger-time marker above the plot
+    Label centerfr{all, "centerfr"};           ///< difference of the cursors
+    Label lblc1{all, "lblC1"};                 ///< cursor 1
+    Label lblc2{all, "lblC2"};                 ///< cursor 2
+
+private:
+    /// A button that opens a dialog or ends the program.
+    Button dialog(const char* name) { return {all, {.name = name, .outside = Outside::none}}; }
 };
 
 } // namespace kv408

@@ -9,7 +9,7 @@ namespace kv408 {
 /// and waits until the reply in progress has stopped arriving. Does nothing while stopped.
 inline void mark_changed(AcquisitionState& acquisition, DeviceLink& link) {
     if (acquisition.acqrunning) {
-        acquisition.scopestate = "changes";
+        acquisition.scopestate = state_word::changes;
         link.waitrxidle();
     }
 }

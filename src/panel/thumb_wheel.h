@@ -17,7 +17,9 @@ inline constexpr int left_mouse_button = 1;
 class ThumbWheel : public Control {
 public:
     /// A wheel with the defaults: 0..100, standing at 50, ribs of 8 pixels and gaps of 4.
-    explicit ThumbWheel(std::string name) : Control(std::move(name)) {}
+    using Control::Control;
+
+    [[nodiscard]] AnyControl kind() override { return this; }
 
     /// Lowest and highest value, -32768..32767; a value outside that is a programming error.
     [[nodiscard]] std::int32_t Min() const { return minimum_; }

@@ -106,7 +106,7 @@ void Trigger::settriger() {
     const std::int32_t timeout =
         panel_.trtout.faulty() ? taken_timeout_ : trigger_timeout(panel_.trtout.text());
     trigger_.trigsrcdelay = trigger_.trigdelay[source()];
-    if (acquisition_.scopestate == "calibrationint") {
+    if (acquisition_.scopestate == state_word::linearity) {
         // A command would break the linearity run off; the next set-up sends the trigger.
         return;
     }

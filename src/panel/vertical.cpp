@@ -97,7 +97,7 @@ bool Vertical::set_scale(int channel) {
     acquisition_.fresh[index] = false;
     if (acquisition_.acqrunning) {
         if (state.gain != gain_before) {
-            acquisition_.scopestate = "changes";
+            acquisition_.scopestate = state_word::changes;
             acquisition_.laststate = acquisition_.scopestate;
             link_.waitrxidle();
         }
@@ -111,15 +111,15 @@ bool Vertical::send_gain(int channel) {
     const std::array<std::int16_t, 2> gain = {channels_[0].gain, channels_[1].gain};
     // A choice sends its range only when that changes; what an instrument that was off has lost is
     // the set-up's to send.
-    const bool lost = acquisition_.scopestate == "startscope" && link_.power().ranges_lost();
+    const bool lost = acquisition_.scopestate == state_word::set_up && link_.power().ranges_lost();
     if (!lost && gain[index] == acknowledged_gain_[index]) {
         return true;
     }
-    if (acquisition_.scopestate == "calibrationint") {
+    if (acquisition_.scopestate == state_word::linearity) {
         // A command would break the linearity run off; the next set-up sends the range.
         return true;
     }
-    if (acquisition_.acqrunning && acquisition_.scopestate != "changes") {
+    if (acquisition_.acqrunning && acquisition_.scopestate != state_word::changes) {
         // A frame that repeats a failed one comes without a change of the range: the reply in
         // progress must have arrived for it too.
         link_.waitrxidle();

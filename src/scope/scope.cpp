@@ -40,10 +40,6 @@ private:
     int& count_;
 };
 
-bool is_sweeping(const std::string& state) {
-    return state == "scopech1f" || state == "scopech2f" || state == "scope";
-}
-
 /// Does one of the last things, whatever comes of it.
 template <typename Act>
 void try_to(const Act& act) noexcept {
@@ -86,15 +82,15 @@ void Scope::enter(const std::function<void()>& entry) {
     PowerWatch& power = parts_->link.power();
     std::string& state = parts_->acquisition.scopestate;
     const bool outermost = parts_->entries == 0;
-    if (outermost && is_sweeping(state) && power.was_away()) {
-        state = "startscope";
+    if (outermost && state_word::sweeps(state) && power.was_away()) {
+        state = state_word::set_up;
     }
     const Entry entering(parts_->entries, parts_->program.given_up);
     power.note_entry();
     try {
         entry();
-        if (outermost && is_sweeping(state) && power.was_held_up()) {
-            state = "startscope";
+        if (outermost && state_word::sweeps(state) && power.was_held_up()) {
+            state = state_word::set_up;
         }
         power.note_entry();
     } catch (const ProgramEnded&) {

@@ -13,14 +13,8 @@ namespace {
 
 /// Calls `show(widget)` now and whenever `control` has changed, as long as the widget lives.
 template <typename Widget, typename Show>
-void keep_shown(Widget* widget, Control& control, Show show) {
-    const auto listener = [guard = QPointer<Widget>(widget), show] {
-        if (guard) {
-            show(*guard);
-        }
-    };
-    control.on_shown(listener);
-    listener();
+void keep_widget_shown(Widget* widget, Control& control, Show show) {
+    keep_shown(*widget, control, [widget, show] { show(*widget); });
 }
 
 QString text_of(const std::string& text) {
@@ -123,6 +117,17 @@ QString object_name(const Control& control) {
     return text_of(control.name());
 }
 
+void keep_shown(QObject& shower, Control& control, std::function<void()> show) {
+    const auto listener = [guard = QPointer(&shower), show = std::move(show)] {
+        if (guard) {
+            show();
+        }
+    };
+    // Kept by the connection, which ends with the object.
+    QObject::connect(&shower, &QObject::destroyed, &shower, [told = control.on_shown(listener)] {});
+    listener();
+}
+
 void show_common(QWidget& widget, const Control& control) {
     widget.setEnabled(control.enabled());
     if (!control.visible()) {
@@ -137,7 +142,7 @@ void bind(QAbstractButton* widget, Button& control, ScopeDriver& driver) {
     widget->setObjectName(object_name(control));
     QObject::connect(widget, &QAbstractButton::clicked, widget,
                      [&] { driver.act([&] { control.click(); }); });
-    keep_shown(widget, control, [&control](QAbstractButton& shown) {
+    keep_widget_shown(widget, control, [&control](QAbstractButton& shown) {
         if (!control.caption().empty()) {
             shown.setText(text_of(control.caption()));
         }
@@ -149,7 +154,7 @@ void bind(QAction* action, Button& control, ScopeDriver& driver) {
     action->setObjectName(object_name(control));
     QObject::connect(action, &QAction::triggered, action,
                      [&] { driver.act([&] { control.click(); }); });
-    keep_shown(action, control, [&control](QAction& shown) {
+    keep_widget_shown(action, control, [&control](QAction& shown) {
         shown.setEnabled(control.enabled());
         shown.setVisible(control.visible());
     });
@@ -160,7 +165,7 @@ void bind(QAction* action, CheckBox& control, ScopeDriver& driver) {
     action->setCheckable(true);
     QObject::connect(action, &QAction::triggered, action,
                      [&](bool checked) { driver.act([&] { control.set_checked(checked); }); });
-    keep_shown(action, control, [&control](QAction& shown) {
+    keep_widget_shown(action, control, [&control](QAction& shown) {
         shown.setChecked(control.checked());
         shown.setEnabled(control.enabled());
         shown.setVisible(control.visible());
@@ -171,7 +176,7 @@ void bind(QCheckBox* widget, CheckBox& control, ScopeDriver& driver) {
     widget->setObjectName(object_name(control));
     QObject::connect(widget, &QCheckBox::clicked, widget,
                      [&](bool checked) { driver.act([&] { control.press(checked); }); });
-    keep_shown(widget, control, [&control](QCheckBox& shown) {
+    keep_widget_shown(widget, control, [&control](QCheckBox& shown) {
         const QSignalBlocker quiet(shown);
         shown.setChecked(control.checked());
         show_common(shown, control);
@@ -182,7 +187,7 @@ void bind(QRadioButton* widget, OptionButton& control, ScopeDriver& driver) {
     widget->setObjectName(object_name(control));
     QObject::connect(widget, &QRadioButton::clicked, widget,
                      [&] { driver.act([&] { control.choose(); }); });
-    keep_shown(widget, control, [&control](QRadioButton& shown) {
+    keep_widget_shown(widget, control, [&control](QRadioButton& shown) {
         const QSignalBlocker quiet(shown);
         shown.setText(text_of(control.caption()));
         shown.setChecked(control.checked());
@@ -197,7 +202,7 @@ void bind(QComboBox* widget, ListBox& control, ScopeDriver& driver) {
         // An action that came to nothing leaves the control, and so the widget, as it was.
         show_list(*widget, control);
     });
-    keep_shown(widget, control, [&control](QComboBox& shown) { show_list(shown, control); });
+    keep_widget_shown(widget, control, [&control](QComboBox& shown) { show_list(shown, control); });
 }
 
 void bind(QLineEdit* widget, TextBox& control, ScopeDriver& driver) {
@@ -210,7 +215,7 @@ void bind(QLineEdit* widget, TextBox& control, ScopeDriver& driver) {
         QObject::connect(widget, &QLineEdit::returnPressed, widget,
                          [&] { driver.act([&] { control.enter(); }); });
     }
-    keep_shown(widget, control, [&control](QLineEdit& shown) {
+    keep_widget_shown(widget, control, [&control](QLineEdit& shown) {
         const QSignalBlocker quiet(shown);
         if (const QString text = text_of(control.text()); shown.text() != text) {
             shown.setText(text);
@@ -222,7 +227,7 @@ void bind(QLineEdit* widget, TextBox& control, ScopeDriver& driver) {
 
 void bind(QLabel* widget, Label& control) {
     widget->setObjectName(object_name(control));
-    keep_shown(widget, control, [&control, name = widget->accessibleName()](QLabel& shown) {
+    keep_widget_shown(widget, control, [&control, name = widget->accessibleName()](QLabel& shown) {
         const QString text = text_of(control.caption());
         shown.setText(text);
         if (!name.isEmpty()) {
@@ -240,7 +245,7 @@ void bind(QSlider* widget, Slider& control, ScopeDriver& driver, Moves moves) {
         const auto move = [&control, value] { control.set_value(value); };
         moves == Moves::each ? driver.act(move) : driver.act_after_events(control, move);
     });
-    keep_shown(widget, control, [&control](QSlider& shown) {
+    keep_widget_shown(widget, control, [&control](QSlider& shown) {
         const QSignalBlocker quiet(shown);
         shown.setValue(control.value());
         show_common(shown, control);
@@ -257,12 +262,12 @@ void bind(QTabBar* widget, TabStrip& control, ScopeDriver& driver) {
             choose(index);
         }
     });
-    keep_shown(widget, control, [&control](QTabBar& shown) { show_tabs(shown, control); });
+    keep_widget_shown(widget, control, [&control](QTabBar& shown) { show_tabs(shown, control); });
 }
 
 void bind_appearance(QWidget* widget, Control& control, std::function<void(bool)> dim) {
     widget->setObjectName(object_name(control));
-    keep_shown(widget, control, [&control, dim = std::move(dim)](QWidget& shown) {
+    keep_widget_shown(widget, control, [&control, dim = std::move(dim)](QWidget& shown) {
         show_common(shown, control);
         if (dim) {
             dim(control.dimmed());

@@ -24,6 +24,9 @@ namespace kv408::ui {
 /// Name of `control` as a widget's object name.
 [[nodiscard]] QString object_name(const Control& control);
 
+/// Calls `show` now and whenever `control` has changed, as long as `shower` lives.
+void keep_shown(QObject& shower, Control& control, std::function<void()> show);
+
 /// Shows on `widget` what every kind of control has: name, enabled, visible, colours.
 void show_common(QWidget& widget, const Control& control);
 

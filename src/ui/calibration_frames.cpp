@@ -4,7 +4,6 @@
 
 #include <QGridLayout>
 #include <QHBoxLayout>
-#include <QPointer>
 #include <QProgressBar>
 #include <QVBoxLayout>
 
@@ -118,14 +117,10 @@ QProgressBar* make_progress_bar(QWidget* frame, ProgressBar& control) {
     describe(*bar, {u"Progress"_s, u"Words read from the instrument or written to it"_s});
     bar->setTextVisible(false);
     bar->setFixedSize(180, 14);
-    const auto listener = [&control, guard = QPointer(bar)] {
-        if (guard) {
-            guard->setRange(0, control.steps());
-            guard->setValue(control.value());
-        }
-    };
-    control.on_shown(listener);
-    listener();
+    keep_shown(*bar, control, [&control, bar] {
+        bar->setRange(0, control.steps());
+        bar->setValue(control.value());
+    });
     return bar;
 }
 

@@ -5,6 +5,7 @@
 #include <QPointer>
 #include <QVBoxLayout>
 
+#include "ui/bind.h"
 #include "ui/calibration_frames.h"
 #include "ui/lengths.h"
 #include "ui/scrolling_area.h"
@@ -66,21 +67,22 @@ void CalibrationWindow::closeEvent(QCloseEvent* event) {
 }
 
 void follow(CalibrationForm& form, QWidget& parent, const QWidget& plot, ScopeDriver& driver) {
-    form.window.on_shown([&form, &driver, over = QPointer(&parent), plot = QPointer(&plot),
-                          window = QPointer<QWidget>()]() mutable {
-        if (form.window.is_open() && window.isNull() && over && plot) {
-            window = new CalibrationWindow(over, form, driver);
-            put_beside(*window, *over, *plot);
-        }
-        if (window.isNull()) {
-            return;
-        }
-        if (form.window.is_open()) {
-            show_in_front(*window);
-        } else {
-            window->hide();
-        }
-    });
+    keep_shown(
+        parent, form.window,
+        [&form, &driver, &parent, plot = QPointer(&plot), window = QPointer<QWidget>()]() mutable {
+            if (form.window.is_open() && window.isNull() && plot) {
+                window = new CalibrationWindow(&parent, form, driver);
+                put_beside(*window, parent, *plot);
+            }
+            if (window.isNull()) {
+                return;
+            }
+            if (form.window.is_open()) {
+                show_in_front(*window);
+            } else {
+                window->hide();
+            }
+        });
 }
 
 } // namespace kv408::ui

@@ -1,5 +1,7 @@
 #include "ui/loading_note.h"
 
+#include "ui/bind.h"
+
 namespace kv408::ui {
 
 using namespace Qt::StringLiterals;
@@ -13,11 +15,7 @@ LoadingNote::LoadingNote(Label& control, QWidget& window) : QLabel(&window), con
     setAutoFillBackground(true);
     setMargin(gap);
     hide();
-    control.on_shown([this] { show_caption(); });
-}
-
-LoadingNote::~LoadingNote() {
-    control_.on_shown({});
+    keep_shown(*this, control, [this] { show_caption(); });
 }
 
 void LoadingNote::show_caption() {

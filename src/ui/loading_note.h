@@ -11,7 +11,6 @@ class LoadingNote : public QLabel {
 public:
     /// Shows `control`, which outlives it, over `window`, which owns it.
     LoadingNote(Label& control, QWidget& window);
-    ~LoadingNote() override;
 
 private:
     void show_caption();

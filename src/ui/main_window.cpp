@@ -62,7 +62,6 @@ MainWindow::~MainWindow() {
     scope_.picture().on_drawn({});
     scope_.settings_dialog().on_show({});
     scope_.settings_dialog().on_close({});
-    scope_.calibration_form().window.on_shown({});
 }
 
 void MainWindow::listen_to_settings() {

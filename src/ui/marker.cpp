@@ -116,19 +116,14 @@ void Marker::paintEvent(QPaintEvent* /*event*/) {
 
 void bind(Marker* marker, MarkerLabel& control) {
     marker->setObjectName(object_name(control));
-    const auto show = [guard = QPointer<Marker>(marker), &control] {
-        if (!guard) {
-            return;
-        }
-        guard->setText(QString::fromStdString(control.caption()));
-        guard->put(control.left(), control.top());
-        guard->come_to_front(control.times_brought_to_front());
-        show_common(*guard, control);
-        guard->setVisible(control.visible() && guard->placed());
-        guard->make_room();
-    };
-    control.on_shown(show);
-    show();
+    keep_shown(*marker, control, [marker, &control] {
+        marker->setText(QString::fromStdString(control.caption()));
+        marker->put(control.left(), control.top());
+        marker->come_to_front(control.times_brought_to_front());
+        show_common(*marker, control);
+        marker->setVisible(control.visible() && marker->placed());
+        marker->make_room();
+    });
 }
 
 } // namespace kv408::ui

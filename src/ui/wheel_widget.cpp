@@ -5,7 +5,6 @@
 #include <QKeyEvent>
 #include <QLinearGradient>
 #include <QPainter>
-#include <QPointer>
 #include <QWheelEvent>
 
 #include "ui/bind.h"
@@ -48,12 +47,7 @@ WheelWidget::WheelWidget(ThumbWheel& wheel, ScopeDriver& driver, QWidget* parent
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     setCursor(Qt::SizeHorCursor);
     take_drags();
-    wheel_.on_shown([guard = QPointer<WheelWidget>(this)] {
-        if (guard) {
-            guard->show_wheel();
-        }
-    });
-    show_wheel();
+    keep_shown(*this, wheel_, [this] { show_wheel(); });
 }
 
 void WheelWidget::take_drags() {

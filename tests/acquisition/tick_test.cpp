@@ -177,25 +177,28 @@ TEST(Redraw, WhatCouldNotBeDrawnIsDrawnOnTheNextTick) {
 }
 
 struct OwedRow {
-    bool on;            ///< the channel is
-    bool held;          ///< data of the channel had come before the change
-    const char* status; ///< what the status box says
-    bool untriggered;   ///< before the set-up
-    int ticks;          ///< that pass until it is drawn
+    bool on;   ///< the channel is
+    bool held; ///< data of the channel had come before the change
+    Activity activity;
+    bool untriggered; ///< before the set-up
+    int ticks;        ///< that pass until it is drawn
 };
 
 TEST(Redraw, WhatCouldNotBeDrawnWaitsASecondForDataThatMayCome) {
     const OwedRow rows[] = {
-        {true, true, "Running", false, 10},  {true, false, "Running", false, 1},
-        {false, true, "Running", false, 1},  {true, true, "Waiting For TRIGGER", false, 1},
-        {true, true, "Setup...", false, 10}, {true, true, "Setup...", true, 1},
+        {true, true, Activity::running, false, 10},
+        {true, false, Activity::running, false, 1},
+        {false, true, Activity::running, false, 1},
+        {true, true, Activity::waiting_for_trigger, false, 1},
+        {true, true, Activity::set_up, false, 10},
+        {true, true, Activity::set_up, true, 1},
     };
     for (const OwedRow& row : rows) {
         for (const bool first : {true, false}) {
             AcquisitionRig rig;
             rig.start();
             rig.acquisition.scopestate = "Idle"; // does nothing
-            rig.panel.textstatus.set_text(row.status);
+            rig.acquisition.activity = row.activity;
             rig.acquisition.untriggered = row.untriggered;
             rig.enable(row.on && first, row.on && !first);
             rig.acquisition.held = {row.held && first, row.held && !first};
@@ -205,7 +208,8 @@ TEST(Redraw, WhatCouldNotBeDrawnWaitsASecondForDataThatMayCome) {
                 rig.tick();
                 ++ticks;
             }
-            EXPECT_EQ(ticks, row.ticks) << row.status << row.on << row.held << first;
+            EXPECT_EQ(ticks, row.ticks)
+                << static_cast<int>(row.activity) << row.on << row.held << first;
         }
     }
 }
@@ -329,7 +333,7 @@ TEST(RestrictedTick, InsideAPassStartsNoSecondExchange) {
 TEST(StatusBox, IsLeftAloneByTicksThatChangeNothing) {
     StoppedRig rig;
     int told = 0;
-    rig.panel.textstatus.on_shown([&told] { ++told; });
+    const Listening listening = rig.panel.textstatus.on_shown([&told] { ++told; });
     rig.tick();
     EXPECT_EQ(rig.panel.textstatus.text(), "Stopped");
     const int told_at_first = told;

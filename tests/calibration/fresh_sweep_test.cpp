@@ -255,7 +255,7 @@ TEST_F(FreshSweep, IsAWholePassOfPointsToo) {
         };
         acquisition.fresh = {true, true};
         tick();
-        panel.textstatus.set_text("Running");
+        acquisition.activity = Activity::running;
         expect_refused(form.cmdcalgain, out_of_range_ch1, stale);
     }
 }

@@ -66,7 +66,7 @@ TEST_F(RecordWrite, TheLinkIsFlushedAndThePausesAreKept) {
 
 TEST_F(RecordWrite, TheStatusSaysThatItIsWriting) {
     Texts seen;
-    form.calstatus.on_shown([&] { seen.push_back(calstatus()); });
+    const Listening listening = form.calstatus.on_shown([&] { seen.push_back(calstatus()); });
     form.cmdwritecal.click();
     EXPECT_EQ(seen, (Texts{"Writing Cal Data", "Write complete"}));
 }

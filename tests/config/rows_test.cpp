@@ -105,6 +105,26 @@ TEST(Rows, EachKeyIsTakenWithAndWithoutSpacesAndWrittenAgain) {
     }
 }
 
+TEST(Rows, EveryKeptControlOfThePanelHasItsRow) {
+    SettingsRig rig;
+    const std::vector<SettingRow> rows = setting_rows({.panel = rig.panel,
+                                                       .channels = rig.channels,
+                                                       .trigger = rig.trigger_state,
+                                                       .cursors = rig.cursors,
+                                                       .colours = rig.colours,
+                                                       .display = rig.display,
+                                                       .adjust = rig.adjust});
+    for (std::size_t index = 0; index < rows.size(); ++index) {
+        EXPECT_EQ(rows[index].line, static_cast<int>(index) + 1) << rows[index].key;
+    }
+    for (const Control* const control : rig.panel.all) {
+        if (const int line = control->about().line; line > 0) {
+            ASSERT_LE(line, static_cast<int>(rows.size())) << control->key();
+            EXPECT_EQ(rows[static_cast<std::size_t>(line) - 1].key, control->key());
+        }
+    }
+}
+
 TEST(Rows, KeysAreComparedExactly) {
     for (const KeyRow& row : key_rows) {
         for (const std::string& key : {std::string("x") + row.key, std::string(row.key) + "x",

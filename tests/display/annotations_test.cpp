@@ -121,7 +121,7 @@ TEST_F(AnnotationTest, ThereAreNoneWhileMeasuringIsOff) {
 
 TEST_F(AnnotationTest, ThereAreNoneWhileTheInstrumentWaits) {
     annotate(0, level);
-    panel.textstatus.set_text("Waiting For TRIGGER");
+    acquisition.activity = Activity::waiting_for_trigger;
     EXPECT_EQ(marked(), "");
 }
 

@@ -34,7 +34,7 @@ TEST_F(ColourUpdateTest, GoesOverThePictureInItsOrder) {
 
 TEST_F(ColourUpdateTest, RemapsBeforeItRecoloursAndRecoloursBeforeTheRamps) {
     Texts order;
-    panel.picture1.on_shown([&] { order = screen.calls; });
+    const Listening listening = panel.picture1.on_shown([&] { order = screen.calls; });
     update.colorupdate();
     EXPECT_EQ(order, (Texts{"refresh 1 0", "refresh 2 0"}));
 }

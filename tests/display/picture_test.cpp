@@ -90,7 +90,7 @@ TEST_F(PictureTest, waits_with_ch2_but_not_with_ch1_for_a_whole_sweep) {
 }
 
 TEST_F(PictureTest, has_no_trace_while_the_instrument_waits_for_its_trigger) {
-    panel.textstatus.set_text("Waiting For TRIGGER");
+    acquisition.activity = Activity::waiting_for_trigger;
     picture.draw(draw_flags::all);
     EXPECT_EQ(count(yellow) + count(blue), 0);
     EXPECT_EQ(count(grid), 3991);
@@ -105,7 +105,7 @@ TEST_F(PictureTest, has_no_trace_while_the_instrument_waits_for_its_trigger) {
     EXPECT_LT(count(grid), 3991);
     EXPECT_NE(panel.trlevelmv.caption(), "old");
     cursors.cursormode = 0;
-    panel.textstatus.set_text("waiting for trigger");
+    acquisition.activity = Activity::running;
     picture.draw(draw_flags::all);
     EXPECT_EQ(count(yellow), 638);
 }

@@ -40,7 +40,7 @@ bool PlainPicture::shows(int channel, unsigned flags) const {
     return (flags & (channel == ch1 ? 1U : 2U)) != 0 &&
            (channel == ch1 || scene_->acquisition.ready[1]) &&
            scene_->panel.channel[static_cast<std::size_t>(channel)].enable.checked() &&
-           scene_->panel.textstatus.text() != "Waiting For TRIGGER";
+           scene_->acquisition.activity != Activity::waiting_for_trigger;
 }
 
 std::vector<std::pair<const PlainPicture::Points*, Pixel>> PlainPicture::layers(int channel) const {

@@ -34,8 +34,8 @@ std::set<std::string> texts_of_the_program() {
             }
         }
     }
-    for (const char* const header : {"acquisition/status.h", "calibration/calibration_form.h",
-                                     "display/colour_items.h", "state/shared_texts.h"}) {
+    for (const char* const header :
+         {"acquisition/status.h", "calibration/calibration_form.h", "display/colour_items.h"}) {
         add(root / "src" / header);
     }
     return texts;

@@ -19,7 +19,7 @@ TEST(Control, StartsEnabledVisibleAndInTheDesktopsColours) {
 TEST(Control, TellsTheListenerAfterEveryVisibleChange) {
     Label label("x");
     Texts seen;
-    label.on_shown([&] {
+    const Listening listening = label.on_shown([&] {
         seen.push_back(label.caption() + (label.enabled() ? " on" : " off") +
                        (label.visible() ? " seen" : " hidden"));
     });
@@ -46,6 +46,34 @@ TEST(MarkerLabel, MovesAndComesToTheFront) {
     marker.bring_to_front();
     EXPECT_EQ(marker.times_brought_to_front(), 1);
     EXPECT_EQ(told, 2);
+}
+
+TEST(Control, TellsEachListenerAsLongAsItListens) {
+    Label label("x");
+    Texts seen;
+    const Listening first = label.on_shown([&] { seen.push_back("1 " + label.caption()); });
+    Listening second = label.on_shown([&] { seen.push_back("2 " + label.caption()); });
+    label.set_caption("a");
+    second.reset();
+    label.set_caption("b");
+    const Listening third = label.on_shown([&] { seen.push_back("3 " + label.caption()); });
+    label.set_caption("c");
+    EXPECT_EQ(seen, (Texts{"1 a", "2 a", "1 b", "1 c", "3 c"}));
+}
+
+TEST(Control, StandsInTheListOfItsPanelAsWhatItIs) {
+    ControlList all;
+    ListBox list(all, {"cmbMeas(0)", 34, "cmbmeas(0)"});
+    Label label(all, "trlevelmv", "mV");
+    CheckBox box(all, {"eyeon", 28});
+    ASSERT_EQ(all, (ControlList{&list, &label, &box}));
+    EXPECT_EQ(std::get<ListBox*>(all[0]->kind()), &list);
+    EXPECT_EQ(std::get<Label*>(all[1]->kind()), &label);
+    EXPECT_EQ(list.key(), "cmbmeas(0)");
+    EXPECT_EQ(box.key(), "eyeon");
+    EXPECT_EQ(label.about().unit, "mV");
+    EXPECT_EQ(label.about().outside, Outside::read);
+    EXPECT_EQ(box.about().outside, Outside::set);
 }
 
 TEST(Button, RunsItsHandlerOnEachClick) {
@@ -80,7 +108,7 @@ TEST(CheckBox, PuttingItRunsNoHandlerButIsShown) {
     CheckBox box("chkMeasAnno(0)");
     int shown = 0;
     box.on_click([] { FAIL(); });
-    box.on_shown([&shown] { ++shown; });
+    const Listening listening = box.on_shown([&shown] { ++shown; });
     box.put_checked(true);
     EXPECT_TRUE(box.checked());
     EXPECT_EQ(shown, 1);
@@ -158,7 +186,7 @@ TEST(TextBox, RunsTheHandlerOfEachEvent) {
 TEST(TextBox, TheListenerIsToldBeforeTheHandler) {
     TextBox box("x");
     Texts seen;
-    box.on_shown([&] { seen.emplace_back("shown"); });
+    const Listening listening = box.on_shown([&] { seen.emplace_back("shown"); });
     box.on_change([&] { seen.emplace_back("handled"); });
     box.set_text("a");
     EXPECT_EQ(seen, (Texts{"shown", "handled"}));
@@ -201,7 +229,7 @@ TEST(CheckBox, OnlyTheUsersPressingRunsItsMouseDownHandler) {
 TEST(TextBoxControl, CanBeMarkedAsOneThatCannotBeTaken) {
     TextBox box("box");
     int shown = 0;
-    box.on_shown([&] { ++shown; });
+    const Listening listening = box.on_shown([&] { ++shown; });
     EXPECT_FALSE(box.faulty());
     box.set_faulty(true);
     EXPECT_TRUE(box.faulty());

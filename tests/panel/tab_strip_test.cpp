@@ -15,12 +15,13 @@ struct Strip {
             strip.select(selected);
         }
         strip.on_click([this] { ++clicks; });
-        strip.on_shown([this] { ++shown; });
+        listening = strip.on_shown([this] { ++shown; });
     }
 
     TabStrip strip{"TabStrip2"};
     int clicks = 0;
     int shown = 0;
+    Listening listening;
 };
 
 TEST(TabStrip, IsEmptyAtFirst) {

@@ -70,7 +70,8 @@ TEST(TimeBase, TheLabelShowsTheShortTextAndThenTheFullOne) {
     for (const TimeBaseRow& row : time_base_rows) {
         PanelRig rig;
         Texts seen;
-        rig.panel.tdivtext.on_shown([&] { seen.push_back(rig.panel.tdivtext.caption()); });
+        const Listening listening =
+            rig.panel.tdivtext.on_shown([&] { seen.push_back(rig.panel.tdivtext.caption()); });
         rig.panel.seltimediv.set_index(row.index);
         EXPECT_EQ(seen, (Texts{row.short_label, row.text}));
     }

@@ -42,25 +42,15 @@ private:
         act([&] { list.set_index(random(0, static_cast<int>(list.entries().size()) - 1)); });
     }
 
-    void any_state(CheckBox& box) {
-        act([&] { box.set_checked(random(0, 1) == 1); });
-    }
-
     void set_lists_and_boxes() {
-        for (ListBox* list :
-             {&panel_.combocursorselect, &panel_.trigeredge, &panel_.trigsource, &panel_.seltimediv,
-              &panel_.channel[0].vdiv, &panel_.channel[1].vdiv, &panel_.measurement[0].selector,
-              &panel_.measurement[1].selector, &panel_.measurement[2].selector}) {
-            any_entry(*list);
-        }
-        for (CheckBox* box : {&panel_.eyeon, &panel_.gridenable, &panel_.persist, &panel_.average,
-                              &panel_.check1}) {
-            any_state(*box);
-        }
-        for (ChannelControls& channel : panel_.channel) {
-            for (CheckBox* box :
-                 {&channel.inviatr, &channel.invert, &channel.enable, &channel.slenps}) {
-                any_state(*box);
+        for (Control* const control : panel_.all) {
+            if (control->about().line == 0) {
+                continue;
+            }
+            if (auto* const list = dynamic_cast<ListBox*>(control)) {
+                any_entry(*list);
+            } else if (auto* const box = dynamic_cast<CheckBox*>(control)) {
+                act([&] { box->set_checked(random(0, 1) == 1); });
             }
         }
     }

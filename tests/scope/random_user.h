@@ -6,6 +6,7 @@
 #include <random>
 #include <string>
 #include <utility>
+#include <variant>
 
 #include "display/plot_mouse.h"
 #include "scope/parts.h"
@@ -44,156 +45,91 @@ public:
             void (RandomUser::*run)();
         };
         static constexpr std::array actions = {
-            Action{"volts per division", &RandomUser::choose_volts},
-            Action{"a channel's boxes", &RandomUser::press_channel_box},
-            Action{"a channel's boxes", &RandomUser::press_channel_box},
-            Action{"a channel's boxes", &RandomUser::press_channel_box},
-            Action{"trigger lists", &RandomUser::choose_trigger},
-            Action{"trigger lists", &RandomUser::choose_trigger},
-            Action{"hysteresis", &RandomUser::slide_hysteresis},
-            Action{"set to zero", &RandomUser::zero_level},
-            Action{"time-out", &RandomUser::type_time_out},
-            Action{"time base", &RandomUser::choose_time_base},
-            Action{"delay", &RandomUser::type_delay},
-            Action{"cursors", &RandomUser::choose_cursors},
-            Action{"cursors", &RandomUser::choose_cursors},
-            Action{"display boxes", &RandomUser::press_display_box},
-            Action{"display boxes", &RandomUser::press_display_box},
-            Action{"display boxes", &RandomUser::press_display_box},
-            Action{"measurements", &RandomUser::choose_measurements},
-            Action{"measurements", &RandomUser::choose_measurements},
-            Action{"measurements", &RandomUser::choose_measurements},
+            Action{"a control", &RandomUser::operate_control},
+            Action{"a control", &RandomUser::operate_control},
+            Action{"a control", &RandomUser::operate_control},
+            Action{"a control", &RandomUser::operate_control},
+            Action{"a control", &RandomUser::operate_control},
+            Action{"a control", &RandomUser::operate_control},
+            Action{"a control", &RandomUser::operate_control},
+            Action{"a control", &RandomUser::operate_control},
             Action{"wheel", &RandomUser::drag_wheel},
-            Action{"wheel", &RandomUser::drag_wheel},
-            Action{"marker", &RandomUser::drag_marker},
             Action{"marker", &RandomUser::drag_marker},
             Action{"cursor line", &RandomUser::drag_cursor},
             Action{"stop and start", &RandomUser::stop_and_start},
         };
         const auto chosen =
             static_cast<std::size_t>(random(0, static_cast<int>(std::size(actions)) - 1));
+        done_ = actions.at(chosen).name;
         (this->*actions.at(chosen).run)();
-        return actions.at(chosen).name;
+        return done_.c_str();
     }
 
 private:
     void act(const std::function<void()>& action) { scope_.act(action); }
 
-    ChannelControls& any_channel() {
-        return panel_.channel.at(static_cast<std::size_t>(random(0, 1)));
-    }
-
-    MeasurementControls& any_slot() {
-        return panel_.measurement.at(static_cast<std::size_t>(random(0, 2)));
-    }
-
     void any_entry(ListBox& list) {
-        const int index = random(0, static_cast<int>(list.entries().size()) - 1);
-        act([&] { list.set_index(index); });
+        const int last = static_cast<int>(list.entries().size()) - 1;
+        // Point-by-point passes take long: most of the time it is a block.
+        constexpr int slowest_in_blocks = 8;
+        const int first = &list == &panel_.seltimediv && !chance(10) ? slowest_in_blocks : 0;
+        act([&] { list.set_index(random(first, last)); });
     }
 
-    void any_state(CheckBox& box, int percent) {
-        const bool checked = chance(percent);
-        act([&] { box.press(checked); });
+    void any_state(CheckBox& box) {
+        const bool seldom_off = &box == &panel_.check1 || &box == &panel_.channel[0].enable ||
+                                &box == &panel_.channel[1].enable;
+        act([&] { box.press(chance(seldom_off ? 80 : 50)); });
     }
 
-    void choose_volts() { any_entry(any_channel().vdiv); }
-
-    void press_channel_box() {
-        ChannelControls& controls = any_channel();
-        switch (random(0, 3)) {
-        case 0:
-            any_state(controls.inviatr, 50);
-            break;
-        case 1:
-            any_state(controls.invert, 50);
-            break;
-        case 2:
-            any_state(controls.enable, 80);
-            break;
-        default:
-            any_state(controls.slenps, 70);
-            break;
-        }
-    }
-
-    void choose_trigger() { any_entry(chance(50) ? panel_.trigsource : panel_.trigeredge); }
-
-    void slide_hysteresis() {
-        const int value = random(0, 255);
-        act([&] { panel_.shyst.set_value(value); });
-    }
-
-    void zero_level() {
-        act([this] { panel_.trzero.click(); });
-    }
-
-    void type_time_out() {
-        constexpr std::array texts{"1000", "5", "70000", "20000", "300", "x", "-4", "2ms"};
-        const char* const text = texts.at(static_cast<std::size_t>(random(0, 7)));
-        act([&] { panel_.trtout.set_text(text); });
-        act([&] { chance(50) ? panel_.trtout.enter() : panel_.trtout.leave(); });
-    }
-
-    void choose_time_base() {
-        constexpr int slowest_block_mode = 8;
-        const int first = chance(10) ? 0 : slowest_block_mode;
-        const int index = random(first, 20);
-        act([&] { panel_.seltimediv.set_index(index); });
-    }
-
-    void type_delay() {
-        TextBox& box = any_channel().psofset;
-        if (!box.enabled()) {
-            return;
-        }
-        const std::string text =
-            chance(20) ? (chance(50) ? "7ns" : "-3") : std::to_string(random(0, 65535));
+    void any_text(TextBox& box) {
+        constexpr std::array texts{"1000", "5", "70000", "20000", "300", "x", "-4", "2ms", "7ns"};
+        const std::string text = chance(50) ? std::to_string(random(0, 65535))
+                                            : texts.at(static_cast<std::size_t>(random(0, 8)));
         act([&] {
             box.focus();
             box.set_text(text);
-            box.enter();
         });
-    }
-
-    void choose_cursors() {
         if (chance(50)) {
-            any_entry(panel_.combocursorselect);
-            return;
+            act([&] { box.enter(); });
         }
-        const int tab = random(1, 3);
-        act([&] { panel_.tabstrip3.select(tab); });
+        act([&] { box.leave(); });
     }
 
-    void press_display_box() {
-        switch (random(0, 3)) {
-        case 0:
-            any_state(panel_.average, 30);
-            break;
-        case 1:
-            any_state(panel_.persist, 50);
-            break;
-        case 2:
-            any_state(panel_.eyeon, 50);
-            break;
-        default:
-            any_state(panel_.gridenable, 50);
-            break;
-        }
+    /// What there is to do to a control of each kind.
+    void operate(std::monostate /*kind*/) {}
+    void operate(Label* /*label*/) {}
+    void operate(ThumbWheel* /*wheel*/) { drag_wheel(); }
+    void operate(Button* button) {
+        act([&] { button->click(); });
+    }
+    void operate(OptionButton* option) {
+        act([&] { option->choose(); });
+    }
+    void operate(CheckBox* box) { any_state(*box); }
+    void operate(ListBox* list) { any_entry(*list); }
+    void operate(TextBox* box) { any_text(*box); }
+    void operate(Slider* slider) {
+        act([&] { slider->set_value(random(slider->minimum(), slider->maximum())); });
+    }
+    void operate(TabStrip* tabs) {
+        act([&] { tabs->select(random(1, static_cast<int>(tabs->tabs().size()))); });
     }
 
-    void choose_measurements() {
-        switch (random(0, 2)) {
-        case 0:
-            any_state(panel_.check1, 80);
-            break;
-        case 1:
-            any_entry(any_slot().selector);
-            break;
-        default:
-            any_state(any_slot().annotate, 70);
-            break;
-        }
+    /// Does something to a control of the panel that can be operated.
+    void operate_control() {
+        const ControlList& all = panel_.all;
+        const auto usable = [this](const Control& control) {
+            // A stop without a start would leave nothing going on.
+            return control.about().outside == Outside::set && control.enabled() &&
+                   control.visible() && &control != &panel_.cmdstop;
+        };
+        Control* control = nullptr;
+        do {
+            control = all.at(static_cast<std::size_t>(random(0, static_cast<int>(all.size()) - 1)));
+        } while (!usable(*control));
+        done_ = control->name();
+        std::visit([this](auto kind) { operate(kind); }, control->kind());
     }
 
     /// A drag of the wheel on any tab, with ticks in the middle of it.
@@ -259,6 +195,7 @@ private:
     FrontPanel& panel_ = scope_.panel();
     std::mt19937& random_;
     std::function<void()> tick_;
+    std::string done_; ///< what is being done
 };
 
 } // namespace kv408

@@ -45,7 +45,9 @@ inline void compare_channels(const Parts& parts, const simulator::Settings& sent
                             controls.vdiv.index() <= finest_of_low_gain ? low_range : high_range);
         differences.compare(
             name + " delay", sent.offset_ps.at(index),
-            std::clamp(round_to_int32(leading_number(controls.psofset.text())), 0, 65535));
+            controls.psofset.faulty()
+                ? state.delay
+                : std::clamp(round_to_int32(leading_number(controls.psofset.text())), 0, 65535));
         differences.compare(name + " marker", controls.text.top() + plot::marker_middle - plot::top,
                             static_cast<int>(state.pos));
         differences.compare(name + " offset code", state.offsetdac, offset_code(state));

@@ -13,18 +13,25 @@ inline constexpr const char* settings_path = "/settings/kv408/ConfigsLM4RX.TXT";
 
 /// Everything that the panel shows of the settings, and what its parts work with.
 inline std::vector<std::string> settings_shown(const Parts& parts) {
-    const FrontPanel& panel = parts.panel;
     std::vector<std::string> shown;
     const auto add = [&shown](std::int64_t number) { shown.push_back(std::to_string(number)); };
-    for (std::size_t index = 0; index < 2; ++index) {
-        const ChannelControls& channel = panel.channel[index];
-        const ChannelState& state = parts.channels[index];
-        for (const CheckBox* box :
-             {&channel.inviatr, &channel.invert, &channel.enable, &channel.slenps}) {
-            add(box->checked() ? 1 : 0);
+    for (Control* const control : parts.panel.all) {
+        if (const auto* const list = dynamic_cast<const ListBox*>(control)) {
+            shown.push_back(list->text());
+        } else if (const auto* const box = dynamic_cast<const CheckBox*>(control)) {
+            // The other two are no settings.
+            if (box != &parts.panel.adcspeed && box != &parts.panel.cmdcaloofset) {
+                add(box->checked() ? 1 : 0);
+            }
+        } else if (const auto* const tabs = dynamic_cast<const TabStrip*>(control)) {
+            shown.push_back(tabs->selected_key());
         }
-        shown.insert(shown.end(), {channel.vdiv.text(), channel.vdivtext.caption(),
-                                   channel.psofset.text(), channel.hor_delay.caption()});
+    }
+    for (std::size_t index = 0; index < 2; ++index) {
+        const ChannelControls& channel = parts.panel.channel[index];
+        const ChannelState& state = parts.channels[index];
+        shown.insert(shown.end(), {channel.vdivtext.caption(), channel.psofset.text(),
+                                   channel.hor_delay.caption()});
         for (const std::int64_t number :
              {std::int64_t{state.gain}, std::int64_t{state.marker_wheel}, std::int64_t{state.pos},
               std::int64_t{state.offsetdac}, std::int64_t{channel.text.top()},
@@ -35,25 +42,14 @@ inline std::vector<std::string> settings_shown(const Parts& parts) {
             add(number);
         }
     }
-    for (const MeasurementControls& slot : panel.measurement) {
-        shown.push_back(slot.selector.text());
-        add(slot.annotate.checked() ? 1 : 0);
-    }
-    for (const CheckBox* box :
-         {&panel.eyeon, &panel.gridenable, &panel.persist, &panel.average, &panel.check1}) {
-        add(box->checked() ? 1 : 0);
-    }
     for (const Colour colour :
          {parts.colours.ch1, parts.colours.ch2, parts.colours.background, parts.colours.normal_text,
           parts.colours.text_background, parts.colours.grid, parts.colours.annotations}) {
         add(colour.value);
     }
-    shown.insert(shown.end(), {panel.combocursorselect.text(), panel.trigeredge.text(),
-                               panel.trigsource.text(), panel.seltimediv.text(),
-                               panel.tabstrip3.selected_key(), panel.tabstrip2.selected_key(),
-                               panel.trlevelmv.caption(), parts.settings.snapshotpath});
+    shown.insert(shown.end(), {parts.panel.trlevelmv.caption(), parts.settings.snapshotpath});
     add(parts.trigger_state.trigpos);
-    add(panel.shyst.value());
+    add(parts.panel.shyst.value());
     add(parts.settings.persisttime);
     add(parts.settings.snapshotdialog);
     add(parts.settings.snapshotinvert);

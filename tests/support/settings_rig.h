@@ -26,6 +26,10 @@ struct SettingsRig : StartedPanelRig {
             slot.selector.set_entries(measurement_entries());
             slot.selector.set_index(0);
         }
+        for (int index = 0; index < 3; ++index) {
+            panel.measurement[static_cast<std::size_t>(index)].annotate.on_mouse_down(
+                [this, index] { press_annotation(index); });
+        }
         forget();
     }
 
@@ -70,8 +74,7 @@ struct SettingsRig : StartedPanelRig {
          .cursors = cursors,
          .colours = colours,
          .display = display,
-         .adjust = adjust,
-         .chkMeasAnno_MouseDown = [this](int index) { press_annotation(index); }},
+         .adjust = adjust},
         {.files = files,
          .choosers = choosers,
          .boxes = boxes,

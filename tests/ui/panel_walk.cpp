@@ -131,17 +131,21 @@ QWidget* PanelWalk::any_window() {
 }
 
 QWidget* PanelWalk::any_widget(QWidget& window) {
+    // Besides the controls the markers that can be dragged.
+    QStringList operable = {u"ch1text"_s, u"ch2text"_s, u"trigertext"_s};
+    Scope& scope = program_.scope();
+    for (const ControlList* const list :
+         {&scope.panel().all, &scope.settings_dialog().controls().all,
+          &scope.calibration_form().all}) {
+        for (const Control* const control : *list) {
+            if (control->about().outside != Outside::read) {
+                operable.append(QString::fromStdString(control->name()));
+            }
+        }
+    }
     QList<QWidget*> usable;
     for (QWidget* const widget : window.findChildren<QWidget*>()) {
-        const auto* const box = qobject_cast<QLineEdit*>(widget);
-        const bool kind =
-            qobject_cast<QAbstractButton*>(widget) != nullptr ||
-            qobject_cast<QComboBox*>(widget) != nullptr ||
-            qobject_cast<QSlider*>(widget) != nullptr ||
-            qobject_cast<QTabBar*>(widget) != nullptr || (box != nullptr && !box->isReadOnly()) ||
-            dynamic_cast<WheelWidget*>(widget) != nullptr || widget->objectName() == u"ch1text"_s ||
-            widget->objectName() == u"ch2text"_s || widget->objectName() == u"trigertext"_s;
-        if (kind && widget->isVisible() && widget->isEnabled() && !widget->objectName().isEmpty()) {
+        if (operable.contains(widget->objectName()) && widget->isVisible() && widget->isEnabled()) {
             usable.append(widget);
         }
     }

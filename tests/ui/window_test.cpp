@@ -21,33 +21,6 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-/// Every widget of the panel by its control's name.
-const QStringList widget_names = {
-    u"cmbDevice"_s,      u"textstatus"_s,    u"cmdstartsweep"_s,  u"cmdstop"_s,
-    u"Command1"_s,       u"gridenable"_s,    u"eyeon"_s,          u"persist"_s,
-    u"average"_s,        u"adcspeed"_s,      u"Check1"_s,         u"cmbMeas(0)"_s,
-    u"cmbMeas(1)"_s,     u"cmbMeas(2)"_s,    u"chkMeasAnno(0)"_s, u"chkMeasAnno(1)"_s,
-    u"chkMeasAnno(2)"_s, u"lblMeas(0)"_s,    u"lblMeas(1)"_s,     u"lblMeas(2)"_s,
-    u"txtMeasCH1(0)"_s,  u"txtMeasCH1(1)"_s, u"txtMeasCH1(2)"_s,  u"txtMeasCH2(0)"_s,
-    u"txtMeasCH2(1)"_s,  u"txtMeasCH2(2)"_s, u"lblAnnoMark(0)"_s, u"lblAnnoMark(1)"_s,
-    u"lblAnnoMark(2)"_s, u"picMeasure"_s,    u"trigsource"_s,     u"trigeredge"_s,
-    u"shyst"_s,          u"trzero"_s,        u"trlevelmv"_s,      u"trtout"_s,
-    u"seltimediv"_s,     u"delaytrttdis"_s,  u"psofsetch1"_s,     u"psofsetch2"_s,
-    u"slenps1"_s,        u"slenps2"_s,       u"lblHorDelay1"_s,   u"lblHorDelay2"_s,
-    u"ch1vdiv"_s,        u"ch2vdiv"_s,       u"ch1enable"_s,      u"ch2enable"_s,
-    u"inviatr1"_s,       u"inviatr2"_s,      u"invert1"_s,        u"invert2"_s,
-    u"ofsetch1"_s,       u"ofsetch2"_s,      u"ch1vdivtext"_s,    u"ch2vdivtext"_s,
-    u"ch1text"_s,        u"ch2text"_s,       u"ch1label"_s,       u"ch2label"_s,
-    u"ch1labelframe"_s,  u"ch2labelframe"_s, u"TabStrip3"_s,      u"combocursorselect"_s,
-    u"TabStrip2"_s,      u"Slider1"_s,       u"Picture1"_s,       u"tdivtext"_s,
-    u"avglabel"_s,       u"lblDate"_s,       u"trigertext"_s,     u"ltp2"_s,
-    u"centerfr"_s,       u"lblC1"_s,         u"lblC2"_s};
-
-/// Every menu entry by its control's name.
-const QStringList action_names = {u"loadconfig"_s,  u"saveconfig"_s,     u"ExportData"_s,
-                                  u"MenuExit"_s,    u"mnucalibration"_s, u"cmdcaloofset"_s,
-                                  u"mnusettings"_s, u"MenuHelp"_s,       u"MenuAbout"_s};
-
 /// What cannot be used: it has no function yet, or, as the list of one instrument, nothing to
 /// choose.
 const QStringList idle = {u"cmbDevice"_s};
@@ -86,16 +59,15 @@ void WindowTest::has_the_given_title_and_menus() {
 
 void WindowTest::every_control_has_a_described_widget() {
     ProgramOnBench on;
-    for (const QString& name : widget_names) {
-        const auto found = on.window().findChildren<QWidget*>(name);
-        QVERIFY2(found.size() == 1, qPrintable(name));
-        QVERIFY2(!found.front()->accessibleName().isEmpty(), qPrintable(name));
-        QVERIFY2(!found.front()->toolTip().isEmpty(), qPrintable(name));
-    }
-    for (const QString& name : action_names) {
-        const auto found = on.window().findChildren<QAction*>(name);
-        QVERIFY2(found.size() == 1, qPrintable(name));
-        QVERIFY2(!found.front()->toolTip().isEmpty(), qPrintable(name));
+    for (const Control* const control : on.panel().all) {
+        const QString name = QString::fromStdString(control->name());
+        const auto widgets = on.window().findChildren<QWidget*>(name);
+        const auto actions = on.window().findChildren<QAction*>(name);
+        QVERIFY2(widgets.size() + actions.size() == 1, qPrintable(name));
+        QVERIFY2(actions.isEmpty() ? !widgets.front()->accessibleName().isEmpty() &&
+                                         !widgets.front()->toolTip().isEmpty()
+                                   : !actions.front()->toolTip().isEmpty(),
+                 qPrintable(name));
     }
     QVERIFY(on.window().findChild<QTimer*>(u"Timer1"_s) != nullptr);
 }
@@ -136,17 +108,14 @@ void WindowTest::no_two_mnemonics_are_alike() {
 void WindowTest::only_what_works_is_enabled() {
     ProgramOnBench on;
     QVERIFY(on.run_until_sweeping());
-    for (const QString& name : widget_names) {
-        auto* const widget = on.window().findChild<QWidget*>(name);
-        if (qobject_cast<QLabel*>(widget) == nullptr && name != u"Picture1"_s &&
-            name != u"picMeasure"_s) {
-            QVERIFY2(widget->isEnabled() != idle.contains(name), qPrintable(name));
+    for (const Control* const control : on.panel().all) {
+        const QString name = QString::fromStdString(control->name());
+        if (const auto* const action = on.window().findChild<QAction*>(name)) {
+            QVERIFY2(action->isEnabled(), qPrintable(name));
+        } else if (control->about().outside != Outside::read) {
+            QVERIFY2(on.widget(control->name().c_str())->isEnabled() != idle.contains(name),
+                     qPrintable(name));
         }
-    }
-    const QStringList live_actions = action_names;
-    for (const QString& name : action_names) {
-        QVERIFY2(on.window().findChild<QAction*>(name)->isEnabled() == live_actions.contains(name),
-                 qPrintable(name));
     }
     for (const char* const shown : {"ch1text", "ch2text", "trigertext", "ltp2"}) {
         QVERIFY2(on.widget(shown)->isVisible(), shown);
@@ -243,11 +212,12 @@ void WindowTest::disabling_a_channel_hides_its_marker() {
 void WindowTest::status_is_readable_on_every_colour() {
     ProgramOnBench on;
     auto* const box = on.widget<QLineEdit>("textstatus");
+    AcquisitionState acquisition;
     for (const Look look : {Look::dark, Look::light}) {
         apply_look(look);
         for (const Status& shown : {status::idle, status::stopped, status::setup, status::running,
                                     status::getting_data, status::waiting_for_trigger}) {
-            show_status(on.panel().textstatus, shown);
+            show_status(on.panel(), acquisition, shown);
             QCOMPARE(box->text(), QString::fromLatin1(shown.text));
             const QColor back = box->palette().color(QPalette::Base);
             QCOMPARE(back, qcolor(shown.background));
