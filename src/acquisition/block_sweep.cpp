@@ -14,9 +14,9 @@ constexpr std::uint32_t block_bytes = 2 * npoints;
 } // namespace
 
 void BlockSweep::sdisplaych(int channel) {
-    const std::uint32_t count = link_.waiting();
-    if (count >= 2 && link_.power().is_back()) {
-        acquisition_.scopestate = state_word::set_up;
+    const std::uint32_t count = around_.link.waiting();
+    if (count >= 2 && around_.link.power().is_back()) {
+        around_.acquisition.scopestate = state_word::set_up;
     } else if (count >= block_bytes) {
         take_block(channel);
     } else if (count == lastrxcount_ && count >= 2) {
@@ -25,10 +25,10 @@ void BlockSweep::sdisplaych(int channel) {
         lastrxcount_ = count;
         if (count < 2) {
             if (count == 1) {
-                acquisition_.fresh = {};
-                link_.read(std::span(rxbuffer_).first(count));
-            } else if (link_.power().note_empty_queue()) {
-                acquisition_.fresh = {};
+                around_.acquisition.fresh = {};
+                around_.link.read(std::span(rxbuffer_).first(count));
+            } else if (around_.link.power().note_empty_queue()) {
+                around_.acquisition.fresh = {};
             }
             rearm(channel);
         }
@@ -36,23 +36,23 @@ void BlockSweep::sdisplaych(int channel) {
 }
 
 void BlockSweep::take_block(int channel) {
-    show_status(panel_, acquisition_, status::running);
-    if (!link_.read(std::span(rxbuffer_).first(block_bytes))) {
-        acquisition_.fresh = {};
+    show_status(around_.panel, around_.acquisition, status::running);
+    if (!around_.link.read(std::span(rxbuffer_).first(block_bytes))) {
+        around_.acquisition.fresh = {};
         rearm(channel);
         return;
     }
     const auto index = static_cast<std::size_t>(channel - 1);
     Sweeps::Parts parts;
     parts.at(index) = convert_block(index);
-    if (panel_.channel.at(1 - index).enable.checked()) {
-        acquisition_.scopestate = state_word::block[1 - index];
+    if (around_.panel.channel.at(1 - index).enable.checked()) {
+        around_.acquisition.scopestate = state_word::block[1 - index];
     }
-    acquisition_.ready.at(index) = true;
-    acquisition_.fresh.at(index) = true;
-    acquisition_.data.take_sweep(clock_.now());
+    around_.acquisition.ready.at(index) = true;
+    around_.acquisition.fresh.at(index) = true;
+    around_.acquisition.data.take_sweep(around_.clock.now());
     ask_for_next(channel);
-    sweeps_.finish(SweepMode::block, clock_.time_of_day(), parts, set_up_.on());
+    sweeps_.finish(SweepMode::block, around_.clock.time_of_day(), parts, set_up_.on());
 }
 
 std::shared_ptr<const ChannelSweep> BlockSweep::convert_block(std::size_t channel) {
@@ -68,11 +68,11 @@ std::shared_ptr<const ChannelSweep> BlockSweep::convert_block(std::size_t channe
     for (int point = 1; point <= npoints; ++point) {
         lastword_ = sweep->codes.at(pair);
         store_sample(samples_.at(channel), static_cast<std::size_t>(point), points.at(pair));
-        screen_.refresh(static_cast<int>(channel), point);
-        stretchpos += set_up_.time_base.hstretch;
+        around_.screen.refresh(static_cast<int>(channel), point);
+        stretchpos += around_.time_base.hstretch;
         ++pair;
         if (stretchpos - 1.0 > point) {
-            stretchpos -= set_up_.time_base.hstretch;
+            stretchpos -= around_.time_base.hstretch;
             --pair;
         }
     }
@@ -82,36 +82,37 @@ std::shared_ptr<const ChannelSweep> BlockSweep::convert_block(std::size_t channe
 }
 
 void BlockSweep::take_short_reply(int channel, std::uint32_t count) {
-    acquisition_.fresh = {};
-    if (!link_.read(std::span(rxbuffer_).first(count))) {
+    around_.acquisition.fresh = {};
+    if (!around_.link.read(std::span(rxbuffer_).first(count))) {
         rearm(channel);
         return;
     }
     lastword_ = sample_word(rxbuffer_[count - 2], rxbuffer_[count - 1], block_high_byte_limit);
     if (lastword_ == block_waiting_word) {
-        show_status(panel_, acquisition_, status::waiting_for_trigger);
-        acquisition_.data.take_answer(clock_.now());
+        show_status(around_.panel, around_.acquisition, status::waiting_for_trigger);
+        around_.acquisition.data.take_answer(around_.clock.now());
         rearm(channel);
     }
 }
 
 void BlockSweep::rearm(int channel) {
     ask_for_next(channel);
-    measuring_.makemeasurement();
+    around_.measuring.makemeasurement();
 }
 
 void BlockSweep::ask_for_next(int channel) {
-    clock_.sleep(std::chrono::milliseconds(1));
-    link_.flush();
+    around_.clock.sleep(std::chrono::milliseconds(1));
+    around_.link.flush();
     int next = channel;
-    if (panel_.channel[1].enable.checked() && acquisition_.scopestate == state_word::block[ch2]) {
+    if (around_.panel.channel[1].enable.checked() &&
+        around_.acquisition.scopestate == state_word::block[ch2]) {
         next = 2;
-    } else if (panel_.channel[0].enable.checked() &&
-               acquisition_.scopestate == state_word::block[ch1]) {
+    } else if (around_.panel.channel[0].enable.checked() &&
+               around_.acquisition.scopestate == state_word::block[ch1]) {
         next = 1;
     }
-    fill_sweep(link_.cmdargs(), sweep_request(panel_, next));
-    link_.sendcommand(command::start_sweep, link_.cmdargs());
+    fill_sweep(around_.link.cmdargs(), sweep_request(around_.panel, next));
+    around_.link.sendcommand(command::start_sweep, around_.link.cmdargs());
     restart();
 }
 

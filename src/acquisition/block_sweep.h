@@ -5,29 +5,17 @@
 #include <memory>
 
 #include "acquisition/sweep_making.h"
-#include "host/clock.h"
-#include "link/device_link.h"
-#include "panel/front_panel.h"
-#include "panel/measuring.h"
-#include "panel/screen.h"
-#include "state/acquisition_state.h"
-#include "state/channel_state.h"
+#include "panel/surroundings.h"
 #include "state/samples.h"
 #include "state/sweeps.h"
-#include "state/time_base_state.h"
 
 namespace kv408 {
 
 /// Fetches block sweeps: 650 points of one channel in 1300 bytes, asked for with one command.
 class BlockSweep {
 public:
-    BlockSweep(FrontPanel& panel, AcquisitionState& acquisition, const TimeBaseState& time_base,
-               const Channels& channels, Samples& samples, Sweeps& sweeps, DeviceLink& link,
-               Clock& clock, Screen& screen, Measuring& measuring)
-        : panel_(panel),
-          acquisition_(acquisition), set_up_{panel, acquisition, time_base, channels},
-          samples_(samples), sweeps_(sweeps), link_(link), clock_(clock), screen_(screen),
-          measuring_(measuring) {}
+    BlockSweep(const Surroundings& around, Samples& samples, Sweeps& sweeps)
+        : around_(around), samples_(samples), sweeps_(sweeps) {}
 
     /// Looks once for the reply of `channel` (1 or 2): takes a whole block, notices the waiting
     /// word, or looks again on the next call; then asks for the next block, and announces the sweep
@@ -50,15 +38,10 @@ private:
     /// Asks for the block after that of `channel`.
     void ask_for_next(int channel);
 
-    FrontPanel& panel_;
-    AcquisitionState& acquisition_;
-    SweepSetUp set_up_;
+    Surroundings around_;
+    SweepSetUp set_up_{around_};
     Samples& samples_;
     Sweeps& sweeps_;
-    DeviceLink& link_;
-    Clock& clock_;
-    Screen& screen_;
-    Measuring& measuring_;
     std::array<Byte, 5001> rxbuffer_ = {};
     std::uint32_t lastrxcount_ = 0;
     std::int16_t lastword_ = 0;

@@ -15,24 +15,24 @@ constexpr int points_per_pass = DataWatch::points_per_pass;
 void PointPass::sdisplay1ghzt() {
     const std::array<bool, 2> enabled = set_up_.on();
     const bool both = enabled[0] && enabled[1];
-    const auto start = clock_.now();
-    link_.flush();
+    const auto start = around_.clock.now();
+    around_.link.flush();
     if (!enabled[0] && !enabled[1]) {
         return;
     }
     for (std::size_t channel = 0; channel < making_.size(); ++channel) {
         making_.at(channel) = set_up_.begin(channel);
     }
-    acquisition_.data.begin_pass(start);
-    const std::uint32_t step = acquisition_.steps;
+    around_.acquisition.data.begin_pass(start);
+    const std::uint32_t step = around_.acquisition.steps;
     int index = 1;
     for (; index <= points_per_pass; ++index) {
-        messages_.process_pending();
-        if (acquisition_.steps != step) {
+        around_.messages.process_pending();
+        if (around_.acquisition.steps != step) {
             // Under a dialog that a person opened the sweep has gone on without this pass.
             return;
         }
-        if (acquisition_.scopestate != state_word::pass) {
+        if (around_.acquisition.scopestate != state_word::pass) {
             break;
         }
         const Outcome outcome = take_point(index, enabled);
@@ -40,20 +40,20 @@ void PointPass::sdisplay1ghzt() {
             end_without_point(outcome);
             return;
         }
-        screen_.refreshCH1(index);
-        screen_.refreshCH2(index);
+        around_.screen.refreshCH1(index);
+        around_.screen.refreshCH2(index);
         show_progress(index, start);
-        acquisition_.data.take_point(clock_.now(), index);
+        around_.acquisition.data.take_point(around_.clock.now(), index);
         if (both) {
-            acquisition_.ready = {true, true};
+            around_.acquisition.ready = {true, true};
         }
-        screen_.set_newest_point(index);
-        screen_.draw(draw_flags::all);
+        around_.screen.set_newest_point(index);
+        around_.screen.draw(draw_flags::all);
     }
     if (index > points_per_pass) {
-        acquisition_.data.take_sweep(clock_.now());
+        around_.acquisition.data.take_sweep(around_.clock.now());
         if (!both) {
-            acquisition_.ready[enabled[0] ? 0 : 1] = true;
+            around_.acquisition.ready[enabled[0] ? 0 : 1] = true;
         }
     }
     end(enabled, index > points_per_pass);
@@ -62,7 +62,7 @@ void PointPass::sdisplay1ghzt() {
 void PointPass::end(const std::array<bool, 2>& enabled, bool whole) {
     if (whole && making_[ch1].conversion == set_up_.conversion(ch1) &&
         making_[ch2].conversion == set_up_.conversion(ch2)) {
-        acquisition_.fresh = enabled;
+        around_.acquisition.fresh = enabled;
     }
     Sweeps::Parts parts;
     for (std::size_t channel = 0; channel < parts.size(); ++channel) {
@@ -73,19 +73,19 @@ void PointPass::end(const std::array<bool, 2>& enabled, bool whole) {
                 std::make_shared<const ChannelSweep>(std::move(making_.at(channel)));
         }
     }
-    sweeps_.finish(SweepMode::point, clock_.time_of_day(), parts, enabled);
+    sweeps_.finish(SweepMode::point, around_.clock.time_of_day(), parts, enabled);
 }
 
 void PointPass::end_without_point(Outcome outcome) {
-    acquisition_.fresh = {};
+    around_.acquisition.fresh = {};
     if (outcome == Outcome::waiting) {
-        show_status(panel_, acquisition_, status::waiting_for_trigger);
-        acquisition_.data.take_answer(clock_.now());
+        show_status(around_.panel, around_.acquisition, status::waiting_for_trigger);
+        around_.acquisition.data.take_answer(around_.clock.now());
     }
 }
 
 PointPass::Outcome PointPass::take_point(int index, const std::array<bool, 2>& enabled) {
-    const PointDelay delay = point_delay(index, set_up_.time_base.tbresolution);
+    const PointDelay delay = point_delay(index, around_.time_base.tbresolution);
     for (std::size_t channel = 0; channel < enabled.size(); ++channel) {
         if (!enabled.at(channel)) {
             continue;
@@ -99,15 +99,15 @@ PointPass::Outcome PointPass::take_point(int index, const std::array<bool, 2>& e
 }
 
 PointPass::Outcome PointPass::fetch(std::size_t channel, int index, const PointDelay& delay) {
-    fill_sample(link_.cmdargs(), delay, static_cast<int>(channel) + 1);
-    link_.sendcommand(command::fetch_sample, link_.cmdargs());
+    fill_sample(around_.link.cmdargs(), delay, static_cast<int>(channel) + 1);
+    around_.link.sendcommand(command::fetch_sample, around_.link.cmdargs());
     std::array<Byte, 2> reply = {};
-    if (!link_.read(reply)) {
-        link_.power().note_silence();
+    if (!around_.link.read(reply)) {
+        around_.link.power().note_silence();
         return Outcome::failed;
     }
-    if (link_.power().is_back()) {
-        acquisition_.scopestate = state_word::set_up;
+    if (around_.link.power().is_back()) {
+        around_.acquisition.scopestate = state_word::set_up;
         return Outcome::failed;
     }
     const std::int16_t word = sample_word(reply[0], reply[1], point_high_byte_limit);
@@ -119,14 +119,14 @@ PointPass::Outcome PointPass::fetch(std::size_t channel, int index, const PointD
 void PointPass::show_progress(int index, std::chrono::nanoseconds start) {
     using std::chrono::milliseconds;
     if (index == 1) {
-        show_status(panel_, acquisition_, status::running);
-    } else if (std::chrono::duration_cast<milliseconds>(clock_.now() - start) ==
+        show_status(around_.panel, around_.acquisition, status::running);
+    } else if (std::chrono::duration_cast<milliseconds>(around_.clock.now() - start) ==
                milliseconds(500)) {
-        show_status(panel_, acquisition_, status::getting_data);
+        show_status(around_.panel, around_.acquisition, status::getting_data);
     } else {
         return;
     }
-    messages_.repaint(panel_.textstatus.name());
+    around_.messages.repaint(around_.panel.textstatus.name());
 }
 
 } // namespace kv408

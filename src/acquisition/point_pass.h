@@ -4,29 +4,17 @@
 #include <cstdint>
 
 #include "acquisition/sweep_making.h"
-#include "host/clock.h"
-#include "host/window_messages.h"
-#include "link/device_link.h"
-#include "panel/front_panel.h"
-#include "panel/screen.h"
-#include "state/acquisition_state.h"
-#include "state/channel_state.h"
+#include "panel/surroundings.h"
 #include "state/samples.h"
 #include "state/sweeps.h"
-#include "state/time_base_state.h"
 
 namespace kv408 {
 
 /// Acquires point by point: one exchange an enabled channel and screen column.
 class PointPass {
 public:
-    PointPass(FrontPanel& panel, AcquisitionState& acquisition, const TimeBaseState& time_base,
-              const Channels& channels, Samples& samples, Sweeps& sweeps, DeviceLink& link,
-              Clock& clock, WindowMessages& messages, Screen& screen)
-        : panel_(panel),
-          acquisition_(acquisition), set_up_{panel, acquisition, time_base, channels},
-          samples_(samples), sweeps_(sweeps), link_(link), clock_(clock), messages_(messages),
-          screen_(screen) {}
+    PointPass(const Surroundings& around, Samples& samples, Sweeps& sweeps)
+        : around_(around), samples_(samples), sweeps_(sweeps) {}
 
     /// One pass of up to 640 points over the channels enabled at its start. Lets window messages
     /// run before each point and ends as soon as the state word is no longer `state_word::pass`.
@@ -46,15 +34,10 @@ private:
     Outcome fetch(std::size_t channel, int index, const PointDelay& delay);
     void show_progress(int index, std::chrono::nanoseconds start);
 
-    FrontPanel& panel_;
-    AcquisitionState& acquisition_;
-    SweepSetUp set_up_;
+    Surroundings around_;
+    SweepSetUp set_up_{around_};
     Samples& samples_;
     Sweeps& sweeps_;
-    DeviceLink& link_;
-    Clock& clock_;
-    WindowMessages& messages_;
-    Screen& screen_;
     std::array<ChannelSweep, 2> making_; ///< by channel, the pass as far as it has come
 };
 

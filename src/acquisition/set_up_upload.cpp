@@ -15,52 +15,52 @@ SweepRequest sweep_request(const FrontPanel& panel, int channel) {
 
 bool SetUpUpload::setscope8ghz() {
     if (!send_time_base()) {
-        boxes_.show({.text = "Error setting scope", .link_failure = true});
+        around_.boxes.show({.text = "Error setting scope", .link_failure = true});
         return false;
     }
     note_delays();
-    acquisition_.data.take_set_up(clock_.now());
-    if (acquisition_.pointmode) {
+    around_.acquisition.data.take_set_up(around_.clock.now());
+    if (around_.acquisition.pointmode) {
         return false;
     }
-    link_.flush();
-    clock_.sleep(milliseconds(2));
+    around_.link.flush();
+    around_.clock.sleep(milliseconds(2));
     const bool second_first =
-        !panel_.channel[0].enable.checked() && panel_.channel[1].enable.checked();
-    fill_sweep(link_.cmdargs(), sweep_request(panel_, second_first ? 2 : 1));
-    acquisition_.scopestate = state_word::block[second_first ? ch2 : ch1];
-    link_.sendcommand(command::start_sweep, link_.cmdargs());
+        !around_.panel.channel[0].enable.checked() && around_.panel.channel[1].enable.checked();
+    fill_sweep(around_.link.cmdargs(), sweep_request(around_.panel, second_first ? 2 : 1));
+    around_.acquisition.scopestate = state_word::block[second_first ? ch2 : ch1];
+    around_.link.sendcommand(command::start_sweep, around_.link.cmdargs());
     return true;
 }
 
 bool SetUpUpload::send_time_base() {
-    put_32_bits(link_.cmdargs(), acquisition_.offset[0]);
-    if (!link_.send_setup(command::set_offset_ch1, " set time base offset ch1 ")) {
+    put_32_bits(around_.link.cmdargs(), around_.acquisition.offset[0]);
+    if (!around_.link.send_setup(command::set_offset_ch1, " set time base offset ch1 ")) {
         return false;
     }
-    clock_.sleep(milliseconds(20));
-    put_32_bits(link_.cmdargs(), acquisition_.offset[1]);
-    if (!link_.send_setup(command::set_offset_ch2, " set time base offset ch2 ")) {
+    around_.clock.sleep(milliseconds(20));
+    put_32_bits(around_.link.cmdargs(), around_.acquisition.offset[1]);
+    if (!around_.link.send_setup(command::set_offset_ch2, " set time base offset ch2 ")) {
         return false;
     }
-    clock_.sleep(milliseconds(1));
-    const std::int32_t resolution = round_to_int32(time_base_.tbresolution);
+    around_.clock.sleep(milliseconds(1));
+    const std::int32_t resolution = round_to_int32(around_.time_base.tbresolution);
     if (resolution == 0) {
-        time_base_.tbresolution = 1.0;
+        around_.time_base.tbresolution = 1.0;
     }
-    fill_resolution(link_.cmdargs(), resolution);
-    return link_.send_setup(command::set_resolution, " set time base resolution ");
+    fill_resolution(around_.link.cmdargs(), resolution);
+    return around_.link.send_setup(command::set_resolution, " set time base resolution ");
 }
 
 void SetUpUpload::note_delays() {
-    for (ChannelState& channel : channels_) {
+    for (ChannelState& channel : around_.channels) {
         channel.uploaded_delaypts = channel.delaypts;
         if (channel.delaypts != channel.shown_delaypts) {
             // What was taken with the old delay is no longer current: only data taken with the new
             // one may bring the shown delay into line.
-            acquisition_.pending_refresh = true;
-            acquisition_.await_new_data(ch1);
-            acquisition_.await_new_data(ch2);
+            around_.acquisition.pending_refresh = true;
+            around_.acquisition.await_new_data(ch1);
+            around_.acquisition.await_new_data(ch2);
         }
     }
 }

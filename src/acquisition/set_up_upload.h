@@ -1,13 +1,7 @@
 #pragma once
 
-#include "host/clock.h"
-#include "host/message_boxes.h"
-#include "link/device_link.h"
-#include "panel/front_panel.h"
+#include "panel/surroundings.h"
 #include "panel/trigger.h"
-#include "state/acquisition_state.h"
-#include "state/channel_state.h"
-#include "state/time_base_state.h"
 
 namespace kv408 {
 
@@ -17,11 +11,8 @@ namespace kv408 {
 /// Uploads the trigger and the time base and starts the first block sweep.
 class SetUpUpload {
 public:
-    SetUpUpload(FrontPanel& panel, AcquisitionState& acquisition, TimeBaseState& time_base,
-                Trigger& trigger, Channels& channels, DeviceLink& link, Clock& clock,
-                MessageBoxes& boxes)
-        : panel_(panel), acquisition_(acquisition), time_base_(time_base), trigger_(trigger),
-          channels_(channels), link_(link), clock_(clock), boxes_(boxes) {}
+    SetUpUpload(const Surroundings& around, Trigger& trigger)
+        : around_(around), trigger_(trigger) {}
 
     /// Uploads the trigger; a failure is told.
     void settriger() { trigger_.settriger(); }
@@ -35,14 +26,8 @@ private:
     bool send_time_base();
     void note_delays();
 
-    FrontPanel& panel_;
-    AcquisitionState& acquisition_;
-    TimeBaseState& time_base_;
+    Surroundings around_;
     Trigger& trigger_;
-    Channels& channels_;
-    DeviceLink& link_;
-    Clock& clock_;
-    MessageBoxes& boxes_;
 };
 
 } // namespace kv408

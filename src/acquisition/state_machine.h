@@ -6,14 +6,8 @@
 #include "acquisition/block_sweep.h"
 #include "acquisition/point_pass.h"
 #include "acquisition/set_up_upload.h"
-#include "host/clock.h"
-#include "host/window_messages.h"
-#include "panel/front_panel.h"
-#include "panel/measuring.h"
-#include "panel/screen.h"
+#include "panel/surroundings.h"
 #include "panel/vertical.h"
-#include "state/acquisition_state.h"
-#include "state/channel_state.h"
 
 namespace kv408 {
 
@@ -31,11 +25,8 @@ public:
         PointPass& pass;
     };
 
-    StateMachine(FrontPanel& panel, AcquisitionState& acquisition, Channels& channels,
-                 const Procedures& procedures, Clock& clock, WindowMessages& messages,
-                 Screen& screen, Measuring& measuring)
-        : panel_(panel), acquisition_(acquisition), channels_(channels), procedures_(procedures),
-          clock_(clock), messages_(messages), screen_(screen), measuring_(measuring) {}
+    /// Connects Start and Stop.
+    StateMachine(const Surroundings& around, const Procedures& procedures);
 
     /// One tick. With `exchange_under_way` (the tick fell into an open message box or into a point
     /// pass) it acts on no state and redraws nothing; only the hold-off countdown and the date go
@@ -57,10 +48,6 @@ public:
     /// Stop.
     void cmdstop_Click();
 
-    /// Brings marks and picture into line with a control that was changed. Only while stopped:
-    /// otherwise data that are taken with the change do so.
-    void show_change();
-
 private:
     void act_on_state();
     void set_up();
@@ -81,14 +68,8 @@ private:
     [[nodiscard]] bool redraw_due() const;
     void redraw();
 
-    FrontPanel& panel_;
-    AcquisitionState& acquisition_;
-    Channels& channels_;
+    Surroundings around_;
     Procedures procedures_;
-    Clock& clock_;
-    WindowMessages& messages_;
-    Screen& screen_;
-    Measuring& measuring_;
     std::function<void()> calibration_step_;
     std::function<void()> calibration_broken_off_;
     int ticks_owed_ = 0;        ///< for so many ticks a drawing has waited for data

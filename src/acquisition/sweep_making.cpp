@@ -5,33 +5,33 @@
 namespace kv408 {
 
 Conversion SweepSetUp::conversion(std::size_t channel) const {
-    const ChannelState& state = channels.at(channel);
-    return {.inverted = panel.channel.at(channel).invert.checked(),
+    const ChannelState& state = around.channels.at(channel);
+    return {.inverted = around.panel.channel.at(channel).invert.checked(),
             .atten = state.atten,
             .vtfactor = state.vtfactor,
             .swoffset = state.swoffset};
 }
 
 std::array<bool, 2> SweepSetUp::on() const {
-    return {panel.channel[ch1].enable.checked(), panel.channel[ch2].enable.checked()};
+    return {around.panel.channel[ch1].enable.checked(), around.panel.channel[ch2].enable.checked()};
 }
 
 ChannelSweep SweepSetUp::begin(std::size_t channel) const {
-    const ChannelState& state = channels.at(channel);
+    const ChannelState& state = around.channels.at(channel);
     ChannelSweep sweep;
     sweep.codes.reserve(npoints);
     sweep.mv.reserve(npoints);
-    sweep.delay = acquisition.offset.at(channel);
-    sweep.first_time = acquisition.pointmode ? time_base.tbresolution : sweep.delay;
-    sweep.time_per_point = time_base.tbresolution;
-    sweep.columns_per_second = time_base.samplerate;
+    sweep.delay = around.acquisition.offset.at(channel);
+    sweep.first_time = around.acquisition.pointmode ? around.time_base.tbresolution : sweep.delay;
+    sweep.time_per_point = around.time_base.tbresolution;
+    sweep.columns_per_second = around.time_base.samplerate;
     sweep.conversion = conversion(channel);
     sweep.gain = state.gain;
     sweep.mv_per_division = state.mv_per_division;
     sweep.position = static_cast<double>(plot::centre_y - state.pos) / plot::division;
-    sweep.averaged = panel.average.checked();
-    sweep.trigger = acquisition.trigger;
-    sweep.trigger.level_mv *= channels.at(sweep.trigger.source).vtfactor;
+    sweep.averaged = around.panel.average.checked();
+    sweep.trigger = around.acquisition.trigger;
+    sweep.trigger.level_mv *= around.channels.at(sweep.trigger.source).vtfactor;
     return sweep;
 }
 

@@ -5,20 +5,14 @@
 #include <cstdint>
 
 #include "acquisition/sample_conversion.h"
-#include "panel/front_panel.h"
-#include "state/acquisition_state.h"
-#include "state/channel_state.h"
+#include "panel/surroundings.h"
 #include "state/sweep.h"
-#include "state/time_base_state.h"
 
 namespace kv408 {
 
 /// What a sweep is taken with.
 struct SweepSetUp {
-    const FrontPanel& panel;
-    const AcquisitionState& acquisition;
-    const TimeBaseState& time_base;
-    const Channels& channels;
+    const Surroundings& around;
 
     /// How the codes of channel index `channel` are converted now.
     [[nodiscard]] Conversion conversion(std::size_t channel) const;

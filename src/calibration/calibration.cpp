@@ -2,39 +2,15 @@
 
 namespace kv408 {
 
-Calibration::Calibration(FrontPanel& panel, const Quantities& quantities, DeviceLink& link,
-                         StateMachine& state_machine, const Host& host)
-    : backup_(host.files, host.choosers, host.places, host.clock),
-      record_(form_, note_,
-              {.in_use = quantities.in_use,
-               .acquisition = quantities.acquisition,
-               .link = link,
-               .state_machine = state_machine,
-               .clock = host.clock,
-               .boxes = host.boxes,
-               .messages = host.messages},
-              backup_),
-      guided_(form_, note_,
-              {.panel = panel,
-               .acquisition = quantities.acquisition,
-               .time_base = quantities.time_base,
-               .measurements = quantities.measurements,
-               .state_machine = state_machine,
-               .boxes = host.boxes},
-              record_),
-      linearity_(form_, note_,
-                 {.panel = panel,
-                  .acquisition = quantities.acquisition,
-                  .link = link,
-                  .state_machine = state_machine,
-                  .clock = host.clock,
-                  .boxes = host.boxes,
-                  .messages = host.messages}),
-      software_offset_(panel, quantities.acquisition, quantities.samples, quantities.channels,
-                       host.boxes) {
-    connect(panel);
-    state_machine.on_calibration_step([this] { linearity_.caldelaypstint(); });
-    state_machine.on_calibration_broken_off([this] { linearity_.broken_off(); });
+Calibration::Calibration(const Surroundings& around, const Parts& parts)
+    : backup_(parts.files, parts.choosers, parts.places, around.clock),
+      record_(around, form_, note_, parts.state_machine, parts.in_use, backup_),
+      guided_(around, form_, note_, parts.state_machine, parts.measurements, record_),
+      linearity_(around, form_, note_, parts.state_machine),
+      software_offset_(around, parts.samples) {
+    connect(around.panel);
+    parts.state_machine.on_calibration_step([this] { linearity_.caldelaypstint(); });
+    parts.state_machine.on_calibration_broken_off([this] { linearity_.broken_off(); });
     form_.cmdcalstop.on_click([this] { linearity_.cmdcalstop_Click(); });
 }
 

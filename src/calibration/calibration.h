@@ -8,20 +8,13 @@
 #include "calibration/record_backup.h"
 #include "calibration/record_editor.h"
 #include "calibration/software_offset.h"
-#include "host/clock.h"
 #include "host/file_choosers.h"
 #include "host/files.h"
-#include "host/message_boxes.h"
 #include "host/places.h"
-#include "host/window_messages.h"
-#include "link/device_link.h"
-#include "panel/front_panel.h"
-#include "state/acquisition_state.h"
+#include "panel/surroundings.h"
 #include "state/calibration_record.h"
-#include "state/channel_state.h"
 #include "state/measurement_state.h"
 #include "state/samples.h"
-#include "state/time_base_state.h"
 
 namespace kv408 {
 
@@ -29,29 +22,20 @@ namespace kv408 {
 /// of the menu, and the step of the state machine.
 class Calibration {
 public:
-    /// What calibrating looks at and sets.
-    struct Quantities {
+    /// What calibrating looks at and sets, and where records are kept, besides what it shares with
+    /// others.
+    struct Parts {
         CalibrationRecord& in_use;
-        AcquisitionState& acquisition;
-        const TimeBaseState& time_base;
         const MeasurementState& measurements;
         const Samples& samples;
-        Channels& channels;
-    };
-
-    /// What it needs of the machine.
-    struct Host {
-        Clock& clock;
-        MessageBoxes& boxes;
-        WindowMessages& messages;
+        StateMachine& state_machine;
         Files& files;
         FileChoosers& choosers;
         const Places& places;
     };
 
-    /// Connects the form, the panel's menu entries and the step of `state_machine`.
-    Calibration(FrontPanel& panel, const Quantities& quantities, DeviceLink& link,
-                StateMachine& state_machine, const Host& host);
+    /// Connects the form, the panel's menu entries and the step of the state machine.
+    Calibration(const Surroundings& around, const Parts& parts);
 
     /// The form's controls.
     [[nodiscard]] CalibrationForm& form() { return form_; }

@@ -51,7 +51,7 @@ void GuidedCalibration::set_up(const Guide& guide) {
         return;
     }
     if (around_.acquisition.scopestate == state_word::linearity) {
-        around_.state_machine.cmdstop_Click();
+        state_machine_.cmdstop_Click();
     } else {
         note_.say("");
     }
@@ -61,7 +61,7 @@ void GuidedCalibration::set_up(const Guide& guide) {
     }
     set_panel(guide);
     form_.calstatus.set_caption(ready_text(guide, form_));
-    around_.state_machine.cmdstartsweep_Click();
+    state_machine_.cmdstartsweep_Click();
 }
 
 void GuidedCalibration::set_panel(const Guide& guide) {
@@ -248,7 +248,7 @@ bool GuidedCalibration::works_with_base_of(const Guide& guide) const {
 }
 
 double GuidedCalibration::measured(std::size_t channel, std::size_t field) const {
-    return around_.measurements.measresults.at(channel).at(field);
+    return measurements_.measresults.at(channel).at(field);
 }
 
 } // namespace kv408

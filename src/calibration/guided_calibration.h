@@ -9,11 +9,8 @@
 #include "calibration/calibration_note.h"
 #include "calibration/guide.h"
 #include "calibration/record_editor.h"
-#include "host/message_boxes.h"
-#include "panel/front_panel.h"
-#include "state/acquisition_state.h"
+#include "panel/surroundings.h"
 #include "state/measurement_state.h"
-#include "state/time_base_state.h"
 
 namespace kv408 {
 
@@ -21,19 +18,11 @@ namespace kv408 {
 /// buttons do.
 class GuidedCalibration {
 public:
-    /// What the procedures look at and set.
-    struct Surroundings {
-        FrontPanel& panel;
-        const AcquisitionState& acquisition;
-        const TimeBaseState& time_base;
-        const MeasurementState& measurements;
-        StateMachine& state_machine;
-        MessageBoxes& boxes;
-    };
-
-    GuidedCalibration(CalibrationForm& form, CalibrationNote& note,
-                      const Surroundings& surroundings, RecordEditor& record)
-        : form_(form), note_(note), around_(surroundings), record_(record) {}
+    GuidedCalibration(const Surroundings& around, CalibrationForm& form, CalibrationNote& note,
+                      StateMachine& state_machine, const MeasurementState& measurements,
+                      RecordEditor& record)
+        : around_(around), form_(form), note_(note), state_machine_(state_machine),
+          measurements_(measurements), record_(record) {}
 
     /// A set-up button: says what to connect, sets the panel and starts the sweep.
     void set_up(const Guide& guide);
@@ -58,9 +47,11 @@ private:
     [[nodiscard]] bool works_with_base_of(const Guide& guide) const;
     [[nodiscard]] double measured(std::size_t channel, std::size_t field) const;
 
+    Surroundings around_;
     CalibrationForm& form_;
     CalibrationNote& note_;
-    Surroundings around_;
+    StateMachine& state_machine_;
+    const MeasurementState& measurements_;
     RecordEditor& record_;
 };
 

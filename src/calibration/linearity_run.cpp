@@ -48,7 +48,7 @@ void LinearityRun::cmdcalint_Click() {
                             .icon = MessageIcon::question}) != MessageAnswer::ok) {
         return;
     }
-    around_.state_machine.cmdstop_Click();
+    state_machine_.cmdstop_Click();
     around_.link.waitrxidle();
     std::int16_t retries = command_attempts;
     const bool begun = around_.link.sendcmdack(command::start_linearity, around_.link.cmdargs(),

@@ -7,12 +7,7 @@
 #include "acquisition/state_machine.h"
 #include "calibration/calibration_form.h"
 #include "calibration/calibration_note.h"
-#include "host/clock.h"
-#include "host/message_boxes.h"
-#include "host/window_messages.h"
-#include "link/device_link.h"
-#include "panel/front_panel.h"
-#include "state/acquisition_state.h"
+#include "panel/surroundings.h"
 
 namespace kv408 {
 
@@ -24,27 +19,16 @@ public:
     static constexpr std::int16_t first_point = 2500;
     static constexpr std::int16_t end_point = 10500;
 
-    /// What a run works with.
-    struct Surroundings {
-        FrontPanel& panel;
-        AcquisitionState& acquisition;
-        DeviceLink& link;
-        StateMachine& state_machine;
-        Clock& clock;
-        MessageBoxes& boxes;
-        WindowMessages& messages;
-    };
-
-    LinearityRun(CalibrationForm& form, CalibrationNote& note,
-                 const Surroundings& surroundings) noexcept
-        : form_(form), note_(note), around_(surroundings) {}
+    LinearityRun(const Surroundings& around, CalibrationForm& form, CalibrationNote& note,
+                 StateMachine& state_machine)
+        : around_(around), form_(form), note_(note), state_machine_(state_machine) {}
 
     /// After a question: stops the sweep, starts the run in the instrument and sets the state
     /// word to `state_word::linearity`.
     void cmdcalint_Click();
 
     /// Stop on the form, as in the main window.
-    void cmdcalstop_Click() { around_.state_machine.cmdstop_Click(); }
+    void cmdcalstop_Click() { state_machine_.cmdstop_Click(); }
 
     /// Says that a run was broken off, whatever did it.
     void broken_off();
@@ -67,9 +51,10 @@ private:
     void finish();
     void show_status(const std::string& text);
 
+    Surroundings around_;
     CalibrationForm& form_;
     CalibrationNote& note_;
-    Surroundings around_;
+    StateMachine& state_machine_;
     bool started_ = false;
     std::int16_t point_ = first_point;
     std::int16_t errors_ = 0;

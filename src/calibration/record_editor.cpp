@@ -55,7 +55,7 @@ void RecordEditor::mnucalibration_Click() {
         around_.acquisition.acqrunning || around_.acquisition.scopestate == state_word::begin;
     read_record();
     if (running) {
-        around_.state_machine.cmdstartsweep_Click();
+        state_machine_.cmdstartsweep_Click();
     }
 }
 
@@ -77,7 +77,7 @@ bool RecordEditor::may_break_off() {
 }
 
 void RecordEditor::read_record() {
-    around_.state_machine.cmdstop_Click();
+    state_machine_.cmdstop_Click();
     drain(around_.link);
     constexpr std::size_t hardware = record_size;
     constexpr std::size_t firmware = record_size + 1;
@@ -103,7 +103,7 @@ void RecordEditor::read_record() {
     form_.cald61.set_text(std::to_string(words.at(hardware)));
     form_.cald62.set_text(std::to_string(words.at(firmware)));
     held_ = record_of(words);
-    around_.in_use = *held_;
+    in_use_ = *held_;
     show_edited(*held_);
     calibrated_ = false;
     show_status("Read complete");
@@ -133,7 +133,7 @@ void RecordEditor::cmdwritecal_Click() {
     }
     if (around_.acquisition.scopestate == state_word::linearity) {
         // The instrument breaks its run off as soon as it is asked for anything else.
-        around_.state_machine.cmdstop_Click();
+        state_machine_.cmdstop_Click();
     }
     backup_.begin_write();
     write_words();
@@ -337,9 +337,9 @@ void RecordEditor::show_edited(const CalibrationRecord& record) {
 }
 
 void RecordEditor::take_in_use(const CalibrationRecord& record) {
-    around_.in_use = record;
+    in_use_ = record;
     // A sweep that was broken off by the writing, or taken with the old values, starts anew.
-    mark_changed(around_.acquisition, around_.link);
+    mark_changed(around_);
 }
 
 void RecordEditor::show_status(const std::string& text) {

@@ -13,11 +13,7 @@
 #include "calibration/calibration_note.h"
 #include "calibration/record_backup.h"
 #include "calibration/record_values.h"
-#include "host/clock.h"
-#include "host/message_boxes.h"
-#include "host/window_messages.h"
-#include "link/device_link.h"
-#include "state/acquisition_state.h"
+#include "panel/surroundings.h"
 #include "state/calibration_record.h"
 
 namespace kv408 {
@@ -29,20 +25,11 @@ namespace kv408 {
 /// it is written.
 class RecordEditor {
 public:
-    /// What the editor works with.
-    struct Surroundings {
-        CalibrationRecord& in_use;
-        AcquisitionState& acquisition;
-        DeviceLink& link;
-        StateMachine& state_machine;
-        Clock& clock;
-        MessageBoxes& boxes;
-        WindowMessages& messages;
-    };
-
-    RecordEditor(CalibrationForm& form, CalibrationNote& note, const Surroundings& surroundings,
-                 RecordBackup& backup)
-        : form_(form), note_(note), around_(surroundings), backup_(backup) {}
+    /// Edits `in_use`, the record that the program works with, on `form`.
+    RecordEditor(const Surroundings& around, CalibrationForm& form, CalibrationNote& note,
+                 StateMachine& state_machine, CalibrationRecord& in_use, RecordBackup& backup)
+        : around_(around), form_(form), note_(note), state_machine_(state_machine), in_use_(in_use),
+          backup_(backup) {}
 
     /// Calibration in the menu: opens the form. As long as no record was read and the boxes hold
     /// none it also reads the record from the instrument, and starts a running sweep again
@@ -79,7 +66,7 @@ public:
     [[nodiscard]] const CalibrationRecord& edited() const { return edited_; }
 
     /// The record in use.
-    [[nodiscard]] const CalibrationRecord& in_use() const { return around_.in_use; }
+    [[nodiscard]] const CalibrationRecord& in_use() const { return in_use_; }
 
     /// The calibration flag: a gain was calibrated and is not written yet.
     [[nodiscard]] bool calibrated() const { return calibrated_; }
@@ -90,7 +77,7 @@ public:
 
     /// Value `index` in use, 0..10, is the one that the instrument was found to hold.
     [[nodiscard]] bool works_with(std::size_t index) const {
-        return held_ && held_->at(index) == around_.in_use.at(index);
+        return held_ && held_->at(index) == in_use_.at(index);
     }
 
 private:
@@ -115,9 +102,11 @@ private:
     [[nodiscard]] InstrumentIdentity instrument() const;
     bool may_restore(const KeptRecord& record);
 
+    Surroundings around_;
     CalibrationForm& form_;
     CalibrationNote& note_;
-    Surroundings around_;
+    StateMachine& state_machine_;
+    CalibrationRecord& in_use_;
     RecordBackup& backup_;
     CalibrationRecord edited_ = default_calibration;
     std::optional<CalibrationRecord> held_; ///< what the instrument held when it was last read

@@ -21,25 +21,26 @@ std::int32_t software_offset_mean(const SampleBuffer& samples, std::int32_t star
 }
 
 void SoftwareOffset::cmdcaloofset_Click() {
-    if (!panel_.cmdcaloofset.checked()) {
-        for (ChannelState& channel : channels_) {
+    if (!around_.panel.cmdcaloofset.checked()) {
+        for (ChannelState& channel : around_.channels) {
             channel.swoffset = 0;
         }
-        acquisition_.fresh = {};
+        around_.acquisition.fresh = {};
         return;
     }
     // The click has set the mark; it is not due before the user has agreed.
-    panel_.cmdcaloofset.put_checked(false);
-    if (!acquisition_.acqrunning) {
-        boxes_.show({.text = "Scope not running!", .icon = MessageIcon::exclamation});
+    around_.panel.cmdcaloofset.put_checked(false);
+    if (!around_.acquisition.acqrunning) {
+        around_.boxes.show({.text = "Scope not running!", .icon = MessageIcon::exclamation});
         return;
     }
-    if (boxes_.show({.text = "Make sure that trigger signal is present and Sampler inputs are "
-                             "disconnected or 0V",
-                     .buttons = MessageButtons::ok_cancel}) != MessageAnswer::ok) {
+    if (around_.boxes.show({.text =
+                                "Make sure that trigger signal is present and Sampler inputs are "
+                                "disconnected or 0V",
+                            .buttons = MessageButtons::ok_cancel}) != MessageAnswer::ok) {
         return;
     }
-    panel_.cmdcaloofset.put_checked(true);
+    around_.panel.cmdcaloofset.put_checked(true);
     const std::int32_t first = software_offset_mean(samples_[0], 0);
     correct(0, first);
     // The sum of the second channel starts from the mean of the first: the instrument's users know
@@ -50,11 +51,12 @@ void SoftwareOffset::cmdcaloofset_Click() {
 void SoftwareOffset::correct(std::size_t channel, std::int32_t mean) {
     const std::int32_t correction = zero_volt_code - mean;
     if (correction >= -largest_correction && correction <= largest_correction) {
-        channels_.at(channel).swoffset = static_cast<std::int16_t>(correction);
+        around_.channels.at(channel).swoffset = static_cast<std::int16_t>(correction);
         return;
     }
-    boxes_.show({.text = "Sampled data is out of range, make sure that trigger signal is present "
-                         "and Sampler inputs are disconnected or 0V"});
+    around_.boxes.show(
+        {.text = "Sampled data is out of range, make sure that trigger signal is present "
+                 "and Sampler inputs are disconnected or 0V"});
 }
 
 } // namespace kv408

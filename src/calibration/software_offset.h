@@ -1,9 +1,6 @@
 #pragma once
 
-#include "host/message_boxes.h"
-#include "panel/front_panel.h"
-#include "state/acquisition_state.h"
-#include "state/channel_state.h"
+#include "panel/surroundings.h"
 #include "state/samples.h"
 
 namespace kv408 {
@@ -12,10 +9,8 @@ namespace kv408 {
 /// 0 V. The calibration record has no part in it.
 class SoftwareOffset {
 public:
-    SoftwareOffset(FrontPanel& panel, AcquisitionState& acquisition, const Samples& samples,
-                   Channels& channels, MessageBoxes& boxes)
-        : panel_(panel), acquisition_(acquisition), samples_(samples), channels_(channels),
-          boxes_(boxes) {}
+    SoftwareOffset(const Surroundings& around, const Samples& samples)
+        : around_(around), samples_(samples) {}
 
     /// The menu entry: without a check mark it takes the means and is checked, with one it takes
     /// both corrections back.
@@ -24,11 +19,8 @@ public:
 private:
     void correct(std::size_t channel, std::int32_t mean);
 
-    FrontPanel& panel_;
-    AcquisitionState& acquisition_;
+    Surroundings around_;
     const Samples& samples_;
-    Channels& channels_;
-    MessageBoxes& boxes_;
 };
 
 /// The mean that a correction is computed from: `start` and the codes 5 to 505 of `samples` added

@@ -59,12 +59,14 @@ std::optional<Fields> fields_of(std::string_view line) {
 
 } // namespace
 
-SettingsFile::SettingsFile(KeptSettings kept, const Host& host, Hooks hooks)
-    : kept_(std::move(kept)), host_(host), hooks_(std::move(hooks)), rows_(setting_rows(kept_)),
+SettingsFile::SettingsFile(const KeptSettings& kept, const Host& host, Hooks hooks)
+    : kept_(kept), host_(host), hooks_(std::move(hooks)), rows_(setting_rows(kept_)),
       last_(host.files, host.log) {
     for (const SettingRow& row : rows_) {
         row_of_key_.emplace(row.key, &row);
     }
+    kept.panel.loadconfig.on_click([this] { loadconfig_Click(); });
+    kept.panel.saveconfig.on_click([this] { saveconfig_Click(); });
 }
 
 std::filesystem::path SettingsFile::default_path() const {

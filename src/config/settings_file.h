@@ -46,8 +46,8 @@ public:
         std::function<ColourTable()> confirmed_colours = {};
     };
 
-    /// Keeps `kept` in files of `host`.
-    SettingsFile(KeptSettings kept, const Host& host, Hooks hooks);
+    /// Keeps `kept` in files of `host`; connects Load Setup and Save Setup.
+    SettingsFile(const KeptSettings& kept, const Host& host, Hooks hooks);
 
     /// The rows of the table refer to the kept settings in here.
     SettingsFile(const SettingsFile&) = delete;

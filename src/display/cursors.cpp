@@ -69,6 +69,12 @@ void show_cursor_readouts(FrontPanel& panel, const Channels& channels, const Cur
     }
 }
 
+Cursors::Cursors(FrontPanel& panel, CursorState& cursors, Adjust& adjust, Screen& screen)
+    : panel_(panel), cursors_(cursors), adjust_(adjust), screen_(screen) {
+    panel.tabstrip3.on_click([this] { TabStrip3_Click(); });
+    panel.combocursorselect.on_click([this] { combocursorselect_Click(); });
+}
+
 void Cursors::TabStrip3_Click() {
     const int tab = panel_.tabstrip3.selected();
     if (tab == voltage_tab) {

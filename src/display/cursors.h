@@ -22,8 +22,8 @@ void show_cursor_readouts(FrontPanel& panel, const Channels& channels, const Cur
 /// The cursor type tabs and the cursor channel list.
 class Cursors {
 public:
-    Cursors(FrontPanel& panel, CursorState& cursors, Adjust& adjust, Screen& screen)
-        : panel_(panel), cursors_(cursors), adjust_(adjust), screen_(screen) {}
+    /// Connects them.
+    Cursors(FrontPanel& panel, CursorState& cursors, Adjust& adjust, Screen& screen);
 
     /// A cursor type was chosen: voltage, time or off.
     void TabStrip3_Click();

@@ -41,10 +41,11 @@ constexpr ColourTable colours_on_white = {.ch1 = rgb(176, 72, 0),
 
 } // namespace
 
-SettingsDialog::SettingsDialog(DisplaySettings& settings, ColourTable& colours,
+SettingsDialog::SettingsDialog(FrontPanel& panel, DisplaySettings& settings, ColourTable& colours,
                                ColourUpdate& update, Screen& screen, FileChoosers& choosers)
     : settings_(settings), colours_(colours), update_(update), screen_(screen),
       choosers_(choosers) {
+    panel.mnusettings.on_click([this] { mnusettings_Click(); });
     connect();
     connect_colours();
 }

@@ -6,6 +6,7 @@
 #include "display/colour_update.h"
 #include "display/settings_controls.h"
 #include "host/file_choosers.h"
+#include "panel/front_panel.h"
 #include "panel/screen.h"
 #include "state/colour.h"
 #include "state/display_settings.h"
@@ -17,10 +18,10 @@ namespace kv408 {
 /// it.
 class SettingsDialog {
 public:
-    /// Edits `settings` and `colours`; `update` and `screen` show them, `choosers` asks for
-    /// folders.
-    SettingsDialog(DisplaySettings& settings, ColourTable& colours, ColourUpdate& update,
-                   Screen& screen, FileChoosers& choosers);
+    /// Connects its entry of the menu of `panel`, and edits `settings` and `colours`; `update` and
+    /// `screen` show them, `choosers` asks for folders.
+    SettingsDialog(FrontPanel& panel, DisplaySettings& settings, ColourTable& colours,
+                   ColourUpdate& update, Screen& screen, FileChoosers& choosers);
     SettingsDialog(const SettingsDialog&) = delete;
     SettingsDialog& operator=(const SettingsDialog&) = delete;
 

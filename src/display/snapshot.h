@@ -29,8 +29,11 @@ public:
         PictureCoder& coder;
     };
 
-    Snapshot(const FrontPanel& panel, Picture& picture, DisplaySettings& settings, const Host& host)
-        : panel_(panel), picture_(picture), settings_(settings), host_(host) {}
+    /// Connects its button.
+    Snapshot(FrontPanel& panel, Picture& picture, DisplaySettings& settings, const Host& host)
+        : panel_(panel), picture_(picture), settings_(settings), host_(host) {
+        panel.snapshot.on_click([this] { Command1_Click(); });
+    }
 
     /// "Snapshot" was clicked: saves the plot as it is now, inverted where the settings say so,
     /// into the snapshot folder under a name made of date and time, or where the user says, there

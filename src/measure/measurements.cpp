@@ -31,6 +31,16 @@ MarkKind mark_kind(const MeasurementRow* row, std::string_view text) {
 
 } // namespace
 
+Measurements::Measurements(FrontPanel& panel, const Data& data, Screen& screen)
+    : panel_(panel), data_(data), screen_(screen) {
+    panel.check1.on_click([this] { Check1_Click(); });
+    for (int slot = 0; slot < static_cast<int>(panel.measurement.size()); ++slot) {
+        MeasurementControls& controls = panel.measurement[static_cast<std::size_t>(slot)];
+        controls.selector.on_click([this] { cmbMeas_Click(); });
+        controls.annotate.on_mouse_down([this, slot] { chkMeasAnno_MouseDown(slot); });
+    }
+}
+
 void Measurements::makemeasurement() {
     if (panel_.check1.checked()) {
         measure_sweep(*data_.sweeps.last(), data_.state);

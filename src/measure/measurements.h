@@ -21,8 +21,8 @@ public:
         AnnotationMarks& marks;
     };
 
-    Measurements(FrontPanel& panel, const Data& data, Screen& screen)
-        : panel_(panel), data_(data), screen_(screen) {}
+    /// Connects the Measurement frame.
+    Measurements(FrontPanel& panel, const Data& data, Screen& screen);
 
     /// Measures the last finished sweep; changes nothing while `Check1` is not checked.
     void makemeasurement() override;

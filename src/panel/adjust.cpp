@@ -4,6 +4,7 @@
 #include <string>
 
 #include "panel/delay_text.h"
+#include "panel/set_up_change.h"
 #include "state/plot_geometry.h"
 #include "state/rounding.h"
 
@@ -39,83 +40,121 @@ std::int32_t wheel_at(std::int32_t picoseconds) {
 
 } // namespace
 
-void Adjust::setadjuststep() {
-    const std::string key = panel_.tabstrip2.selected_key();
-    ThumbWheel& wheel = panel_.slider1;
-    if (key == adjust_key::horizontal) {
-        wheel.set_range(-horizontal_zero, horizontal_zero - 1);
-        wheel.set_SlideStep(delay_step(quantities_.time_base.samplerate));
-    } else if (key == adjust_key::trigger) {
-        wheel.set_range(0, plot::wheel_span);
-        wheel.set_SlideStep(1);
-    } else if (key == adjust_key::ch1 || key == adjust_key::ch2 || key == adjust_key::cursor_1 ||
-               key == adjust_key::cursor_2) {
-        wheel.set_range(0, plot::wheel_span);
-        wheel.set_SlideStep(4);
+constexpr std::array<Adjust::Target, 6> Adjust::targets = {{
+    {adjust_key::ch1, 0, plot::wheel_span, 4, &Adjust::position, &Adjust::move_position,
+     &Adjust::mark_new_data_needed, 0},
+    {adjust_key::ch2, 0, plot::wheel_span, 4, &Adjust::position, &Adjust::move_position,
+     &Adjust::mark_new_data_needed, 1},
+    {adjust_key::trigger, 0, plot::wheel_span, 1, &Adjust::level, &Adjust::move_level,
+     &Adjust::commit_level, 0},
+    {adjust_key::horizontal, -horizontal_zero, horizontal_zero - 1, 0, &Adjust::delays,
+     &Adjust::move_delays, &Adjust::commit_delays, 0},
+    {adjust_key::cursor_1, 0, plot::wheel_span, 4, &Adjust::cursor, &Adjust::move_cursor,
+     &Adjust::mark_new_data_needed, 0},
+    {adjust_key::cursor_2, 0, plot::wheel_span, 4, &Adjust::cursor, &Adjust::move_cursor,
+     &Adjust::mark_new_data_needed, 1},
+}};
+
+Adjust::Adjust(const Surroundings& around, Vertical& vertical, Trigger& trigger)
+    : around_(around), vertical_(vertical), trigger_(trigger) {
+    FrontPanel& panel = around.panel;
+    panel.tabstrip2.on_click([this] { TabStrip2_Click(); });
+    panel.slider1.on_scroll([this] { Slider1_Scroll(); });
+    panel.slider1.on_change([this] { Slider1_Change(); });
+    panel.trigsource.on_click([this] {
+        trigger_.trigsource_Click();
+        refresh_wheel();
+    });
+    for (const int channel : {ch1, ch2}) {
+        ChannelControls& controls = panel.channel[static_cast<std::size_t>(channel)];
+        controls.psofset.on_change([this, channel] { psofset_Change(channel); });
+        controls.psofset.on_enter([this, channel] {
+            psofset_Enter(channel);
+            show_change(around_);
+        });
+        controls.psofset.on_leave([this, channel] {
+            psofset_Leave(channel);
+            show_change(around_);
+        });
+        controls.psofset.on_focus([this] { select_target(adjust_key::horizontal); });
+        controls.slenps.on_click([this, channel] { slenps_Click(channel); });
     }
 }
 
+const Adjust::Target& Adjust::selected() const {
+    const std::string key = around_.panel.tabstrip2.selected_key();
+    const auto* const found = std::find_if(targets.begin(), targets.end(),
+                                           [&key](const Target& at) { return at.key == key; });
+    return found == targets.end() ? targets.front() : *found;
+}
+
+void Adjust::setadjuststep() {
+    const Target& target = selected();
+    around_.panel.slider1.set_range(target.lowest, target.highest);
+    around_.panel.slider1.set_SlideStep(target.step > 0 ? target.step
+                                                        : delay_step(around_.time_base.samplerate));
+}
+
 void Adjust::TabStrip2_Click() {
-    const std::string key = panel_.tabstrip2.selected_key();
-    const bool chosen = key != target_;
-    if (chosen && panel_.slider1.uncommitted()) {
+    const Target& target = selected();
+    const bool chosen = &target != target_;
+    const bool dragged = around_.panel.slider1.uncommitted();
+    if (chosen && dragged && target_ != nullptr) {
         // Whatever the wheel was dragged for so far keeps its value.
-        tell_commit(target_);
+        (this->*target_->commit)();
     }
-    target_ = key;
-    if (key == adjust_key::ch1 || key == adjust_key::ch2) {
-        panel_.channel[key == adjust_key::ch1 ? 0 : 1].text.bring_to_front();
+    target_ = &target;
+    if (target.value == &Adjust::position) {
+        around_.panel.channel[target.which].text.bring_to_front();
+    } else if (target.value == &Adjust::cursor) {
+        activate_cursor(target.which);
     }
-    activate_cursor(key);
-    if (!chosen && panel_.slider1.uncommitted()) {
+    if (!chosen && dragged) {
         setadjuststep();
         return;
     }
     refresh_wheel();
-    screen_.draw(draw_flags::all);
+    around_.screen.draw(draw_flags::all);
 }
 
 void Adjust::refresh_wheel() {
-    const std::string key = panel_.tabstrip2.selected_key();
+    const Target& target = selected();
     setadjuststep();
-    if (key == adjust_key::horizontal) {
+    if (target.key == adjust_key::horizontal) {
         hposwheel_ = wheel_for_delays();
     }
-    follow(target_value(key));
+    follow(value_of(target));
 }
 
 void Adjust::select_target(std::string_view key) {
     int position = 0;
-    if (!hasnotab(panel_.tabstrip2, key, position)) {
-        panel_.tabstrip2.select(position);
+    if (!hasnotab(around_.panel.tabstrip2, key, position)) {
+        around_.panel.tabstrip2.select(position);
     }
 }
 
-std::int32_t Adjust::target_value(std::string_view key) const {
-    const CursorState& cursors = quantities_.cursors;
-    if (key == adjust_key::ch1) {
-        return quantities_.channels[0].marker_wheel;
-    }
-    if (key == adjust_key::ch2) {
-        return quantities_.channels[1].marker_wheel;
-    }
-    if (key == adjust_key::trigger) {
-        return quantities_.trigger.trigwheel;
-    }
-    if (key == adjust_key::horizontal) {
-        return hposwheel_;
-    }
-    const std::size_t cursor = key == adjust_key::cursor_1 ? 0 : 1;
-    return cursor_mode::is_time(cursors.cursormode) ? cursors.hpos[cursor]
-                                                    : plot::wheel_span - 2 * cursors.vpos[cursor];
+std::int32_t Adjust::position(std::size_t channel) const {
+    return around_.channels.at(channel).marker_wheel;
 }
 
-void Adjust::activate_cursor(std::string_view key) {
-    if (key != adjust_key::cursor_1 && key != adjust_key::cursor_2) {
-        return;
-    }
-    const bool first = key == adjust_key::cursor_1;
-    std::int16_t& mode = quantities_.cursors.cursormode;
+std::int32_t Adjust::level(std::size_t /*which*/) const {
+    return around_.trigger.trigwheel;
+}
+
+std::int32_t Adjust::delays(std::size_t /*which*/) const {
+    return hposwheel_;
+}
+
+std::int32_t Adjust::cursor(std::size_t cursor) const {
+    const CursorState& cursors = around_.cursors;
+    return cursor_mode::is_time(cursors.cursormode)
+               ? cursors.hpos.at(cursor)
+               : plot::wheel_span - 2 * cursors.vpos.at(cursor);
+}
+
+void Adjust::activate_cursor(std::size_t cursor) {
+    const bool first = cursor == 0;
+    std::int16_t& mode = around_.cursors.cursormode;
     if (mode == cursor_mode::voltage_both || mode == cursor_mode::time_both) {
         return;
     }
@@ -128,80 +167,69 @@ void Adjust::activate_cursor(std::string_view key) {
 
 void Adjust::follow(std::int32_t value) {
     following_ = true;
-    panel_.slider1.set_Value(value);
+    around_.panel.slider1.set_Value(value);
     following_ = false;
 }
 
 void Adjust::sliderupdate() {
-    const std::string key = panel_.tabstrip2.selected_key();
-    const std::int32_t value = panel_.slider1.Value();
-    if (key == adjust_key::ch1) {
-        move_channel(ch1, value);
-    } else if (key == adjust_key::ch2) {
-        move_channel(ch2, value);
-    } else if (key == adjust_key::trigger) {
-        move_level(value);
-    } else if (key == adjust_key::horizontal) {
-        move_delays(value);
-    } else if (key == adjust_key::cursor_1) {
-        move_cursor(0, value);
-    } else if (key == adjust_key::cursor_2) {
-        move_cursor(1, value);
-    }
+    const Target& target = selected();
+    (this->*target.move)(target.which, around_.panel.slider1.Value());
     // The marks on the traces move with them, so they are placed before the picture is drawn.
-    measuring_.showmeasurements();
-    screen_.calccursors();
-    screen_.show_labels();
-    screen_.draw(draw_flags::all);
-    measuring_.showmeasurements();
+    around_.measuring.showmeasurements();
+    around_.screen.calccursors();
+    around_.screen.show_labels();
+    around_.screen.draw(draw_flags::all);
+}
+
+void Adjust::move_position(std::size_t channel, std::int32_t value) {
+    move_channel(static_cast<int>(channel), value);
 }
 
 void Adjust::move_channel(int channel, std::int32_t value) {
-    ChannelState& state = quantities_.channels[static_cast<std::size_t>(channel)];
+    ChannelState& state = around_.channels[static_cast<std::size_t>(channel)];
     state.marker_wheel = value;
     state.pos = row_of(value);
     state.offsetdac = offset_code(state);
     vertical_.place_marker(channel);
-    screen_.refresh(channel, 0);
+    around_.screen.refresh(channel, 0);
 }
 
-void Adjust::move_level(std::int32_t value) {
-    if (value == quantities_.trigger.trigwheel) {
+void Adjust::move_level(std::size_t /*which*/, std::int32_t value) {
+    if (value == around_.trigger.trigwheel) {
         // The wheel has not been turned: a level between two of its steps stays there.
         return;
     }
-    quantities_.trigger.trigwheel = value;
+    around_.trigger.trigwheel = value;
     trigger_.settrigfromwheel();
 }
 
 std::int32_t Adjust::delay_points(std::int32_t delay) const {
-    return round_to_int32(delay /
-                          (quantities_.time_base.tbresolution / quantities_.time_base.hstretch));
+    return round_to_int32(delay / (around_.time_base.tbresolution / around_.time_base.hstretch));
 }
 
-void Adjust::move_delays(std::int32_t value) {
+void Adjust::move_delays(std::size_t /*which*/, std::int32_t value) {
     if (value == hposwheel_) {
         // The wheel has not been turned: boxes that say something else were typed into.
         return;
     }
     const std::int32_t hposdelay = value + horizontal_zero;
     const std::int32_t delay = longest_delay - hposdelay;
-    for (std::size_t index = 0; index < quantities_.channels.size(); ++index) {
-        ChannelControls& controls = panel_.channel[index];
+    for (std::size_t index = 0; index < around_.channels.size(); ++index) {
+        ChannelControls& controls = around_.panel.channel[index];
         if (controls.slenps.checked()) {
             controls.psofset.set_text(std::to_string(delay));
-            quantities_.channels[index].delaypts = delay_points(delay);
-            quantities_.channels[index].delay = delay;
+            around_.channels[index].delaypts = delay_points(delay);
+            around_.channels[index].delay = delay;
         }
     }
     hposwheel_ = value;
     trigger_.trigposupdate();
-    screen_.refreshCH1(0);
-    screen_.refreshCH2(0);
+    around_.screen.refreshCH1(0);
+    around_.screen.refreshCH2(0);
 }
 
 void Adjust::move_cursor(std::size_t cursor, std::int32_t value) {
-    CursorState& cursors = quantities_.cursors;
+    CursorState& cursors = around_.cursors;
     const auto voltage = static_cast<std::int16_t>(cursor_mode::voltage_1 + cursor);
     const auto time = static_cast<std::int16_t>(cursor_mode::time_1 + cursor);
     if (cursors.cursormode == voltage) {
@@ -213,8 +241,8 @@ void Adjust::move_cursor(std::size_t cursor, std::int32_t value) {
 
 void Adjust::Slider1_Scroll() {
     sliderupdate();
-    if (panel_.tabstrip2.selected_key() == adjust_key::trigger) {
-        show_trigger_line(quantities_.acquisition);
+    if (selected().key == adjust_key::trigger) {
+        show_trigger_line(around_.acquisition);
     }
 }
 
@@ -223,65 +251,59 @@ void Adjust::Slider1_Change() {
         return;
     }
     sliderupdate();
-    const std::string key = panel_.tabstrip2.selected_key();
-    tell_commit(key);
-    if (cursor_mode::is_time(quantities_.cursors.cursormode)) {
+    const Target& target = selected();
+    (this->*target.commit)();
+    if (cursor_mode::is_time(around_.cursors.cursormode)) {
         // The columns end before the wheel does: what it was turned beyond is taken back.
-        follow(target_value(key));
+        follow(value_of(target));
     }
 }
 
-void Adjust::tell_commit(std::string_view key) {
-    if (key == adjust_key::trigger) {
-        show_trigger_line(quantities_.acquisition);
-        if (quantities_.acquisition.acqrunning) {
-            quantities_.acquisition.scopestate = state_word::changes;
-        }
-        return;
-    }
+void Adjust::commit_level() {
+    show_trigger_line(around_.acquisition);
+    ask_for_set_up(around_);
+}
+
+void Adjust::commit_delays() {
     mark_new_data_needed();
-    if (key == adjust_key::horizontal) {
-        show_delay_label(ch1);
-        show_delay_label(ch2);
-    }
+    show_delay_label(ch1);
+    show_delay_label(ch2);
 }
 
 void Adjust::mark_new_data_needed() {
-    AcquisitionState& acquisition = quantities_.acquisition;
-    if (acquisition.acqrunning) {
-        acquisition.scopestate = state_word::changes;
-        acquisition.await_new_data(ch1);
-        acquisition.await_new_data(ch2);
+    if (ask_for_set_up(around_)) {
+        around_.acquisition.await_new_data(ch1);
+        around_.acquisition.await_new_data(ch2);
     }
 }
 
 std::int32_t Adjust::delay_in_box(int channel) const {
     const auto index = static_cast<std::size_t>(channel);
-    return delay_of(panel_.channel[index].psofset, quantities_.channels[index]);
+    return delay_of(around_.panel.channel[index].psofset, around_.channels[index]);
 }
 
 void Adjust::psofset_Change(int channel) {
-    TextBox& box = panel_.channel[static_cast<std::size_t>(channel)].psofset;
+    TextBox& box = around_.panel.channel[static_cast<std::size_t>(channel)].psofset;
     box.set_faulty(!typed_delay(box.text()));
 }
 
 void Adjust::psofset_Enter(int channel) {
-    if (panel_.tabstrip2.selected_key() == adjust_key::horizontal) {
+    if (around_.panel.tabstrip2.selected_key() == adjust_key::horizontal) {
         take_typed_delay(channel);
     }
 }
 
 void Adjust::psofset_Leave(int channel) {
     const auto index = static_cast<std::size_t>(channel);
-    TextBox& box = panel_.channel[index].psofset;
+    TextBox& box = around_.panel.channel[index].psofset;
     const std::int32_t delay = delay_in_box(channel);
     // What stood there before it was left may have been uploaded with something else.
-    const bool sent = delay == quantities_.acquisition.offset[index];
+    const bool sent = delay == around_.acquisition.offset[index];
     if (!typed_delay(box.text())) {
         if (!sent) {
             mark_new_data_needed();
         }
-    } else if (!sent || delay != quantities_.channels[index].delay) {
+    } else if (!sent || delay != around_.channels[index].delay) {
         take_typed_delay(channel);
     } else if (box.text() != std::to_string(delay)) {
         box.set_text(std::to_string(delay));
@@ -290,7 +312,7 @@ void Adjust::psofset_Leave(int channel) {
 }
 
 void Adjust::take_typed_delay(int channel) {
-    TextBox& box = panel_.channel[static_cast<std::size_t>(channel)].psofset;
+    TextBox& box = around_.panel.channel[static_cast<std::size_t>(channel)].psofset;
     if (const auto delay = typed_delay(box.text())) {
         box.set_text(std::to_string(*delay));
         apply_delay(channel);
@@ -298,33 +320,33 @@ void Adjust::take_typed_delay(int channel) {
 }
 
 void Adjust::restore_delay(int channel, std::string_view text) {
-    panel_.channel[static_cast<std::size_t>(channel)].psofset.set_text(
+    around_.panel.channel[static_cast<std::size_t>(channel)].psofset.set_text(
         std::to_string(leading_delay(text)));
     apply_delay(channel);
 }
 
 void Adjust::apply_delay(int channel) {
     const auto index = static_cast<std::size_t>(channel);
-    ChannelState& state = quantities_.channels[index];
+    ChannelState& state = around_.channels[index];
     state.delay = delay_in_box(channel);
     state.delaypts = delay_points(state.delay);
-    if (panel_.tabstrip2.selected_key() == adjust_key::horizontal) {
+    if (around_.panel.tabstrip2.selected_key() == adjust_key::horizontal) {
         refresh_wheel();
     }
     show_delay_label(channel);
     trigger_.trigposupdate();
-    screen_.refreshCH1(0);
-    screen_.refreshCH2(0);
+    around_.screen.refreshCH1(0);
+    around_.screen.refreshCH2(0);
     // Before the set-up counts as changed: until it is uploaded nothing is drawn.
-    screen_.draw(draw_flags::all);
+    around_.screen.draw(draw_flags::all);
     mark_new_data_needed();
 }
 
 void Adjust::slenps_Click(int channel) {
-    if (panel_.tabstrip2.selected_key() != adjust_key::horizontal) {
+    if (around_.panel.tabstrip2.selected_key() != adjust_key::horizontal) {
         return;
     }
-    hposwheel_ = panel_.channel[static_cast<std::size_t>(channel)].slenps.checked()
+    hposwheel_ = around_.panel.channel[static_cast<std::size_t>(channel)].slenps.checked()
                      ? wheel_at(delay_in_box(channel))
                      : wheel_for_delays();
     follow(hposwheel_);
@@ -332,7 +354,7 @@ void Adjust::slenps_Click(int channel) {
 
 std::int32_t Adjust::wheel_for_delays() const {
     for (const int channel : {ch1, ch2}) {
-        if (panel_.channel[static_cast<std::size_t>(channel)].slenps.checked()) {
+        if (around_.panel.channel[static_cast<std::size_t>(channel)].slenps.checked()) {
             return wheel_at(delay_in_box(channel));
         }
     }
@@ -341,15 +363,15 @@ std::int32_t Adjust::wheel_for_delays() const {
 
 void Adjust::show_delay_label(int channel) {
     const auto index = static_cast<std::size_t>(channel);
-    ChannelControls& controls = panel_.channel[index];
-    const std::string delay = delay_text(controls.psofset, quantities_.channels[index]);
-    const bool none = delay == "0" || quantities_.acquisition.pointmode;
+    ChannelControls& controls = around_.panel.channel[index];
+    const std::string delay = delay_text(controls.psofset, around_.channels[index]);
+    const bool none = delay == "0" || around_.acquisition.pointmode;
     controls.hor_delay.set_caption(none ? std::string() : "Delay:  " + delay + "ps");
 }
 
 void Adjust::rescale_delays() {
     for (int channel = 0; channel < 2; ++channel) {
-        ChannelState& state = quantities_.channels[static_cast<std::size_t>(channel)];
+        ChannelState& state = around_.channels[static_cast<std::size_t>(channel)];
         state.delaypts = delay_points(delay_in_box(channel));
         state.uploaded_delaypts = state.delaypts;
         state.shown_delaypts = state.delaypts;

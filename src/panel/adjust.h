@@ -1,20 +1,13 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
-#include <string>
 #include <string_view>
 
-#include "panel/front_panel.h"
-#include "panel/measuring.h"
-#include "panel/screen.h"
+#include "panel/surroundings.h"
 #include "panel/trigger.h"
 #include "panel/vertical.h"
-#include "state/acquisition_state.h"
-#include "state/channel_state.h"
-#include "state/cursor_state.h"
-#include "state/time_base_state.h"
-#include "state/trigger_state.h"
 
 namespace kv408 {
 
@@ -31,19 +24,9 @@ inline constexpr std::string_view cursor_2 = "C2";
 /// The adjust wheel `Slider1` with the tabs that say what it turns, and the delay boxes.
 class Adjust {
 public:
-    /// What the wheel turns.
-    struct Quantities {
-        Channels& channels;
-        TriggerState& trigger;
-        CursorState& cursors;
-        const TimeBaseState& time_base;
-        AcquisitionState& acquisition;
-    };
-
-    Adjust(FrontPanel& panel, const Quantities& quantities, Vertical& vertical, Trigger& trigger,
-           Screen& screen, Measuring& measuring)
-        : panel_(panel), quantities_(quantities), vertical_(vertical), trigger_(trigger),
-          screen_(screen), measuring_(measuring) {}
+    /// Connects the tabs, the wheel, the delay boxes, and the trigger source, each of which has its
+    /// own level.
+    Adjust(const Surroundings& around, Vertical& vertical, Trigger& trigger);
 
     /// Sets the wheel's range and step for the selected tab and the time base.
     void setadjuststep();
@@ -86,9 +69,6 @@ public:
     /// 0..65535 ps, as its box then shows it.
     void restore_delay(int channel, std::string_view text);
 
-    /// A delay box got the keyboard focus.
-    void psofset_GotFocus() { select_target(adjust_key::horizontal); }
-
     /// A channel's box "delay moved by the wheel" was clicked: on the delays' tab the wheel goes to
     /// the delay of a box that was checked, and to what it still moves otherwise.
     void slenps_Click(int channel);
@@ -101,30 +81,50 @@ public:
     void rescale_delays();
 
 private:
-    [[nodiscard]] std::int32_t target_value(std::string_view key) const;
+    /// What the wheel turns on one tab.
+    struct Target {
+        std::string_view key;
+        std::int32_t lowest;
+        std::int32_t highest;
+        std::int32_t step; ///< a pixel of drag; 0: by the time base
+        std::int32_t (Adjust::*value)(std::size_t which) const; ///< where the wheel stands for it
+        void (Adjust::*move)(std::size_t which, std::int32_t value);
+        void (Adjust::*commit)(); ///< what follows when the wheel is let go
+        std::size_t which;        ///< index of the channel or cursor
+    };
+    static const std::array<Target, 6> targets;
+
+    /// The target on the selected tab; the first one in an empty strip.
+    [[nodiscard]] const Target& selected() const;
+    [[nodiscard]] std::int32_t value_of(const Target& target) const {
+        return (this->*target.value)(target.which);
+    }
+    [[nodiscard]] std::int32_t position(std::size_t channel) const;
+    [[nodiscard]] std::int32_t level(std::size_t which) const;
+    [[nodiscard]] std::int32_t delays(std::size_t which) const;
+    [[nodiscard]] std::int32_t cursor(std::size_t cursor) const;
     /// Where the wheel stands for the delays that it moves: at that of the first channel whose box
     /// is checked; where it is without one.
     [[nodiscard]] std::int32_t wheel_for_delays() const;
     void follow(std::int32_t value);
     void apply_delay(int channel);
-    void move_level(std::int32_t value);
-    void move_delays(std::int32_t value);
+    void move_position(std::size_t channel, std::int32_t value);
+    void move_level(std::size_t which, std::int32_t value);
+    void move_delays(std::size_t which, std::int32_t value);
     void move_cursor(std::size_t cursor, std::int32_t value);
-    void activate_cursor(std::string_view key);
+    void commit_level();
+    void commit_delays();
     void mark_new_data_needed();
+    void activate_cursor(std::size_t cursor);
     [[nodiscard]] std::int32_t delay_points(std::int32_t delay) const;
     [[nodiscard]] std::int32_t delay_in_box(int channel) const;
     void take_typed_delay(int channel);
-    void tell_commit(std::string_view key);
 
-    FrontPanel& panel_;
-    Quantities quantities_;
+    Surroundings around_;
     Vertical& vertical_;
     Trigger& trigger_;
-    Screen& screen_;
-    Measuring& measuring_;
     std::int32_t hposwheel_ = 32767; ///< the wheel's value for the horizontal delay
-    std::string target_;             ///< key of the tab that the wheel turns for
+    const Target* target_ = nullptr; ///< of the tab that the wheel turns for
     bool following_ = false;         ///< the wheel is set to where its quantity is already
 };
 

@@ -1,18 +1,14 @@
 #pragma once
 
-#include "link/device_link.h"
-#include "panel/front_panel.h"
-#include "panel/screen.h"
-#include "state/acquisition_state.h"
+#include "panel/surroundings.h"
 
 namespace kv408 {
 
 /// The check boxes of the Display frame.
 class DisplayControls {
 public:
-    DisplayControls(FrontPanel& panel, AcquisitionState& acquisition, DeviceLink& link,
-                    Screen& screen)
-        : panel_(panel), acquisition_(acquisition), link_(link), screen_(screen) {}
+    /// Connects the check boxes.
+    explicit DisplayControls(const Surroundings& around);
 
     /// "Grid On" was clicked.
     void gridenable_Click();
@@ -25,10 +21,7 @@ public:
     void average_Click();
 
 private:
-    FrontPanel& panel_;
-    AcquisitionState& acquisition_;
-    DeviceLink& link_;
-    Screen& screen_;
+    Surroundings around_;
 };
 
 } // namespace kv408

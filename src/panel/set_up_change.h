@@ -1,16 +1,31 @@
 #pragma once
 
-#include "link/device_link.h"
-#include "state/acquisition_state.h"
+#include "panel/surroundings.h"
 
 namespace kv408 {
 
-/// Marks the set-up as changed while a sweep is running, so that the next ticks upload it again,
-/// and waits until the reply in progress has stopped arriving. Does nothing while stopped.
-inline void mark_changed(AcquisitionState& acquisition, DeviceLink& link) {
-    if (acquisition.acqrunning) {
-        acquisition.scopestate = state_word::changes;
-        link.waitrxidle();
+/// Marks the set-up as changed while a sweep is running, so that the next ticks upload it again.
+/// Does nothing, and is false, while stopped.
+inline bool ask_for_set_up(const Surroundings& around) {
+    if (around.acquisition.acqrunning) {
+        around.acquisition.scopestate = state_word::changes;
+    }
+    return around.acquisition.acqrunning;
+}
+
+/// The same, and waits until the reply in progress has stopped arriving.
+inline void mark_changed(const Surroundings& around) {
+    if (ask_for_set_up(around)) {
+        around.link.waitrxidle();
+    }
+}
+
+/// Brings marks and picture into line with a control that was changed. Only while stopped:
+/// otherwise data that are taken with the change do so.
+inline void show_change(const Surroundings& around) {
+    if (around.acquisition.scopestate == state_word::stopped) {
+        around.measuring.showmeasurements();
+        around.screen.draw(draw_flags::all);
     }
 }
 

@@ -41,29 +41,37 @@ std::span<const TimeBaseRow> time_base_rows() {
     return steps;
 }
 
+TimeBase::TimeBase(const Surroundings& around, Trigger& trigger, Adjust& adjust)
+    : around_(around), trigger_(trigger), adjust_(adjust) {
+    around.panel.seltimediv.on_click([this] {
+        seltimediv_Click();
+        show_change(around_);
+    });
+}
+
 void TimeBase::fill_list() {
     std::vector<std::string> entries;
     std::transform(steps.rbegin(), steps.rend(), std::back_inserter(entries),
                    [](const TimeBaseRow& row) { return std::string(row.text); });
-    panel_.seltimediv.set_entries(std::move(entries));
+    around_.panel.seltimediv.set_entries(std::move(entries));
 }
 
 void TimeBase::seltimediv_Click() {
-    mark_changed(acquisition_, link_);
-    const std::string text = panel_.seltimediv.text();
+    mark_changed(around_);
+    const std::string text = around_.panel.seltimediv.text();
     take_values(text);
     adjust_.rescale_delays();
-    screen_.calccursors();
-    panel_.tdivtext.set_caption(text);
-    if (acquisition_.pointmode) {
+    around_.screen.calccursors();
+    around_.panel.tdivtext.set_caption(text);
+    if (around_.acquisition.pointmode) {
         withdraw_horizontal_position();
     } else {
         offer_horizontal_position();
     }
     adjust_.setadjuststep();
     trigger_.trigposupdate();
-    screen_.refreshCH1(0);
-    screen_.refreshCH2(0);
+    around_.screen.refreshCH1(0);
+    around_.screen.refreshCH2(0);
 }
 
 void TimeBase::take_values(std::string_view text) {
@@ -71,37 +79,37 @@ void TimeBase::take_values(std::string_view text) {
         std::find_if(steps.begin(), steps.end(),
                      [text](const TimeBaseRow& entry) { return entry.text == text; });
     if (row == steps.end()) {
-        boxes_.show({.text = "Invalid time base!"});
+        around_.boxes.show({.text = "Invalid time base!"});
         return;
     }
-    panel_.tdivtext.set_caption(std::string(row->short_label));
-    time_base_.tbresolution = row->tbresolution;
-    time_base_.samplerate = row->samplerate;
-    time_base_.hstretch = row->hstretch;
-    acquisition_.pointmode = row->pointmode;
+    around_.panel.tdivtext.set_caption(std::string(row->short_label));
+    around_.time_base.tbresolution = row->tbresolution;
+    around_.time_base.samplerate = row->samplerate;
+    around_.time_base.hstretch = row->hstretch;
+    around_.acquisition.pointmode = row->pointmode;
 }
 
 void TimeBase::offer_horizontal_position() {
     int position = 0;
-    if (hasnotab(panel_.tabstrip2, adjust_key::horizontal, position)) {
-        panel_.tabstrip2.add({std::string(adjust_key::horizontal), "Hor. Position"});
+    if (hasnotab(around_.panel.tabstrip2, adjust_key::horizontal, position)) {
+        around_.panel.tabstrip2.add({std::string(adjust_key::horizontal), "Hor. Position"});
     }
     for (int channel = 0; channel < 2; ++channel) {
-        panel_.channel[static_cast<std::size_t>(channel)].psofset.set_enabled(true);
+        around_.panel.channel[static_cast<std::size_t>(channel)].psofset.set_enabled(true);
         adjust_.show_delay_label(channel);
     }
 }
 
 void TimeBase::withdraw_horizontal_position() {
     int position = 0;
-    if (!hasnotab(panel_.tabstrip2, adjust_key::horizontal, position)) {
-        const bool selected = panel_.tabstrip2.selected() == position;
-        panel_.tabstrip2.remove(position);
+    if (!hasnotab(around_.panel.tabstrip2, adjust_key::horizontal, position)) {
+        const bool selected = around_.panel.tabstrip2.selected() == position;
+        around_.panel.tabstrip2.remove(position);
         if (selected) {
             adjust_.select_target(adjust_key::ch1);
         }
     }
-    for (ChannelControls& controls : panel_.channel) {
+    for (ChannelControls& controls : around_.panel.channel) {
         controls.psofset.set_enabled(false);
         controls.hor_delay.set_caption("");
     }

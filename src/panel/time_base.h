@@ -4,14 +4,9 @@
 #include <span>
 #include <string_view>
 
-#include "host/message_boxes.h"
-#include "link/device_link.h"
 #include "panel/adjust.h"
-#include "panel/front_panel.h"
-#include "panel/screen.h"
+#include "panel/surroundings.h"
 #include "panel/trigger.h"
-#include "state/acquisition_state.h"
-#include "state/time_base_state.h"
 
 namespace kv408 {
 
@@ -32,11 +27,8 @@ struct TimeBaseRow {
 /// The time-base list and what follows from it.
 class TimeBase {
 public:
-    TimeBase(FrontPanel& panel, TimeBaseState& time_base, AcquisitionState& acquisition,
-             Trigger& trigger, Adjust& adjust, DeviceLink& link, Screen& screen,
-             MessageBoxes& boxes)
-        : panel_(panel), time_base_(time_base), acquisition_(acquisition), trigger_(trigger),
-          adjust_(adjust), link_(link), screen_(screen), boxes_(boxes) {}
+    /// Connects the time-base list.
+    TimeBase(const Surroundings& around, Trigger& trigger, Adjust& adjust);
 
     /// Fills the list with its 21 entries; nothing is selected.
     void fill_list();
@@ -49,14 +41,9 @@ private:
     void offer_horizontal_position();
     void withdraw_horizontal_position();
 
-    FrontPanel& panel_;
-    TimeBaseState& time_base_;
-    AcquisitionState& acquisition_;
+    Surroundings around_;
     Trigger& trigger_;
     Adjust& adjust_;
-    DeviceLink& link_;
-    Screen& screen_;
-    MessageBoxes& boxes_;
 };
 
 } // namespace kv408

@@ -12,61 +12,74 @@
 
 namespace kv408 {
 
+Trigger::Trigger(const Surroundings& around)
+    : around_(around), taken_timeout_(trigger_timeout(around.panel.trtout.text())) {
+    FrontPanel& panel = around.panel;
+    panel.trigeredge.on_click([this] { trigeredge_Click(); });
+    panel.shyst.on_change([this] { shyst_Change(); });
+    panel.trtout.on_change([this] { trtout_Change(); });
+    panel.trtout.on_enter([this] { trtout_Commit(); });
+    panel.trtout.on_leave([this] { trtout_Commit(); });
+    panel.trzero.on_click([this] { trzero_Click(); });
+    panel.delaytrttdis.on_change([this] { delaytrttdis_Change(); });
+    panel.delaytrttdis.on_leave([this] { delaytrttdis_Leave(); });
+}
+
 std::size_t Trigger::source() const {
-    return panel_.trigsource.text() == "TRIG1" ? 0 : 1;
+    return around_.panel.trigsource.text() == "TRIG1" ? 0 : 1;
 }
 
 void Trigger::trigsource_Click() {
-    mark_changed(acquisition_, link_);
-    trigger_.trigpos = trigger_.saved_trigpos[source()];
-    panel_.shyst.set_value(trigger_.hyst[source()]);
+    mark_changed(around_);
+    around_.trigger.trigpos = around_.trigger.saved_trigpos[source()];
+    around_.panel.shyst.set_value(around_.trigger.hyst[source()]);
     show_level();
-    trigger_.trigwheel =
-        round_to_int32(static_cast<double>(trigger_.trigpos) / codes_per_wheel_step);
+    around_.trigger.trigwheel =
+        round_to_int32(static_cast<double>(around_.trigger.trigpos) / codes_per_wheel_step);
     settriger();
 }
 
 void Trigger::trigeredge_Click() {
-    mark_changed(acquisition_, link_);
+    mark_changed(around_);
 }
 
 void Trigger::shyst_Change() {
-    trigger_.hyst[source()] = static_cast<std::int16_t>(panel_.shyst.value());
-    mark_changed(acquisition_, link_);
+    around_.trigger.hyst[source()] = static_cast<std::int16_t>(around_.panel.shyst.value());
+    mark_changed(around_);
 }
 
 void Trigger::trzero_Click() {
-    trigger_.trigpos = zero_volt_code;
-    trigger_.saved_trigpos[source()] = zero_volt_code;
-    trigger_.trigwheel = zero_volt_code / codes_per_wheel_step;
+    around_.trigger.trigpos = zero_volt_code;
+    around_.trigger.saved_trigpos[source()] = zero_volt_code;
+    around_.trigger.trigwheel = zero_volt_code / codes_per_wheel_step;
     // Before the screen is drawn, so that it shows the line at once.
-    show_trigger_line(acquisition_);
-    panel_.tabstrip2.select(panel_.tabstrip2.selected());
+    show_trigger_line(around_.acquisition);
+    around_.panel.tabstrip2.select(around_.panel.tabstrip2.selected());
     shyst_Change();
 }
 
 void Trigger::trtout_Change() {
-    panel_.trtout.set_faulty(!typed_trigger_timeout(panel_.trtout.text()));
+    around_.panel.trtout.set_faulty(!typed_trigger_timeout(around_.panel.trtout.text()));
 }
 
 void Trigger::trtout_Commit() {
-    if (const auto typed = typed_trigger_timeout(panel_.trtout.text())) {
+    if (const auto typed = typed_trigger_timeout(around_.panel.trtout.text())) {
         taken_timeout_ = *typed;
-        panel_.trtout.set_text(std::to_string(*typed));
+        around_.panel.trtout.set_text(std::to_string(*typed));
     }
     // What stood there before it was left may have been sent with something else.
-    if (taken_timeout_ != acquisition_.trigger.timeout) {
-        mark_changed(acquisition_, link_);
+    if (taken_timeout_ != around_.acquisition.trigger.timeout) {
+        mark_changed(around_);
     }
 }
 
 void Trigger::delaytrttdis_Change() {
-    TextBox& box = panel_.delaytrttdis;
+    TextBox& box = around_.panel.delaytrttdis;
     box.set_faulty(!quantity_in(box.text(), picosecond_units));
 }
 
 void Trigger::delaytrttdis_Leave() {
-    TextBox& box = panel_.delaytrttdis;
+    TextBox& box = around_.panel.delaytrttdis;
     if (const auto typed = quantity_in(box.text(), picosecond_units)) {
         taken_additional_ = round_to_int32(*typed);
         box.set_text(std::to_string(taken_additional_));
@@ -75,7 +88,7 @@ void Trigger::delaytrttdis_Leave() {
 }
 
 std::int32_t Trigger::additional_delay() const {
-    const TextBox& box = panel_.delaytrttdis;
+    const TextBox& box = around_.panel.delaytrttdis;
     if (box.faulty()) {
         return taken_additional_;
     }
@@ -84,54 +97,57 @@ std::int32_t Trigger::additional_delay() const {
 }
 
 void Trigger::settrigfromwheel() {
-    trigger_.trigpos = static_cast<std::int16_t>(trigger_.trigwheel * codes_per_wheel_step);
-    trigger_.saved_trigpos[source()] = trigger_.trigpos;
+    around_.trigger.trigpos = static_cast<std::int16_t>(around_.trigger.trigwheel * codes_per_wheel_step);
+    around_.trigger.saved_trigpos[source()] = around_.trigger.trigpos;
 }
 
 void Trigger::trigposupdate() {
     constexpr int leftmost = plot::left;
     constexpr int rightmost = plot::left + plot::width - 1;
     const double columns =
-        (static_cast<double>(additional_delay()) - trigger_.trigsrcdelay) / time_base_.tbresolution;
-    panel_.ltp2.move(std::clamp(round_to_int32(leftmost - columns), leftmost, rightmost),
-                     panel_.ltp2.top());
+        (static_cast<double>(additional_delay()) - around_.trigger.trigsrcdelay) /
+        around_.time_base.tbresolution;
+    around_.panel.ltp2.move(std::clamp(round_to_int32(leftmost - columns), leftmost, rightmost),
+                            around_.panel.ltp2.top());
 }
 
 void Trigger::show_level() {
-    panel_.trlevelmv.set_caption(
-        printed_number((trigger_.trigpos - zero_volt_code) * channels_[source()].vtfactor) + "mV");
+    around_.panel.trlevelmv.set_caption(printed_number((around_.trigger.trigpos - zero_volt_code) *
+                                                       around_.channels[source()].vtfactor) +
+                                        "mV");
 }
 
 void Trigger::settriger() {
-    const std::int32_t timeout =
-        panel_.trtout.faulty() ? taken_timeout_ : trigger_timeout(panel_.trtout.text());
-    trigger_.trigsrcdelay = trigger_.trigdelay[source()];
-    if (acquisition_.scopestate == state_word::linearity) {
+    const std::int32_t timeout = around_.panel.trtout.faulty()
+                                     ? taken_timeout_
+                                     : trigger_timeout(around_.panel.trtout.text());
+    around_.trigger.trigsrcdelay = around_.trigger.trigdelay[source()];
+    if (around_.acquisition.scopestate == state_word::linearity) {
         // A command would break the linearity run off; the next set-up sends the trigger.
         return;
     }
     const TriggerSetting setting = {.source = source(),
-                                    .positive = panel_.trigeredge.text() == "Positive",
+                                    .positive = around_.panel.trigeredge.text() == "Positive",
                                     .level_mv =
-                                        static_cast<double>(trigger_.trigpos - zero_volt_code),
-                                    .hysteresis = static_cast<std::int16_t>(panel_.shyst.value()),
-                                    .timeout = acquisition_.trigger.timeout};
-    fill_trigger(link_.cmdargs(), {.level = trigger_.trigpos,
+                                        static_cast<double>(around_.trigger.trigpos - zero_volt_code),
+                                    .hysteresis = static_cast<std::int16_t>(around_.panel.shyst.value()),
+                                    .timeout = around_.acquisition.trigger.timeout};
+    fill_trigger(around_.link.cmdargs(), {.level = around_.trigger.trigpos,
                                    .trig1 = setting.source == 0,
                                    .positive = setting.positive,
                                    .hysteresis = setting.hysteresis});
-    bool done = link_.send_setup(command::set_trigger, " SETTRIG ");
+    bool done = around_.link.send_setup(command::set_trigger, " SETTRIG ");
     if (done) {
-        acquisition_.trigger = setting;
-        clock_.sleep(std::chrono::milliseconds(10));
-        fill_trigger_timeout(link_.cmdargs(), timeout);
-        done = link_.send_setup(command::set_trigger_timeout, " SETTTO ");
+        around_.acquisition.trigger = setting;
+        around_.clock.sleep(std::chrono::milliseconds(10));
+        fill_trigger_timeout(around_.link.cmdargs(), timeout);
+        done = around_.link.send_setup(command::set_trigger_timeout, " SETTTO ");
         if (done) {
-            acquisition_.trigger.timeout = timeout;
+            around_.acquisition.trigger.timeout = timeout;
         }
     }
     if (!done) {
-        boxes_.show({.text = "error set triger", .link_failure = true});
+        around_.boxes.show({.text = "error set triger", .link_failure = true});
     }
 }
 

@@ -3,14 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "host/clock.h"
-#include "host/message_boxes.h"
-#include "link/device_link.h"
-#include "panel/front_panel.h"
-#include "state/acquisition_state.h"
-#include "state/channel_state.h"
-#include "state/time_base_state.h"
-#include "state/trigger_state.h"
+#include "panel/surroundings.h"
 
 namespace kv408 {
 
@@ -26,12 +19,9 @@ inline void show_trigger_line(AcquisitionState& acquisition) {
 /// The TRIGGER frame: source, edge, level, hysteresis and time-out, and their upload.
 class Trigger {
 public:
-    Trigger(FrontPanel& panel, TriggerState& trigger, const Channels& channels,
-            const TimeBaseState& time_base, AcquisitionState& acquisition, DeviceLink& link,
-            Clock& clock, MessageBoxes& boxes)
-        : panel_(panel), trigger_(trigger), channels_(channels), time_base_(time_base),
-          acquisition_(acquisition), link_(link), clock_(clock), boxes_(boxes),
-          taken_timeout_(trigger_timeout(panel.trtout.text())) {}
+    /// Connects the controls of the TRIGGER frame but its source, which the wheel follows, and
+    /// "Additional Delay".
+    explicit Trigger(const Surroundings& around);
 
     /// Index of the selected source: 0 for "TRIG1", else 1.
     [[nodiscard]] std::size_t source() const;
@@ -79,14 +69,7 @@ private:
     /// What is typed in picoseconds, or the delay taken last while that is none.
     [[nodiscard]] std::int32_t additional_delay() const;
 
-    FrontPanel& panel_;
-    TriggerState& trigger_;
-    const Channels& channels_;
-    const TimeBaseState& time_base_;
-    AcquisitionState& acquisition_;
-    DeviceLink& link_;
-    Clock& clock_;
-    MessageBoxes& boxes_;
+    Surroundings around_;
     std::int32_t taken_timeout_; ///< the time-out that its box gave last, microseconds
     std::int32_t taken_additional_ =
         0; ///< the additional delay that its box gave last, picoseconds

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "panel/set_up_change.h"
 #include "state/plot_geometry.h"
 #include "state/rounding.h"
 #include "state/samples.h"
@@ -51,36 +52,54 @@ std::int16_t offset_code(const ChannelState& channel) {
                           (plot::centre_y - channel.pos) / (channel.vtfactor * channel.scale));
 }
 
+Vertical::Vertical(const Surroundings& around) : around_(around) {
+    for (const int channel : {ch1, ch2}) {
+        ChannelControls& controls = around.panel.channel[static_cast<std::size_t>(channel)];
+        const auto vdiv = [this, channel] {
+            vdiv_Click(channel);
+            show_change(around_);
+        };
+        controls.vdiv.on_click(vdiv);
+        controls.inviatr.on_click(vdiv);
+        controls.invert.on_click([this, channel] { invert_Click(channel); });
+        controls.enable.on_click([this, channel] {
+            // Before the picture is drawn, which marks by what the results say.
+            around_.measuring.showmeasurements();
+            enable_Click(channel);
+        });
+    }
+}
+
 void Vertical::fill_lists() {
-    for (ChannelControls& controls : panel_.channel) {
+    for (ChannelControls& controls : around_.panel.channel) {
         controls.vdiv.set_entries({"0.5V", "0.2V", "0.1V", "50mV", "20mV", "10mV"});
     }
 }
 
 void Vertical::vdiv_Click(int channel) {
-    ChannelState& state = channels_[static_cast<std::size_t>(channel)];
+    ChannelState& state = around_.channels[static_cast<std::size_t>(channel)];
     const bool known = set_scale(channel);
     if (!known || !send_gain(channel)) {
-        boxes_.show({.text = "Error Vold/div set", .link_failure = known});
+        around_.boxes.show({.text = "Error Vold/div set", .link_failure = known});
         return;
     }
     state.offsetdac = offset_code(state);
     // The adjust wheel is refreshed for its present target, as a click on its tab does.
-    panel_.tabstrip2.select(panel_.tabstrip2.selected());
-    screen_.calccursors();
+    around_.panel.tabstrip2.select(around_.panel.tabstrip2.selected());
+    around_.screen.calccursors();
     show_caption(channel);
-    screen_.refreshCH1(0);
-    screen_.refreshCH2(0);
-    if (!acquisition_.acqrunning) {
+    around_.screen.refreshCH1(0);
+    around_.screen.refreshCH2(0);
+    if (!around_.acquisition.acqrunning) {
         // No new data may come that would bring the traces to the screen in their new scale.
-        screen_.draw(draw_flags::all);
+        around_.screen.draw(draw_flags::all);
     }
 }
 
 bool Vertical::set_scale(int channel) {
     const auto index = static_cast<std::size_t>(channel);
-    ChannelState& state = channels_[index];
-    const ChannelControls& controls = panel_.channel[index];
+    ChannelState& state = around_.channels[index];
+    const ChannelControls& controls = around_.panel.channel[index];
     const std::int16_t gain_before = state.gain;
     const auto scale = vertical_scale(controls.vdiv.text());
     if (!scale) {
@@ -94,38 +113,39 @@ bool Vertical::set_scale(int channel) {
     state.vtfactor = via_trigger ? 2.0 : 1.0;
     state.vtsuffix = via_trigger ? " (VT)" : "";
     state.pixpermv = state.scale / state.atten;
-    acquisition_.fresh[index] = false;
-    if (acquisition_.acqrunning) {
+    around_.acquisition.fresh[index] = false;
+    if (around_.acquisition.acqrunning) {
         if (state.gain != gain_before) {
-            acquisition_.scopestate = state_word::changes;
-            acquisition_.laststate = acquisition_.scopestate;
-            link_.waitrxidle();
+            around_.acquisition.scopestate = state_word::changes;
+            around_.acquisition.laststate = around_.acquisition.scopestate;
+            around_.link.waitrxidle();
         }
-        acquisition_.await_new_data(index);
+        around_.acquisition.await_new_data(index);
     }
     return true;
 }
 
 bool Vertical::send_gain(int channel) {
     const auto index = static_cast<std::size_t>(channel);
-    const std::array<std::int16_t, 2> gain = {channels_[0].gain, channels_[1].gain};
+    const std::array<std::int16_t, 2> gain = {around_.channels[0].gain, around_.channels[1].gain};
     // A choice sends its range only when that changes; what an instrument that was off has lost is
     // the set-up's to send.
-    const bool lost = acquisition_.scopestate == state_word::set_up && link_.power().ranges_lost();
+    const bool lost =
+        around_.acquisition.scopestate == state_word::set_up && around_.link.power().ranges_lost();
     if (!lost && gain[index] == acknowledged_gain_[index]) {
         return true;
     }
-    if (acquisition_.scopestate == state_word::linearity) {
+    if (around_.acquisition.scopestate == state_word::linearity) {
         // A command would break the linearity run off; the next set-up sends the range.
         return true;
     }
-    if (acquisition_.acqrunning && acquisition_.scopestate != state_word::changes) {
+    if (around_.acquisition.acqrunning && around_.acquisition.scopestate != state_word::changes) {
         // A frame that repeats a failed one comes without a change of the range: the reply in
         // progress must have arrived for it too.
-        link_.waitrxidle();
+        around_.link.waitrxidle();
     }
-    fill_gain(link_.cmdargs(), gain);
-    if (!link_.send_setup(command::set_amplifier_gain, gain_labels[index])) {
+    fill_gain(around_.link.cmdargs(), gain);
+    if (!around_.link.send_setup(command::set_amplifier_gain, gain_labels[index])) {
         // The instrument may have taken the frame and only its answer may be lost. Either way a
         // range that the frame repeats is as it was.
         for (std::size_t each = 0; each < gain.size(); ++each) {
@@ -141,38 +161,40 @@ bool Vertical::send_gain(int channel) {
 
 void Vertical::show_caption(int channel) {
     const auto index = static_cast<std::size_t>(channel);
-    const ChannelState& state = channels_[index];
-    ChannelControls& controls = panel_.channel[index];
+    const ChannelState& state = around_.channels[index];
+    ChannelControls& controls = around_.panel.channel[index];
     controls.vdivtext.set_caption(controls.vdiv.text() + state.vtsuffix + state.invsuffix);
 }
 
 void Vertical::invert_Click(int channel) {
     const auto index = static_cast<std::size_t>(channel);
-    acquisition_.fresh[index] = false;
-    channels_[index].invsuffix = panel_.channel[index].invert.checked() ? " (inv)" : "";
+    around_.acquisition.fresh[index] = false;
+    around_.channels[index].invsuffix =
+        around_.panel.channel[index].invert.checked() ? " (inv)" : "";
     show_caption(channel);
-    screen_.refresh(channel, 0);
-    screen_.draw(channel == 0 ? draw_flags::ch1 : draw_flags::ch2);
+    around_.screen.refresh(channel, 0);
+    around_.screen.draw(channel == 0 ? draw_flags::ch1 : draw_flags::ch2);
     // Alone on the screen the trace would stay so until something else is drawn.
-    screen_.draw(draw_flags::all);
+    around_.screen.draw(draw_flags::all);
 }
 
 void Vertical::enable_Click(int channel) {
     const auto index = static_cast<std::size_t>(channel);
-    ChannelControls& controls = panel_.channel[index];
+    ChannelControls& controls = around_.panel.channel[index];
     const bool enabled = controls.enable.checked();
-    acquisition_.fresh[index] = false;
+    around_.acquisition.fresh[index] = false;
     controls.text.set_visible(enabled);
     controls.vdivtext.set_visible(enabled);
-    screen_.refreshCH1(0);
-    screen_.refreshCH2(0);
-    screen_.draw(draw_flags::all);
+    around_.screen.refreshCH1(0);
+    around_.screen.refreshCH2(0);
+    around_.screen.draw(draw_flags::all);
 }
 
 void Vertical::place_marker(int channel) {
     const auto index = static_cast<std::size_t>(channel);
-    panel_.channel[index].text.move(plot::left - plot::marker_width - 1,
-                                    plot::top + channels_[index].pos - plot::marker_middle);
+    around_.panel.channel[index].text.move(plot::left - plot::marker_width - 1,
+                                           plot::top + around_.channels[index].pos -
+                                               plot::marker_middle);
 }
 
 } // namespace kv408

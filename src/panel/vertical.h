@@ -5,11 +5,7 @@
 #include <optional>
 #include <string_view>
 
-#include "host/message_boxes.h"
-#include "link/device_link.h"
-#include "panel/front_panel.h"
-#include "panel/screen.h"
-#include "state/acquisition_state.h"
+#include "panel/surroundings.h"
 #include "state/channel_state.h"
 
 namespace kv408 {
@@ -33,10 +29,8 @@ struct VerticalScale {
 /// The volts-per-division lists, "Input Via Trigger", "Invert" and the channel enables.
 class Vertical {
 public:
-    Vertical(FrontPanel& panel, Channels& channels, AcquisitionState& acquisition, DeviceLink& link,
-             Screen& screen, MessageBoxes& boxes)
-        : panel_(panel), channels_(channels), acquisition_(acquisition), link_(link),
-          screen_(screen), boxes_(boxes) {}
+    /// Connects the controls of the VERTICAL frame.
+    explicit Vertical(const Surroundings& around);
 
     /// Fills both lists with their six entries; nothing is selected.
     void fill_lists();
@@ -45,22 +39,12 @@ public:
     /// ranges when the channel's range differs from the one that it last acknowledged, and in a
     /// set-up when it may have been off since.
     void vdiv_Click(int channel);
-    void ch1vdiv_Click() { vdiv_Click(0); }
-    void ch2vdiv_Click() { vdiv_Click(1); }
-
-    /// "Input Via Trigger" was clicked.
-    void inviatr1_Click() { ch1vdiv_Click(); }
-    void inviatr2_Click() { ch2vdiv_Click(); }
 
     /// "Invert" was clicked.
     void invert_Click(int channel);
-    void invert1_Click() { invert_Click(0); }
-    void invert2_Click() { invert_Click(1); }
 
     /// A channel was switched on or off.
     void enable_Click(int channel);
-    void ch1enable_Click() { enable_Click(0); }
-    void ch2enable_Click() { enable_Click(1); }
 
     /// Puts the zero-line marker of `channel` beside the channel's position.
     void place_marker(int channel);
@@ -70,12 +54,7 @@ private:
     bool send_gain(int channel);
     void show_caption(int channel);
 
-    FrontPanel& panel_;
-    Channels& channels_;
-    AcquisitionState& acquisition_;
-    DeviceLink& link_;
-    Screen& screen_;
-    MessageBoxes& boxes_;
+    Surroundings around_;
     /// The ranges that the instrument last acknowledged; 0 where a frame with another one was not.
     std::array<std::int16_t, 2> acknowledged_gain_ = {high_gain, high_gain};
 };

@@ -3,7 +3,6 @@
 #include "acquisition/block_sweep.h"
 #include "acquisition/point_pass.h"
 #include "acquisition/set_up_upload.h"
-#include "acquisition/start_up.h"
 #include "acquisition/state_machine.h"
 #include "calibration/calibration.h"
 #include "config/settings_file.h"
@@ -19,10 +18,12 @@
 #include "panel/adjust.h"
 #include "panel/display_controls.h"
 #include "panel/front_panel.h"
+#include "panel/surroundings.h"
 #include "panel/time_base.h"
 #include "panel/trigger.h"
 #include "panel/vertical.h"
 #include "scope/scope.h"
+#include "scope/start_up.h"
 #include "scope/sweep_dialogs.h"
 #include "state/calibration_record.h"
 #include "state/display_settings.h"
@@ -51,9 +52,7 @@ struct Parts {
     DisplaySettings settings;
     CalibrationRecord calibration = default_calibration;
     FrontPanel panel;
-    /// Entries into the program that have not returned yet; those that wait for a person's dialog,
-    /// and those around them, do not count.
-    int entries = 0;
+    Entries entries;
 
     // What the program needs of its machine.
     Clock& clock;
@@ -72,6 +71,7 @@ struct Parts {
     SettingsDialog settings_dialog;
     Snapshot snapshot;
     Measurements measuring;
+    Surroundings around;
     Vertical vertical;
     Trigger trigger;
     Adjust adjust;
@@ -92,13 +92,6 @@ struct Parts {
 
 private:
     void note_before_bridge();
-    void connect_channel(int channel);
-    void connect_display();
-    void connect_measurements();
-    void connect_trigger();
-    void connect_adjust();
-    void connect_acquisition();
-    void connect_settings();
 };
 
 } // namespace kv408

@@ -11,19 +11,19 @@ namespace {
 /// given up yet.
 class Entry {
 public:
-    Entry(int& entries, bool& given_up)
+    Entry(Entries& entries, bool& given_up)
         : entries_(entries), given_up_(given_up), around_(std::exchange(given_up, false)) {
-        ++entries_;
+        ++entries_.count;
     }
     ~Entry() {
-        --entries_;
+        --entries_.count;
         given_up_ = around_;
     }
     Entry(const Entry&) = delete;
     Entry& operator=(const Entry&) = delete;
 
 private:
-    int& entries_;
+    Entries& entries_;
     bool& given_up_;
     bool around_; ///< whether the exchange was given up that this entry fell into
 };
@@ -63,7 +63,7 @@ bool Scope::start() {
 }
 
 void Scope::tick() {
-    const bool exchange_under_way = parts_->entries > 0;
+    const bool exchange_under_way = parts_->entries.hold_ticks();
     enter([&] { parts_->state_machine.Timer1_Timer(exchange_under_way); });
 }
 
@@ -81,7 +81,7 @@ void Scope::enter(const std::function<void()>& entry) {
     }
     PowerWatch& power = parts_->link.power();
     std::string& state = parts_->acquisition.scopestate;
-    const bool outermost = parts_->entries == 0;
+    const bool outermost = !parts_->entries.hold_ticks();
     if (outermost && state_word::sweeps(state) && power.was_away()) {
         state = state_word::set_up;
     }
@@ -122,6 +122,10 @@ void Scope::abandon() noexcept {
 
 LastSettings& Scope::last_settings() {
     return parts_->settings_file.last_settings();
+}
+
+bool Scope::busy() const {
+    return parts_->entries.count > 0;
 }
 
 bool Scope::ended() const {

@@ -74,6 +74,9 @@ public:
     /// The settings as last known, to be saved by a thread of another kind, at any time.
     [[nodiscard]] LastSettings& last_settings();
 
+    /// True while an entry has not returned.
+    [[nodiscard]] bool busy() const;
+
     /// True once the program has ended; the window then closes.
     [[nodiscard]] bool ended() const;
 

@@ -6,13 +6,14 @@ namespace {
 /// Lets the ticks act as long as it lives, whatever entries there are.
 class Meanwhile {
 public:
-    explicit Meanwhile(int& entries) : entries_(entries), around_(std::exchange(entries, 0)) {}
-    ~Meanwhile() { entries_ = around_; }
+    explicit Meanwhile(Entries& entries)
+        : entries_(entries), around_(std::exchange(entries.resting, entries.count)) {}
+    ~Meanwhile() { entries_.resting = around_; }
     Meanwhile(const Meanwhile&) = delete;
     Meanwhile& operator=(const Meanwhile&) = delete;
 
 private:
-    int& entries_;
+    Entries& entries_;
     int around_;
 };
 

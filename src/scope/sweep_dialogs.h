@@ -10,6 +10,15 @@
 
 namespace kv408 {
 
+/// The entries into the program that have not returned yet.
+struct Entries {
+    int count = 0;
+    int resting = 0; ///< of these those that wait for a person's dialog, and those around them
+
+    /// True while one of them holds the ticks.
+    [[nodiscard]] bool hold_ticks() const { return count > resting; }
+};
+
 /// Message boxes beside a sweep. Those that come in the middle of an exchange hold it; while others
 /// are open it goes on underneath. What tells of a link failure while a sweep runs may be answered
 /// by Stop, and then nothing of that exchange is told any more.
@@ -17,7 +26,7 @@ class SweepMessageBoxes : public MessageBoxes {
 public:
     /// Shows through `boxes`; `entries` counts the entries into the program that hold its ticks.
     SweepMessageBoxes(MessageBoxes& boxes, ProgramState& program,
-                      const AcquisitionState& acquisition, int& entries)
+                      const AcquisitionState& acquisition, Entries& entries)
         : boxes_(boxes), program_(program), acquisition_(acquisition), entries_(entries) {}
 
     /// Sets what Stop in a box does.
@@ -31,7 +40,7 @@ private:
     MessageBoxes& boxes_;
     ProgramState& program_;
     const AcquisitionState& acquisition_;
-    int& entries_;
+    Entries& entries_;
     std::function<void()> stop_;
 };
 
@@ -39,7 +48,7 @@ private:
 class SweepFileChoosers : public FileChoosers {
 public:
     /// Asks through `choosers`; `entries` counts the entries into the program that hold its ticks.
-    SweepFileChoosers(FileChoosers& choosers, int& entries)
+    SweepFileChoosers(FileChoosers& choosers, Entries& entries)
         : choosers_(choosers), entries_(entries) {}
 
     std::optional<std::filesystem::path> open_file(const FileQuestion& question) override;
@@ -48,7 +57,7 @@ public:
 
 private:
     FileChoosers& choosers_;
-    int& entries_;
+    Entries& entries_;
 };
 
 } // namespace kv408

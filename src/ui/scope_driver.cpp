@@ -54,7 +54,6 @@ void ScopeDriver::end() {
 
 void ScopeDriver::enter(const std::function<void()>& entry) {
     run_waiting();
-    ++depth_;
     try {
         entry();
     } catch (const std::exception& error) {
@@ -62,7 +61,6 @@ void ScopeDriver::enter(const std::function<void()>& entry) {
     } catch (...) {
         fail("unknown");
     }
-    --depth_;
     if (listener_) {
         listener_();
     }

@@ -40,7 +40,7 @@ public:
     void end();
 
     /// True while an entry has not returned.
-    [[nodiscard]] bool busy() const { return depth_ > 0; }
+    [[nodiscard]] bool busy() const { return scope_.busy(); }
 
     /// True once the program has ended.
     [[nodiscard]] bool ended() const { return scope_.ended(); }
@@ -66,7 +66,6 @@ private:
     void fail(const std::string& what);
 
     Scope& scope_;
-    int depth_ = 0;
     bool failed_ = false;
     const Control* waits_on_ = nullptr; ///< what `waiting_` is done to
     std::function<void()> waiting_;     ///< what comes after the events, if anything

@@ -8,21 +8,21 @@
 #include "acquisition/block_sweep.h"
 #include "acquisition/point_pass.h"
 #include "acquisition/set_up_upload.h"
-#include "acquisition/start_up.h"
 #include "acquisition/state_machine.h"
 #include "acquisition/status.h"
 #include "host/ending.h"
 #include "link/device_link.h"
 #include "panel/device_list.h"
+#include "panel/display_controls.h"
 #include "panel/front_panel.h"
 #include "panel/time_base.h"
 #include "panel/vertical.h"
+#include "scope/start_up.h"
 #include "support/fake_bridge.h"
 #include "support/fake_files.h"
 #include "support/fake_host.h"
 #include "support/fake_measuring.h"
 #include "support/fake_screen.h"
-#include "support/measurement_lines.h"
 #include "support/virtual_clock.h"
 
 namespace kv408 {
@@ -35,19 +35,6 @@ struct AcquisitionRig {
     AcquisitionRig() {
         link.on_listing(
             [this](const DeviceListing& devices) { show_devices(panel.device, devices); });
-        for (int index = 0; index < 2; ++index) {
-            ChannelControls& controls = panel.channel[static_cast<std::size_t>(index)];
-            controls.vdiv.on_click([this, index] { vertical.vdiv_Click(index); });
-            controls.inviatr.on_click([this, index] { vertical.vdiv_Click(index); });
-            controls.invert.on_click([this, index] { vertical.invert_Click(index); });
-            controls.enable.on_click([this, index] { vertical.enable_Click(index); });
-        }
-        panel.seltimediv.on_click([this] { time_base.seltimediv_Click(); });
-        panel.trigsource.on_click([this] { trigger_frame.trigsource_Click(); });
-        panel.trigeredge.on_click([this] { trigger_frame.trigeredge_Click(); });
-        panel.shyst.on_change([this] { trigger_frame.shyst_Change(); });
-        panel.tabstrip2.on_click([this] { adjust.TabStrip2_Click(); });
-        panel.combocursorselect.on_click([this] { cursors.combocursorselect_Click(); });
         sweeps.on_finished([this](const auto&) { screen.movepersistance(); });
         sweeps.on_finished([this](const auto&) { measuring.makemeasurement(); });
     }
@@ -111,33 +98,29 @@ struct AcquisitionRig {
     EndingWindowMessages ending_messages{messages, program};
     std::string diagnosis; ///< what a look at the devices tells
     DeviceLink link{bridge, clock, ending_boxes, program, [this] { return diagnosis; }};
-    Vertical vertical{panel, channels, acquisition, link, screen, ending_boxes};
-    Trigger trigger_frame{panel,       trigger, channels, time_base_state,
-                          acquisition, link,    clock,    ending_boxes};
-    Adjust adjust{panel,
-                  {.channels = channels,
-                   .trigger = trigger,
-                   .cursors = cursor_state,
-                   .time_base = time_base_state,
-                   .acquisition = acquisition},
-                  vertical,
-                  trigger_frame,
-                  screen,
-                  measuring};
-    TimeBase time_base{panel, time_base_state, acquisition, trigger_frame, adjust,
-                       link,  screen,          ending_boxes};
+    Surroundings around{.panel = panel,
+                        .channels = channels,
+                        .trigger = trigger,
+                        .cursors = cursor_state,
+                        .time_base = time_base_state,
+                        .acquisition = acquisition,
+                        .link = link,
+                        .clock = clock,
+                        .boxes = ending_boxes,
+                        .messages = ending_messages,
+                        .screen = screen,
+                        .measuring = measuring};
+    Vertical vertical{around};
+    Trigger trigger_frame{around};
+    Adjust adjust{around, vertical, trigger_frame};
+    TimeBase time_base{around, trigger_frame, adjust};
     Cursors cursors{panel, cursor_state, adjust, screen};
-    SetUpUpload upload{panel,    acquisition, time_base_state, trigger_frame,
-                       channels, link,        clock,           ending_boxes};
-    BlockSweep block{panel,  acquisition, time_base_state, channels, samples,
-                     sweeps, link,        clock,           screen,   measuring};
-    PointPass pass{panel,  acquisition, time_base_state, channels,        samples,
-                   sweeps, link,        clock,           ending_messages, screen};
+    DisplayControls display_controls{around};
+    SetUpUpload upload{around, trigger_frame};
+    BlockSweep block{around, samples, sweeps};
+    PointPass pass{around, samples, sweeps};
     StateMachine state_machine{
-        panel,    acquisition,
-        channels, {.vertical = vertical, .upload = upload, .block = block, .pass = pass},
-        clock,    ending_messages,
-        screen,   measuring};
+        around, {.vertical = vertical, .upload = upload, .block = block, .pass = pass}};
     FakeFiles files;
     FakeFileChoosers choosers;
     Places places = fake_places();
@@ -160,22 +143,17 @@ struct AcquisitionRig {
          .messages = ending_messages,
          .program = program},
         {.apply = [this] { start_up.apply_settings(); }, .cancel_edits = [] {}}};
-    StartUp start_up{panel,
-                     acquisition,
-                     program,
-                     samples,
-                     calibration,
-                     {.time_base = time_base,
+    StartUp start_up{around,
+                     {.program = program,
+                      .samples = samples,
+                      .calibration = calibration,
+                      .time_base = time_base,
                       .vertical = vertical,
                       .trigger = trigger_frame,
                       .adjust = adjust,
                       .cursors = cursors,
                       .colour_update = colour_update,
-                      .settings = settings_file,
-                      .measurements = measurement_entries()},
-                     link,
-                     ending_boxes,
-                     screen};
+                      .settings = settings_file}};
 };
 
 } // namespace kv408

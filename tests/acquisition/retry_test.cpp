@@ -178,7 +178,7 @@ TEST(ShutDown, ClosesTheDeviceOnceAndEnds) {
         AcquisitionRig rig;
         rig.start();
         const auto leave = [&] {
-            by_menu ? rig.start_up.MenuExit_Click() : rig.start_up.Form_Unload();
+            by_menu ? rig.panel.menuexit.click() : rig.start_up.Form_Unload();
         };
         EXPECT_THROW(leave(), ProgramEnded);
         EXPECT_TRUE(rig.program.ended);

@@ -53,9 +53,9 @@ TEST(SetTriger, UploadsSourceEdgeLevelHysteresisAndTimeOut) {
          1,
          -1,
          200,
-         "abc",
+         "abc", // is no time-out: the one in use stays
          {4, 8, 255, 255, 22, 255, 200, 227},
-         {4, 27, 0, 10, 22, 255, 200, 2}},
+         {4, 27, 3, 232, 22, 255, 200, 227}},
     };
     for (const TriggerFrameRow& row : rows) {
         AcquisitionRig rig;

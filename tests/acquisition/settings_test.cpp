@@ -91,7 +91,7 @@ TEST(ShutDownSettings, AreSavedAfterTheDeviceIsClosed) {
         rig.files.written.clear();
         rig.panel.channel[0].invert.set_checked(true);
         const auto leave = [&] {
-            by_menu ? rig.start_up.MenuExit_Click() : rig.start_up.Form_Unload();
+            by_menu ? rig.panel.menuexit.click() : rig.start_up.Form_Unload();
         };
         EXPECT_THROW(leave(), ProgramEnded);
         EXPECT_EQ(rig.bridge.count("SI_Close"), 1);

@@ -1,4 +1,5 @@
-#include "acquisition/start_up.h"
+#include "scope/start_up.h"
+#include "support/measurement_lines.h"
 
 #include <algorithm>
 

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "acquisition/acquisition_rig.h"
+#include "panel/set_up_change.h"
 
 namespace kv408 {
 namespace {
@@ -272,7 +273,7 @@ TEST(Redraw, AChangeWhileStoppedIsShownAtOnceWithItsMarks) {
         rig.acquisition.scopestate = state;
         int marked_before = 0;
         rig.screen.on_draw = [&] { marked_before = rig.measuring.shown; };
-        rig.state_machine.show_change();
+        show_change(rig.around);
         const bool stopped = std::string(state) == "stoped";
         EXPECT_EQ(rig.screen.calls, stopped ? Texts{"draw 255"} : Texts{}) << state;
         EXPECT_EQ(marked_before, stopped ? 1 : 0) << state;

@@ -73,7 +73,7 @@ TEST(Unwinding, ExitAmongTheWindowMessagesOfAPassEndsItThere) {
     PassRig rig(true, false);
     rig.messages.on_process = [&](int processed) {
         if (processed == 4) {
-            EXPECT_THROW(rig.start_up.MenuExit_Click(), ProgramEnded);
+            EXPECT_THROW(rig.panel.menuexit.click(), ProgramEnded);
         }
     };
     EXPECT_THROW(rig.tick(), ProgramEnded);

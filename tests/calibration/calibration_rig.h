@@ -98,18 +98,11 @@ struct CalibrationRig : AcquisitionRig {
     std::map<int, int> flash;    ///< words by address
     std::map<int, int> stubborn; ///< words that stay as they are whatever is written
     int words_that_come = 1000;  ///< read words that are answered from now on
-    Calibration calibrating{panel,
+    Calibration calibrating{around,
                             {.in_use = calibration,
-                             .acquisition = acquisition,
-                             .time_base = time_base_state,
                              .measurements = measurements,
                              .samples = samples,
-                             .channels = channels},
-                            link,
-                            state_machine,
-                            {.clock = clock,
-                             .boxes = ending_boxes,
-                             .messages = ending_messages,
+                             .state_machine = state_machine,
                              .files = files,
                              .choosers = choosers,
                              .places = places}};

@@ -53,7 +53,7 @@ struct SettingsDialogTest : testing::Test {
     FakeScreen screen;
     FakeFileChoosers choosers;
     ColourUpdate update{panel, colours, screen};
-    SettingsDialog dialog{settings, colours, update, screen, choosers};
+    SettingsDialog dialog{panel, settings, colours, update, screen, choosers};
     SettingsControls& controls = dialog.controls();
     int shown = 0;
     int closed = 0;

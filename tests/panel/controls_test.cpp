@@ -37,7 +37,7 @@ TEST(Control, TellsTheListenerAfterEveryVisibleChange) {
 TEST(MarkerLabel, MovesAndComesToTheFront) {
     MarkerLabel marker("ch1text");
     int told = 0;
-    marker.on_shown([&] { ++told; });
+    const Listening listening = marker.on_shown([&] { ++told; });
     marker.move(17, 269);
     marker.move(17, 269);
     EXPECT_EQ(told, 1) << "only where it moves";

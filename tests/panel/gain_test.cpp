@@ -98,7 +98,7 @@ TEST(Gain, IsSentAgainAfterAFailure) {
     EXPECT_EQ(rig.bridge.frames(), Frames{gain_frame(2, 1)});
     EXPECT_TRUE(rig.boxes.shown.empty());
     EXPECT_EQ(rig.panel.channel[0].vdivtext.caption(), "0.2V");
-    rig.vertical.ch1vdiv_Click();
+    rig.vertical.vdiv_Click(ch1);
     EXPECT_EQ(rig.bridge.frames().size(), 1U);
 }
 
@@ -224,9 +224,9 @@ TEST(Gain, IsSentAgainWithTheSetUpAfterTheInstrumentWasSilent) {
     PanelRig::choose(rig.panel.channel[1].vdiv, "0.1V");
     EXPECT_TRUE(rig.bridge.frames().empty());
     rig.acquisition.scopestate = "startscope";
-    rig.vertical.ch1vdiv_Click();
+    rig.vertical.vdiv_Click(ch1);
     EXPECT_EQ(rig.bridge.frames(), Frames{gain_frame(2, 2)});
-    rig.vertical.ch2vdiv_Click();
+    rig.vertical.vdiv_Click(ch2);
     EXPECT_EQ(rig.bridge.frames().size(), 1U);
 }
 
@@ -239,7 +239,7 @@ TEST(Gain, ChosenInALinearityRunItWaitsForTheNextSetUp) {
     EXPECT_EQ(rig.panel.channel[1].vdivtext.caption(), "20mV");
     EXPECT_EQ(rig.acquisition.scopestate, "calibrationint");
     rig.acquisition.scopestate = "startscope";
-    rig.vertical.ch2vdiv_Click();
+    rig.vertical.vdiv_Click(ch2);
     EXPECT_EQ(rig.bridge.frames(), Frames{gain_frame(2, 1)});
 }
 

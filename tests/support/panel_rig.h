@@ -22,25 +22,12 @@ namespace kv408 {
 
 using Texts = std::vector<std::string>;
 
-/// The front panel with its handlers connected, over an opened fake instrument that acknowledges
+/// The front panel, over an opened fake instrument that acknowledges
 /// every frame.
 struct PanelRig {
     PanelRig() {
         link.on_listing(
             [this](const DeviceListing& devices) { show_devices(panel.device, devices); });
-        for (int index = 0; index < 2; ++index) {
-            ChannelControls& controls = panel.channel[static_cast<std::size_t>(index)];
-            controls.vdiv.on_click([this, index] { vertical.vdiv_Click(index); });
-            controls.inviatr.on_click([this, index] { vertical.vdiv_Click(index); });
-            controls.invert.on_click([this, index] { vertical.invert_Click(index); });
-            controls.enable.on_click([this, index] { vertical.enable_Click(index); });
-        }
-        panel.seltimediv.on_click([this] { time_base.seltimediv_Click(); });
-        panel.gridenable.on_click([this] { display_controls.gridenable_Click(); });
-        panel.eyeon.on_click([this] { display_controls.redraw(); });
-        panel.persist.on_click([this] { display_controls.redraw(); });
-        panel.average.on_click([this] { display_controls.average_Click(); });
-        connect_trigger_and_adjust();
         vertical.fill_lists();
         time_base.fill_list();
         panel.trigsource.set_entries({"TRIG1", "TRIG2"});
@@ -49,30 +36,6 @@ struct PanelRig {
         link.select_and_open();
         bridge.acknowledge_all();
         forget();
-    }
-
-    /// Connects the TRIGGER frame, the adjust wheel and the delay boxes.
-    void connect_trigger_and_adjust() {
-        for (int index = 0; index < 2; ++index) {
-            ChannelControls& controls = panel.channel[static_cast<std::size_t>(index)];
-            controls.psofset.on_change([this, index] { adjust.psofset_Change(index); });
-            controls.psofset.on_enter([this, index] { adjust.psofset_Enter(index); });
-            controls.psofset.on_leave([this, index] { adjust.psofset_Leave(index); });
-            controls.psofset.on_focus([this] { adjust.psofset_GotFocus(); });
-            controls.slenps.on_click([this, index] { adjust.slenps_Click(index); });
-        }
-        panel.trigsource.on_click([this] { trigger.trigsource_Click(); });
-        panel.trigeredge.on_click([this] { trigger.trigeredge_Click(); });
-        panel.shyst.on_change([this] { trigger.shyst_Change(); });
-        panel.trzero.on_click([this] { trigger.trzero_Click(); });
-        panel.trtout.on_change([this] { trigger.trtout_Change(); });
-        panel.trtout.on_enter([this] { trigger.trtout_Commit(); });
-        panel.trtout.on_leave([this] { trigger.trtout_Commit(); });
-        panel.delaytrttdis.on_change([this] { trigger.delaytrttdis_Change(); });
-        panel.delaytrttdis.on_leave([this] { trigger.delaytrttdis_Leave(); });
-        panel.tabstrip2.on_click([this] { adjust.TabStrip2_Click(); });
-        panel.slider1.on_scroll([this] { adjust.Slider1_Scroll(); });
-        panel.slider1.on_change([this] { adjust.Slider1_Change(); });
     }
 
     /// Forgets what was sent, shown and drawn so far.
@@ -97,6 +60,7 @@ struct PanelRig {
     VirtualClock clock;
     FakeBridge bridge{clock};
     FakeMessageBoxes boxes;
+    FakeWindowMessages messages;
     FakeScreen screen;
     FakeMeasuring measuring;
     ProgramState program;
@@ -107,21 +71,23 @@ struct PanelRig {
     CursorState cursors;
     FrontPanel panel;
     DeviceLink link{bridge, clock, boxes, program};
-    Vertical vertical{panel, channels, acquisition, link, screen, boxes};
-    Trigger trigger{panel,       trigger_state, channels, time_base_state,
-                    acquisition, link,          clock,    boxes};
-    Adjust adjust{panel,
-                  {.channels = channels,
-                   .trigger = trigger_state,
-                   .cursors = cursors,
-                   .time_base = time_base_state,
-                   .acquisition = acquisition},
-                  vertical,
-                  trigger,
-                  screen,
-                  measuring};
-    TimeBase time_base{panel, time_base_state, acquisition, trigger, adjust, link, screen, boxes};
-    DisplayControls display_controls{panel, acquisition, link, screen};
+    Surroundings around{.panel = panel,
+                        .channels = channels,
+                        .trigger = trigger_state,
+                        .cursors = cursors,
+                        .time_base = time_base_state,
+                        .acquisition = acquisition,
+                        .link = link,
+                        .clock = clock,
+                        .boxes = boxes,
+                        .messages = messages,
+                        .screen = screen,
+                        .measuring = measuring};
+    Vertical vertical{around};
+    Trigger trigger{around};
+    Adjust adjust{around, vertical, trigger};
+    TimeBase time_base{around, trigger, adjust};
+    DisplayControls display_controls{around};
 };
 
 /// The panel as start-up leaves it: "0.1V", "20ns/div", positive edge, TRIG1.

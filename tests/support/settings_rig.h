@@ -18,8 +18,6 @@ namespace kv408 {
 /// in memory.
 struct SettingsRig : StartedPanelRig {
     SettingsRig() {
-        panel.tabstrip3.on_click([this] { cursor_tabs.TabStrip3_Click(); });
-        panel.combocursorselect.on_click([this] { cursor_tabs.combocursorselect_Click(); });
         panel.combocursorselect.set_entries({"CH1", "CH2"});
         panel.combocursorselect.set_index(0);
         for (MeasurementControls& slot : panel.measurement) {
@@ -59,7 +57,6 @@ struct SettingsRig : StartedPanelRig {
 
     FakeFiles files;
     FakeFileChoosers choosers;
-    FakeWindowMessages messages;
     Places places = fake_places();
     ColourTable colours;
     DisplaySettings display;

@@ -247,7 +247,7 @@ void HostTest::ticks_go_on_in_the_middle_of_a_pass() {
     bool ticked = false;
     QTimer in_the_pass;
     connect(&in_the_pass, &QTimer::timeout, &in_the_pass, [&] {
-        if (on.program.scope().parts().entries > 0 && on.state() == "scope") {
+        if (on.program.scope().parts().entries.hold_ticks() && on.state() == "scope") {
             in_the_pass.stop();
             on.panel().lbldate.set_caption("");
             ticked = QTest::qWaitFor([&] { return !on.panel().lbldate.caption().empty(); }, 2000);

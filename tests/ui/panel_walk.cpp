@@ -362,7 +362,7 @@ QStringList PanelWalk::settled_differences() {
             all.append(QString::fromStdString(text));
         }
     }
-    return all + picture_differences(program_.scope().picture().surface(), parts);
+    return all + picture_differences(program_.scope().picture().at_natural_size(), parts);
 }
 
 } // namespace kv408::ui

@@ -1,6 +1,7 @@
 // An instrument that falls silent, in the window: what it says, and the ways out. And what can be
 // used while a dialog is open.
 
+#include <QAction>
 #include <QAbstractButton>
 #include <QCheckBox>
 #include <QCloseEvent>
@@ -274,7 +275,7 @@ void SilentTest::the_title_bar_closes_the_window_under_a_file_dialog() {
         modal = QGuiApplication::modalWindow() != nullptr;
         press_close_button(on.window());
     });
-    on.program.scope().act([&] { on.panel().saveconfig.click(); });
+    on.window().findChild<QAction*>(u"saveconfig"_s)->trigger();
     QTRY_COMPARE(on.closed, 1);
     QVERIFY(!modal);
     QVERIFY(open_file_dialog() == nullptr);

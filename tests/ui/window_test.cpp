@@ -254,7 +254,7 @@ void WindowTest::closing_in_the_middle_of_a_pass_unwinds() {
     bool closed_at_once = true;
     QTimer in_the_pass;
     connect(&in_the_pass, &QTimer::timeout, &in_the_pass, [&] {
-        if (on.program.scope().parts().entries > 0) {
+        if (on.program.scope().parts().entries.hold_ticks()) {
             in_the_pass.stop();
             closed_at_once = on.window().close();
         }
