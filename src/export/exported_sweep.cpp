@@ -20,11 +20,12 @@ std::string trigger_text(const TriggerSetting& trigger) {
     return text + std::to_string(trigger.timeout) + " us";
 }
 
-ExportedChannel exported_channel(const ChannelSweep& sweep, std::size_t channel) {
+ExportedChannel exported_channel(const ChannelSweep& sweep, std::size_t channel, std::size_t most) {
+    const auto last = static_cast<std::ptrdiff_t>(std::min(most, sweep.mv.size()));
     return {.name = "CH" + std::to_string(channel + 1),
             .first_time = sweep.first_time,
             .interval = sweep.time_per_point,
-            .mv = sweep.mv,
+            .mv = {sweep.mv.begin(), sweep.mv.begin() + last},
             .v_per_div = sweep.mv_per_division / millivolts_per_volt,
             .position = sweep.position,
             .delay = sweep.delay};
@@ -50,7 +51,7 @@ bool ExportedSweep::same_times() const {
 }
 
 ExportedSweep exported_sweep(const Sweep& sweep, const std::array<bool, 2>& on,
-                             const ExportOrigin& origin) {
+                             const ExportOrigin& origin, std::size_t most) {
     ExportedSweep exported;
     exported.version = origin.version;
     exported.serial = origin.serial;
@@ -65,7 +66,7 @@ ExportedSweep exported_sweep(const Sweep& sweep, const std::array<bool, 2>& on,
         exported.time_per_div = plot::division / part.columns_per_second * picoseconds_per_second;
         exported.trigger = trigger_text(part.trigger);
         exported.averaged = part.averaged;
-        exported.channels.push_back(exported_channel(part, channel));
+        exported.channels.push_back(exported_channel(part, channel, most));
     }
     return exported;
 }

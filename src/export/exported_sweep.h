@@ -55,9 +55,9 @@ struct ExportOrigin {
     std::chrono::minutes utc_offset{0}; ///< of the local time at the time of the sweep
 };
 
-/// `sweep` with those of the channels `on` that have come whole with its number: all points that
-/// the instrument sent, without the repeats that fill the screen.
+/// `sweep` with those of the channels `on` that have come whole with its number: the points that
+/// the instrument sent, all or the first `most`, without the repeats that fill the screen.
 [[nodiscard]] ExportedSweep exported_sweep(const Sweep& sweep, const std::array<bool, 2>& on,
-                                           const ExportOrigin& origin);
+                                           const ExportOrigin& origin, std::size_t most = npoints);
 
 } // namespace kv408
