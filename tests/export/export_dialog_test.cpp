@@ -39,7 +39,7 @@ struct ExportRig {
         return csv_text(exported_sweep(*sweeps.last_complete(), {true, true}, origin));
     }
 
-    [[nodiscard]] std::string saved() { return controls.lblExportSaved.caption(); }
+    [[nodiscard]] std::string saved() const { return controls.lblExportSaved.caption(); }
 
     VirtualClock clock;
     FakeMessageBoxes boxes;
