@@ -14,12 +14,13 @@ public:
     SetUpUpload(const Surroundings& around, Trigger& trigger)
         : around_(around), trigger_(trigger) {}
 
-    /// Uploads the trigger; a failure is told.
+    /// Uploads the trigger; a failure is shown in a message.
     void settriger() { trigger_.settriger(); }
 
     /// Uploads both channel offsets and the resolution and, unless points are fetched one by one,
-    /// starts the first block sweep and sets the state word to its state. A failure is told and
-    /// leaves the state word. True when a sweep was started, so that its assembly starts afresh.
+    /// starts the first block sweep and sets the state word to its state. A failure is shown in a
+    /// message and leaves the state word. True when a sweep was started, so that its assembly
+    /// starts afresh.
     bool setscope8ghz();
 
 private:

@@ -60,7 +60,7 @@ private:
     [[nodiscard]] bool data_awaited() const;
     /// With Stop no data follow that a change has made the traces wait for.
     void keep_what_is_held();
-    /// Goes to `state`; a linearity calibration that this breaks off is told.
+    /// Goes to the state `word`; where that breaks a linearity run off, whoever asked is notified.
     void leave_for(std::string_view word);
     void show_date();
     /// Tells where no data come, and which data are old.

@@ -27,7 +27,7 @@ public:
     [[nodiscard]] const std::string& kept() const { return kept_; }
 
     /// Notes beside the files that a write begins, before which the instrument held what was kept
-    /// last; and that it has come to its end. A failure to do so is not told.
+    /// last; and that it has come to its end. A failure to do so is not reported.
     void begin_write();
     void end_write();
 

@@ -22,7 +22,7 @@ public:
         std::filesystem::path aside = {}; ///< where the settings lie instead; empty: nowhere
     };
 
-    /// Saves to `files`, which take calls from several threads; tells what fails on `log`.
+    /// Saves to `files`, which take calls from several threads; reports what fails on `log`.
     LastSettings(Files& files, std::ostream& log) : files_(files), log_(log) {}
 
     /// From now on `bytes` are what is to be saved to the file at `path`. Where `refused` is a

@@ -41,7 +41,7 @@ std::string on_one_line(std::string_view text) {
 /// The integer part of the number that the whole of `text` is, when it lies within
 /// `lowest`..`highest`.
 std::optional<int> integer_part(std::string_view text, int lowest, int highest) {
-    const double number = std::trunc(whole_number_text(text).value_or(lowest - 1));
+    const double number = std::trunc(entire_number(text).value_or(lowest - 1));
     if (number < lowest || number > highest) {
         return std::nullopt;
     }

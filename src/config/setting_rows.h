@@ -37,8 +37,8 @@ struct SettingRow {
     /// the first line of a file with the key. False, with nothing taken, for a value that the key
     /// cannot have.
     std::function<bool(std::string_view value, bool first)> read;
-    /// Lines with the key that one file may have. Each may be a talk with the instrument, and
-    /// whatever bytes a file is made of, reading it has to end.
+    /// Lines with the key that one file may have. Taking one may need an exchange with the
+    /// instrument, and reading must end whatever bytes a file is made of.
     int most_lines = 2;
 };
 

@@ -81,7 +81,7 @@ void SettingsFile::restore() {
     if (loadconfigfile(default_path()) == Reading::bad_line) {
         std::filesystem::path copy = default_path();
         copy += ".bad";
-        // Where it cannot be made, the message of the line has told what will be missing.
+        // Where it cannot be made, the message about the line has said what will be missing.
         host_.files.put_copy(copy, bytes, default_path());
     }
     offer_aside();
@@ -122,7 +122,7 @@ void SettingsFile::save_at_end(bool tell) {
     if (!keeping_ || saved_at_end_) {
         return;
     }
-    // Set first: while a failure is being told the window may be closed once more.
+    // Set first: while a failure is being shown the window may be closed once more.
     saved_at_end_ = true;
     hooks_.cancel_edits();
     note();

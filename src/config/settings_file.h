@@ -33,7 +33,7 @@ public:
         const Clock& clock;
         WindowMessages& messages;
         ProgramState& program;
-        std::ostream& log = std::cerr; ///< is told what could not be saved at the end
+        std::ostream& log = std::cerr; ///< receives what could not be saved at the end
     };
 
     /// What others do when settings are loaded or saved.
@@ -71,7 +71,7 @@ public:
 
     /// The end of the program: writes the default file, once, and only after a complete start, so
     /// that a failed one leaves it alone. A file that could not be read at start-up stays as it is.
-    /// A failure is told, in a box too when `tell` is set.
+    /// A failure is reported on the log, and in a message box when `tell` is set.
     void save_at_end(bool tell);
 
     /// Notes what the end of the program would save now, for an end that another thread brings
@@ -86,8 +86,8 @@ public:
 
     /// Reads and applies the file at `path`. A missing file is created with the present settings.
     /// The first line that cannot be taken, or with a key that two lines (of "chkmeasanno" three)
-    /// have had, is told with its number and ends the reading; the lines before it stay applied.
-    /// Returns what became of it.
+    /// have had, is reported with its number and ends the reading; the lines before it stay
+    /// applied. Returns what became of it.
     enum class Reading { complete, bad_line, missing, failed };
     Reading loadconfigfile(const std::filesystem::path& path);
 
@@ -95,7 +95,7 @@ public:
     /// is passed over.
     bool setConfigVal(std::string_view key, std::string_view value);
 
-    /// Writes the present settings to the file at `path`; a failure is told.
+    /// Writes the present settings to the file at `path`; a failure is shown in a message.
     void saveconfigsmon(const std::filesystem::path& path);
 
     /// Load Setup and Save Setup. Both ask in the folder that was used last. An end of the program

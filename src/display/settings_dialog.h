@@ -46,7 +46,7 @@ public:
     /// Puts the factory colours into the edited ones and applies them.
     void setColDefault();
 
-    /// Sets the window's ears: the dialog is to be shown and brought to the front; it is to go.
+    /// Set the listeners of the window: the dialog is to be shown in front, and is to be closed.
     void on_show(std::function<void()> listener) { show_ = std::move(listener); }
     void on_close(std::function<void()> listener) { closed_ = std::move(listener); }
 

@@ -120,7 +120,7 @@ private:
 
     template <typename Take>
     bool take_number(std::string_view text, const Take& take) {
-        const auto number = whole_number_text(text);
+        const auto number = entire_number(text);
         problem_ = "not a number: " + std::string(text.substr(0, longest_shown));
         if (!number) {
             return false;

@@ -86,7 +86,7 @@ private:
         std::string_view key;
         std::int32_t lowest;
         std::int32_t highest;
-        std::int32_t step; ///< a pixel of drag; 0: by the time base
+        std::int32_t step; ///< per pixel of drag; 0: by the time base
         std::int32_t (Adjust::*value)(std::size_t which) const; ///< where the wheel stands for it
         void (Adjust::*move)(std::size_t which, std::int32_t value);
         void (Adjust::*commit)(); ///< what follows when the wheel is let go

@@ -11,7 +11,7 @@ namespace kv408 {
 inline constexpr int left_mouse_button = 1;
 
 /// An endless ribbed wheel seen from its edge, without its painting. Dragging it sideways changes
-/// its value by `SlideStep` a pixel within `Min`..`Max` while the ribs move along; letting go
+/// its value by `SlideStep` per pixel within `Min`..`Max` while the ribs move along; letting go
 /// commits the value. A value is committed through a scroll bar of 16 bits, which raises the
 /// change event when its own value changes or a drag has been elsewhere since the last commit.
 class ThumbWheel : public Control {
@@ -46,7 +46,7 @@ public:
     [[nodiscard]] std::int32_t TrackWidth() const { return track_width_; }
     void set_TrackWidth(std::int32_t pixels);
 
-    /// Change of the value a pixel of drag; any number.
+    /// Change of the value per pixel of drag; any number.
     [[nodiscard]] std::int32_t SlideStep() const { return slide_step_; }
     void set_SlideStep(std::int32_t step);
 

@@ -9,7 +9,7 @@
 namespace kv408 {
 namespace {
 
-// Fixed by design, irregularities included: the step is the exact time a point rounded up to
+// Fixed by design, irregularities included: the step is the exact time per point rounded up to
 // 20ns/div, down at 50, 100 and 500ns/div; 50us/div has 780125 where the rule would give 781250.
 constexpr std::array<TimeBaseRow, 21> steps = {{
     {"25ps/div", "25ps", 1, 2560e9, 2.56, false},

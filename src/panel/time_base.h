@@ -14,8 +14,8 @@ namespace kv408 {
 struct TimeBaseRow {
     std::string_view text;        ///< entry text, "5ns/div"
     std::string_view short_label; ///< "5ns"
-    double tbresolution;          ///< picoseconds a point, a whole number
-    double samplerate;            ///< screen columns a second
+    double tbresolution;          ///< picoseconds per point, a whole number
+    double samplerate;            ///< screen columns per second
     double hstretch;              ///< stretch step
     bool pointmode;               ///< point by point in place of block sweeps
 };

@@ -62,7 +62,8 @@ public:
     /// Shows the level of the selected source in millivolts.
     void show_level();
 
-    /// Uploads level, source and edge, hysteresis and time-out of the trigger; a failure is told.
+    /// Uploads level, source and edge, hysteresis and time-out of the trigger; a failure is
+    /// shown in a message.
     void settriger();
 
 private:

@@ -13,8 +13,8 @@ namespace kv408 {
 /// The vertical scale that a volts-per-division text stands for.
 struct VerticalScale {
     std::int16_t gain; ///< `chNgain`: 1 high gain, 2 low gain
-    double atten;      ///< `chNatten`: millivolts a code
-    double scale;      ///< `chNscale`: pixels a code, 512 divided by the codes of a full screen
+    double atten;      ///< `chNatten`: millivolts per code
+    double scale;      ///< `chNscale`: pixels per code, 512 divided by the codes of a full screen
     double mv_per_division;
 };
 

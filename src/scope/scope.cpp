@@ -46,7 +46,7 @@ void try_to(const Act& act) noexcept {
     try {
         act();
     } catch (...) {
-        // There is nobody left who could be told, and more is to be done.
+        // Nobody is left to report it to, and more is to be done.
         return;
     }
 }

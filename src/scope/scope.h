@@ -35,7 +35,7 @@ struct Machine {
     FileChoosers& choosers;
     Places places;
     PictureCoder& coder;
-    std::ostream& log = std::cerr; ///< is told what needs no answer, or can get none
+    std::ostream& log = std::cerr; ///< receives what needs no answer, or can get none
     Diagnose diagnose = {};        ///< what keeps the instrument from being reached
 };
 

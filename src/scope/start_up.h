@@ -46,7 +46,7 @@ public:
     void apply_settings();
 
     /// Exit and closing the window: closes the device, saves the settings and ends the program.
-    /// What cannot be saved is told in a box when `tell` is set.
+    /// What cannot be saved is shown in a message box when `tell` is set.
     [[noreturn]] void Form_Unload(bool tell = true);
 
 private:

@@ -21,7 +21,7 @@ struct Entries {
 
 /// Message boxes beside a sweep. Those that come in the middle of an exchange hold it; while others
 /// are open it goes on underneath. What tells of a link failure while a sweep runs may be answered
-/// by Stop, and then nothing of that exchange is told any more.
+/// by Stop, and then no further message of that exchange is shown.
 class SweepMessageBoxes : public MessageBoxes {
 public:
     /// Shows through `boxes`; `entries` counts the entries into the program that hold its ticks.

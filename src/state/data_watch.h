@@ -25,8 +25,8 @@ public:
     /// The instrument has answered that it waits for a trigger.
     void take_answer(Time now) { take_sweep(now); }
 
-    /// The instrument has taken a set-up, after which data are awaited anew. A silence that is told
-    /// already goes on.
+    /// The instrument has taken a set-up, after which data are awaited anew. A silence that is
+    /// shown already goes on.
     void take_set_up(Time now);
 
     /// A point-by-point pass begins, and its point `index` (1..640) has come: from these follows
@@ -34,7 +34,7 @@ public:
     void begin_pass(Time now) { pass_began_ = now; }
     void take_point(Time now, int index);
 
-    /// Looks at the time: silence is told from one second without data on, of a point-by-point
+    /// Looks at the time: silence is reported from one second without data on, of a point-by-point
     /// acquisition from the time of two passes on where that is longer.
     void look(Time now, const Doing& doing);
 

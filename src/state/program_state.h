@@ -12,7 +12,7 @@ struct ProgramState {
     bool loaded = false;    ///< start-up is complete; drawing waits for it
     bool ended = false;     ///< the program is ending: nothing more is sent or drawn
     /// The user has given up the exchange under way: no command of it that waits for an acknowledge
-    /// is sent any more, and no failure of it is told.
+    /// is sent any more, and no failure of it is shown.
     bool given_up = false;
 
     /// Keeps what the user has set; runs before a message that ends the program is shown, so that

@@ -86,7 +86,7 @@ std::string unit_name(std::string_view text) {
 /// The number that the whole of `text` is, rounded, when an `Integer` holds it.
 template <typename Integer>
 std::optional<Integer> number_within(std::string_view text) {
-    const auto number = whole_number_text(text);
+    const auto number = entire_number(text);
     if (!number) {
         return std::nullopt;
     }
@@ -124,7 +124,7 @@ double leading_number(std::string_view text) {
     return read_number(text).value_or(0.0);
 }
 
-std::optional<double> whole_number_text(std::string_view text) {
+std::optional<double> entire_number(std::string_view text) {
     const auto number = read_number(text);
     return text.find_first_not_of(' ') == std::string_view::npos ? number : std::nullopt;
 }

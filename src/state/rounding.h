@@ -28,7 +28,7 @@ namespace kv408 {
 
 /// The number that the whole of `text` is, written as leading_number reads one, with blanks around
 /// it; nothing for a text that is more or less than one number.
-[[nodiscard]] std::optional<double> whole_number_text(std::string_view text);
+[[nodiscard]] std::optional<double> entire_number(std::string_view text);
 
 /// A unit that may be typed behind a number.
 struct Unit {

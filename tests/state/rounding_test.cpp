@@ -54,12 +54,12 @@ TEST(LeadingNumber, BeyondADoubleItIsTheLargestOrZero) {
 }
 
 TEST(WholeNumberText, IsOneNumberAndNothingElse) {
-    EXPECT_EQ(whole_number_text("120"), 120.0);
-    EXPECT_EQ(whole_number_text("  -7.5  "), -7.5);
-    EXPECT_EQ(whole_number_text("1.5e3"), 1500.0);
+    EXPECT_EQ(entire_number("120"), 120.0);
+    EXPECT_EQ(entire_number("  -7.5  "), -7.5);
+    EXPECT_EQ(entire_number("1.5e3"), 1500.0);
     for (const char* text :
          {"", " ", "120ps", "1 2", "x", "1e", "--1", "inf", "nan", "1,5", "0x1"}) {
-        EXPECT_EQ(whole_number_text(text), std::nullopt) << text;
+        EXPECT_EQ(entire_number(text), std::nullopt) << text;
     }
 }
 
