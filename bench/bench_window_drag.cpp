@@ -123,7 +123,9 @@ int main(int argc, char** argv) {
     simulator::Simulation simulation(clock);
     FakeFiles files;
     ui::Program program(clock, simulation.bridge(), files, fake_places());
-    program.window().resize(1280, 800);
+    const bool sized = argc == 3; // the window's width and height may be given
+    program.window().resize(sized ? QString::fromLatin1(argv[1]).toInt() : 1280,
+                            sized ? QString::fromLatin1(argv[2]).toInt() : 800);
     program.window().show();
     run_for(settling);
     FrontPanel& panel = program.scope().panel();

@@ -82,14 +82,19 @@ bool TraceRaster::can_draw(const TraceView& view) {
 
 TraceRaster::TraceRaster(int width, int height)
     : height_(height), bands_((height + band_rows - 1) / band_rows),
-      // A band more, for a run to be painted beyond its end.
-      sheet_(static_cast<std::size_t>(width) * static_cast<std::size_t>(bands_ + 1)),
+      // Room for a run to be painted beyond its end. An odd number, for the cells of a band not to
+      // share the same few places of the cache.
+      cells_(static_cast<std::size_t>((height + stroke_rows + band_rows - 1) / band_rows) | 1U),
+      sheet_(static_cast<std::size_t>(width) * cells_),
       touched_((static_cast<std::size_t>(width) / touched_columns + 1) *
                static_cast<std::size_t>(bands_)) {}
 
+inline TraceRaster::Finder TraceRaster::finder() {
+    return {sheet_.front().seen.data(), cells_ * band_rows, touched_.data(), bands_};
+}
+
 inline std::uint8_t* TraceRaster::seen(int column, int top) {
-    const auto first = static_cast<std::size_t>(column) * static_cast<std::size_t>(bands_ + 1);
-    return sheet_[first].seen.data() + top;
+    return sheet_[static_cast<std::size_t>(column) * cells_].seen.data() + top;
 }
 
 inline TraceRaster::Touched& TraceRaster::touched(int column, int band) {
@@ -148,15 +153,19 @@ void TraceRaster::paint_trace(Columns columns, const TraceView& view, Pixel back
 
 void TraceRaster::paint_lines(Columns columns, const Generation& generation, Ink ink) {
     const auto runs = generation.runs();
+    // By copies of what finds a column: painting bytes might change the members, for all that the
+    // compiler knows.
+    const Finder find = finder();
     for (int column = columns.left; column < columns.right; ++column) {
-        const RowRun run = runs[static_cast<std::size_t>(column)];
-        paint_run(column, run.top, run.end, ink);
+        paint_run(find, column, runs[static_cast<std::size_t>(column)], ink);
     }
 }
 
 void TraceRaster::paint_dots(Columns columns, const Generation& generation, Ink ink) {
     const auto points = generation.drawn_points();
     const Brush& brush = generation.brush();
+    const Finder find = finder();
+    const int height = height_;
     const int left = columns.left + brush.before() - brush.width();
     auto point = std::upper_bound(points.begin(), points.end(), left,
                                   [](int column, const Point& at) { return column < at.x; });
@@ -164,27 +173,30 @@ void TraceRaster::paint_dots(Columns columns, const Generation& generation, Ink 
         int column = point->x - brush.before();
         for (const RowRun rows : brush.columns()) {
             if (column >= columns.left && column < columns.right) {
-                paint_run(column, std::max(point->y + rows.top, 0),
-                          std::min(point->y + rows.end, height_), ink);
+                const RowRun run{static_cast<std::int16_t>(std::max(point->y + rows.top, 0)),
+                                 static_cast<std::int16_t>(std::min(point->y + rows.end, height))};
+                paint_run(find, column, run, ink);
             }
             ++column;
         }
     }
 }
 
-inline void TraceRaster::paint_run(int column, int top, int end, Ink ink) {
-    if (top >= end) {
+inline void TraceRaster::paint_run(const Finder& find, int column, RowRun run, Ink ink) {
+    if (run.top >= run.end) {
         return;
     }
-    paint_bytes(seen(column, top), end - top, ink.number, ink.keep);
+    paint_bytes(find.sheet + static_cast<std::size_t>(column) * find.pitch + run.top,
+                run.end - run.top, ink.number, ink.keep);
+    Touched* const touched = find.touched + column / touched_columns * find.bands;
     const int shift = column % touched_columns * word_rows;
-    const int last = (end - 1) / band_rows;
-    for (int band = top / band_rows; band <= last; ++band) {
-        // All bits from the first group's to the last one's.
-        const int first_group = std::max(top - band * band_rows, 0) / word_rows;
-        const int last_group = std::min(end - 1 - band * band_rows, band_rows - 1) / word_rows;
-        touched(column, band) |= ((Touched{2} << last_group) - (Touched{1} << first_group))
-                                 << shift;
+    const int last = (run.end - 1) / word_rows;
+    for (int group = run.top / word_rows; group <= last;) {
+        // All bits from the first group's to the last one's in this band.
+        const int end = std::min(last, group | (word_rows - 1));
+        touched[group / word_rows] |=
+            ((Touched{2} << (end % word_rows)) - (Touched{1} << (group % word_rows))) << shift;
+        group = end + 1;
     }
 }
 

@@ -68,11 +68,20 @@ private:
     /// column c and the rows from 8r.
     using Touched = std::uint64_t;
 
+    /// Where a column's bytes and bits lie.
+    struct Finder {
+        std::uint8_t* sheet = nullptr;
+        std::size_t pitch = 0; ///< bytes from a column to the next
+        Touched* touched = nullptr;
+        int bands = 0; ///< numbers for each eight columns
+    };
+
     void choose_palette(std::span<const TraceView> views, Pixel background);
     void paint_trace(Columns columns, const TraceView& view, Pixel background, int shift);
     void paint_lines(Columns columns, const Generation& generation, Ink ink);
     void paint_dots(Columns columns, const Generation& generation, Ink ink);
-    void paint_run(int column, int top, int end, Ink ink);
+    [[nodiscard]] Finder finder();
+    static void paint_run(const Finder& find, int column, RowRun run, Ink ink);
     [[nodiscard]] std::uint8_t* seen(int column, int top);
     [[nodiscard]] Touched& touched(int column, int band);
     void write_block(Surface& surface, int left, int top, int rows);
@@ -80,6 +89,7 @@ private:
 
     int height_;
     int bands_;
+    std::size_t cells_;       ///< of a column
     std::vector<Cell> sheet_; ///< all 0 but for what is painted and not yet written
     std::vector<Touched> touched_;
     std::array<Dye, 1U << (2 * trace_bits)> palette_ = {}; ///< of each value of a byte
