@@ -63,7 +63,7 @@ public:
     }
 
     void path(const std::string& data, Pixel stroke, std::string_view more = "") {
-        raw("<path d=\"" + data + "\" fill=\"none\" stroke=\"" + colour(stroke) + "\"" +
+        raw(R"(<path d=")" + data + "\" fill=\"none\" stroke=\"" + colour(stroke) + "\"" +
             std::string(more) + "/>");
     }
 
@@ -93,7 +93,7 @@ Pixel fore_colour(const Control& control) {
 }
 
 void write_graticule(Writer& writer, const Picture::Drawn& drawn) {
-    writer.raw("<rect x=\"0\" y=\"0\" width=\"640\" height=\"512\" fill=\"none\" stroke=\"" +
+    writer.raw(R"(<rect x="0" y="0" width="640" height="512" fill="none" stroke=")" +
                writer.colour(drawn.grid) + "\"/>");
     if (!drawn.dotted) {
         return;
@@ -212,10 +212,10 @@ std::string svg_file(const Picture& picture, const FrontPanel& panel,
     writer.raw(R"(<?xml version="1.0" encoding="UTF-8"?>)");
     writer.raw(R"(<svg xmlns="http://www.w3.org/2000/svg")" + size + " viewBox=\"0 0 " +
                std::to_string(plot::box_width) + " " + std::to_string(height) +
-               "\" font-family=\"sans-serif\" font-size=\"" + std::to_string(letters) + "\">");
+               R"(" font-family="sans-serif" font-size=")" + std::to_string(letters) + "\">");
     writer.raw("<rect" + size + " fill=\"" +
                writer.colour(pixel_of(panel.picture1.back_colour().value_or(Colour{}))) + "\"/>");
-    writer.raw("<svg x=\"" + std::to_string(plot::left) + "\" y=\"" + std::to_string(plot::top) +
+    writer.raw(R"(<svg x=")" + std::to_string(plot::left) + "\" y=\"" + std::to_string(plot::top) +
                R"(" width="641" height="513" viewBox="-0.5 -0.5 641 513">)");
     writer.raw(R"(<rect x="-0.5" y="-0.5" width="641" height="513" fill=")" +
                writer.colour(drawn.background) + "\"/>");

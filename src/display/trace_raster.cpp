@@ -188,7 +188,7 @@ inline void TraceRaster::paint_run(const Finder& find, int column, RowRun run, I
     }
     paint_bytes(find.sheet + static_cast<std::size_t>(column) * find.pitch + run.top,
                 run.end - run.top, ink.number, ink.keep);
-    Touched* const touched = find.touched + column / touched_columns * find.bands;
+    Touched* const touched = find.touched + std::ptrdiff_t{column / touched_columns} * find.bands;
     const int shift = column % touched_columns * word_rows;
     const int last = (run.end - 1) / word_rows;
     for (int group = run.top / word_rows; group <= last;) {

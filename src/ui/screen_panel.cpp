@@ -156,7 +156,7 @@ int ScreenPanel::footer_lines(int columns, double growth) const {
     bold.setBold(true);
     const int longest = QFontMetrics(bold).horizontalAdvance(u"CH2"_s) + footer_spacing +
                         fontMetrics().horizontalAdvance(u"50mV (VT) (inv)"_s);
-    return longest * growth <= columns / 2 ? 1 : 2;
+    return 2 * longest * growth <= columns ? 1 : 2;
 }
 
 void ScreenPanel::stack_footer(int lines) {
