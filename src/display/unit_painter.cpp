@@ -12,7 +12,7 @@ namespace {
 /// Units of a dotted line that are drawn, and that are left, at a time.
 constexpr int dash = 3;
 
-int rounded(double pixels) {
+int nearest(double pixels) {
     return static_cast<int>(std::lround(pixels));
 }
 
@@ -45,7 +45,7 @@ void UnitPainter::draw_dashes(std::int32_t from, std::int32_t to, int first_unit
         draw(from, to);
         return;
     }
-    const int length = rounded(dash * scale_.factor());
+    const int length = nearest(dash * scale_.factor());
     for (int unit = first_unit; (this->*start_of)(unit) < to; unit += 2 * dash) {
         const std::int32_t left = (this->*start_of)(unit);
         draw(left, std::min(left + length, to));
@@ -81,8 +81,8 @@ void UnitPainter::draw_dot(int x, int y, Pixel colour) const {
 
 void UnitPainter::draw_ellipse(Rectangle units, Pixel colour) const {
     const Point place{scale_.edge(units.left), scale_.edge(units.top)};
-    const int wide = rounded((units.right - units.left) * scale_.factor());
-    const int high = rounded((units.bottom - units.top) * scale_.factor());
+    const int wide = nearest((units.right - units.left) * scale_.factor());
+    const int high = nearest((units.bottom - units.top) * scale_.factor());
     kv408::draw_ellipse(canvas_, {place.x, place.y, place.x + wide, place.y + high}, colour,
                         colour);
 }
