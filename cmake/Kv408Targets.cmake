@@ -76,6 +76,22 @@ function(kv408_test_executable target)
   endif()
 endfunction()
 
+# kv408_precompiled_test(<target>): its sources, where they are compiled here, read GoogleTest's headers and
+# the standard library's as tests/ has had them compiled.
+function(kv408_precompiled_test target)
+  if(NOT KV408_TEST_OBJECTS)
+    kv408_use_precompiled(${target} gtest)
+  endif()
+endfunction()
+
+# kv408_merged_test(<target>): its sources are one unit, where KV408_MERGE_TESTS is set and they are compiled here.
+function(kv408_merged_test target)
+  if(KV408_MERGE_TESTS AND NOT KV408_TEST_OBJECTS)
+    set_target_properties(${target} PROPERTIES
+      UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 0 KV408_MERGED ON)
+  endif()
+endfunction()
+
 # kv408_tests(<folder> <library>...): the GoogleTest program test_<folder> out of every source
 # file of the current folder, each of its tests known to ctest by its own name.
 function(kv408_tests folder)
@@ -83,13 +99,8 @@ function(kv408_tests folder)
   kv408_test_executable(test_${folder} ${sources})
   target_link_libraries(test_${folder} PRIVATE kv408_options ${ARGN} GTest::gmock GTest::gtest_main)
   target_include_directories(test_${folder} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
-  if(NOT KV408_TEST_OBJECTS)
-    kv408_use_precompiled(test_${folder} gtest)
-  endif()
-  if(KV408_MERGE_TESTS AND NOT KV408_TEST_OBJECTS)
-    set_target_properties(test_${folder} PROPERTIES
-      UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 0 KV408_MERGED ON)
-  endif()
+  kv408_precompiled_test(test_${folder})
+  kv408_merged_test(test_${folder})
   if(NOT CMAKE_CROSSCOMPILING)
     # Goes between ctest and the program: ./test has run all of its tests in one process already.
     set_target_properties(test_${folder} PROPERTIES

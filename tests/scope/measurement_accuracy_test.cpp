@@ -1,6 +1,5 @@
 // Measurements against what the signal is, on the simulated instrument with noise.
 
-#include <algorithm>
 #include <cstddef>
 #include <string>
 
@@ -41,7 +40,7 @@ TEST(MeasurementAccuracy, EveryTimeBaseAndVoltsPerDivisionAgreesWithTheSignal) {
     std::size_t number = 0;
     for (const TimeBaseRow& row : time_base_rows()) {
         for (const VoltsCell& volts : volts_cells) {
-            if (number++ % std::min<std::size_t>(series_stride, 5) != 0) {
+            if (number++ % series_stride != 0) {
                 continue; // the sanitizers look at how, not at what comes out
             }
             for (const MeasuredValue& value : MeasuredCell(row, volts, 1.0 / 3.0).values()) {
