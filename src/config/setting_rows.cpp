@@ -268,9 +268,9 @@ Rows control_rows(const KeptSettings& kept) {
         if (control->about().line == 0) {
             continue;
         }
-        if (auto* const list = std::get_if<ListBox*>(&any)) {
+        if (const auto* const list = std::get_if<ListBox*>(&any)) {
             rows.push_back(row_of(**list));
-        } else if (auto* const box = std::get_if<CheckBox*>(&any)) {
+        } else if (const auto* const box = std::get_if<CheckBox*>(&any)) {
             rows.push_back(row_of(**box));
         }
     }

@@ -60,6 +60,8 @@ public:
     /// A control that is added to `list`.
     Control(ControlList& list, About about) : about_(std::move(about)) { list.push_back(this); }
 
+    virtual ~Control() = default;
+
     /// A control is shared by reference; a copy would lose its listeners.
     Control(const Control&) = delete;
     Control& operator=(const Control&) = delete;
@@ -106,8 +108,6 @@ public:
     }
 
 protected:
-    ~Control() = default;
-
     /// Tells the listeners, in the order in which they were added.
     void shown() const {
         for (const auto& listener : listeners_) {
