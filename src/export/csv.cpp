@@ -5,11 +5,10 @@
 
 #include "export/number_text.h"
 #include "export/time_per_div.h"
+#include "export/units.h"
 
 namespace kv408 {
 namespace {
-
-constexpr double picoseconds_per_second = 1e12;
 
 std::string comments(const ExportedSweep& sweep, bool of_one_sweep) {
     std::string text = "# Kv408 " + sweep.version + '\n';

@@ -5,13 +5,12 @@
 #include <vector>
 
 #include "export/time_per_div.h"
+#include "export/units.h"
 #include "state/rounding.h"
 
 namespace kv408 {
 namespace {
 
-constexpr double picoseconds_per_second = 1e12;
-constexpr double millivolts_per_volt = 1e3;
 constexpr std::string_view comment_mark = "#";
 constexpr std::string_view program_mark = "Kv408 ";
 

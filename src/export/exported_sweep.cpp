@@ -4,13 +4,11 @@
 
 #include "export/date_text.h"
 #include "export/number_text.h"
+#include "export/units.h"
 #include "state/plot_geometry.h"
 
 namespace kv408 {
 namespace {
-
-constexpr double picoseconds_per_second = 1e12;
-constexpr double millivolts_per_volt = 1e3;
 
 std::string trigger_text(const TriggerSetting& trigger) {
     std::string text = trigger.source == 0 ? "TRIG1" : "TRIG2";

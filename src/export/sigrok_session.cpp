@@ -5,12 +5,11 @@
 #include "export/little_endian.h"
 #include "export/number_text.h"
 #include "export/stored_zip.h"
+#include "export/units.h"
 #include "state/rounding.h"
 
 namespace kv408 {
 namespace {
-
-constexpr double picoseconds_per_second = 1e12;
 
 std::string metadata(const ExportedSweep& sweep) {
     std::string text = "[global]\nsigrok version=0.5.2\n\n[device 1]\nsamplerate=" +
