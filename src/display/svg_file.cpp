@@ -63,7 +63,7 @@ public:
     }
 
     void path(const std::string& data, Pixel stroke, std::string_view more = "") {
-        raw(R"(<path d=")" + data + "\" fill=\"none\" stroke=\"" + colour(stroke) + "\"" +
+        raw(R"(<path d=")" + data + R"(" fill="none" stroke=")" + colour(stroke) + '"' +
             std::string(more) + "/>");
     }
 

@@ -97,7 +97,8 @@ std::int32_t Trigger::additional_delay() const {
 }
 
 void Trigger::settrigfromwheel() {
-    around_.trigger.trigpos = static_cast<std::int16_t>(around_.trigger.trigwheel * codes_per_wheel_step);
+    around_.trigger.trigpos =
+        static_cast<std::int16_t>(around_.trigger.trigwheel * codes_per_wheel_step);
     around_.trigger.saved_trigpos[source()] = around_.trigger.trigpos;
 }
 
@@ -126,16 +127,16 @@ void Trigger::settriger() {
         // A command would break the linearity run off; the next set-up sends the trigger.
         return;
     }
-    const TriggerSetting setting = {.source = source(),
-                                    .positive = around_.panel.trigeredge.text() == "Positive",
-                                    .level_mv =
-                                        static_cast<double>(around_.trigger.trigpos - zero_volt_code),
-                                    .hysteresis = static_cast<std::int16_t>(around_.panel.shyst.value()),
-                                    .timeout = around_.acquisition.trigger.timeout};
+    const TriggerSetting setting = {
+        .source = source(),
+        .positive = around_.panel.trigeredge.text() == "Positive",
+        .level_mv = static_cast<double>(around_.trigger.trigpos - zero_volt_code),
+        .hysteresis = static_cast<std::int16_t>(around_.panel.shyst.value()),
+        .timeout = around_.acquisition.trigger.timeout};
     fill_trigger(around_.link.cmdargs(), {.level = around_.trigger.trigpos,
-                                   .trig1 = setting.source == 0,
-                                   .positive = setting.positive,
-                                   .hysteresis = setting.hysteresis});
+                                          .trig1 = setting.source == 0,
+                                          .positive = setting.positive,
+                                          .hysteresis = setting.hysteresis});
     bool done = around_.link.send_setup(command::set_trigger, " SETTRIG ");
     if (done) {
         around_.acquisition.trigger = setting;

@@ -51,29 +51,29 @@ std::vector<QRect> windows_but(const QWidget& one, const QWidget& other) {
 
 } // namespace
 
-QWidget* asking_window(QWidget* main) {
-    QWidget* const front = InputBlock::front_of(main);
-    if (front != main) {
+QWidget* asking_window(QWidget* main_window) {
+    QWidget* const front = InputBlock::front_of(main_window);
+    if (front != main_window) {
         return front;
     }
     QWidget* const active = QApplication::activeWindow();
     for (const QWidget* widget = active; widget != nullptr; widget = widget->parentWidget()) {
-        if (widget == main) {
+        if (widget == main_window) {
             return active;
         }
     }
-    return main;
+    return main_window;
 }
 
 QPoint place_beside(const QSize& size, const Surroundings& around) {
-    const QRect& main = around.main_window;
+    const QRect& main_window = around.main_window;
     const std::array<QPoint, 6> corners = {
-        QPoint(main.right() + 1 + window_gap, main.top()),
-        QPoint(main.left() - window_gap - size.width(), main.top()),
-        QPoint(main.left(), main.bottom() + 1 + window_gap),
-        QPoint(main.left(), main.top() - window_gap - size.height()),
-        QPoint(around.keep.right() + 1 + window_gap, main.top()),
-        QPoint(around.keep.left() - window_gap - size.width(), main.top()),
+        QPoint(main_window.right() + 1 + window_gap, main_window.top()),
+        QPoint(main_window.left() - window_gap - size.width(), main_window.top()),
+        QPoint(main_window.left(), main_window.bottom() + 1 + window_gap),
+        QPoint(main_window.left(), main_window.top() - window_gap - size.height()),
+        QPoint(around.keep.right() + 1 + window_gap, main_window.top()),
+        QPoint(around.keep.left() - window_gap - size.width(), main_window.top()),
     };
     const auto covered = [&](const QPoint& corner) {
         const QRect held = held_in(around.room, QRect(corner, size));
@@ -81,7 +81,7 @@ QPoint place_beside(const QSize& size, const Surroundings& around) {
         for (const QRect& other : around.others) {
             others += area(held & other);
         }
-        return std::tuple(area(held & around.keep), area(held & main), others);
+        return std::tuple(area(held & around.keep), area(held & main_window), others);
     };
     const QPoint best = *std::min_element(
         corners.begin(), corners.end(),
@@ -89,15 +89,15 @@ QPoint place_beside(const QSize& size, const Surroundings& around) {
     return held_in(around.room, QRect(best, size)).topLeft();
 }
 
-void put_beside(QWidget& window, const QWidget& main, const QWidget& keep) {
-    const QRect room = main.screen()->availableGeometry();
-    const QMargins borders = borders_like(main);
+void put_beside(QWidget& window, const QWidget& main_window, const QWidget& keep) {
+    const QRect room = main_window.screen()->availableGeometry();
+    const QMargins borders = borders_like(main_window);
     const QSize size = window.sizeHint().grownBy(borders).boundedTo(room.size());
     const QRect kept(keep.mapToGlobal(QPoint()), keep.size());
     const QPoint corner = place_beside(size, {.room = room,
-                                              .main_window = main.frameGeometry(),
+                                              .main_window = main_window.frameGeometry(),
                                               .keep = kept,
-                                              .others = windows_but(window, main)});
+                                              .others = windows_but(window, main_window)});
     // Told without its frame: where the frame of a new window begins, desktops do not agree.
     window.setGeometry(QRect(corner, size).marginsRemoved(borders));
 }

@@ -9,10 +9,10 @@
 
 namespace kv408::ui {
 
-/// The window that a dialog belongs to which the program opens now: the dialog that blocks `main`;
-/// or the window that the person is at, where that is `main` or one of its windows; else `main`,
-/// which may be null.
-[[nodiscard]] QWidget* asking_window(QWidget* main);
+/// The window that a dialog belongs to which the program opens now: the dialog that blocks
+/// `main_window`; or the window that the person is at, where that is `main_window` or one of its
+/// windows; else `main_window`, which may be null.
+[[nodiscard]] QWidget* asking_window(QWidget* main_window);
 
 /// What a window that opens is to leave free, all in pixels of the screen.
 struct Surroundings {
@@ -27,9 +27,9 @@ struct Surroundings {
 /// main window, and then of the others, as can be. Its title bar is always in the room.
 [[nodiscard]] QPoint place_beside(const QSize& size, const Surroundings& around);
 
-/// Gives `window`, which is not shown, its place beside `main`, which has its own, so that `keep`,
-/// a part of that, is seen; the program's other windows count too. It gets the size that it wants,
-/// or what the screen has.
-void put_beside(QWidget& window, const QWidget& main, const QWidget& keep);
+/// Gives `window`, which is not shown, its place beside `main_window`, which has its own, so that
+/// `keep`, a part of that, is seen; the program's other windows count too. It gets the size that it
+/// wants, or what the screen has.
+void put_beside(QWidget& window, const QWidget& main_window, const QWidget& keep);
 
 } // namespace kv408::ui

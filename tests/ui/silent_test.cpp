@@ -1,8 +1,8 @@
 // An instrument that falls silent, in the window: what it says, and the ways out. And what can be
 // used while a dialog is open.
 
-#include <QAction>
 #include <QAbstractButton>
+#include <QAction>
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
