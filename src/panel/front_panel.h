@@ -73,15 +73,18 @@ struct FrontPanel {
     // Menus.
     Button loadconfig = dialog("loadconfig");         ///< Load Setup
     Button saveconfig = dialog("saveconfig");         ///< Save Setup
-    Button exportdata = dialog("ExportData");         ///< Export Data: no function
     Button menuexit = dialog("MenuExit");             ///< Exit
     Button mnucalibration = dialog("mnucalibration"); ///< Calibration: the calibration form
     CheckBox cmdcaloofset{all,
                           {.name = "cmdcaloofset",
                            .outside = Outside::none}}; ///< Calibration: Software Calibrate Offset
     Button mnusettings = dialog("mnusettings");        ///< Options: the settings dialog
-    Button menuhelp = dialog("MenuHelp");              ///< Help: no function
-    Button menuabout = dialog("MenuAbout");            ///< About: no function
+    Button mnuexport = dialog("mnuexport");            ///< Tools: the export dialog
+    Button mnurecord = dialog("mnurecord");            ///< Tools: the recording dialog
+    Button mnustatistics = dialog("mnustatistics");    ///< Tools: the statistics window
+    Button menuhelp = dialog("MenuHelp");              ///< Help: the manual
+    Button menuabout = dialog("MenuAbout");            ///< About: name, version, licences, paths
+    Button exportdata = dialog("ExportData");          ///< Export Data: the export dialog, too
 
     // Status frame and the buttons under it.
     ListBox device{all, {"cmbDevice"}}; ///< attached devices by serial number

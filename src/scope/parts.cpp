@@ -82,7 +82,13 @@ Parts::Parts(const Machine& machine)
                               .state_machine = state_machine,
                               .files = files,
                               .choosers = choosers,
-                              .places = places}) {
+                              .places = places}),
+      tools(panel, sweeps,
+            {.clock = clock,
+             .boxes = boxes,
+             .files = files,
+             .choosers = choosers,
+             .places = places}) {
     program.keep_settings = [this] { settings_file.save_at_end(false); };
     program.let_end = [this] {
         settings_file.tell_progress();
@@ -90,6 +96,11 @@ Parts::Parts(const Machine& machine)
     };
     sweeps.on_finished([this](const auto&) { picture.movepersistance(); });
     sweeps.on_finished([this](const auto&) { measuring.makemeasurement(); });
+    sweeps.on_finished([this](const auto& sweep) {
+        if (sweep->complete) {
+            tools.sweep_complete(sweep);
+        }
+    });
     colour_update.recolour_panel();
     link.on_operation([this] { note_before_bridge(); });
     link.on_listing([this](const DeviceListing& devices) { show_devices(panel.device, devices); });

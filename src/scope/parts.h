@@ -25,6 +25,7 @@
 #include "scope/scope.h"
 #include "scope/start_up.h"
 #include "scope/sweep_dialogs.h"
+#include "scope/tools.h"
 #include "state/calibration_record.h"
 #include "state/display_settings.h"
 #include "state/measurement_state.h"
@@ -86,6 +87,7 @@ struct Parts {
     SettingsFile settings_file;
     StartUp start_up;
     Calibration frmcalibration;
+    Tools tools;
 
     /// Those among the entries that are what the user does.
     int acts = 0;

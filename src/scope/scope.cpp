@@ -156,4 +156,8 @@ SettingsDialog& Scope::settings_dialog() {
     return parts_->settings_dialog;
 }
 
+Tools& Scope::tools() {
+    return parts_->tools;
+}
+
 } // namespace kv408

@@ -22,6 +22,7 @@ struct CalibrationForm;
 class Label;
 class LastSettings;
 class SettingsDialog;
+class Tools;
 struct FrontPanel;
 struct Parts;
 
@@ -94,6 +95,9 @@ public:
 
     /// The controls of the calibration form.
     [[nodiscard]] CalibrationForm& calibration_form();
+
+    /// What the menu "Tools" opens.
+    [[nodiscard]] Tools& tools();
 
     /// How far a set-up is loaded that takes long; without a caption otherwise.
     [[nodiscard]] Label& loading();

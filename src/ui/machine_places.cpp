@@ -25,7 +25,9 @@ Places machine_places() {
         return std::filesystem::path(QDir::toNativeSeparators(path).toStdWString());
     };
     return {.settings = written(folder + u"/kv408"_s),
-            .program = written(QCoreApplication::applicationDirPath())};
+            .program = written(QCoreApplication::applicationDirPath()),
+            .documents =
+                written(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation))};
 }
 
 #else
@@ -60,7 +62,10 @@ std::filesystem::path program_folder() {
 
 // Not by way of the system's texts: a folder's name may be no text.
 Places machine_places() {
-    return {.settings = application_data() / "kv408", .program = program_folder()};
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return {.settings = application_data() / "kv408",
+            .program = program_folder(),
+            .documents = QFile::encodeName(documents).toStdString()};
 }
 
 #endif

@@ -39,7 +39,8 @@ MainWindow::MainWindow(Scope& scope, const Dialogs& dialogs)
       screen_(new ScreenPanel(
           {.surface = scope.picture().surface(),
            .set_scale = [&scope](const PlotScale& scale) { scope.picture().set_scale(scale); }},
-          scope.panel())) {
+          scope.panel())),
+      tools_(scope.tools(), driver_, *this) {
     setWindowTitle(u"Kv408 - Tarvo  V1.6"_s);
     lay_out();
     const QSize room = screen()->availableSize() - QSize(0, title_bar_height);
@@ -175,6 +176,7 @@ void MainWindow::entry_returned() {
     dialogs_.boxes.dismiss();
     dialogs_.choosers.dismiss();
     scope_.calibration_form().window.close();
+    tools_.close();
     if (!driver_.busy()) {
         close();
         if (closed_) {

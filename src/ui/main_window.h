@@ -12,6 +12,7 @@
 #include "ui/scope_driver.h"
 #include "ui/screen_panel.h"
 #include "ui/settings_window.h"
+#include "ui/tool_windows.h"
 
 namespace kv408::ui {
 
@@ -69,6 +70,7 @@ private:
     QWidget* controls_ = nullptr;
     QAction* full_screen_ = nullptr;
     QPointer<SettingsWindow> settings_; ///< while the settings dialog is open
+    ToolWindows tools_;
     QTimer timer_{this};
     bool started_ = false;
     std::function<void()> closed_;

@@ -3,6 +3,7 @@
 #include <QMenu>
 
 #include "ui/bind.h"
+#include "ui/references_menu.h"
 
 namespace kv408::ui {
 namespace {
@@ -30,6 +31,12 @@ QMenu& add_menu(QMenuBar& bar, const QString& title) {
     QMenu* const menu = bar.addMenu(title);
     menu->setToolTipsVisible(true);
     return *menu;
+}
+
+QMenu& add_sub_menu(QMenu& menu, const QString& title) {
+    QMenu* const sub = menu.addMenu(title);
+    sub->setToolTipsVisible(true);
+    return *sub;
 }
 
 } // namespace
@@ -62,12 +69,21 @@ void fill_menus(QMenuBar& bar, ScopeDriver& driver, const QList<QAction*>& copyi
     options.addSeparator();
     options.addActions(viewing);
 
+    QMenu& tools = add_menu(bar, u"&Tools"_s);
+    add(tools, panel.mnuexport, driver,
+        {u"&Export..."_s, u"Saves the sweep that is shown to a file"_s, QKeySequence(u"Ctrl+E"_s)});
+    add(tools, panel.mnurecord, driver,
+        {u"&Record..."_s, u"Saves one sweep after the other while they come"_s});
+    fill_references_menu(add_sub_menu(tools, u"Re&ferences"_s), driver);
+    add(tools, panel.mnustatistics, driver,
+        {u"&Statistics"_s, u"Shows mean, deviation and extremes of the measured values"_s});
+
     QMenu& help = add_menu(bar, u"&Help"_s);
     add(help, panel.menuhelp, driver, {u"&Help"_s, u"Has no function in this version"_s});
     add(help, panel.menuabout, driver, {u"&About"_s, u"Has no function in this version"_s});
     help.addSeparator();
     add(help, panel.exportdata, driver,
-        {u"&Export Data..."_s, u"Has no function in this version"_s});
+        {u"&Export Data..."_s, u"Saves the sweep that is shown to a file"_s});
 }
 
 } // namespace kv408::ui

@@ -131,7 +131,7 @@ private:
 
 /// Where the fakes keep the files.
 inline Places fake_places() {
-    return {.settings = "/settings/kv408", .program = "/program"};
+    return {.settings = "/settings/kv408", .program = "/program", .documents = "/documents"};
 }
 
 } // namespace kv408

@@ -54,7 +54,7 @@ void WindowTest::has_the_given_title_and_menus() {
         titles.append(action->text().remove(u'&'));
     }
     QCOMPARE(titles, (QStringList{u"Load Setup"_s, u"Save Setup"_s, u"Calibration"_s, u"Options"_s,
-                                  u"Help"_s}));
+                                  u"Tools"_s, u"Help"_s}));
 }
 
 void WindowTest::every_control_has_a_described_widget() {

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QMenu>
+
+#include "ui/scope_driver.h"
+
+namespace kv408::ui {
+
+/// Fills `menu`, the menu of the references; nobody can open it while it has no entry.
+void fill_references_menu(QMenu& menu, ScopeDriver& driver);
+
+} // namespace kv408::ui
