@@ -19,6 +19,7 @@
 #include "state/plot_geometry.h"
 #include "support/fake_files.h"
 #include "ui/look.h"
+#include "ui/plot_widget.h"
 #include "ui/program.h"
 
 namespace {
@@ -30,18 +31,18 @@ constexpr std::chrono::nanoseconds between_moves = std::chrono::nanoseconds(1s) 
 constexpr std::chrono::milliseconds settling = 3s;
 constexpr std::chrono::milliseconds measured = 10s;
 
-/// Of the plot box, in the window's size of 1280 by 800.
-constexpr QPoint plot_centre(plot::left + plot::width / 2, plot::top + plot::height / 2);
-
 /// Counts the paintings of the plot that show a new picture; markers that have moved are painted by
-/// themselves.
+/// themselves, beside the picture.
 class PaintCounter : public QObject {
 public:
     using QObject::QObject;
     bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() == QEvent::Paint &&
-            static_cast<QPaintEvent*>(event)->region().contains(plot_centre)) {
-            ++count;
+        if (event->type() == QEvent::Paint) {
+            const auto& plot = static_cast<const ui::PlotWidget&>(*watched);
+            const QRectF picture(plot.place_of(plot::left + plot::width / 8.0, plot::top),
+                                 plot.place_of(plot::left + plot::width * 7 / 8.0,
+                                               plot::top + plot::height));
+            count += static_cast<QPaintEvent*>(event)->region().intersects(picture.toRect()) ? 1 : 0;
         }
         return QObject::eventFilter(watched, event);
     }

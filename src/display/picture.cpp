@@ -19,6 +19,12 @@ Surface surface_of(const PlotScale& scale) {
     return {scale.width(), scale.height()};
 }
 
+Tiles all_tiles_of(const PlotScale& scale) {
+    Tiles tiles(scale.width(), scale.height());
+    tiles.add_all();
+    return tiles;
+}
+
 std::size_t slot(int channel) {
     return static_cast<std::size_t>(channel);
 }
@@ -27,7 +33,7 @@ std::size_t slot(int channel) {
 
 Picture::Picture(const PictureInputs& inputs)
     : inputs_(inputs), grid_(surface_of(scale_)), display_(surface_of(scale_)),
-      raster_(scale_.width(), scale_.height()), due_(scale_.width()) {
+      inked_(all_tiles_of(scale_)), changed_(inked_), raster_(scale_.width(), scale_.height()), due_(scale_.width()) {
     // CH1 comes to lie on top.
     for (const int channel : {ch2, ch1}) {
         traces_.push_back({channel, {}, {}, DirtyColumns(scale_.width())});
@@ -65,6 +71,7 @@ void Picture::makegrid() {
 void Picture::draw_grid() {
     draw_graticule(UnitPainter(Canvas(grid_), scale_), grid_background_, grid_colour_,
                    grid_dotted_);
+    inked_.add_all(); // what is shown has the grid of before
 }
 
 void Picture::movepersistance() {
@@ -78,6 +85,8 @@ void Picture::rescale(const PlotScale& scale) {
     scale_ = scale;
     grid_ = surface_of(scale);
     display_ = surface_of(scale);
+    inked_ = all_tiles_of(scale);
+    changed_ = inked_;
     trace_surface_.reset();
     raster_ = TraceRaster(scale.width(), scale.height());
     for (ChannelTrace& trace : traces_) {
@@ -153,6 +162,13 @@ Picture::Drawn Picture::drawn() const {
 void Picture::on_drawn(std::function<void(Columns)> listener) {
     compose_what_is_due();
     listener_ = std::move(listener);
+}
+
+std::vector<Rectangle> Picture::take_changed() {
+    compose_what_is_due();
+    std::vector<Rectangle> changed = changed_.rectangles();
+    changed_.clear();
+    return changed;
 }
 
 void Picture::draw(unsigned flags) {
@@ -280,32 +296,42 @@ void Picture::compose(Columns columns) {
         views.push_back({&traces_[index].trace, drawn.look, pixels_of(drawn.gap)});
     }
     const Canvas canvas(display_, columns);
+    changed_.add(inked_, columns);
     if (std::all_of(views.begin(), views.end(), TraceRaster::can_draw)) {
         compose_by_runs(canvas, views);
     } else {
         compose_by_painting(canvas, views);
     }
-    draw_overlays(UnitPainter(canvas, scale_), drawn_.overlays);
+    draw_overlays(UnitPainter(canvas, scale_, &inked_), drawn_.overlays);
+    changed_.add(inked_, columns);
+}
+
+/// Makes the band from row `top` on the bare grid again.
+void Picture::take_off(const Canvas& canvas, int top) {
+    inked_.for_each_row(canvas.columns(), top, [&](const Rectangle& tiles) {
+        copy_block(canvas, Point{tiles.left, tiles.top}, grid_, tiles);
+    });
+    inked_.remove(canvas.columns(), top);
 }
 
 void Picture::compose_by_runs(const Canvas& canvas, const TraceViews& views) {
     for (std::size_t first = 0; first < views.size(); first += TraceRaster::most_traces) {
         const std::size_t count = std::min(TraceRaster::most_traces, views.size() - first);
         raster_.paint(canvas.columns(), std::span(views).subspan(first, count), drawn_.background);
-        // The grid is copied band by band too, so that each band is written while it is in the
+        // The grid comes back band by band too, so that each band is written while it is in the
         // cache.
         for (int top = 0; top < scale_.height(); top += TraceRaster::band_rows) {
             if (first == 0) {
-                const Rectangle band{0, top, scale_.width(), top + TraceRaster::band_rows};
-                copy_block(canvas, Point{0, top}, grid_, band);
+                take_off(canvas, top);
             }
-            raster_.write_band(canvas, top);
+            raster_.write_band(canvas, top, inked_);
         }
     }
 }
 
 void Picture::compose_by_painting(const Canvas& canvas, const TraceViews& views) {
     copy_block(canvas, Point{}, grid_, whole(grid_));
+    inked_.add({canvas.columns().left, 0, canvas.columns().right, canvas.height()});
     if (!trace_surface_) {
         trace_surface_ = surface_of(scale_);
     }

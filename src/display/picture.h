@@ -8,6 +8,7 @@
 #include "display/overlays.h"
 #include "display/persistence_colours.h"
 #include "display/surface.h"
+#include "display/tiles.h"
 #include "display/trace.h"
 #include "display/trace_look.h"
 #include "display/trace_raster.h"
@@ -95,6 +96,10 @@ public:
     /// that did. While there is one, the picture is composed with each draw.
     void on_drawn(std::function<void(Columns)> listener);
 
+    /// Rectangles of pixels that hold all that has changed on the composed picture since this was
+    /// asked last, by compositions or because its size has changed.
+    [[nodiscard]] std::vector<Rectangle> take_changed();
+
 private:
     /// How a trace is drawn, besides its points.
     struct TraceContent {
@@ -135,6 +140,7 @@ private:
     void add_columns_to_compose(const Content& next);
     void compose_what_is_due();
     void compose(Columns columns);
+    void take_off(const Canvas& canvas, int top);
     void compose_by_runs(const Canvas& canvas, const TraceViews& views);
     void compose_by_painting(const Canvas& canvas, const TraceViews& views);
 
@@ -147,6 +153,8 @@ private:
     bool grid_dotted_ = false;
     Surface grid_;
     Surface display_;
+    Tiles inked_;   ///< all that differs on `display_` from the grid, and maybe more
+    Tiles changed_; ///< all that may have changed there since it was asked for
     std::optional<Surface> trace_surface_; ///< for traces that the raster cannot draw, once needed
     TraceRaster raster_;
     Content drawn_;                  ///< what the last composition was made from

@@ -56,6 +56,15 @@ inline void paint_bytes(std::uint8_t* at, int rows, std::uint8_t number, std::ui
     store(at, bytes);
 }
 
+/// The tiles of a band in which any of eight columns was painted on.
+Tiles::Stack stack_of(std::uint64_t touched) {
+    static_assert(Tiles::side == touched_columns);
+    for (int half = 32; half >= touched_columns; half /= 2) {
+        touched |= touched >> half;
+    }
+    return static_cast<Tiles::Stack>(touched);
+}
+
 /// Number of the layers of `look` that can be seen. The oldest ones in the background colour have
 /// nothing below to hide.
 int visible_layers(const TraceLook& look, Pixel background) {
@@ -200,11 +209,15 @@ inline void TraceRaster::paint_run(const Finder& find, int column, RowRun run, I
     }
 }
 
-void TraceRaster::write_band(const Canvas& canvas, int top) {
+void TraceRaster::write_band(const Canvas& canvas, int top, Tiles& tiles) {
     const Columns columns = canvas.columns();
     for (int left = columns.left / touched_columns * touched_columns; left < columns.right;
          left += touched_columns) {
         Touched rest = std::exchange(touched(left, top / band_rows), 0);
+        if (rest == 0) {
+            continue;
+        }
+        tiles.add(left, top, stack_of(rest));
         if (rest == ~Touched{0}) {
             for (int row = top; row < std::min(top + band_rows, height_); row += word_rows) {
                 write_block(canvas.surface(), left, row, std::min(word_rows, height_ - row));

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "display/canvas.h"
+#include "display/tiles.h"
 #include "display/trace_look.h"
 
 namespace kv408 {
@@ -22,7 +23,7 @@ namespace kv408 {
 class TraceRaster {
 public:
     /// Rows that are best written at a time, so that the picture's part in hand stays in the cache.
-    static constexpr int band_rows = 64;
+    static constexpr int band_rows = Tiles::band_rows;
 
     /// Traces that are drawn at a time.
     static constexpr std::size_t most_traces = 2;
@@ -39,8 +40,9 @@ public:
     void paint(Columns columns, std::span<const TraceView> views, Pixel background);
 
     /// Writes the rows of the sheet from `top`, a multiple of band_rows, up to the next such
-    /// multiple onto `canvas`, in the columns painted last, and clears them.
-    void write_band(const Canvas& canvas, int top);
+    /// multiple onto `canvas`, in the columns painted last, and clears them. What it may have changed
+    /// is added to `tiles`.
+    void write_band(const Canvas& canvas, int top, Tiles& tiles);
 
 private:
     static constexpr int trace_bits = 4;

@@ -52,15 +52,26 @@ void UnitPainter::draw_dashes(std::int32_t from, std::int32_t to, int first_unit
     }
 }
 
+void UnitPainter::touch(Rectangle pixels) const {
+    if (touched_ != nullptr) {
+        touched_->add(canvas_.clipped(pixels));
+    }
+}
+
+void UnitPainter::paint(Rectangle pixels, Pixel colour) const {
+    fill_rectangle(canvas_, pixels, colour);
+    touch(pixels);
+}
+
 void UnitPainter::fill(Pixel colour) const {
-    fill_rectangle(canvas_, whole(canvas_.surface()), colour);
+    paint(whole(canvas_.surface()), colour);
 }
 
 void UnitPainter::draw_row(int y, int from, int to, Pixel colour, PenStyle style) const {
     const std::int32_t top = row(y);
     draw_dashes(column(from), column(to), from, style, &UnitPainter::column,
                 [&](std::int32_t left, std::int32_t right) {
-                    fill_rectangle(canvas_, {left, top, right, top + scale_.line_width()}, colour);
+                    paint({left, top, right, top + scale_.line_width()}, colour);
                 });
 }
 
@@ -69,22 +80,23 @@ void UnitPainter::draw_column(int x, int from, int to, Pixel colour, PenStyle st
     draw_dashes(
         row(from), row(to), from, style, &UnitPainter::row,
         [&](std::int32_t top, std::int32_t bottom) {
-            fill_rectangle(canvas_, {left, top, left + scale_.line_width(), bottom}, colour);
+            paint({left, top, left + scale_.line_width(), bottom}, colour);
         });
 }
 
 void UnitPainter::draw_dot(int x, int y, Pixel colour) const {
     const int width = scale_.line_width();
     const Point place{column(x), row(y)};
-    fill_rectangle(canvas_, {place.x, place.y, place.x + width, place.y + width}, colour);
+    paint({place.x, place.y, place.x + width, place.y + width}, colour);
 }
 
 void UnitPainter::draw_ellipse(Rectangle units, Pixel colour) const {
     const Point place{scale_.edge(units.left), scale_.edge(units.top)};
     const int wide = nearest((units.right - units.left) * scale_.factor());
     const int high = nearest((units.bottom - units.top) * scale_.factor());
-    kv408::draw_ellipse(canvas_, {place.x, place.y, place.x + wide, place.y + high}, colour,
-                        colour);
+    const Rectangle pixels{place.x, place.y, place.x + wide, place.y + high};
+    kv408::draw_ellipse(canvas_, pixels, colour, colour);
+    touch(pixels);
 }
 
 } // namespace kv408

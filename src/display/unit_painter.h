@@ -2,6 +2,7 @@
 
 #include "display/canvas.h"
 #include "display/plot_scale.h"
+#include "display/tiles.h"
 
 namespace kv408 {
 
@@ -15,8 +16,10 @@ enum class PenStyle {
 /// lines of the scale's width, centred on their units' places; those of the plot lie wholly in it.
 class UnitPainter {
 public:
-    /// Draws on `canvas`, whose surface shows the whole plot at `scale`.
-    UnitPainter(const Canvas& canvas, const PlotScale& scale) : canvas_(canvas), scale_(scale) {}
+    /// Draws on `canvas`, whose surface shows the whole plot at `scale`. What it may have changed is
+    /// added to `touched`, where there is one.
+    UnitPainter(const Canvas& canvas, const PlotScale& scale, Tiles* touched = nullptr)
+        : canvas_(canvas), scale_(scale), touched_(touched) {}
 
     /// Fills everything with `colour`.
     void fill(Pixel colour) const;
@@ -34,6 +37,8 @@ public:
     void draw_ellipse(Rectangle units, Pixel colour) const;
 
 private:
+    void paint(Rectangle pixels, Pixel colour) const;
+    void touch(Rectangle pixels) const;
     [[nodiscard]] std::int32_t start(int unit, int units, int pixels) const;
     [[nodiscard]] std::int32_t column(int x) const;
     [[nodiscard]] std::int32_t row(int y) const;
@@ -43,6 +48,7 @@ private:
 
     Canvas canvas_;
     PlotScale scale_;
+    Tiles* touched_;
 };
 
 } // namespace kv408

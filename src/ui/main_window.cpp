@@ -38,7 +38,8 @@ MainWindow::MainWindow(Scope& scope, const Dialogs& dialogs)
     : scope_(scope), dialogs_(dialogs), driver_(scope),
       screen_(new ScreenPanel(
           {.surface = scope.picture().surface(),
-           .set_scale = [&scope](const PlotScale& scale) { scope.picture().set_scale(scale); }},
+           .set_scale = [&scope](const PlotScale& scale) { scope.picture().set_scale(scale); },
+           .take_changed = [&scope] { return scope.picture().take_changed(); }},
           scope.panel())),
       tools_(scope.tools(), driver_, *this) {
     setWindowTitle(u"Kv408 - Tarvo  V1.6"_s);
@@ -49,7 +50,7 @@ MainWindow::MainWindow(Scope& scope, const Dialogs& dialogs)
     listen_to_settings();
     follow(scope.calibration_form(), *this, plot(), driver_);
     driver_.on_return([this] { entry_returned(); });
-    scope.picture().on_drawn([this](Columns columns) { plot().show_columns(columns); });
+    scope.picture().on_drawn([this](Columns /*columns*/) { plot().show_changes(); });
     timer_.setObjectName(u"Timer1"_s);
     timer_.setInterval(tick_interval);
     timer_.setTimerType(Qt::PreciseTimer);

@@ -17,13 +17,6 @@ namespace {
 
 constexpr std::chrono::milliseconds between_paintings{12};
 
-Columns spanning(Columns a, Columns b) {
-    if (a.empty() || b.empty()) {
-        return a.empty() ? b : a;
-    }
-    return {std::min(a.left, b.left), std::max(a.right, b.right)};
-}
-
 /// The first pixel of the plot area in the plot box.
 QPoint area_corner(const PlotScale& scale) {
     return {scale.edge(plot::left), scale.edge(plot::top)};
@@ -89,40 +82,73 @@ QPointF PlotWidget::box_place_at(QPointF on_screen) const {
     return {plot::left + unit(place.x(), corner.x()), plot::top + unit(place.y(), corner.y())};
 }
 
-void PlotWidget::show_columns(Columns columns) {
-    pending_ = spanning(pending_, columns);
+void PlotWidget::show_changes() {
+    pending_ = true;
     if (!pause_.isActive()) {
         show_pending();
     }
 }
 
 void PlotWidget::show_pending() {
-    if (pending_.empty()) {
+    if (!pending_) {
         return;
     }
-    const QRectF pixels(area_corner(scale_) + QPoint(pending_.left, 0),
-                        QSize(pending_.right - pending_.left, scale_.height()));
-    pending_ = {};
+    pending_ = false;
+    const std::vector<Rectangle> changed = picture_.take_changed();
+    if (changed.empty()) {
+        return;
+    }
     const qreal unit = 1.0 / devicePixelRatioF();
-    update(QTransform::fromScale(unit, unit).mapRect(pixels).toAlignedRect());
+    const QPoint corner = area_corner(scale_);
+    QRegion region;
+    if (unit == 1.0) { // all at once: one after the other takes a time that grows with its square
+        std::vector<QRect> pixels;
+        pixels.reserve(changed.size());
+        for (const Rectangle& area : changed) {
+            pixels.emplace_back(corner + QPoint(area.left, area.top),
+                                QSize(area.right - area.left, area.bottom - area.top));
+        }
+        region.setRects(pixels.data(), static_cast<int>(pixels.size()));
+    } else {
+        for (const Rectangle& area : changed) {
+            const QRectF pixels(corner + QPoint(area.left, area.top),
+                                QSize(area.right - area.left, area.bottom - area.top));
+            region += QTransform::fromScale(unit, unit).mapRect(pixels).toAlignedRect();
+        }
+    }
+    update(region);
     pause_.start();
 }
 
 void PlotWidget::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
-    painter.fillRect(event->rect(), palette().color(QPalette::Window));
+    const Surface& surface = picture_.surface;
+    const QRect target(area_corner(scale_), QSize(surface.width(), surface.height()));
+    fill_margins(painter, event->region(), target);
     // From here on in device pixels, from a whole one: the picture's must not fall between them.
     const QTransform to_device = painter.deviceTransform();
     const QPoint origin = to_device.map(QPointF(0, 0)).toPoint();
     painter.setTransform(QTransform::fromTranslate(origin.x(), origin.y()) * to_device.inverted());
-    const Surface& surface = picture_.surface;
-    const QRect target(area_corner(scale_), QSize(surface.width(), surface.height()));
     painter.drawImage(target, image_of(surface));
     if (dimmed_) {
         constexpr int veil_alpha = 160;
         QColor veil = palette().color(QPalette::Window);
         veil.setAlpha(veil_alpha);
         painter.fillRect(target, veil);
+    }
+}
+
+/// Fills what of `region`, in units of the window, the picture on the pixels of `target` does not
+/// cover.
+void PlotWidget::fill_margins(QPainter& painter, const QRegion& region, const QRect& target) const {
+    const qreal unit = 1.0 / devicePixelRatioF();
+    const QRectF picture = QTransform::fromScale(unit, unit).mapRect(QRectF(target));
+    QRect covered = picture.toAlignedRect();
+    if (QRectF(covered) != picture) {
+        covered.adjust(1, 1, -1, -1);
+    }
+    for (const QRect& margin : region - covered) {
+        painter.fillRect(margin, palette().color(QPalette::Window));
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <vector>
 
 #include <QTimer>
 #include <QWidget>
@@ -13,6 +14,9 @@ namespace kv408::ui {
 struct ScaledPicture {
     const Surface& surface;
     std::function<void(const PlotScale&)> set_scale; ///< composes it anew, now
+    /// Rectangles of pixels that hold all that has changed since this was called last, as
+    /// Tiles::rectangles() has them.
+    std::function<std::vector<Rectangle>()> take_changed;
 };
 
 /// The plot box: the picture with a margin for the markers on every side. Each pixel of the picture
@@ -42,20 +46,21 @@ public:
     /// shown smaller than two units of the window, else a fraction of one.
     [[nodiscard]] QPointF box_place_at(QPointF on_screen) const;
 
-    /// The picture has changed in `columns` of pixels. It is painted soon, at most about sixty
-    /// times a second, and always in its last state.
-    void show_columns(Columns columns);
+    /// The picture has changed. What has is painted soon, at most about sixty times a second, and
+    /// always in its last state.
+    void show_changes();
 
 protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
     void show_pending();
+    void fill_margins(QPainter& painter, const QRegion& region, const QRect& target) const;
 
     ScaledPicture picture_;
     PlotScale scale_;
     bool dimmed_ = false;
-    Columns pending_;
+    bool pending_ = false; ///< a change waits for the pause's end
     QTimer pause_; ///< runs after a painting until the next one may follow
 };
 

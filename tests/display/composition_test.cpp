@@ -145,10 +145,23 @@ protected:
                << std::hex << *differs << " instead of " << *other;
     }
 
-    /// Draws both and tells the first place where they differ.
+    /// Draws both and tells the first place where they differ, on the picture or in a window that
+    /// paints what it is told has changed.
     testing::AssertionResult same_after(unsigned flags) {
         scene_.picture.draw(flags);
-        return same(scene_.picture.surface(), flags);
+        const Surface& composed = scene_.picture.surface();
+        if (window_.width() != composed.width()) {
+            window_ = Surface(composed.width(), composed.height());
+        }
+        for (const Rectangle& area : scene_.picture.take_changed()) {
+            for (int y = area.top; y < area.bottom; ++y) {
+                const auto from = composed.row(y);
+                std::copy(from.begin() + area.left, from.begin() + area.right,
+                          window_.row(y).begin() + area.left);
+            }
+        }
+        const testing::AssertionResult result = same(composed, flags);
+        return result ? same(window_, flags) : result;
     }
 
     unsigned any_flags() {
@@ -159,6 +172,7 @@ protected:
     std::mt19937 random_{GetParam()};
     PictureScene scene_;
     PlainPicture plain_{scene_};
+    Surface window_{1, 1};
     /// Points of a pass that are tried, fewer under the sanitizers, where each takes a fifth of a
     /// second.
     const int steps_ = series_stride == 1 ? 60 : 15;

@@ -295,6 +295,25 @@ TEST_F(PictureTest, tells_its_listener_which_columns_changed) {
     EXPECT_EQ(told, (std::vector<Columns>{{0, 641}, {39, 42}, {0, 641}}));
 }
 
+TEST_F(PictureTest, tells_where_it_has_changed_since_it_was_asked) {
+    picture.draw(draw_flags::all);
+    const auto holds = [](const std::vector<Rectangle>& areas, int x, int y) {
+        return std::any_of(areas.begin(), areas.end(), [=](const Rectangle& area) {
+            return x >= area.left && x < area.right && y >= area.top && y < area.bottom;
+        });
+    };
+    EXPECT_EQ(picture.take_changed().size(), 17U); // all of it, in rows of 32 pixels
+    EXPECT_TRUE(picture.take_changed().empty());
+    set_row(ch1, 40, 300);
+    picture.refreshCH1(40);
+    picture.draw(draw_flags::all);
+    const std::vector<Rectangle> changed = picture.take_changed();
+    EXPECT_TRUE(holds(changed, 40, 100)); // where the point was
+    EXPECT_TRUE(holds(changed, 40, 300)); // where it is
+    EXPECT_FALSE(holds(changed, 40, 400));
+    EXPECT_FALSE(holds(changed, 100, 100));
+}
+
 // Two draws that change different columns, and a third one of which somebody is told.
 TEST_F(PictureTest, has_everything_that_was_drawn_while_nobody_listened) {
     picture.draw(draw_flags::all);
