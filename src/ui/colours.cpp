@@ -55,7 +55,7 @@ public:
 
 private:
     void take_over(const QWidget& leader) {
-        QPalette palette = widget_.palette();
+        QPalette palette; // of the text alone: the rest stays that of the application
         const QPalette& source = leader.palette();
         for (const QPalette::ColorRole role : fore_roles) {
             for (const QPalette::ColorGroup group :
@@ -98,7 +98,7 @@ void show_colours(QWidget& widget, std::optional<Colour> fore, std::optional<Col
     if (!fore && !back) {
         return;
     }
-    QPalette palette = widget.palette();
+    QPalette palette; // of these colours alone: the rest stays that of the application
     if (back) {
         set_roles(palette, back_roles, qcolor(*back), qcolor(*back));
         // These fill themselves, within their rounded outline.
@@ -108,10 +108,18 @@ void show_colours(QWidget& widget, std::optional<Colour> fore, std::optional<Col
                                   qobject_cast<QAbstractButton*>(&widget) != nullptr;
         widget.setAutoFillBackground(!fills_itself);
     }
-    const QColor behind = palette.color(QPalette::Active, QPalette::Window);
-    const QColor text = fore ? qcolor(*fore) : readable_on(behind);
-    set_roles(palette, fore_roles, text, mixed(behind, text, 0.5));
-    if (palette != widget.palette()) {
+    if (back) {
+        const QColor behind = qcolor(*back);
+        const QColor text = fore ? qcolor(*fore) : readable_on(behind);
+        set_roles(palette, fore_roles, text, mixed(behind, text, 0.5));
+    } else {
+        // What is disabled looks like all that is, on whatever lies behind.
+        for (const QPalette::ColorRole role : fore_roles) {
+            palette.setColor(QPalette::Active, role, qcolor(*fore));
+            palette.setColor(QPalette::Inactive, role, qcolor(*fore));
+        }
+    }
+    if (palette.resolve(widget.palette()) != widget.palette()) {
         widget.setPalette(palette);
     }
 }

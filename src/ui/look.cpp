@@ -1,7 +1,11 @@
 #include "ui/look.h"
 
+#include <utility>
+
 #include <QApplication>
+#include <QEvent>
 #include <QSettings>
+#include <QWidget>
 
 #include "ui/colours.h"
 #include "ui/flat_style.h"
@@ -67,6 +71,25 @@ void set_all(QPalette& palette, const Paints& paints) {
     palette.setColor(QPalette::Disabled, QPalette::Base, paints.frame);
 }
 
+/// Takes the desktop's look over when a window is told that the desktop's theme has changed.
+class LookFollower : public QObject {
+public:
+    LookFollower(QWidget& window, std::function<Look()> desktop)
+        : QObject(&window), desktop_(std::move(desktop)) {
+        window.installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::ThemeChange) {
+            QApplication::setPalette(palette_of(desktop_()));
+        }
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    std::function<Look()> desktop_;
+};
+
 } // namespace
 
 Look desktop_look() {
@@ -79,7 +102,11 @@ Look desktop_look() {
     if (qEnvironmentVariableIsEmpty("XDG_CURRENT_DESKTOP")) {
         return Look::dark;
     }
+    // Without one of our own the application has the desktop's palette.
+    const QPalette ours = QApplication::palette();
+    QApplication::setPalette(QPalette());
     const QPalette palette = QApplication::palette();
+    QApplication::setPalette(ours);
     return palette.color(QPalette::Window).lightness() >
                    palette.color(QPalette::WindowText).lightness()
                ? Look::light
@@ -96,6 +123,10 @@ QPalette palette_of(Look look) {
 void apply_look(Look look) {
     QApplication::setStyle(new FlatStyle);
     QApplication::setPalette(palette_of(look));
+}
+
+void follow_desktop_look(QWidget& window, std::function<Look()> desktop) {
+    new LookFollower(window, std::move(desktop));
 }
 
 } // namespace kv408::ui

@@ -2,7 +2,11 @@
 
 // How the window looks: a dark and a light palette on one style, the same on every system.
 
+#include <functional>
+
 #include <QPalette>
+
+class QWidget;
 
 namespace kv408::ui {
 
@@ -17,5 +21,9 @@ enum class Look { dark, light };
 
 /// Gives the application the style and the palette of `look`.
 void apply_look(Look look);
+
+/// Keeps the application's palette that of the look that `desktop` tells, from the next time on
+/// that the desktop tells `window`, one of the application's top windows, of a change.
+void follow_desktop_look(QWidget& window, std::function<Look()> desktop = desktop_look);
 
 } // namespace kv408::ui

@@ -319,6 +319,23 @@ TEST_P(Composition, of_single_points_at_any_scale_equals_the_plain_picture) {
     }
 }
 
+/// On a plot that is nearly bare, so that nothing else covers where they were.
+TEST_P(Composition, of_what_moves_leaves_nothing_behind) {
+    for (const double factor : {1.0, 1.9, 3.4}) {
+        set_factor(factor);
+        for (int round = 0; round < 10; ++round) {
+            const int row = random(0, 512);
+            for (int index = 1; index <= plot::last_point; ++index) {
+                scene_.set_row(ch1, index, row);
+                refresh(ch1, index);
+            }
+            scene_.panel.eyeon.set_checked(chance(50));
+            set_overlays();
+            ASSERT_TRUE(same_after(draw_flags::all)) << factor << ", round " << round;
+        }
+    }
+}
+
 /// The persistence is that of the same sweeps, whatever sizes the window had meanwhile.
 TEST_P(Composition, follows_a_change_of_the_scale_with_all_it_shows) {
     fill_history();

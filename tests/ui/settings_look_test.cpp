@@ -44,6 +44,7 @@ private Q_SLOTS:
     void looks_well();
     void the_screen_is_readable_on_white();
     void one_press_sets_colours_on_white_and_on_black();
+    void follows_the_desktop_while_it_runs();
 };
 
 void SettingsLookTest::every_control_has_a_described_widget() {
@@ -191,6 +192,53 @@ void SettingsLookTest::one_press_sets_colours_on_white_and_on_black() {
     on.click("cmdOnWhite");
     on.click("cmdCancel");
     QCOMPARE(qcolor(on.program.scope().parts().colours.background), QColor(Qt::black));
+}
+
+/// The colours of every widget of the window and of its dialogs.
+QStringList colours_of(const QWidget& window) {
+    QStringList colours;
+    for (const QWidget* const widget : window.findChildren<QWidget*>()) {
+        QString line =
+            QString::fromLatin1(widget->metaObject()->className()) + u' ' + widget->objectName();
+        for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Disabled}) {
+            for (int role = 0; role < QPalette::NColorRoles; ++role) {
+                line +=
+                    u' ' +
+                    widget->palette().color(group, static_cast<QPalette::ColorRole>(role)).name();
+            }
+        }
+        colours.append(line);
+    }
+    return colours;
+}
+
+// With the dialog open, the window looks as one that had the new look from the
+// start, and goes back again.
+void SettingsLookTest::follows_the_desktop_while_it_runs() {
+    const auto colours_begun_with = [](Look look) {
+        apply_look(look);
+        OpenSettings on;
+        return on.open ? colours_of(on.window()) : QStringList();
+    };
+    const QStringList light = colours_begun_with(Look::light);
+    const QStringList dark = colours_begun_with(Look::dark);
+    QVERIFY(!light.empty() && light != dark);
+    OpenSettings on;
+    QVERIFY(on.open);
+    Look desktop = Look::dark;
+    follow_desktop_look(on.window(), [&desktop] { return desktop; });
+    for (const Look look : {Look::light, Look::dark, Look::light}) {
+        desktop = look;
+        QEvent told(QEvent::ThemeChange);
+        QCoreApplication::sendEvent(&on.window(), &told);
+        QCoreApplication::processEvents();
+        const QStringList colours = colours_of(on.window());
+        const QStringList& expected = look == Look::light ? light : dark;
+        QCOMPARE(colours.size(), expected.size());
+        for (int index = 0; index < colours.size(); ++index) {
+            QCOMPARE(colours[index], expected[index]);
+        }
+    }
 }
 
 } // namespace

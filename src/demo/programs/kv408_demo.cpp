@@ -71,6 +71,7 @@ int main(int argc, char** argv) {
     kv408::ui::TestBenchWindow bench(simulation.bench(),
                                      [&simulation] { simulation.notice_faults(); });
     offer(bench, program.window());
+    kv408::ui::follow_desktop_look(program.window());
     program.window().show();
     return QApplication::exec();
 }

@@ -30,6 +30,7 @@ int main(int argc, char** argv) {
     kv408::ui::Program program(clock, *choice.bridge, files, kv408::ui::machine_places(),
                                [&choice] { return kv408::diagnosis(choice); });
     const kv408::ui::Endings endings(signals, program);
+    kv408::ui::follow_desktop_look(program.window());
     program.window().show();
     return QApplication::exec();
 }
