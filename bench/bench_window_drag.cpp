@@ -13,6 +13,7 @@
 #include <QPaintEvent>
 #include <QTimer>
 
+#include "display/box_geometry.h"
 #include "display/settings_dialog.h"
 #include "host/system_clock.h"
 #include "simulator/simulation.h"
@@ -39,10 +40,11 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override {
         if (event->type() == QEvent::Paint) {
             const auto& plot = static_cast<const ui::PlotWidget&>(*watched);
-            const QRectF picture(plot.place_of(plot::left + plot::width / 8.0, plot::top),
-                                 plot.place_of(plot::left + plot::width * 7 / 8.0,
-                                               plot::top + plot::height));
-            count += static_cast<QPaintEvent*>(event)->region().intersects(picture.toRect()) ? 1 : 0;
+            const QRectF picture(
+                plot.place_of(box::left + plot::width / 8.0, box::top),
+                plot.place_of(box::left + plot::width * 7 / 8.0, box::top + plot::height));
+            count +=
+                static_cast<QPaintEvent*>(event)->region().intersects(picture.toRect()) ? 1 : 0;
         }
         return QObject::eventFilter(watched, event);
     }

@@ -50,8 +50,8 @@ PainterPicture::PainterPicture(ScopeScene& scene)
       trace_(grid_.size(), QImage::Format_ARGB32_Premultiplied) {
     const int width = scene.picture().scale().line_width();
     const ColourTable& colours = scene.colours();
-    for (std::size_t channel = 0; channel < lines_.size(); ++channel) {
-        const Colour live = colours.channel(static_cast<int>(channel));
+    for (const Channel channel : both_channels) {
+        const Colour live = colours.channel(channel);
         const PersistenceColours faded =
             persistence_colours(live, colours.background, scene.depth());
         for (std::size_t sweep = scene.sweeps().size(); sweep-- > 0;) {

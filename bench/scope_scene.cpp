@@ -47,7 +47,7 @@ ScopeScene::ScopeScene(Signal signal, int depth, double scale)
 void ScopeScene::sample(int index) {
     std::normal_distribution<double> around(0.0, deviation);
     std::uniform_real_distribution<double> anywhere(-255.0, 255.0);
-    for (const int channel : {ch1, ch2}) {
+    for (const Channel channel : both_channels) {
         const double phase = 2.0 * std::numbers::pi * periods * index / plot::width + channel;
         const double rows = signal_ == Signal::sine ? amplitude * std::sin(phase) + around(random_)
                                                     : anywhere(random_);
@@ -60,7 +60,7 @@ void ScopeScene::sweep() {
     SweepPoints points;
     for (int index = plot::first_point; index <= plot::last_point; ++index) {
         sample(index);
-        for (const int channel : {ch1, ch2}) {
+        for (const Channel channel : both_channels) {
             picture_.refresh(channel, index);
             const TracePoint point = map_sample(channels_[slot(channel)],
                                                 samples_[slot(channel)].raw[slot(index)], index);

@@ -13,7 +13,7 @@ constexpr std::uint32_t block_bytes = 2 * npoints;
 
 } // namespace
 
-void BlockSweep::sdisplaych(int channel) {
+void BlockSweep::sdisplaych(Channel channel) {
     const std::uint32_t count = around_.link.waiting();
     if (count >= 2 && around_.link.power().is_back()) {
         around_.acquisition.scopestate = state_word::set_up;
@@ -25,37 +25,36 @@ void BlockSweep::sdisplaych(int channel) {
         lastrxcount_ = count;
         if (count < 2) {
             if (count == 1) {
-                around_.acquisition.fresh = {};
+                around_.acquisition.taken_as_set = {};
                 around_.link.read(std::span(rxbuffer_).first(count));
             } else if (around_.link.power().note_empty_queue()) {
-                around_.acquisition.fresh = {};
+                around_.acquisition.taken_as_set = {};
             }
             rearm(channel);
         }
     }
 }
 
-void BlockSweep::take_block(int channel) {
+void BlockSweep::take_block(Channel channel) {
     show_status(around_.panel, around_.acquisition, status::running);
     if (!around_.link.read(std::span(rxbuffer_).first(block_bytes))) {
-        around_.acquisition.fresh = {};
+        around_.acquisition.taken_as_set = {};
         rearm(channel);
         return;
     }
-    const auto index = static_cast<std::size_t>(channel - 1);
     Sweeps::Parts parts;
-    parts.at(index) = convert_block(index);
-    if (around_.panel.channel.at(1 - index).enable.checked()) {
-        around_.acquisition.scopestate = state_word::block[1 - index];
+    parts.at(channel) = convert_block(channel);
+    if (around_.panel.channel.at(other(channel)).enable.checked()) {
+        around_.acquisition.scopestate = state_word::block[other(channel)];
     }
-    around_.acquisition.ready.at(index) = true;
-    around_.acquisition.fresh.at(index) = true;
+    around_.acquisition.ready.at(channel) = true;
+    around_.acquisition.taken_as_set.at(channel) = true;
     around_.acquisition.data.take_sweep(around_.clock.now());
     ask_for_next(channel);
     sweeps_.finish(SweepMode::block, around_.clock.time_of_day(), parts, set_up_.on());
 }
 
-std::shared_ptr<const ChannelSweep> BlockSweep::convert_block(std::size_t channel) {
+std::shared_ptr<const ChannelSweep> BlockSweep::convert_block(Channel channel) {
     auto sweep = std::make_shared<ChannelSweep>(set_up_.begin(channel));
     std::array<Sample, npoints> points = {};
     for (std::size_t pair = 0; pair < points.size(); ++pair) {
@@ -68,7 +67,7 @@ std::shared_ptr<const ChannelSweep> BlockSweep::convert_block(std::size_t channe
     for (int point = 1; point <= npoints; ++point) {
         lastword_ = sweep->codes.at(pair);
         store_sample(samples_.at(channel), static_cast<std::size_t>(point), points.at(pair));
-        around_.screen.refresh(static_cast<int>(channel), point);
+        around_.screen.refresh(channel, point);
         stretchpos += around_.time_base.hstretch;
         ++pair;
         if (stretchpos - 1.0 > point) {
@@ -81,8 +80,8 @@ std::shared_ptr<const ChannelSweep> BlockSweep::convert_block(std::size_t channe
     return sweep;
 }
 
-void BlockSweep::take_short_reply(int channel, std::uint32_t count) {
-    around_.acquisition.fresh = {};
+void BlockSweep::take_short_reply(Channel channel, std::uint32_t count) {
+    around_.acquisition.taken_as_set = {};
     if (!around_.link.read(std::span(rxbuffer_).first(count))) {
         rearm(channel);
         return;
@@ -95,21 +94,21 @@ void BlockSweep::take_short_reply(int channel, std::uint32_t count) {
     }
 }
 
-void BlockSweep::rearm(int channel) {
+void BlockSweep::rearm(Channel channel) {
     ask_for_next(channel);
     around_.measuring.makemeasurement();
 }
 
-void BlockSweep::ask_for_next(int channel) {
+void BlockSweep::ask_for_next(Channel channel) {
     around_.clock.sleep(std::chrono::milliseconds(1));
     around_.link.flush();
-    int next = channel;
-    if (around_.panel.channel[1].enable.checked() &&
+    Channel next = channel;
+    if (around_.panel.channel[ch2].enable.checked() &&
         around_.acquisition.scopestate == state_word::block[ch2]) {
-        next = 2;
-    } else if (around_.panel.channel[0].enable.checked() &&
+        next = ch2;
+    } else if (around_.panel.channel[ch1].enable.checked() &&
                around_.acquisition.scopestate == state_word::block[ch1]) {
-        next = 1;
+        next = ch1;
     }
     fill_sweep(around_.link.cmdargs(), sweep_request(around_.panel, next));
     around_.link.sendcommand(command::start_sweep, around_.link.cmdargs());

@@ -17,11 +17,11 @@ public:
     BlockSweep(const Surroundings& around, Samples& samples, Sweeps& sweeps)
         : around_(around), samples_(samples), sweeps_(sweeps) {}
 
-    /// Looks once for the reply of `channel` (1 or 2): takes a whole block, notices the waiting
+    /// Looks once for the reply of `channel`: takes a whole block, notices the waiting
     /// word, or looks again on the next call; then asks for the next block, and announces the sweep
     /// that has come, or measures the last one once more. The reply of an instrument that is back
     /// brings a new set-up instead.
-    void sdisplaych(int channel);
+    void sdisplaych(Channel channel);
 
     /// Forgets what was seen of a reply; a new sweep has been asked for.
     void restart() { lastrxcount_ = 0; }
@@ -30,13 +30,13 @@ public:
     [[nodiscard]] std::int16_t lastword() const { return lastword_; }
 
 private:
-    void take_block(int channel);
-    /// Takes the block into the samples of channel index `channel`; the result is its sweep.
-    [[nodiscard]] std::shared_ptr<const ChannelSweep> convert_block(std::size_t channel);
-    void take_short_reply(int channel, std::uint32_t count);
-    void rearm(int channel);
+    void take_block(Channel channel);
+    /// Takes the block into the samples of `channel`; the result is its sweep.
+    [[nodiscard]] std::shared_ptr<const ChannelSweep> convert_block(Channel channel);
+    void take_short_reply(Channel channel, std::uint32_t count);
+    void rearm(Channel channel);
     /// Asks for the block after that of `channel`.
-    void ask_for_next(int channel);
+    void ask_for_next(Channel channel);
 
     Surroundings around_;
     SweepSetUp set_up_{around_};

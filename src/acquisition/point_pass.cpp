@@ -20,7 +20,7 @@ void PointPass::sdisplay1ghzt() {
     if (!enabled[0] && !enabled[1]) {
         return;
     }
-    for (std::size_t channel = 0; channel < making_.size(); ++channel) {
+    for (const Channel channel : both_channels) {
         making_.at(channel) = set_up_.begin(channel);
     }
     around_.acquisition.data.begin_pass(start);
@@ -53,7 +53,7 @@ void PointPass::sdisplay1ghzt() {
     if (index > points_per_pass) {
         around_.acquisition.data.take_sweep(around_.clock.now());
         if (!both) {
-            around_.acquisition.ready[enabled[0] ? 0 : 1] = true;
+            around_.acquisition.ready[enabled[ch1] ? ch1 : ch2] = true;
         }
     }
     end(enabled, index > points_per_pass);
@@ -62,10 +62,10 @@ void PointPass::sdisplay1ghzt() {
 void PointPass::end(const std::array<bool, 2>& enabled, bool whole) {
     if (whole && making_[ch1].conversion == set_up_.conversion(ch1) &&
         making_[ch2].conversion == set_up_.conversion(ch2)) {
-        around_.acquisition.fresh = enabled;
+        around_.acquisition.taken_as_set = enabled;
     }
     Sweeps::Parts parts;
-    for (std::size_t channel = 0; channel < parts.size(); ++channel) {
+    for (const Channel channel : both_channels) {
         if (enabled.at(channel)) {
             making_.at(channel).columns = samples_.at(channel);
             making_.at(channel).whole = whole;
@@ -77,7 +77,7 @@ void PointPass::end(const std::array<bool, 2>& enabled, bool whole) {
 }
 
 void PointPass::end_without_point(Outcome outcome) {
-    around_.acquisition.fresh = {};
+    around_.acquisition.taken_as_set = {};
     if (outcome == Outcome::waiting) {
         show_status(around_.panel, around_.acquisition, status::waiting_for_trigger);
         around_.acquisition.data.take_answer(around_.clock.now());
@@ -86,7 +86,7 @@ void PointPass::end_without_point(Outcome outcome) {
 
 PointPass::Outcome PointPass::take_point(int index, const std::array<bool, 2>& enabled) {
     const PointDelay delay = point_delay(index, around_.time_base.tbresolution);
-    for (std::size_t channel = 0; channel < enabled.size(); ++channel) {
+    for (const Channel channel : both_channels) {
         if (!enabled.at(channel)) {
             continue;
         }
@@ -98,8 +98,8 @@ PointPass::Outcome PointPass::take_point(int index, const std::array<bool, 2>& e
     return Outcome::taken;
 }
 
-PointPass::Outcome PointPass::fetch(std::size_t channel, int index, const PointDelay& delay) {
-    fill_sample(around_.link.cmdargs(), delay, static_cast<int>(channel) + 1);
+PointPass::Outcome PointPass::fetch(Channel channel, int index, const PointDelay& delay) {
+    fill_sample(around_.link.cmdargs(), delay, channel);
     around_.link.sendcommand(command::fetch_sample, around_.link.cmdargs());
     std::array<Byte, 2> reply = {};
     if (!around_.link.read(reply)) {

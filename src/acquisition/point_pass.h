@@ -31,7 +31,7 @@ private:
     /// Announces what has come of the channels `enabled`, all of it when `whole`.
     void end(const std::array<bool, 2>& enabled, bool whole);
     Outcome take_point(int index, const std::array<bool, 2>& enabled);
-    Outcome fetch(std::size_t channel, int index, const PointDelay& delay);
+    Outcome fetch(Channel channel, int index, const PointDelay& delay);
     void show_progress(int index, std::chrono::nanoseconds start);
 
     Surroundings around_;

@@ -8,7 +8,7 @@ namespace kv408 {
 
 using std::chrono::milliseconds;
 
-SweepRequest sweep_request(const FrontPanel& panel, int channel) {
+SweepRequest sweep_request(const FrontPanel& panel, Channel channel) {
     return {
         .average = panel.average.checked(), .speed = panel.adcspeed.checked(), .channel = channel};
 }
@@ -26,20 +26,21 @@ bool SetUpUpload::setscope8ghz() {
     around_.link.flush();
     around_.clock.sleep(milliseconds(2));
     const bool second_first =
-        !around_.panel.channel[0].enable.checked() && around_.panel.channel[1].enable.checked();
-    fill_sweep(around_.link.cmdargs(), sweep_request(around_.panel, second_first ? 2 : 1));
-    around_.acquisition.scopestate = state_word::block[second_first ? ch2 : ch1];
+        !around_.panel.channel[ch1].enable.checked() && around_.panel.channel[ch2].enable.checked();
+    const Channel first = second_first ? ch2 : ch1;
+    fill_sweep(around_.link.cmdargs(), sweep_request(around_.panel, first));
+    around_.acquisition.scopestate = state_word::block[first];
     around_.link.sendcommand(command::start_sweep, around_.link.cmdargs());
     return true;
 }
 
 bool SetUpUpload::send_time_base() {
-    put_32_bits(around_.link.cmdargs(), around_.acquisition.offset[0]);
+    put_32_bits(around_.link.cmdargs(), around_.acquisition.offset[ch1]);
     if (!around_.link.send_setup(command::set_offset_ch1, " set time base offset ch1 ")) {
         return false;
     }
     around_.clock.sleep(milliseconds(20));
-    put_32_bits(around_.link.cmdargs(), around_.acquisition.offset[1]);
+    put_32_bits(around_.link.cmdargs(), around_.acquisition.offset[ch2]);
     if (!around_.link.send_setup(command::set_offset_ch2, " set time base offset ch2 ")) {
         return false;
     }

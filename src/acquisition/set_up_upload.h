@@ -5,8 +5,8 @@
 
 namespace kv408 {
 
-/// What a block sweep of `channel` (1 or 2) asks for with the panel as it stands.
-[[nodiscard]] SweepRequest sweep_request(const FrontPanel& panel, int channel);
+/// What a block sweep of `channel` asks for with the panel as it stands.
+[[nodiscard]] SweepRequest sweep_request(const FrontPanel& panel, Channel channel);
 
 /// Uploads the trigger and the time base and starts the first block sweep.
 class SetUpUpload {

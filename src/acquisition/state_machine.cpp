@@ -55,9 +55,9 @@ bool StateMachine::drawing_due() {
 }
 
 bool StateMachine::data_awaited() const {
-    for (std::size_t index = 0; index < around_.acquisition.ready.size(); ++index) {
-        if (around_.acquisition.held.at(index) && !around_.acquisition.ready.at(index) &&
-            around_.panel.channel.at(index).enable.checked()) {
+    for (const Channel channel : both_channels) {
+        if (around_.acquisition.held.at(channel) && !around_.acquisition.ready.at(channel) &&
+            around_.panel.channel.at(channel).enable.checked()) {
             return true;
         }
     }
@@ -80,17 +80,17 @@ void StateMachine::keep_what_is_held() {
     if (around_.acquisition.pending_refresh) {
         // Only what has come since was taken with the delay that was sent.
         around_.acquisition.pending_refresh = false;
-        for (std::size_t index = 0; index < around_.channels.size(); ++index) {
-            if (around_.acquisition.ready.at(index)) {
-                around_.channels.at(index).shown_delaypts =
-                    around_.channels.at(index).uploaded_delaypts;
-                around_.screen.refresh(static_cast<int>(index), 0);
+        for (const Channel channel : both_channels) {
+            if (around_.acquisition.ready.at(channel)) {
+                around_.channels.at(channel).shown_delaypts =
+                    around_.channels.at(channel).uploaded_delaypts;
+                around_.screen.refresh(channel, 0);
             }
         }
     }
-    for (std::size_t index = 0; index < around_.channels.size(); ++index) {
-        around_.acquisition.ready.at(index) =
-            around_.acquisition.ready.at(index) || around_.acquisition.held.at(index);
+    for (const Channel channel : both_channels) {
+        around_.acquisition.ready.at(channel) =
+            around_.acquisition.ready.at(channel) || around_.acquisition.held.at(channel);
     }
 }
 
@@ -117,9 +117,9 @@ void StateMachine::act_on_state() {
             around_.acquisition.scopestate = state_word::set_up;
         }
     } else if (state == state_word::block[ch1]) {
-        fetch_block(1);
+        fetch_block(ch1);
     } else if (state == state_word::block[ch2]) {
-        fetch_block(2);
+        fetch_block(ch2);
     } else if (state == state_word::linearity && calibration_step_) {
         calibration_step_();
     } else if (state == state_word::changes || state == state_word::changes1) {
@@ -140,9 +140,9 @@ void StateMachine::set_up() {
     procedures_.vertical.vdiv_Click(ch1);
     procedures_.vertical.vdiv_Click(ch2);
     procedures_.upload.settriger();
-    for (std::size_t index = 0; index < around_.acquisition.offset.size(); ++index) {
-        around_.acquisition.offset[index] =
-            delay_to_send(around_.panel.channel[index].psofset, around_.channels[index]);
+    for (const Channel channel : both_channels) {
+        around_.acquisition.offset[channel] =
+            delay_to_send(around_.panel.channel[channel].psofset, around_.channels[channel]);
     }
     if (around_.acquisition.scopestate != state_word::set_up) {
         // Something pressed while a failure was being told has the last word.
@@ -154,9 +154,9 @@ void StateMachine::set_up() {
     }
 }
 
-void StateMachine::fetch_block(int channel) {
+void StateMachine::fetch_block(Channel channel) {
     procedures_.block.sdisplaych(channel);
-    around_.acquisition.laststate = state_word::block.at(static_cast<std::size_t>(channel - 1));
+    around_.acquisition.laststate = state_word::block.at(channel);
     around_.acquisition.acqrunning = true;
 }
 

@@ -51,7 +51,7 @@ public:
 private:
     void act_on_state();
     void set_up();
-    void fetch_block(int channel);
+    void fetch_block(Channel channel);
     /// True when the trigger line has just had its time.
     bool count_holdoff_down();
     /// True when what was asked for during a set-up is to be drawn on this tick.

@@ -4,7 +4,7 @@
 
 namespace kv408 {
 
-Conversion SweepSetUp::conversion(std::size_t channel) const {
+Conversion SweepSetUp::conversion(Channel channel) const {
     const ChannelState& state = around.channels.at(channel);
     return {.inverted = around.panel.channel.at(channel).invert.checked(),
             .atten = state.atten,
@@ -16,7 +16,7 @@ std::array<bool, 2> SweepSetUp::on() const {
     return {around.panel.channel[ch1].enable.checked(), around.panel.channel[ch2].enable.checked()};
 }
 
-ChannelSweep SweepSetUp::begin(std::size_t channel) const {
+ChannelSweep SweepSetUp::begin(Channel channel) const {
     const ChannelState& state = around.channels.at(channel);
     ChannelSweep sweep;
     sweep.codes.reserve(npoints);

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <array>
-#include <cstddef>
 #include <cstdint>
 
 #include "acquisition/sample_conversion.h"
@@ -14,14 +13,14 @@ namespace kv408 {
 struct SweepSetUp {
     const Surroundings& around;
 
-    /// How the codes of channel index `channel` are converted now.
-    [[nodiscard]] Conversion conversion(std::size_t channel) const;
+    /// How the codes of `channel` are converted now.
+    [[nodiscard]] Conversion conversion(Channel channel) const;
 
     /// Which channels are on now.
     [[nodiscard]] std::array<bool, 2> on() const;
 
-    /// A sweep of channel index `channel` that begins now and has no point yet.
-    [[nodiscard]] ChannelSweep begin(std::size_t channel) const;
+    /// A sweep of `channel` that begins now and has no point yet.
+    [[nodiscard]] ChannelSweep begin(Channel channel) const;
 };
 
 /// Adds the point that the reply word `word` stands for to `sweep`.

@@ -66,7 +66,7 @@ void GuidedCalibration::set_up(const Guide& guide) {
 
 void GuidedCalibration::set_panel(const Guide& guide) {
     FrontPanel& panel = around_.panel;
-    for (std::size_t channel = 0; channel < panel.channel.size(); ++channel) {
+    for (const Channel channel : both_channels) {
         ChannelControls& controls = panel.channel.at(channel);
         check(controls.enable, guide.channels.at(channel));
         check(controls.invert, false);
@@ -85,7 +85,7 @@ void GuidedCalibration::set_panel(const Guide& guide) {
 }
 
 bool GuidedCalibration::fits_gain(const Guide& guide) const {
-    const std::size_t channel = guide.channels[0] ? 0 : 1;
+    const Channel channel = guide.channels[ch1] ? ch1 : ch2;
     return around_.panel.channel.at(channel).vdiv.text() == guide.v_div;
 }
 
@@ -102,7 +102,7 @@ bool GuidedCalibration::fits_offsets(const Guide& guide) const {
 
 bool GuidedCalibration::panel_is_right(const Guide& guide) const {
     const FrontPanel& panel = around_.panel;
-    for (std::size_t channel = 0; channel < panel.channel.size(); ++channel) {
+    for (const Channel channel : both_channels) {
         if (guide.channels.at(channel) && !panel.channel.at(channel).enable.checked()) {
             return false;
         }
@@ -132,8 +132,8 @@ std::string GuidedCalibration::sweep_missing(const Guide& guide) const {
     }
     // In any other state the set-up is still to be sent.
     bool fresh = state_word::sweeps(acquisition.scopestate);
-    for (std::size_t channel = 0; channel < guide.channels.size(); ++channel) {
-        fresh = fresh && (!guide.channels.at(channel) || acquisition.fresh.at(channel));
+    for (const Channel channel : both_channels) {
+        fresh = fresh && (!guide.channels.at(channel) || acquisition.taken_as_set.at(channel));
     }
     return fresh ? ""
                  : "No whole sweep has come since the panel or the calibration was changed, or "
@@ -160,7 +160,7 @@ void GuidedCalibration::compute(const Guide& guide) {
 }
 
 void GuidedCalibration::compute_gain(const Guide& guide) {
-    const std::size_t channel = guide.channels[0] ? 0 : 1;
+    const Channel channel = guide.channels[ch1] ? ch1 : ch2;
     const std::size_t field = guide.fields[0];
     const std::int32_t millivolts = round_to_int32(measured(channel, meas::vpp));
     const auto gain = corrected_gain(record_.in_use().at(field), millivolts, guide.expected_mvpp);
@@ -178,12 +178,12 @@ void GuidedCalibration::compute_gain(const Guide& guide) {
 }
 
 void GuidedCalibration::compute_offsets(const Guide& guide) {
-    if (!quiet_enough(measured(0, meas::vpp)) || !quiet_enough(measured(1, meas::vpp))) {
+    if (!quiet_enough(measured(ch1, meas::vpp)) || !quiet_enough(measured(ch2, meas::vpp))) {
         refuse(guide, out_of_range_text(guide));
         return;
     }
     const bool high = range_of(guide.v_div) == high_gain;
-    for (std::size_t channel = 0; channel < guide.fields.size(); ++channel) {
+    for (const Channel channel : both_channels) {
         const bool via_trigger = around_.panel.channel.at(channel).inviatr.checked();
         const double factor = codes_per_millivolt({.high_gain = high, .via_trigger = via_trigger});
         const std::size_t field = guide.fields.at(channel);
@@ -195,13 +195,13 @@ void GuidedCalibration::compute_offsets(const Guide& guide) {
 
 void GuidedCalibration::compute_time_scale(const Guide& guide) {
     // The record keeps the frequency of an earlier sweep where there is none in this one.
-    if (measured(0, meas::pulse_high) <= 0.0 || measured(0, meas::pulse_low) <= 0.0) {
+    if (measured(ch1, meas::pulse_high) <= 0.0 || measured(ch1, meas::pulse_low) <= 0.0) {
         refuse(guide, "Frequency out of range!",
                "No frequency was measured: the trace shows no whole period.");
         return;
     }
     const std::int32_t frequency =
-        round_to_int32(around_.time_base.samplerate * measured(0, meas::frequency));
+        round_to_int32(around_.time_base.samplerate * measured(ch1, meas::frequency));
     std::string found = std::to_string(frequency);
     found += "Hz measured in place of 10000000Hz.";
     const std::size_t field = guide.fields[0];
@@ -247,7 +247,7 @@ bool GuidedCalibration::works_with_base_of(const Guide& guide) const {
     return record_.works_with(guide.fields[0]) && (!both || record_.works_with(guide.fields[1]));
 }
 
-double GuidedCalibration::measured(std::size_t channel, std::size_t field) const {
+double GuidedCalibration::measured(Channel channel, std::size_t field) const {
     return measurements_.measresults.at(channel).at(field);
 }
 

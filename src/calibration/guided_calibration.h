@@ -45,7 +45,7 @@ private:
     void succeed(const Guide& guide, const std::string& measured);
     /// The instrument works with the values that those of `guide` are computed from.
     [[nodiscard]] bool works_with_base_of(const Guide& guide) const;
-    [[nodiscard]] double measured(std::size_t channel, std::size_t field) const;
+    [[nodiscard]] double measured(Channel channel, std::size_t field) const;
 
     Surroundings around_;
     CalibrationForm& form_;

@@ -25,7 +25,7 @@ void SoftwareOffset::cmdcaloofset_Click() {
         for (ChannelState& channel : around_.channels) {
             channel.swoffset = 0;
         }
-        around_.acquisition.fresh = {};
+        around_.acquisition.taken_as_set = {};
         return;
     }
     // The click has set the mark; it is not due before the user has agreed.
@@ -41,14 +41,14 @@ void SoftwareOffset::cmdcaloofset_Click() {
         return;
     }
     around_.panel.cmdcaloofset.put_checked(true);
-    const std::int32_t first = software_offset_mean(samples_[0], 0);
-    correct(0, first);
+    const std::int32_t first = software_offset_mean(samples_[ch1], 0);
+    correct(ch1, first);
     // The sum of the second channel starts from the mean of the first: the instrument's users know
     // it so.
-    correct(1, software_offset_mean(samples_[1], first));
+    correct(ch2, software_offset_mean(samples_[ch2], first));
 }
 
-void SoftwareOffset::correct(std::size_t channel, std::int32_t mean) {
+void SoftwareOffset::correct(Channel channel, std::int32_t mean) {
     const std::int32_t correction = zero_volt_code - mean;
     if (correction >= -largest_correction && correction <= largest_correction) {
         around_.channels.at(channel).swoffset = static_cast<std::int16_t>(correction);

@@ -17,7 +17,7 @@ public:
     void cmdcaloofset_Click();
 
 private:
-    void correct(std::size_t channel, std::int32_t mean);
+    void correct(Channel channel, std::int32_t mean);
 
     Surroundings around_;
     const Samples& samples_;

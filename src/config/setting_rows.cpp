@@ -102,15 +102,15 @@ SettingRow row_of(CheckBox& box) {
 }
 
 /// An option that is 0 or 1 and that no control of the panel shows.
-SettingRow option(int line, const char* key, std::int32_t& place) {
+SettingRow option(int line, const char* key, bool& place) {
     return {.line = line,
             .key = key,
-            .write = [&place] { return Values{printed_field(place)}; },
+            .write = [&place] { return Values{printed_field(place ? 1 : 0)}; },
             .read =
                 [&place](std::string_view value, bool /*first*/) {
                     const auto chosen = yes_or_no(int32_in(value));
                     if (chosen) {
-                        place = *chosen ? 1 : 0;
+                        place = *chosen;
                     }
                     return chosen.has_value();
                 }};
@@ -135,34 +135,31 @@ SettingRow colour(int line, const char* key, Colour& place) {
 }
 
 /// The wheel value of a channel's vertical position.
-SettingRow position(const KeptSettings& kept, int channel) {
-    return {.line = 13 + channel,
-            .key = channel == ch1 ? "ch1text.top" : "ch2text.top",
-            .write =
-                [&kept, channel] {
-                    return Values{printed_field(
-                        kept.channels[static_cast<std::size_t>(channel)].marker_wheel)};
-                },
-            .read =
-                [&kept, channel](std::string_view value, bool /*first*/) {
-                    const auto number = int32_in(value);
-                    if (number) {
-                        kept.adjust.move_channel(channel, std::clamp(*number, 0, plot::wheel_span));
-                    }
-                    return number.has_value();
-                }};
+SettingRow position(const KeptSettings& kept, Channel channel) {
+    return {
+        .line = channel == ch1 ? 13 : 14,
+        .key = channel == ch1 ? "ch1text.top" : "ch2text.top",
+        .write = [&kept,
+                  channel] { return Values{printed_field(kept.channels[channel].marker_wheel)}; },
+        .read =
+            [&kept, channel](std::string_view value, bool /*first*/) {
+                const auto number = int32_in(value);
+                if (number) {
+                    kept.adjust.move_channel(channel, std::clamp(*number, 0, plot::wheel_span));
+                }
+                return number.has_value();
+            }};
 }
 
 /// The text of a channel's delay box, in picoseconds.
-SettingRow delay(const KeptSettings& kept, int channel) {
-    const TextBox& box = kept.panel.channel[static_cast<std::size_t>(channel)].psofset;
+SettingRow delay(const KeptSettings& kept, Channel channel) {
+    const TextBox& box = kept.panel.channel[channel].psofset;
     return {.line = box.about().line,
             .key = box.key(),
             .write =
                 [&kept, channel] {
-                    const auto index = static_cast<std::size_t>(channel);
                     return Values{on_one_line(
-                        delay_text(kept.panel.channel[index].psofset, kept.channels[index]))};
+                        delay_text(kept.panel.channel[channel].psofset, kept.channels[channel]))};
                 },
             .read =
                 [&kept, channel](std::string_view value, bool /*first*/) {

@@ -17,7 +17,7 @@ Annotations annotations(const FrontPanel& panel, const AnnotationMarks& marks,
     }
     const auto place = static_cast<std::size_t>(slot - panel.measurement.begin());
     Annotations shown;
-    for (std::size_t channel = 0; channel < shown.channel.size(); ++channel) {
+    for (const Channel channel : both_channels) {
         const MarkKind kind = marks.kind[place][channel];
         const bool held = channel == ch1 || acquisition.ready[ch2];
         if (kind != MarkKind::none && held && panel.channel[channel].enable.checked()) {

@@ -9,6 +9,8 @@ void ColourUpdate::colorupdate() {
     screen_.refreshCH2(0);
     recolour_panel();
     screen_.calcPersistColors();
+    screen_.ClearTrace(ch1);
+    screen_.ClearTrace(ch2);
     screen_.makegrid();
 }
 
@@ -23,8 +25,8 @@ void ColourUpdate::recolour_panel() {
     recolour_general_texts();
 }
 
-void ColourUpdate::recolour_channel(int channel) {
-    ChannelControls& controls = panel_.channel[static_cast<std::size_t>(channel)];
+void ColourUpdate::recolour_channel(Channel channel) {
+    ChannelControls& controls = panel_.channel[channel];
     const Colour colour = colours_.channel(channel);
     controls.text.set_fore_colour(colour);
     controls.label.set_fore_colour(colour);

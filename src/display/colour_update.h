@@ -22,7 +22,7 @@ public:
     void recolour_panel();
 
 private:
-    void recolour_channel(int channel);
+    void recolour_channel(Channel channel);
     void recolour_measurements();
     void recolour_general_texts();
 

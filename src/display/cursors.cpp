@@ -62,8 +62,8 @@ std::string deltacursorhor(std::int16_t n, const std::string& time_per_division)
 
 void show_cursor_readouts(FrontPanel& panel, const Channels& channels, const CursorState& cursors) {
     const int tab = panel.tabstrip3.selected();
-    if (tab == voltage_tab && (cursors.channel == 1 || cursors.channel == 2)) {
-        show_voltages(panel, channels[static_cast<std::size_t>(cursors.channel - 1)], cursors);
+    if (tab == voltage_tab) {
+        show_voltages(panel, channels[cursors.channel], cursors);
     } else if (tab == time_tab) {
         show_times(panel, cursors);
     }
@@ -123,9 +123,9 @@ void Cursors::show_readouts(bool visible) {
 void Cursors::combocursorselect_Click() {
     const std::string channel = panel_.combocursorselect.text();
     if (channel == "CH1") {
-        cursors_.channel = 1;
+        cursors_.channel = ch1;
     } else if (channel == "CH2") {
-        cursors_.channel = 2;
+        cursors_.channel = ch2;
     }
     adjust_.sliderupdate();
 }

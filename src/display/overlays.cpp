@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "display/box_geometry.h"
 #include "state/engineering_format.h"
 #include "state/plot_geometry.h"
 #include "state/rounding.h"
@@ -21,7 +22,7 @@ Colour mixed(Colour first, Colour second) {
 }
 
 /// Pixels below its channel's zero row at which the level of `source` lies, not rounded.
-double level_distance(std::size_t source, const TriggerState& trigger, const Channels& channels) {
+double level_distance(Channel source, const TriggerState& trigger, const Channels& channels) {
     const ChannelState& channel = channels[source];
     return (zero_volt_code - trigger.saved_trigpos[source]) * 2 * channel.scale * channel.vtfactor;
 }
@@ -47,12 +48,11 @@ CursorLines cursor_lines(const CursorState& cursors, const ColourTable& colours)
     } else {
         return lines;
     }
-    lines.colour = pixel_of(mixed(colours.channel(cursors.channel - 1), colours.normal_text));
+    lines.colour = pixel_of(mixed(colours.channel(cursors.channel), colours.normal_text));
     return lines;
 }
 
-std::int32_t trigger_row(std::size_t source, const TriggerState& trigger,
-                         const Channels& channels) {
+std::int32_t trigger_row(Channel source, const TriggerState& trigger, const Channels& channels) {
     return round_to_int32(level_distance(source, trigger, channels) + channels[source].pos);
 }
 
@@ -77,25 +77,25 @@ void draw_overlays(const UnitPainter& painter, const Overlays& overlays) {
 }
 
 void show_labels(FrontPanel& panel, const Channels& channels, const TriggerState& trigger) {
-    for (std::size_t index = 0; index < channels.size(); ++index) {
-        ChannelControls& controls = panel.channel[index];
-        show_offset(controls, channels[index]);
-        controls.text.move(plot::left - plot::marker_width - 1, controls.text.top());
+    for (const Channel channel : both_channels) {
+        ChannelControls& controls = panel.channel[channel];
+        show_offset(controls, channels[channel]);
     }
     const std::string source_text = panel.trigsource.text();
-    std::int32_t top = 0;
+    std::int32_t row = 0;
     if (source_text == "TRIG1" || source_text == "TRIG2") {
-        const std::size_t source = source_text == "TRIG1" ? 0 : 1;
-        const int zero_line = plot::top + channels[source].pos - plot::marker_middle;
-        top = round_to_int32(zero_line + level_distance(source, trigger, channels));
+        const Channel source = source_text == "TRIG1" ? ch1 : ch2;
+        // The marker's top is what is rounded: at a half, rows would fall to the other side.
+        const int zero_top = box::marker_top(channels[source].pos);
+        row = round_to_int32(zero_top + level_distance(source, trigger, channels)) -
+              box::marker_top(0);
         panel.trlevelmv.set_caption(
             printed_number((trigger.saved_trigpos[source] - zero_volt_code) *
                            channels[source].vtfactor) +
             "mV");
     }
-    panel.trigertext.move(
-        plot::box_width - plot::left + 1,
-        std::clamp(top, plot::trigger_marker_highest, plot::trigger_marker_lowest));
+    panel.trigertext.mark(
+        std::clamp(row, plot::trigger_marker_highest, plot::trigger_marker_lowest));
 }
 
 } // namespace kv408

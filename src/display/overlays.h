@@ -45,17 +45,16 @@ struct Overlays {
 /// The cursor lines of `cursors`, in the mean of the cursor channel's colour and the cursor colour.
 [[nodiscard]] CursorLines cursor_lines(const CursorState& cursors, const ColourTable& colours);
 
-/// The row of the level of `source` (0 for TRIG1, 1 for TRIG2) on its own channel's trace:
+/// The row of the level of `source` (`ch1` for TRIG1, `ch2` for TRIG2) on its own channel's trace:
 /// (2048 - level) x 2 x scale x gain + the channel's zero row, rounded halves to even.
-[[nodiscard]] std::int32_t trigger_row(std::size_t source, const TriggerState& trigger,
+[[nodiscard]] std::int32_t trigger_row(Channel source, const TriggerState& trigger,
                                        const Channels& channels);
 
 /// Draws the cursor lines, then the marks of the annotated measurement, then the trigger-level
 /// line.
 void draw_overlays(const UnitPainter& painter, const Overlays& overlays);
 
-/// Writes the offset read-outs and the trigger level, and puts the trigger marker and the channel
-/// markers beside the plot.
+/// Writes the offset read-outs and the trigger level, and puts the trigger marker beside the plot.
 void show_labels(FrontPanel& panel, const Channels& channels, const TriggerState& trigger);
 
 } // namespace kv408

@@ -25,17 +25,14 @@ Tiles all_tiles_of(const PlotScale& scale) {
     return tiles;
 }
 
-std::size_t slot(int channel) {
-    return static_cast<std::size_t>(channel);
-}
-
 } // namespace
 
 Picture::Picture(const PictureInputs& inputs)
     : inputs_(inputs), grid_(surface_of(scale_)), display_(surface_of(scale_)),
-      inked_(all_tiles_of(scale_)), changed_(inked_), raster_(scale_.width(), scale_.height()), due_(scale_.width()) {
+      inked_(all_tiles_of(scale_)), changed_(inked_), raster_(scale_.width(), scale_.height()),
+      due_(scale_.width()) {
     // CH1 comes to lie on top.
-    for (const int channel : {ch2, ch1}) {
+    for (const Channel channel : {ch2, ch1}) {
         traces_.push_back({channel, {}, {}, DirtyColumns(scale_.width())});
     }
     drawn_.traces.resize(traces_.size());
@@ -44,15 +41,15 @@ Picture::Picture(const PictureInputs& inputs)
 
 Picture::~Picture() = default;
 
-Picture::ChannelTrace& Picture::trace_of(int channel) {
+Picture::ChannelTrace& Picture::trace_of(Channel channel) {
     return *std::find_if(traces_.begin(), traces_.end(),
                          [channel](const ChannelTrace& trace) { return trace.channel == channel; });
 }
 
-void Picture::refresh(int channel, int index) {
+void Picture::refresh(Channel channel, int index) {
     ChannelTrace& trace = trace_of(channel);
     const Columns changed =
-        trace.trace.map(inputs_.channels[slot(channel)], inputs_.samples[slot(channel)], index);
+        trace.trace.map(inputs_.channels[channel], inputs_.samples[channel], index);
     if (!changed.empty()) {
         const int before = scale_.line_width() / 2;
         trace.changed.add({scale_.place(changed.left) - before,
@@ -72,6 +69,11 @@ void Picture::draw_grid() {
     draw_graticule(UnitPainter(Canvas(grid_), scale_), grid_background_, grid_colour_,
                    grid_dotted_);
     inked_.add_all(); // what is shown has the grid of before
+}
+
+void Picture::ClearTrace(Channel channel) {
+    // The columns that are composed begin with the background.
+    trace_of(channel).changed.add({0, scale_.width()});
 }
 
 void Picture::movepersistance() {
@@ -203,11 +205,11 @@ bool Picture::may_draw() const {
 
 TraceLook Picture::look_of(const ChannelTrace& trace, unsigned flags) const {
     const FrontPanel& panel = inputs_.panel;
-    const int channel = trace.channel;
+    const Channel channel = trace.channel;
     const unsigned flag = channel == ch1 ? draw_flags::ch1 : draw_flags::ch2;
     // Only CH2 waits for a whole sweep; CH1 is redrawn while its sweep is incomplete.
-    const bool held = channel == ch1 || inputs_.acquisition.ready[slot(ch2)];
-    if ((flags & flag) == 0 || !held || !panel.channel[slot(channel)].enable.checked() ||
+    const bool held = channel == ch1 || inputs_.acquisition.ready[ch2];
+    if ((flags & flag) == 0 || !held || !panel.channel[channel].enable.checked() ||
         inputs_.acquisition.traces_withheld()) {
         return {};
     }
@@ -249,7 +251,7 @@ Overlays Picture::overlays_of(unsigned flags) const {
     if (inputs_.acquisition.holdoff && (source == "TRIG1" || source == "TRIG2")) {
         overlays.trigger = {
             .shown = true,
-            .row = trigger_row(source == "TRIG1" ? 0 : 1, inputs_.trigger, inputs_.channels),
+            .row = trigger_row(source == "TRIG1" ? ch1 : ch2, inputs_.trigger, inputs_.channels),
             .colour = pixel_of(inputs_.colours.normal_text)};
     }
     return overlays;

@@ -55,8 +55,9 @@ public:
     Picture(const Picture&) = delete;
     Picture& operator=(const Picture&) = delete;
 
-    void refresh(int channel, int index) override;
+    void refresh(Channel channel, int index) override;
     void makegrid() override;
+    void ClearTrace(Channel channel) override;
     void movepersistance() override;
     void calccursors() override;
     void show_labels() override;
@@ -120,7 +121,7 @@ private:
 
     /// One channel's trace, and what of it has changed since the last composition.
     struct ChannelTrace {
-        int channel = 0; ///< its index
+        Channel channel = ch1;
         Trace trace;
         PersistenceColours ramp = {};
         DirtyColumns changed;
@@ -129,7 +130,7 @@ private:
     using TraceViews = std::vector<TraceView>;
 
     [[nodiscard]] bool may_draw() const;
-    [[nodiscard]] ChannelTrace& trace_of(int channel);
+    [[nodiscard]] ChannelTrace& trace_of(Channel channel);
     [[nodiscard]] TraceLook look_of(const ChannelTrace& trace, unsigned flags) const;
     [[nodiscard]] Columns gap_of(const Trace& trace) const;
     [[nodiscard]] Columns pixels_of(Columns units) const;

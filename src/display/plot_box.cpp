@@ -1,5 +1,6 @@
 #include "display/plot_box.h"
 
+#include "display/box_geometry.h"
 #include "display/copies.h"
 #include "display/shapes.h"
 
@@ -8,13 +9,13 @@ namespace kv408 {
 namespace {
 
 Surface box_around(const Surface& area, const PlotScale& scale, const FrontPanel& panel) {
-    constexpr int below = plot::box_height - plot::top - plot::height;
-    const Point corner{scale.edge(plot::left), scale.edge(plot::top)};
-    Surface box(2 * corner.x + area.width(), corner.y + area.height() + scale.edge(below));
-    const Canvas canvas(box);
-    fill_rectangle(canvas, whole(box), pixel_of(panel.picture1.back_colour().value_or(Colour{})));
+    const Point corner{scale.edge(box::left), scale.edge(box::top)};
+    Surface result(2 * corner.x + area.width(), corner.y + area.height() + scale.edge(box::below));
+    const Canvas canvas(result);
+    fill_rectangle(canvas, whole(result),
+                   pixel_of(panel.picture1.back_colour().value_or(Colour{})));
     copy_block(canvas, corner, area, whole(area));
-    return box;
+    return result;
 }
 
 } // namespace

@@ -10,7 +10,7 @@
 
 namespace kv408 {
 
-void PlotMouse::chtext_MouseDown(int channel, double y) {
+void PlotMouse::chtext_MouseDown(Channel channel, double y) {
     grab_offset_ = y;
     grab(channel == ch1 ? adjust_key::ch1 : adjust_key::ch2);
 }
@@ -24,11 +24,11 @@ bool PlotMouse::turns_grabbed() const {
     return panel_.tabstrip2.selected_key() == grabbed_;
 }
 
-void PlotMouse::chtext_MouseMove(int channel, double y) {
+void PlotMouse::chtext_MouseMove(Channel channel, double y) {
     if (!turns_grabbed()) {
         return;
     }
-    turn_to_row(channels_[static_cast<std::size_t>(channel)].pos + (y - grab_offset_));
+    turn_to_row(channels_[channel].pos + (y - grab_offset_));
 }
 
 /// Turns the wheel to `row`, as near as half a row.
@@ -49,14 +49,13 @@ void PlotMouse::trigertext_MouseMove(double y) {
     if (!turns_grabbed()) {
         return;
     }
-    const std::size_t source = panel_.trigsource.text() == "TRIG1" ? 0 : 1;
+    const Channel source = panel_.trigsource.text() == "TRIG1" ? ch1 : ch2;
     const ChannelState& channel = channels_[source];
-    const double top =
-        std::clamp<double>(panel_.trigertext.top() + (y - grab_offset_),
+    const double row =
+        std::clamp<double>(panel_.trigertext.marked().value_or(0) + (y - grab_offset_),
                            plot::trigger_marker_highest, plot::trigger_marker_lowest);
-    const std::int32_t code =
-        round_to_int32(zero_volt_code - (top + plot::marker_middle - plot::top - channel.pos) /
-                                            (2.0 * channel.scale * channel.vtfactor));
+    const std::int32_t code = round_to_int32(
+        zero_volt_code - (row - channel.pos) / (2.0 * channel.scale * channel.vtfactor));
     panel_.slider1.drag_to(round_to_int32(static_cast<double>(code) / codes_per_wheel_step));
 }
 

@@ -25,10 +25,10 @@ public:
               Screen& screen)
         : panel_(panel), channels_(channels), cursors_(cursors), adjust_(adjust), screen_(screen) {}
 
-    /// Mouse pressed on the marker of `channel` (0 or 1), `y` below the marker's top.
-    void chtext_MouseDown(int channel, double y);
-    /// Mouse moved with the button held; `y` below the marker's present top.
-    void chtext_MouseMove(int channel, double y);
+    /// Mouse pressed on the marker of `channel`, `y` below a fixed place of the marker.
+    void chtext_MouseDown(Channel channel, double y);
+    /// Mouse moved with the button held; `y` below the same place of the marker as it is now.
+    void chtext_MouseMove(Channel channel, double y);
     /// Mouse let go.
     void chtext_MouseUp();
 
@@ -62,7 +62,7 @@ private:
     Adjust& adjust_;
     Screen& screen_;
     std::string_view grabbed_;  ///< key of the tab whose quantity is dragged
-    double grab_offset_ = 0.0;  ///< of the dragged marker: mouse below its top
+    double grab_offset_ = 0.0;  ///< `y` where the dragged marker was grabbed
     bool holding_ = false;      ///< a cursor line is held
     std::size_t held_ = 0;      ///< which one
     bool held_voltage_ = false; ///< it was a voltage cursor's, and not a time cursor's

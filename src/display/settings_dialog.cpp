@@ -97,8 +97,8 @@ void SettingsDialog::Form_Load() {
     controls_.txtsnapshotpath.set_text(settings_.snapshotpath);
     show_path();
     controls_.persist.set_value(settings_.persisttime);
-    controls_.chksnapshotdialog.set_checked(settings_.snapshotdialog == 1);
-    controls_.chksnapshotinvert.set_checked(settings_.snapshotinvert == 1);
+    controls_.chksnapshotdialog.set_checked(settings_.snapshotdialog);
+    controls_.chksnapshotinvert.set_checked(settings_.snapshotinvert);
     chkSnapshotDialog_Click();
 }
 
@@ -209,8 +209,8 @@ void SettingsDialog::Command1_Click() {
 void SettingsDialog::cmdOK_Click() {
     settings_.snapshotpath = controls_.txtsnapshotpath.text();
     settings_.persisttime = static_cast<std::int16_t>(controls_.persist.value());
-    settings_.snapshotdialog = controls_.chksnapshotdialog.checked() ? 1 : 0;
-    settings_.snapshotinvert = controls_.chksnapshotinvert.checked() ? 1 : 0;
+    settings_.snapshotdialog = controls_.chksnapshotdialog.checked();
+    settings_.snapshotinvert = controls_.chksnapshotinvert.checked();
     apply(working_);
     close();
 }

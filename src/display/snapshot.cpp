@@ -69,7 +69,7 @@ std::string snapshot_name(const LocalTime& time) {
 void Snapshot::Command1_Click() {
     picture_.draw(draw_flags::all);
     const std::string name = snapshot_name(host_.clock.local_time());
-    if (settings_.snapshotdialog == 1) {
+    if (settings_.snapshotdialog) {
         save_by_dialog(name);
     } else {
         save_silently(finished(plot_box(picture_, panel_)), name);
@@ -77,7 +77,7 @@ void Snapshot::Command1_Click() {
 }
 
 Surface Snapshot::finished(Surface image) const {
-    if (settings_.snapshotinvert == 1) {
+    if (settings_.snapshotinvert) {
         invert_rectangle(Canvas(image), whole(image));
     }
     return image;
@@ -116,9 +116,8 @@ void Snapshot::save_by_dialog(const std::string& name) {
     const Surface plain = plot_box(picture_, panel_);
     const Surface scaled = with_scales();
     const Surface shown = shown_plot_box(picture_, panel_);
-    const std::string vectors =
-        svg_file(picture_, panel_, scale_lines(panel_, host_.clock.local_time()),
-                 settings_.snapshotinvert == 1);
+    const std::string vectors = svg_file(
+        picture_, panel_, scale_lines(panel_, host_.clock.local_time()), settings_.snapshotinvert);
     const auto chosen = host_.choosers.save_file({.title = "Save Snapshot",
                                                   .filter = picture_file_kinds,
                                                   .default_name = name,

@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "state/plot_geometry.h"
+#include "display/box_geometry.h"
 #include "state/rounding.h"
 
 namespace kv408 {
@@ -178,23 +178,28 @@ void write_labels(Writer& writer, const FrontPanel& panel) {
     constexpr int letters_base = 11; // below the top of a marker or a line of the read-outs
     const MarkerLabel& inner = panel.channel[0].text;
     for (const MarkerLabel* const marker : {&panel.channel[1].text, &inner, &panel.trigertext}) {
-        if (!marker->visible()) {
+        if (!marker->visible() || !marker->marked()) {
             continue;
         }
+        const int row = *marker->marked();
+        const box::Corner corner =
+            marker == &panel.trigertext ? box::right_marker(row) : box::left_marker(row);
         // Where both channels' markers share a place, that of CH1 is nearer to the plot.
         const bool covered = marker == &panel.channel[1].text && inner.visible() &&
-                             std::abs(marker->top() - inner.top()) < letters;
-        writer.text(marker->left() + 3.0 - (covered ? plot::marker_width : 0),
-                    marker->top() + letters_base, fore_colour(*marker), marker->caption());
+                             std::abs(row - inner.marked().value_or(row)) < letters;
+        writer.text(corner.left + 3.0 - (covered ? box::marker_width : 0),
+                    corner.top + letters_base, fore_colour(*marker), marker->caption());
     }
     if (panel.ltp2.visible()) {
-        writer.path(Writer::place("M", panel.ltp2.left() - 4, plot::top - 8) + "h9l-4.5,6z",
+        writer.path(Writer::place("M", box::upper_marker(panel.ltp2.marked().value_or(0)).left - 4,
+                                  box::top - 8) +
+                        "h9l-4.5,6z",
                     fore_colour(panel.ltp2));
     }
-    double y = plot::top + line_height;
+    double y = box::top + line_height;
     for (const Label* const read_out : {&panel.centerfr, &panel.lblc1, &panel.lblc2}) {
         if (read_out->visible()) {
-            writer.text(plot::left + text_gap, y, fore_colour(*read_out), read_out->caption());
+            writer.text(box::left + text_gap, y, fore_colour(*read_out), read_out->caption());
             y += line_height;
         }
     }
@@ -205,17 +210,17 @@ void write_labels(Writer& writer, const FrontPanel& panel) {
 std::string svg_file(const Picture& picture, const FrontPanel& panel,
                      const std::vector<TextLine>& lines, bool inverted) {
     const Picture::Drawn drawn = picture.drawn();
-    const int height = plot::box_height + line_height * static_cast<int>(lines.size());
-    const std::string size = " width=\"" + std::to_string(plot::box_width) + "\" height=\"" +
-                             std::to_string(height) + "\"";
+    const int height = box::height + line_height * static_cast<int>(lines.size());
+    const std::string size =
+        " width=\"" + std::to_string(box::width) + "\" height=\"" + std::to_string(height) + "\"";
     Writer writer(inverted);
     writer.raw(R"(<?xml version="1.0" encoding="UTF-8"?>)");
     writer.raw(R"(<svg xmlns="http://www.w3.org/2000/svg")" + size + " viewBox=\"0 0 " +
-               std::to_string(plot::box_width) + " " + std::to_string(height) +
+               std::to_string(box::width) + " " + std::to_string(height) +
                R"(" font-family="sans-serif" font-size=")" + std::to_string(letters) + "\">");
     writer.raw("<rect" + size + " fill=\"" +
                writer.colour(pixel_of(panel.picture1.back_colour().value_or(Colour{}))) + "\"/>");
-    writer.raw(R"(<svg x=")" + std::to_string(plot::left) + "\" y=\"" + std::to_string(plot::top) +
+    writer.raw(R"(<svg x=")" + std::to_string(box::left) + "\" y=\"" + std::to_string(box::top) +
                R"(" width="641" height="513" viewBox="-0.5 -0.5 641 513">)");
     writer.raw(R"(<rect x="-0.5" y="-0.5" width="641" height="513" fill=")" +
                writer.colour(drawn.background) + "\"/>");
@@ -230,9 +235,9 @@ std::string svg_file(const Picture& picture, const FrontPanel& panel,
     write_overlays(writer, drawn.overlays);
     writer.raw("</svg>");
     write_labels(writer, panel);
-    double y = plot::box_height + line_height * 0.7;
+    double y = box::height + line_height * 0.7;
     for (const TextLine& line : lines) {
-        double x = plot::left;
+        double x = box::left;
         for (const PictureText& piece : line) {
             writer.text(x, y, pixel_of(piece.colour), piece.text);
             x += static_cast<double>(piece.text.size()) * letter_width + text_gap;

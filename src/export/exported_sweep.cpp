@@ -11,7 +11,7 @@ namespace kv408 {
 namespace {
 
 std::string trigger_text(const TriggerSetting& trigger) {
-    std::string text = trigger.source == 0 ? "TRIG1" : "TRIG2";
+    std::string text = trigger.source == ch1 ? "TRIG1" : "TRIG2";
     text += trigger.positive ? ", positive edge, " : ", negative edge, ";
     text += number_text(trigger.level_mv / millivolts_per_volt) + " V, hysteresis ";
     text += std::to_string(trigger.hysteresis) + ", time-out ";

@@ -87,7 +87,7 @@ void fill_sweep(CommandArguments& arguments, const SweepRequest& request) {
     put_16_bits(arguments, 1, npoints);
     arguments[3] = request.average ? 1 : 0;
     arguments[4] = request.speed ? 1 : 0;
-    arguments[5] = static_cast<std::int16_t>(request.channel);
+    arguments[5] = static_cast<std::int16_t>(number_of(request.channel));
 }
 
 void fill_flash_read(CommandArguments& arguments, std::uint16_t address) {
@@ -103,9 +103,9 @@ void fill_flash_write(CommandArguments& arguments, std::uint16_t address, std::u
     arguments[5] = 0;
 }
 
-void fill_sample(CommandArguments& arguments, const PointDelay& delay, int channel) {
+void fill_sample(CommandArguments& arguments, const PointDelay& delay, Channel channel) {
     constexpr std::int32_t second_channel = 32768;
-    put_16_bits(arguments, 1, delay.coarse + (channel == 2 ? second_channel : 0));
+    put_16_bits(arguments, 1, delay.coarse + (channel == ch2 ? second_channel : 0));
     put_16_bits(arguments, 3, delay.second);
     arguments[5] = delay.fine;
 }

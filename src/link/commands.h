@@ -13,6 +13,8 @@
 #include <optional>
 #include <string_view>
 
+#include "state/channel.h"
+
 namespace kv408 {
 
 /// The argument bytes of a command in elements 1 to 5, each 0..255; element 0 carries nothing.
@@ -82,9 +84,9 @@ void fill_resolution(CommandArguments& arguments, std::int32_t picoseconds);
 
 /// What a block sweep asks for.
 struct SweepRequest {
-    bool average = false; ///< "Filter Avg." checked: the instrument averages
-    bool speed = false;   ///< "Speed opt." checked
-    int channel = 1;      ///< channel to fetch, 1 or 2
+    bool average = false;  ///< "Filter Avg." checked: the instrument averages
+    bool speed = false;    ///< "Speed opt." checked
+    Channel channel = ch1; ///< channel to fetch
 };
 
 /// Fills all five arguments of the full-sweep command for `npoints` points.
@@ -103,8 +105,7 @@ void fill_flash_read(CommandArguments& arguments, std::uint16_t address);
 /// Fills all five arguments of the write-flash command for `word` at `address`.
 void fill_flash_write(CommandArguments& arguments, std::uint16_t address, std::uint16_t word);
 
-/// Fills all five arguments of the single-point command; `channel` 2 sets bit 15 of the first
-/// value.
-void fill_sample(CommandArguments& arguments, const PointDelay& delay, int channel);
+/// Fills all five arguments of the single-point command; CH2 sets bit 15 of the first value.
+void fill_sample(CommandArguments& arguments, const PointDelay& delay, Channel channel);
 
 } // namespace kv408

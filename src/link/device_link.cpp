@@ -94,8 +94,8 @@ bool DeviceLink::listdevices() {
 void DeviceLink::let_end_now_and_then() {
     // Soon enough for whoever waits, and seldom enough to take no time of its own.
     constexpr milliseconds interval{100};
-    if (program_.let_end && clock_.now() - looked_at_ >= interval) {
-        program_.let_end();
+    if (let_end_ && clock_.now() - looked_at_ >= interval) {
+        let_end_();
         looked_at_ = clock_.now();
     }
 }
@@ -314,8 +314,8 @@ bool DeviceLink::read(std::span<Byte> bytes) {
 }
 
 void DeviceLink::end_with(const std::string& text, const std::string& advice) {
-    if (program_.keep_settings) {
-        program_.keep_settings();
+    if (keep_settings_) {
+        keep_settings_();
     }
     boxes_.show({.text = text, .informative = advice, .details = diagnosis(), .holds_sweep = true});
     end_program(program_);

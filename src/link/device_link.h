@@ -72,6 +72,14 @@ public:
     /// Sets what shows the listing, each time that it or the selection in it has changed.
     void on_listing(std::function<void(const DeviceListing&)> show) { show_ = std::move(show); }
 
+    /// Sets what keeps the user's settings before a message that ends the program is shown, so that
+    /// nothing is lost while that waits for its answer.
+    void on_ending(std::function<void()> keep) { keep_settings_ = std::move(keep); }
+
+    /// Sets what lets an end that has been asked for come about in the middle of something long,
+    /// and unwinds then; without it nothing can be asked for.
+    void on_long_work(std::function<void()> let_end) { let_end_ = std::move(let_end); }
+
     /// Lists the serial numbers of all attached devices and selects the first. False, with no
     /// selection, when the devices cannot be counted.
     /// An end that is asked for meanwhile stops it.
@@ -156,6 +164,8 @@ private:
     LinkState state_;
     std::function<void()> announce_;
     std::function<void(const DeviceListing&)> show_;
+    std::function<void()> keep_settings_;
+    std::function<void()> let_end_;
     PowerWatch power_;
     Diagnose diagnose_;
     std::chrono::nanoseconds looked_at_{0}; ///< when an end was last let come about

@@ -65,8 +65,8 @@ Adjust::Adjust(const Surroundings& around, Vertical& vertical, Trigger& trigger)
         trigger_.trigsource_Click();
         refresh_wheel();
     });
-    for (const int channel : {ch1, ch2}) {
-        ChannelControls& controls = panel.channel[static_cast<std::size_t>(channel)];
+    for (const Channel channel : both_channels) {
+        ChannelControls& controls = panel.channel[channel];
         controls.psofset.on_change([this, channel] { psofset_Change(channel); });
         controls.psofset.on_enter([this, channel] {
             psofset_Enter(channel);
@@ -182,11 +182,11 @@ void Adjust::sliderupdate() {
 }
 
 void Adjust::move_position(std::size_t channel, std::int32_t value) {
-    move_channel(static_cast<int>(channel), value);
+    move_channel(both_channels.at(channel), value);
 }
 
-void Adjust::move_channel(int channel, std::int32_t value) {
-    ChannelState& state = around_.channels[static_cast<std::size_t>(channel)];
+void Adjust::move_channel(Channel channel, std::int32_t value) {
+    ChannelState& state = around_.channels[channel];
     state.marker_wheel = value;
     state.pos = row_of(value);
     state.offsetdac = offset_code(state);
@@ -214,12 +214,12 @@ void Adjust::move_delays(std::size_t /*which*/, std::int32_t value) {
     }
     const std::int32_t hposdelay = value + horizontal_zero;
     const std::int32_t delay = longest_delay - hposdelay;
-    for (std::size_t index = 0; index < around_.channels.size(); ++index) {
-        ChannelControls& controls = around_.panel.channel[index];
+    for (const Channel channel : both_channels) {
+        ChannelControls& controls = around_.panel.channel[channel];
         if (controls.slenps.checked()) {
             controls.psofset.set_text(std::to_string(delay));
-            around_.channels[index].delaypts = delay_points(delay);
-            around_.channels[index].delay = delay;
+            around_.channels[channel].delaypts = delay_points(delay);
+            around_.channels[channel].delay = delay;
         }
     }
     hposwheel_ = value;
@@ -277,33 +277,31 @@ void Adjust::mark_new_data_needed() {
     }
 }
 
-std::int32_t Adjust::delay_in_box(int channel) const {
-    const auto index = static_cast<std::size_t>(channel);
-    return delay_of(around_.panel.channel[index].psofset, around_.channels[index]);
+std::int32_t Adjust::delay_in_box(Channel channel) const {
+    return delay_of(around_.panel.channel[channel].psofset, around_.channels[channel]);
 }
 
-void Adjust::psofset_Change(int channel) {
-    TextBox& box = around_.panel.channel[static_cast<std::size_t>(channel)].psofset;
+void Adjust::psofset_Change(Channel channel) {
+    TextBox& box = around_.panel.channel[channel].psofset;
     box.set_faulty(!typed_delay(box.text()));
 }
 
-void Adjust::psofset_Enter(int channel) {
+void Adjust::psofset_Enter(Channel channel) {
     if (around_.panel.tabstrip2.selected_key() == adjust_key::horizontal) {
         take_typed_delay(channel);
     }
 }
 
-void Adjust::psofset_Leave(int channel) {
-    const auto index = static_cast<std::size_t>(channel);
-    TextBox& box = around_.panel.channel[index].psofset;
+void Adjust::psofset_Leave(Channel channel) {
+    TextBox& box = around_.panel.channel[channel].psofset;
     const std::int32_t delay = delay_in_box(channel);
     // What stood there before it was left may have been uploaded with something else.
-    const bool sent = delay == around_.acquisition.offset[index];
+    const bool sent = delay == around_.acquisition.offset[channel];
     if (!typed_delay(box.text())) {
         if (!sent) {
             mark_new_data_needed();
         }
-    } else if (!sent || delay != around_.channels[index].delay) {
+    } else if (!sent || delay != around_.channels[channel].delay) {
         take_typed_delay(channel);
     } else if (box.text() != std::to_string(delay)) {
         box.set_text(std::to_string(delay));
@@ -311,23 +309,21 @@ void Adjust::psofset_Leave(int channel) {
     }
 }
 
-void Adjust::take_typed_delay(int channel) {
-    TextBox& box = around_.panel.channel[static_cast<std::size_t>(channel)].psofset;
+void Adjust::take_typed_delay(Channel channel) {
+    TextBox& box = around_.panel.channel[channel].psofset;
     if (const auto delay = typed_delay(box.text())) {
         box.set_text(std::to_string(*delay));
         apply_delay(channel);
     }
 }
 
-void Adjust::restore_delay(int channel, std::string_view text) {
-    around_.panel.channel[static_cast<std::size_t>(channel)].psofset.set_text(
-        std::to_string(leading_delay(text)));
+void Adjust::restore_delay(Channel channel, std::string_view text) {
+    around_.panel.channel[channel].psofset.set_text(std::to_string(leading_delay(text)));
     apply_delay(channel);
 }
 
-void Adjust::apply_delay(int channel) {
-    const auto index = static_cast<std::size_t>(channel);
-    ChannelState& state = around_.channels[index];
+void Adjust::apply_delay(Channel channel) {
+    ChannelState& state = around_.channels[channel];
     state.delay = delay_in_box(channel);
     state.delaypts = delay_points(state.delay);
     if (around_.panel.tabstrip2.selected_key() == adjust_key::horizontal) {
@@ -342,36 +338,34 @@ void Adjust::apply_delay(int channel) {
     mark_new_data_needed();
 }
 
-void Adjust::slenps_Click(int channel) {
+void Adjust::slenps_Click(Channel channel) {
     if (around_.panel.tabstrip2.selected_key() != adjust_key::horizontal) {
         return;
     }
-    hposwheel_ = around_.panel.channel[static_cast<std::size_t>(channel)].slenps.checked()
-                     ? wheel_at(delay_in_box(channel))
-                     : wheel_for_delays();
+    hposwheel_ = around_.panel.channel[channel].slenps.checked() ? wheel_at(delay_in_box(channel))
+                                                                 : wheel_for_delays();
     follow(hposwheel_);
 }
 
 std::int32_t Adjust::wheel_for_delays() const {
-    for (const int channel : {ch1, ch2}) {
-        if (around_.panel.channel[static_cast<std::size_t>(channel)].slenps.checked()) {
+    for (const Channel channel : both_channels) {
+        if (around_.panel.channel[channel].slenps.checked()) {
             return wheel_at(delay_in_box(channel));
         }
     }
     return hposwheel_;
 }
 
-void Adjust::show_delay_label(int channel) {
-    const auto index = static_cast<std::size_t>(channel);
-    ChannelControls& controls = around_.panel.channel[index];
-    const std::string delay = delay_text(controls.psofset, around_.channels[index]);
+void Adjust::show_delay_label(Channel channel) {
+    ChannelControls& controls = around_.panel.channel[channel];
+    const std::string delay = delay_text(controls.psofset, around_.channels[channel]);
     const bool none = delay == "0" || around_.acquisition.pointmode;
     controls.hor_delay.set_caption(none ? std::string() : "Delay:  " + delay + "ps");
 }
 
 void Adjust::rescale_delays() {
-    for (int channel = 0; channel < 2; ++channel) {
-        ChannelState& state = around_.channels[static_cast<std::size_t>(channel)];
+    for (const Channel channel : both_channels) {
+        ChannelState& state = around_.channels[channel];
         state.delaypts = delay_points(delay_in_box(channel));
         state.uploaded_delaypts = state.delaypts;
         state.shown_delaypts = state.delaypts;

@@ -47,34 +47,34 @@ public:
     /// Turns the wheel to where the quantity of the selected tab is; for whoever has set one.
     void refresh_wheel();
 
-    /// Puts the zero line of `channel` (0 or 1) where the wheel value `value`, 0..1024, puts it.
-    void move_channel(int channel, std::int32_t value);
+    /// Puts the zero line of `channel` where the wheel value `value`, 0..1024, puts it.
+    void move_channel(Channel channel, std::int32_t value);
 
     /// The wheel was dragged (scroll event), or its value was committed (change event).
     void Slider1_Scroll();
     void Slider1_Change();
 
-    /// A channel's delay box, `channel` 0 or 1, has another text: it is marked while that is no
+    /// A channel's delay box has another text: it is marked while that is no
     /// delay.
-    void psofset_Change(int channel);
+    void psofset_Change(Channel channel);
 
     /// Enter in a channel's delay box. Does nothing on another tab.
-    void psofset_Enter(int channel);
+    void psofset_Enter(Channel channel);
 
     /// A channel's delay box lost the keyboard focus: what was typed counts as entered. A text that
     /// is no delay stays marked, and the delay in use stays.
-    void psofset_Leave(int channel);
+    void psofset_Leave(Channel channel);
 
     /// Takes the delay of a channel from `text`: the number that it begins with, held within
     /// 0..65535 ps, as its box then shows it.
-    void restore_delay(int channel, std::string_view text);
+    void restore_delay(Channel channel, std::string_view text);
 
     /// A channel's box "delay moved by the wheel" was clicked: on the delays' tab the wheel goes to
     /// the delay of a box that was checked, and to what it still moves otherwise.
-    void slenps_Click(int channel);
+    void slenps_Click(Channel channel);
 
     /// Shows a channel's delay read-out: empty for a delay box holding "0" and in point mode.
-    void show_delay_label(int channel);
+    void show_delay_label(Channel channel);
 
     /// Re-computes both delays in screen points for a new time base; what is shown counts as taken
     /// with them.
@@ -107,7 +107,7 @@ private:
     /// is checked; where it is without one.
     [[nodiscard]] std::int32_t wheel_for_delays() const;
     void follow(std::int32_t value);
-    void apply_delay(int channel);
+    void apply_delay(Channel channel);
     void move_position(std::size_t channel, std::int32_t value);
     void move_level(std::size_t which, std::int32_t value);
     void move_delays(std::size_t which, std::int32_t value);
@@ -117,8 +117,8 @@ private:
     void mark_new_data_needed();
     void activate_cursor(std::size_t cursor);
     [[nodiscard]] std::int32_t delay_points(std::int32_t delay) const;
-    [[nodiscard]] std::int32_t delay_in_box(int channel) const;
-    void take_typed_delay(int channel);
+    [[nodiscard]] std::int32_t delay_in_box(Channel channel) const;
+    void take_typed_delay(Channel channel);
 
     Surroundings around_;
     Vertical& vertical_;

@@ -13,6 +13,7 @@
 #include <cassert>
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -265,13 +266,12 @@ class MarkerLabel : public Label {
 public:
     using Label::Label;
 
-    /// Place of its upper left corner in the plot box, pixels at the box's natural size.
-    [[nodiscard]] int left() const { return left_; }
-    [[nodiscard]] int top() const { return top_; }
-    void move(int left, int top) {
-        if (left_ != left || top_ != top) {
-            left_ = left;
-            top_ = top;
+    /// What it marks, in units of the plot: a row, and a column of a marker above the plot; nothing
+    /// before it has first been given a place.
+    [[nodiscard]] std::optional<int> marked() const { return marked_; }
+    void mark(int unit) {
+        if (marked_ != unit) {
+            marked_ = unit;
             shown();
         }
     }
@@ -286,8 +286,7 @@ public:
     [[nodiscard]] int times_brought_to_front() const { return times_brought_; }
 
 private:
-    int left_ = 0;
-    int top_ = 0;
+    std::optional<int> marked_;
     int times_brought_ = 0;
 };
 

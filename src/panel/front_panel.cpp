@@ -17,7 +17,7 @@ FrontPanel::FrontPanel() {
     trigertext.set_caption("T");
     slider1.set_range(0, plot::wheel_span);
     slider1.set_Value(512);
-    ltp2.move(plot::left, plot::top - plot::marker_width - 1);
+    ltp2.mark(0);
     centerfr.set_visible(false);
     lblc1.set_visible(false);
     lblc2.set_visible(false);

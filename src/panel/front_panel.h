@@ -4,14 +4,15 @@
 
 #include "panel/controls.h"
 #include "panel/thumb_wheel.h"
+#include "state/channel.h"
 
 namespace kv408 {
 
 /// The controls that each channel has once, named with the channel's number.
 struct ChannelControls {
-    /// The controls of channel `number`, 1 or 2, added to `all`.
-    ChannelControls(ControlList& all, int number)
-        : ChannelControls(all, std::to_string(number), number - 1) {}
+    /// The controls of `channel`, added to `all`.
+    ChannelControls(ControlList& all, Channel channel)
+        : ChannelControls(all, std::to_string(number_of(channel)), number_of(channel) - 1) {}
 
     ListBox vdiv;     ///< volts per division
     CheckBox enable;  ///< channel shown and swept
@@ -121,7 +122,7 @@ struct FrontPanel {
     TextBox delaytrttdis{all, {.name = "delaytrttdis", .unit = "ps"}}; ///< "Additional Delay"
 
     // VERTICAL frame, CH1 and CH2.
-    std::array<ChannelControls, 2> channel{ChannelControls(all, 1), ChannelControls(all, 2)};
+    std::array<ChannelControls, 2> channel{ChannelControls(all, ch1), ChannelControls(all, ch2)};
 
     // Cursor frame.
     TabStrip tabstrip3{all, {"TabStrip3", 6}}; ///< cursor type: voltage, time, off

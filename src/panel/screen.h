@@ -1,5 +1,7 @@
 #pragma once
 
+#include "state/channel.h"
+
 namespace kv408 {
 
 /// What a drawing request redraws, as bits of the flags of `Screen::draw`.
@@ -16,15 +18,18 @@ class Screen {
 public:
     virtual ~Screen() = default;
 
-    /// Maps the samples of channel index `channel` (0 or 1) to plot points. Index 0 remaps all
-    /// points 1..639 and resets the history to the new trace; 1..640 remaps that point; any other
-    /// index changes nothing.
-    virtual void refresh(int channel, int index) = 0;
-    void refreshCH1(int index) { refresh(0, index); }
-    void refreshCH2(int index) { refresh(1, index); }
+    /// Maps the samples of `channel` to plot points. Index 0 remaps all points 1..639 and resets
+    /// the history to the new trace; 1..640 remaps that point; any other index changes nothing.
+    virtual void refresh(Channel channel, int index) = 0;
+    void refreshCH1(int index) { refresh(ch1, index); }
+    void refreshCH2(int index) { refresh(ch2, index); }
 
     /// Draws the graticule onto its surface.
     virtual void makegrid() = 0;
+
+    /// Clears the trace of `channel`, over its whole width and height, to the background: nothing
+    /// of it that was drawn is kept, and the next draw composes all of it anew.
+    virtual void ClearTrace(Channel channel) = 0;
 
     /// Recomputes the colours in which older sweeps fade.
     virtual void calcPersistColors() = 0;

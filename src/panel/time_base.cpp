@@ -94,8 +94,8 @@ void TimeBase::offer_horizontal_position() {
     if (hasnotab(around_.panel.tabstrip2, adjust_key::horizontal, position)) {
         around_.panel.tabstrip2.add({std::string(adjust_key::horizontal), "Hor. Position"});
     }
-    for (int channel = 0; channel < 2; ++channel) {
-        around_.panel.channel[static_cast<std::size_t>(channel)].psofset.set_enabled(true);
+    for (const Channel channel : both_channels) {
+        around_.panel.channel[channel].psofset.set_enabled(true);
         adjust_.show_delay_label(channel);
     }
 }

@@ -25,8 +25,8 @@ Trigger::Trigger(const Surroundings& around)
     panel.delaytrttdis.on_leave([this] { delaytrttdis_Leave(); });
 }
 
-std::size_t Trigger::source() const {
-    return around_.panel.trigsource.text() == "TRIG1" ? 0 : 1;
+Channel Trigger::source() const {
+    return around_.panel.trigsource.text() == "TRIG1" ? ch1 : ch2;
 }
 
 void Trigger::trigsource_Click() {
@@ -103,13 +103,10 @@ void Trigger::settrigfromwheel() {
 }
 
 void Trigger::trigposupdate() {
-    constexpr int leftmost = plot::left;
-    constexpr int rightmost = plot::left + plot::width - 1;
     const double columns =
         (static_cast<double>(additional_delay()) - around_.trigger.trigsrcdelay) /
         around_.time_base.tbresolution;
-    around_.panel.ltp2.move(std::clamp(round_to_int32(leftmost - columns), leftmost, rightmost),
-                            around_.panel.ltp2.top());
+    around_.panel.ltp2.mark(std::clamp(round_to_int32(-columns), 0, plot::width - 1));
 }
 
 void Trigger::show_level() {
@@ -134,7 +131,7 @@ void Trigger::settriger() {
         .hysteresis = static_cast<std::int16_t>(around_.panel.shyst.value()),
         .timeout = around_.acquisition.trigger.timeout};
     fill_trigger(around_.link.cmdargs(), {.level = around_.trigger.trigpos,
-                                          .trig1 = setting.source == 0,
+                                          .trig1 = setting.source == ch1,
                                           .positive = setting.positive,
                                           .hysteresis = setting.hysteresis});
     bool done = around_.link.send_setup(command::set_trigger, " SETTRIG ");

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 
 #include "panel/surroundings.h"
@@ -23,8 +22,8 @@ public:
     /// "Additional Delay".
     explicit Trigger(const Surroundings& around);
 
-    /// Index of the selected source: 0 for "TRIG1", else 1.
-    [[nodiscard]] std::size_t source() const;
+    /// The selected source: `ch1` for "TRIG1", else `ch2`.
+    [[nodiscard]] Channel source() const;
 
     /// A source was chosen: its level and hysteresis come back and go to the instrument at once.
     void trigsource_Click();

@@ -53,8 +53,8 @@ std::int16_t offset_code(const ChannelState& channel) {
 }
 
 Vertical::Vertical(const Surroundings& around) : around_(around) {
-    for (const int channel : {ch1, ch2}) {
-        ChannelControls& controls = around.panel.channel[static_cast<std::size_t>(channel)];
+    for (const Channel channel : both_channels) {
+        ChannelControls& controls = around.panel.channel[channel];
         const auto vdiv = [this, channel] {
             vdiv_Click(channel);
             show_change(around_);
@@ -76,8 +76,8 @@ void Vertical::fill_lists() {
     }
 }
 
-void Vertical::vdiv_Click(int channel) {
-    ChannelState& state = around_.channels[static_cast<std::size_t>(channel)];
+void Vertical::vdiv_Click(Channel channel) {
+    ChannelState& state = around_.channels[channel];
     const bool known = set_scale(channel);
     if (!known || !send_gain(channel)) {
         around_.boxes.show({.text = "Error Vold/div set", .link_failure = known});
@@ -96,10 +96,9 @@ void Vertical::vdiv_Click(int channel) {
     }
 }
 
-bool Vertical::set_scale(int channel) {
-    const auto index = static_cast<std::size_t>(channel);
-    ChannelState& state = around_.channels[index];
-    const ChannelControls& controls = around_.panel.channel[index];
+bool Vertical::set_scale(Channel channel) {
+    ChannelState& state = around_.channels[channel];
+    const ChannelControls& controls = around_.panel.channel[channel];
     const std::int16_t gain_before = state.gain;
     const auto scale = vertical_scale(controls.vdiv.text());
     if (!scale) {
@@ -113,26 +112,25 @@ bool Vertical::set_scale(int channel) {
     state.vtfactor = via_trigger ? 2.0 : 1.0;
     state.vtsuffix = via_trigger ? " (VT)" : "";
     state.pixpermv = state.scale / state.atten;
-    around_.acquisition.fresh[index] = false;
+    around_.acquisition.taken_as_set[channel] = false;
     if (around_.acquisition.acqrunning) {
         if (state.gain != gain_before) {
             around_.acquisition.scopestate = state_word::changes;
             around_.acquisition.laststate = around_.acquisition.scopestate;
             around_.link.waitrxidle();
         }
-        around_.acquisition.await_new_data(index);
+        around_.acquisition.await_new_data(channel);
     }
     return true;
 }
 
-bool Vertical::send_gain(int channel) {
-    const auto index = static_cast<std::size_t>(channel);
+bool Vertical::send_gain(Channel channel) {
     const std::array<std::int16_t, 2> gain = {around_.channels[0].gain, around_.channels[1].gain};
     // A choice sends its range only when that changes; what an instrument that was off has lost is
     // the set-up's to send.
     const bool lost =
         around_.acquisition.scopestate == state_word::set_up && around_.link.power().ranges_lost();
-    if (!lost && gain[index] == acknowledged_gain_[index]) {
+    if (!lost && gain[channel] == acknowledged_gain_[channel]) {
         return true;
     }
     if (around_.acquisition.scopestate == state_word::linearity) {
@@ -145,7 +143,7 @@ bool Vertical::send_gain(int channel) {
         around_.link.waitrxidle();
     }
     fill_gain(around_.link.cmdargs(), gain);
-    if (!around_.link.send_setup(command::set_amplifier_gain, gain_labels[index])) {
+    if (!around_.link.send_setup(command::set_amplifier_gain, gain_labels[channel])) {
         // The instrument may have taken the frame and only its answer may be lost. Either way a
         // range that the frame repeats is as it was.
         for (std::size_t each = 0; each < gain.size(); ++each) {
@@ -159,30 +157,27 @@ bool Vertical::send_gain(int channel) {
     return true;
 }
 
-void Vertical::show_caption(int channel) {
-    const auto index = static_cast<std::size_t>(channel);
-    const ChannelState& state = around_.channels[index];
-    ChannelControls& controls = around_.panel.channel[index];
+void Vertical::show_caption(Channel channel) {
+    const ChannelState& state = around_.channels[channel];
+    ChannelControls& controls = around_.panel.channel[channel];
     controls.vdivtext.set_caption(controls.vdiv.text() + state.vtsuffix + state.invsuffix);
 }
 
-void Vertical::invert_Click(int channel) {
-    const auto index = static_cast<std::size_t>(channel);
-    around_.acquisition.fresh[index] = false;
-    around_.channels[index].invsuffix =
-        around_.panel.channel[index].invert.checked() ? " (inv)" : "";
+void Vertical::invert_Click(Channel channel) {
+    around_.acquisition.taken_as_set[channel] = false;
+    around_.channels[channel].invsuffix =
+        around_.panel.channel[channel].invert.checked() ? " (inv)" : "";
     show_caption(channel);
     around_.screen.refresh(channel, 0);
-    around_.screen.draw(channel == 0 ? draw_flags::ch1 : draw_flags::ch2);
+    around_.screen.draw(channel == ch1 ? draw_flags::ch1 : draw_flags::ch2);
     // Alone on the screen the trace would stay so until something else is drawn.
     around_.screen.draw(draw_flags::all);
 }
 
-void Vertical::enable_Click(int channel) {
-    const auto index = static_cast<std::size_t>(channel);
-    ChannelControls& controls = around_.panel.channel[index];
+void Vertical::enable_Click(Channel channel) {
+    ChannelControls& controls = around_.panel.channel[channel];
     const bool enabled = controls.enable.checked();
-    around_.acquisition.fresh[index] = false;
+    around_.acquisition.taken_as_set[channel] = false;
     controls.text.set_visible(enabled);
     controls.vdivtext.set_visible(enabled);
     around_.screen.refreshCH1(0);
@@ -190,11 +185,8 @@ void Vertical::enable_Click(int channel) {
     around_.screen.draw(draw_flags::all);
 }
 
-void Vertical::place_marker(int channel) {
-    const auto index = static_cast<std::size_t>(channel);
-    around_.panel.channel[index].text.move(plot::left - plot::marker_width - 1,
-                                           plot::top + around_.channels[index].pos -
-                                               plot::marker_middle);
+void Vertical::place_marker(Channel channel) {
+    around_.panel.channel[channel].text.mark(around_.channels[channel].pos);
 }
 
 } // namespace kv408

@@ -35,24 +35,24 @@ public:
     /// Fills both lists with their six entries; nothing is selected.
     void fill_lists();
 
-    /// A volts-per-division entry was chosen; `channel` is 0 or 1. Tells the instrument both gain
+    /// A volts-per-division entry of `channel` was chosen. Tells the instrument both gain
     /// ranges when the channel's range differs from the one that it last acknowledged, and in a
     /// set-up when it may have been off since.
-    void vdiv_Click(int channel);
+    void vdiv_Click(Channel channel);
 
     /// "Invert" was clicked.
-    void invert_Click(int channel);
+    void invert_Click(Channel channel);
 
     /// A channel was switched on or off.
-    void enable_Click(int channel);
+    void enable_Click(Channel channel);
 
     /// Puts the zero-line marker of `channel` beside the channel's position.
-    void place_marker(int channel);
+    void place_marker(Channel channel);
 
 private:
-    bool set_scale(int channel);
-    bool send_gain(int channel);
-    void show_caption(int channel);
+    bool set_scale(Channel channel);
+    bool send_gain(Channel channel);
+    void show_caption(Channel channel);
 
     Surroundings around_;
     /// The ranges that the instrument last acknowledged; 0 where a frame with another one was not.

@@ -89,11 +89,11 @@ Parts::Parts(const Machine& machine)
              .files = files,
              .choosers = choosers,
              .places = places}) {
-    program.keep_settings = [this] { settings_file.save_at_end(false); };
-    program.let_end = [this] {
+    link.on_ending([this] { settings_file.save_at_end(false); });
+    link.on_long_work([this] {
         settings_file.tell_progress();
         messages.process_endings();
-    };
+    });
     sweeps.on_finished([this](const auto&) { picture.movepersistance(); });
     sweeps.on_finished([this](const auto&) { measuring.makemeasurement(); });
     sweeps.on_finished([this](const auto& sweep) {

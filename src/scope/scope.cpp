@@ -98,7 +98,7 @@ void Scope::enter(const std::function<void()>& entry) {
         parts_->program.ended = true;
         // Shut-down has done both already; an end from deep inside has saved at most.
         parts_->link.close();
-        parts_->program.keep_settings();
+        parts_->settings_file.save_at_end(false);
     }
 }
 

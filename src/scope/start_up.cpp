@@ -118,10 +118,10 @@ void StartUp::apply_settings() {
     parts_.time_base.seltimediv_Click();
     parts_.adjust.sliderupdate();
     parts_.cursors.combocursorselect_Click();
-    for (const int channel : {ch1, ch2}) {
+    for (const Channel channel : both_channels) {
         parts_.vertical.enable_Click(channel);
     }
-    for (const int channel : {ch1, ch2}) {
+    for (const Channel channel : both_channels) {
         parts_.vertical.place_marker(channel);
     }
     around_.screen.makegrid();

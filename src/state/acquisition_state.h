@@ -17,7 +17,7 @@ inline constexpr std::string_view nothing = "Idle";      ///< nothing, ahead of 
 inline constexpr std::string_view begin = "idle";        ///< presses Start
 inline constexpr std::string_view set_up = "startscope"; ///< uploads the set-up
 inline constexpr std::string_view pass = "scope";        ///< a point-by-point pass
-/// Looks for the block of a channel, by its index.
+/// Looks for the block of a channel, by channel.
 inline constexpr std::array<std::string_view, 2> block = {"scopech1f", "scopech2f"};
 inline constexpr std::string_view linearity = "calibrationint"; ///< a step of the linearity run
 /// Leads to `set_up`: something was changed that the instrument must be told.
@@ -52,15 +52,18 @@ struct AcquisitionState {
     bool acqrunning = false;  ///< acquisition is started
     bool stoprequest = false; ///< Stop was pressed
     bool pointmode = false;   ///< point-by-point passes instead of block sweeps
-    std::array<bool, 2> ready = {}; ///< `ch1ready`, `ch2ready`: a sweep of the channel is complete
-    /// `ready` was set before a change of the set-up cleared it: samples of the channel are held.
+    /// `ch1ready`, `ch2ready`: the channel's samples may be drawn and marked. Set by each sweep of
+    /// it, cleared by a change of what the next one is taken with.
+    std::array<bool, 2> ready = {};
+    /// `ready` was set when such a change cleared it: there are samples from before the change.
     std::array<bool, 2> held = {};
     /// The instrument saw no trigger before the set-up that is under way or was sent last.
     bool untriggered = false;
-    /// A whole sweep of the channel has come since range or inversion were changed, since the last
-    /// set-up, which each change of the record in use brings, and since a reply failed to come
-    /// whole.
-    std::array<bool, 2> fresh = {};
+    /// What calibration asks, which `ready` does not say: the channel's last sweep is whole and was
+    /// taken as everything is set now. A whole sweep has come since range or inversion were
+    /// changed, since the last set-up, which each change of the calibration record brings, and
+    /// since a reply failed to come whole.
+    std::array<bool, 2> taken_as_set = {};
     DataWatch data; ///< whether data still come
     std::array<std::int32_t, 2> offset =
         {}; ///< `ch1offset`, `ch2offset`: time-base offsets, picoseconds
@@ -78,8 +81,8 @@ struct AcquisitionState {
                (activity == Activity::set_up && untriggered);
     }
 
-    /// Clears the new-data flag of channel index `channel`: what it is taken with has changed.
-    void await_new_data(std::size_t channel) {
+    /// Clears the new-data flag of `channel`: what it is taken with has changed.
+    void await_new_data(Channel channel) {
         held.at(channel) = held.at(channel) || ready.at(channel);
         ready.at(channel) = false;
     }

@@ -4,11 +4,9 @@
 #include <cstdint>
 #include <string>
 
-namespace kv408 {
+#include "state/channel.h"
 
-/// The two channels, as indices of everything that exists once per channel: CH1 is 0, CH2 is 1.
-inline constexpr int ch1 = 0;
-inline constexpr int ch2 = 1;
+namespace kv408 {
 
 /// Gain ranges of the instrument's amplifier, as its commands number them.
 inline constexpr std::int16_t high_gain = 1; ///< 10mV/div to 50mV/div, 6 codes per millivolt

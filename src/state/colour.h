@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "state/channel.h"
+
 namespace kv408 {
 
 /// A 24-bit colour, red in the low byte, as the settings file keeps it: 0x00BBGGRR.
@@ -42,8 +44,10 @@ struct ColourTable {
     Colour text_background = rgb(0, 0, 0);   ///< background of marker labels and read-outs
     Colour annotations = rgb(255, 128, 128); ///< annotation lines and dots
 
-    /// The trace colour of channel index 0 or 1.
-    [[nodiscard]] constexpr Colour channel(int index) const { return index == 0 ? ch1 : ch2; }
+    /// The trace colour of `which`.
+    [[nodiscard]] constexpr Colour channel(Channel which) const {
+        return which == Channel::ch1 ? ch1 : ch2;
+    }
 
     friend constexpr bool operator==(const ColourTable&, const ColourTable&) = default;
 };

@@ -3,6 +3,8 @@
 #include <array>
 #include <cstdint>
 
+#include "state/channel.h"
+
 namespace kv408 {
 
 /// What the cursors show, as `cursormode` numbers it.
@@ -29,7 +31,7 @@ inline constexpr std::int16_t time_both = 6;    ///< time cursors moved together
 /// The two measuring cursors. Arrays hold cursor 1 at index 0 and cursor 2 at index 1.
 struct CursorState {
     std::int16_t cursormode = cursor_mode::none;
-    std::int16_t channel = 1; ///< channel that the voltage cursors measure, 1 or 2
+    Channel channel = ch1; ///< channel that the voltage cursors measure
     std::array<std::int16_t, 2> vpos = {192,
                                         320}; ///< `intcr1vpos`, `intcr2vpos`: plot rows, 0..512
     std::array<std::int16_t, 2> hpos = {192,

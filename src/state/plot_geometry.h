@@ -2,7 +2,8 @@
 
 namespace kv408 {
 
-/// The fixed measures of the plot, all in pixels of the picture at its natural size.
+/// The graticule's units, of which 64 are a division: wheel, cursors, markers, measurements and
+/// settings speak of the plot in these, whatever size it is shown in.
 namespace plot {
 inline constexpr int width = 641;      ///< plot area, x 0..640
 inline constexpr int height = 513;     ///< plot area, y 0..512
@@ -14,21 +15,9 @@ inline constexpr int last_point = 639; ///< last point of a trace that is drawn
 inline constexpr int points = 641;     ///< points of a trace, indices 0..640
 inline constexpr int generations = 9;  ///< generations of the persistence history, 0 the newest
 
-/// The plot area inside the plot box, which leaves a margin for the markers on every side. The
-/// trigger-time marker runs from x 32 to 672, so the plot area's left edge lies at 32.
-inline constexpr int left = 32;
-inline constexpr int top = 20;
-inline constexpr int box_width = left + width + left; ///< the plot box with both margins
-inline constexpr int box_height = top + height + 7;   ///< the plot box with both margins
-
-/// A marker label beside the plot: its own width, and the middle of its height, which lies on the
-/// row that it marks.
-inline constexpr int marker_width = 14;
-inline constexpr int marker_middle = 7;
-
-/// Where the top of the trigger-level marker stays at most, above and below the plot area's rows.
-inline constexpr int trigger_marker_highest = top - 6;
-inline constexpr int trigger_marker_lowest = top + 506;
+/// The rows within which the trigger-level marker is held, wherever the level lies.
+inline constexpr int trigger_marker_highest = 1;
+inline constexpr int trigger_marker_lowest = 513;
 
 /// The adjust wheel's value at its upper end for everything but the delay. Two of its steps are a
 /// row of the plot: it stands at 1024 for row 0 and at 0 for row 512.

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <chrono>
-#include <functional>
 #include <optional>
 
 namespace kv408 {
@@ -15,17 +14,9 @@ struct ProgramState {
     /// is sent any more, and no failure of it is shown.
     bool given_up = false;
 
-    /// Keeps what the user has set; runs before a message that ends the program is shown, so that
-    /// nothing is lost while that waits for its answer. Set by whoever owns the settings.
-    std::function<void()> keep_settings;
-
     /// Since when settings are being taken over, on the program's clock; that may be many
     /// exchanges, between which an end is let come about. Nothing: none are.
     std::optional<std::chrono::nanoseconds> taking_over_since;
-
-    /// Lets an end that has been asked for come about in the middle of something long, and unwinds
-    /// then; empty: nothing can be asked for. Set by whoever has the window's queue.
-    std::function<void()> let_end;
 };
 
 /// Settings are being taken over as long as it lives; within another one it changes nothing.

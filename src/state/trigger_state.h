@@ -1,8 +1,9 @@
 #pragma once
 
 #include <array>
-#include <cstddef>
 #include <cstdint>
+
+#include "state/channel.h"
 
 namespace kv408 {
 
@@ -11,7 +12,7 @@ inline constexpr std::int32_t codes_per_wheel_step = 4;
 
 /// A trigger as the instrument acknowledged it.
 struct TriggerSetting {
-    std::size_t source = 0;      ///< 0 for TRIG1, 1 for TRIG2
+    Channel source = ch1;        ///< `ch1` for TRIG1, `ch2` for TRIG2
     bool positive = true;        ///< edge
     double level_mv = 0.0;       ///< millivolts at the source's input
     std::int16_t hysteresis = 0; ///< 0..255

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "state/plot_geometry.h"
+#include "display/box_geometry.h"
 #include "ui/colours.h"
 #include "ui/widget_maker.h"
 
@@ -21,11 +21,11 @@ constexpr int letters = 11;
 QPoint corner_of(const CursorState& cursors, std::size_t index) {
     const int side = static_cast<int>(index);
     if (cursor_mode::is_voltage(cursors.cursormode)) {
-        constexpr int first = plot::left + plot::width + 1 + plot::marker_width;
-        return {first + side * width, plot::top + cursors.vpos.at(index) - plot::marker_middle};
+        constexpr int first = box::left + plot::width + 1 + box::marker_width;
+        return {first + side * width, box::top + cursors.vpos.at(index) - box::marker_middle};
     }
     // Number 1 left of its line, number 2 right of it.
-    return {plot::left + cursors.hpos.at(index) + (side == 0 ? -width : 1), plot::top - height - 1};
+    return {box::left + cursors.hpos.at(index) + (side == 0 ? -width : 1), box::top - height - 1};
 }
 
 } // namespace

@@ -5,7 +5,6 @@
 
 #include <QPainter>
 
-#include "state/plot_geometry.h"
 #include "ui/bind.h"
 #include "ui/colours.h"
 #include "ui/plot_widget.h"
@@ -13,8 +12,8 @@
 namespace kv408::ui {
 namespace {
 
-constexpr int marker_height = 2 * plot::marker_middle + 1; ///< with a row in its middle
-constexpr int tip = 5;                                     ///< length of the pointed end
+constexpr int marker_height = 2 * box::marker_middle + 1; ///< with a row in its middle
+constexpr int tip = 5;                                    ///< length of the pointed end
 
 } // namespace
 
@@ -24,19 +23,21 @@ Marker::Marker(PlotWidget* plot, Direction direction)
     fit();
 }
 
-void Marker::put(int left, int top) {
-    left_ = left;
-    top_ = top;
+void Marker::mark(int unit) {
+    corner_ = direction_ == Direction::right  ? box::left_marker(unit)
+              : direction_ == Direction::left ? box::right_marker(unit)
+                                              : box::upper_marker(unit);
     fit();
 }
 
 void Marker::fit() {
-    constexpr double step_back = plot::marker_width + 1.0;
-    const double shift = direction_ == Direction::down ? plot::marker_width / 2.0 - 0.5
+    constexpr double step_back = box::marker_width + 1.0;
+    const double shift = direction_ == Direction::down ? box::marker_width / 2.0 - 0.5
                          : stepped_back_               ? step_back
                                                        : 0.0;
-    const QPointF from = plot_.place_of(left_ - shift, top_);
-    const QPointF to = plot_.place_of(left_ - shift + plot::marker_width, top_ + marker_height);
+    const QPointF from = plot_.place_of(corner_.left - shift, corner_.top);
+    const QPointF to =
+        plot_.place_of(corner_.left - shift + box::marker_width, corner_.top + marker_height);
     QRect place = QRectF(from, to).toAlignedRect();
     if (direction_ == Direction::down) {
         // The tip ends above the plot.
@@ -67,7 +68,7 @@ void Marker::make_room() {
         outer_->make_room();
     }
     const bool covered = inner_ && !inner_->isHidden() && !isHidden() &&
-                         std::abs(top_ - inner_->top_) < marker_height;
+                         std::abs(corner_.top - inner_->corner_.top) < marker_height;
     if (covered != stepped_back_) {
         stepped_back_ = covered;
         fit();
@@ -118,10 +119,12 @@ void bind(Marker* marker, MarkerLabel& control) {
     marker->setObjectName(object_name(control));
     keep_shown(*marker, control, [marker, &control] {
         marker->setText(QString::fromStdString(control.caption()));
-        marker->put(control.left(), control.top());
+        if (control.marked()) {
+            marker->mark(*control.marked());
+        }
         marker->come_to_front(control.times_brought_to_front());
         show_common(*marker, control);
-        marker->setVisible(control.visible() && marker->placed());
+        marker->setVisible(control.visible() && control.marked());
         marker->make_room();
     });
 }

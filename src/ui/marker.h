@@ -3,6 +3,7 @@
 #include <QLabel>
 #include <QPointer>
 
+#include "display/box_geometry.h"
 #include "panel/controls.h"
 
 namespace kv408::ui {
@@ -18,9 +19,8 @@ public:
     /// A marker on `plot` that points in `direction`.
     Marker(PlotWidget* plot, Direction direction);
 
-    /// Puts its upper left corner to (`left`, `top`) of the plot box. A marker that points down
-    /// has its tip over column `left`.
-    void put(int left, int top);
+    /// Puts it where it marks row `unit` of the plot, and column `unit` where it points down.
+    void mark(int unit);
 
     /// Takes the size and place that the plot's scale gives it.
     void fit();
@@ -36,10 +36,6 @@ public:
     /// Steps back from the plot, or up to it, as the marker beside it asks for now.
     void make_room();
 
-    /// False until the marker has first been put somewhere else than into the box's corner, where
-    /// no marker ever belongs.
-    [[nodiscard]] bool placed() const { return left_ != 0 || top_ != 0; }
-
 protected:
     void paintEvent(QPaintEvent* event) override;
 
@@ -48,8 +44,7 @@ private:
 
     PlotWidget& plot_;
     Direction direction_;
-    int left_ = 0;
-    int top_ = 0;
+    box::Corner corner_{}; ///< in the plot box, at natural size
     int times_brought_ = 0;
     QPointer<Marker> inner_; ///< the marker that this one steps back for, if any
     QPointer<Marker> outer_; ///< the marker that steps back for this one, if any

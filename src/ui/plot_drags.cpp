@@ -4,47 +4,47 @@
 #include <cassert>
 #include <cmath>
 
+#include "display/box_geometry.h"
 #include "display/plot_mouse.h"
 #include "state/cursor_state.h"
-#include "state/plot_geometry.h"
 #include "ui/bind.h"
 #include "ui/left_drag.h"
 
 namespace kv408::ui {
 namespace {
 
-/// What the mouse does to one marker; `y` counts from the marker's top.
+/// What the mouse does to one marker; `y` counts from the row that it marks.
 struct MarkerHandlers {
     std::function<void(PlotMouse&, double y)> press;
     std::function<void(PlotMouse&, double y)> move;
     std::function<void(PlotMouse&)> release;
 };
 
+/// The place in the plot, in its units, of `place` of the screen.
+QPointF plot_place(const PlotWidget& plot, QPointF place) {
+    return plot.box_place_at(place) - QPointF(box::left, box::top);
+}
+
 void take_marker_drags(PlotWidget& plot, MarkerLabel& control, ScopeDriver& driver,
                        const MarkerHandlers& handlers) {
     auto* const marker = plot.findChild<QWidget*>(object_name(control));
     assert(marker != nullptr);
     marker->setCursor(Qt::SizeVerCursor);
-    const auto below_top = [&plot, &control](QPointF place) {
-        return plot.box_place_at(place).y() - control.top();
+    const auto below_marked = [&plot, &control](QPointF place) {
+        return plot_place(plot, place).y() - control.marked().value_or(0);
     };
     new LeftDrag(
         marker,
         {.press =
              [=, &driver](QPointF place, Qt::KeyboardModifiers /*modifiers*/) {
-                 driver.act([&] { handlers.press(driver.plot_mouse(), below_top(place)); });
+                 driver.act([&] { handlers.press(driver.plot_mouse(), below_marked(place)); });
                  return true;
              },
          .move =
              [=, &driver](QPointF place) {
-                 driver.act([&] { handlers.move(driver.plot_mouse(), below_top(place)); });
+                 driver.act([&] { handlers.move(driver.plot_mouse(), below_marked(place)); });
              },
          .release = [=, &driver] { driver.act([&] { handlers.release(driver.plot_mouse()); }); }});
-}
-
-/// The place in the plot, in its units, of `place` of the screen.
-QPointF plot_place(const PlotWidget& plot, QPointF place) {
-    return plot.box_place_at(place) - QPointF(plot::left, plot::top);
 }
 
 /// Whether a cursor line can be grabbed from `place` of the plot.
@@ -130,9 +130,9 @@ void take_cursor_drags(PlotWidget& plot, ScopeDriver& driver) {
 
 void take_plot_drags(PlotWidget& plot, ScopeDriver& driver) {
     FrontPanel& panel = driver.panel();
-    for (const int channel : {ch1, ch2}) {
+    for (const Channel channel : both_channels) {
         take_marker_drags(
-            plot, panel.channel[static_cast<std::size_t>(channel)].text, driver,
+            plot, panel.channel[channel].text, driver,
             {.press = [channel](PlotMouse& mouse, double y) { mouse.chtext_MouseDown(channel, y); },
              .move = [channel](PlotMouse& mouse, double y) { mouse.chtext_MouseMove(channel, y); },
              .release = [](PlotMouse& mouse) { mouse.chtext_MouseUp(); }});

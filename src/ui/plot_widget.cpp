@@ -8,7 +8,7 @@
 #include <QPaintEvent>
 #include <QPainter>
 
-#include "state/plot_geometry.h"
+#include "display/box_geometry.h"
 #include "ui/marker.h"
 #include "ui/qt_picture_coder.h"
 
@@ -19,7 +19,7 @@ constexpr std::chrono::milliseconds between_paintings{12};
 
 /// The first pixel of the plot area in the plot box.
 QPoint area_corner(const PlotScale& scale) {
-    return {scale.edge(plot::left), scale.edge(plot::top)};
+    return {scale.edge(box::left), scale.edge(box::top)};
 }
 
 } // namespace
@@ -55,16 +55,15 @@ void PlotWidget::set_dimmed(bool dimmed) {
 
 QSize PlotWidget::size_at(const PlotScale& scale, qreal ratio) {
     const QPoint area = area_corner(scale);
-    constexpr int below = plot::box_height - plot::top - plot::height;
     const auto units = [&](int pixels) {
         return static_cast<int>(std::ceil(pixels / ratio - 1e-9));
     };
     return {units(2 * area.x() + scale.width()),
-            units(area.y() + scale.height() + scale.edge(below))};
+            units(area.y() + scale.height() + scale.edge(box::below))};
 }
 
 QPointF PlotWidget::place_of(double x, double y) const {
-    const QPointF from_area = QPointF(x - plot::left, y - plot::top) * scale_.factor();
+    const QPointF from_area = QPointF(x - box::left, y - box::top) * scale_.factor();
     return (area_corner(scale_) + from_area) / devicePixelRatioF();
 }
 
@@ -79,7 +78,7 @@ QPointF PlotWidget::box_place_at(QPointF on_screen) const {
         return scale_.factor() < 2.0 * ratio ? std::nearbyint(middle) : middle;
     };
     const QPoint corner = area_corner(scale_);
-    return {plot::left + unit(place.x(), corner.x()), plot::top + unit(place.y(), corner.y())};
+    return {box::left + unit(place.x(), corner.x()), box::top + unit(place.y(), corner.y())};
 }
 
 void PlotWidget::show_changes() {

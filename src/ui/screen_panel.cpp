@@ -10,7 +10,7 @@
 #include <QPainter>
 #include <QVBoxLayout>
 
-#include "state/plot_geometry.h"
+#include "display/box_geometry.h"
 #include "ui/bind.h"
 #include "ui/colours.h"
 #include "ui/lengths.h"
@@ -187,7 +187,7 @@ QSize ScreenPanel::size_around(const PlotScale& scale, qreal ratio,
                                const RowHeights& heights) const {
     const QSize plot = PlotWidget::size_at(scale, ratio);
     const double growth = growth_at(scale, ratio);
-    const int columns = plot.width() * plot::width / plot::box_width;
+    const int columns = plot.width() * plot::width / box::width;
     const int lines = header_->lines_within(columns, growth) + footer_lines(columns, growth);
     return {plot.width() + 2 * padding,
             plot.height() + lines * heights.line + results_rows * heights.result + 2 * padding};
@@ -240,7 +240,7 @@ void ScreenPanel::fit() {
 }
 
 void ScreenPanel::place_parts(const RowHeights& heights) {
-    const int margin = static_cast<int>(std::lround(plot_->place_of(plot::left, 0).x()));
+    const int margin = static_cast<int>(std::lround(plot_->place_of(box::left, 0).x()));
     const int columns = plot_->width() - 2 * margin;
     const int footer = footer_lines(columns, growth_);
     // The results have their place also while they are hidden.
@@ -257,8 +257,7 @@ void ScreenPanel::place_parts(const RowHeights& heights) {
     place(footer_, footer * heights.line);
     place(results_, results_rows * heights.result);
     constexpr int from_edge = 8;
-    cursor_read_outs_->move(
-        plot_->place_of(plot::left + from_edge, plot::top + from_edge).toPoint());
+    cursor_read_outs_->move(plot_->place_of(box::left + from_edge, box::top + from_edge).toPoint());
     cursor_numbers_->fit();
     for (const QWidget* row : {footer_, results_}) {
         row->layout()->setContentsMargins(margin, 0, margin, 0);

@@ -18,7 +18,7 @@ struct ReplyRig : AcquisitionRig {
     void look(const std::vector<int>& bytes = {}) {
         forget();
         bridge.receive(bytes);
-        block.sdisplaych(1);
+        block.sdisplaych(ch1);
     }
 };
 
@@ -174,7 +174,7 @@ TEST(BlockRequest, CarriesAveragingAndSpeed) {
 }
 
 struct ChannelRow {
-    int calling;
+    Channel calling;
     const char* state;
     bool first;
     bool second;
@@ -183,15 +183,15 @@ struct ChannelRow {
 
 TEST(BlockRequest, NamesTheCallingChannelUnlessTheStateSaysTheOther) {
     const ChannelRow rows[] = {
-        {1, "scopech1f", true, true, 1},  {1, "scopech1f", true, false, 1},
-        {1, "scopech1f", false, true, 1}, {1, "scopech1f", false, false, 1},
-        {1, "scopech2f", true, true, 2},  {1, "scopech2f", false, true, 2},
-        {1, "scopech2f", true, false, 1}, {1, "scopech2f", false, false, 1},
-        {2, "scopech2f", true, true, 2},  {2, "scopech2f", false, true, 2},
-        {2, "scopech2f", true, false, 2}, {2, "scopech2f", false, false, 2},
-        {2, "scopech1f", true, true, 1},  {2, "scopech1f", true, false, 1},
-        {2, "scopech1f", false, true, 2}, {2, "scopech1f", false, false, 2},
-        {1, "changes", true, true, 1},    {2, "changes", true, true, 2},
+        {ch1, "scopech1f", true, true, 1},  {ch1, "scopech1f", true, false, 1},
+        {ch1, "scopech1f", false, true, 1}, {ch1, "scopech1f", false, false, 1},
+        {ch1, "scopech2f", true, true, 2},  {ch1, "scopech2f", false, true, 2},
+        {ch1, "scopech2f", true, false, 1}, {ch1, "scopech2f", false, false, 1},
+        {ch2, "scopech2f", true, true, 2},  {ch2, "scopech2f", false, true, 2},
+        {ch2, "scopech2f", true, false, 2}, {ch2, "scopech2f", false, false, 2},
+        {ch2, "scopech1f", true, true, 1},  {ch2, "scopech1f", true, false, 1},
+        {ch2, "scopech1f", false, true, 2}, {ch2, "scopech1f", false, false, 2},
+        {ch1, "changes", true, true, 1},    {ch2, "changes", true, true, 2},
     };
     for (const ChannelRow& row : rows) {
         AcquisitionRig rig;

@@ -33,7 +33,7 @@ std::vector<int> pairs_taken(double step) {
     for (int pair = 0; pair < 650; ++pair) {
         rig.bridge.receive({pair / 256, pair % 256});
     }
-    rig.block.sdisplaych(1);
+    rig.block.sdisplaych(ch1);
     std::vector<int> pairs = {-1};
     for (std::size_t point = 1; point <= 650; ++point) {
         pairs.push_back(rig.samples[0].raw[point]);

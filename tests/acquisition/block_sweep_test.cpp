@@ -31,7 +31,7 @@ struct BlockRig : AcquisitionRig {
 TEST(BlockSweep, ABlockOf1300BytesIsTakenOnTheTickItIsComplete) {
     BlockRig rig;
     rig.bridge.receive(ramp(1300));
-    rig.block.sdisplaych(1);
+    rig.block.sdisplaych(ch1);
     EXPECT_EQ(rig.bridge.timeline(),
               (Texts{"SI_CheckRXQueue @1000", "SI_Read 1300 @1000", "SI_FlushBuffers 1 1 @1001",
                      "SI_Write 4 32 2 138 0 0 2 174 @1001"}));
@@ -49,7 +49,7 @@ TEST(BlockSweep, ABlockOf1300BytesIsTakenOnTheTickItIsComplete) {
 }
 
 TEST(BlockSweep, EveryPointIsMappedAndTheHistoryShiftedOnceTheNextBlockIsAskedFor) {
-    for (const int channel : {1, 2}) {
+    for (const Channel channel : both_channels) {
         BlockRig rig;
         rig.bridge.on_frame = [&](const FakeBridge::Frame&) {
             rig.screen.calls.emplace_back("frame");
@@ -58,7 +58,8 @@ TEST(BlockSweep, EveryPointIsMappedAndTheHistoryShiftedOnceTheNextBlockIsAskedFo
         rig.block.sdisplaych(channel);
         Texts expected;
         for (int point = 1; point <= 650; ++point) {
-            expected.push_back("refresh " + std::to_string(channel) + " " + std::to_string(point));
+            expected.push_back("refresh " + std::to_string(channel + 1) + " " +
+                               std::to_string(point));
         }
         expected.emplace_back("frame");
         expected.emplace_back("movepersistance");
@@ -69,12 +70,12 @@ TEST(BlockSweep, EveryPointIsMappedAndTheHistoryShiftedOnceTheNextBlockIsAskedFo
 TEST(BlockSweep, OneByteLessWaitsForTheLastOne) {
     BlockRig rig;
     rig.bridge.receive(ramp(1299));
-    rig.block.sdisplaych(1);
+    rig.block.sdisplaych(ch1);
     EXPECT_EQ(rig.bridge.timeline(), Texts{"SI_CheckRXQueue @1000"});
     EXPECT_EQ(rig.status(), "before");
     EXPECT_EQ(rig.acquisition.scopestate, "scopech1f");
     rig.bridge.receive({ramp(1300).back()});
-    rig.block.sdisplaych(1);
+    rig.block.sdisplaych(ch1);
     EXPECT_EQ(rig.status(), "Running");
     EXPECT_EQ(rig.samples[0].raw[650], 2048 + 649);
     EXPECT_TRUE(rig.acquisition.ready[0]);
@@ -83,7 +84,7 @@ TEST(BlockSweep, OneByteLessWaitsForTheLastOne) {
 TEST(BlockSweep, BytesBeyondABlockAreNotReadButFlushed) {
     BlockRig rig;
     rig.bridge.receive(ramp(1310));
-    rig.block.sdisplaych(1);
+    rig.block.sdisplaych(ch1);
     EXPECT_EQ(rig.bridge.timeline()[1], "SI_Read 1300 @1000");
     EXPECT_TRUE(rig.bridge.received.empty());
 }
@@ -96,7 +97,7 @@ TEST(BlockSweep, AHighByteStopsAt32) {
     block[1298] = 33;
     block[1299] = 0;
     rig.bridge.receive(block);
-    rig.block.sdisplaych(1);
+    rig.block.sdisplaych(ch1);
     EXPECT_EQ(rig.samples[0].raw[1], 32 * 256 + 200);
     EXPECT_EQ(rig.samples[0].raw[650], 32 * 256);
     EXPECT_EQ(rig.block.lastword(), 32 * 256);
@@ -109,7 +110,7 @@ TEST(BlockSweep, TheChannelsOwnCorrectionAndInversionAreUsed) {
     rig.channels[1].vtfactor = 2.0;
     rig.panel.channel[1].invert.set_checked(true);
     rig.bridge.receive(ramp(1300));
-    rig.block.sdisplaych(2);
+    rig.block.sdisplaych(ch2);
     // 4096 - (2 + 2048) = 2046; two codes below zero at half a millivolt, doubled.
     EXPECT_EQ(rig.samples[1].raw[1], 2046);
     EXPECT_EQ(rig.samples[1].mv[1], -2.0);
@@ -117,7 +118,7 @@ TEST(BlockSweep, TheChannelsOwnCorrectionAndInversionAreUsed) {
 }
 
 struct HandOverRow {
-    int channel;
+    Channel channel;
     bool first;
     bool second;
     const char* state_before;
@@ -127,14 +128,14 @@ struct HandOverRow {
 
 TEST(BlockSweep, HandsOverToTheOtherChannelWhenThatIsOn) {
     const HandOverRow rows[] = {
-        {1, true, true, "scopech1f", "scopech2f", 2},
-        {2, true, true, "scopech2f", "scopech1f", 1},
-        {1, true, false, "scopech1f", "scopech1f", 1},
-        {2, false, true, "scopech2f", "scopech2f", 2},
-        {1, false, true, "scopech1f", "scopech2f", 2}, // channel 1 was switched off meanwhile
-        {2, true, false, "scopech2f", "scopech1f", 1},
-        {1, false, false, "scopech1f", "scopech1f", 1},
-        {2, false, false, "scopech2f", "scopech2f", 2},
+        {ch1, true, true, "scopech1f", "scopech2f", 2},
+        {ch2, true, true, "scopech2f", "scopech1f", 1},
+        {ch1, true, false, "scopech1f", "scopech1f", 1},
+        {ch2, false, true, "scopech2f", "scopech2f", 2},
+        {ch1, false, true, "scopech1f", "scopech2f", 2}, // channel 1 was switched off meanwhile
+        {ch2, true, false, "scopech2f", "scopech1f", 1},
+        {ch1, false, false, "scopech1f", "scopech1f", 1},
+        {ch2, false, false, "scopech2f", "scopech2f", 2},
     };
     for (const HandOverRow& row : rows) {
         BlockRig rig;
@@ -144,8 +145,8 @@ TEST(BlockSweep, HandsOverToTheOtherChannelWhenThatIsOn) {
         rig.block.sdisplaych(row.channel);
         EXPECT_EQ(rig.acquisition.scopestate, row.state_after) << row.channel << row.first;
         EXPECT_EQ(rig.bridge.frames().at(0).at(6), row.asked) << row.channel << row.first;
-        EXPECT_EQ(rig.acquisition.ready[0], row.channel == 1);
-        EXPECT_EQ(rig.acquisition.ready[1], row.channel == 2);
+        EXPECT_EQ(rig.acquisition.ready[0], row.channel == ch1);
+        EXPECT_EQ(rig.acquisition.ready[1], row.channel == ch2);
     }
 }
 
@@ -153,7 +154,7 @@ TEST(BlockSweep, TheOtherChannelsFlagStays) {
     BlockRig rig;
     rig.acquisition.ready = {false, true};
     rig.bridge.receive(ramp(1300));
-    rig.block.sdisplaych(1);
+    rig.block.sdisplaych(ch1);
     EXPECT_EQ(rig.acquisition.ready, (std::array<bool, 2>{true, true}));
 }
 
@@ -161,7 +162,7 @@ TEST(BlockSweep, ABlockThatCannotBeReadIsAskedForAgainQuietly) {
     BlockRig rig;
     rig.bridge.receive(ramp(1300));
     rig.bridge.status["SI_Read"] = 5;
-    rig.block.sdisplaych(1);
+    rig.block.sdisplaych(ch1);
     EXPECT_FALSE(rig.acquisition.ready[0]);
     EXPECT_EQ(rig.samples[0].raw[1], 0);
     EXPECT_TRUE(rig.screen.calls.empty());
@@ -173,7 +174,7 @@ TEST(BlockSweep, AFailedWriteOfTheNextRequestEndsTheProgram) {
     BlockRig rig;
     rig.bridge.receive(ramp(1300));
     rig.bridge.status["SI_Write"] = 5;
-    EXPECT_THROW(rig.block.sdisplaych(1), ProgramEnded);
+    EXPECT_THROW(rig.block.sdisplaych(ch1), ProgramEnded);
     EXPECT_EQ(rig.boxes.texts(), Texts{"Error finding WKTP2B device. Aborting application."});
     EXPECT_EQ(rig.bridge.calls.back().operation, "SI_Write");
 }

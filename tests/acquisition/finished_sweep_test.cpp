@@ -22,10 +22,10 @@ struct BlocksRig : AcquisitionRig {
     BlocksRig() { start(); }
 
     /// Lets a block of channel index `channel` come.
-    const ChannelSweep& block_of(std::size_t channel) {
+    const ChannelSweep& block_of(Channel channel) {
         acquisition.scopestate = channel == 0 ? "scopech1f" : "scopech2f";
         bridge.receive(ramp());
-        block.sdisplaych(static_cast<int>(channel) + 1);
+        block.sdisplaych(channel);
         return *sweeps.last()->channel.at(channel);
     }
 
@@ -97,10 +97,11 @@ TEST(FinishedSweep, TellsWhatItWasTakenWithWhateverIsSelectedLater) {
     EXPECT_EQ(sweep.position, 2.5) << "160 rows above the centre, 64 per division";
     EXPECT_EQ(sweep.delay, 70.0);
     // 100 codes of one millivolt each, doubled by "Input Via Trigger" of the source's channel.
-    EXPECT_EQ(
-        sweep.trigger,
-        (TriggerSetting{
-            .source = 1, .positive = false, .level_mv = 200.0, .hysteresis = 25, .timeout = 1000}));
+    EXPECT_EQ(sweep.trigger, (TriggerSetting{.source = ch2,
+                                             .positive = false,
+                                             .level_mv = 200.0,
+                                             .hysteresis = 25,
+                                             .timeout = 1000}));
     EXPECT_EQ(sweep.codes[0], 2000) << "as it was sent";
     // 4096 - 2003 = 2093: 45 codes above 0 V, a sixth of a millivolt each, doubled.
     EXPECT_DOUBLE_EQ(sweep.mv[0], 15.0);
@@ -113,7 +114,7 @@ TEST(FinishedSweep, TellsWhatItWasTakenWithWhateverIsSelectedLater) {
     EXPECT_FALSE(other.averaged);
     EXPECT_EQ(other.conversion.vtfactor, 1.0);
     EXPECT_EQ(other.position, 0.0);
-    EXPECT_EQ(other.trigger.source, 0U);
+    EXPECT_EQ(other.trigger.source, ch1);
 }
 
 TEST(FinishedSweep, ItsTriggerIsTheOneThatTheInstrumentHasAcknowledged) {
@@ -133,7 +134,7 @@ TEST(FinishedSweep, BlocksOfBothChannelsAreOneSweep) {
         [&](const auto& sweep) { told.emplace_back(sweep->number, sweep->complete); });
     rig.clock.sleep(std::chrono::seconds(5));
     for (int block = 0; block < 4; ++block) {
-        rig.block_of(block % 2 == 0 ? 0 : 1);
+        rig.block_of(block % 2 == 0 ? ch1 : ch2);
     }
     EXPECT_EQ(told, (std::vector<std::pair<std::uint64_t, bool>>{
                         {1, false}, {1, true}, {2, false}, {2, true}}));
@@ -145,10 +146,10 @@ TEST(FinishedSweep, ABlockThatDoesNotComeIsNoSweep) {
     int told = 0;
     rig.sweeps.on_finished([&](const auto&) { ++told; });
     rig.acquisition.scopestate = "scopech1f";
-    rig.block.sdisplaych(1);
+    rig.block.sdisplaych(ch1);
     rig.bridge.receive({26, 10});
-    rig.block.sdisplaych(1);
-    rig.block.sdisplaych(1);
+    rig.block.sdisplaych(ch1);
+    rig.block.sdisplaych(ch1);
     EXPECT_EQ(rig.status(), "Waiting For TRIGGER");
     EXPECT_EQ(told, 0);
     EXPECT_EQ(rig.measuring.measured, 2) << "what there is is measured once more";
@@ -161,7 +162,7 @@ TEST(FinishedSweep, APassHasAPointForEachColumnFromOneStepOn) {
     const Sweep& sweep = *rig.sweeps.last();
     EXPECT_TRUE(sweep.complete);
     EXPECT_EQ(sweep.mode, SweepMode::point);
-    for (std::size_t channel = 0; channel < 2; ++channel) {
+    for (const Channel channel : both_channels) {
         const ChannelSweep& part = *sweep.channel.at(channel);
         EXPECT_TRUE(part.whole);
         EXPECT_EQ(part.first_time, 12.0) << "delays are for blocks";

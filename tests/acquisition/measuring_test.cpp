@@ -33,7 +33,7 @@ struct AskedRig : AcquisitionRig {
 };
 
 TEST(Measuring, ABlockIsMeasuredOnceTheNextIsAskedFor) {
-    for (const int channel : {1, 2}) {
+    for (const Channel channel : both_channels) {
         AskedRig rig;
         rig.bridge.receive(std::vector<int>(1300, 8));
         rig.block.sdisplaych(channel);
@@ -45,20 +45,20 @@ TEST(Measuring, ABlockIsMeasuredOnceTheNextIsAskedFor) {
 TEST(Measuring, EveryRearmMeasures) {
     AskedRig waiting;
     waiting.bridge.receive({26, 10});
-    waiting.block.sdisplaych(1);
+    waiting.block.sdisplaych(ch1);
     EXPECT_EQ(waiting.measuring.measured, 0) << "the reply may still grow";
-    waiting.block.sdisplaych(1);
+    waiting.block.sdisplaych(ch1);
     EXPECT_EQ(waiting.screen.calls, (Texts{"frame", "measure"}));
 
     AskedRig silent;
-    silent.block.sdisplaych(1);
+    silent.block.sdisplaych(ch1);
     EXPECT_EQ(silent.screen.calls, (Texts{"frame", "measure"}));
 }
 
 TEST(Measuring, AnUnfinishedBlockIsNotMeasured) {
     AskedRig rig;
     rig.bridge.receive(std::vector<int>(1299, 8));
-    rig.block.sdisplaych(1);
+    rig.block.sdisplaych(ch1);
     EXPECT_EQ(rig.measuring.measured, 0);
 }
 

@@ -92,9 +92,9 @@ TEST(PointDelay, FillsTheSinglePointCommandOfBothChannels) {
     };
     for (const PointFrameRow& row : frames) {
         CommandArguments arguments = {};
-        fill_sample(arguments, point_delay(row.index, row.tbresolution), 1);
+        fill_sample(arguments, point_delay(row.index, row.tbresolution), ch1);
         EXPECT_EQ(arguments, row.ch1);
-        fill_sample(arguments, point_delay(row.index, row.tbresolution), 2);
+        fill_sample(arguments, point_delay(row.index, row.tbresolution), ch2);
         EXPECT_EQ(arguments, row.ch2);
     }
 }

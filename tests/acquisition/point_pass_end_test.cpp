@@ -118,7 +118,7 @@ TEST(PointPassEnd, StoppingBeforeTheLastPointLeavesTheSingleChannelUnready) {
     rig.pass.sdisplay1ghzt();
     EXPECT_EQ(rig.fetched, 639);
     EXPECT_FALSE(rig.acquisition.ready[1]);
-    EXPECT_FALSE(rig.acquisition.fresh[1]);
+    EXPECT_FALSE(rig.acquisition.taken_as_set[1]);
     EXPECT_TRUE(shifted(rig));
 }
 
@@ -204,7 +204,7 @@ TEST(PointPassEnd, OnlyAPassTakenInOneWayIsFresh) {
         rig.pass.sdisplay1ghzt();
         EXPECT_EQ(rig.fetched, 1280);
         const bool fresh = change == Change::none;
-        EXPECT_EQ(rig.acquisition.fresh, (std::array<bool, 2>{fresh, fresh}));
+        EXPECT_EQ(rig.acquisition.taken_as_set, (std::array<bool, 2>{fresh, fresh}));
     }
 }
 

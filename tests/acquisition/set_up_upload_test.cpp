@@ -222,7 +222,7 @@ TEST(SetScope, AnUnacknowledgedCommandSkipsTheRest) {
 }
 
 TEST(SetScope, AChangedDelayAsksForARefreshOnceItIsUploaded) {
-    for (const std::size_t channel : {0U, 1U}) {
+    for (const Channel channel : both_channels) {
         AcquisitionRig rig;
         rig.start();
         rig.upload.setscope8ghz();

@@ -105,9 +105,9 @@ TEST(StartUp, AppliesTheColoursBeforeAllOtherSettings) {
     const Texts& calls = rig.screen.calls;
     const auto ramp = std::find(calls.begin(), calls.end(), "calcPersistColors");
     ASSERT_GE(ramp - calls.begin(), 2);
-    ASSERT_GE(calls.end() - ramp, 2);
-    EXPECT_EQ(Texts(ramp - 2, ramp + 2),
-              (Texts{"refresh 1 0", "refresh 2 0", "calcPersistColors", "makegrid"}));
+    ASSERT_GE(calls.end() - ramp, 4);
+    EXPECT_EQ(Texts(ramp - 2, ramp + 4), (Texts{"refresh 1 0", "refresh 2 0", "calcPersistColors",
+                                                "ClearTrace 1", "ClearTrace 2", "makegrid"}));
     EXPECT_EQ(rig.panel.tdivtext.fore_colour(), rgb(1, 2, 3));
 }
 

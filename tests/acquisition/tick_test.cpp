@@ -232,12 +232,12 @@ TEST(Redraw, TheSecondBeginsAnewWithEachDrawing) {
 }
 
 TEST(Stop, BringsBackTheNewDataFlagsThatAChangeHasCleared) {
-    for (const std::size_t channel : {0U, 1U}) {
+    for (const Channel channel : both_channels) {
         AcquisitionRig rig;
         rig.start();
         rig.acquisition.ready.at(channel) = true;
-        rig.acquisition.await_new_data(0);
-        rig.acquisition.await_new_data(1);
+        rig.acquisition.await_new_data(ch1);
+        rig.acquisition.await_new_data(ch2);
         EXPECT_EQ(rig.acquisition.ready, (std::array<bool, 2>{false, false}));
         rig.acquisition.await_new_data(channel); // once more, before any data
         rig.state_machine.cmdstop_Click();

@@ -253,7 +253,7 @@ TEST_F(FreshSweep, IsAWholePassOfPointsToo) {
                 bridge.receive(answer);
             }
         };
-        acquisition.fresh = {true, true};
+        acquisition.taken_as_set = {true, true};
         tick();
         acquisition.activity = Activity::running;
         expect_refused(form.cmdcalgain, out_of_range_ch1, stale);

@@ -15,7 +15,8 @@ TEST(ReadHandlers, PositionMovesMarkerTraceAndOffset) {
     // At 0.1V/div, 0.32 pixels a code: 256 / 0.32 = 800 codes from the centre.
     EXPECT_EQ(rig.channels[0].offsetdac, 1248);
     EXPECT_EQ(rig.channels[1].offsetdac, 2848);
-    EXPECT_EQ(rig.panel.channel[1].text.top() - rig.panel.channel[0].text.top(), 512);
+    EXPECT_EQ(rig.panel.channel[0].text.marked(), 0);
+    EXPECT_EQ(rig.panel.channel[1].text.marked(), 512);
 }
 
 TEST(ReadHandlers, TheSourceTakesTheLevelThatIsHeldThen) {

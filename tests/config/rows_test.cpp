@@ -26,7 +26,7 @@ const std::vector<KeyRow> key_rows = {
     {"intcr1hpos", "101", [](R rig) { return text(rig.cursors.hpos[0]); }, "101"},
     {"intcr2vpos", "102", [](R rig) { return text(rig.cursors.vpos[1]); }, "102"},
     {"intcr2hpos", "103", [](R rig) { return text(rig.cursors.hpos[1]); }, "103"},
-    {"cursorselect", "1", [](R rig) { return text(rig.cursors.channel); }, "2"},
+    {"cursorselect", "1", [](R rig) { return text(number_of(rig.cursors.channel)); }, "2"},
     {"TabStrip3", "2", [](R rig) { return text(rig.cursors.cursormode); }, "3"},
     {"trigpos1", "2050", [](R rig) { return text(rig.trigger_state.saved_trigpos[0]); }, "2050"},
     {"trigpos2", "2051", [](R rig) { return text(rig.trigger_state.saved_trigpos[1]); }, "2051"},

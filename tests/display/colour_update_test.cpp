@@ -29,7 +29,8 @@ struct ColourUpdateTest : testing::Test {
 
 TEST_F(ColourUpdateTest, GoesOverThePictureInItsOrder) {
     update.colorupdate();
-    EXPECT_EQ(screen.calls, (Texts{"refresh 1 0", "refresh 2 0", "calcPersistColors", "makegrid"}));
+    EXPECT_EQ(screen.calls, (Texts{"refresh 1 0", "refresh 2 0", "calcPersistColors",
+                                   "ClearTrace 1", "ClearTrace 2", "makegrid"}));
 }
 
 TEST_F(ColourUpdateTest, RemapsBeforeItRecoloursAndRecoloursBeforeTheRamps) {
@@ -41,7 +42,7 @@ TEST_F(ColourUpdateTest, RemapsBeforeItRecoloursAndRecoloursBeforeTheRamps) {
 
 TEST_F(ColourUpdateTest, GivesTheControlsTheirTextColours) {
     update.colorupdate();
-    for (const std::size_t channel : {0U, 1U}) {
+    for (const Channel channel : both_channels) {
         const Colours expected = channel == 0 ? odd_colours.ch1 : odd_colours.ch2;
         const ChannelControls& controls = panel.channel[channel];
         for (const Control* const control : {static_cast<const Control*>(&controls.text),

@@ -25,7 +25,7 @@ protected:
     }
     bool chance(int percent) { return random(1, 100) <= percent; }
 
-    void refresh(int channel, int index) {
+    void refresh(Channel channel, int index) {
         scene_.picture.refresh(channel, index);
         plain_.refresh(channel, index);
     }
@@ -47,7 +47,7 @@ protected:
     }
 
     /// Samples of `channel` from point `first` to `last`: noise of a height of its own.
-    void sample(int channel, int first, int last) {
+    void sample(Channel channel, int first, int last) {
         const int height = chance(30) ? 600 : random(0, 40);
         const int centre = random(0, 512);
         for (int index = first; index <= last; ++index) {
@@ -55,7 +55,7 @@ protected:
         }
     }
 
-    void sweep(int channel, int first, int last) {
+    void sweep(Channel channel, int first, int last) {
         sample(channel, first, last);
         for (int index = first; index <= last; ++index) {
             refresh(channel, index);
@@ -111,7 +111,7 @@ protected:
         }
         scene_.panel.check1.set_checked(true);
         scene_.panel.measurement[0].annotate.put_checked(chance(70));
-        for (const std::size_t channel : {0U, 1U}) {
+        for (const Channel channel : both_channels) {
             const bool lines = chance(50);
             scene_.marks.kind[0][channel] = lines ? MarkKind::lines : MarkKind::dots;
             for (AnnotationGeometry& mark : scene_.marks.mark[channel]) {
@@ -183,7 +183,7 @@ TEST_P(Composition, of_everything_equals_the_plain_picture) {
     for (int round = 0; round < 12; ++round) {
         set_panel();
         set_colours();
-        sweep(random(ch1, ch2), 1, 640);
+        sweep(random(0, 1) == 0 ? ch1 : ch2, 1, 640);
         shift();
         ASSERT_TRUE(same_after(any_flags())) << "round " << round;
     }
@@ -203,7 +203,7 @@ TEST_P(Composition, of_shifted_traces_equals_the_plain_picture) {
     scene_.panel.persist.set_checked(true);
     for (int round = 0; round < 6; ++round) {
         scene_.panel.eyeon.set_checked(chance(50));
-        for (const int channel : {ch1, ch2}) {
+        for (const Channel channel : both_channels) {
             scene_.channels[static_cast<std::size_t>(channel)].delaypts = random(-800, 800);
             scene_.channels[static_cast<std::size_t>(channel)].shown_delaypts = random(-100, 100);
             if (chance(50)) {
@@ -242,7 +242,7 @@ TEST_P(Composition, between_single_points_follows_everything_else) {
     scene_.acquisition.pointmode = true;
     for (int step = 0; step < steps_; ++step) {
         const int index = random(1, 640);
-        const int channel = random(ch1, ch2);
+        const Channel channel = random(0, 1) == 0 ? ch1 : ch2;
         sample(channel, index, index);
         refresh(channel, index);
         set_newest_point(index);
@@ -278,7 +278,7 @@ TEST_P(Composition, at_any_scale_equals_the_plain_picture) {
             set_panel();
             set_colours();
             set_overlays();
-            const int channel = random(ch1, ch2);
+            const Channel channel = random(0, 1) == 0 ? ch1 : ch2;
             scene_.channels[static_cast<std::size_t>(channel)].scale =
                 chance(50) ? 1.0 : random(10, 300) / 128.0;
             sweep(channel, 1, 640);
@@ -375,7 +375,7 @@ TEST_P(Composition, of_partly_mapped_points_equals_the_plain_picture) {
     scene.acquisition.pointmode = chance(50);
     for (int step = 0; step < 30; ++step) {
         const int index = step < 20 ? random(1, 640) : step;
-        for (const int channel : {ch1, ch2}) {
+        for (const Channel channel : both_channels) {
             scene.set_row(channel, index, random(-10, 520));
             picture.refresh(channel, index);
             plain.refresh(channel, index);

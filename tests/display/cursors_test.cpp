@@ -57,7 +57,7 @@ TEST(CursorReadOut, AnotherChannelIsAnotherScaleAtOnce) {
     rig.cursors.vpos = {192, 320};
     rig.panel.tabstrip3.select(1);
     PanelRig::choose(rig.panel.combocursorselect, "CH2");
-    EXPECT_EQ(rig.cursors.channel, 2);
+    EXPECT_EQ(rig.cursors.channel, ch2);
     EXPECT_EQ(rig.panel.centerfr.caption(), "Delta Cursor : 20.0mV");
     EXPECT_EQ(rig.panel.lblc1.caption(), "C1: 10.0mV");
     EXPECT_EQ(rig.screen.calls.back(), "draw 255");

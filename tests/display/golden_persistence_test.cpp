@@ -63,7 +63,7 @@ TEST_P(GoldenPersistence, FadesWithAge) {
     settings.persisttime = static_cast<std::int16_t>(fade.depth);
     picture.calcPersistColors();
     for (int age = 9; age >= 0; --age) {
-        for (const int channel : {ch1, ch2}) {
+        for (const Channel channel : both_channels) {
             const int left = (channel == ch1 ? 100 : 300) + 10 * age;
             sweep(channel, [left](int index) { return index <= 320 ? left : left + 5; });
         }

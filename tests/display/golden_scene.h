@@ -33,7 +33,7 @@ struct GoldenTest : testing::Test, PictureScene {
     }
 
     /// Gives `channel` the rows that `row` has for the points 1..640 and maps them one by one.
-    void sweep(int channel, const std::function<int(int)>& row) {
+    void sweep(Channel channel, const std::function<int(int)>& row) {
         for (int index = 1; index <= 640; ++index) {
             set_row(channel, index, row(index));
             picture.refresh(channel, index);

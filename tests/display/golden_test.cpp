@@ -65,7 +65,7 @@ TEST_F(GoldenTest, CursorsOverATraceAndTheGrid) {
     golden.across(1, 638, 150, yellow);
     const Golden below = golden;
     const Pixel pen = pixel_of(rgb(192, 238, 255));
-    cursors.channel = 2;
+    cursors.channel = ch2;
     cursors.vpos = {150, 256};
     cursors.hpos = {320, 128};
     const auto rows = [&](bool first, bool second) {

@@ -1,3 +1,4 @@
+#include "display/box_geometry.h"
 #include "display/overlays.h"
 
 #include <gtest/gtest.h>
@@ -49,7 +50,7 @@ TEST_F(OverlayTest, TheCursorPenIsTheMeanOfTheChannelsAndTheTextColour) {
     cursors.cursormode = cursor_mode::voltage_1;
     // 255 and 0 make 127.5, whose even neighbour is 128.
     EXPECT_EQ(cursor_lines(cursors, colours).colour, pixel_of(rgb(255, 255, 128)));
-    cursors.channel = 2;
+    cursors.channel = ch2;
     // (128 + 255) / 2 = 191.5, (220 + 255) / 2 = 237.5.
     EXPECT_EQ(cursor_lines(cursors, colours).colour, pixel_of(rgb(192, 238, 255)));
     cursors.cursormode = cursor_mode::time_both;
@@ -102,7 +103,7 @@ TEST_F(OverlayTest, CursorsReachTheEdgesOfThePlot) {
 }
 
 struct LevelRow {
-    std::size_t source;
+    Channel source;
     std::int16_t code;
     double scale;
     double vtfactor;
@@ -112,15 +113,15 @@ struct LevelRow {
 
 TEST_F(OverlayTest, TheTriggerRowCountsFromTheSourceChannelsZeroRow) {
     const LevelRow rows[] = {
-        {0, 2048, 0.32, 1.0, 256, 256},
-        {0, 2148, 0.32, 1.0, 256, 192},         // 100 x 2 x 0.32 = 64 up
-        {1, 1948, 0.32, 1.0, 200, 264},         // 64 down from 200
-        {0, 2148, 0.32, 2.0, 300, 172},         // 128 up through the trigger input
-        {0, 2068, 512.0 / 480, 1.0, 256, 213},  // 42.67 up: high gain has the 2 as well
-        {1, 2058, 512.0 / 2400, 2.0, 256, 247}, // 8.53 up
-        {0, 2049, 0.25, 1.0, 256, 256},         // 255.5, half to even
-        {0, 2051, 0.25, 1.0, 256, 254},         // 254.5
-        {1, 0, 0.064, 1.0, 256, 518},           // 262.144 down, outside the plot
+        {ch1, 2048, 0.32, 1.0, 256, 256},
+        {ch1, 2148, 0.32, 1.0, 256, 192},         // 100 x 2 x 0.32 = 64 up
+        {ch2, 1948, 0.32, 1.0, 200, 264},         // 64 down from 200
+        {ch1, 2148, 0.32, 2.0, 300, 172},         // 128 up through the trigger input
+        {ch1, 2068, 512.0 / 480, 1.0, 256, 213},  // 42.67 up: high gain has the 2 as well
+        {ch2, 2058, 512.0 / 2400, 2.0, 256, 247}, // 8.53 up
+        {ch1, 2049, 0.25, 1.0, 256, 256},         // 255.5, half to even
+        {ch1, 2051, 0.25, 1.0, 256, 254},         // 254.5
+        {ch2, 0, 0.064, 1.0, 256, 518},           // 262.144 down, outside the plot
     };
     for (const LevelRow& row : rows) {
         trigger.saved_trigpos = {1, 1};
@@ -182,9 +183,6 @@ TEST_F(OverlayTest, TheOffsetLabelsTellTheZeroLinesDistanceFromTheCentre) {
     picture.draw(draw_flags::labels);
     EXPECT_EQ(panel.channel[0].ofset.caption(), "0.00V");
     EXPECT_EQ(panel.channel[1].ofset.caption(), "2.00V"); // 256 / 0.128 = 2000
-    for (const ChannelControls& controls : panel.channel) {
-        EXPECT_EQ(controls.text.left(), 32 - 14 - 1);
-    }
 }
 
 TEST_F(OverlayTest, TheLevelIsReadOutInMillivoltsOfItsInput) {
@@ -201,20 +199,19 @@ TEST_F(OverlayTest, TheTriggerMarkerLiesAtItsLevelWithinThePlot) {
     channels[0].scale = 0.32;
     channels[1].scale = 0.25;
     put_zero_lines(channels, 256, 100);
-    const auto top = [this](std::size_t source, std::int16_t code) {
+    const auto top = [this](Channel source, std::int16_t code) {
         trigger.saved_trigpos[source] = code;
         panel.trigsource.set_index(static_cast<int>(source));
         picture.draw(draw_flags::labels);
-        return panel.trigertext.top();
+        return box::right_marker(panel.trigertext.marked().value()).top;
     };
-    EXPECT_EQ(top(0, 2048), 20 + 256 - 7);
-    EXPECT_EQ(top(0, 2148), 20 + 256 - 7 - 64);
-    EXPECT_EQ(top(1, 2048), 20 + 100 - 7);
-    EXPECT_EQ(top(1, 2049), 112); // 112.5, half to even
-    EXPECT_EQ(top(1, 2047), 114); // 113.5
-    EXPECT_EQ(top(0, 4095), 20 - 6);
-    EXPECT_EQ(top(0, 0), 20 + 506);
-    EXPECT_EQ(panel.trigertext.left(), 705 - 32 + 1);
+    EXPECT_EQ(top(ch1, 2048), 20 + 256 - 7);
+    EXPECT_EQ(top(ch1, 2148), 20 + 256 - 7 - 64);
+    EXPECT_EQ(top(ch2, 2048), 20 + 100 - 7);
+    EXPECT_EQ(top(ch2, 2049), 112); // 112.5, half to even
+    EXPECT_EQ(top(ch2, 2047), 114); // 113.5
+    EXPECT_EQ(top(ch1, 4095), 20 - 6);
+    EXPECT_EQ(top(ch1, 0), 20 + 506);
 }
 
 TEST_F(OverlayTest, AnUnknownSourceParksTheMarkerAboveThePlotAndKeepsTheReadOut) {
@@ -224,7 +221,7 @@ TEST_F(OverlayTest, AnUnknownSourceParksTheMarkerAboveThePlotAndKeepsTheReadOut)
     panel.trigsource.set_index(2);
     acquisition.holdoff = true;
     EXPECT_TRUE(is_golden()) << "an unknown source has no level line";
-    EXPECT_EQ(panel.trigertext.top(), 20 - 6);
+    EXPECT_EQ(panel.trigertext.marked(), 1);
     EXPECT_EQ(panel.trlevelmv.caption(), " 100mV");
 }
 

@@ -35,13 +35,13 @@ struct PictureScene {
     }
 
     /// Gives sample `index` of `channel` the code that lies on row `row`, without mapping it.
-    void set_row(int channel, int index, int row) {
+    void set_row(Channel channel, int index, int row) {
         samples[static_cast<std::size_t>(channel)].raw[static_cast<std::size_t>(index)] =
             static_cast<std::uint16_t>(zero_volt_code + plot::centre_y - row);
     }
 
     /// Gives all samples of `channel` that row and maps them, history included.
-    void set_flat(int channel, int row) {
+    void set_flat(Channel channel, int row) {
         for (int index = 0; index < plot::points; ++index) {
             set_row(channel, index, row);
         }

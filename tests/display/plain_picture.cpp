@@ -7,13 +7,13 @@
 namespace kv408::test {
 
 PlainPicture::PlainPicture(const PictureScene& scene) : scene_(&scene) {
-    for (std::size_t channel = 0; channel < 2; ++channel) {
+    for (const Channel channel : both_channels) {
         current_[channel].assign(641, Place{});
         history_[channel].assign(9, current_[channel]);
     }
 }
 
-void PlainPicture::refresh(int channel, int index) {
+void PlainPicture::refresh(Channel channel, int index) {
     const auto slot = static_cast<std::size_t>(channel);
     const ChannelState& state = scene_->channels[slot];
     for (int at = index == 0 ? 1 : index; at <= (index == 0 ? 639 : index); ++at) {
@@ -30,20 +30,21 @@ void PlainPicture::refresh(int channel, int index) {
 }
 
 void PlainPicture::shift() {
-    for (std::size_t channel = 0; channel < 2; ++channel) {
+    for (const Channel channel : both_channels) {
         history_[channel].insert(history_[channel].begin(), current_[channel]);
         history_[channel].pop_back();
     }
 }
 
-bool PlainPicture::shows(int channel, unsigned flags) const {
+bool PlainPicture::shows(Channel channel, unsigned flags) const {
     return (flags & (channel == ch1 ? 1U : 2U)) != 0 &&
            (channel == ch1 || scene_->acquisition.ready[1]) &&
            scene_->panel.channel[static_cast<std::size_t>(channel)].enable.checked() &&
            scene_->acquisition.activity != Activity::waiting_for_trigger;
 }
 
-std::vector<std::pair<const PlainPicture::Points*, Pixel>> PlainPicture::layers(int channel) const {
+std::vector<std::pair<const PlainPicture::Points*, Pixel>>
+PlainPicture::layers(Channel channel) const {
     const auto slot = static_cast<std::size_t>(channel);
     const Colour colour = scene_->colours.channel(channel);
     const auto faded = persistence_colours(colour, scene_->colours.background, depth_);
@@ -62,7 +63,7 @@ Surface PlainPicture::surface() const {
             static_cast<int>(std::floor(513 * factor_ + 0.5))};
 }
 
-void PlainPicture::draw_trace(Surface& picture, int channel) const {
+void PlainPicture::draw_trace(Surface& picture, Channel channel) const {
     const Pixel background = pixel_of(scene_->colours.background);
     Surface trace = surface();
     const PlainPen pen(trace, factor_);
@@ -123,7 +124,7 @@ void PlainPicture::draw_overlays(const PlainPen& pen) const {
         }
     }
     if (scene_->acquisition.holdoff) {
-        pen.row(trigger_row(0, scene_->trigger, scene_->channels), 0, 640,
+        pen.row(trigger_row(ch1, scene_->trigger, scene_->channels), 0, 640,
                 pixel_of(scene_->colours.normal_text), true);
     }
 }
@@ -133,7 +134,7 @@ Surface PlainPicture::draw(unsigned flags) const {
     const PlainPen pen(picture, factor_);
     pen.graticule(pixel_of(scene_->colours.background), pixel_of(scene_->colours.grid),
                   scene_->panel.gridenable.checked());
-    for (const int channel : {ch2, ch1}) {
+    for (const Channel channel : {ch2, ch1}) {
         if (shows(channel, flags)) {
             draw_trace(picture, channel);
         }

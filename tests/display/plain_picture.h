@@ -17,7 +17,7 @@ public:
     /// The plain picture of `scene`, which must outlive it, before any point is mapped.
     explicit PlainPicture(const PictureScene& scene);
 
-    void refresh(int channel, int index);
+    void refresh(Channel channel, int index);
     void shift();
     void set_newest_point(int index) { newest_point_ = index; }
     void set_depth(int depth) { depth_ = depth; }
@@ -33,9 +33,9 @@ private:
     };
     using Points = std::vector<Place>; // 0..640, in units
 
-    [[nodiscard]] bool shows(int channel, unsigned flags) const;
-    [[nodiscard]] std::vector<std::pair<const Points*, Pixel>> layers(int channel) const;
-    void draw_trace(Surface& picture, int channel) const;
+    [[nodiscard]] bool shows(Channel channel, unsigned flags) const;
+    [[nodiscard]] std::vector<std::pair<const Points*, Pixel>> layers(Channel channel) const;
+    void draw_trace(Surface& picture, Channel channel) const;
     void draw_overlays(const PlainPen& pen) const;
     [[nodiscard]] Surface surface() const;
 

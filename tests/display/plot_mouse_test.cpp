@@ -15,8 +15,8 @@ struct MouseRig : StartedPanelRig {
     MouseRig() {
         panel.tabstrip3.on_click([this] { frame.TabStrip3_Click(); });
         screen.on_draw = [this] { show_labels(panel, channels, trigger_state); };
-        vertical.place_marker(0);
-        vertical.place_marker(1);
+        vertical.place_marker(ch1);
+        vertical.place_marker(ch2);
         screen.draw(255);
     }
     Cursors frame{panel, cursors, adjust, screen};
@@ -27,11 +27,11 @@ TEST(ChannelMarker, StaysUnderTheMouseAndMovesTheChannel) {
     MouseRig rig;
     rig.acquisition.acqrunning = true;
     rig.acquisition.scopestate = "scopech1f";
-    rig.mouse.chtext_MouseDown(1, 5);
+    rig.mouse.chtext_MouseDown(ch2, 5);
     EXPECT_EQ(rig.panel.tabstrip2.selected_key(), "CH2");
-    rig.mouse.chtext_MouseMove(1, 25);
+    rig.mouse.chtext_MouseMove(ch2, 25);
     EXPECT_EQ(rig.channels[1].pos, 276);
-    EXPECT_EQ(rig.panel.channel[1].text.top(), plot::top + 276 - 7);
+    EXPECT_EQ(rig.panel.channel[1].text.marked(), 276);
     EXPECT_EQ(rig.panel.slider1.Value(), 1024 - 2 * 276);
     EXPECT_EQ(rig.acquisition.scopestate, "scopech1f");
     rig.mouse.chtext_MouseUp();
@@ -40,26 +40,25 @@ TEST(ChannelMarker, StaysUnderTheMouseAndMovesTheChannel) {
 
 TEST(ChannelMarker, StopsAtTheEdgesOfThePlot) {
     MouseRig rig;
-    rig.mouse.chtext_MouseDown(0, 0);
-    rig.mouse.chtext_MouseMove(0, -5000);
+    rig.mouse.chtext_MouseDown(ch1, 0);
+    rig.mouse.chtext_MouseMove(ch1, -5000);
     EXPECT_EQ(rig.channels[0].pos, 0);
-    rig.mouse.chtext_MouseMove(0, 5000);
+    rig.mouse.chtext_MouseMove(ch1, 5000);
     EXPECT_EQ(rig.channels[0].pos, 512);
 }
 
 TEST(TriggerMarker, LiesAtItsLevelAndStopsAtTheEdges) {
     MouseRig rig; // 0.1V/div: (2048 - code) x 2 x 0.32 pixels below the zero line
-    EXPECT_EQ(rig.panel.trigertext.top(), plot::top + 256 - 7);
-    EXPECT_EQ(rig.panel.trigertext.left(), plot::box_width - plot::left + 1);
+    EXPECT_EQ(rig.panel.trigertext.marked(), 256);
     rig.trigger_state.saved_trigpos[0] = 2148;
     rig.screen.draw(255);
-    EXPECT_EQ(rig.panel.trigertext.top(), plot::top + 256 - 7 - 64);
+    EXPECT_EQ(rig.panel.trigertext.marked(), 256 - 64);
     rig.trigger_state.saved_trigpos[0] = 4096;
     rig.screen.draw(255);
-    EXPECT_EQ(rig.panel.trigertext.top(), plot::top - 6);
+    EXPECT_EQ(rig.panel.trigertext.marked(), 1);
     rig.trigger_state.saved_trigpos[0] = 0;
     rig.screen.draw(255);
-    EXPECT_EQ(rig.panel.trigertext.top(), plot::top + 506);
+    EXPECT_EQ(rig.panel.trigertext.marked(), 513);
 }
 
 TEST(TriggerMarker, StaysWhereItWasDroppedAndUploadsItsLevel) {
@@ -71,7 +70,7 @@ TEST(TriggerMarker, StaysWhereItWasDroppedAndUploadsItsLevel) {
     rig.mouse.trigertext_MouseMove(3 - 64);
     // 64 pixels up are 64 / 0.64 = 100 codes.
     EXPECT_EQ(rig.trigger_state.saved_trigpos[0], 2148);
-    EXPECT_EQ(rig.panel.trigertext.top(), plot::top + 256 - 7 - 64);
+    EXPECT_EQ(rig.panel.trigertext.marked(), 256 - 64);
     EXPECT_TRUE(rig.acquisition.holdoff);
     EXPECT_EQ(rig.acquisition.scopestate, "scopech1f");
     rig.mouse.trigertext_MouseUp();
@@ -82,11 +81,11 @@ TEST(TriggerMarker, ADragBeyondThePlotStopsAtItsEdge) {
     MouseRig rig;
     rig.mouse.trigertext_MouseDown(0);
     rig.mouse.trigertext_MouseMove(-3000);
-    EXPECT_GE(rig.panel.trigertext.top(), plot::top - 6);
-    EXPECT_LE(rig.panel.trigertext.top(), plot::top - 4);
+    EXPECT_GE(rig.panel.trigertext.marked(), 1);
+    EXPECT_LE(rig.panel.trigertext.marked(), 3);
     rig.mouse.trigertext_MouseMove(3000);
-    EXPECT_LE(rig.panel.trigertext.top(), plot::top + 506);
-    EXPECT_GE(rig.panel.trigertext.top(), plot::top + 504);
+    EXPECT_LE(rig.panel.trigertext.marked(), 513);
+    EXPECT_GE(rig.panel.trigertext.marked(), 511);
 }
 
 TEST(TriggerMarker, BelongsToTheChannelOfItsSource) {
@@ -100,7 +99,7 @@ TEST(TriggerMarker, BelongsToTheChannelOfItsSource) {
         PanelRig::choose(rig.panel.trigsource, source);
         PanelRig::choose(rig.panel.channel[1].vdiv, "0.5V");
         rig.channels[1].pos = 192; // the zero lines lie apart
-        rig.vertical.place_marker(1);
+        rig.vertical.place_marker(ch2);
         rig.screen.draw(255);
         rig.mouse.trigertext_MouseDown(0);
         rig.mouse.trigertext_MouseMove(64);
@@ -223,9 +222,9 @@ TEST(CursorLine, IsLostWhenTheCursorTypeChanges) {
 
 TEST(Markers, LetGoWhenAnotherTabIsChosen) {
     MouseRig rig;
-    rig.mouse.chtext_MouseDown(0, 5);
+    rig.mouse.chtext_MouseDown(ch1, 5);
     rig.panel.tabstrip2.select(2);
-    rig.mouse.chtext_MouseMove(0, 90);
+    rig.mouse.chtext_MouseMove(ch1, 90);
     rig.mouse.chtext_MouseUp();
     EXPECT_EQ(rig.channels[0].pos, 256);
     EXPECT_EQ(rig.channels[1].pos, 256);

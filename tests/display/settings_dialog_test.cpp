@@ -25,7 +25,8 @@ constexpr ColourTable edited_colours = {.ch1 = rgb(11, 12, 13),
                                         .annotations = rgb(71, 72, 73)};
 
 /// What applying colours asks of the screen.
-const Texts applied = {"refresh 1 0", "refresh 2 0", "calcPersistColors", "makegrid", "draw 255"};
+const Texts applied = {"refresh 1 0",  "refresh 2 0", "calcPersistColors", "ClearTrace 1",
+                       "ClearTrace 2", "makegrid",    "draw 255"};
 
 struct SettingsDialogTest : testing::Test {
     SettingsDialogTest() {
@@ -48,8 +49,10 @@ struct SettingsDialogTest : testing::Test {
 
     FrontPanel panel;
     ColourTable colours = edited_colours;
-    DisplaySettings settings{
-        .persisttime = 5, .snapshotpath = "/pictures", .snapshotdialog = 0, .snapshotinvert = 1};
+    DisplaySettings settings{.persisttime = 5,
+                             .snapshotpath = "/pictures",
+                             .snapshotdialog = false,
+                             .snapshotinvert = true};
     FakeScreen screen;
     FakeFileChoosers choosers;
     ColourUpdate update{panel, colours, screen};
@@ -91,7 +94,7 @@ TEST_F(SettingsDialogTest, LoadsWhatIsInForce) {
 }
 
 TEST_F(SettingsDialogTest, LoadingSwitchesThePathAsTheCheckBoxSays) {
-    settings.snapshotdialog = 1;
+    settings.snapshotdialog = true;
     dialog.mnusettings_Click();
     EXPECT_TRUE(controls.chksnapshotdialog.checked());
     EXPECT_FALSE(controls.txtsnapshotpath.enabled());
@@ -341,8 +344,8 @@ TEST_F(SettingsDialogTest, OkStoresEverythingAndCloses) {
     controls.cmdok.click();
     EXPECT_EQ(settings.snapshotpath, "/new");
     EXPECT_EQ(settings.persisttime, 9);
-    EXPECT_EQ(settings.snapshotdialog, 1);
-    EXPECT_EQ(settings.snapshotinvert, 0);
+    EXPECT_TRUE(settings.snapshotdialog);
+    EXPECT_FALSE(settings.snapshotinvert);
     EXPECT_EQ(colours.ch1, rgb(200, 12, 13));
     EXPECT_EQ(screen.calls, applied);
     EXPECT_EQ(depth_when_applied, 9) << "the ramp follows at once";
@@ -368,8 +371,8 @@ TEST_F(SettingsDialogTest, CancelRestoresTheColoursAndStoresNothing) {
     EXPECT_EQ(screen.calls, applied);
     EXPECT_EQ(settings.snapshotpath, "/pictures");
     EXPECT_EQ(settings.persisttime, 5);
-    EXPECT_EQ(settings.snapshotdialog, 0);
-    EXPECT_EQ(settings.snapshotinvert, 1);
+    EXPECT_FALSE(settings.snapshotdialog);
+    EXPECT_TRUE(settings.snapshotinvert);
     EXPECT_EQ(closed, 1);
 }
 

@@ -91,13 +91,13 @@ TEST_F(ManualLink, ExampleOfASetUpIsWhatIsSent) {
     EXPECT_EQ(beside("set offset ch2"), sent(command::set_offset_ch2));
     fill_resolution(arguments, 157);
     EXPECT_EQ(beside("set resolution"), sent(command::set_resolution));
-    fill_sweep(arguments, {.channel = 1});
+    fill_sweep(arguments, {.channel = ch1});
     EXPECT_EQ(beside("start sweep of CH1"), sent(command::start_sweep));
 }
 
 TEST_F(ManualLink, ExamplesOfSingleFramesAreWhatIsSent) {
     CommandArguments arguments = {};
-    fill_sample(arguments, point_delay(100, 15625.0), 2);
+    fill_sample(arguments, point_delay(100, 15625.0), ch2);
     EXPECT_EQ(beside("fetch sample"), hex(command_frame(command::fetch_sample, arguments)));
     fill_flash_read(arguments, 0xA404);
     EXPECT_EQ(beside("read flash, CH1 gain, low gain"),

@@ -31,7 +31,7 @@ inline Sweep block_sweep(double delay = 0.0) {
         part.delay = channel == 0 ? 0.0 : delay;
         part.first_time = part.delay;
         part.trigger = {
-            .source = 1, .positive = false, .level_mv = 12.0, .hysteresis = 10, .timeout = 1000};
+            .source = ch2, .positive = false, .level_mv = 12.0, .hysteresis = 10, .timeout = 1000};
         for (int point = 0; point < points; ++point) {
             part.codes.push_back(static_cast<std::int16_t>(2000 + point));
             part.mv.push_back((channel == 0 ? 1.0 : -1.0) * (2000 + point - 2048) / 2.0);

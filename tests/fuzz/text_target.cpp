@@ -146,7 +146,7 @@ private:
         for (const std::int32_t value : parts.frmcalibration.record().edited()) {
             demand(within(value, -32768, 32767), "a value of the record has sixteen bits");
         }
-        demand(within(parts.panel.ltp2.left(), -1000, 2000), "the marker stays at the plot");
+        demand(within(parts.panel.ltp2.marked().value(), 0, 640), "the marker stays at the plot");
         const ThumbWheel& wheel = parts.panel.slider1;
         demand(within(wheel.Value(), wheel.Min(), wheel.Max()), "the wheel stays in its range");
     }

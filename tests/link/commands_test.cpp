@@ -122,13 +122,13 @@ TEST(ResolutionCommand, FillsThirtyTwoBitsWithZeroSentAsOne) {
 TEST(SweepCommand, AsksFor650PointsWithItsThreeChoices) {
     for (const bool average : {false, true}) {
         for (const bool speed : {false, true}) {
-            for (const int channel : {1, 2}) {
+            for (const Channel channel : both_channels) {
                 CommandArguments arguments = left_behind;
                 fill_sweep(arguments, {.average = average, .speed = speed, .channel = channel});
                 EXPECT_EQ(arguments,
                           (CommandArguments{90, 2, 138, static_cast<std::int16_t>(average ? 1 : 0),
                                             static_cast<std::int16_t>(speed ? 1 : 0),
-                                            static_cast<std::int16_t>(channel)}));
+                                            static_cast<std::int16_t>(channel == ch1 ? 1 : 2)}));
             }
         }
     }
@@ -136,17 +136,17 @@ TEST(SweepCommand, AsksFor650PointsWithItsThreeChoices) {
 
 struct SampleRow {
     PointDelay delay = {};
-    int channel = 1;
+    Channel channel = ch1;
     CommandArguments arguments = {};
 };
 
 TEST(SampleCommand, FillsBothPositionsAndTheFineByte) {
     const SampleRow rows[] = {
-        {{.coarse = 10500, .second = 1, .fine = 240}, 1, {90, 41, 4, 0, 1, 240}},
+        {{.coarse = 10500, .second = 1, .fine = 240}, ch1, {90, 41, 4, 0, 1, 240}},
         // Channel 2 sets bit 15 of the first position: 10500 + 32768 = 43268.
-        {{.coarse = 10500, .second = 1, .fine = 240}, 2, {90, 169, 4, 0, 1, 240}},
-        {{.coarse = 3500, .second = 5936, .fine = 246}, 1, {90, 13, 172, 23, 48, 246}},
-        {{.coarse = 0, .second = 65535, .fine = 0}, 2, {90, 128, 0, 255, 255, 0}},
+        {{.coarse = 10500, .second = 1, .fine = 240}, ch2, {90, 169, 4, 0, 1, 240}},
+        {{.coarse = 3500, .second = 5936, .fine = 246}, ch1, {90, 13, 172, 23, 48, 246}},
+        {{.coarse = 0, .second = 65535, .fine = 0}, ch2, {90, 128, 0, 255, 255, 0}},
     };
     for (const SampleRow& row : rows) {
         CommandArguments arguments = left_behind;

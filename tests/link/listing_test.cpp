@@ -36,11 +36,11 @@ TEST(ListDevices, ALongListingStopsForAnEnd) {
     SlowBridge bridge(rig.clock);
     bridge.serials.assign(10000, "foreign");
     DeviceLink link(bridge, rig.clock, rig.boxes, rig.program);
-    rig.program.let_end = [&] {
+    link.on_long_work([&] {
         if (rig.clock.now() >= std::chrono::seconds(1)) {
             end_program(rig.program);
         }
-    };
+    });
     EXPECT_THROW(link.listdevices(), ProgramEnded);
     EXPECT_LE(rig.clock.now(), std::chrono::milliseconds(1120));
 }

@@ -21,7 +21,7 @@ double square(int column, int half, bool low_first) {
 TEST(MeasurementEngine, AFlatTraceHasNoTimes) {
     MeasureRig rig;
     rig.measure(3);
-    for (const int channel : {ch1, ch2}) {
+    for (const Channel channel : both_channels) {
         EXPECT_EQ(rig.texts(channel)[meas::vmax], "0.000V");
         EXPECT_EQ(rig.texts(channel)[meas::vmin], "0.000V");
         EXPECT_EQ(rig.texts(channel)[meas::vpp], "0.000V");

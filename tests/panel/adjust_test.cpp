@@ -122,7 +122,7 @@ TEST(Adjust, AChannelFollowsTheWheel) {
     select(rig, "CH1");
     rig.panel.slider1.drag_to(1024);
     EXPECT_EQ(rig.channels[0].pos, 0);
-    EXPECT_EQ(rig.panel.channel[0].text.top(), plot::top - 7);
+    EXPECT_EQ(rig.panel.channel[0].text.marked(), 0);
     // At 0.1V/div: 2048 - 256 / 0.32 = 1248.
     EXPECT_EQ(rig.channels[0].offsetdac, 1248);
     rig.panel.slider1.drag_to(0);
@@ -335,7 +335,7 @@ TEST(DelayWheel, IsNotMovedByABoxWhoseChannelIsNotChecked) {
 }
 
 TEST(Adjust, ANewTimeBaseKeepsTheDelayInItsNewPoints) {
-    for (const std::size_t channel : {0U, 1U}) {
+    for (const Channel channel : both_channels) {
         StartedPanelRig rig;
         TextBox& delay = rig.panel.channel[channel].psofset;
         delay.focus();

@@ -9,7 +9,7 @@ namespace {
 TEST(Invert, SetsTheSuffixRemapsItsTraceAndDrawsItAndThenEverything) {
     const Texts drawn[] = {{"refresh 1 0", "draw 1", "draw 255"},
                            {"refresh 2 0", "draw 2", "draw 255"}};
-    for (const std::size_t channel : {0U, 1U}) {
+    for (const Channel channel : both_channels) {
         PanelRig rig;
         ChannelControls& controls = rig.panel.channel[channel];
         PanelRig::choose(controls.vdiv, "10mV");
@@ -26,35 +26,34 @@ TEST(Invert, SetsTheSuffixRemapsItsTraceAndDrawsItAndThenEverything) {
 }
 
 TEST(Enable, ShowsOrHidesMarkerAndLabelAndDrawsEverything) {
-    for (const std::size_t channel : {0U, 1U}) {
+    for (const Channel channel : both_channels) {
         PanelRig rig;
         ChannelControls& controls = rig.panel.channel[channel];
-        const ChannelControls& other = rig.panel.channel[1 - channel];
+        const ChannelControls& untouched = rig.panel.channel[other(channel)];
         for (const bool enabled : {false, true}) {
             rig.forget();
             controls.enable.set_checked(enabled);
             EXPECT_EQ(controls.text.visible(), enabled);
             EXPECT_EQ(controls.vdivtext.visible(), enabled);
-            EXPECT_TRUE(other.text.visible());
-            EXPECT_TRUE(other.vdivtext.visible());
+            EXPECT_TRUE(untouched.text.visible());
+            EXPECT_TRUE(untouched.vdivtext.visible());
             EXPECT_EQ(rig.screen.calls, (Texts{"refresh 1 0", "refresh 2 0", "draw 255"}));
             EXPECT_TRUE(rig.bridge.calls.empty());
         }
     }
 }
 
-TEST(Marker, StandsWithItsMiddleOnTheZeroLine) {
+TEST(Marker, MarksTheZeroLine) {
     const std::int16_t rows[] = {0, 1, 256, 512};
-    for (const std::size_t channel : {0U, 1U}) {
+    for (const Channel channel : both_channels) {
         PanelRig rig;
         for (const std::int16_t row : rows) {
             rig.channels[channel].pos = row;
-            rig.vertical.place_marker(static_cast<int>(channel));
+            rig.vertical.place_marker(channel);
             const MarkerLabel& marker = rig.panel.channel[channel].text;
-            EXPECT_EQ(marker.top(), plot::top + row - 7);
-            EXPECT_EQ(marker.left(), 32 - 14 - 1);
+            EXPECT_EQ(marker.marked(), row);
         }
-        EXPECT_EQ(rig.panel.channel[1 - channel].text.top(), 0);
+        EXPECT_FALSE(rig.panel.channel[1 - channel].text.marked().has_value());
     }
 }
 

@@ -38,11 +38,11 @@ TEST(MarkerLabel, MovesAndComesToTheFront) {
     MarkerLabel marker("ch1text");
     int told = 0;
     const Listening listening = marker.on_shown([&] { ++told; });
-    marker.move(17, 269);
-    marker.move(17, 269);
+    EXPECT_FALSE(marker.marked().has_value());
+    marker.mark(256);
+    marker.mark(256);
     EXPECT_EQ(told, 1) << "only where it moves";
-    EXPECT_EQ(marker.left(), 17);
-    EXPECT_EQ(marker.top(), 269);
+    EXPECT_EQ(marker.marked(), 256);
     marker.bring_to_front();
     EXPECT_EQ(marker.times_brought_to_front(), 1);
     EXPECT_EQ(told, 2);

@@ -30,7 +30,7 @@ TEST(Gain, TheFirstRunTellsTheInstrumentItsRange) {
 }
 
 TEST(Gain, IsSentOnceWhenTheRangeChangesAndNotWithinARange) {
-    for (const std::size_t channel : {0U, 1U}) {
+    for (const Channel channel : both_channels) {
         PanelRig rig;
         start_in_low_gain(rig);
         ListBox& vdiv = rig.panel.channel[channel].vdiv;
@@ -60,7 +60,7 @@ TEST(Gain, TheFrameGoesOutAcknowledgedWithinASecond) {
 
 TEST(Gain, FailureIsToldUnderTheChannelsLabel) {
     const char* const labels[] = {"_SET AMP GAIN_Comm timed out", " SET AMP GAIN Comm timed out"};
-    for (const std::size_t channel : {0U, 1U}) {
+    for (const Channel channel : both_channels) {
         PanelRig rig;
         rig.bridge.on_frame = nullptr;
         PanelRig::choose(rig.panel.channel[channel].vdiv, "0.1V");
@@ -114,17 +114,17 @@ TEST(Gain, IsSentForEveryRangeAfterALostAcknowledge) {
 }
 
 TEST(Gain, ARangeThatTheFailedFrameOnlyRepeatsIsNotSentAgain) {
-    for (const std::size_t channel : {0U, 1U}) {
+    for (const Channel channel : both_channels) {
         PanelRig rig;
         start_in_low_gain(rig);
         rig.bridge.on_frame = nullptr;
         PanelRig::choose(rig.panel.channel[channel].vdiv, "50mV");
         rig.forget();
         rig.acquisition.scopestate = "startscope";
-        rig.vertical.vdiv_Click(static_cast<int>(1 - channel));
+        rig.vertical.vdiv_Click(other(channel));
         EXPECT_TRUE(rig.bridge.frames().empty());
         EXPECT_TRUE(rig.boxes.shown.empty());
-        rig.vertical.vdiv_Click(static_cast<int>(channel));
+        rig.vertical.vdiv_Click(channel);
         EXPECT_EQ(rig.bridge.frames().size(), 3U) << "what was not acknowledged is";
     }
 }
@@ -161,7 +161,7 @@ TEST(Gain, AnUnknownTextIsAnErrorAndChangesNothing) {
 }
 
 TEST(Gain, WhileRunningARangeChangeMarksTheSetUpAndWaitsBeforeTheFrame) {
-    for (const std::size_t channel : {0U, 1U}) {
+    for (const Channel channel : both_channels) {
         PanelRig rig;
         start_in_low_gain(rig);
         rig.clock.sleep(milliseconds(1000) - rig.clock.now());

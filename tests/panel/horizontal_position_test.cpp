@@ -72,7 +72,7 @@ TEST(DelayLabel, ShowsWhatTheBoxHoldsUnlessThatIsZero) {
         {"", "Delay:  ps"},
     };
     for (const auto& [text, label] : rows) {
-        for (const std::size_t channel : {0U, 1U}) {
+        for (const Channel channel : both_channels) {
             PanelRig rig;
             rig.panel.channel[channel].psofset.set_text(text);
             rig.panel.channel[channel].hor_delay.set_caption("old");
@@ -90,8 +90,8 @@ TEST(DelayLabel, IsEmptyInPointMode) {
     }
     rig.panel.seltimediv.set_index(slowest_block_mode);
     rig.panel.seltimediv.set_index(fastest_point_mode);
-    for (int channel = 0; channel < 2; ++channel) {
-        const ChannelControls& controls = rig.panel.channel[static_cast<std::size_t>(channel)];
+    for (const Channel channel : both_channels) {
+        const ChannelControls& controls = rig.panel.channel[channel];
         EXPECT_EQ(controls.hor_delay.caption(), "");
         rig.adjust.show_delay_label(channel);
         EXPECT_EQ(controls.hor_delay.caption(), "");

@@ -142,27 +142,27 @@ TEST(TriggerFrame, TheWheelSetsTheLevelInStepsOfFourCodes) {
 
 TEST(TriggerFrame, TheTimeMarkerStaysOnTheScreen) {
     StartedPanelRig rig; // 20ns/div: 313 ps a column
-    for (const auto& [text, left] :
-         {std::pair{"0", 32}, std::pair{"3130", 32}, std::pair{"-3130", 42}, std::pair{"-156", 32},
-          std::pair{"-200320", 672}, std::pair{"-9999999999", 672}, std::pair{"x", 672},
-          std::pair{"", 32}}) {
+    for (const auto& [text, column] :
+         {std::pair{"0", 0}, std::pair{"3130", 0}, std::pair{"-3130", 10}, std::pair{"-156", 0},
+          std::pair{"-200320", 640}, std::pair{"-9999999999", 640}, std::pair{"x", 640},
+          std::pair{"", 0}}) {
         rig.panel.delaytrttdis.set_text(text);
         rig.panel.delaytrttdis.leave();
-        EXPECT_EQ(rig.panel.ltp2.left(), left) << text;
+        EXPECT_EQ(rig.panel.ltp2.marked(), column) << text;
     }
     rig.panel.delaytrttdis.set_text("0");
     rig.trigger_state.trigsrcdelay = 31300;
     rig.trigger.trigposupdate();
-    EXPECT_EQ(rig.panel.ltp2.left(), 132);
+    EXPECT_EQ(rig.panel.ltp2.marked(), 100);
 }
 
 TEST(TriggerFrame, TheTimeMarkerFollowsTheTimeBase) {
     StartedPanelRig rig; // 20ns/div: 313 ps a column
     rig.panel.delaytrttdis.set_text("-3130");
     rig.panel.delaytrttdis.leave();
-    EXPECT_EQ(rig.panel.ltp2.left(), 42);
+    EXPECT_EQ(rig.panel.ltp2.marked(), 10);
     PanelRig::choose(rig.panel.seltimediv, "5ns/div"); // 79 ps a column
-    EXPECT_EQ(rig.panel.ltp2.left(), 32 + 40);         // 3130 / 79 = 39.6
+    EXPECT_EQ(rig.panel.ltp2.marked(), 40);            // 3130 / 79 = 39.6
 }
 
 } // namespace

@@ -150,18 +150,18 @@ TEST(TypedTimeOut, OfWhatCannotBeTakenNothingStaysInTheInstrument) {
 }
 
 TEST(TypedAdditionalDelay, TakesItsUnitAndShowsPicoseconds) {
-    // 312.5 ps, the 313 of the table, are a column: the mark stands at 32 for none.
+    // 312.5 ps, the 313 of the table, are a column: the mark stands at column 0 for none.
     const std::tuple<const char*, const char*, int> rows[] = {
-        {"-31.3ns", "-31300", 132},   {"-31300", "-31300", 132}, {"", "0", 32},
-        {"-0.0313us", "-31300", 132}, {"5us", "5000000", 32},    {"-1us", "-1000000", 672},
-        {"1e9us", "2147483647", 32}};
-    for (const auto& [typed, shown, left] : rows) {
+        {"-31.3ns", "-31300", 100},   {"-31300", "-31300", 100}, {"", "0", 0},
+        {"-0.0313us", "-31300", 100}, {"5us", "5000000", 0},     {"-1us", "-1000000", 640},
+        {"1e9us", "2147483647", 0}};
+    for (const auto& [typed, shown, column] : rows) {
         TypingRig rig;
         rig.panel.delaytrttdis.set_text(typed);
         EXPECT_FALSE(rig.panel.delaytrttdis.faulty()) << typed;
         rig.panel.delaytrttdis.leave();
         EXPECT_EQ(rig.panel.delaytrttdis.text(), shown) << typed;
-        EXPECT_EQ(rig.panel.ltp2.left(), left) << typed;
+        EXPECT_EQ(rig.panel.ltp2.marked(), column) << typed;
     }
 }
 
@@ -173,7 +173,7 @@ TEST(TypedAdditionalDelay, ThatCannotBeTakenIsMarkedAndMovesNothing) {
     EXPECT_TRUE(rig.panel.delaytrttdis.faulty());
     rig.panel.delaytrttdis.leave();
     EXPECT_EQ(rig.panel.delaytrttdis.text(), "-62x");
-    EXPECT_EQ(rig.panel.ltp2.left(), 132);
+    EXPECT_EQ(rig.panel.ltp2.marked(), 100);
 }
 
 } // namespace

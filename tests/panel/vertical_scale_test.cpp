@@ -33,7 +33,7 @@ TEST(VerticalList, HoldsSixEntriesFromCoarseToFine) {
 
 TEST(VerticalScale, EachTextSetsItsValuesAlsoOneThatTheListDoesNotOffer) {
     for (const ScaleRow& row : scale_rows) {
-        for (const std::size_t channel : {0U, 1U}) {
+        for (const Channel channel : both_channels) {
             PanelRig rig;
             const ChannelState other = rig.channels[1 - channel];
             rig.panel.channel[channel].vdiv.set_entries({row.text});
@@ -83,7 +83,7 @@ TEST(OffsetCode, IsTheCodeThatFallsOnTheCentreRow) {
         {"1V", false, 258, 2110},
     };
     for (const OffsetCodeRow& row : offsets) {
-        for (const std::size_t channel : {0U, 1U}) {
+        for (const Channel channel : both_channels) {
             PanelRig rig;
             rig.channels[channel].pos = row.pos;
             rig.panel.channel[channel].inviatr.on_click({});
@@ -112,7 +112,7 @@ TEST(Caption, IsTheEntryWithItsSuffixes) {
         {true, true, "20mV (VT) (inv)"},
     };
     for (const CaptionRow& row : captions) {
-        for (const std::size_t channel : {0U, 1U}) {
+        for (const Channel channel : both_channels) {
             PanelRig rig;
             ChannelControls& controls = rig.panel.channel[channel];
             PanelRig::choose(controls.vdiv, "20mV");
@@ -129,7 +129,7 @@ TEST(Caption, IsTheEntryWithItsSuffixes) {
 }
 
 TEST(InputViaTrigger, FollowsItsBoxAtOnce) {
-    for (const std::size_t channel : {0U, 1U}) {
+    for (const Channel channel : both_channels) {
         PanelRig rig;
         rig.channels[channel].pos = 0;
         PanelRig::choose(rig.panel.channel[channel].vdiv, "50mV");

@@ -80,7 +80,7 @@ TEST(BesideDialogs, APassThatWasOvertakenTakesNoMorePoints) {
     };
     program.ticks(1);
     EXPECT_EQ(program.log.frames.size(), at_return);
-    EXPECT_TRUE(program.scope.parts().acquisition.fresh[0]);
+    EXPECT_TRUE(program.scope.parts().acquisition.taken_as_set[0]);
 }
 
 TEST(BesideDialogs, AMessageAfterASnapshotHoldsNothing) {

@@ -12,7 +12,7 @@ using simulator::SignalKind;
 
 /// Column in which the trace of `channel` falls through the centre row for the first time; -1
 /// without one.
-int fall(Program& program, int channel = ch1) {
+int fall(Program& program, Channel channel = ch1) {
     for (int column = 2; column <= 639; ++column) {
         const int before = trace_row(program, channel, column - 1);
         const int row = trace_row(program, channel, column);

@@ -219,7 +219,7 @@ TEST(PowerLoss, ACommandThatIsNeverAcknowledgedDoesNotKeepItFromSweeping) {
     twice.insert(twice.end(), told.begin(), told.end());
     EXPECT_EQ(program.boxes.texts(), twice); // it may have been off, so it is set up once more
     EXPECT_EQ(program.status(), "Running");
-    EXPECT_TRUE(program.scope.parts().acquisition.fresh[0]);
+    EXPECT_TRUE(program.scope.parts().acquisition.taken_as_set[0]);
 }
 
 TEST(PowerLoss, StartSendsTheRangesOnlyAfterAPause) {

@@ -226,8 +226,8 @@ private:
         const auto [lowest, highest] = std::minmax_element(mv.begin() + 1, mv.begin() + 641);
         const double amplitude = channel == ch1 ? first_mvpp_ / 2.0 : first_mvpp_ / 4.0;
         return !scope.panel().channel[index].enable.checked() ||
-               (scope.parts().acquisition.fresh[index] && std::abs(*highest - amplitude) < 2.0 &&
-                std::abs(*lowest + amplitude) < 2.0);
+               (scope.parts().acquisition.taken_as_set[index] &&
+                std::abs(*highest - amplitude) < 2.0 && std::abs(*lowest + amplitude) < 2.0);
     }
 
     /// After its end: no device open, the settings kept, and nothing sent any more.

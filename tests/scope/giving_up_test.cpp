@@ -167,7 +167,7 @@ TEST(GivingUp, ARangeThatWasAcknowledgedIsNotSentAgain) {
     const Texts time_base = {" set time base offset ch1 Comm timed out", "Error Sending Data.",
                              "Error setting scope"};
     for (const bool powerless : {false, true}) {
-        for (const int channel : {ch1, ch2}) {
+        for (const Channel channel : both_channels) {
             StoppedByBox program;
             program.simulation.bench().faults.no_power = powerless;
             program.simulation.bench().faults.acknowledge =

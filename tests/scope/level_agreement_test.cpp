@@ -27,7 +27,7 @@ struct Volts {
 };
 
 struct ChannelAt {
-    int channel;
+    Channel channel;
     Volts volts;
 };
 
@@ -43,31 +43,29 @@ protected:
         // A signal that crosses 0 V now and then, for the trigger, and one that stands still.
         source() = {.kind = SignalKind::sine, .amplitude_mvpp = 0.0};
         EXPECT_TRUE(program.scope.start());
-        const int other = own == ch1 ? ch2 : ch1;
+        const Channel other = own == ch1 ? ch2 : ch1;
         program.choose(program.scope.panel().trigsource, other == ch1 ? "TRIG1" : "TRIG2");
         program.scope.act([this, other] {
             program.channel(other).enable.set_checked(false);
             program.scope.panel().eyeon.set_checked(true);
-            program.scope.panel().combocursorselect.set_index(own);
+            program.scope.panel().combocursorselect.set_index(own == ch1 ? 0 : 1);
         });
         program.choose(program.channel(own).vdiv, GetParam().volts.text);
     }
 
-    simulator::Source& source() {
-        return program.simulation.bench().sources[static_cast<std::size_t>(own)];
-    }
+    simulator::Source& source() { return program.simulation.bench().sources[own]; }
 
     /// Puts `level` millivolts at the input and sweeps.
     void measure(double level, bool via_trigger, bool inverted, int wheel) {
         source().offset_mv = level;
-        program.simulation.bench().samplers[static_cast<std::size_t>(own)] =
+        program.simulation.bench().samplers[own] =
             via_trigger ? SamplerRoute::via_trigger : SamplerRoute::own_signal;
         program.scope.act([&] {
             program.channel(own).inviatr.set_checked(via_trigger);
             program.channel(own).invert.set_checked(inverted);
             program.scope.panel().tabstrip3.select(3);
         });
-        turn_wheel(program, own + 1, wheel);
+        turn_wheel(program, number_of(own), wheel);
         program.ticks(5);
     }
 
@@ -93,14 +91,13 @@ protected:
         const int row = trace_row(program, own, 300);
         ASSERT_NEAR(row, expected_row, 1.0);
         ASSERT_EQ(marker_row(program.channel(own).text), position.row);
-        ASSERT_NEAR(program.scope.parts().samples[static_cast<std::size_t>(own)].mv[300], shown,
-                    pixel);
+        ASSERT_NEAR(program.scope.parts().samples[own].mv[300], shown, pixel);
         ASSERT_NEAR(cursor_on(row), shown, pixel);
         ++checked;
     }
 
     Program program;
-    int own = GetParam().channel;
+    Channel own = GetParam().channel;
     int checked = 0;
 };
 
@@ -127,7 +124,7 @@ TEST_P(LevelAgreement, AtEveryPositionInvertedOrNotAndViaTheTriggerInputOrNot) {
 
 INSTANTIATE_TEST_SUITE_P(VoltsPerDivision, LevelAgreement, testing::ValuesIn([] {
                              std::vector<ChannelAt> all;
-                             for (const int channel : {ch1, ch2}) {
+                             for (const Channel channel : both_channels) {
                                  for (const Volts& volts :
                                       {Volts{"0.5V", 500}, Volts{"0.2V", 200}, Volts{"0.1V", 100},
                                        Volts{"50mV", 50}, Volts{"20mV", 20}, Volts{"10mV", 10}}) {

@@ -110,7 +110,7 @@ TEST(NoData, GoesOnCountingUnderABox) {
 
 TEST(NoData, WithBothChannelsOffNoneAreAwaited) {
     SweepingOnCh1 program("10us/div");
-    for (const int channel : {ch1, ch2}) {
+    for (const Channel channel : both_channels) {
         program.scope.act([&] { program.channel(channel).enable.set_checked(false); });
     }
     program.ticks(30);

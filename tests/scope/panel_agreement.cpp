@@ -140,18 +140,18 @@ private:
     }
 
     void check_trigger_time() {
-        const int left = panel_.ltp2.left();
+        const int column = panel_.ltp2.marked().value();
         const TextBox& box = panel_.delaytrttdis;
         // Of a text that is not taken the delay before it counts, which no control tells.
         if (box.faulty()) {
-            differences_.expect("trigger-time marker is " + std::to_string(left) +
+            differences_.expect("trigger-time marker is " + std::to_string(column) +
                                     ", should be on the plot",
-                                left >= 32 && left <= 672);
+                                column >= 0 && column <= 640);
             return;
         }
         const double additional = std::strtod(box.text().c_str(), nullptr);
-        differences_.compare("trigger-time marker with \"" + box.text() + "\"", left,
-                             nearest(std::clamp(plot_left - additional / time_.step, 32.0, 672.0)));
+        differences_.compare("trigger-time marker with \"" + box.text() + "\"", column,
+                             nearest(std::clamp(-additional / time_.step, 0.0, 640.0)));
     }
 
     void check_silence() {
@@ -192,8 +192,7 @@ private:
                              controls.enable.checked());
         differences_.compare(name + " marker shown", controls.text.visible(),
                              controls.enable.checked());
-        differences_.compare(name + " marker's top", controls.text.top(), plot_top + row - 7);
-        differences_.compare(name + " marker's left", controls.text.left(), plot_left - 14 - 1);
+        differences_.compare(name + " marker's row", controls.text.marked().value_or(-1), row);
         differences_.compare(name + " offset", controls.ofset.caption(),
                              three_digits((256 - row) * volts.millivolts / 64.0 / 1000.0) + "V");
         differences_.compare(name + " delay box", controls.psofset.enabled(), !point_by_point());
@@ -218,8 +217,9 @@ private:
                              static_cast<int>(parts_.trigger_state.hyst.at(source)));
         const double above = level * 2.0 * (512.0 / volts.divisor) * halved;
         differences_.compare(
-            "trigger marker", panel_.trigertext.top(),
-            std::clamp(nearest(controls.text.top() - above), plot_top - 6, plot_top + 506));
+            "trigger marker's top", plot_top + panel_.trigertext.marked().value_or(-1) - 7,
+            std::clamp(nearest(plot_top + controls.text.marked().value_or(-1) - 7 - above),
+                       plot_top - 6, plot_top + 506));
     }
 
     void check_tabs() {
@@ -255,7 +255,7 @@ private:
         const int kind = panel_.tabstrip3.selected();
         differences_.expect("cursor mode " + std::to_string(mode),
                             kind == 3 ? mode == 0 : mode == 2 * kind - 1 || mode == 2 * kind);
-        differences_.compare("cursor channel", static_cast<int>(parts_.cursor_state.channel),
+        differences_.compare("cursor channel", number_of(parts_.cursor_state.channel),
                              panel_.combocursorselect.index() + 1);
         if (kind == 1) {
             check_voltages();

@@ -52,18 +52,18 @@ TEST_F(Judged, APanelThatIsRightIsRight) {
 
 TEST_F(Judged, AnAdditionalDelayThatIsNoneLeavesTheMarkerWhereItIs) {
     enter_additional("-30000");
-    const int left = panel.ltp2.left();
-    ASSERT_GT(left, 32);
+    const int column = panel.ltp2.marked().value();
+    ASSERT_GT(column, 0);
     enter_additional("20 of them");
     ASSERT_TRUE(panel.delaytrttdis.faulty());
-    EXPECT_EQ(panel.ltp2.left(), left);
+    EXPECT_EQ(panel.ltp2.marked(), column);
     EXPECT_THAT(differences(), IsEmpty());
     // Of what is not taken nothing can be told but that it is one of the places on the plot.
-    panel.ltp2.move(673, panel.ltp2.top());
+    panel.ltp2.mark(641);
     EXPECT_THAT(differences(), ElementsAre(HasSubstr("trigger-time marker")));
     enter_additional("20ns");
     EXPECT_THAT(differences(), IsEmpty());
-    panel.ltp2.move(left, panel.ltp2.top());
+    panel.ltp2.mark(column);
     EXPECT_THAT(differences(), ElementsAre(HasSubstr("trigger-time marker")));
 }
 

@@ -40,9 +40,7 @@ struct Program {
     }
 
     /// The controls of channel index `channel`.
-    ChannelControls& channel(int channel) {
-        return scope.panel().channel[static_cast<std::size_t>(channel)];
-    }
+    ChannelControls& channel(std::size_t channel) { return scope.panel().channel[channel]; }
 
     /// Does what a click does that sets list `list` to the entry `text`.
     void choose(ListBox& list, const std::string& text) {

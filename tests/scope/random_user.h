@@ -153,12 +153,14 @@ private:
         const int marker = random(0, 2);
         PlotMouse& mouse = scope_.plot_mouse();
         act([&] {
-            marker == 2 ? mouse.trigertext_MouseDown(6) : mouse.chtext_MouseDown(marker, 6);
+            marker == 2 ? mouse.trigertext_MouseDown(6)
+                        : mouse.chtext_MouseDown(marker == 0 ? ch1 : ch2, 6);
         });
         for (int moves = random(1, 10); moves > 0; --moves) {
             const int y = 6 + random(-60, 60);
             act([&] {
-                marker == 2 ? mouse.trigertext_MouseMove(y) : mouse.chtext_MouseMove(marker, y);
+                marker == 2 ? mouse.trigertext_MouseMove(y)
+                            : mouse.chtext_MouseMove(marker == 0 ? ch1 : ch2, y);
             });
             any_tick();
         }

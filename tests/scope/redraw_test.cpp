@@ -28,7 +28,7 @@ protected:
 
     FrontPanel& panel() { return scope.panel(); }
 
-    [[nodiscard]] bool shows_trace(int channel) {
+    [[nodiscard]] bool shows_trace(Channel channel) {
         return top_row(scope.picture().surface(), scope.parts().colours.channel(channel)) >= 0;
     }
 
@@ -71,7 +71,7 @@ TEST_F(Redrawn, AnInvertedTraceComesWithAllTheRest) {
     start();
     scope.act([this] { panel().tabstrip3.select(voltage_cursors); });
     stop();
-    for (const int index : {ch1, ch2}) {
+    for (const Channel index : both_channels) {
         scope.act([&] { channel(index).invert.press(true); });
         const auto after_the_press = pixels();
         EXPECT_EQ(after_the_press, pixels_of_a_whole_drawing()) << index;

@@ -48,7 +48,7 @@ inline void compare_channels(const Parts& parts, const simulator::Settings& sent
             controls.psofset.faulty()
                 ? state.delay
                 : std::clamp(round_to_int32(leading_number(controls.psofset.text())), 0, 65535));
-        differences.compare(name + " marker", controls.text.top() + plot::marker_middle - plot::top,
+        differences.compare(name + " marker", controls.text.marked().value_or(-1),
                             static_cast<int>(state.pos));
         differences.compare(name + " offset code", state.offsetdac, offset_code(state));
         differences.compare(name + " delay in points", state.uploaded_delaypts, state.delaypts);

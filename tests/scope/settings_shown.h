@@ -34,7 +34,7 @@ inline std::vector<std::string> settings_shown(const Parts& parts) {
                                    channel.hor_delay.caption()});
         for (const std::int64_t number :
              {std::int64_t{state.gain}, std::int64_t{state.marker_wheel}, std::int64_t{state.pos},
-              std::int64_t{state.offsetdac}, std::int64_t{channel.text.top()},
+              std::int64_t{state.offsetdac}, std::int64_t{channel.text.marked().value_or(-1)},
               std::int64_t{parts.cursor_state.vpos[index]},
               std::int64_t{parts.cursor_state.hpos[index]},
               std::int64_t{parts.trigger_state.saved_trigpos[index]},
@@ -51,8 +51,8 @@ inline std::vector<std::string> settings_shown(const Parts& parts) {
     add(parts.trigger_state.trigpos);
     add(parts.panel.shyst.value());
     add(parts.settings.persisttime);
-    add(parts.settings.snapshotdialog);
-    add(parts.settings.snapshotinvert);
+    add(parts.settings.snapshotdialog ? 1 : 0);
+    add(parts.settings.snapshotinvert ? 1 : 0);
     return shown;
 }
 

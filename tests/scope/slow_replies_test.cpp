@@ -140,7 +140,7 @@ TEST(SlowReplies, OnceTheyComeInTimeAgainTheInstrumentIsSetUpOnceMore) {
         program.ticks(50);
         EXPECT_EQ(program.set_ups(), 2);
         EXPECT_EQ(program.status(), "Running");
-        EXPECT_TRUE(program.scope.parts().acquisition.fresh[0]);
+        EXPECT_TRUE(program.scope.parts().acquisition.taken_as_set[0]);
     }
 }
 

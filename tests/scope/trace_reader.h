@@ -11,7 +11,7 @@ namespace kv408 {
 
 /// Row of the trace of `channel` in column `column` of the picture, the uppermost if it has
 /// several; -1 when it has none.
-inline int trace_row(Program& program, int channel, int column) {
+inline int trace_row(Program& program, Channel channel, int column) {
     const Surface& picture = program.scope.picture().surface();
     const Pixel colour = pixel_of(program.scope.parts().colours.channel(channel));
     for (int row = 0; row < plot::height; ++row) {
@@ -33,9 +33,9 @@ inline int top_row(const Surface& picture, Colour colour) {
     return -1;
 }
 
-/// Row of the plot on which the middle of `marker` lies.
+/// Row of the plot that `marker` marks.
 inline int marker_row(const MarkerLabel& marker) {
-    return marker.top() + plot::marker_middle - plot::top;
+    return marker.marked().value();
 }
 
 /// Millivolts of a read-out like "C1: -12.5mV".

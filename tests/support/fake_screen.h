@@ -11,8 +11,12 @@ namespace kv408 {
 /// A screen that draws nothing and records what was asked of it, as "refresh 1 0" or "draw 255".
 class FakeScreen : public Screen {
 public:
-    void refresh(int channel, int index) override {
-        calls.push_back("refresh " + std::to_string(channel + 1) + " " + std::to_string(index));
+    void refresh(Channel channel, int index) override {
+        calls.push_back("refresh " + std::to_string(number_of(channel)) + " " +
+                        std::to_string(index));
+    }
+    void ClearTrace(Channel channel) override {
+        calls.push_back("ClearTrace " + std::to_string(number_of(channel)));
     }
     void makegrid() override { calls.emplace_back("makegrid"); }
     void calcPersistColors() override { calls.emplace_back("calcPersistColors"); }

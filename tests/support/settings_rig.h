@@ -115,8 +115,7 @@ inline bool is_settable(const SettingsRig& rig) {
           rig.colours.text_background, rig.colours.grid, rig.colours.annotations}) {
         good = good && colour.value <= 0xFFFFFF;
     }
-    return good && within(rig.display.persisttime, 0, 9) &&
-           within(rig.display.snapshotdialog, 0, 1) && within(rig.display.snapshotinvert, 0, 1);
+    return good && within(rig.display.persisttime, 0, 9);
 }
 
 } // namespace kv408

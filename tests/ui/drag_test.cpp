@@ -53,7 +53,7 @@ void DragTest::a_channel_marker_moves_its_trace() {
     const ChannelState& state = on.parts().channels[index];
     QCOMPARE(static_cast<int>(state.pos), 256 - 40);
     QCOMPARE(state.marker_wheel, 512 + 80);
-    QCOMPARE(on.panel().channel[index].text.top(), plot::top + state.pos - plot::marker_middle);
+    QCOMPARE(on.panel().channel[index].text.marked().value(), static_cast<int>(state.pos));
     QVERIFY(std::abs(marker.y() - (widget_top + on.units(0, -40).y())) <= 1);
     QCOMPARE(on.panel().tabstrip2.selected_key(), std::string(channel == 0 ? "CH1" : "CH2"));
     QCOMPARE(on.widget<QTabBar>("TabStrip2")->currentIndex(), channel);
@@ -77,7 +77,7 @@ void DragTest::markers_on_one_row_are_both_seen_and_grabbed() {
     QFETCH(double, scale);
     Dragging on;
     QVERIFY(on.begin(scale));
-    on.program.scope().act([&] { on.move_trace(1, 256 + rows); });
+    on.program.scope().act([&] { on.move_trace(ch2, 256 + rows); });
     QWidget& first = *on.widget("ch1text");
     QWidget& second = *on.widget("ch2text");
     QVERIFY(first.isVisible() && second.isVisible());
@@ -107,16 +107,16 @@ void DragTest::markers_on_different_rows_lie_where_they_always_did() {
     const QWidget& first = *on.widget("ch1text");
     const QWidget& second = *on.widget("ch2text");
     for (const int rows : {15, -15, 100, -256}) {
-        on.program.scope().act([&] { on.move_trace(1, 256 + rows); });
+        on.program.scope().act([&] { on.move_trace(ch2, 256 + rows); });
         for (const auto& [marker, row] : {std::pair{&first, 256}, {&second, 256 + rows}}) {
             const PlotWidget& plot = on.window().plot();
-            const QRectF place(plot.place_of(17, plot::top + row - 7),
-                               plot.place_of(17 + 14, plot::top + row + 8));
+            const QRectF place(plot.place_of(17, box::top + row - 7),
+                               plot.place_of(17 + 14, box::top + row + 8));
             QCOMPARE(marker->geometry(), place.toAlignedRect());
         }
     }
     // Where one of them is away there is nothing to make room for.
-    on.program.scope().act([&] { on.move_trace(1, 256); });
+    on.program.scope().act([&] { on.move_trace(ch2, 256); });
     QVERIFY(second.x() < first.x());
     on.program.scope().act([&] { on.panel().channel[0].enable.press(false); });
     QCOMPARE(second.x(), first.x());

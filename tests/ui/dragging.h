@@ -6,6 +6,7 @@
 #include <QTabBar>
 #include <QTest>
 
+#include "display/box_geometry.h"
 #include "mouse.h"
 #include "program_on_bench.h"
 #include "state/plot_geometry.h"
@@ -43,13 +44,13 @@ struct Dragging : ProgramOnBench {
 
     /// The place of the middle of unit (`x`, `y`) of the plot on the plot widget.
     [[nodiscard]] QPoint on_plot(int x, int y) {
-        const QPointF place = window().plot().place_of(plot::left + x + 0.5, plot::top + y + 0.5);
+        const QPointF place = window().plot().place_of(box::left + x + 0.5, box::top + y + 0.5);
         return {static_cast<int>(std::floor(place.x())), static_cast<int>(std::floor(place.y()))};
     }
 
     /// Turns the wheel until the zero line of `channel` lies on `row` of the picture.
-    void move_trace(int channel, int row) {
-        panel().tabstrip2.select(channel + 1);
+    void move_trace(Channel channel, int row) {
+        panel().tabstrip2.select(number_of(channel));
         panel().slider1.turn_to(plot::wheel_span - 2 * row);
     }
 

@@ -14,6 +14,7 @@
 
 #include "cut_off.h"
 #include "demo/test_bench_window.h"
+#include "display/box_geometry.h"
 #include "program_on_bench.h"
 #include "state/plot_geometry.h"
 #include "ui/colours.h"
@@ -175,8 +176,8 @@ void read_outs_keep_to_the_plot(ProgramOnBench& on) {
     MainWindow& window = on.window();
     const auto left = [&](const QWidget& widget) { return widget.mapTo(&window, QPoint()).x(); };
     const auto right = [&](const QWidget& widget) { return left(widget) + widget.width(); };
-    const double from = left(window.plot()) + window.plot().place_of(plot::left, 0).x();
-    const double to = left(window.plot()) + window.plot().place_of(plot::left + plot::width, 0).x();
+    const double from = left(window.plot()) + window.plot().place_of(box::left, 0).x();
+    const double to = left(window.plot()) + window.plot().place_of(box::left + plot::width, 0).x();
     for (const char* const first : {"tdivtext", "lblAnnoMark(0)"}) {
         QVERIFY2(std::abs(left(*on.widget(first)) - from) <= 1.0, first);
     }

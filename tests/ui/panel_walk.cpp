@@ -10,10 +10,10 @@
 #include <QRadioButton>
 #include <QTest>
 
+#include "display/box_geometry.h"
 #include "panel_walk_view.h"
 #include "scope/panel_agreement.h"
 #include "scope/set_up_agreement.h"
-#include "state/plot_geometry.h"
 #include "ui/marker.h"
 #include "ui/wheel_widget.h"
 
@@ -292,8 +292,8 @@ void PanelWalk::drag_cursor() {
     const CursorState& cursors = program_.scope().parts().cursor_state;
     PlotWidget& plot = program_.window().plot();
     const auto cursor = static_cast<std::size_t>(random(0, 1));
-    const QPoint place = plot.place_of(plot::left + cursors.hpos.at(cursor) + random(-6, 6),
-                                       plot::top + cursors.vpos.at(cursor) + random(-6, 6))
+    const QPoint place = plot.place_of(box::left + cursors.hpos.at(cursor) + random(-6, 6),
+                                       box::top + cursors.vpos.at(cursor) + random(-6, 6))
                              .toPoint();
     const bool together = chance(30);
     note(together ? u"both cursors"_s : u"cursor"_s);

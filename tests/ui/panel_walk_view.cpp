@@ -185,7 +185,7 @@ Colour half_way(Colour one, Colour other) {
 
 void compare_cursor_lines(const Surface& picture, const Parts& parts, QStringList& differences) {
     const CursorState& cursors = parts.cursor_state;
-    const Colour colour = half_way(cursors.channel == 1 ? parts.colours.ch1 : parts.colours.ch2,
+    const Colour colour = half_way(cursors.channel == ch1 ? parts.colours.ch1 : parts.colours.ch2,
                                    parts.colours.normal_text);
     const int mode = cursors.cursormode;
     if (mode == 0) {

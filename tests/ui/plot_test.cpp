@@ -7,6 +7,7 @@
 #include <QPaintEvent>
 #include <QTest>
 
+#include "display/box_geometry.h"
 #include "state/plot_geometry.h"
 #include "ui/marker.h"
 #include "ui/plot_widget.h"
@@ -134,8 +135,8 @@ void PlotTest::paints_only_what_has_changed() {
     noise.changed = {{100, 32, 110, 64}, {300, 32, 641, 64}, {0, 480, 8, 513}};
     QRegion expected;
     for (const Rectangle& area : noise.changed) {
-        const QRectF pixels(plot.place_of(plot::left + area.left, plot::top + area.top),
-                            plot.place_of(plot::left + area.right, plot::top + area.bottom));
+        const QRectF pixels(plot.place_of(box::left + area.left, box::top + area.top),
+                            plot.place_of(box::left + area.right, box::top + area.bottom));
         expected += pixels.toAlignedRect();
     }
     plot.show_changes();
@@ -158,9 +159,9 @@ void PlotTest::paints_seldom_but_always_the_last_state() {
     }
     const auto lasted = std::chrono::steady_clock::now() - begin;
     QVERIFY(watch.paintings <= 3 + lasted / std::chrono::milliseconds(15));
-    const QRectF last(plot.place_of(plot::left + plot::width - 1, plot::top), QSizeF(1, 1));
+    const QRectF last(plot.place_of(box::left + plot::width - 1, box::top), QSizeF(1, 1));
     QTRY_VERIFY(watch.painted.intersects(last.toAlignedRect()));
-    const QRectF middle(plot.place_of(plot::left + 300, plot::top), QSizeF(1, 1));
+    const QRectF middle(plot.place_of(box::left + 300, box::top), QSizeF(1, 1));
     QVERIFY(watch.painted.intersects(middle.toAlignedRect()));
 }
 
@@ -170,14 +171,14 @@ void PlotTest::markers_keep_their_place_at_any_scale() {
     MarkerLabel control("ch1text");
     auto* const marker = new Marker(&plot, Marker::Direction::right);
     bind(marker, control);
-    control.move(17, 269);
+    control.mark(256); // its corner at (17, 269)
     for (const double scale : {1.0, 1.3, 1.9, 2.0, 3.0}) {
         plot.set_scale(PlotScale(scale));
         plot.grab();
         const double unit = scale / plot.devicePixelRatioF();
         QVERIFY(std::abs(marker->x() - 17 * unit) < 1.0);
         QVERIFY(std::abs(marker->geometry().center().y() + 0.5 - (269 + 7.5) * unit) <= 1.0);
-        QVERIFY(marker->geometry().right() < plot.place_of(plot::left, 0).x());
+        QVERIFY(marker->geometry().right() < plot.place_of(box::left, 0).x());
     }
 }
 

@@ -9,6 +9,7 @@
 #include <QTabBar>
 #include <QTest>
 
+#include "display/box_geometry.h"
 #include "program_on_bench.h"
 #include "state/plot_geometry.h"
 
@@ -221,13 +222,12 @@ void ScreenTest::the_additional_delay_moves_the_trigger_time() {
     QVERIFY(on.run_until_sweeping());
     QWidget& marker = *on.widget("ltp2");
     QVERIFY(marker.isVisible());
-    const int before = on.panel().ltp2.left();
-    QCOMPARE(before, plot::left);
+    QCOMPARE(on.panel().ltp2.marked().value(), 0);
     // 20ns/div are 312.5 ps a column.
     type_over(*on.widget<QLineEdit>("delaytrttdis"), u"-31250"_s);
     const QRect place = marker.geometry();
     on.widget("seltimediv")->setFocus();
-    QCOMPARE(on.panel().ltp2.left(), before + 100);
+    QCOMPARE(on.panel().ltp2.marked().value(), 100);
     QVERIFY(marker.geometry().left() > place.left());
 }
 
@@ -245,8 +245,8 @@ void ScreenTest::read_outs_lie_in_the_plots_corner() {
     click_tab(*on.widget<QTabBar>("TabStrip3"), 0);
     PlotWidget& shown_plot = on.window().plot();
     const QRectF corner(
-        shown_plot.place_of(plot::left, plot::top),
-        shown_plot.place_of(plot::left + plot::centre_x, plot::top + 2 * plot::division));
+        shown_plot.place_of(box::left, box::top),
+        shown_plot.place_of(box::left + plot::centre_x, box::top + 2 * plot::division));
     for (const char* const name : {"centerfr", "lblC1", "lblC2"}) {
         auto* const label = on.widget<QLabel>(name);
         QVERIFY2(label->isVisible(), name);
@@ -280,8 +280,8 @@ void ScreenTest::cursor_lines_bear_their_numbers() {
     auto& type = *on.widget<QTabBar>("TabStrip3");
     // Over the picture they would hide what is measured.
     const QRect picture =
-        QRectF(plot_box.place_of(plot::left, plot::top),
-               plot_box.place_of(plot::left + plot::width, plot::top + plot::height))
+        QRectF(plot_box.place_of(box::left, box::top),
+               plot_box.place_of(box::left + plot::width, box::top + plot::height))
             .toRect();
     const auto lie_apart = [&] {
         return !numbers[0]->geometry().intersects(picture) &&
@@ -296,20 +296,20 @@ void ScreenTest::cursor_lines_bear_their_numbers() {
     for (const std::size_t index : {0U, 1U}) {
         QVERIFY(numbers.at(index)->isVisible());
         QCOMPARE(numbers.at(index)->text(), QString::number(index + 1));
-        const double row = plot_box.place_of(0, plot::top + rows.at(index) + 0.5).y();
+        const double row = plot_box.place_of(0, box::top + rows.at(index) + 0.5).y();
         QVERIFY(std::abs(numbers.at(index)->geometry().center().y() - row) <= 1.0);
     }
     QVERIFY(lie_apart());
     // A step of the arrow keys is four steps of the wheel: two rows.
     QTest::keyClick(on.widget("Slider1"), Qt::Key_Right);
     const double moved =
-        plot_box.place_of(0, plot::top + on.program.scope().parts().cursor_state.vpos[0] + 0.5).y();
+        plot_box.place_of(0, box::top + on.program.scope().parts().cursor_state.vpos[0] + 0.5).y();
     QVERIFY(on.program.scope().parts().cursor_state.vpos[0] != rows[0]);
     QVERIFY(std::abs(numbers[0]->geometry().center().y() - moved) <= 1.0);
     click_tab(type, 1);
     const std::array columns = {192, 448};
     for (const std::size_t index : {0U, 1U}) {
-        const double column = plot_box.place_of(plot::left + columns.at(index), 0).x();
+        const double column = plot_box.place_of(box::left + columns.at(index), 0).x();
         QVERIFY(std::abs(numbers.at(index)->geometry().center().x() - column) <= 6.0);
     }
     QVERIFY(lie_apart());

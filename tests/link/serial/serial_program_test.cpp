@@ -99,7 +99,7 @@ TEST_F(SerialProgram, SweepsWhatTheInstrumentInTheProcessSweeps) {
     ProgramOn inside(virtual_clock, simulation.bridge());
     ASSERT_TRUE(inside.scope.start());
     inside.sweep_both();
-    for (const std::size_t channel : {0U, 1U}) {
+    for (const Channel channel : both_channels) {
         const SampleBuffer& outer = program_.scope.parts().samples[channel];
         EXPECT_EQ(outer.raw, inside.scope.parts().samples[channel].raw) << channel;
         const auto [low, high] =
@@ -116,7 +116,7 @@ TEST_F(SerialProgram, SweepsPointByPoint) {
     ASSERT_TRUE(program_.scope.start());
     program_.sweep_point_by_point();
     program_.sweep_both();
-    for (const std::size_t channel : {0U, 1U}) {
+    for (const Channel channel : both_channels) {
         const auto& mv = program_.scope.parts().samples[channel].mv;
         const auto [low, high] = std::minmax_element(mv.begin() + 1, mv.begin() + 641);
         EXPECT_GT(*high - *low, 100) << channel;
