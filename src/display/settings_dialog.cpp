@@ -71,8 +71,11 @@ void SettingsDialog::connect_colours() {
     }
     controls_.chkautoupd.on_click([this] { chkAutoUpd_Click(); });
     controls_.cmdsetdefault.on_click([this] { cmdSetDefault_Click(); });
-    controls_.cmdonblack.on_click([this] { take(ColourTable{}); });
-    controls_.cmdonwhite.on_click([this] { take(colours_on_white); });
+    controls_.cmdonblack.on_click([this] { cmdSetDefault_Click(); });
+    controls_.cmdonwhite.on_click([this] {
+        take(colours_on_white);
+        show_working();
+    });
 }
 
 void SettingsDialog::mnusettings_Click() {
@@ -171,19 +174,22 @@ void SettingsDialog::chkAutoUpd_Click() {
 }
 
 void SettingsDialog::setColDefault() {
-    working_ = items_of(ColourTable{});
-    apply(working_);
+    take(ColourTable{});
 }
 
 void SettingsDialog::take(const ColourTable& colours) {
     working_ = items_of(colours);
     apply(working_);
+}
+
+void SettingsDialog::show_working() {
     show_swatches();
     optColor_Click(item_);
 }
 
 void SettingsDialog::cmdSetDefault_Click() {
-    take(ColourTable{});
+    setColDefault();
+    show_working();
 }
 
 void SettingsDialog::chkSnapshotDialog_Click() {

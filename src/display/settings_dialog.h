@@ -69,6 +69,8 @@ private:
 
     /// Puts `colours` into the edited ones and applies them.
     void take(const ColourTable& colours);
+    /// Repaints the swatches and reloads the editor for the selected item.
+    void show_working();
     /// Makes `items` the colours of the program and redraws the main window.
     void apply(const ItemColours& items);
     void show_swatches();

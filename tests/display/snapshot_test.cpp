@@ -192,6 +192,41 @@ TEST_F(SnapshotTest, AnSvgHasGraticuleTracesCursorsMarkersAndScalesAsVectors) {
     EXPECT_NE(files.files["/other.svg"].find("stroke=\"#0000ff\""), std::string::npos);
 }
 
+TEST_F(SnapshotTest, AnSvgHasDotsTimeCursorsMarksTriggerLevelAndReadOutsToo) {
+    settings.snapshotdialog = 1;
+    panel.eyeon.set_checked(true);
+    cursors.cursormode = cursor_mode::time_2;
+    panel.centerfr.set_visible(true);
+    panel.centerfr.set_caption("dT & f");
+    panel.ltp2.set_visible(true);
+    panel.trigsource.set_entries({"TRIG1"});
+    panel.trigsource.set_index(0);
+    acquisition.holdoff = true;
+    trigger.saved_trigpos[0] = zero_volt_code;
+    channels[0].pos = 256;
+    panel.check1.set_checked(true);
+    panel.measurement[0].annotate.put_checked(true);
+    const auto saved = [this](MarkKind kind, AnnotationGeometry mark) {
+        marks.kind[0][ch1] = kind;
+        marks.mark[ch1].fill(mark);
+        picture.draw(draw_flags::all);
+        choosers.answers = {"/mine.svg"};
+        snapshot.Command1_Click();
+        return files.files["/mine.svg"];
+    };
+    std::string svg = saved(MarkKind::lines, {{{1, 40}, {639, 40}}});
+    const auto has = [&svg](const char* text) { return svg.find(text) != std::string::npos; };
+    EXPECT_TRUE(has("M6.5,100h1M7.5,100h1")) << "two dots of the trace";
+    EXPECT_TRUE(has("M192,0L192,512\" fill=\"none\" stroke=\"#ffff80\" stroke-dasharray"));
+    EXPECT_TRUE(has("M448,0L448,512\" fill=\"none\" stroke=\"#ffff80\"/>")) << "cursor 2 is solid";
+    EXPECT_TRUE(has("M0,256L640,256")) << "the trigger level, 0 V";
+    EXPECT_TRUE(has("M1,40L639,40")) << "a line of the marks";
+    EXPECT_TRUE(has(">dT &amp; f</text>"));
+    EXPECT_TRUE(has("h9l-4.5,6z")) << "the mark of the trigger's moment";
+    svg = saved(MarkKind::dots, {{{60, 70}, {68, 78}}});
+    EXPECT_TRUE(has("<circle cx=\"63.5\" cy=\"73.5\" r=\"4\""));
+}
+
 TEST_F(SnapshotTest, TheScalesAreThoseOfTheClickAndInItsColours) {
     panel.seltimediv.set_entries({"20ns/div", "10ns/div"});
     panel.seltimediv.set_index(0);

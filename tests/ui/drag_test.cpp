@@ -20,6 +20,7 @@ private Q_SLOTS:
     void markers_on_one_row_are_both_seen_and_grabbed_data();
     void markers_on_one_row_are_both_seen_and_grabbed();
     void markers_on_different_rows_lie_where_they_always_did();
+    void the_trigger_marker_sets_the_level_once_let_go_data();
     void the_trigger_marker_sets_the_level_once_let_go();
     void a_marker_that_goes_in_the_middle_of_a_drag_is_let_go();
     void the_wheel_turns_the_delay();
@@ -124,9 +125,17 @@ void DragTest::markers_on_different_rows_lie_where_they_always_did() {
     QVERIFY(second.x() < first.x());
 }
 
+void DragTest::the_trigger_marker_sets_the_level_once_let_go_data() {
+    QTest::addColumn<double>("scale");
+    for (const double scale : {1.0, 1.25, 1.5, 1.9, 2.0, 3.4, 5.0}) {
+        QTest::addRow("at %g", scale) << scale;
+    }
+}
+
 void DragTest::the_trigger_marker_sets_the_level_once_let_go() {
+    QFETCH(double, scale);
     Dragging on;
-    QVERIFY(on.begin());
+    QVERIFY(on.begin(scale));
     QWidget& marker = *on.widget("trigertext");
     QVERIFY(marker.isVisible());
     Mouse mouse(on.window());
