@@ -108,18 +108,18 @@ void write_graticule(Writer& writer, const Picture::Drawn& drawn) {
         for (int y = plot::division; y < plot::height - 1; y += plot::division) {
             stroke(x - 0.5, y, "h1");
         }
-        for (const int y : {0, plot::centre_y, plot::height - 1}) {
-            stroke(x, y - 3.5, "v7");
-        }
+        stroke(x, -0.5, "v4");
+        stroke(x, plot::centre_y - 3.5, "v7");
+        stroke(x, plot::height - 4.5, "v4");
     }
     for (int along = 0; along <= 40; ++along) {
         const double y = round_to_int32(along * fifth);
         for (int x = plot::division; x < plot::width - 1; x += plot::division) {
             stroke(x - 0.5, y, "h1");
         }
-        for (const int x : {0, plot::centre_x, plot::width - 1}) {
-            stroke(x - 3.5, y, "h7");
-        }
+        stroke(-0.5, y, "h4");
+        stroke(plot::centre_x - 3.5, y, "h7");
+        stroke(plot::width - 4.5, y, "h4");
     }
     writer.path(data, drawn.grid);
 }

@@ -183,6 +183,8 @@ TEST_F(SnapshotTest, AnSvgHasGraticuleTracesCursorsMarkersAndScalesAsVectors) {
     EXPECT_TRUE(has("M0,192L640,192")) << "cursor 1 is solid";
     EXPECT_TRUE(has("M0,320L640,320\" fill=\"none\" stroke=\"#ffff80\" stroke-dasharray"));
     EXPECT_TRUE(has("M320,252.5v7")) << "a tick of the graticule";
+    // No further, for programs that do not cut off what sticks out.
+    EXPECT_TRUE(has("M64,-0.5v4") && has("M64,508.5v4")) << "ticks at top and bottom";
     EXPECT_TRUE(has("<text x=\"20\" y=\"124\" fill=\"#ffff00\">&lt;1&gt;</text>"));
     EXPECT_TRUE(has(">2026-11-16 01:09:37</text>"));
     EXPECT_FALSE(has("stroke=\"#80dcff\"")) << "CH2 is off";
