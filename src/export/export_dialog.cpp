@@ -162,6 +162,9 @@ void ExportDialog::cmdExport_Click() {
         }
         result = save_export(host_.files, file, bytes, true);
     }
+    if (result.status != FileStatus::done) {
+        host_.boxes.show({.text = result.message, .icon = MessageIcon::exclamation});
+    }
     controls_.lblExportSaved.set_caption(std::move(result.message));
 }
 

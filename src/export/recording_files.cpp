@@ -47,7 +47,7 @@ SavedFile OneRecordingFile::add(const ExportedSweep& sweep) {
     if (auto refused = full(space_, path_)) {
         return std::move(*refused);
     }
-    const FileResult result = file_.append(text_.lines(sweep));
+    const FileResult result = file_.append(fill_pages(text_.lines(sweep), file_.size()));
     return result.status == FileStatus::done ? SavedFile{} : failed(path_, result.reason);
 }
 

@@ -21,6 +21,27 @@ std::string recording_headings() {
     return text + '\n';
 }
 
+std::string fill_pages(std::string_view lines, std::uintmax_t at) {
+    constexpr std::uintmax_t page = 4096;
+    constexpr std::uintmax_t shortest_comment = 2;
+    std::string text;
+    text.reserve(lines.size() + lines.size() / 16);
+    while (!lines.empty()) {
+        const std::size_t length = std::min(lines.find('\n'), lines.size() - 1) + 1;
+        const std::uintmax_t room = page - (at + text.size()) % page;
+        // What is left behind a line has room for a comment, or there is nothing left.
+        const bool fits = length == room || length + shortest_comment <= room;
+        if (!fits && room >= shortest_comment && length <= page - shortest_comment) {
+            text += '#';
+            text.append(room - shortest_comment, ' ');
+            text += '\n';
+        }
+        text += lines.substr(0, length);
+        lines.remove_prefix(length);
+    }
+    return text;
+}
+
 std::string RecordingText::lines(const ExportedSweep& sweep) {
     std::string comments = set_up_comments(sweep);
     std::string text;

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "export/exported_sweep.h"
 
@@ -9,6 +11,11 @@ namespace kv408 {
 /// The headings of a recording in one file, a line. Each channel has times of its own and its place
 /// whether it is on or off, so that the columns stay the same whatever is set meanwhile.
 [[nodiscard]] std::string recording_headings();
+
+/// `lines`, whole lines that go into a file from place `at` on, with comments between them so that
+/// none crosses a multiple of 4096 bytes. The system writes such a page at once or not at all
+/// when the program is killed, so that what is in the file always ends with a whole line.
+[[nodiscard]] std::string fill_pages(std::string_view lines, std::uintmax_t at);
 
 /// The sweeps of a recording as text, one after the other.
 class RecordingText {

@@ -16,6 +16,9 @@ public:
     /// Goes on with the file at `path`, which there is.
     explicit GrowingFile(std::filesystem::path path);
 
+    /// How long it is, bytes.
+    [[nodiscard]] std::uintmax_t size() const { return size_; }
+
     /// Appends `bytes`. After a failure further calls try again.
     FileResult append(std::string_view bytes);
 

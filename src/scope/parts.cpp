@@ -83,12 +83,11 @@ Parts::Parts(const Machine& machine)
                               .files = files,
                               .choosers = choosers,
                               .places = places}),
-      tools(panel, sweeps,
-            {.clock = clock,
-             .boxes = boxes,
-             .files = files,
-             .choosers = choosers,
-             .places = places}) {
+      tools(
+          panel, sweeps,
+          {.clock = clock, .boxes = boxes, .files = files, .choosers = choosers, .places = places}),
+      help(panel, {.files = files, .boxes = boxes, .places = places, .browse = machine.browse},
+           KV408_VERSION) {
     link.on_ending([this] { settings_file.save_at_end(false); });
     link.on_long_work([this] {
         settings_file.tell_progress();

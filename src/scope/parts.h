@@ -22,6 +22,7 @@
 #include "panel/time_base.h"
 #include "panel/trigger.h"
 #include "panel/vertical.h"
+#include "scope/help.h"
 #include "scope/scope.h"
 #include "scope/start_up.h"
 #include "scope/sweep_dialogs.h"
@@ -88,6 +89,7 @@ struct Parts {
     StartUp start_up;
     Calibration frmcalibration;
     Tools tools;
+    Help help;
 
     /// Those among the entries that are what the user does.
     int acts = 0;

@@ -64,7 +64,10 @@ bool Scope::start() {
 
 void Scope::tick() {
     const bool exchange_under_way = parts_->entries.hold_ticks();
-    enter([&] { parts_->state_machine.Timer1_Timer(exchange_under_way); });
+    enter([&] {
+        parts_->state_machine.Timer1_Timer(exchange_under_way);
+        parts_->tools.tick();
+    });
 }
 
 void Scope::act(const std::function<void()>& action) {
@@ -154,6 +157,10 @@ PlotMouse& Scope::plot_mouse() {
 
 SettingsDialog& Scope::settings_dialog() {
     return parts_->settings_dialog;
+}
+
+Help& Scope::help() {
+    return parts_->help;
 }
 
 Tools& Scope::tools() {

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "display/picture_coder.h"
+#include "host/browse.h"
 #include "host/clock.h"
 #include "host/diagnose.h"
 #include "host/file_choosers.h"
@@ -16,6 +17,7 @@
 
 namespace kv408 {
 
+class Help;
 class Picture;
 class PlotMouse;
 struct CalibrationForm;
@@ -38,6 +40,7 @@ struct Machine {
     PictureCoder& coder;
     std::ostream& log = std::cerr; ///< receives what needs no answer, or can get none
     Diagnose diagnose = {};        ///< what keeps the instrument from being reached
+    Browse browse = {};            ///< opens the manual
 };
 
 /// The whole program without its window: owns every part, wires them together, and is the one
@@ -98,6 +101,9 @@ public:
 
     /// What the menu "Tools" opens.
     [[nodiscard]] Tools& tools();
+
+    /// The menu "Help".
+    [[nodiscard]] Help& help();
 
     /// How far a set-up is loaded that takes long; without a caption otherwise.
     [[nodiscard]] Label& loading();

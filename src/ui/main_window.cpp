@@ -3,6 +3,7 @@
 #include <chrono>
 
 #include <QAction>
+#include <QApplication>
 #include <QClipboard>
 #include <QCloseEvent>
 #include <QGuiApplication>
@@ -10,11 +11,13 @@
 
 #include "display/picture.h"
 #include "display/plot_box.h"
+#include "scope/help.h"
 #include "scope/parts.h"
 #include "ui/calibration_window.h"
 #include "ui/control_panel.h"
 #include "ui/lengths.h"
 #include "ui/loading_note.h"
+#include "ui/manual_topic.h"
 #include "ui/menus.h"
 #include "ui/plot_drags.h"
 #include "ui/qt_picture_coder.h"
@@ -41,7 +44,7 @@ MainWindow::MainWindow(Scope& scope, const Dialogs& dialogs)
            .set_scale = [&scope](const PlotScale& scale) { scope.picture().set_scale(scale); },
            .take_changed = [&scope] { return scope.picture().take_changed(); }},
           scope.panel())),
-      tools_(scope.tools(), driver_, *this) {
+      tools_(scope.tools(), driver_, *this, plot()) {
     setWindowTitle(u"Kv408 - Tarvo  V1.6"_s);
     lay_out();
     const QSize room = screen()->availableSize() - QSize(0, title_bar_height);
@@ -49,6 +52,7 @@ MainWindow::MainWindow(Scope& scope, const Dialogs& dialogs)
     take_plot_drags(plot(), driver_);
     listen_to_settings();
     follow(scope.calibration_form(), *this, plot(), driver_);
+    scope.help().on_topic([] { return manual_topic(QApplication::focusWidget()); });
     driver_.on_return([this] { entry_returned(); });
     scope.picture().on_drawn([this](Columns /*columns*/) { plot().show_changes(); });
     timer_.setObjectName(u"Timer1"_s);
@@ -62,6 +66,7 @@ MainWindow::MainWindow(Scope& scope, const Dialogs& dialogs)
 
 MainWindow::~MainWindow() {
     scope_.picture().on_drawn({});
+    scope_.help().on_topic({});
     scope_.settings_dialog().on_show({});
     scope_.settings_dialog().on_close({});
 }
@@ -117,7 +122,8 @@ void MainWindow::lay_out() {
     auto* const halves = new WindowHalves(screen_, controls);
     const ViewActions view(*this, *halves);
     full_screen_ = view.full_screen;
-    fill_menus(*menuBar(), driver_, {copy, copy_scaled}, {view.full_screen, view.hide_panel});
+    fill_menus(*menuBar(), driver_, {copy, copy_scaled, &tools_.copy_table()},
+               {view.full_screen, view.hide_panel});
     setCentralWidget(halves);
     new LoadingNote(scope_.loading(), *this);
 }

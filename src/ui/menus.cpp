@@ -79,8 +79,14 @@ void fill_menus(QMenuBar& bar, ScopeDriver& driver, const QList<QAction*>& copyi
         {u"&Statistics"_s, u"Shows mean, deviation and extremes of the measured values"_s});
 
     QMenu& help = add_menu(bar, u"&Help"_s);
-    add(help, panel.menuhelp, driver, {u"&Help"_s, u"Has no function in this version"_s});
-    add(help, panel.menuabout, driver, {u"&About"_s, u"Has no function in this version"_s});
+    QAction* const manual =
+        add(help, panel.menuhelp, driver,
+            {u"&Help"_s, u"Opens the manual at the page that tells of where the keyboard is"_s,
+             QKeySequence::HelpContents});
+    // In each window.
+    manual->setShortcutContext(Qt::ApplicationShortcut);
+    add(help, panel.menuabout, driver,
+        {u"&About"_s, u"Version, licences, and where settings and manual lie"_s});
     help.addSeparator();
     add(help, panel.exportdata, driver,
         {u"&Export Data..."_s, u"Saves the sweep that is shown to a file"_s});

@@ -4,8 +4,24 @@
 #include <utility>
 
 #include <QCoreApplication>
+#include <QDesktopServices>
+#include <QFile>
+#include <QUrl>
 
 namespace kv408::ui {
+namespace {
+
+/// Opens `page` with what the desktop has for it.
+bool browse(const std::filesystem::path& page) {
+#ifdef Q_OS_WIN
+    const QString name = QString::fromStdWString(page.wstring());
+#else
+    const QString name = QFile::decodeName(page.c_str());
+#endif
+    return QDesktopServices::openUrl(QUrl::fromLocalFile(name));
+}
+
+} // namespace
 
 Program::Program(Clock& clock, Bridge& bridge, Files& files, const Places& places,
                  Diagnose diagnose)
@@ -17,7 +33,8 @@ Program::Program(Clock& clock, Bridge& bridge, Files& files, const Places& place
                      .choosers = choosers_,
                      .places = places,
                      .coder = coder_,
-                     .diagnose = std::move(diagnose)}),
+                     .diagnose = std::move(diagnose),
+                     .browse = browse}),
       window_(scope_, {.boxes = boxes_, .choosers = choosers_}) {
     boxes_.set_window(&window_);
     messages_.set_window(&window_);

@@ -1,12 +1,69 @@
 #include "ui/tool_windows.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
+
+#include "ui/export_window.h"
+#include "ui/record_window.h"
+#include "ui/tool_widgets.h"
+
 namespace kv408::ui {
+namespace {
 
-ToolWindows::ToolWindows(Tools& tools, ScopeDriver& driver, QWidget& owner)
-    : tools_(tools), driver_(driver), owner_(owner) {}
+using namespace Qt::StringLiterals;
 
-ToolWindows::~ToolWindows() = default;
+QAction& make_copy_table(Tools& tools, QWidget& owner) {
+    auto* const action = new QAction(u"Copy &Table"_s, &owner);
+    action->setObjectName(u"copyTable"_s);
+    action->setToolTip(u"Copies the sweep that is shown as a table to the clipboard"_s);
+    action->setShortcut(QKeySequence(u"Ctrl+Shift+C"_s));
+    QObject::connect(action, &QAction::triggered, action, [&tools] {
+        const std::string table = tools.export_dialog().clipboard_text();
+        if (!table.empty()) {
+            QGuiApplication::clipboard()->setText(QString::fromStdString(table));
+        }
+    });
+    return *action;
+}
 
-void ToolWindows::close() {}
+} // namespace
+
+ToolWindows::ToolWindows(Tools& tools, ScopeDriver& driver, QWidget& owner, const QWidget& plot)
+    : tools_(tools), driver_(driver), owner_(owner), plot_(plot),
+      copy_table_(make_copy_table(tools, owner)) {
+    tools.export_dialog().on_show([this] { show_export(); });
+    tools.record_dialog().on_show([this] { show_recording(); });
+}
+
+ToolWindows::~ToolWindows() {
+    tools_.export_dialog().on_show({});
+    tools_.record_dialog().on_show({});
+}
+
+void ToolWindows::show_export() {
+    if (!export_) {
+        export_ = new ExportWindow(tools_.export_dialog(), driver_, copy_table_, &owner_);
+    }
+    present_beside(*export_, owner_, plot_);
+}
+
+void ToolWindows::show_recording() {
+    if (!tools_.record_dialog().is_open()) {
+        recording_->hide();
+        return;
+    }
+    if (!recording_) {
+        recording_ = new RecordWindow(tools_.record_dialog(), driver_, &owner_);
+    }
+    present_beside(*recording_, owner_, plot_);
+}
+
+void ToolWindows::close() {
+    for (QWidget* const window : {export_.data(), recording_.data()}) {
+        if (window != nullptr) {
+            window->hide();
+        }
+    }
+}
 
 } // namespace kv408::ui

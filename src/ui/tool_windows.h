@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QAction>
 #include <QPointer>
 #include <QWidget>
 
@@ -11,19 +12,30 @@ namespace kv408::ui {
 /// The windows of the tools, each made when it is opened first.
 class ToolWindows {
 public:
-    /// Shows `tools` in windows over `owner`; all of them outlive this.
-    ToolWindows(Tools& tools, ScopeDriver& driver, QWidget& owner);
+    /// Shows `tools` in windows over `owner` that leave its part `plot` in sight; all of them
+    /// outlive this.
+    ToolWindows(Tools& tools, ScopeDriver& driver, QWidget& owner, const QWidget& plot);
     ~ToolWindows();
     ToolWindows(const ToolWindows&) = delete;
     ToolWindows& operator=(const ToolWindows&) = delete;
+
+    /// The menu entry that copies the sweep as a table to the clipboard.
+    [[nodiscard]] QAction& copy_table() { return copy_table_; }
 
     /// Closes all of them.
     void close();
 
 private:
+    void show_export();
+    void show_recording();
+
     Tools& tools_;
     ScopeDriver& driver_;
     QWidget& owner_;
+    const QWidget& plot_;
+    QAction& copy_table_;
+    QPointer<QWidget> export_;
+    QPointer<QWidget> recording_;
 };
 
 } // namespace kv408::ui

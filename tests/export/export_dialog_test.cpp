@@ -131,7 +131,9 @@ TEST(ExportDialog, AFailureIsToldWithPathAndReason) {
     rig.dialog.open("/data");
     rig.files.refusal = "No space left on device";
     rig.controls.cmdExport.click();
-    EXPECT_EQ(rig.saved(), std::string(csv_name) + " could not be saved: No space left on device");
+    const std::string told = std::string(csv_name) + " could not be saved: No space left on device";
+    EXPECT_EQ(rig.boxes.texts(), std::vector{told});
+    EXPECT_EQ(rig.saved(), told) << "and stays to be read";
     EXPECT_TRUE(rig.files.files.empty());
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <atomic>
 #include <future>
+#include <sstream>
 
 #include <gtest/gtest.h>
 
@@ -71,6 +72,29 @@ TEST(RecordingText, KeepsItsColumnsWhateverIsOn) {
               std::string::npos);
 }
 
+TEST(RecordingText, NoLineCrossesAPage) {
+    const std::string line(38, 'x');
+    EXPECT_EQ(fill_pages(line + '\n', 4096 - 39), line + '\n') << "up to the end of a page";
+    EXPECT_EQ(fill_pages(line + '\n', 4096 - 41), line + '\n') << "a comment has room behind it";
+    EXPECT_EQ(fill_pages(line + '\n', 4096 - 40), "#" + std::string(38, ' ') + '\n' + line + '\n');
+    EXPECT_EQ(fill_pages(line + '\n', 2 * 4096 - 3), "# \n" + line + '\n');
+    EXPECT_EQ(fill_pages(line + '\n', 4096), line + '\n');
+    std::string lines;
+    std::string kept;
+    for (int length = 1; length < 400; ++length) {
+        lines += std::string(static_cast<std::size_t>(length), 'x') + '\n';
+    }
+    const std::string text = fill_pages(lines, 55);
+    for (std::size_t end = 4096 - 55; end < text.size(); end += 4096) {
+        EXPECT_EQ(text[end - 1], '\n') << end;
+    }
+    std::istringstream read(text);
+    for (std::string each; std::getline(read, each);) {
+        kept += each.front() == '#' ? std::string() : each + '\n';
+    }
+    EXPECT_EQ(kept, lines);
+}
+
 /// A folder for recordings on the machine's files.
 struct RecordingFolder {
     [[nodiscard]] std::filesystem::path path(const std::string& name) const {
@@ -91,7 +115,7 @@ TEST(OneRecordingFile, HoldsEachSweepAsSoonAsItIsAdded) {
     RecordingText text;
     for (int sweep = 0; sweep < 3; ++sweep) {
         EXPECT_EQ(file.add(exported(block_sweep())).status, FileStatus::done);
-        wanted += text.lines(exported(block_sweep()));
+        wanted += fill_pages(text.lines(exported(block_sweep())), wanted.size());
         EXPECT_EQ(content(on.path("run.csv")), wanted) << "while the recording goes on";
     }
 }

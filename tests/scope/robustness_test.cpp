@@ -309,10 +309,11 @@ TEST(Robustness, ASetUpWithoutAnyAnswerEndsWithinItsTimeOuts) {
     EXPECT_TRUE(program.boxes.shown.empty());
 }
 
-TEST(Robustness, TheEntriesWithoutFunctionDoNothing) {
+TEST(Robustness, HelpAboutAndExportTouchNeitherInstrumentNorState) {
     Program program;
     ASSERT_TRUE(program.scope.start());
     program.ticks(4);
+    const std::size_t written = program.files.written.size();
     const std::size_t operations = program.log.operations.size();
     program.scope.act([&] {
         program.scope.panel().menuabout.click();
@@ -320,7 +321,9 @@ TEST(Robustness, TheEntriesWithoutFunctionDoNothing) {
         program.scope.panel().exportdata.click();
     });
     EXPECT_EQ(program.log.operations.size(), operations);
-    EXPECT_TRUE(program.boxes.shown.empty());
+    EXPECT_EQ(program.boxes.texts(),
+              (std::vector<std::string>{"Kv408 1.6.0", "The manual has not been found."}));
+    EXPECT_EQ(program.files.written.size(), written);
     EXPECT_EQ(program.status(), "Running");
 }
 

@@ -55,6 +55,8 @@ private Q_SLOTS:
     void settings() { show_settings(gallery_); }
     void snapshots() { show_snapshots(gallery_); }
     void messages() { show_messages(gallery_); }
+    void exporting() { show_export(gallery_); }
+    void recording() { show_recording(gallery_); }
     void they_are_those_of_the_manual();
 };
 

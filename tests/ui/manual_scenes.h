@@ -21,5 +21,7 @@ void show_linearity(Gallery& gallery);
 void show_settings(Gallery& gallery);
 void show_snapshots(Gallery& gallery);
 void show_messages(Gallery& gallery);
+void show_export(Gallery& gallery);
+void show_recording(Gallery& gallery);
 
 } // namespace kv408::ui

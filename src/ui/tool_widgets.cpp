@@ -1,0 +1,36 @@
+#include "ui/tool_widgets.h"
+
+#include <utility>
+
+#include "ui/window_places.h"
+
+namespace kv408::ui {
+
+QLabel* make_told(WidgetMaker& make, Label& control, const Words& words) {
+    QLabel* const line = make.label(control, words);
+    line->setTextFormat(Qt::PlainText);
+    line->setWordWrap(true);
+    line->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    return line;
+}
+
+QPushButton* make_plain_button(QWidget& window, const QString& name, const QString& caption,
+                               const Words& words, std::function<void()> pressed) {
+    auto* const button = new QPushButton(caption, &window);
+    button->setObjectName(name);
+    button->setAutoDefault(false);
+    describe(*button, words);
+    QObject::connect(button, &QPushButton::clicked, button, std::move(pressed));
+    return button;
+}
+
+void present_beside(QWidget& window, const QWidget& main_window, const QWidget& keep) {
+    if (!window.isVisible()) {
+        put_beside(window, main_window, keep);
+    }
+    window.show();
+    window.raise();
+    window.activateWindow();
+}
+
+} // namespace kv408::ui

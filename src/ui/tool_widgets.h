@@ -1,0 +1,26 @@
+#pragma once
+
+// What the windows of the tools have in common.
+
+#include <functional>
+
+#include <QLabel>
+#include <QPushButton>
+
+#include "ui/widget_maker.h"
+
+namespace kv408::ui {
+
+/// A text of `control` that may be long: broken into lines, to be selected and copied.
+[[nodiscard]] QLabel* make_told(WidgetMaker& make, Label& control, const Words& words);
+
+/// A button of `window` named `name` that no control stands behind: it does `pressed`.
+[[nodiscard]] QPushButton* make_plain_button(QWidget& window, const QString& name,
+                                             const QString& caption, const Words& words,
+                                             std::function<void()> pressed);
+
+/// Shows `window` and brings it to the front; one that is not shown yet gets its place beside
+/// `main_window`, so that `keep`, a part of that, is seen.
+void present_beside(QWidget& window, const QWidget& main_window, const QWidget& keep);
+
+} // namespace kv408::ui

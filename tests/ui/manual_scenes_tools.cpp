@@ -1,0 +1,53 @@
+// The pictures of export and recording.
+
+#include "manual_scenes.h"
+
+#include "export/export_dialog.h"
+#include "export/record_dialog.h"
+
+namespace kv408::ui {
+namespace {
+
+/// The window `name` of the program, as large as it wants to be.
+QWidget& tool_window(SteadyProgram& on, const char* name) {
+    auto* const window = on.window().findChild<QWidget*>(QString::fromLatin1(name));
+    if (window == nullptr) {
+        qFatal("no window %s", name);
+    }
+    window->resize(window->sizeHint());
+    return *window;
+}
+
+} // namespace
+
+void show_export(Gallery& gallery) {
+    SteadyProgram on;
+    // 2026-11-16 00:09:37 UTC: an hour behind the local time.
+    on.clock.advance(std::chrono::seconds(1794787777));
+    on.start_sweeping();
+    on.ticks(10);
+    on.act([&] {
+        on.panel().mnuexport.click();
+        ExportControls& controls = on.program.scope().tools().export_dialog().controls();
+        controls.txtExportFile.set_text("/home/me/edge.csv");
+        controls.cmdExport.click();
+    });
+    gallery.add(u"export"_s, tool_window(on, "frmExport"));
+}
+
+void show_recording(Gallery& gallery) {
+    SteadyProgram on;
+    on.start_sweeping();
+    on.ticks(10);
+    on.act([&] {
+        on.panel().mnurecord.click();
+        RecordControls& controls = on.program.scope().tools().record_dialog().controls();
+        controls.cmbRecordPace.set_index(2);
+        controls.txtRecordPace.set_text("10");
+        controls.txtRecordCount.set_text("360");
+        controls.txtRecordFile.set_text("/home/me/drift.csv");
+    });
+    gallery.add(u"record"_s, tool_window(on, "frmRecord"));
+}
+
+} // namespace kv408::ui
