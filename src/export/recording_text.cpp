@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 
 #include "export/csv.h"
 #include "export/number_text.h"
@@ -29,7 +30,8 @@ std::string fill_pages(std::string_view lines, std::uintmax_t at) {
     while (!lines.empty()) {
         const std::size_t length = std::min(lines.find('\n'), lines.size() - 1) + 1;
         const std::uintmax_t room = page - (at + text.size()) % page;
-        // What is left behind a line has room for a comment, or there is nothing left.
+        // What is left behind a line has room for a comment, or there is nothing
+        // left.
         const bool fits = length == room || length + shortest_comment <= room;
         if (!fits && room >= shortest_comment && length <= page - shortest_comment) {
             text += '#';
@@ -42,6 +44,17 @@ std::string fill_pages(std::string_view lines, std::uintmax_t at) {
     return text;
 }
 
+std::string_view NumberTexts::of(double value) {
+    constexpr std::uint64_t spreading = 0x9E3779B97F4A7C15U;
+    constexpr unsigned bits = 64;
+    const auto key = std::bit_cast<std::uint64_t>(value);
+    Kept& kept = kept_[(key * spreading) >> (bits - index_bits)];
+    if (kept.text.empty() || kept.value != key) {
+        kept = {.value = key, .text = number_text(value)};
+    }
+    return kept.text;
+}
+
 std::string RecordingText::lines(const ExportedSweep& sweep) {
     std::string comments = set_up_comments(sweep);
     std::string text;
@@ -49,22 +62,27 @@ std::string RecordingText::lines(const ExportedSweep& sweep) {
         text = comments;
         comments_ = std::move(comments);
     }
+    std::array<const ExportedChannel*, names.size()> channels = {};
     std::size_t points = 0;
     for (const ExportedChannel& channel : sweep.channels) {
+        const auto* const place = std::find(names.begin(), names.end(), channel.name);
+        if (place != names.end()) {
+            channels.at(static_cast<std::size_t>(place - names.begin())) = &channel;
+        }
         points = std::max(points, channel.mv.size());
     }
     const std::string front = std::to_string(sweep.number) + ',' + sweep.date;
+    constexpr std::size_t usual_numbers = 48;
+    text.reserve(text.size() + points * (front.size() + usual_numbers));
     for (std::size_t point = 0; point < points; ++point) {
         text += front;
-        for (const std::string_view name : names) {
-            const auto channel = std::find_if(
-                sweep.channels.begin(), sweep.channels.end(),
-                [name](const ExportedChannel& candidate) { return candidate.name == name; });
-            const bool there = channel != sweep.channels.end() && point < channel->mv.size();
-            text += ',';
-            text += there ? number_text(channel->time(point)) : std::string();
-            text += ',';
-            text += there ? number_text(channel->volts(point)) : std::string();
+        for (const ExportedChannel* const channel : channels) {
+            if (channel == nullptr || point >= channel->mv.size()) {
+                text += ",,";
+                continue;
+            }
+            text.append(1, ',').append(numbers_.of(channel->time(point)));
+            text.append(1, ',').append(numbers_.of(channel->volts(point)));
         }
         text += '\n';
     }

@@ -33,7 +33,7 @@ struct Calibrating : SteadyProgram {
 
 /// The dialog as it stands open.
 QWidget& dialog_of(SteadyProgram& on) {
-    auto* const dialog = on.window().findChild<SettingsWindow*>();
+    auto* const dialog = on.window().findChild<SettingsWindow*>(u"frmSettings"_s);
     if (dialog == nullptr) {
         qFatal("no settings dialog");
     }

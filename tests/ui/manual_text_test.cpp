@@ -155,7 +155,7 @@ void ManualTextTest::captions_are_told_of() {
     if (window == u"calibration"_s) {
         top = on.widget("frmcalibration");
     } else if (window == u"settings"_s) {
-        top = on.window().findChild<SettingsWindow*>();
+        top = on.window().findChild<SettingsWindow*>(u"frmSettings"_s);
     } else if (window == u"export"_s) {
         top = on.window().findChild<QWidget*>(u"frmExport"_s);
     } else if (window == u"record"_s) {

@@ -22,7 +22,8 @@ struct OpenSettings : ProgramOnBench {
 
     /// The open dialog; none while it is closed.
     [[nodiscard]] SettingsWindow* shown() {
-        for (auto* const dialog : window().findChildren<SettingsWindow*>()) {
+        for (auto* const dialog :
+             window().findChildren<SettingsWindow*>(QString::fromLatin1("frmSettings"))) {
             if (dialog->isVisible()) {
                 return dialog;
             }

@@ -119,7 +119,7 @@ void PanelWalk::step() {
 
 QWidget* PanelWalk::any_window() {
     MainWindow& window = program_.window();
-    auto* const settings = window.findChild<SettingsWindow*>();
+    auto* const settings = window.findChild<SettingsWindow*>(u"frmSettings"_s);
     auto* const calibration = window.findChild<QWidget*>(u"frmcalibration"_s);
     if (settings != nullptr && settings->isVisible() && chance(25)) {
         return settings;

@@ -221,7 +221,7 @@ QStringList view_differences(QWidget& window, Scope& scope) {
     View main(window);
     main.compare(scope.panel().all);
     QStringList all = main.differences();
-    auto* const settings = window.findChild<SettingsWindow*>();
+    auto* const settings = window.findChild<SettingsWindow*>(u"frmSettings"_s);
     const bool open = settings != nullptr && settings->isVisible();
     if (open != scope.settings_dialog().is_open()) {
         all.append(u"the settings dialog is open or closed without its window"_s);

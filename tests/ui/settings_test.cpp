@@ -80,7 +80,7 @@ void SettingsTest::a_second_opening_raises_the_one() {
     QTest::keyClick(&on.in_dialog("persist"), Qt::Key_End);
     QVERIFY(on.open_settings());
     QCOMPARE(on.shown(), first);
-    QCOMPARE(on.window().findChildren<SettingsWindow*>().size(), 1);
+    QCOMPARE(on.window().findChildren<SettingsWindow*>(u"frmSettings"_s).size(), 1);
     QCOMPARE(on.in_dialog<QSlider>("persist").value(), 9);
 }
 
@@ -223,7 +223,7 @@ void SettingsTest::cancel_escape_and_the_frame_put_the_colours_back() {
     QCOMPARE(on.colours(), ColourTable{});
     QCOMPARE(on.text_colour("ch1text"), factory_yellow);
     QCOMPARE(on.program.scope().parts().settings.snapshotpath, path);
-    QTRY_COMPARE(on.window().findChildren<SettingsWindow*>().size(), 0);
+    QTRY_COMPARE(on.window().findChildren<SettingsWindow*>(u"frmSettings"_s).size(), 0);
     QVERIFY(on.open_settings());
 }
 
