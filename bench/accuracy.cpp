@@ -39,14 +39,14 @@ std::string deviation_text(std::string_view name, double value) {
 }
 
 /// The part of what is allowed that the deviation takes, in percent.
-double used(const MeasuredValue& value) {
+double used(const KnownValue& value) {
     return 100.0 * std::fabs(value.value - value.truth) / value.allowed;
 }
 
 /// The cell in which a measurement of a channel agrees worst.
 struct Worst {
     std::string where;
-    MeasuredValue value = {};
+    KnownValue value = {};
     int failed = 0;
 };
 
@@ -56,7 +56,7 @@ struct Findings {
     std::map<std::pair<int, std::string>, Worst> worst;
     std::vector<std::string> failures;
 
-    void take(const std::string& where, const MeasuredValue& value) {
+    void take(const std::string& where, const KnownValue& value) {
         Worst& kept = worst[{value.channel, std::string(value.name)}];
         if (kept.where.empty() || used(value) > used(kept.value)) {
             kept.where = where;
@@ -108,9 +108,9 @@ constexpr const char* more_noise =
     "hundred samples on a\nlevel the outermost one then lies about three codes off, and six codes "
     "are 1 mV there, 1.25 % of the\nscreen.\n";
 
-void print_cell(const std::string& where, const std::vector<MeasuredValue>& values) {
+void print_cell(const std::string& where, const std::vector<KnownValue>& values) {
     std::printf("| %s |", where.c_str());
-    for (const MeasuredValue& value : values) {
+    for (const KnownValue& value : values) {
         std::printf(" %s / %s%s |", text_of(value.name, value.truth).c_str(),
                     text_of(value.name, value.value).c_str(), value.holds() ? "" : " **!**");
     }
@@ -165,14 +165,14 @@ struct Table {
                 where += volts.text;
                 cells.emplace_back(where, MeasuredCell(row, volts, noise_codes).values());
                 ++findings.cells;
-                for (const MeasuredValue& value : cells.back().second) {
+                for (const KnownValue& value : cells.back().second) {
                     findings.take(where, value);
                 }
             }
         }
     }
 
-    std::vector<std::pair<std::string, std::vector<MeasuredValue>>> cells;
+    std::vector<std::pair<std::string, std::vector<KnownValue>>> cells;
     Findings findings;
 };
 

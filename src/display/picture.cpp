@@ -61,13 +61,16 @@ void Picture::makegrid() {
     grid_background_ = pixel_of(inputs_.colours.background);
     grid_colour_ = pixel_of(inputs_.colours.grid);
     grid_dotted_ = inputs_.panel.gridenable.checked();
-    draw_grid();
+    draw_backdrop();
     everything_changed_ = true;
 }
 
-void Picture::draw_grid() {
+void Picture::draw_backdrop() {
     draw_graticule(UnitPainter(Canvas(grid_), scale_), grid_background_, grid_colour_,
                    grid_dotted_);
+    for (const ReferenceLook& reference : drawn_.references) {
+        draw_reference(grid_, scale_, reference);
+    }
     inked_.add_all(); // what is shown has the grid of before
 }
 
@@ -83,6 +86,10 @@ void Picture::movepersistance() {
     history_changed_ = true;
 }
 
+void Picture::set_references(std::vector<ShownReference> references) {
+    references_ = std::move(references);
+}
+
 void Picture::rescale(const PlotScale& scale) {
     scale_ = scale;
     grid_ = surface_of(scale);
@@ -95,7 +102,7 @@ void Picture::rescale(const PlotScale& scale) {
         trace.trace.rescale(scale);
         trace.changed = DirtyColumns(scale.width());
     }
-    draw_grid();
+    draw_backdrop();
     due_ = DirtyColumns(scale.width());
     due_.add({0, scale.width()});
 }
@@ -153,7 +160,12 @@ const Surface& Picture::surface() {
 }
 
 Picture::Drawn Picture::drawn() const {
-    Drawn result{drawn_.background, grid_colour_, grid_dotted_, {}, drawn_.overlays};
+    Drawn result{.background = drawn_.background,
+                 .grid = grid_colour_,
+                 .dotted = grid_dotted_,
+                 .references = drawn_.references,
+                 .traces = {},
+                 .overlays = drawn_.overlays};
     for (std::size_t index = 0; index < traces_.size(); ++index) {
         const TraceContent& trace = drawn_.traces[index];
         result.traces.push_back({&traces_[index].trace, trace.look, trace.gap});
@@ -184,7 +196,11 @@ void Picture::draw(unsigned flags) {
     }
     const Content next = content(flags);
     add_columns_to_compose(next);
+    const bool backdrop_changed = next.references != drawn_.references;
     drawn_ = next;
+    if (backdrop_changed) {
+        draw_backdrop();
+    }
     everything_changed_ = false;
     history_changed_ = false;
     for (ChannelTrace& trace : traces_) {
@@ -257,9 +273,21 @@ Overlays Picture::overlays_of(unsigned flags) const {
     return overlays;
 }
 
+std::vector<ReferenceLook> Picture::reference_looks() const {
+    std::vector<ReferenceLook> looks;
+    for (const ShownReference& reference : references_) {
+        if (const auto screen =
+                reference_screen(inputs_.panel, inputs_.channels, reference.curve->channel)) {
+            looks.push_back({reference.curve, *screen, pixel_of(reference.colour)});
+        }
+    }
+    return looks;
+}
+
 Picture::Content Picture::content(unsigned flags) const {
     Content next;
     next.background = pixel_of(inputs_.colours.background);
+    next.references = reference_looks();
     next.overlays = overlays_of(flags);
     for (const ChannelTrace& trace : traces_) {
         const TraceLook look = look_of(trace, flags);
@@ -270,7 +298,7 @@ Picture::Content Picture::content(unsigned flags) const {
 
 void Picture::add_columns_to_compose(const Content& next) {
     bool everything = everything_changed_ || next.background != drawn_.background ||
-                      next.overlays != drawn_.overlays;
+                      next.references != drawn_.references || next.overlays != drawn_.overlays;
     for (std::size_t index = 0; index < traces_.size(); ++index) {
         const TraceContent& now = next.traces[index];
         const TraceContent& before = drawn_.traces[index];

@@ -7,6 +7,7 @@
 #include "display/dirty_columns.h"
 #include "display/overlays.h"
 #include "display/persistence_colours.h"
+#include "display/reference_lines.h"
 #include "display/surface.h"
 #include "display/tiles.h"
 #include "display/trace.h"
@@ -21,6 +22,7 @@
 #include "state/display_settings.h"
 #include "state/measurement_state.h"
 #include "state/program_state.h"
+#include "state/reference_curve.h"
 #include "state/samples.h"
 #include "state/trigger_state.h"
 
@@ -42,11 +44,12 @@ struct PictureInputs {
 
 /// The picture of the plot area: 641 by 513 pixels at natural size, more at a larger scale.
 ///
-/// It is composed in layers, each of which draws over the ones before: the grid, the traces with
-/// CH1's on top, the cursor lines, the marks of the annotated measurement, the trigger-level line.
-/// A layer draws onto a canvas that may be limited to some columns, and what it draws from is part
-/// of the `Content` or of the traces' points; so a draw composes only the columns whose pixels can
-/// have changed since the draw before, with the same pixels as composing all of them.
+/// It is composed in layers, each of which draws over the ones before: the grid with the references
+/// on it, the traces with CH1's on top, the cursor lines, the marks of the annotated measurement,
+/// the trigger-level line. A layer draws onto a canvas that may be limited to some columns, and
+/// what it draws from is part of the `Content` or of the traces' points; so a draw composes only
+/// the columns whose pixels can have changed since the draw before, with the same pixels as
+/// composing all of them.
 class Picture : public Screen {
 public:
     /// A picture of `inputs` with an empty grid and no points.
@@ -80,12 +83,17 @@ public:
     /// The picture as it is at natural size, 641 by 513.
     [[nodiscard]] Surface at_natural_size();
 
+    /// Shows `references` under the traces from the next draw on, the last on top.
+    void set_references(std::vector<ShownReference> references);
+    [[nodiscard]] const std::vector<ShownReference>& references() const { return references_; }
+
     /// What the picture shows, in units of the plot, for those who draw it in their own way.
     struct Drawn {
         Pixel background = 0;
         Pixel grid = 0;
-        bool dotted = false;           ///< the graticule has its dots and ticks
-        std::vector<TraceView> traces; ///< the one that lies on top last; gaps in units
+        bool dotted = false;                   ///< the graticule has its dots and ticks
+        std::vector<ReferenceLook> references; ///< the one that lies on top last
+        std::vector<TraceView> traces;         ///< the one that lies on top last; gaps in units
         Overlays overlays;
     };
 
@@ -114,6 +122,7 @@ private:
     struct Content {
         std::vector<TraceContent> traces; ///< as `traces_`
         Pixel background = 0;
+        std::vector<ReferenceLook> references; ///< as `references_`, those that have a place
         Overlays overlays;
 
         friend bool operator==(const Content&, const Content&) = default;
@@ -135,9 +144,10 @@ private:
     [[nodiscard]] Columns gap_of(const Trace& trace) const;
     [[nodiscard]] Columns pixels_of(Columns units) const;
     [[nodiscard]] Overlays overlays_of(unsigned flags) const;
+    [[nodiscard]] std::vector<ReferenceLook> reference_looks() const;
     [[nodiscard]] Content content(unsigned flags) const;
     void rescale(const PlotScale& scale);
-    void draw_grid();
+    void draw_backdrop();
     void add_columns_to_compose(const Content& next);
     void compose_what_is_due();
     void compose(Columns columns);
@@ -152,7 +162,8 @@ private:
     Pixel grid_background_ = pixel_of(Colour{}); ///< what the grid was drawn with last
     Pixel grid_colour_ = pixel_of(Colour{});
     bool grid_dotted_ = false;
-    Surface grid_;
+    std::vector<ShownReference> references_;
+    Surface grid_; ///< with the references that were drawn last
     Surface display_;
     Tiles inked_;   ///< all that differs on `display_` from the grid, and maybe more
     Tiles changed_; ///< all that may have changed there since it was asked for

@@ -51,7 +51,8 @@ TextLine result_line(const MeasurementControls& slot) {
 
 } // namespace
 
-std::vector<TextLine> scale_lines(const FrontPanel& panel, const LocalTime& time) {
+std::vector<TextLine> scale_lines(const FrontPanel& panel, const LocalTime& time,
+                                  const std::vector<ShownReference>& references) {
     std::vector<TextLine> lines = {
         {piece(panel.tdivtext, panel.seltimediv.text()), piece(panel.tdivtext, date_text(time))}};
     for (std::size_t index = 0; index < panel.channel.size(); ++index) {
@@ -66,6 +67,9 @@ std::vector<TextLine> scale_lines(const FrontPanel& panel, const LocalTime& time
                 lines.push_back(std::move(line));
             }
         }
+    }
+    for (const ShownReference& reference : references) {
+        lines.push_back({{.text = reference.caption, .colour = reference.colour}});
     }
     return lines;
 }

@@ -56,6 +56,27 @@ bool ends_in_separator(const std::string& folder) {
            folder.ends_with(static_cast<char>(std::filesystem::path::preferred_separator));
 }
 
+/// `folder` with a separator at its end.
+std::string as_folder(std::string folder) {
+    if (!ends_in_separator(folder)) {
+        folder.push_back(static_cast<char>(std::filesystem::path::preferred_separator));
+    }
+    return folder;
+}
+
+/// Makes a file of `bytes` called `name` in `folder`, as `path`. Several within a second: the
+/// further ones get a number.
+FileResult create_numbered(Files& files, const std::string& folder, const std::string& name,
+                           const std::string& bytes, std::string& path) {
+    constexpr int most = 9999;
+    FileResult result = {.status = FileStatus::exists};
+    for (int count = 1; result.status == FileStatus::exists && count <= most; ++count) {
+        path = folder + numbered(name, count);
+        result = files.create(path_of_text(path), bytes);
+    }
+    return result;
+}
+
 } // namespace
 
 std::string snapshot_name(const LocalTime& time) {
@@ -84,25 +105,27 @@ Surface Snapshot::finished(Surface image) const {
 }
 
 Surface Snapshot::with_scales() const {
-    return host_.coder.with_lines(plot_box(picture_, panel_),
-                                  scale_lines(panel_, host_.clock.local_time()),
-                                  panel_.picture1.back_colour().value_or(Colour{}));
+    return host_.coder.with_lines(
+        plot_box(picture_, panel_),
+        scale_lines(panel_, host_.clock.local_time(), picture_.references()),
+        panel_.picture1.back_colour().value_or(Colour{}));
+}
+
+std::function<FileResult()> Snapshot::taken() {
+    picture_.draw(draw_flags::all);
+    return [&files = host_.files, folder = as_folder(settings_.snapshotpath),
+            name = snapshot_name(host_.clock.local_time()),
+            bytes = bitmap_file(finished(plot_box(picture_, panel_)))] {
+        std::string path;
+        return create_numbered(files, folder, name, bytes, path);
+    };
 }
 
 void Snapshot::save_silently(const Surface& image, const std::string& name) {
-    std::string& folder = settings_.snapshotpath;
-    if (!ends_in_separator(folder)) {
-        folder.push_back(static_cast<char>(std::filesystem::path::preferred_separator));
-    }
-    const std::string bytes = bitmap_file(image);
-    // Several within a second: the further ones get a number.
-    constexpr int most = 9999;
-    FileResult result = {.status = FileStatus::exists};
+    settings_.snapshotpath = as_folder(settings_.snapshotpath);
     std::string path;
-    for (int count = 1; result.status == FileStatus::exists && count <= most; ++count) {
-        path = folder + numbered(name, count);
-        result = host_.files.create(path_of_text(path), bytes);
-    }
+    const FileResult result =
+        create_numbered(host_.files, settings_.snapshotpath, name, bitmap_file(image), path);
     if (result.status != FileStatus::done) {
         tell_failure(result);
         return;
@@ -117,7 +140,8 @@ void Snapshot::save_by_dialog(const std::string& name) {
     const Surface scaled = with_scales();
     const Surface shown = shown_plot_box(picture_, panel_);
     const std::string vectors = svg_file(
-        picture_, panel_, scale_lines(panel_, host_.clock.local_time()), settings_.snapshotinvert);
+        picture_, panel_, scale_lines(panel_, host_.clock.local_time(), picture_.references()),
+        settings_.snapshotinvert);
     const auto chosen = host_.choosers.save_file({.title = "Save Snapshot",
                                                   .filter = picture_file_kinds,
                                                   .default_name = name,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <string>
 
 #include "display/picture.h"
@@ -40,6 +41,10 @@ public:
     /// with the scales under it if he likes. A file that is there already is overwritten only
     /// where the user says so. What went wrong is told in a message.
     void Command1_Click();
+
+    /// The plot as it is now, inverted where the settings say so: what it gives saves it into the
+    /// snapshot folder without asking or telling anything, on any thread and as often as called.
+    [[nodiscard]] std::function<FileResult()> taken();
 
     /// The plot as it is now, not inverted, with the scales under it.
     [[nodiscard]] Surface with_scales() const;

@@ -124,6 +124,14 @@ void write_graticule(Writer& writer, const Picture::Drawn& drawn) {
     writer.path(data, drawn.grid);
 }
 
+void write_reference(Writer& writer, const ReferenceLook& look) {
+    std::string data;
+    for (const ReferencePoint& point : on_screen(*look.curve, look.screen)) {
+        data += Writer::place(data.empty() ? "M" : "L", point.column, point.row);
+    }
+    writer.path(data, look.colour, " stroke-linejoin=\"round\"");
+}
+
 void write_generation(Writer& writer, const TraceView& view, int layer) {
     std::string data;
     bool pen_down = false;
@@ -225,6 +233,9 @@ std::string svg_file(const Picture& picture, const FrontPanel& panel,
     writer.raw(R"(<rect x="-0.5" y="-0.5" width="641" height="513" fill=")" +
                writer.colour(drawn.background) + "\"/>");
     write_graticule(writer, drawn);
+    for (const ReferenceLook& reference : drawn.references) {
+        write_reference(writer, reference);
+    }
     for (const TraceView& view : drawn.traces) {
         for (int layer = layers_of(view.look) - 1; layer >= 0; --layer) {
             if (layer_colour(view.look, layer) != drawn.background) {

@@ -6,19 +6,13 @@
 #include "state/trace_mapping.h"
 
 namespace kv408 {
-namespace {
-
-constexpr double top_row = 1.0;
-constexpr double bottom_row = 511.0;
-
-} // namespace
 
 TracePoint map_sample(const ChannelState& channel, std::uint16_t code, int index) {
     const std::int64_t x = index + trace_shift(channel);
     return {
         static_cast<std::int32_t>(std::clamp<std::int64_t>(
             x, std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max())),
-        std::clamp(trace_row(channel, code), top_row, bottom_row)};
+        std::clamp(trace_row(channel, code), highest_row, lowest_row)};
 }
 
 Trace::Trace() {

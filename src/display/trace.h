@@ -12,6 +12,10 @@ namespace kv408 {
 /// All columns of the plot, in its units.
 inline constexpr Columns all_columns{0, plot::width};
 
+/// The rows that a trace's points are held within.
+inline constexpr double highest_row = 1.0;
+inline constexpr double lowest_row = 511.0;
+
 /// The place of sample `index` with the code `code`: higher codes lie higher, the channel's offset
 /// code lies on the centre row; y is held within 1..511.
 [[nodiscard]] TracePoint map_sample(const ChannelState& channel, std::uint16_t code, int index);

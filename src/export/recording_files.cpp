@@ -13,21 +13,26 @@ namespace kv408 {
 namespace {
 
 /// Why nothing more is written to the file at `path`; nothing where there is room.
-std::optional<SavedFile> full(const FreeSpace& space, const std::filesystem::path& path) {
+std::optional<SavedFile> full(const FreeSpace& space, const std::filesystem::path& path,
+                              std::string_view what) {
     const auto left = space(path);
     if (!left || *left > space_left_free) {
         return std::nullopt;
     }
     constexpr std::uintmax_t mebibyte = 1024ULL * 1024;
     return SavedFile{.status = FileStatus::failed,
-                     .message = shown_path(path) + ": the recording has ended because less than " +
+                     .message = shown_path(path) + ": " + std::string(what) +
+                                " has ended because less than " +
                                 std::to_string(space_left_free / mebibyte) + " MB are free"};
 }
 
-SavedFile failed(const std::filesystem::path& path, const std::string& reason) {
+SavedFile failed(const std::filesystem::path& path, std::string_view what,
+                 const std::string& reason) {
     return {.status = FileStatus::failed,
-            .message = shown_path(path) + ": the recording has ended: " + reason};
+            .message = shown_path(path) + ": " + std::string(what) + " has ended: " + reason};
 }
+
+constexpr std::string_view the_recording = "the recording";
 
 } // namespace
 
@@ -38,17 +43,25 @@ std::optional<std::uintmax_t> free_space(const std::filesystem::path& path) {
     return error ? std::nullopt : std::optional(space.available);
 }
 
-OneRecordingFile::OneRecordingFile(Files& files, std::filesystem::path path, bool over,
-                                   SavedFile& begun, FreeSpace space)
+WatchedFile::WatchedFile(Files& files, std::filesystem::path path, std::string_view beginning,
+                         bool over, SavedFile& begun, FreeSpace space)
     : path_(std::move(path)), space_(std::move(space)),
-      file_((begun = save_export(files, path_, recording_headings(), over), path_)) {}
+      file_((begun = save_export(files, path_, beginning, over), path_)) {}
 
-SavedFile OneRecordingFile::add(const ExportedSweep& sweep) {
-    if (auto refused = full(space_, path_)) {
+SavedFile WatchedFile::append(std::string_view bytes, std::string_view what) {
+    if (auto refused = full(space_, path_, what)) {
         return std::move(*refused);
     }
-    const FileResult result = file_.append(fill_pages(text_.lines(sweep), file_.size()));
-    return result.status == FileStatus::done ? SavedFile{} : failed(path_, result.reason);
+    const FileResult result = file_.append(bytes);
+    return result.status == FileStatus::done ? SavedFile{} : failed(path_, what, result.reason);
+}
+
+OneRecordingFile::OneRecordingFile(Files& files, std::filesystem::path path, bool over,
+                                   SavedFile& begun, FreeSpace space)
+    : file_(files, std::move(path), recording_headings(), over, begun, std::move(space)) {}
+
+SavedFile OneRecordingFile::add(const ExportedSweep& sweep) {
+    return file_.append(fill_pages(text_.lines(sweep), file_.size()), the_recording);
 }
 
 NumberedRecordingFiles::NumberedRecordingFiles(Files& files, std::filesystem::path path,
@@ -62,15 +75,16 @@ SavedFile NumberedRecordingFiles::add(const ExportedSweep& sweep) {
     path.replace_extension();
     path += number.data();
     path += type_.ending;
-    if (auto refused = full(space_, path)) {
+    if (auto refused = full(space_, path, the_recording)) {
         return std::move(*refused);
     }
     if (const ExportRemark remark = export_remark(type_, sweep); !remark.possible) {
-        return failed(path, remark.text);
+        return failed(path, the_recording, remark.text);
     }
     const SavedFile saved = save_export(files_, path, type_.bytes(sweep), false);
-    return saved.status == FileStatus::exists ? failed(path, "there is such a file already")
-                                              : saved;
+    return saved.status == FileStatus::exists
+               ? failed(path, the_recording, "there is such a file already")
+               : saved;
 }
 
 } // namespace kv408

@@ -5,7 +5,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <variant>
+#include <string_view>
 
 #include "export/export_type.h"
 #include "export/recorder.h"
@@ -22,6 +22,26 @@ using FreeSpace = std::function<std::optional<std::uintmax_t>(const std::filesys
 /// What a recording leaves free at least: whoever else writes there is not to run into a full disk.
 inline constexpr std::uintmax_t space_left_free = 64ULL * 1024 * 1024;
 
+/// A file that grows while the disk has room for it and for others.
+class WatchedFile {
+public:
+    /// Begins the file at `path` with `beginning`, in the place of one that is there when `over`.
+    /// `begun` says what came of it; unless done, nothing can be appended.
+    WatchedFile(Files& files, std::filesystem::path path, std::string_view beginning, bool over,
+                SavedFile& begun, FreeSpace space);
+
+    /// Appends `bytes`; not done: that `what`, "the recording", has ended, and why.
+    SavedFile append(std::string_view bytes, std::string_view what);
+
+    /// Bytes that are in it.
+    [[nodiscard]] std::uintmax_t size() const { return file_.size(); }
+
+private:
+    std::filesystem::path path_;
+    FreeSpace space_;
+    GrowingFile file_;
+};
+
 /// All sweeps in one CSV file. Whatever ends the program, the file holds whole lines up to the last
 /// sweep that was added.
 class OneRecordingFile : public RecordingTarget {
@@ -34,10 +54,8 @@ public:
     SavedFile add(const ExportedSweep& sweep) override;
 
 private:
-    std::filesystem::path path_;
-    FreeSpace space_;
     RecordingText text_;
-    GrowingFile file_;
+    WatchedFile file_;
 };
 
 /// Each sweep in a file of its own: "curve.csv" begins with "curve_000001.csv". A file that is

@@ -4,22 +4,51 @@
 #include <utility>
 
 #include "export/csv_import.h"
-#include "state/plot_geometry.h"
+#include "export/number_text.h"
+#include "export/time_per_div.h"
+#include "export/units.h"
+#include "state/channel.h"
 
 namespace kv408 {
 
-std::vector<ReferencePoint> on_screen(const ExportedChannel& curve, const ReferenceScreen& screen) {
-    constexpr double seconds_per_picosecond = 1e-12;
-    const double columns_per_picosecond = screen.columns_per_second * seconds_per_picosecond;
-    const double rows_per_mv = plot::division / screen.mv_per_division;
-    std::vector<ReferencePoint> points;
-    points.reserve(curve.mv.size());
-    for (std::size_t point = 0; point < curve.mv.size(); ++point) {
-        const double time = curve.first_time + static_cast<double>(point) * curve.interval;
-        points.push_back({.column = 1.0 + (time - screen.first_time) * columns_per_picosecond,
-                          .row = screen.zero_row - curve.mv[point] * rows_per_mv});
+namespace {
+
+/// Volts per division as the panel writes them: "0.1V", "50mV".
+std::string v_per_div_text(double volts) {
+    constexpr double least_volts = 0.1;
+    return volts >= least_volts ? number_text(volts) + "V"
+                                : number_text(volts * millivolts_per_volt) + "mV";
+}
+
+/// `sweep` with the channel at `index` alone, as a reference called `name`.
+Reference reference_of(std::string name, ExportedSweep sweep, std::size_t index) {
+    sweep.channels = {std::move(sweep.channels.at(index))};
+    const ExportedChannel& kept = sweep.channels.front();
+    auto curve = std::make_shared<const ReferenceCurve>(
+        ReferenceCurve{.channel = kept.name == "CH2" ? ch2 : ch1,
+                       .first_time = kept.first_time,
+                       .interval = kept.interval,
+                       .mv = kept.mv});
+    return {.name = std::move(name), .sweep = std::move(sweep), .curve = std::move(curve)};
+}
+
+} // namespace
+
+std::string reference_name(std::size_t place) {
+    std::string text = "R";
+    text += std::to_string(place + 1);
+    return text;
+}
+
+std::string Reference::caption() const {
+    std::string text = name;
+    if (channel().v_per_div > 0.0) {
+        text += "   " + v_per_div_text(channel().v_per_div) + "/div";
     }
-    return points;
+    if (sweep.time_per_div > 0.0) {
+        text += "   " + time_per_div_text(sweep.time_per_div) + "/div";
+    }
+    return text;
 }
 
 bool References::keep(std::size_t place, const ExportedSweep& sweep, std::string_view name) {
@@ -29,12 +58,11 @@ bool References::keep(std::size_t place, const ExportedSweep& sweep, std::string
     if (channel == sweep.channels.end()) {
         return false;
     }
-    std::string title = "R";
-    title += std::to_string(place + 1);
-    title.append(" ").append(channel->name).append(" sweep ");
+    std::string title = reference_name(place);
+    title.append(" ").append(name).append(" sweep ");
     title += std::to_string(sweep.number);
-    places_.at(place) = {
-        .name = std::move(title), .curve = *channel, .time_per_div = sweep.time_per_div};
+    places_.at(place) = reference_of(std::move(title), sweep,
+                                     static_cast<std::size_t>(channel - sweep.channels.begin()));
     return true;
 }
 
@@ -43,9 +71,7 @@ std::string References::load(std::size_t place, const std::string& name, std::st
     if (!read.sweep) {
         return read.problem;
     }
-    places_.at(place) = {.name = name,
-                         .curve = std::move(read.sweep->channels.front()),
-                         .time_per_div = read.sweep->time_per_div};
+    places_.at(place) = reference_of(reference_name(place) + " " + name, std::move(*read.sweep), 0);
     return {};
 }
 

@@ -2,41 +2,32 @@
 
 #include <array>
 #include <cstddef>
-#include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "export/exported_sweep.h"
+#include "state/reference_curve.h"
 
 namespace kv408 {
 
 /// A curve that was kept to compare the live traces with, in its own units.
 struct Reference {
-    std::string name;          ///< "R1 CH2 sweep 7" or that of the file
-    ExportedChannel curve;     ///< its points; `curve.name` is the channel that it follows
-    double time_per_div = 0.0; ///< picoseconds per division that were selected
+    std::string name;                            ///< "R1 CH2 sweep 7" or that of the file
+    ExportedSweep sweep;                         ///< with the one channel that was kept
+    std::shared_ptr<const ReferenceCurve> curve; ///< its points, for the picture
     bool shown = true;
+
+    /// What was kept of it; `name` is the channel that it follows.
+    [[nodiscard]] const ExportedChannel& channel() const { return sweep.channels.front(); }
+
+    /// What people read beside the plot: its name, volts and time per division where it knows them.
+    [[nodiscard]] std::string caption() const;
 };
 
-/// The screen of the channel that a reference follows.
-struct ReferenceScreen {
-    double mv_per_division = 0.0;    ///< selected now
-    double zero_row = 0.0;           ///< the channel's zero line, 0 the top
-    double columns_per_second = 0.0; ///< of the time base that is selected now
-    double first_time = 0.0;         ///< time of column 1 after the trigger, picoseconds
-};
-
-/// A point of a reference on the plot, in its units; it may lie outside.
-struct ReferencePoint {
-    double column;
-    double row;
-};
-
-/// `curve` as it lies on `screen`: where a live trace of the same signal would lie.
-[[nodiscard]] std::vector<ReferencePoint> on_screen(const ExportedChannel& curve,
-                                                    const ReferenceScreen& screen);
+/// What the reference in `place`, 0..3, is called: "R1" and so on.
+[[nodiscard]] std::string reference_name(std::size_t place);
 
 /// The four references of a session.
 class References {

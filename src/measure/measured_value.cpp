@@ -1,5 +1,7 @@
 #include "measure/measured_value.h"
 
+#include <array>
+
 namespace kv408 {
 
 MeasuredValue measured_value(const MeasurementRow& row, const MeasurementRecord& record,
@@ -21,6 +23,11 @@ MeasuredValue measured_value(const MeasurementRow& row, const MeasurementRecord&
         return {.value = value / columns_per_second};
     }
     return {.value = {}, .why = value == 0.0 ? row.why_zero : NoValue::no_edge};
+}
+
+std::string_view unit_name(MeasurementUnit unit) {
+    constexpr std::array<std::string_view, 3> names = {"V", "s", "Hz"};
+    return names.at(static_cast<std::size_t>(unit));
 }
 
 std::string_view reason_text(NoValue why) {

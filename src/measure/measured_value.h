@@ -22,6 +22,9 @@ struct MeasuredValue {
                                            const MeasurementRecord& record,
                                            double columns_per_second);
 
+/// What a value is counted in: "V", "s" or "Hz".
+[[nodiscard]] std::string_view unit_name(MeasurementUnit unit);
+
 /// What people read of it.
 [[nodiscard]] std::string_view reason_text(NoValue why);
 

@@ -1,7 +1,5 @@
 #include "measure/measurement_texts.h"
 
-#include <array>
-
 #include "measure/measured_value.h"
 #include "measure/measurement_rows.h"
 #include "state/engineering_format.h"
@@ -15,8 +13,7 @@ std::string text_of(const MeasurementRow& row, const MeasurementRecord& record, 
     if (!measured.value) {
         return std::string(measured.why == NoValue::too_steep ? infinitely_fast : not_measurable);
     }
-    constexpr std::array units = {"V", "s", "Hz"};
-    return engformat(*measured.value, digits) + units.at(static_cast<std::size_t>(row.unit));
+    return engformat(*measured.value, digits).append(unit_name(row.unit));
 }
 
 } // namespace

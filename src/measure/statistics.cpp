@@ -38,8 +38,7 @@ bool Statistics::same_set_up(const Sweep& sweep) const {
 
 bool Statistics::take(const Sweep& sweep, const MeasurementState& state) {
     if (!same_set_up(sweep)) {
-        reset();
-        settling_ = settling_sweeps;
+        settle();
     }
     for (std::size_t channel = 0; channel < last_.size(); ++channel) {
         last_.at(channel) = sweep.came.at(channel) ? sweep.channel.at(channel) : nullptr;
@@ -48,6 +47,7 @@ bool Statistics::take(const Sweep& sweep, const MeasurementState& state) {
         --settling_;
         return false;
     }
+    ++sweeps_;
     bool outside = false;
     for (std::size_t channel = 0; channel < last_.size(); ++channel) {
         if (!last_.at(channel)) {
@@ -71,7 +71,14 @@ bool Statistics::take(const Sweep& sweep, const MeasurementState& state) {
     return outside;
 }
 
+void Statistics::settle() {
+    reset();
+    settling_ = settling_sweeps;
+}
+
 void Statistics::reset() {
+    ++beginnings_;
+    sweeps_ = 0;
     for (auto& cells : cells_) {
         std::fill(cells.begin(), cells.end(), MeasurementStatistics{});
     }

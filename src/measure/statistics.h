@@ -49,6 +49,15 @@ public:
     /// Begins anew; the limits stay.
     void reset();
 
+    /// Begins anew, and passes over the next sweeps until their results have settled.
+    void settle();
+
+    /// How often they have begun anew.
+    [[nodiscard]] std::uint64_t beginnings() const { return beginnings_; }
+
+    /// Sweeps since they began.
+    [[nodiscard]] std::uint64_t sweeps() const { return sweeps_; }
+
     /// The statistics of row `row` of `measurement_rows` of channel index `channel`.
     [[nodiscard]] const MeasurementStatistics& of(std::size_t channel, std::size_t row) const {
         return cells_.at(channel).at(row);
@@ -67,6 +76,8 @@ private:
     std::array<std::vector<MeasurementStatistics>, 2> cells_;
     std::array<std::vector<ValueLimits>, 2> limits_;
     std::array<std::shared_ptr<const ChannelSweep>, 2> last_; ///< null for a channel that was off
+    std::uint64_t beginnings_ = 0;
+    std::uint64_t sweeps_ = 0;
     int settling_ = 0; ///< sweeps that are still to be passed over
 };
 

@@ -83,9 +83,13 @@ Parts::Parts(const Machine& machine)
                               .files = files,
                               .choosers = choosers,
                               .places = places}),
-      tools(
-          panel, sweeps,
-          {.clock = clock, .boxes = boxes, .files = files, .choosers = choosers, .places = places}),
+      tools(panel, sweeps, {.picture = picture, .snapshot = snapshot, .measurements = measurements},
+            {.clock = clock,
+             .boxes = boxes,
+             .files = files,
+             .choosers = choosers,
+             .places = places,
+             .beep = machine.beep}),
       help(panel, {.files = files, .boxes = boxes, .places = places, .browse = machine.browse},
            KV408_VERSION) {
     link.on_ending([this] { settings_file.save_at_end(false); });

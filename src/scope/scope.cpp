@@ -67,6 +67,9 @@ void Scope::tick() {
     enter([&] {
         parts_->state_machine.Timer1_Timer(exchange_under_way);
         parts_->tools.tick();
+        if (!exchange_under_way) {
+            parts_->tools.tick_over();
+        }
     });
 }
 

@@ -38,9 +38,10 @@ struct Machine {
     FileChoosers& choosers;
     Places places;
     PictureCoder& coder;
-    std::ostream& log = std::cerr; ///< receives what needs no answer, or can get none
-    Diagnose diagnose = {};        ///< what keeps the instrument from being reached
-    Browse browse = {};            ///< opens the manual
+    std::ostream& log = std::cerr;   ///< receives what needs no answer, or can get none
+    Diagnose diagnose = {};          ///< what keeps the instrument from being reached
+    Browse browse = {};              ///< opens the manual
+    std::function<void()> beep = {}; ///< makes people listen; nothing: in silence
 };
 
 /// The whole program without its window: owns every part, wires them together, and is the one

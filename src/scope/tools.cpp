@@ -2,27 +2,64 @@
 
 namespace kv408 {
 
-Tools::Tools(FrontPanel& panel, const Sweeps& sweeps, const Host& host)
-    : panel_(panel), places_(host.places), export_dialog_(panel, sweeps,
-                                                          {.clock = host.clock,
-                                                           .boxes = host.boxes,
-                                                           .files = host.files,
-                                                           .choosers = host.choosers},
-                                                          [this] { return origin(); }),
+Tools::Tools(FrontPanel& panel, const Sweeps& sweeps, const Shown& shown, const Host& host)
+    : panel_(panel), shown_(shown), places_(host.places),
+      export_dialog_(panel, sweeps,
+                     {.clock = host.clock,
+                      .boxes = host.boxes,
+                      .files = host.files,
+                      .choosers = host.choosers},
+                     [this] { return origin(); }),
       record_dialog_(panel,
                      {.clock = host.clock,
                       .boxes = host.boxes,
                       .files = host.files,
                       .choosers = host.choosers},
-                     [this] { return origin(); }) {
+                     [this] { return origin(); }),
+      references_(
+          sweeps,
+          {.clock = host.clock,
+           .boxes = host.boxes,
+           .files = host.files,
+           .choosers = host.choosers},
+          [this] { return origin(); },
+          [this](std::vector<ShownReference> references) {
+              shown_.picture.set_references(std::move(references));
+              shown_.picture.draw(draw_flags::all);
+          }),
+      statistics_(statistics_host(host)) {
     for (Button* const entry : {&panel.mnuexport, &panel.exportdata}) {
         entry->on_click([this] { export_dialog_.open(places_.documents); });
     }
     panel.mnurecord.on_click([this] { record_dialog_.open(places_.documents); });
+    panel.mnustatistics.on_click([this] { statistics_.open(); });
 }
 
 ExportOrigin Tools::origin() const {
     return {.version = KV408_VERSION, .serial = panel_.device.text()};
+}
+
+StatisticsDialog::Host Tools::statistics_host(const Host& host) {
+    const auto take_snapshot = [this]() -> std::function<SavedFile()> {
+        return [save = shown_.snapshot.taken()] {
+            const FileResult result = save();
+            return SavedFile{.status = result.status,
+                             .message = "Snapshot wasn't saved!\nError:" + result.reason};
+        };
+    };
+    return {.clock = host.clock,
+            .boxes = host.boxes,
+            .files = host.files,
+            .choosers = host.choosers,
+            .origin = [this] { return origin(); },
+            .beep =
+                [beep = host.beep] {
+                    if (beep) {
+                        beep();
+                    }
+                },
+            .stop = [this] { panel_.cmdstop.click(); },
+            .snapshot = take_snapshot};
 }
 
 void Tools::sweep_complete(const std::shared_ptr<const Sweep>& sweep) {
@@ -30,6 +67,7 @@ void Tools::sweep_complete(const std::shared_ptr<const Sweep>& sweep) {
     if (export_dialog_.is_open()) {
         export_dialog_.show_sweep();
     }
+    statistics_.sweep_complete(*sweep, panel_.check1.checked() ? &shown_.measurements : nullptr);
 }
 
 } // namespace kv408

@@ -1,11 +1,17 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 
+#include "display/picture.h"
+#include "display/snapshot.h"
 #include "export/export_dialog.h"
 #include "export/record_dialog.h"
+#include "export/reference_menu.h"
+#include "export/statistics_dialog.h"
 #include "host/places.h"
 #include "panel/front_panel.h"
+#include "state/measurement_state.h"
 #include "state/sweeps.h"
 
 namespace kv408 {
@@ -21,10 +27,18 @@ public:
         Files& files;
         FileChoosers& choosers;
         Places places;
+        std::function<void()> beep = {}; ///< makes people listen
+    };
+
+    /// What they work with besides sweeps and panel.
+    struct Shown {
+        Picture& picture;
+        Snapshot& snapshot;
+        const MeasurementState& measurements; ///< of the last sweep, while measuring is on
     };
 
     /// Connects the menu entries of `panel`.
-    Tools(FrontPanel& panel, const Sweeps& sweeps, const Host& host);
+    Tools(FrontPanel& panel, const Sweeps& sweeps, const Shown& shown, const Host& host);
     Tools(const Tools&) = delete;
     Tools& operator=(const Tools&) = delete;
 
@@ -34,6 +48,12 @@ public:
     /// The recording dialog.
     [[nodiscard]] RecordDialog& record_dialog() { return record_dialog_; }
 
+    /// The submenu of the references.
+    [[nodiscard]] ReferenceMenu& references() { return references_; }
+
+    /// The statistics window.
+    [[nodiscard]] StatisticsDialog& statistics() { return statistics_; }
+
     /// Hands `sweep`, with which every channel that is on has come and been measured, to each tool.
     /// Runs in a tick: nothing here waits for a disk.
     void sweep_complete(const std::shared_ptr<const Sweep>& sweep);
@@ -41,13 +61,20 @@ public:
     /// Shows what has come of that meanwhile; every tick.
     void tick() { record_dialog_.tick(); }
 
+    /// What is to be done once a tick has drawn what came in it.
+    void tick_over() { statistics_.tick_over(); }
+
 private:
     [[nodiscard]] ExportOrigin origin() const;
+    [[nodiscard]] StatisticsDialog::Host statistics_host(const Host& host);
 
     FrontPanel& panel_;
+    Shown shown_;
     Places places_;
     ExportDialog export_dialog_;
     RecordDialog record_dialog_;
+    ReferenceMenu references_;
+    StatisticsDialog statistics_;
 };
 
 } // namespace kv408

@@ -13,6 +13,7 @@
 #include "display/plot_box.h"
 #include "scope/help.h"
 #include "scope/parts.h"
+#include "scope/tools.h"
 #include "ui/calibration_window.h"
 #include "ui/control_panel.h"
 #include "ui/lengths.h"
@@ -50,6 +51,7 @@ MainWindow::MainWindow(Scope& scope, const Dialogs& dialogs)
     const QSize room = screen()->availableSize() - QSize(0, title_bar_height);
     resize(sizeHint().boundedTo(room).expandedTo(minimumSizeHint()));
     take_plot_drags(plot(), driver_);
+    screen_->add_references(scope.tools().references(), driver_);
     listen_to_settings();
     follow(scope.calibration_form(), *this, plot(), driver_);
     scope.help().on_topic([] { return manual_topic(QApplication::focusWidget()); });

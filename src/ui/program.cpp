@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <utility>
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QDesktopServices>
 #include <QFile>
 #include <QUrl>
@@ -34,13 +34,14 @@ Program::Program(Clock& clock, Bridge& bridge, Files& files, const Places& place
                      .places = places,
                      .coder = coder_,
                      .diagnose = std::move(diagnose),
-                     .browse = browse}),
+                     .browse = browse,
+                     .beep = [] { QApplication::beep(); }}),
       window_(scope_, {.boxes = boxes_, .choosers = choosers_}) {
     boxes_.set_window(&window_);
     messages_.set_window(&window_);
     choosers_.set_window(&window_);
     window_.on_closed(
-        [this] { QCoreApplication::exit(window_.failed() ? EXIT_FAILURE : EXIT_SUCCESS); });
+        [this] { QApplication::exit(window_.failed() ? EXIT_FAILURE : EXIT_SUCCESS); });
 }
 
 } // namespace kv408::ui

@@ -6,7 +6,7 @@
 
 namespace kv408::ui {
 
-/// Fills `menu`, the menu of the references; nobody can open it while it has no entry.
+/// Fills `menu`, the menu of the references.
 void fill_references_menu(QMenu& menu, ScopeDriver& driver);
 
 } // namespace kv408::ui

@@ -51,6 +51,9 @@ public:
     /// The program's controls.
     [[nodiscard]] FrontPanel& panel() { return scope_.panel(); }
 
+    /// What the menu "Tools" opens.
+    [[nodiscard]] Tools& tools() { return scope_.tools(); }
+
     /// Dragging on and around the plot.
     [[nodiscard]] PlotMouse& plot_mouse() { return scope_.plot_mouse(); }
 

@@ -69,6 +69,10 @@ ScreenPanel::ScreenPanel(ScaledPicture picture, FrontPanel& panel, QWidget* pare
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
 
+void ScreenPanel::add_references(ReferenceMenu& references, ScopeDriver& driver) {
+    references_ = new ReferencePlates(plot_, references, driver);
+}
+
 QWidget* ScreenPanel::make_footer(FrontPanel& panel) {
     auto* const row = new QWidget(this);
     auto* const layout = new QHBoxLayout(row);
@@ -177,9 +181,11 @@ void ScreenPanel::grow_texts(double growth) {
     } else {
         grown.setPixelSize(static_cast<int>(std::lround(grown.pixelSize() * growth)));
     }
-    for (QWidget* const texts :
-         {static_cast<QWidget*>(header_), footer_, results_, cursor_read_outs_}) {
-        texts->setFont(grown);
+    for (QWidget* const texts : {static_cast<QWidget*>(header_), footer_, results_,
+                                 cursor_read_outs_, static_cast<QWidget*>(references_)}) {
+        if (texts != nullptr) {
+            texts->setFont(grown);
+        }
     }
 }
 
@@ -259,6 +265,9 @@ void ScreenPanel::place_parts(const RowHeights& heights) {
     constexpr int from_edge = 8;
     cursor_read_outs_->move(plot_->place_of(box::left + from_edge, box::top + from_edge).toPoint());
     cursor_numbers_->fit();
+    if (references_ != nullptr) {
+        references_->fit();
+    }
     for (const QWidget* row : {footer_, results_}) {
         row->layout()->setContentsMargins(margin, 0, margin, 0);
     }

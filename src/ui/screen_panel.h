@@ -10,6 +10,7 @@
 #include "panel/front_panel.h"
 #include "ui/cursor_numbers.h"
 #include "ui/plot_widget.h"
+#include "ui/reference_plates.h"
 #include "ui/screen_header.h"
 
 namespace kv408::ui {
@@ -24,6 +25,9 @@ public:
 
     /// The plot.
     [[nodiscard]] PlotWidget& plot() { return *plot_; }
+
+    /// Shows on the plot what `references` are there.
+    void add_references(ReferenceMenu& references, ScopeDriver& driver);
 
     /// Puts the numbers of the cursors to the lines that `cursors` shows.
     void show_cursors(const CursorState& cursors) { cursor_numbers_->show(cursors); }
@@ -78,6 +82,7 @@ private:
     QWidget* footer_;
     QWidget* results_;
     QWidget* cursor_read_outs_;
+    ReferencePlates* references_ = nullptr; ///< once they have been added
     std::optional<CursorNumbers> cursor_numbers_;
     double growth_ = 1.0; ///< of the texts, 1 to 2
     qreal ratio_ = 0.0;   ///< device pixels a unit that the plot was last fitted for

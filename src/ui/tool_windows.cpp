@@ -5,6 +5,7 @@
 
 #include "ui/export_window.h"
 #include "ui/record_window.h"
+#include "ui/statistics_window.h"
 #include "ui/tool_widgets.h"
 
 namespace kv408::ui {
@@ -33,11 +34,13 @@ ToolWindows::ToolWindows(Tools& tools, ScopeDriver& driver, QWidget& owner, cons
       copy_table_(make_copy_table(tools, owner)) {
     tools.export_dialog().on_show([this] { show_export(); });
     tools.record_dialog().on_show([this] { show_recording(); });
+    tools.statistics().on_show([this] { show_statistics(); });
 }
 
 ToolWindows::~ToolWindows() {
     tools_.export_dialog().on_show({});
     tools_.record_dialog().on_show({});
+    tools_.statistics().on_show({});
 }
 
 void ToolWindows::show_export() {
@@ -58,8 +61,15 @@ void ToolWindows::show_recording() {
     present_beside(*recording_, owner_, plot_);
 }
 
+void ToolWindows::show_statistics() {
+    if (!statistics_) {
+        statistics_ = new StatisticsWindow(tools_.statistics(), driver_, &owner_);
+    }
+    present_beside(*statistics_, owner_, plot_);
+}
+
 void ToolWindows::close() {
-    for (QWidget* const window : {export_.data(), recording_.data()}) {
+    for (QWidget* const window : {export_.data(), recording_.data(), statistics_.data()}) {
         if (window != nullptr) {
             window->hide();
         }

@@ -28,6 +28,7 @@ public:
 private:
     void show_export();
     void show_recording();
+    void show_statistics();
 
     Tools& tools_;
     ScopeDriver& driver_;
@@ -36,6 +37,7 @@ private:
     QAction& copy_table_;
     QPointer<QWidget> export_;
     QPointer<QWidget> recording_;
+    QPointer<QWidget> statistics_;
 };
 
 } // namespace kv408::ui

@@ -13,7 +13,7 @@ namespace {
 
 /// Whether `value` is as close as it has to be. Vpp takes in the noise of both its ends; at
 /// 10mV/div, six codes a millivolt, that alone may be more than 1 % of the screen.
-testing::AssertionResult agrees(const MeasuredValue& value, const VoltsCell& volts) {
+testing::AssertionResult agrees(const KnownValue& value, const VoltsCell& volts) {
     constexpr double codes_per_millivolt = 6.0;
     constexpr double most_noise_codes = 2 * 4.5;
     const bool noise_counts = value.name == "Vpp" && volts.text == "10mV";
@@ -30,7 +30,7 @@ testing::AssertionResult agrees(const MeasuredValue& value, const VoltsCell& vol
 void check(const TimeBaseRow& row, const VoltsCell& volts) {
     const auto values = MeasuredCell(row, volts).values();
     ASSERT_EQ(values.size(), 28U);
-    for (const MeasuredValue& value : values) {
+    for (const KnownValue& value : values) {
         EXPECT_TRUE(agrees(value, volts)) << row.text << " " << volts.text;
     }
 }
@@ -43,7 +43,7 @@ TEST(MeasurementAccuracy, EveryTimeBaseAndVoltsPerDivisionAgreesWithTheSignal) {
             if (number++ % series_stride != 0) {
                 continue; // the sanitizers look at how, not at what comes out
             }
-            for (const MeasuredValue& value : MeasuredCell(row, volts, 1.0 / 3.0).values()) {
+            for (const KnownValue& value : MeasuredCell(row, volts, 1.0 / 3.0).values()) {
                 EXPECT_TRUE(value.holds())
                     << row.text << " " << volts.text << " CH" << value.channel << " " << value.name
                     << " is " << value.value << ", true " << value.truth;

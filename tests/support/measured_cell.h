@@ -53,7 +53,7 @@ inline constexpr std::array<PulseTrain, 2> pulse_trains = {
 
 /// One measurement of one channel; voltages in millivolts, times in seconds, the frequency in
 /// hertz.
-struct MeasuredValue {
+struct KnownValue {
     std::string_view name;
     int channel;    ///< 1 or 2
     double truth;   ///< of the signal
@@ -110,8 +110,8 @@ public:
     }
 
     /// The fourteen measurements of both channels with what they should be.
-    [[nodiscard]] std::vector<MeasuredValue> values() const {
-        std::vector<MeasuredValue> result;
+    [[nodiscard]] std::vector<KnownValue> values() const {
+        std::vector<KnownValue> result;
         for (std::size_t channel = 0; channel < pulse_trains.size(); ++channel) {
             const MeasurementRecord truth =
                 true_record(pulse_trains.at(channel), volts_.millivolts, division_s());

@@ -50,6 +50,8 @@ private Q_SLOTS:
     void cursors() { show_cursors(gallery_); }
     void measurements() { show_measurements(gallery_); }
     void each_measurement() { show_each_measurement(gallery_); }
+    void references() { show_references(gallery_); }
+    void statistics() { show_statistics(gallery_); }
     void calibration() { show_calibration(gallery_); }
     void linearity() { show_linearity(gallery_); }
     void settings() { show_settings(gallery_); }

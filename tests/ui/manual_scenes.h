@@ -16,6 +16,8 @@ void show_delays(Gallery& gallery);
 void show_cursors(Gallery& gallery);
 void show_measurements(Gallery& gallery);
 void show_each_measurement(Gallery& gallery);
+void show_references(Gallery& gallery);
+void show_statistics(Gallery& gallery);
 void show_calibration(Gallery& gallery);
 void show_linearity(Gallery& gallery);
 void show_settings(Gallery& gallery);

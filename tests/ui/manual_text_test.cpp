@@ -29,9 +29,9 @@ QString page(const QString& name) {
 /// What is read of all pages that tell of the windows: without marks, in single blanks.
 QString manual_text() {
     QString text;
-    for (const QString& name :
-         {u"window"_s, u"first-picture"_s, u"trigger"_s, u"delays"_s, u"cursors"_s,
-          u"measurements"_s, u"calibration"_s, u"settings"_s, u"export"_s, u"record"_s}) {
+    for (const QString& name : {u"window"_s, u"first-picture"_s, u"trigger"_s, u"delays"_s,
+                                u"cursors"_s, u"measurements"_s, u"references"_s, u"statistics"_s,
+                                u"calibration"_s, u"settings"_s, u"export"_s, u"record"_s}) {
         text += page(name);
     }
     text.remove(u"**"_s).remove(u'`').remove(u'\\');
@@ -129,7 +129,7 @@ private Q_SLOTS:
 void ManualTextTest::captions_are_told_of_data() {
     QTest::addColumn<QString>("window");
     for (const char* const window :
-         {"main", "calibration", "settings", "export", "record", "bench"}) {
+         {"main", "calibration", "settings", "export", "record", "statistics", "bench"}) {
         QTest::newRow(window) << QString::fromLatin1(window);
     }
 }
@@ -149,6 +149,8 @@ void ManualTextTest::captions_are_told_of() {
             on.panel().mnuexport.click();
         } else if (window == u"record"_s) {
             on.panel().mnurecord.click();
+        } else if (window == u"statistics"_s) {
+            on.panel().mnustatistics.click();
         }
     });
     const QWidget* top = &on.window();
@@ -160,6 +162,8 @@ void ManualTextTest::captions_are_told_of() {
         top = on.window().findChild<QWidget*>(u"frmExport"_s);
     } else if (window == u"record"_s) {
         top = on.window().findChild<QWidget*>(u"frmRecord"_s);
+    } else if (window == u"statistics"_s) {
+        top = on.widget("frmStatistics");
     } else if (window == u"bench"_s) {
         top = &bench;
     }

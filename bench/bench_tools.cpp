@@ -1,0 +1,168 @@
+// What a sweep costs with everything that works on finished sweeps: four references, statistics
+// with their window open, the log, and a recording; against the same without any of it, turn by
+// turn in one run. Real window without a display, virtual clock: the program never waits.
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <ctime>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <QApplication>
+#include <QTimer>
+
+#include "export/recorder.h"
+#include "export/recording_files.h"
+#include "host/system_files.h"
+#include "scope/parts.h"
+#include "scope/tools.h"
+#include "simulator/simulation.h"
+#include "support/fake_files.h"
+#include "support/fake_host.h"
+#include "support/temporary_folder.h"
+#include "support/virtual_clock.h"
+#include "ui/look.h"
+#include "ui/program.h"
+
+namespace {
+
+using namespace kv408;
+using namespace std::chrono_literals;
+using Microseconds = std::chrono::duration<double, std::micro>;
+
+constexpr int turns = 15;
+constexpr int sweeps_per_turn = 100;
+
+/// Processor time of the whole process, the writing threads included.
+Microseconds processor_time() {
+    timespec time = {};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+}
+
+/// Memory that the process has in use, kilobytes.
+long resident() {
+    std::ifstream status("/proc/self/status");
+    for (std::string word; status >> word;) {
+        if (word == "VmRSS:") {
+            long kilobytes = 0;
+            status >> kilobytes;
+            return kilobytes;
+        }
+    }
+    return 0;
+}
+
+/// The program in its window on the simulated instrument, with the tools on or off.
+class Subject {
+public:
+    Subject() {
+        // No tick but those by hand.
+        program_.window().findChild<QTimer*>(QStringLiteral("Timer1"))->setInterval(1h);
+        program_.window().resize(1280, 800);
+        program_.window().show();
+        while (!program_.scope().parts().program.loaded) {
+            QApplication::processEvents();
+        }
+        run(50);
+    }
+
+    void use_tools() {
+        Scope& scope = program_.scope();
+        scope.act([&] {
+            for (std::size_t place = 0; place < References::count; ++place) {
+                scope.tools().references().controls(place).mnuReferenceKeepCH1.click();
+            }
+            scope.panel().mnustatistics.click();
+            scope.tools().statistics().begin_log(folder_.path() / "log.csv");
+        });
+        SavedFile begun;
+        recorder_ = std::make_unique<Recorder>(
+            std::make_unique<OneRecordingFile>(files_, folder_.path() / "run.csv", true, begun));
+    }
+
+    void leave_tools() {
+        Scope& scope = program_.scope();
+        scope.act([&] {
+            for (std::size_t place = 0; place < References::count; ++place) {
+                scope.tools().references().controls(place).mnuReferenceClear.click();
+            }
+            scope.tools().statistics().controls().cmdStatisticsLog.click(); // ends it
+            scope.tools().statistics().close();
+        });
+        recorder_.reset();
+    }
+
+    /// Lets `count` sweeps come and be shown.
+    void run(int count) {
+        for (int sweep = 0; sweep < count; ++sweep) {
+            clock_.advance(100ms - clock_.now() % 100ms);
+            program_.scope().tick();
+            const auto& last = program_.scope().parts().sweeps.last_complete();
+            if (recorder_ && last && last->number != recorded_) {
+                recorded_ = last->number;
+                recorder_->add(exported_sweep(*last, last->came, {}));
+            }
+            QApplication::processEvents();
+        }
+        if (recorder_) {
+            recorder_->wait_until_written();
+        }
+    }
+
+private:
+    VirtualClock clock_;
+    simulator::Simulation simulation_{clock_, {}, 1, nullptr};
+    TemporaryFolder folder_;
+    SystemFiles files_;
+    ui::Program program_{clock_,
+                         simulation_.bridge(),
+                         files_,
+                         {.settings = folder_.path(), .program = folder_.path()}};
+    std::unique_ptr<Recorder> recorder_;
+    std::uint64_t recorded_ = 0;
+};
+
+Microseconds a_sweep(Subject& subject) {
+    const Microseconds before = processor_time();
+    subject.run(sweeps_per_turn);
+    return (processor_time() - before) / sweeps_per_turn;
+}
+
+Microseconds median(std::vector<Microseconds> times) {
+    std::sort(times.begin(), times.end());
+    return times[times.size() / 2];
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
+    ui::apply_look(ui::Look::dark);
+    Subject subject;
+    std::vector<Microseconds> without;
+    std::vector<Microseconds> with;
+    for (int turn = 0; turn < turns; ++turn) {
+        without.push_back(a_sweep(subject));
+        subject.use_tools();
+        with.push_back(a_sweep(subject));
+        subject.leave_tools();
+    }
+    const Microseconds more = median(with) - median(without);
+    std::printf("a sweep without the tools: %.0f us of the processor (median of %d turns)\n",
+                median(without).count(), turns);
+    std::printf("with references, statistics, log and recording: %.0f us\n", median(with).count());
+    std::printf("more: %.0f us; the aim is at most 300\n", more.count());
+    subject.use_tools();
+    constexpr int sweeps_of_ten_minutes = 6000;
+    subject.run(sweeps_of_ten_minutes);
+    const long before = resident();
+    subject.run(sweeps_of_ten_minutes);
+    std::printf("memory over ten more minutes with them: %+ld kB of %ld\n", resident() - before,
+                before);
+    return 0;
+}

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <functional>
+#include <string_view>
+#include <vector>
+
+#include "export/references.h"
+#include "host/clock.h"
+#include "host/file_choosers.h"
+#include "host/files.h"
+#include "host/message_boxes.h"
+#include "panel/controls.h"
+#include "state/reference_curve.h"
+#include "state/sweeps.h"
+
+namespace kv408 {
+
+/// The controls of one reference: its entries in the menu, and what stands beside the plot.
+struct ReferenceControls {
+    explicit ReferenceControls(std::size_t place);
+
+    CheckBox mnuReferenceShow;  ///< shows it or hides it; enabled where one is kept
+    Button mnuReferenceKeepCH1; ///< keeps CH1 of the last whole sweep
+    Button mnuReferenceKeepCH2; ///< keeps CH2 of it
+    Button mnuReferenceLoad;    ///< asks for a file and keeps what it holds
+    Button mnuReferenceSave;    ///< asks for a file and saves it there
+    Button mnuReferenceClear;   ///< forgets it
+    Label lblReference; ///< name, volts and time per division in its colour; hidden without one
+};
+
+/// The submenu "References": keeps, loads, saves, shows and clears the four references, and tells
+/// what is to be shown.
+class ReferenceMenu {
+public:
+    /// What it needs of the machine.
+    struct Host {
+        const Clock& clock;
+        MessageBoxes& boxes;
+        Files& files;
+        FileChoosers& choosers;
+    };
+
+    /// Where the origin of a sweep is told: version and serial number.
+    using Origin = std::function<ExportOrigin()>;
+
+    /// Who draws the references that are shown.
+    using Show = std::function<void(std::vector<ShownReference>)>;
+
+    ReferenceMenu(const Sweeps& sweeps, const Host& host, Origin origin, Show show);
+    ReferenceMenu(const ReferenceMenu&) = delete;
+    ReferenceMenu& operator=(const ReferenceMenu&) = delete;
+
+    /// The controls of the reference in `place`, 0..3.
+    [[nodiscard]] ReferenceControls& controls(std::size_t place) { return controls_.at(place); }
+
+    [[nodiscard]] const References& references() const { return references_; }
+
+private:
+    void mnuReferenceKeep_Click(std::size_t place, std::string_view channel);
+    void mnuReferenceLoad_Click(std::size_t place);
+    void mnuReferenceSave_Click(std::size_t place);
+    void mnuReferenceShow_Click(std::size_t place);
+    void mnuReferenceClear_Click(std::size_t place);
+    void show_controls();
+    void show_all();
+
+    const Sweeps& sweeps_;
+    Host host_;
+    Origin origin_;
+    Show show_;
+    References references_;
+    std::array<ReferenceControls, References::count> controls_;
+};
+
+} // namespace kv408

@@ -1,0 +1,138 @@
+#include "ui/statistics_grid.h"
+
+#include <QEvent>
+#include <QHeaderView>
+#include <QScrollBar>
+#include <QSignalBlocker>
+
+#include "export/statistics_table.h"
+#include "measure/measurement_rows.h"
+#include "ui/colours.h"
+#include "ui/widget_maker.h"
+
+namespace kv408::ui {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr int shown_rows = 14; ///< without scrolling, where there is room
+
+int rows_per_channel() {
+    return static_cast<int>(measurement_rows().size());
+}
+
+QString heading_of(std::size_t column) {
+    const std::string_view text = statistics_headings.at(column);
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+} // namespace
+
+StatisticsGrid::StatisticsGrid(StatisticsDialog& dialog, ScopeDriver& driver, QWidget* parent)
+    : QTableWidget(2 * rows_per_channel(), static_cast<int>(statistics_headings.size()), parent),
+      dialog_(dialog) {
+    setObjectName(u"grdStatistics"_s);
+    describe(*this, {u"Statistics"_s,
+                     u"Each measurement of each channel; the chosen row is that of trend and "
+                     u"limits"_s});
+    QStringList headings;
+    for (std::size_t column = 0; column < statistics_headings.size(); ++column) {
+        headings.append(heading_of(column));
+    }
+    setHorizontalHeaderLabels(headings);
+    verticalHeader()->hide();
+    horizontalHeader()->setStretchLastSection(true);
+    horizontalHeader()->setHighlightSections(false);
+    setEditTriggers(NoEditTriggers);
+    setSelectionBehavior(SelectRows);
+    setSelectionMode(SingleSelection);
+    setTabKeyNavigation(false);
+    setWordWrap(false);
+    for (int row = 0; row < rowCount(); ++row) {
+        for (int column = 0; column < columnCount(); ++column) {
+            auto* const cell = new QTableWidgetItem;
+            const bool text = column == 0 || column == columnCount() - 1;
+            cell->setTextAlignment(Qt::AlignVCenter | (text ? Qt::AlignLeft : Qt::AlignRight));
+            setItem(row, column, cell);
+        }
+    }
+    fit_columns();
+    connect(this, &QTableWidget::currentCellChanged, this,
+            [this, &driver](int row, int /*column*/, int before) {
+                if (row >= 0 && row != before) {
+                    driver.act([this, row] {
+                        dialog_.choose(static_cast<std::size_t>(row / rows_per_channel()),
+                                       static_cast<std::size_t>(row % rows_per_channel()));
+                    });
+                }
+            });
+}
+
+void StatisticsGrid::refresh() {
+    for (int row = 0; row < rowCount(); ++row) {
+        show_row(row);
+    }
+    const int chosen = static_cast<int>(dialog_.chosen_channel()) * rows_per_channel() +
+                       static_cast<int>(dialog_.chosen_row());
+    if (chosen != currentRow()) {
+        const QSignalBlocker silent(this);
+        setCurrentCell(chosen, 0);
+    }
+}
+
+void StatisticsGrid::show_row(int row) {
+    const auto channel = static_cast<std::size_t>(row / rows_per_channel());
+    const auto measurement = static_cast<std::size_t>(row % rows_per_channel());
+    const StatisticsCells cells = statistics_cells(dialog_.statistics(), channel, measurement);
+    const bool outside = is_outside(dialog_.statistics(), channel, measurement);
+    for (int column = 0; column < columnCount(); ++column) {
+        QTableWidgetItem& cell = *item(row, column);
+        const QString text = QString::fromStdString(cells.at(static_cast<std::size_t>(column)));
+        if (cell.text() != text) {
+            cell.setText(text);
+        }
+    }
+    QTableWidgetItem& present = *item(row, static_cast<int>(statistics_column::present));
+    const QColor colour =
+        qcolor(limit_colours.at(dialog_.rule(channel, measurement).colour).colour);
+    const QBrush back = outside ? QBrush(colour) : QBrush();
+    if (present.background() != back) {
+        present.setBackground(back);
+        present.setForeground(outside ? QBrush(readable_on(colour)) : QBrush());
+        // The chosen row hides the background of its cells.
+        present.setData(Qt::DecorationRole, outside ? QVariant(colour) : QVariant());
+    }
+}
+
+void StatisticsGrid::fit_columns() {
+    constexpr int around = 14;
+    constexpr int room_for_mark = 22; // of a value outside its limits
+    const QFontMetrics letters = fontMetrics();
+    verticalHeader()->setDefaultSectionSize(letters.height() + 4);
+    for (int column = 0; column < columnCount(); ++column) {
+        const QString widest = column == 0 ? u"CH2 Frequency"_s : u"-888.8MHz"_s;
+        setColumnWidth(column, std::max(letters.horizontalAdvance(widest),
+                                        letters.horizontalAdvance(
+                                            heading_of(static_cast<std::size_t>(column)))) +
+                                   around + (column == 1 ? room_for_mark : 0));
+    }
+}
+
+QSize StatisticsGrid::sizeHint() const {
+    int width = verticalScrollBar()->sizeHint().width() + 2 * frameWidth();
+    for (int column = 0; column + 1 < columnCount(); ++column) {
+        width += columnWidth(column);
+    }
+    width += fontMetrics().horizontalAdvance(u"88888: no edge on the screen; 888: steeper "_s);
+    return {width, shown_rows * verticalHeader()->defaultSectionSize() +
+                       horizontalHeader()->sizeHint().height() + 2 * frameWidth()};
+}
+
+void StatisticsGrid::changeEvent(QEvent* event) {
+    QTableWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange) {
+        fit_columns();
+    }
+}
+
+} // namespace kv408::ui
