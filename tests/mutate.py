@@ -11,7 +11,8 @@ that does not compile is replaced by another one. Headers are left out unless --
 them alone: a change of one takes minutes, because most tests include it.
 
 tests/mutants-alike.txt lists changes that make no difference, each with its reason: they are not
-tried and do not count. --again tries the changes that survived in a former run's report once more.
+tried and do not count. An entry holds wherever in its file the same code stands, whatever comments and
+layout are around it; one whose code has gone is told at the start. --again tries the changes that survived in a former run's report once more.
 
 Builds in build/mutate, one file at a time, and leaves the sources alone. The report is
 build/mutate/report-<seed>.txt; the exit status is 1 when less than 95 % are caught.
@@ -191,6 +192,7 @@ def left_out(tokens):
     return out
 
 
+@functools.cache
 def changes_of(path):
     """All changes of a file, those of one place in a list of their own."""
     source = without_other_systems(text_of(path))
@@ -248,6 +250,50 @@ def lines_of(change):
 
 def key_of(change):
     return (change.path, *lines_of(change)[1:])
+
+
+@functools.cache
+def code_of(text):
+    """The tokens of a piece of a source: neither comments nor the layout make a difference."""
+    return tuple(token.text for token in tokens_of(text))
+
+
+@functools.cache
+def places_of_tokens(path):
+    """The tokens of a source, and the index of each by the place where it starts."""
+    tokens = tokens_of(without_other_systems(text_of(path)))
+    return tokens, {token.start: index for index, token in enumerate(tokens)}
+
+
+def is_same(change, key):
+    """Whether `change` is the one that `key` names: the same tokens around it become the same."""
+    path, old, new = key
+    if change.path != path:
+        return False
+    tokens, index_at = places_of_tokens(path)
+    before, after = code_of(old), code_of(new)
+    # What is changed begins where the two lines first differ.
+    first = index_at[change.start] - len(os.path.commonprefix([before, after]))
+    last = first + len(before)
+    if first < 0 or tuple(token.text for token in tokens[first:last]) != before:
+        return False
+    source = text_of(path)
+    end = tokens[last - 1].start + len(tokens[last - 1].text)
+    return change.end <= end and code_of(
+        source[tokens[first].start:change.start] + change.new + source[change.end:end]) == after
+
+
+def those_named(keys):
+    """The changes that `keys` name, and the keys of which there is none any more."""
+    named = set()
+    gone = []
+    for key in sorted(keys):
+        here = changes_of(key[0]) if (ROOT / key[0]).is_file() else []
+        same = {change for place in here for change in place if is_same(change, key)}
+        named |= same
+        if not same:
+            gone.append(key)
+    return named, gone
 
 
 def read_keys(path):
@@ -445,11 +491,10 @@ def main():
     parser.add_argument("--list", action="store_true", help="only lists the changes, tries none")
     arguments = parser.parse_args()
 
-    alike = set(read_keys(ALIKE))
-    known = {key_of(change) for place in all_changes("src/", (".h", ".cpp")) for change in place}
-    if gone := alike - known:
-        sys.exit("\n".join([f"{ALIKE.name} names changes that cannot be made any more:",
-                            *(f"{path}\n- {old}\n+ {new}" for path, old, new in sorted(gone))]))
+    alike, gone = those_named(set(read_keys(ALIKE)))
+    for path, old, new in gone:
+        print(f"{ALIKE.name} names a change that cannot be made any more; take it out:\n"
+              f"{path}\n- {old}\n+ {new}", file=sys.stderr)
     chosen = candidates(arguments)
     if arguments.list:
         for change in chosen[:arguments.count]:
@@ -472,7 +517,7 @@ def main():
     for change in chosen:
         if tried == arguments.count:
             break
-        if key_of(change) in alike:
+        if change in alike:
             skipped += 1
             continue
         outcome = try_out(change, limits)
