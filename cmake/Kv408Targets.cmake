@@ -61,19 +61,48 @@ function(kv408_library folder)
   endif()
 endfunction()
 
-# kv408_test_executable(<target> <source>...): an executable of these sources, which lie in tests/. Where
-# KV408_TEST_OBJECTS is set it is linked from what the build tree there makes of them.
-function(kv408_test_executable target)
+# kv408_test_sources(<target> <variable> <source>...): what `target` is made of: these sources, or what the
+# build tree KV408_TEST_OBJECTS, where it is set, has compiled them to for it.
+function(kv408_test_sources target variable)
   if(KV408_TEST_OBJECTS)
     file(STRINGS ${KV408_TEST_OBJECTS}/test-objects/${target} objects)
     set_source_files_properties(${objects} PROPERTIES EXTERNAL_OBJECT ON GENERATED ON)
-    add_executable(${target} ${objects})
-    set_target_properties(${target} PROPERTIES LINKER_LANGUAGE CXX)
+    set(${variable} ${objects} PARENT_SCOPE)
   else()
-    add_executable(${target} ${ARGN})
     file(GENERATE OUTPUT ${CMAKE_BINARY_DIR}/test-objects/${target}
          CONTENT "$<JOIN:$<TARGET_OBJECTS:${target}>,\n>\n")
+    set(${variable} ${ARGN} PARENT_SCOPE)
   endif()
+endfunction()
+
+# kv408_test_executable(<target> <source>...): an executable of these sources, which lie in tests/. Where
+# KV408_TEST_OBJECTS is set it is linked from what the build tree there makes of them.
+function(kv408_test_executable target)
+  kv408_test_sources(${target} sources ${ARGN})
+  add_executable(${target} ${sources})
+  set_target_properties(${target} PROPERTIES LINKER_LANGUAGE CXX)
+endfunction()
+
+# kv408_test_library(<target> <source>...): the same, a static library.
+function(kv408_test_library target)
+  kv408_test_sources(${target} sources ${ARGN})
+  add_library(${target} STATIC ${sources})
+  set_target_properties(${target} PROPERTIES LINKER_LANGUAGE CXX)
+endfunction()
+
+# kv408_test_places(<target> (<name> <path>)...): what the target's sources know as kv408::place::<name>.
+# It is no part of what another build tree links.
+function(kv408_test_places target)
+  set(places "#include \"support/places.h\"\n")
+  while(ARGN)
+    list(POP_FRONT ARGN name path)
+    string(APPEND places "const char* const kv408::place::${name} = \"${path}\";\n")
+  endwhile()
+  set(source ${CMAKE_CURRENT_BINARY_DIR}/${target}_places.cpp)
+  file(GENERATE OUTPUT ${source} CONTENT "${places}")
+  add_library(${target}_places STATIC ${source})
+  target_include_directories(${target}_places PRIVATE ${CMAKE_SOURCE_DIR}/tests)
+  target_link_libraries(${target} PRIVATE ${target}_places)
 endfunction()
 
 # kv408_precompiled_test(<target>): its sources, where they are compiled here, read GoogleTest's headers and

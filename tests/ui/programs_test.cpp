@@ -7,10 +7,16 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include "support/places.h"
+
 namespace kv408::ui {
 namespace {
 
 using namespace Qt::StringLiterals;
+
+QString path_of(const QString& program) {
+    return QString::fromUtf8(place::programs) + u'/' + program;
+}
 
 /// True once process `id` has reached its event handling: it holds the signals back.
 bool holds_signals_back(qint64 id) {
@@ -55,7 +61,7 @@ void ProgramsTest::a_signal_ends_them_cleanly() {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(u"APPDATA"_s, settings.path());
     process.setProcessEnvironment(environment);
-    process.start(u"" KV408_PROGRAM_DIR "/"_s + program, QStringList());
+    process.start(path_of(program), QStringList());
     QVERIFY(process.waitForStarted());
     QTRY_VERIFY(holds_signals_back(process.processId()));
     // Some time to come as far as a message box or a sweep.
@@ -73,7 +79,7 @@ void ProgramsTest::the_demo_keeps_its_flash_memory_beside_the_settings() {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(u"APPDATA"_s, settings.path());
     process.setProcessEnvironment(environment);
-    process.start(u"" KV408_PROGRAM_DIR "/kv408-demo"_s, QStringList());
+    process.start(path_of(u"kv408-demo"_s), QStringList());
     QVERIFY(process.waitForStarted());
     QTRY_VERIFY(QFile::exists(settings.filePath(u"kv408/simulated-flash.bin"_s)));
     process.terminate();
@@ -87,7 +93,7 @@ void ProgramsTest::a_signal_saves_the_settings() {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(u"APPDATA"_s, settings.path());
     process.setProcessEnvironment(environment);
-    process.start(u"" KV408_PROGRAM_DIR "/kv408-demo"_s, QStringList());
+    process.start(path_of(u"kv408-demo"_s), QStringList());
     QVERIFY(process.waitForStarted());
     // Start-up makes the missing file; taken away, it comes back at the end.
     QTRY_VERIFY(QFile::exists(file));
@@ -98,7 +104,7 @@ void ProgramsTest::a_signal_saves_the_settings() {
     QVERIFY(saved.open(QIODevice::ReadOnly));
     const QByteArray bytes = saved.readAll();
     QVERIFY2(bytes.startsWith("intcr1vpos\t 192 \r\n"), bytes);
-    QVERIFY2(bytes.contains("\r\nsnapshotpath\t" KV408_PROGRAM_DIR), bytes);
+    QVERIFY2(bytes.contains(QByteArray("\r\nsnapshotpath\t") + place::programs), bytes);
 }
 
 void ProgramsTest::settings_are_saved_when_the_compositor_is_gone() {
@@ -108,11 +114,11 @@ void ProgramsTest::settings_are_saved_when_the_compositor_is_gone() {
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(u"APPDATA"_s, settings.path());
-    environment.insert(u"QT_PLUGIN_PATH"_s, u"" KV408_PLUGIN_DIR ""_s);
+    environment.insert(u"QT_PLUGIN_PATH"_s, QString::fromUtf8(place::plugins));
     environment.insert(u"QT_QPA_GENERIC_PLUGINS"_s, u"dyingdisplay"_s);
     environment.insert(u"KV408_DYING_DISPLAY"_s, sign);
     process.setProcessEnvironment(environment);
-    process.start(u"" KV408_PROGRAM_DIR "/kv408-demo"_s, QStringList());
+    process.start(path_of(u"kv408-demo"_s), QStringList());
     QVERIFY(process.waitForStarted());
     QTRY_VERIFY(QFile::exists(file));
     // Only a complete start is followed by a saving.

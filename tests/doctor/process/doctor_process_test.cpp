@@ -2,8 +2,10 @@
 
 #include <array>
 #include <cstdio>
+#include <filesystem>
 #include <iostream>
 #include <optional>
+#include <string>
 
 #include <gmock/gmock.h>
 #include <sys/wait.h>
@@ -11,6 +13,7 @@
 
 #include "host/system_clock.h"
 #include "link/make_bridge.h"
+#include "support/places.h"
 #include "support/ports/instrument_on_port.h"
 #include "support/ports/usb_ports.h"
 
@@ -40,12 +43,15 @@ Outcome run(const std::string& command) {
     return outcome;
 }
 
+std::string doctor() {
+    return place::programs + std::string("/kv408-doctor");
+}
+
 /// Runs the doctor with `arguments` in the world of ports that umockdev plays for this process.
 Outcome run_doctor(const std::string& arguments = {}) {
     // The replacements come before the sanitizer's, which minds; their own leaks are not ours.
-    return run("ASAN_OPTIONS=verify_asan_link_order=0:detect_leaks=0 "
-               "LD_PRELOAD=" KV408_UMOCKDEV_PRELOAD " exec " KV408_DOCTOR " " +
-               arguments);
+    return run(std::string("ASAN_OPTIONS=verify_asan_link_order=0:detect_leaks=0 LD_PRELOAD=") +
+               place::umockdev_preload + " exec " + doctor() + " " + arguments);
 }
 
 class DoctorProcess : public testing::Test {
@@ -117,7 +123,9 @@ TEST_F(DoctorProcess, APortInUseIsLeftAloneAndItsUserNamed) {
 }
 
 TEST_F(DoctorProcess, TheBridgeLibraryIsUsedWhereItIs) {
-    const Outcome outcome = run("LD_LIBRARY_PATH=" KV408_SIMULATED_FOLDER " exec " KV408_DOCTOR);
+    const std::filesystem::path library = place::simulated_library;
+    const Outcome outcome =
+        run("LD_LIBRARY_PATH=" + library.parent_path().string() + " exec " + doctor());
     EXPECT_THAT(outcome.output, StartsWith("The bridge library libSiUSBXp.so is used. Devices that "
                                            "it lists: 1.\n"));
     EXPECT_THAT(outcome.output, EndsWith("\n\nThe instrument lm4rxa-SIM00001 answers.\n"));

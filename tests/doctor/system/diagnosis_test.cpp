@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <filesystem>
 #include <sstream>
+#include <string>
 #include <system_error>
 
 #include <fcntl.h>
@@ -17,6 +18,7 @@
 #include "host/system_clock.h"
 #include "link/make_bridge.h"
 #include "link/posix/serial_bridge.h"
+#include "support/places.h"
 #include "support/ports/group_rights.h"
 #include "support/ports/other_process.h"
 #include "support/ports/plain_user.h"
@@ -431,7 +433,7 @@ TEST_F(Diagnosis, TheSystemsWordsOnTheMissingLibraryAreTold) {
 
 TEST_F(Diagnosis, ALibraryThatCannotBeLoadedIsToldInTheLoadersWords) {
     plug();
-    const BridgeChoice choice = library(KV408_NEEDY_LIBRARY);
+    const BridgeChoice choice = library(place::needy_library);
     const std::string trouble = choice.bridge->trouble();
     EXPECT_THAT(trouble, HasSubstr("kv408_absent.so: "));
     ports_.plug(1, nullptr);
@@ -446,8 +448,8 @@ TEST_F(Diagnosis, ALibraryThatCannotBeLoadedIsToldInTheLoadersWords) {
 
 TEST_F(Diagnosis, WhatTheLibraryListsIsToldAndThenTheDevices) {
     plug();
-    EXPECT_THAT(diagnosis(library(KV408_SIMULATED_LIBRARY)),
-                StartsWith("The bridge library " KV408_SIMULATED_LIBRARY
+    EXPECT_THAT(diagnosis(library(place::simulated_library)),
+                StartsWith(std::string("The bridge library ") + place::simulated_library +
                            " is used. Devices that it lists: 1.\n"
                            "Serial number lm4rxa-SIM00001: an instrument.\n\n" +
                            device_title));
@@ -455,10 +457,10 @@ TEST_F(Diagnosis, WhatTheLibraryListsIsToldAndThenTheDevices) {
 
 TEST_F(Diagnosis, ALibraryThatCannotCountItsDevicesIsTold) {
     plug();
-    const BridgeChoice choice = library(KV408_FAILING_LIBRARY);
+    const BridgeChoice choice = library(place::failing_library);
     ASSERT_EQ(choice.bridge->trouble(), "");
     EXPECT_THAT(diagnosis(choice),
-                StartsWith("The bridge library " KV408_FAILING_LIBRARY
+                StartsWith(std::string("The bridge library ") + place::failing_library +
                            " is used. It cannot count its devices: it fails with status 2.\n\n" +
                            device_title));
 }

@@ -12,6 +12,7 @@
 
 #include "endurance/processes/program_process.h"
 #include "endurance/processes/x_display.h"
+#include "support/places.h"
 #include "support/temporary_folder.h"
 
 namespace kv408 {
@@ -27,10 +28,10 @@ class Endings : public testing::Test {
 protected:
     /// How `kv408` is started here.
     [[nodiscard]] ProgramStart instrument_program() const {
-        return {.program = KV408_PROGRAM_DIR "/kv408",
+        return {.program = std::filesystem::path(place::programs) / "kv408",
                 .environment = {{"APPDATA", folder_.path()},
                                 {"TMPDIR", temporary()},
-                                {"LD_LIBRARY_PATH", KV408_HOSTILE_DIR},
+                                {"LD_LIBRARY_PATH", place::hostile_folder},
                                 {"KV408_HOSTILE_LOG", log()}}};
     }
 

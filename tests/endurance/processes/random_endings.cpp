@@ -23,6 +23,7 @@
 
 #include "endurance/processes/program_process.h"
 #include "endurance/processes/x_display.h"
+#include "support/places.h"
 #include "support/temporary_folder.h"
 
 namespace kv408 {
@@ -105,7 +106,7 @@ public:
 
 private:
     [[nodiscard]] ProgramStart start() const {
-        return {.program = KV408_PROGRAM_DIR "/kv408-demo",
+        return {.program = std::filesystem::path(place::programs) / "kv408-demo",
                 .environment = {{"APPDATA", folder_.path()},
                                 {"TMPDIR", temporary_},
                                 {"QT_QPA_PLATFORM", "offscreen"}}};
@@ -113,8 +114,8 @@ private:
 
     /// The program that has its instrument on a bridge library which can be switched off.
     void reach_an_instrument(ProgramStart& how) const {
-        how.program = KV408_PROGRAM_DIR "/kv408";
-        how.environment["LD_LIBRARY_PATH"] = KV408_HOSTILE_DIR;
+        how.program = std::filesystem::path(place::programs) / "kv408";
+        how.environment["LD_LIBRARY_PATH"] = place::hostile_folder;
         how.environment["KV408_HOSTILE_LOG"] = log_;
         how.environment["KV408_HOSTILE_OFF"] = switch_;
     }

@@ -10,6 +10,7 @@
 
 #include "host/path_text.h"
 #include "link/shared_library.h"
+#include "support/places.h"
 #include "support/temporary_folder.h"
 #ifdef _WIN32
 #include <windows.h>
@@ -161,12 +162,12 @@ TEST(LibraryBridge, TheCurrentFolderIsNotSearchedButTheProgramsAndThePath) {
 
 TEST(LibraryBridge, CallsTheLibraryWithItsHandleItsBufferAndItsOptions) {
     std::vector<std::string> calls;
-    const SharedLibrary library(KV408_NOTING_LIBRARY);
+    const SharedLibrary library(place::noting_library);
     const auto note_into =
         std::bit_cast<void (*)(std::vector<std::string>*)>(library.address("note_into"));
     ASSERT_NE(note_into, nullptr);
     note_into(&calls);
-    LibraryBridge bridge(KV408_NOTING_LIBRARY);
+    LibraryBridge bridge(place::noting_library);
     ASSERT_EQ(bridge.trouble(), "");
     std::array<Byte, 8> bytes = {4, 8, 0, 0, 1, 0, 255, 8};
     EXPECT_EQ(bridge.count_devices().count, 3U);
@@ -224,7 +225,7 @@ TEST(LibraryBridge, TheSimulatedLibraryKnowsItsHandleAndItsOption) {
 }
 
 TEST(LibraryBridge, WithoutASymbolEveryOperationFailsAndTheMissingOnesAreNamed) {
-    LibraryBridge bridge(KV408_LACKING_LIBRARY);
+    LibraryBridge bridge(place::lacking_library);
     expect_every_operation_to_fail(bridge);
     EXPECT_NE(bridge.trouble().find("lacks the function SI_GetNumDevices, SI_GetProductString, "
                                     "SI_Open, SI_SetBaudRate, SI_SetTimeouts, SI_FlushBuffers, "

@@ -7,6 +7,7 @@
 
 #include "host/system_clock.h"
 #include "link/posix/serial_bridge.h"
+#include "support/places.h"
 #include "support/temporary_folder.h"
 
 namespace kv408 {
@@ -20,7 +21,7 @@ protected:
         bridge_ = std::move(choice.bridge);
         EXPECT_EQ(choice.serial, dynamic_cast<SerialBridge*>(bridge_.get()) != nullptr);
         EXPECT_EQ(choice.library, name);
-        EXPECT_EQ(choice.loaders_words.empty(), name == KV408_LACKING_LIBRARY);
+        EXPECT_EQ(choice.loaders_words.empty(), name == place::lacking_library);
         return choice.serial;
     }
 
@@ -36,7 +37,7 @@ TEST_F(MakeBridge, WhereNoLibraryIsFoundItIsTheSerialOne) {
 }
 
 TEST_F(MakeBridge, ALibraryThatLacksFunctionsTellsSo) {
-    EXPECT_FALSE(serial_for(KV408_LACKING_LIBRARY));
+    EXPECT_FALSE(serial_for(place::lacking_library));
     EXPECT_NE(bridge_->trouble().find("lacks the function SI_GetNumDevices"), std::string::npos);
 }
 
@@ -50,7 +51,7 @@ TEST_F(MakeBridge, AFileThatIsNoLibraryTellsSo) {
 }
 
 TEST_F(MakeBridge, ALibraryThatMissesAnotherOneTellsSo) {
-    EXPECT_FALSE(serial_for(KV408_NEEDY_LIBRARY));
+    EXPECT_FALSE(serial_for(place::needy_library));
     EXPECT_NE(bridge_->trouble().find("kv408_absent.so: "), std::string::npos)
         << bridge_->trouble();
 }
