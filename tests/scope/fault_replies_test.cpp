@@ -202,15 +202,18 @@ class PassReplyFaults : public testing::TestWithParam<std::string> {};
 TEST_P(PassReplyFaults, EachOfTheFirstMiddleAndLastReplies) {
     ReplyBreaker breaker(GetParam());
     const auto points = static_cast<int>(breaker.scenario().codes.size());
+    const auto damages = word_damages();
+    std::size_t next = 0; // under the sanitizers every so many-th, going on from point to point
     for (const int point : {0, 1, 2, points / 2, points - 2, points - 1}) {
-        for (const Damage& damage : word_damages()) {
-            breaker.damage(26, point, damage);
+        for (; next < damages.size(); next += series_stride) {
+            breaker.damage(26, point, damages[next]);
         }
+        next -= damages.size();
         if (HasFailure()) {
             return;
         }
     }
-    EXPECT_EQ(breaker.runs(), 6 * damage_count(26));
+    EXPECT_EQ(breaker.runs(), (6 * damage_count(26) + series_stride - 1) / series_stride);
 }
 
 INSTANTIATE_TEST_SUITE_P(All, PassReplyFaults, testing::Values("PointsOfChannel1", "PointsOfBoth"),

@@ -24,7 +24,7 @@ void CursorDragTest::cursor_lines_are_dragged_data() {
     QTest::addColumn<bool>("voltage");
     QTest::addColumn<int>("cursor");
     QTest::addColumn<double>("scale");
-    for (const double scale : {1.0, 1.25, 1.5, 1.9, 2.0, 3.4, 5.0}) {
+    for (const double scale : drag_scales()) {
         QTest::addRow("voltage 1 at %g", scale) << true << 0 << scale;
         QTest::addRow("time 2 at %g", scale) << false << 1 << scale;
     }

@@ -30,7 +30,7 @@ private Q_SLOTS:
 void DragTest::a_channel_marker_moves_its_trace_data() {
     QTest::addColumn<int>("channel");
     QTest::addColumn<double>("scale");
-    for (const double scale : {1.0, 1.25, 1.5, 1.9, 2.0, 3.4, 5.0}) {
+    for (const double scale : drag_scales()) {
         QTest::addRow("CH1 at %g", scale) << 0 << scale;
     }
     QTest::newRow("CH2") << 1 << 1.0;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 #include <QTabBar>
 #include <QTest>
@@ -10,11 +11,22 @@
 #include "mouse.h"
 #include "program_on_bench.h"
 #include "state/plot_geometry.h"
+#include "support/series_stride.h"
 
 namespace kv408::ui {
 
 /// The commands of one set-up, from the trigger to the start of the sweep.
 inline const std::vector<int> set_up = {8, 27, 30, 35, 31, 32};
+
+/// The scales of the window at which dragging is tried. The sanitizers get the smaller ones, where
+/// what is drawn takes less time than what is dragged.
+inline std::vector<double> drag_scales() {
+    std::vector<double> scales = {1.0, 1.25, 1.9};
+    if (series_stride == 1) {
+        scales.insert(scales.end(), {1.5, 2.0, 3.4, 5.0});
+    }
+    return scales;
+}
 
 /// The program sweeping, and the mouse over its window.
 struct Dragging : ProgramOnBench {
