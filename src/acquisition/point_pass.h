@@ -10,7 +10,7 @@
 
 namespace kv408 {
 
-/// Acquires point by point: one exchange an enabled channel and screen column.
+/// Acquires point by point: one exchange per enabled channel and screen column.
 class PointPass {
 public:
     PointPass(const Surroundings& around, Samples& samples, Sweeps& sweeps)
@@ -26,7 +26,7 @@ private:
     /// What came of one point, or of one channel's exchange.
     enum class Outcome { taken, waiting, failed };
 
-    /// What there is to do where a point did not come: the sweep in hand is no whole one.
+    /// What there is to do where a point did not come: the sweep is not whole.
     void end_without_point(Outcome outcome);
     /// Announces what has come of the channels `enabled`, all of it when `whole`.
     void end(const std::array<bool, 2>& enabled, bool whole);

@@ -19,8 +19,8 @@ public:
 
     /// Uploads both channel offsets and the resolution and, unless points are fetched one by one,
     /// starts the first block sweep and sets the state word to its state. A failure is shown in a
-    /// message and leaves the state word. True when a sweep was started, so that its assembly
-    /// starts afresh.
+    /// message and leaves the state word unchanged. True when a sweep was started, so that its
+    /// assembly starts afresh.
     bool setscope8ghz();
 
 private:

@@ -31,7 +31,7 @@ std::int16_t corrected_offset(std::int32_t in_use, double mean_mv, double factor
 
 bool quiet_enough(double vpp_mv) {
     constexpr double loud_mv = 30.0;
-    // A sampler is never still: exactly 0 means that nothing was measured.
+    // A sampler always has noise: exactly 0 means that nothing was measured.
     return vpp_mv > 0.0 && vpp_mv < loud_mv;
 }
 

@@ -20,13 +20,13 @@ inline constexpr double calibration_hz = 10e6;
 [[nodiscard]] std::optional<std::int16_t>
 corrected_gain(std::int32_t in_use, std::int32_t measured_mv, double expected_mv);
 
-/// Codes a millivolt of the input that an offset is corrected by.
+/// Codes per millivolt of the input that an offset is corrected by.
 struct OffsetFactor {
     bool high_gain = true;    ///< range "50mV" and finer, else the coarser one
     bool via_trigger = false; ///< the input comes through the trigger, which halves it
 };
 
-/// 6 and 2 codes a millivolt in high and low gain, half of that through the trigger.
+/// 6 and 2 codes per millivolt in high and low gain, half of that through the trigger.
 [[nodiscard]] double codes_per_millivolt(const OffsetFactor& factor);
 
 /// The offset that brings a mean of `mean_mv` to 0.

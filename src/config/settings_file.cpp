@@ -262,8 +262,8 @@ std::string SettingsFile::text() const {
 }
 
 SettingsFile::Outcome SettingsFile::write(const std::filesystem::path& path) {
-    // The default folder is looked after whatever file is written; only that of the file itself
-    // has to be there.
+    // The default folder is made whatever file is written; the write fails only where the file's
+    // own folder is missing.
     host_.files.create_folder(host_.places.settings);
     const std::filesystem::path folder = path.parent_path();
     if (!folder.empty()) {

@@ -32,7 +32,7 @@ void put_headers(std::string& bytes, const Surface& picture, std::uint32_t pixel
     put(bytes, bits_a_pixel, 2);
     put(bytes, 0, 4); // not compressed
     put(bytes, pixels_bytes, 4);
-    put(bytes, 0, 4); // pixels a metre, across and down: not known
+    put(bytes, 0, 4); // pixels per metre, across and down: not known
     put(bytes, 0, 4);
     put(bytes, 0, 4); // no palette
     put(bytes, 0, 4);

@@ -6,7 +6,7 @@
 
 namespace kv408 {
 
-/// `picture` as the bytes of a Windows bitmap file: 24 bits a pixel, uncompressed, the bottom row
+/// `picture` as the bytes of a Windows bitmap file: 24 bits per pixel, uncompressed, the bottom row
 /// first, each row filled up with zeros to a multiple of four bytes.
 [[nodiscard]] std::string bitmap_file(const Surface& picture);
 

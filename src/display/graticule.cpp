@@ -8,7 +8,7 @@ namespace {
 
 constexpr int right_edge = plot::width - 1;   // 640
 constexpr int bottom_edge = plot::height - 1; // 512
-constexpr int dots_across = 51;               // five a division and one at the end
+constexpr int dots_across = 51;               // five per division and one at the end
 constexpr int dots_down = 41;
 constexpr int edges = 3;       // both edges and the centre line between them
 constexpr int tick_before = 3; // a tick is 7 units long: 3 before its line, 3 after, one on it

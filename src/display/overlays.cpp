@@ -21,7 +21,7 @@ Colour mixed(Colour first, Colour second) {
                mean(blue_of(first), blue_of(second)));
 }
 
-/// Pixels below its channel's zero row at which the level of `source` lies, not rounded.
+/// Rows below its channel's zero row at which the level of `source` lies, not rounded.
 double level_distance(Channel source, const TriggerState& trigger, const Channels& channels) {
     const ChannelState& channel = channels[source];
     return (zero_volt_code - trigger.saved_trigpos[source]) * 2 * channel.scale * channel.vtfactor;

@@ -10,7 +10,7 @@ namespace kv408 {
 /// Largest persistence depth: every generation fades, the oldest one step above the background.
 inline constexpr int deepest_persistence = plot::generations;
 
-/// One colour a generation, 0 the newest.
+/// One colour per generation, 0 the newest.
 using PersistenceColours = std::array<Colour, plot::generations>;
 
 /// The colours that fade from `channel` to `background` over `depth` (0..9) generations; the older

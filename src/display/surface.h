@@ -63,7 +63,7 @@ public:
     [[nodiscard]] int width() const { return width_; }
     [[nodiscard]] int height() const { return height_; }
 
-    /// All pixels, row 0 first; `width()` pixels a row without padding.
+    /// All pixels, row 0 first; `width()` pixels per row without padding.
     [[nodiscard]] std::span<const Pixel> pixels() const { return pixels_; }
     [[nodiscard]] std::span<Pixel> pixels() { return pixels_; }
 

@@ -14,7 +14,7 @@ namespace kv408 {
 enum class DoctorResult {
     answers = 0,   ///< an instrument answers
     no_answer = 1, ///< none does
-    wrong_use = 2  ///< it was not asked as it wants to be
+    wrong_use = 2  ///< its command line is wrong
 };
 
 /// Answers `arguments`, those of the command line after the program's name, when there are any: the

@@ -14,7 +14,7 @@ struct LocalTime {
     int second = 0;  ///< 0..59
 };
 
-/// Time and waiting, handed to whoever needs them so that tests run on a clock of their own.
+/// Time and waiting, passed to whoever needs them so that tests run on a clock of their own.
 class Clock {
 public:
     virtual ~Clock() = default;

@@ -18,7 +18,7 @@ std::chrono::nanoseconds SystemClock::now() const {
 }
 
 void SystemClock::sleep(std::chrono::nanoseconds duration) {
-    // Some systems wake a sleeper early.
+    // Some systems return early.
     const auto end = now() + duration;
     for (auto left = duration; left > std::chrono::nanoseconds::zero(); left = end - now()) {
         std::this_thread::sleep_for(left);

@@ -53,8 +53,8 @@ FileResult failure(int error) {
     return failure(std::error_code(error, std::generic_category()));
 }
 
-/// Why the file at `path` cannot be read or replaced as a file: devices would swallow the program's
-/// time or be replaced themselves, and no file of the program comes near the size limit.
+/// Why the file at `path` cannot be read or replaced as a file: reading a device may
+/// never end, and it would itself be replaced; no file of the program comes near the size limit.
 FileResult check_file(const std::filesystem::path& path) {
     std::error_code error;
     std::error_code parent_error;

@@ -8,17 +8,17 @@
 
 namespace kv408 {
 
-/// What asks a program from outside to end, received by a thread of its own, so that it is heard
-/// while the program's own thread is held up; `EndRequests` tells what becomes of it.
+/// What asks a program from outside to end, received by a thread of its own, so that it is
+/// received while the program's own thread is held up; `EndRequests` tells what becomes of it.
 ///
 /// On Linux the signals by which a session or a terminal asks (TERM, INT, HUP). One that was
 /// ignored when the program was started stays ignored. PIPE is ignored.
 ///
 /// On Windows the end of the session and what asks all windows of a process to close, as taskkill
-/// does: a window that is never shown hears both.
+/// does: a window that is never shown receives both.
 class TerminationSignals {
 public:
-    /// From now on the requests are heard; constructed before any other thread is started, so
+    /// From now on the requests are received; constructed before any other thread is started, so
     /// before the application.
     TerminationSignals();
     ~TerminationSignals();

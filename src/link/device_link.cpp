@@ -102,8 +102,8 @@ void DeviceLink::let_end_now_and_then() {
 
 void DeviceLink::let_end_of_taking_over() {
     // Each look loses a key that the user presses meanwhile, so what is done sooner gets none.
-    constexpr milliseconds deaf{500};
-    if (program_.taking_over_since && clock_.now() - *program_.taking_over_since >= deaf) {
+    constexpr milliseconds first_look{500};
+    if (program_.taking_over_since && clock_.now() - *program_.taking_over_since >= first_look) {
         let_end_now_and_then();
     }
 }

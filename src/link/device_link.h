@@ -49,7 +49,7 @@ struct LinkState {
 /// program (ProgramEnded).
 class DeviceLink {
 public:
-    /// Talks through `bridge`; `diagnose` gives the details of the messages that the instrument is
+    /// Works over `bridge`; `diagnose` gives the details of the messages that the instrument is
     /// not reached.
     DeviceLink(Bridge& bridge, Clock& clock, MessageBoxes& boxes, ProgramState& program,
                Diagnose diagnose = {})
@@ -81,8 +81,7 @@ public:
     void on_long_work(std::function<void()> let_end) { let_end_ = std::move(let_end); }
 
     /// Lists the serial numbers of all attached devices and selects the first. False, with no
-    /// selection, when the devices cannot be counted.
-    /// An end that is asked for meanwhile stops it.
+    /// selection, when the devices cannot be counted. An end that is asked for meanwhile stops it.
     bool listdevices();
 
     /// Lists the devices; ends the program with a message when that fails.

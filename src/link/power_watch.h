@@ -73,7 +73,7 @@ public:
 
     /// To be asked while a sweep runs and the program is left. True as for `was_away`, where it was
     /// held up inside: for at least two seconds it neither entered, nor waited for the instrument
-    /// in vain, nor heard from it.
+    /// in vain, nor received anything.
     [[nodiscard]] bool was_held_up() {
         return passed(entered_at_) && passed(heard_at_) && !unanswered_ && away_.take(true);
     }

@@ -112,8 +112,8 @@ void ThumbWheel::shift_phase(std::int64_t pixels) {
 }
 
 void ThumbWheel::commit() {
-    // A drag that ends where it began has been elsewhere, and whoever followed it must know its
-    // end.
+    // A drag that ends where it began has passed other values, and whoever followed it must know
+    // its end.
     if (committed_ == value_ && !scrolled_) {
         return;
     }

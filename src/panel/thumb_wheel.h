@@ -13,7 +13,7 @@ inline constexpr int left_mouse_button = 1;
 /// An endless ribbed wheel seen from its edge, without its painting. Dragging it sideways changes
 /// its value by `SlideStep` per pixel within `Min`..`Max` while the ribs move along; letting go
 /// commits the value. A value is committed through a scroll bar of 16 bits, which raises the
-/// change event when its own value changes or a drag has been elsewhere since the last commit.
+/// change event when its own value changes or a drag has passed other values since the last commit.
 class ThumbWheel : public Control {
 public:
     /// A wheel with the defaults: 0..100, standing at 50, ribs of 8 pixels and gaps of 4.

@@ -14,7 +14,8 @@ namespace kv408 {
 struct VerticalScale {
     std::int16_t gain; ///< `chNgain`: 1 high gain, 2 low gain
     double atten;      ///< `chNatten`: millivolts per code
-    double scale;      ///< `chNscale`: pixels per code, 512 divided by the codes of a full screen
+    double scale; ///< `chNscale`: units of the plot per code, 512 divided by the codes of a full
+                  ///< screen
     double mv_per_division;
 };
 

@@ -1,7 +1,5 @@
 #include "scope/parts.h"
 
-#include "panel/device_list.h"
-
 namespace kv408 {
 
 Parts::Parts(const Machine& machine)
@@ -31,30 +29,22 @@ Parts::Parts(const Machine& machine)
       measuring(panel,
                 {.sweeps = sweeps, .channels = channels, .state = measurements, .marks = marks},
                 picture),
-      around{.panel = panel,
-             .channels = channels,
-             .trigger = trigger_state,
-             .cursors = cursor_state,
-             .time_base = time_base_state,
-             .acquisition = acquisition,
-             .link = link,
-             .clock = clock,
-             .boxes = boxes,
-             .messages = messages,
-             .screen = picture,
-             .measuring = measuring},
-      vertical(around), trigger(around), adjust(around, vertical, trigger),
-      time_base(around, trigger, adjust), cursors(panel, cursor_state, adjust, picture),
-      plot_mouse(panel, channels, cursor_state, adjust, picture), display_controls(around),
-      upload(around, trigger), block(around, samples, sweeps), pass(around, samples, sweeps),
-      state_machine(around, {.vertical = vertical, .upload = upload, .block = block, .pass = pass}),
+      on_panel(*this, {.link = link,
+                       .clock = clock,
+                       .boxes = boxes,
+                       .messages = messages,
+                       .screen = picture,
+                       .measuring = measuring}),
+      cursors(panel, cursor_state, on_panel.adjust, picture),
+      plot_mouse(panel, channels, cursor_state, on_panel.adjust, picture),
+      acquiring(on_panel, *this),
       settings_file({.panel = panel,
                      .channels = channels,
                      .trigger = trigger_state,
                      .cursors = cursor_state,
                      .colours = colours,
                      .display = settings,
-                     .adjust = adjust},
+                     .adjust = on_panel.adjust},
                     {.files = files,
                      .choosers = choosers,
                      .boxes = boxes,
@@ -66,23 +56,19 @@ Parts::Parts(const Machine& machine)
                     {.apply = [this] { start_up.apply_settings(); },
                      .cancel_edits = [this] { settings_dialog.cancel(); },
                      .confirmed_colours = [this] { return settings_dialog.confirmed_colours(); }}),
-      start_up(around, {.program = program,
-                        .samples = samples,
-                        .calibration = calibration,
-                        .time_base = time_base,
-                        .vertical = vertical,
-                        .trigger = trigger,
-                        .adjust = adjust,
-                        .cursors = cursors,
-                        .colour_update = colour_update,
-                        .settings = settings_file}),
-      frmcalibration(around, {.in_use = calibration,
-                              .measurements = measurements,
-                              .samples = samples,
-                              .state_machine = state_machine,
-                              .files = files,
-                              .choosers = choosers,
-                              .places = places}),
+      start_up(on_panel, {.program = program,
+                          .samples = samples,
+                          .calibration = calibration,
+                          .cursors = cursors,
+                          .colour_update = colour_update,
+                          .settings = settings_file}),
+      frmcalibration(on_panel.around, {.in_use = calibration,
+                                       .measurements = measurements,
+                                       .samples = samples,
+                                       .state_machine = acquiring.state_machine,
+                                       .files = files,
+                                       .choosers = choosers,
+                                       .places = places}),
       tools(panel, sweeps, {.picture = picture, .snapshot = snapshot, .measurements = measurements},
             {.clock = clock,
              .boxes = boxes,
@@ -106,7 +92,6 @@ Parts::Parts(const Machine& machine)
     });
     colour_update.recolour_panel();
     link.on_operation([this] { note_before_bridge(); });
-    link.on_listing([this](const DeviceListing& devices) { show_devices(panel.device, devices); });
     boxes.on_stop([this] { panel.cmdstop.click(); });
 }
 

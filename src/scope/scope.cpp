@@ -65,7 +65,7 @@ bool Scope::start() {
 void Scope::tick() {
     const bool exchange_under_way = parts_->entries.hold_ticks();
     enter([&] {
-        parts_->state_machine.Timer1_Timer(exchange_under_way);
+        parts_->acquiring.state_machine.Timer1_Timer(exchange_under_way);
         parts_->tools.tick();
         if (!exchange_under_way) {
             parts_->tools.tick_over();

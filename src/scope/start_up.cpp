@@ -18,8 +18,9 @@ std::string without_device(bool first) {
 
 } // namespace
 
-StartUp::StartUp(const Surroundings& around, const Parts& parts) : around_(around), parts_(parts) {
-    around.panel.menuexit.on_click([this] { Form_Unload(); });
+StartUp::StartUp(PanelParts& on_panel, const Parts& parts)
+    : on_panel_(on_panel), around_(on_panel.around), parts_(parts) {
+    around_.panel.menuexit.on_click([this] { Form_Unload(); });
 }
 
 void StartUp::Form_Load() {
@@ -82,8 +83,8 @@ void StartUp::inicijalizacija() {
 void StartUp::initialise_panel() {
     parts_.samples = {};
     around_.acquisition.scopestate = state_word::begin;
-    parts_.vertical.fill_lists();
-    parts_.time_base.fill_list();
+    on_panel_.vertical.fill_lists();
+    on_panel_.time_base.fill_list();
     around_.panel.trigeredge.set_entries({"Positive", "Negative"});
     around_.panel.trigsource.set_entries({"TRIG1", "TRIG2"});
     around_.panel.combocursorselect.set_entries({"CH1", "CH2"});
@@ -108,21 +109,21 @@ void StartUp::initialise_panel() {
 
 void StartUp::apply_settings() {
     parts_.colour_update.colorupdate();
-    parts_.trigger.trigeredge_Click();
-    parts_.trigger.trigsource_Click();
-    parts_.time_base.seltimediv_Click();
-    parts_.vertical.vdiv_Click(ch1);
-    parts_.vertical.vdiv_Click(ch2);
-    parts_.time_base.seltimediv_Click();
-    parts_.trigger.settriger();
-    parts_.time_base.seltimediv_Click();
-    parts_.adjust.sliderupdate();
+    on_panel_.trigger.trigeredge_Click();
+    on_panel_.trigger.trigsource_Click();
+    on_panel_.time_base.seltimediv_Click();
+    on_panel_.vertical.vdiv_Click(ch1);
+    on_panel_.vertical.vdiv_Click(ch2);
+    on_panel_.time_base.seltimediv_Click();
+    on_panel_.trigger.settriger();
+    on_panel_.time_base.seltimediv_Click();
+    on_panel_.adjust.sliderupdate();
     parts_.cursors.combocursorselect_Click();
     for (const Channel channel : both_channels) {
-        parts_.vertical.enable_Click(channel);
+        on_panel_.vertical.enable_Click(channel);
     }
     for (const Channel channel : both_channels) {
-        parts_.vertical.place_marker(channel);
+        on_panel_.vertical.place_marker(channel);
     }
     around_.screen.makegrid();
     parts_.program.loaded = true;

@@ -3,11 +3,7 @@
 #include "config/settings_file.h"
 #include "display/colour_update.h"
 #include "display/cursors.h"
-#include "panel/adjust.h"
-#include "panel/surroundings.h"
-#include "panel/time_base.h"
-#include "panel/trigger.h"
-#include "panel/vertical.h"
+#include "panel/panel_parts.h"
 #include "state/calibration_record.h"
 #include "state/program_state.h"
 #include "state/samples.h"
@@ -23,23 +19,19 @@ public:
         ProgramState& program;
         Samples& samples;
         CalibrationRecord& calibration;
-        TimeBase& time_base;
-        Vertical& vertical;
-        Trigger& trigger;
-        Adjust& adjust;
         Cursors& cursors;
         ColourUpdate& colour_update;
         SettingsFile& settings;
     };
 
     /// Connects Exit.
-    StartUp(const Surroundings& around, const Parts& parts);
+    StartUp(PanelParts& on_panel, const Parts& parts);
 
     /// Loading: discovery and check until the instrument answers, then the panel with the settings
     /// of the default file. Ends the program when the user gives up or no instrument can be had.
     void Form_Load();
 
-    /// Discovery, once an activation.
+    /// Discovery, once per activation.
     void Form_Activate();
 
     /// Runs the panel's handlers in their order, so that settings that were read take effect.
@@ -55,6 +47,7 @@ private:
     void inicijalizacija();
     void initialise_panel();
 
+    PanelParts& on_panel_;
     Surroundings around_;
     Parts parts_;
 };

@@ -74,7 +74,7 @@ struct Faults {
     /// the open device is closed.
     bool unplugged = false;
     /// The instrument is off: its bridge lists and opens, but nothing answers, and the instrument
-    /// wakes with its power-up settings.
+    /// starts with its power-up settings.
     bool no_power = false;
     AcknowledgeFault acknowledge = AcknowledgeFault::none; ///< fault of every acknowledge
     Byte wrong_acknowledge = 21;                           ///< byte sent by `wrong`

@@ -82,7 +82,7 @@ BridgeStatus SimulatedBridge::open(std::uint32_t index) {
         open_ = true;
         open_index_ = index;
         baud_rate_ = first_baud_rate;
-        // What came while nobody listened is lost.
+        // What came while the device was not open is lost.
         instrument_.line().drop_arrived(record.began);
     });
     return done.status;

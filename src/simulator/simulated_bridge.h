@@ -9,7 +9,7 @@
 
 namespace kv408::simulator {
 
-/// The bridge and the serial line of a simulated instrument, paced on a clock that is handed in.
+/// The bridge and the serial line of a simulated instrument, paced by a clock that is passed in.
 /// Reading and writing take their time by sleeping on that clock. One device is open at a time;
 /// without one an operation that needs it gives `bridge_failed`. After `open` the link
 /// speed is 9600 baud, and at any speed that is not the instrument's within 2 % both sides

@@ -4,7 +4,7 @@
 
 namespace kv408::simulator {
 
-/// A simulated instrument on its bench, complete: construct it, hand `bridge()` to the program,
+/// A simulated instrument on its bench, complete: construct it, give `bridge()` to the program,
 /// change `bench()` at will. It starts in the factory state.
 class Simulation {
 public:
@@ -24,7 +24,7 @@ public:
     /// does: one that comes and goes between two of them leaves no trace otherwise.
     void notice_faults() { bridge_.notice_faults(); }
 
-    /// The bridge that the program talks to.
+    /// The bridge over which the program reaches the instrument.
     [[nodiscard]] Bridge& bridge() { return bridge_; }
 
     /// The instrument's flash memory.

@@ -47,7 +47,7 @@ struct MeasurementState {
     std::array<AnnotationPlaces, 2> annotations;
 };
 
-/// A point of the plot, pixels.
+/// A point of the plot, in its units.
 struct AnnotationPoint {
     std::int32_t x = 0;
     std::int32_t y = 0;

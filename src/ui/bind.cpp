@@ -40,7 +40,7 @@ void show_fault(QLineEdit& widget, bool faulty) {
 QStringList entries_of(const ListBox& control) {
     QStringList entries;
     for (const std::string& entry : control.entries()) {
-        // A device calls itself what it likes.
+        // The serial number of a device may be any text.
         entries.append(text_of(shown_line(entry)));
     }
     return entries;

@@ -38,7 +38,7 @@ void set_roles(QPalette& palette, const Roles& roles, const QColor& colour,
 /// Mark of a widget that paints its own background.
 constexpr const char* paints_itself = "paintsItself";
 
-/// Hands the text colours of one widget on to another.
+/// Copies the text colours of one widget to another.
 class Follower : public QObject {
 public:
     Follower(QWidget& widget, QWidget& leader) : QObject(&widget), widget_(widget) {

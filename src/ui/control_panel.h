@@ -49,7 +49,7 @@ private:
     /// The least width that shows every frame in `columns` columns, beside a scroll bar.
     [[nodiscard]] int least_width(int columns) const;
 
-    /// Puts the frames where the panel's size wants them.
+    /// Puts the frames where the panel's size requires.
     void arrange();
     void put_frames(int columns, bool with_rest);
 

@@ -25,7 +25,7 @@ public:
     /// program's own it saves what was last known.
     void abandon() noexcept;
 
-    /// Hands a message of Qt's on to whoever took them before.
+    /// Passes a message of Qt's on to the handler that was set before.
     void pass_on(QtMsgType type, const QMessageLogContext& context, const QString& message) const;
 
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -50,7 +50,7 @@ bool LeftDrag::mouse(const QMouseEvent& event) {
         return dragged;
     }
     let_go();
-    // Also a disabled widget's events come by here.
+    // Also a disabled widget's events arrive here.
     dragging_ = widget_.isEnabled() && handlers_.press(event.globalPosition(), event.modifiers());
     return dragging_;
 }

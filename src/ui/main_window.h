@@ -22,7 +22,7 @@ struct Dialogs {
     QtFileChoosers& choosers;
 };
 
-/// The main window: it shows the controls and hands what the user does on to the program. Once it
+/// The main window: it shows the controls and passes what the user does to the program. Once it
 /// has appeared the program starts up, and from then on the timer ticks.
 class MainWindow : public QMainWindow {
 public:

@@ -20,7 +20,7 @@ constexpr int mark_width = 14;
 constexpr int usual_name_width = 90;
 constexpr int rule_gap = 10; ///< ahead of the second channel, with the rule in its middle
 
-/// Lies over results that are old, and lets them shine through faintly.
+/// Covers results that are old, so that they are shown faintly.
 class Veil : public QWidget {
 public:
     explicit Veil(QWidget* results) : QWidget(results) {

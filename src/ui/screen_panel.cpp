@@ -37,7 +37,7 @@ QLabel* make_heading(QWidget* parent, const QString& text, QWidget& read_out) {
     return caption;
 }
 
-/// A read-out on a plate that lets the picture shine through.
+/// A read-out on a translucent plate.
 class Plate : public QLabel {
 public:
     explicit Plate(QWidget* parent) : QLabel(parent) {

@@ -85,7 +85,7 @@ private:
     ReferencePlates* references_ = nullptr; ///< once they have been added
     std::optional<CursorNumbers> cursor_numbers_;
     double growth_ = 1.0; ///< of the texts, 1 to 2
-    qreal ratio_ = 0.0;   ///< device pixels a unit that the plot was last fitted for
+    qreal ratio_ = 0.0;   ///< device pixels per unit that the plot was last fitted for
 };
 
 } // namespace kv408::ui

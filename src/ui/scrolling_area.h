@@ -11,7 +11,7 @@ public:
     /// Shows `content`, which it owns, at least as large as its minimum size hint.
     explicit ScrollingArea(QWidget* content, QWidget* parent = nullptr);
 
-    /// As large as the content wants to be.
+    /// The size hint of the content.
     [[nodiscard]] QSize sizeHint() const override;
 
     /// Small: the rest is scrolled to.

@@ -5,25 +5,11 @@
 #include <string>
 #include <vector>
 
-#include "acquisition/block_sweep.h"
-#include "acquisition/point_pass.h"
-#include "acquisition/set_up_upload.h"
-#include "acquisition/state_machine.h"
+#include "acquisition/acquisition_parts.h"
 #include "acquisition/status.h"
-#include "host/ending.h"
-#include "link/device_link.h"
-#include "panel/device_list.h"
-#include "panel/display_controls.h"
-#include "panel/front_panel.h"
-#include "panel/time_base.h"
-#include "panel/vertical.h"
 #include "scope/start_up.h"
-#include "support/fake_bridge.h"
 #include "support/fake_files.h"
-#include "support/fake_host.h"
-#include "support/fake_measuring.h"
-#include "support/fake_screen.h"
-#include "support/virtual_clock.h"
+#include "support/fake_machine.h"
 
 namespace kv408 {
 
@@ -31,10 +17,10 @@ using Texts = std::vector<std::string>;
 
 /// The acquisition with everything that it drives, connected as in the program, over a fake
 /// bridge; nothing is listed or opened yet.
-struct AcquisitionRig {
-    AcquisitionRig() {
-        link.on_listing(
-            [this](const DeviceListing& devices) { show_devices(panel.device, devices); });
+struct AcquisitionRig : FakeMachine, PanelState, SweepState, PanelParts, AcquisitionParts {
+    AcquisitionRig()
+        : PanelParts(static_cast<PanelState&>(*this), outside()),
+          AcquisitionParts(static_cast<PanelParts&>(*this), *this) {
         sweeps.on_finished([this](const auto&) { screen.movepersistance(); });
         sweeps.on_finished([this](const auto&) { measuring.makemeasurement(); });
     }
@@ -78,49 +64,8 @@ struct AcquisitionRig {
 
     [[nodiscard]] const std::string& status() const { return panel.textstatus.text(); }
 
-    VirtualClock clock;
-    FakeBridge bridge{clock};
-    FakeMessageBoxes boxes;
-    FakeWindowMessages messages;
-    FakeScreen screen;
-    FakeMeasuring measuring;
-    ProgramState program;
-    AcquisitionState acquisition;
-    TimeBaseState time_base_state;
-    TriggerState trigger;
-    CursorState cursor_state;
-    Channels channels;
-    Samples samples;
-    Sweeps sweeps;
     CalibrationRecord calibration = {};
-    FrontPanel panel;
-    EndingMessageBoxes ending_boxes{boxes, program};
-    EndingWindowMessages ending_messages{messages, program};
-    std::string diagnosis; ///< what a look at the devices tells
-    DeviceLink link{bridge, clock, ending_boxes, program, [this] { return diagnosis; }};
-    Surroundings around{.panel = panel,
-                        .channels = channels,
-                        .trigger = trigger,
-                        .cursors = cursor_state,
-                        .time_base = time_base_state,
-                        .acquisition = acquisition,
-                        .link = link,
-                        .clock = clock,
-                        .boxes = ending_boxes,
-                        .messages = ending_messages,
-                        .screen = screen,
-                        .measuring = measuring};
-    Vertical vertical{around};
-    Trigger trigger_frame{around};
-    Adjust adjust{around, vertical, trigger_frame};
-    TimeBase time_base{around, trigger_frame, adjust};
     Cursors cursors{panel, cursor_state, adjust, screen};
-    DisplayControls display_controls{around};
-    SetUpUpload upload{around, trigger_frame};
-    BlockSweep block{around, samples, sweeps};
-    PointPass pass{around, samples, sweeps};
-    StateMachine state_machine{
-        around, {.vertical = vertical, .upload = upload, .block = block, .pass = pass}};
     FakeFiles files;
     FakeFileChoosers choosers;
     Places places = fake_places();
@@ -130,7 +75,7 @@ struct AcquisitionRig {
     SettingsFile settings_file{
         {.panel = panel,
          .channels = channels,
-         .trigger = trigger,
+         .trigger = trigger_state,
          .cursors = cursor_state,
          .colours = colours,
          .display = settings,
@@ -143,14 +88,10 @@ struct AcquisitionRig {
          .messages = ending_messages,
          .program = program},
         {.apply = [this] { start_up.apply_settings(); }, .cancel_edits = [] {}}};
-    StartUp start_up{around,
+    StartUp start_up{static_cast<PanelParts&>(*this),
                      {.program = program,
                       .samples = samples,
                       .calibration = calibration,
-                      .time_base = time_base,
-                      .vertical = vertical,
-                      .trigger = trigger_frame,
-                      .adjust = adjust,
                       .cursors = cursors,
                       .colour_update = colour_update,
                       .settings = settings_file}};

@@ -73,9 +73,9 @@ TEST(FinishedSweep, TellsWhatItWasTakenWithWhateverIsSelectedLater) {
     BlocksRig::choose(rig.panel.trigsource, "TRIG2");
     BlocksRig::choose(rig.panel.trigeredge, "Negative");
     rig.panel.shyst.set_value(25);
-    rig.trigger.trigpos = 2148;
+    rig.trigger_state.trigpos = 2148;
     rig.panel.trtout.set_text("1000");
-    rig.trigger_frame.settriger();
+    rig.trigger.settriger();
     rig.acquisition.offset = {0, 70};
     rig.block_of(ch2);
     const auto kept = rig.sweeps.last();
@@ -119,11 +119,11 @@ TEST(FinishedSweep, TellsWhatItWasTakenWithWhateverIsSelectedLater) {
 
 TEST(FinishedSweep, ItsTriggerIsTheOneThatTheInstrumentHasAcknowledged) {
     BlocksRig rig;
-    rig.trigger.trigpos = 2060;
-    rig.trigger_frame.settriger();
+    rig.trigger_state.trigpos = 2060;
+    rig.trigger.settriger();
     rig.bridge.on_frame = {}; // nothing is acknowledged from now on
-    rig.trigger.trigpos = 2100;
-    rig.trigger_frame.settriger();
+    rig.trigger_state.trigpos = 2100;
+    rig.trigger.settriger();
     EXPECT_EQ(rig.block_of(ch1).trigger.level_mv, 12.0);
 }
 

@@ -62,7 +62,7 @@ TEST(SetTriger, UploadsSourceEdgeLevelHysteresisAndTimeOut) {
         rig.start();
         rig.panel.trigsource.set_index(row.source);
         rig.panel.trigeredge.set_index(row.edge);
-        rig.trigger.trigpos = row.level;
+        rig.trigger_state.trigpos = row.level;
         rig.panel.shyst.set_value(row.hysteresis);
         rig.panel.trtout.set_text(row.timeout);
         rig.forget();
@@ -87,13 +87,13 @@ TEST(SetTriger, PausesTenMillisecondsBetweenItsCommands) {
 TEST(SetTriger, TakesTheReferenceOfTheSource) {
     AcquisitionRig rig;
     rig.start();
-    rig.trigger.trigdelay = {111, 222};
+    rig.trigger_state.trigdelay = {111, 222};
     rig.panel.trigsource.set_index(1);
     rig.upload.settriger();
-    EXPECT_EQ(rig.trigger.trigsrcdelay, 222);
+    EXPECT_EQ(rig.trigger_state.trigsrcdelay, 222);
     rig.panel.trigsource.set_index(0);
     rig.upload.settriger();
-    EXPECT_EQ(rig.trigger.trigsrcdelay, 111);
+    EXPECT_EQ(rig.trigger_state.trigsrcdelay, 111);
 }
 
 TEST(SetTriger, AFailedTriggerSkipsTheTimeOut) {

@@ -108,10 +108,10 @@ TEST(ReadHandlers, AStoredValueIsNotOverwrittenByAWheelThatStoodElsewhere) {
     rig.load("TabStrip3\t1\r\nTabStrip2\tC1\r\n");
     ASSERT_EQ(rig.panel.tabstrip2.selected_key(), "C1");
     rig.load("intcr1vpos\t33\r\ncursorselect\t1\r\n");
-    EXPECT_EQ(rig.cursors.vpos[0], 33);
+    EXPECT_EQ(rig.cursor_state.vpos[0], 33);
     EXPECT_EQ(rig.panel.slider1.Value(), 1024 - 2 * 33);
     rig.load("TabStrip3\t2\r\nTabStrip2\tC2\r\nintcr2hpos\t639\r\ncursorselect\t0\r\n");
-    EXPECT_EQ(rig.cursors.hpos[1], 639);
+    EXPECT_EQ(rig.cursor_state.hpos[1], 639);
 }
 
 TEST(ReadHandlers, ALevelBetweenTheWheelsStepsStays) {

@@ -70,7 +70,7 @@ TEST(LastSettings, WithoutTheWindowColoursBeingEditedAreSavedAsTheyWereBefore) {
         {.panel = rig.panel,
          .channels = rig.channels,
          .trigger = rig.trigger_state,
-         .cursors = rig.cursors,
+         .cursors = rig.cursor_state,
          .colours = rig.colours,
          .display = rig.display,
          .adjust = rig.adjust},

@@ -22,12 +22,12 @@ std::string text(std::int64_t number) {
 using R = const SettingsRig&;
 
 const std::vector<KeyRow> key_rows = {
-    {"intcr1vpos", "100", [](R rig) { return text(rig.cursors.vpos[0]); }, "100"},
-    {"intcr1hpos", "101", [](R rig) { return text(rig.cursors.hpos[0]); }, "101"},
-    {"intcr2vpos", "102", [](R rig) { return text(rig.cursors.vpos[1]); }, "102"},
-    {"intcr2hpos", "103", [](R rig) { return text(rig.cursors.hpos[1]); }, "103"},
-    {"cursorselect", "1", [](R rig) { return text(number_of(rig.cursors.channel)); }, "2"},
-    {"TabStrip3", "2", [](R rig) { return text(rig.cursors.cursormode); }, "3"},
+    {"intcr1vpos", "100", [](R rig) { return text(rig.cursor_state.vpos[0]); }, "100"},
+    {"intcr1hpos", "101", [](R rig) { return text(rig.cursor_state.hpos[0]); }, "101"},
+    {"intcr2vpos", "102", [](R rig) { return text(rig.cursor_state.vpos[1]); }, "102"},
+    {"intcr2hpos", "103", [](R rig) { return text(rig.cursor_state.hpos[1]); }, "103"},
+    {"cursorselect", "1", [](R rig) { return text(number_of(rig.cursor_state.channel)); }, "2"},
+    {"TabStrip3", "2", [](R rig) { return text(rig.cursor_state.cursormode); }, "3"},
     {"trigpos1", "2050", [](R rig) { return text(rig.trigger_state.saved_trigpos[0]); }, "2050"},
     {"trigpos2", "2051", [](R rig) { return text(rig.trigger_state.saved_trigpos[1]); }, "2051"},
     {"hyst1", "20", [](R rig) { return text(rig.trigger_state.hyst[0]); }, "20"},
@@ -110,7 +110,7 @@ TEST(Rows, EveryKeptControlOfThePanelHasItsRow) {
     const std::vector<SettingRow> rows = setting_rows({.panel = rig.panel,
                                                        .channels = rig.channels,
                                                        .trigger = rig.trigger_state,
-                                                       .cursors = rig.cursors,
+                                                       .cursors = rig.cursor_state,
                                                        .colours = rig.colours,
                                                        .display = rig.display,
                                                        .adjust = rig.adjust});
@@ -208,7 +208,7 @@ TEST(Rows, FractionsAreRoundedHalvesToEven) {
     for (const NumberRow& row : numbers) {
         SettingsRig rig;
         EXPECT_TRUE(rig.settings.setConfigVal("intcr1vpos", row.value)) << row.value;
-        EXPECT_EQ(rig.cursors.vpos[0], row.vpos) << row.value;
+        EXPECT_EQ(rig.cursor_state.vpos[0], row.vpos) << row.value;
     }
 }
 

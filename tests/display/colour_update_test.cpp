@@ -1,5 +1,6 @@
 #include "display/colour_update.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "display/colour_items.h"
@@ -27,10 +28,11 @@ struct ColourUpdateTest : testing::Test {
     ColourUpdate update{panel, colours, screen};
 };
 
-TEST_F(ColourUpdateTest, GoesOverThePictureInItsOrder) {
+TEST_F(ColourUpdateTest, MakesEveryPartOfThePictureAnew) {
     update.colorupdate();
-    EXPECT_EQ(screen.calls, (Texts{"refresh 1 0", "refresh 2 0", "calcPersistColors",
-                                   "ClearTrace 1", "ClearTrace 2", "makegrid"}));
+    EXPECT_THAT(screen.calls,
+                testing::UnorderedElementsAre("refresh 1 0", "refresh 2 0", "calcPersistColors",
+                                              "ClearTrace 1", "ClearTrace 2", "makegrid"));
 }
 
 TEST_F(ColourUpdateTest, RemapsBeforeItRecoloursAndRecoloursBeforeTheRamps) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "support/panel_rig.h"
+#include "support/time_base_lines.h"
 
 namespace kv408 {
 namespace {
@@ -13,23 +14,14 @@ struct CursorRig : StartedPanelRig {
         panel.tabstrip3.on_click([this] { frame.TabStrip3_Click(); });
         panel.combocursorselect.on_click([this] { frame.combocursorselect_Click(); });
         panel.combocursorselect.set_entries({"CH1", "CH2"});
-        screen.on_calccursors = [this] { show_cursor_readouts(panel, channels, cursors); };
+        screen.on_calccursors = [this] { show_cursor_readouts(panel, channels, cursor_state); };
     }
-    Cursors frame{panel, cursors, adjust, screen};
+    Cursors frame{panel, cursor_state, adjust, screen};
 };
 
 TEST(CursorDistance, ColumnsAreSecondsByTheTimeBase) {
-    const std::vector<std::pair<const char*, const char*>> rows = {
-        {"25ps/div", "25.0ps"}, {"50ps/div", "50.0ps"}, {"100ps/div", "100ps"},
-        {"200ps/div", "200ps"}, {"500ps/div", "500ps"}, {"1ns/div", "1.00ns"},
-        {"2ns/div", "2.00ns"},  {"5ns/div", "5.00ns"},  {"10ns/div", "10.0ns"},
-        {"20ns/div", "20.0ns"}, {"50ns/div", "50.0ns"}, {"100ns/div", "100ns"},
-        {"200ns/div", "200ns"}, {"500ns/div", "500ns"}, {"1us/div", "1.00us"},
-        {"2us/div", "2.00us"},  {"5us/div", "5.00us"},  {"10us/div", "10.0us"},
-        {"20us/div", "20.0us"}, {"50us/div", "50.0us"}, {"100us/div", "100us"}};
-    ASSERT_EQ(rows.size(), 21U);
-    for (const auto& [text, shown] : rows) {
-        EXPECT_EQ(deltacursorhor(64, text), shown) << text;
+    for (const TimeBaseLine& line : time_base_lines) {
+        EXPECT_EQ(deltacursorhor(64, std::string(line.text)), line.read_out) << line.text;
     }
     EXPECT_EQ(deltacursorhor(1, "25ps/div"), "0.00s"); // 0.39 ps is less than a pico
     EXPECT_EQ(deltacursorhor(640, "5ns/div"), "50.0ns");
@@ -38,7 +30,7 @@ TEST(CursorDistance, ColumnsAreSecondsByTheTimeBase) {
 
 TEST(CursorReadOut, VoltagesCountFromTheChannelsZeroLine) {
     CursorRig rig;
-    rig.cursors.vpos = {192, 320};
+    rig.cursor_state.vpos = {192, 320};
     rig.panel.tabstrip3.select(1);
     EXPECT_EQ(rig.panel.centerfr.caption(), "Delta Cursor : 200mV");
     EXPECT_EQ(rig.panel.lblc1.caption(), "C1: 100mV");
@@ -46,7 +38,7 @@ TEST(CursorReadOut, VoltagesCountFromTheChannelsZeroLine) {
     EXPECT_TRUE(rig.panel.centerfr.visible());
     EXPECT_TRUE(rig.panel.lblc1.visible());
     EXPECT_TRUE(rig.panel.lblc2.visible());
-    rig.cursors.vpos = {100, 100};
+    rig.cursor_state.vpos = {100, 100};
     rig.panel.tabstrip3.select(1);
     EXPECT_EQ(rig.panel.centerfr.caption(), "Delta Cursor : 0.00V");
 }
@@ -54,10 +46,10 @@ TEST(CursorReadOut, VoltagesCountFromTheChannelsZeroLine) {
 TEST(CursorReadOut, AnotherChannelIsAnotherScaleAtOnce) {
     CursorRig rig;
     PanelRig::choose(rig.panel.channel[1].vdiv, "10mV");
-    rig.cursors.vpos = {192, 320};
+    rig.cursor_state.vpos = {192, 320};
     rig.panel.tabstrip3.select(1);
     PanelRig::choose(rig.panel.combocursorselect, "CH2");
-    EXPECT_EQ(rig.cursors.channel, ch2);
+    EXPECT_EQ(rig.cursor_state.channel, ch2);
     EXPECT_EQ(rig.panel.centerfr.caption(), "Delta Cursor : 20.0mV");
     EXPECT_EQ(rig.panel.lblc1.caption(), "C1: 10.0mV");
     EXPECT_EQ(rig.screen.calls.back(), "draw 255");
@@ -65,7 +57,7 @@ TEST(CursorReadOut, AnotherChannelIsAnotherScaleAtOnce) {
 
 TEST(CursorReadOut, TimesHaveNoBlankBeforeTheColon) {
     CursorRig rig;
-    rig.cursors.hpos = {64, 320};
+    rig.cursor_state.hpos = {64, 320};
     rig.panel.tabstrip3.select(2);
     EXPECT_EQ(rig.panel.centerfr.caption(), "Delta Cursor: 80.0ns");
     EXPECT_EQ(rig.panel.lblc1.caption(), "C1: 20.0ns");
@@ -82,10 +74,10 @@ TEST(CursorType, TheTabsComeOnceAndGo) {
     EXPECT_EQ(rig.panel.tabstrip2.tabs()[4], (Tab{"C1", "Cursor 1"}));
     EXPECT_EQ(rig.panel.tabstrip2.tabs()[5], (Tab{"C2", "Cursor 2"}));
     EXPECT_EQ(rig.panel.tabstrip2.selected_key(), "C1");
-    EXPECT_EQ(rig.cursors.cursormode, 1);
+    EXPECT_EQ(rig.cursor_state.cursormode, 1);
     rig.panel.tabstrip3.select(3);
     EXPECT_EQ(rig.panel.tabstrip2.tabs().size(), 4U);
-    EXPECT_EQ(rig.cursors.cursormode, 0);
+    EXPECT_EQ(rig.cursor_state.cursormode, 0);
     EXPECT_EQ(rig.panel.tabstrip2.selected_key(), "CH1");
     EXPECT_FALSE(rig.panel.centerfr.visible());
     EXPECT_FALSE(rig.panel.lblc1.visible());
@@ -95,16 +87,16 @@ TEST(CursorType, TheTabsComeOnceAndGo) {
 TEST(CursorType, TheSecondCursorStaysActiveAcrossTheTypes) {
     CursorRig rig;
     rig.panel.tabstrip3.select(2);
-    EXPECT_EQ(rig.cursors.cursormode, 3);
+    EXPECT_EQ(rig.cursor_state.cursormode, 3);
     int position = 0;
     ASSERT_FALSE(hasnotab(rig.panel.tabstrip2, "C2", position));
     rig.panel.tabstrip2.select(position);
-    EXPECT_EQ(rig.cursors.cursormode, 4);
+    EXPECT_EQ(rig.cursor_state.cursormode, 4);
     rig.panel.tabstrip3.select(1);
-    EXPECT_EQ(rig.cursors.cursormode, 2);
+    EXPECT_EQ(rig.cursor_state.cursormode, 2);
     EXPECT_EQ(rig.panel.slider1.Value(), 1024 - 2 * 320);
     rig.panel.tabstrip3.select(2);
-    EXPECT_EQ(rig.cursors.cursormode, 4);
+    EXPECT_EQ(rig.cursor_state.cursormode, 4);
     EXPECT_EQ(rig.panel.slider1.Value(), 448);
 }
 
@@ -121,11 +113,11 @@ TEST(CursorType, ComeAlsoWithoutTheDelayTab) {
 
 TEST(CursorType, ThePositionsStayWhileTheCursorsAreOff) {
     CursorRig rig;
-    rig.cursors.vpos = {11, 22};
+    rig.cursor_state.vpos = {11, 22};
     rig.panel.tabstrip3.select(1);
     rig.panel.tabstrip3.select(3);
     rig.panel.tabstrip3.select(1);
-    EXPECT_EQ(rig.cursors.vpos, (std::array<std::int16_t, 2>{11, 22}));
+    EXPECT_EQ(rig.cursor_state.vpos, (std::array<std::int16_t, 2>{11, 22}));
 }
 
 } // namespace

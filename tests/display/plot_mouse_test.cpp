@@ -19,8 +19,8 @@ struct MouseRig : StartedPanelRig {
         vertical.place_marker(ch2);
         screen.draw(255);
     }
-    Cursors frame{panel, cursors, adjust, screen};
-    PlotMouse mouse{panel, channels, cursors, adjust, screen};
+    Cursors frame{panel, cursor_state, adjust, screen};
+    PlotMouse mouse{panel, channels, cursor_state, adjust, screen};
 };
 
 TEST(ChannelMarker, StaysUnderTheMouseAndMovesTheChannel) {
@@ -113,14 +113,14 @@ TEST(CursorLine, IsGrabbedWithinFourPixelsAndBecomesTheActiveOne) {
     EXPECT_FALSE(rig.mouse.plot_MouseDown(300, 315, false));
     ASSERT_TRUE(rig.mouse.plot_MouseDown(300, 316, false));
     EXPECT_EQ(rig.panel.tabstrip2.selected_key(), "C2");
-    EXPECT_EQ(rig.cursors.cursormode, 2);
+    EXPECT_EQ(rig.cursor_state.cursormode, 2);
     rig.mouse.plot_MouseMove(10, 400);
-    EXPECT_EQ(rig.cursors.vpos, (std::array<std::int16_t, 2>{192, 400}));
+    EXPECT_EQ(rig.cursor_state.vpos, (std::array<std::int16_t, 2>{192, 400}));
     rig.mouse.plot_MouseMove(10, 9000);
-    EXPECT_EQ(rig.cursors.vpos[1], 512);
+    EXPECT_EQ(rig.cursor_state.vpos[1], 512);
     rig.mouse.plot_MouseUp();
     rig.mouse.plot_MouseMove(10, 100);
-    EXPECT_EQ(rig.cursors.vpos[1], 512);
+    EXPECT_EQ(rig.cursor_state.vpos[1], 512);
 }
 
 TEST(CursorLine, TheNearerOneIsGrabbedAndOfTwoEquallyNearTheFirst) {
@@ -130,7 +130,7 @@ TEST(CursorLine, TheNearerOneIsGrabbedAndOfTwoEquallyNearTheFirst) {
               std::pair{197, "C2"}, std::pair{204, "C2"}, std::pair{205, ""}}) {
             MouseRig rig;
             rig.panel.tabstrip3.select(tab);
-            (tab == 1 ? rig.cursors.vpos : rig.cursors.hpos) = {192, 200};
+            (tab == 1 ? rig.cursor_state.vpos : rig.cursor_state.hpos) = {192, 200};
             // The other coordinate lies where a line of the other kind would be.
             const bool grabbed = tab == 1 ? rig.mouse.plot_MouseDown(192, place, false)
                                           : rig.mouse.plot_MouseDown(place, 192, false);
@@ -146,12 +146,12 @@ TEST(CursorLine, OfTimeMovesSideways) {
     MouseRig rig;
     rig.panel.tabstrip3.select(2); // columns 192 and 448
     ASSERT_TRUE(rig.mouse.plot_MouseDown(196, 40, false));
-    EXPECT_EQ(rig.cursors.cursormode, 3);
+    EXPECT_EQ(rig.cursor_state.cursormode, 3);
     rig.mouse.plot_MouseMove(-20, 40);
-    EXPECT_EQ(rig.cursors.hpos[0], 0);
+    EXPECT_EQ(rig.cursor_state.hpos[0], 0);
     EXPECT_EQ(rig.panel.slider1.Value(), 0);
     rig.mouse.plot_MouseMove(2000, 40);
-    EXPECT_EQ(rig.cursors.hpos[0], 640);
+    EXPECT_EQ(rig.cursor_state.hpos[0], 640);
     EXPECT_EQ(rig.panel.slider1.Value(), 640) << "a step back moves the line at once";
     rig.mouse.plot_MouseUp();
 }
@@ -160,10 +160,10 @@ TEST(CursorLine, WithShiftBothMoveTogetherAndTheModeComesBack) {
     for (const int tab : {1, 2}) {
         MouseRig rig;
         rig.panel.tabstrip3.select(tab);
-        auto& positions = tab == 1 ? rig.cursors.vpos : rig.cursors.hpos;
+        auto& positions = tab == 1 ? rig.cursor_state.vpos : rig.cursor_state.hpos;
         const int distance = positions[1] - positions[0];
         ASSERT_TRUE(rig.mouse.plot_MouseDown(192, 192, true));
-        EXPECT_EQ(rig.cursors.cursormode, tab == 1 ? 5 : 6);
+        EXPECT_EQ(rig.cursor_state.cursormode, tab == 1 ? 5 : 6);
         rig.mouse.plot_MouseMove(182, 182);
         EXPECT_EQ(positions[0], 182);
         EXPECT_EQ(positions[1] - positions[0], distance);
@@ -177,7 +177,7 @@ TEST(CursorLine, WithShiftBothMoveTogetherAndTheModeComesBack) {
         rig.mouse.plot_MouseMove(-3000, -3000);
         EXPECT_EQ(positions[0], 0);
         rig.mouse.plot_MouseUp();
-        EXPECT_EQ(rig.cursors.cursormode, tab == 1 ? 1 : 3);
+        EXPECT_EQ(rig.cursor_state.cursormode, tab == 1 ? 1 : 3);
         EXPECT_EQ(rig.panel.slider1.Value(), tab == 1 ? 1024 : 0);
     }
 }
@@ -195,10 +195,10 @@ TEST(CursorLine, MovedTogetherKeepTheirDistanceThroughASetUpUpload) {
     rig.mouse.plot_MouseMove(300, 202);
     rig.panel.tabstrip2.select(rig.panel.tabstrip2.selected());
     rig.mouse.plot_MouseMove(300, 222);
-    EXPECT_EQ(rig.cursors.vpos, (std::array<std::int16_t, 2>{222, 350}));
-    EXPECT_EQ(rig.cursors.cursormode, 5);
+    EXPECT_EQ(rig.cursor_state.vpos, (std::array<std::int16_t, 2>{222, 350}));
+    EXPECT_EQ(rig.cursor_state.cursormode, 5);
     rig.mouse.plot_MouseUp();
-    EXPECT_EQ(rig.cursors.cursormode, 1);
+    EXPECT_EQ(rig.cursor_state.cursormode, 1);
 }
 
 TEST(CursorLine, IsLostWhenTheCursorTypeChanges) {
@@ -208,13 +208,13 @@ TEST(CursorLine, IsLostWhenTheCursorTypeChanges) {
             rig.panel.tabstrip3.select(1);
             ASSERT_TRUE(rig.mouse.plot_MouseDown(300, 192, together));
             rig.panel.tabstrip3.select(type);
-            const std::int16_t mode = rig.cursors.cursormode;
-            const CursorState before = rig.cursors;
+            const std::int16_t mode = rig.cursor_state.cursormode;
+            const CursorState before = rig.cursor_state;
             rig.mouse.plot_MouseMove(100, 100);
             rig.mouse.plot_MouseUp();
-            EXPECT_EQ(rig.cursors.cursormode, mode) << type;
-            EXPECT_EQ(rig.cursors.vpos, before.vpos) << type;
-            EXPECT_EQ(rig.cursors.hpos, before.hpos) << type;
+            EXPECT_EQ(rig.cursor_state.cursormode, mode) << type;
+            EXPECT_EQ(rig.cursor_state.vpos, before.vpos) << type;
+            EXPECT_EQ(rig.cursor_state.hpos, before.hpos) << type;
             EXPECT_EQ(rig.channels[0].pos, 256) << type;
         }
     }

@@ -9,6 +9,7 @@
 
 #include "scope/differences.h"
 #include "support/measurement_lines.h"
+#include "support/time_base_lines.h"
 
 namespace kv408 {
 namespace {
@@ -30,35 +31,6 @@ constexpr std::array<VoltsRule, 6> volts_rules = {{{"0.5V", 500.0, 8000.0},
                                                    {"50mV", 50.0, 2400.0},
                                                    {"20mV", 20.0, 960.0},
                                                    {"10mV", 10.0, 480.0}}};
-
-struct TimeRule {
-    std::string_view text;
-    double picoseconds; // a division
-    double step;        // picoseconds a point
-    int wheel_step;     // of the delay
-};
-
-constexpr std::array<TimeRule, 21> time_rules = {{{"100us/div", 1e8, 1562500, 256},
-                                                  {"50us/div", 5e7, 780125, 256},
-                                                  {"20us/div", 2e7, 312500, 256},
-                                                  {"10us/div", 1e7, 156250, 256},
-                                                  {"5us/div", 5e6, 78125, 256},
-                                                  {"2us/div", 2e6, 31250, 256},
-                                                  {"1us/div", 1e6, 15625, 256},
-                                                  {"500ns/div", 5e5, 7812, 256},
-                                                  {"200ns/div", 2e5, 3125, 256},
-                                                  {"100ns/div", 1e5, 1562, 256},
-                                                  {"50ns/div", 5e4, 781, 64},
-                                                  {"20ns/div", 2e4, 313, 64},
-                                                  {"10ns/div", 1e4, 157, 64},
-                                                  {"5ns/div", 5e3, 79, 16},
-                                                  {"2ns/div", 2e3, 32, 16},
-                                                  {"1ns/div", 1e3, 16, 16},
-                                                  {"500ps/div", 5e2, 8, 8},
-                                                  {"200ps/div", 2e2, 4, 8},
-                                                  {"100ps/div", 1e2, 2, 8},
-                                                  {"50ps/div", 50, 1, 4},
-                                                  {"25ps/div", 25, 1, 4}}};
 
 template <typename Rules>
 const auto& rule_for(const Rules& rules, std::string_view text) {
@@ -104,7 +76,7 @@ class PanelCheck {
 public:
     PanelCheck(const Parts& parts, const PanelMoment& moment)
         : parts_(parts), panel_(parts.panel), moment_(moment),
-          time_(rule_for(time_rules, panel_.seltimediv.text())) {}
+          time_(rule_for(time_base_lines, panel_.seltimediv.text())) {}
 
     std::vector<std::string> differences() {
         check_time_base();
@@ -122,7 +94,7 @@ public:
     }
 
 private:
-    [[nodiscard]] bool point_by_point() const { return time_.picoseconds >= 5e5; }
+    [[nodiscard]] bool point_by_point() const { return time_.pointmode; }
     [[nodiscard]] bool cursors_on() const { return panel_.tabstrip3.selected() != 3; }
 
     void check_time_base() {
@@ -130,8 +102,8 @@ private:
         differences_.compare("point mode", parts_.acquisition.pointmode, point_by_point());
         differences_.expect(
             "points a second",
-            std::abs(parts_.time_base_state.samplerate * time_.picoseconds / 64e12 - 1.0) < 1e-12);
-        differences_.expect("step", parts_.time_base_state.tbresolution == time_.step);
+            std::abs(parts_.time_base_state.samplerate * time_.division / 64e12 - 1.0) < 1e-12);
+        differences_.expect("step", parts_.time_base_state.tbresolution == time_.tbresolution);
         differences_.compare("\"Filter Avg.\" over the plot", panel_.avglabel.visible(),
                              panel_.average.checked());
         if (!moment_.additional_typed) {
@@ -151,7 +123,7 @@ private:
         }
         const double additional = std::strtod(box.text().c_str(), nullptr);
         differences_.compare("trigger-time marker with \"" + box.text() + "\"", column,
-                             nearest(std::clamp(-additional / time_.step, 0.0, 640.0)));
+                             nearest(std::clamp(-additional / time_.tbresolution, 0.0, 640.0)));
     }
 
     void check_silence() {
@@ -284,7 +256,7 @@ private:
     }
 
     void check_times() {
-        const double a_column = time_.picoseconds * 1e-12 / 64.0;
+        const double a_column = time_.division * 1e-12 / 64.0;
         const auto& [first, second] = parts_.cursor_state.hpos;
         differences_.compare("centerfr", panel_.centerfr.caption(),
                              "Delta Cursor: " + three_digits(std::abs(second - first) * a_column) +
@@ -391,7 +363,7 @@ private:
     const Parts& parts_;
     const FrontPanel& panel_;
     PanelMoment moment_;
-    const TimeRule& time_;
+    const TimeBaseLine& time_;
     Differences differences_;
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <functional>
 #include <string>
 #include <vector>
@@ -37,6 +38,17 @@ public:
         if (on_calccursors) {
             on_calccursors();
         }
+    }
+
+    /// Whether the whole picture was drawn after `call` was made last; false where it never was.
+    [[nodiscard]] bool shows(const std::string& call) const {
+        const auto last = std::find(calls.rbegin(), calls.rend(), call);
+        return last != calls.rend() && std::find(calls.rbegin(), last, "draw 255") != last;
+    }
+
+    /// Whether both traces have been mapped anew, and shown so.
+    [[nodiscard]] bool shows_both_traces_anew() const {
+        return shows("refresh 1 0") && shows("refresh 2 0");
     }
 
     std::vector<std::string> calls;       ///< everything asked to be drawn, oldest first

@@ -4,30 +4,17 @@
 #include <string>
 #include <vector>
 
-#include "link/device_link.h"
-#include "panel/adjust.h"
-#include "panel/device_list.h"
-#include "panel/display_controls.h"
-#include "panel/front_panel.h"
-#include "panel/time_base.h"
-#include "panel/trigger.h"
-#include "panel/vertical.h"
-#include "support/fake_bridge.h"
-#include "support/fake_host.h"
-#include "support/fake_measuring.h"
-#include "support/fake_screen.h"
-#include "support/virtual_clock.h"
+#include "panel/panel_parts.h"
+#include "support/fake_machine.h"
 
 namespace kv408 {
 
 using Texts = std::vector<std::string>;
 
-/// The front panel, over an opened fake instrument that acknowledges
-/// every frame.
-struct PanelRig {
-    PanelRig() {
-        link.on_listing(
-            [this](const DeviceListing& devices) { show_devices(panel.device, devices); });
+/// The front panel as the program builds it, over an opened fake instrument that acknowledges every
+/// frame.
+struct PanelRig : FakeMachine, PanelState, PanelParts {
+    PanelRig() : PanelParts(static_cast<PanelState&>(*this), outside()) {
         vertical.fill_lists();
         time_base.fill_list();
         panel.trigsource.set_entries({"TRIG1", "TRIG2"});
@@ -56,38 +43,6 @@ struct PanelRig {
         }
         throw std::logic_error("no entry " + text);
     }
-
-    VirtualClock clock;
-    FakeBridge bridge{clock};
-    FakeMessageBoxes boxes;
-    FakeWindowMessages messages;
-    FakeScreen screen;
-    FakeMeasuring measuring;
-    ProgramState program;
-    AcquisitionState acquisition;
-    TimeBaseState time_base_state;
-    Channels channels;
-    TriggerState trigger_state;
-    CursorState cursors;
-    FrontPanel panel;
-    DeviceLink link{bridge, clock, boxes, program};
-    Surroundings around{.panel = panel,
-                        .channels = channels,
-                        .trigger = trigger_state,
-                        .cursors = cursors,
-                        .time_base = time_base_state,
-                        .acquisition = acquisition,
-                        .link = link,
-                        .clock = clock,
-                        .boxes = boxes,
-                        .messages = messages,
-                        .screen = screen,
-                        .measuring = measuring};
-    Vertical vertical{around};
-    Trigger trigger{around};
-    Adjust adjust{around, vertical, trigger};
-    TimeBase time_base{around, trigger, adjust};
-    DisplayControls display_controls{around};
 };
 
 /// The panel as start-up leaves it: "0.1V", "20ns/div", positive edge, TRIG1.

@@ -60,7 +60,7 @@ struct SettingsRig : StartedPanelRig {
     Places places = fake_places();
     ColourTable colours;
     DisplaySettings display;
-    Cursors cursor_tabs{panel, cursors, adjust, screen};
+    Cursors cursor_tabs{panel, cursor_state, adjust, screen};
     std::vector<int> pressed; ///< annotation boxes whose handler ran
     int cancelled = 0;        ///< how often unconfirmed edits were taken back
     int applied = 0;          ///< how often the settings were applied after loading by hand
@@ -68,7 +68,7 @@ struct SettingsRig : StartedPanelRig {
         {.panel = panel,
          .channels = channels,
          .trigger = trigger_state,
-         .cursors = cursors,
+         .cursors = cursor_state,
          .colours = colours,
          .display = display,
          .adjust = adjust},
@@ -102,8 +102,9 @@ inline bool is_settable(const SettingsRig& rig) {
                channel.psofset.text() ==
                    std::to_string(delay_of(channel.psofset, rig.channels[index])) &&
                within(rig.channels[index].marker_wheel, 0, 1024) &&
-               within(rig.channels[index].pos, 0, 512) && within(rig.cursors.vpos[index], 0, 512) &&
-               within(rig.cursors.hpos[index], 0, 640) &&
+               within(rig.channels[index].pos, 0, 512) &&
+               within(rig.cursor_state.vpos[index], 0, 512) &&
+               within(rig.cursor_state.hpos[index], 0, 640) &&
                within(rig.trigger_state.saved_trigpos[index], 0, 4096) &&
                within(rig.trigger_state.hyst[index], 0, 255);
     }

@@ -24,7 +24,7 @@ struct UsbDevice {
 /// All USB devices in the order of their places; nothing when the kernel does not show them.
 [[nodiscard]] std::optional<std::vector<UsbDevice>> list_usb_devices();
 
-/// True when the kernel has the driver of this name at hand, loaded or built in.
+/// True when the kernel has the driver of this name available, loaded or built in.
 [[nodiscard]] bool has_driver(const std::string& name);
 
 } // namespace kv408

@@ -194,7 +194,7 @@ std::string title_of(const UsbDevice& device, const std::string& port) {
     return (port.empty() ? place + serial : port + " (" + place + serial + ")") + ":\n";
 }
 
-/// Writes what to say of `device` to `out`, a paragraph a serial port.
+/// Writes what to say of `device` to `out`, one paragraph per serial port.
 void write_device(std::ostream& out, const UsbDevice& device, Way way) {
     const std::string other = reason_of_serial(device);
     const auto write = [&](const std::string& port, const std::string& reason) {

@@ -7,7 +7,7 @@
 namespace kv408 {
 namespace {
 
-constexpr const char* retry_text =
+constexpr const char* power_text =
     "No connection to Device, maybe it's not powered. Please check and click <Retry>!";
 
 /// The bridge's operations in their order.
@@ -37,7 +37,7 @@ TEST(Retry, APowerlessInstrumentIsListedAndOpenedAgain) {
     rig.diagnosis = "what is there";
     rig.boxes.answers = {MessageAnswer::retry};
     rig.boxes.on_show = [&](const Message& message) {
-        EXPECT_EQ(message.text, retry_text);
+        EXPECT_EQ(message.text, power_text);
         EXPECT_EQ(message.details, "what is there");
         EXPECT_EQ(message.buttons, MessageButtons::retry_cancel);
         EXPECT_EQ(message.icon, MessageIcon::exclamation);
@@ -59,12 +59,12 @@ TEST(Retry, AWrongAnswerIsClosedBeforeTheDevicesAreListedAgain) {
     rig.bridge.on_frame = [&](const FakeBridge::Frame&) { rig.bridge.receive({7}); };
     rig.boxes.answers = {MessageAnswer::ok, MessageAnswer::retry};
     rig.boxes.on_show = [&](const Message& message) {
-        if (message.text == retry_text) {
+        if (message.text == power_text) {
             rig.acknowledge_set_up();
         }
     };
     rig.start_up.Form_Load();
-    EXPECT_EQ(rig.boxes.texts(), (Texts{"Buffer(0) <> 6", retry_text}));
+    EXPECT_EQ(rig.boxes.texts(), (Texts{"Buffer(0) <> 6", power_text}));
     const Texts calls = operations(rig);
     const Texts start = joined({discovery, attempt, {"SI_Close"}, discovery, attempt});
     ASSERT_GT(calls.size(), start.size());
@@ -78,7 +78,7 @@ TEST(Retry, MayBePressedManyTimes) {
     rig.boxes.answers = std::deque<MessageAnswer>(5, MessageAnswer::retry);
     rig.boxes.answers.push_back(MessageAnswer::cancel);
     EXPECT_THROW(rig.start_up.Form_Load(), ProgramEnded);
-    EXPECT_EQ(rig.boxes.texts(), Texts(6, retry_text));
+    EXPECT_EQ(rig.boxes.texts(), Texts(6, power_text));
     EXPECT_EQ(rig.bridge.count("SI_Open"), 6);
     EXPECT_EQ(rig.bridge.count("SI_Close"), 6);
     EXPECT_EQ(rig.bridge.frames().size(), 18U);
@@ -100,7 +100,7 @@ TEST(Retry, WithNoDeviceItIsOfferedWithoutAnyWrite) {
     rig.boxes.answers = {MessageAnswer::ok, MessageAnswer::retry, MessageAnswer::ok,
                          MessageAnswer::cancel};
     EXPECT_THROW(rig.start_up.Form_Load(), ProgramEnded);
-    const Texts round = {"ERROR!!! No attached device is found!!!", retry_text};
+    const Texts round = {"ERROR!!! No attached device is found!!!", power_text};
     EXPECT_EQ(rig.boxes.texts(), joined({round, round}));
     EXPECT_EQ(operations(rig), Texts(2, "SI_GetNumDevices"));
     EXPECT_FALSE(rig.program.loaded);
@@ -123,7 +123,7 @@ TEST(Retry, ADeviceThatDoesNotAnswerIsNotCalledMissing) {
     AcquisitionRig rig;
     rig.boxes.answers = {MessageAnswer::cancel};
     EXPECT_THROW(rig.start_up.Form_Load(), ProgramEnded);
-    ASSERT_EQ(rig.boxes.texts(), Texts{retry_text});
+    ASSERT_EQ(rig.boxes.texts(), Texts{power_text});
     EXPECT_EQ(rig.boxes.shown[0].informative, "");
 }
 
@@ -144,7 +144,7 @@ TEST(Retry, AnInstrumentUnpluggedMeanwhileIsNotWrittenTo) {
     rig.boxes.on_show = [&](const Message&) { rig.bridge.serials = {}; };
     EXPECT_THROW(rig.start_up.Form_Load(), ProgramEnded);
     EXPECT_EQ(rig.boxes.texts(),
-              (Texts{retry_text, "ERROR!!! No attached device is found!!!", retry_text}));
+              (Texts{power_text, "ERROR!!! No attached device is found!!!", power_text}));
     EXPECT_EQ(rig.bridge.frames().size(), 3U);
     EXPECT_EQ(rig.bridge.count("SI_Close"), 1);
 }

@@ -80,7 +80,7 @@ TEST(StartUpSettings, TheHandlersThatFollowChangeNoneOfThem) {
                   std::string::npos)
             << saved;
         EXPECT_NE(saved.find(line), std::string::npos) << saved;
-        EXPECT_EQ(rig.trigger.trigpos, 1001);
+        EXPECT_EQ(rig.trigger_state.trigpos, 1001);
     }
 }
 
