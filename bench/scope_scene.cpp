@@ -48,7 +48,8 @@ void ScopeScene::sample(int index) {
     std::normal_distribution<double> around(0.0, deviation);
     std::uniform_real_distribution<double> anywhere(-255.0, 255.0);
     for (const Channel channel : both_channels) {
-        const double phase = 2.0 * std::numbers::pi * periods * index / plot::width + channel;
+        const double phase =
+            2.0 * std::numbers::pi * periods * index / plot::width + (channel == ch1 ? 0.0 : 1.0);
         const double rows = signal_ == Signal::sine ? amplitude * std::sin(phase) + around(random_)
                                                     : anywhere(random_);
         samples_[slot(channel)].raw[slot(index)] = static_cast<std::uint16_t>(
