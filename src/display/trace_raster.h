@@ -40,8 +40,8 @@ public:
     void paint(Columns columns, std::span<const TraceView> views, Pixel background);
 
     /// Writes the rows of the sheet from `top`, a multiple of band_rows, up to the next such
-    /// multiple onto `canvas`, in the columns painted last, and clears them. What it may have changed
-    /// is added to `tiles`.
+    /// multiple onto `canvas`, in the columns painted last, and clears them. What it may have
+    /// changed is added to `tiles`.
     void write_band(const Canvas& canvas, int top, Tiles& tiles);
 
 private:

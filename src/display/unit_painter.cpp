@@ -77,11 +77,10 @@ void UnitPainter::draw_row(int y, int from, int to, Pixel colour, PenStyle style
 
 void UnitPainter::draw_column(int x, int from, int to, Pixel colour, PenStyle style) const {
     const std::int32_t left = column(x);
-    draw_dashes(
-        row(from), row(to), from, style, &UnitPainter::row,
-        [&](std::int32_t top, std::int32_t bottom) {
-            paint({left, top, left + scale_.line_width(), bottom}, colour);
-        });
+    draw_dashes(row(from), row(to), from, style, &UnitPainter::row,
+                [&](std::int32_t top, std::int32_t bottom) {
+                    paint({left, top, left + scale_.line_width(), bottom}, colour);
+                });
 }
 
 void UnitPainter::draw_dot(int x, int y, Pixel colour) const {

@@ -16,8 +16,8 @@ enum class PenStyle {
 /// lines of the scale's width, centred on their units' places; those of the plot lie wholly in it.
 class UnitPainter {
 public:
-    /// Draws on `canvas`, whose surface shows the whole plot at `scale`. What it may have changed is
-    /// added to `touched`, where there is one.
+    /// Draws on `canvas`, whose surface shows the whole plot at `scale`. What it may have changed
+    /// is added to `touched`, where there is one.
     UnitPainter(const Canvas& canvas, const PlotScale& scale, Tiles* touched = nullptr)
         : canvas_(canvas), scale_(scale), touched_(touched) {}
 

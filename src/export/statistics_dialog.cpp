@@ -69,7 +69,7 @@ std::optional<double> limit_in(std::string_view text, MeasurementUnit unit) {
     }
 }
 
-StatisticsDialog::StatisticsDialog(const Host& host) : host_(host) {
+StatisticsDialog::StatisticsDialog(Host host) : host_(std::move(host)) {
     for (std::size_t channel = 0; channel < trends_.size(); ++channel) {
         trends_.at(channel).resize(measurement_rows().size());
         rules_.at(channel).resize(measurement_rows().size());
@@ -79,6 +79,7 @@ StatisticsDialog::StatisticsDialog(const Host& host) : host_(host) {
     controls_.cmbStatisticsValue.set_entries(value_names());
     controls_.cmbStatisticsValue.set_index(0);
     std::vector<std::string> colours;
+    colours.reserve(limit_colours.size());
     for (const LimitColour& colour : limit_colours) {
         colours.emplace_back(colour.name);
     }

@@ -81,7 +81,7 @@ public:
     /// What the program itself has measured of a sweep; null while it does not measure.
     using Measured = const MeasurementState*;
 
-    explicit StatisticsDialog(const Host& host);
+    explicit StatisticsDialog(Host host);
     StatisticsDialog(const StatisticsDialog&) = delete;
     StatisticsDialog& operator=(const StatisticsDialog&) = delete;
     ~StatisticsDialog();

@@ -61,7 +61,7 @@ private:
     PlotScale scale_;
     bool dimmed_ = false;
     bool pending_ = false; ///< a change waits for the pause's end
-    QTimer pause_; ///< runs after a painting until the next one may follow
+    QTimer pause_;         ///< runs after a painting until the next one may follow
 };
 
 } // namespace kv408::ui

@@ -51,12 +51,12 @@ void ToolWindows::show_export() {
 }
 
 void ToolWindows::show_recording() {
+    if (!recording_) {
+        recording_ = new RecordWindow(tools_.record_dialog(), driver_, &owner_);
+    }
     if (!tools_.record_dialog().is_open()) {
         recording_->hide();
         return;
-    }
-    if (!recording_) {
-        recording_ = new RecordWindow(tools_.record_dialog(), driver_, &owner_);
     }
     present_beside(*recording_, owner_, plot_);
 }

@@ -71,11 +71,12 @@ TEST(Reference, HasTheScreenThatThePanelSets) {
 
 /// A picture at 20ns/div, its graticule alone.
 struct ReferenceScene : PictureScene {
-    ReferenceScene() {
+    /// Its picture before anything else is shown.
+    Surface begin() {
         panel.seltimediv.set_entries({"20ns/div"});
         panel.seltimediv.set_index(0);
         picture.draw(draw_flags::all);
-        bare = picture.surface();
+        return picture.surface();
     }
 
     /// Shows `reference` alone.
@@ -99,7 +100,7 @@ struct ReferenceScene : PictureScene {
     }
 
     static constexpr Colour orange = rgb(255, 140, 0);
-    Surface bare{1, 1};
+    Surface bare = begin();
 };
 
 bool same_pixels(const Surface& one, const Surface& other) {

@@ -72,7 +72,7 @@ struct RecordRig {
     FrontPanel panel;
     TemporaryFolder folder;
     std::filesystem::path file = folder.path() / "Kv408_261122_130509_sweeps.csv";
-    std::uintmax_t left = space_left_free + 5 * 1024 * 1024;
+    std::uintmax_t left = space_left_free + std::uintmax_t{5} * 1024 * 1024;
     RecordDialog dialog{panel,
                         {.clock = clock, .boxes = boxes, .files = files, .choosers = choosers},
                         [] { return sample_origin; },
