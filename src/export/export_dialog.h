@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "export/dialog_host.h"
 #include "export/export_type.h"
 #include "export/exported_sweep.h"
 #include "host/clock.h"
@@ -32,16 +33,8 @@ struct ExportControls {
 /// modeless and stays open; the sweep is the one that is there when it is saved.
 class ExportDialog {
 public:
-    /// What it needs of the machine.
-    struct Host {
-        Clock& clock;
-        MessageBoxes& boxes;
-        Files& files;
-        FileChoosers& choosers;
-    };
-
-    /// Where the origin of a sweep is told: version and serial number.
-    using Origin = std::function<ExportOrigin()>;
+    using Host = DialogHost;
+    using Origin = TellOrigin;
 
     ExportDialog(const FrontPanel& panel, const Sweeps& sweeps, const Host& host, Origin origin);
     ExportDialog(const ExportDialog&) = delete;

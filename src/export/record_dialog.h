@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 
+#include "export/dialog_host.h"
 #include "export/exported_sweep.h"
 #include "export/recorder.h"
 #include "export/recording_files.h"
@@ -41,16 +42,8 @@ struct RecordControls {
 /// goes on while the window is in the background, and ends with it.
 class RecordDialog {
 public:
-    /// What it needs of the machine.
-    struct Host {
-        Clock& clock;
-        MessageBoxes& boxes;
-        Files& files;
-        FileChoosers& choosers;
-    };
-
-    /// Where the origin of a sweep is told: version and serial number.
-    using Origin = std::function<ExportOrigin()>;
+    using Host = DialogHost;
+    using Origin = TellOrigin;
 
     /// `space` tells what is free where a file lies; it is asked on the recorder's thread.
     RecordDialog(const FrontPanel& panel, const Host& host, Origin origin,

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "export/dialog_host.h"
 #include "export/references.h"
 #include "host/clock.h"
 #include "host/file_choosers.h"
@@ -34,16 +35,8 @@ struct ReferenceControls {
 /// what is to be shown.
 class ReferenceMenu {
 public:
-    /// What it needs of the machine.
-    struct Host {
-        const Clock& clock;
-        MessageBoxes& boxes;
-        Files& files;
-        FileChoosers& choosers;
-    };
-
-    /// Where the origin of a sweep is told: version and serial number.
-    using Origin = std::function<ExportOrigin()>;
+    using Host = DialogHost;
+    using Origin = TellOrigin;
 
     /// Who draws the references that are shown.
     using Show = std::function<void(std::vector<ShownReference>)>;

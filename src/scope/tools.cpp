@@ -1,28 +1,21 @@
 #include "scope/tools.h"
 
 namespace kv408 {
+namespace {
+
+DialogHost dialog_host(const Tools::Host& host) {
+    return {
+        .clock = host.clock, .boxes = host.boxes, .files = host.files, .choosers = host.choosers};
+}
+
+} // namespace
 
 Tools::Tools(FrontPanel& panel, const Sweeps& sweeps, const Shown& shown, const Host& host)
     : panel_(panel), shown_(shown), places_(host.places),
-      export_dialog_(panel, sweeps,
-                     {.clock = host.clock,
-                      .boxes = host.boxes,
-                      .files = host.files,
-                      .choosers = host.choosers},
-                     [this] { return origin(); }),
-      record_dialog_(panel,
-                     {.clock = host.clock,
-                      .boxes = host.boxes,
-                      .files = host.files,
-                      .choosers = host.choosers},
-                     [this] { return origin(); }),
+      export_dialog_(panel, sweeps, dialog_host(host), [this] { return origin(); }),
+      record_dialog_(panel, dialog_host(host), [this] { return origin(); }),
       references_(
-          sweeps,
-          {.clock = host.clock,
-           .boxes = host.boxes,
-           .files = host.files,
-           .choosers = host.choosers},
-          [this] { return origin(); },
+          sweeps, dialog_host(host), [this] { return origin(); },
           [this](std::vector<ShownReference> references) {
               shown_.picture.set_references(std::move(references));
               shown_.picture.draw(draw_flags::all);

@@ -8,6 +8,7 @@
 #include <QComboBox>
 #include <QEvent>
 #include <QLineEdit>
+#include <QPainter>
 
 namespace kv408::ui {
 namespace {
@@ -130,6 +131,13 @@ void let_paint_itself(QWidget& widget) {
 
 void follow_colours(QWidget& widget, QWidget& leader) {
     new Follower(widget, leader);
+}
+
+void fill_plate(QWidget& widget) {
+    constexpr int plate_alpha = 190;
+    QColor plate = widget.palette().color(QPalette::Window);
+    plate.setAlpha(plate_alpha);
+    QPainter(&widget).fillRect(widget.rect(), plate);
 }
 
 } // namespace kv408::ui

@@ -34,4 +34,8 @@ void let_paint_itself(QWidget& widget);
 /// Lets `widget` have the text colours of `leader`, now and whenever they change.
 void follow_colours(QWidget& widget, QWidget& leader);
 
+/// Fills `widget` with the translucent ground on which texts stand over the plot; for the beginning
+/// of its painting.
+void fill_plate(QWidget& widget);
+
 } // namespace kv408::ui

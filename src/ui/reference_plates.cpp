@@ -26,10 +26,7 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override {
-        constexpr int plate_alpha = 190;
-        QColor plate = palette().color(QPalette::Window);
-        plate.setAlpha(plate_alpha);
-        QPainter(this).fillRect(rect(), plate);
+        fill_plate(*this);
         QCheckBox::paintEvent(event);
     }
 };
