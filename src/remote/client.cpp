@@ -1,0 +1,143 @@
+#include "remote/client.h"
+
+#include <utility>
+
+#include "remote/letters.h"
+
+namespace kv408 {
+namespace {
+
+// Whether `line` is a request line or a "Host:" of the web's protocol: then a web page talks to us
+// through somebody's browser.
+bool is_of_the_web(std::string_view line) {
+    while (!line.empty() && static_cast<unsigned char>(line.back()) <= ' ') {
+        line.remove_suffix(1);
+    }
+    const std::size_t word = line.rfind(' ');
+    const bool request =
+        word != std::string_view::npos && line.substr(word + 1).starts_with("HTTP/");
+    constexpr std::string_view host = "host:";
+    return request || alike(line.substr(0, host.size()), host);
+}
+
+} // namespace
+
+std::size_t Client::take(std::string_view bytes) {
+    if (closed_ || busy()) {
+        return 0;
+    }
+    const std::size_t taken = reader_.take(bytes);
+    if (auto line = reader_.line()) {
+        closed_ = is_of_the_web(line->text);
+        if (line->too_long) {
+            note({ScpiError::input_overrun});
+        } else if (!closed_) {
+            message_.emplace(std::move(line->text));
+            path_.clear();
+        }
+    }
+    return taken;
+}
+
+std::string Client::run(const Moment& moment) {
+    if (tell_completion_ && !moment.pending) {
+        status.event |= StatusRegisters::operation_complete;
+        tell_completion_ = false;
+    }
+    if (!message_ || !end_hold(moment)) {
+        return {};
+    }
+    run_unit();
+    if (message_ || reply_.empty()) {
+        return {};
+    }
+    return std::exchange(reply_, {}) + '\n';
+}
+
+bool Client::can_run(const Moment& moment) const {
+    const bool held =
+        hold_ != Hold::none && moment.pending && held_until_ && moment.seconds < *held_until_;
+    return (busy() && !held) || (tell_completion_ && !moment.pending);
+}
+
+bool Client::end_hold(const Moment& moment) {
+    if (hold_ == Hold::none) {
+        return true;
+    }
+    if (!held_until_) {
+        held_until_ = moment.seconds + time_out;
+    }
+    if (moment.pending && moment.seconds < *held_until_) {
+        return false;
+    }
+    if (moment.pending) {
+        note({ScpiError::time_out});
+    }
+    if (hold_ == Hold::answer) {
+        add_answer(moment.pending ? "0" : "1");
+    }
+    hold_ = Hold::none;
+    held_until_.reset();
+    return true;
+}
+
+void Client::run_unit() {
+    try {
+        std::optional<MessageUnit> unit = message_->next();
+        if (!unit) {
+            message_.reset();
+            return;
+        }
+        run_header(std::move(*unit));
+    } catch (const Refused& refused) {
+        note(refused);
+        if (is_command_error(refused.error)) {
+            message_.reset(); // nothing tells where in the tree the rest was meant
+        }
+    }
+}
+
+void Client::run_header(MessageUnit unit) {
+    std::vector<std::string> nodes;
+    if (unit.nodes.front().front() == '*') {
+        nodes = unit.nodes; // leaves the place in the tree as it is
+    } else {
+        if (!unit.from_root) {
+            nodes = path_;
+        }
+        nodes.insert(nodes.end(), unit.nodes.begin(), unit.nodes.end());
+        path_.assign(nodes.begin(), nodes.end() - 1);
+    }
+    add_answer(table_.run(*this, nodes, std::move(unit)));
+}
+
+void Client::add_answer(const std::string& answer) {
+    if (answer.empty()) {
+        return;
+    }
+    if (!reply_.empty()) {
+        reply_ += ';';
+    }
+    reply_ += answer;
+}
+
+void Client::note(const Refused& refused) {
+    const int hundreds = static_cast<int>(refused.error) / -100;
+    switch (hundreds) {
+    case 1:
+        status.event |= StatusRegisters::command_error;
+        break;
+    case 2:
+        status.event |= StatusRegisters::execution_error;
+        break;
+    case 3:
+        status.event |= StatusRegisters::device_error;
+        break;
+    default:
+        status.event |= StatusRegisters::query_error;
+        break;
+    }
+    errors.add(refused.error, refused.detail);
+}
+
+} // namespace kv408

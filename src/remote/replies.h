@@ -1,0 +1,27 @@
+#pragma once
+
+// Values as a reply writes them, by IEEE 488.2, chapter 8.7: the same whatever the locale.
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace kv408 {
+
+/// A whole number: "-113".
+[[nodiscard]] std::string whole_reply(std::int64_t value);
+
+/// A real number with seven digits: "-1.234567E-03"; "9.91E+37" for a NaN, which stands for what
+/// cannot be measured, "9.9E+37" and "-9.9E+37" for infinities.
+[[nodiscard]] std::string real_reply(double value);
+
+/// "1" or "0".
+[[nodiscard]] std::string boolean_reply(bool value);
+
+/// A text in double quotes, those in it doubled.
+[[nodiscard]] std::string string_reply(std::string_view text);
+
+/// A block of definite length: "#15hello".
+[[nodiscard]] std::string block_reply(std::string_view bytes);
+
+} // namespace kv408

@@ -1,0 +1,38 @@
+#pragma once
+
+// Commands that set one thing, and their queries.
+
+#include <functional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "remote/command_table.h"
+#include "remote/values.h"
+
+namespace kv408 {
+
+/// A numeric setting: `header <number>|MIN|MAX|DEF`, `header? [MIN|MAX|DEF]`.
+struct NumberSetting {
+    NumberRange range;
+    std::function<void(const Call&, double)> set;
+    std::function<double(const Call&)> get;
+};
+
+/// Its command, which answers as a real number.
+[[nodiscard]] Command real_setting(std::string header, const NumberSetting& setting);
+
+/// Its command, which takes whole numbers and answers as one.
+[[nodiscard]] Command whole_setting(std::string header, const NumberSetting& setting);
+
+/// A setting that is on or off.
+[[nodiscard]] Command boolean_setting(std::string header,
+                                      std::function<void(const Call&, bool)> set,
+                                      std::function<bool(const Call&)> get);
+
+/// One of `choices`, which outlive the command, by its index; answered in its short form.
+[[nodiscard]] Command choice_setting(std::string header, std::span<const std::string_view> choices,
+                                     std::function<void(const Call&, std::size_t)> set,
+                                     std::function<std::size_t(const Call&)> get);
+
+} // namespace kv408
