@@ -1,0 +1,281 @@
+#include "remote/network.h"
+
+#include <array>
+#include <chrono>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <thread>
+#include <utility>
+
+#include <asio/ip/tcp.hpp>
+#include <asio/post.hpp>
+#include <asio/steady_timer.hpp>
+#include <asio/write.hpp>
+
+namespace kv408 {
+namespace {
+
+using asio::ip::tcp;
+
+constexpr std::size_t piece = std::size_t{16} * 1024;
+
+std::string text_of(const tcp::endpoint& end) {
+    const std::string address = end.address().to_string();
+    return (end.address().is_v6() ? '[' + address + ']' : address) + ':' +
+           std::to_string(end.port());
+}
+
+} // namespace
+
+// All members but those below `mutex_` belong to the thread.
+class Network::Sockets {
+public:
+    Sockets(const Place& place, std::size_t most, std::function<void()> wake)
+        : wake_(std::move(wake)), most_(most), acceptor_(context_) {
+        const tcp::endpoint end(asio::ip::make_address(place.address), place.port);
+        acceptor_.open(end.protocol());
+#ifndef _WIN32 // where it would let two programs listen at one port
+        acceptor_.set_option(tcp::acceptor::reuse_address(true));
+#endif
+        acceptor_.bind(end);
+        acceptor_.listen();
+        port_ = acceptor_.local_endpoint().port();
+        accept();
+        thread_ = std::thread([this] { context_.run(); });
+    }
+
+    ~Sockets() {
+        context_.stop();
+        thread_.join();
+    }
+    Sockets(const Sockets&) = delete;
+    Sockets& operator=(const Sockets&) = delete;
+
+    [[nodiscard]] std::uint16_t port() const {
+        return port_;
+    }
+
+    std::vector<Event> take() {
+        const std::lock_guard lock(mutex_);
+        return std::exchange(events_, {});
+    }
+
+    bool all_sent(Connection connection) {
+        const std::lock_guard lock(mutex_);
+        const auto unsent = unsent_.find(connection);
+        if (unsent == unsent_.end()) {
+            return true;
+        }
+        unsent->second = true;
+        return false;
+    }
+
+    void send(Connection connection, std::string bytes) {
+        {
+            const std::lock_guard lock(mutex_);
+            unsent_.emplace(connection, false);
+        }
+        asio::post(context_, [this, connection, bytes = std::move(bytes)]() mutable {
+            if (Peer* const peer = find(connection)) {
+                const bool writing = !peer->unsent.empty();
+                peer->unsent += bytes;
+                if (!writing) {
+                    write(connection, *peer);
+                }
+            } else {
+                sent(connection);
+            }
+        });
+    }
+
+    // Does `act` to the connection's peer on the thread, unless it has gone.
+    template <typename Act>
+    void on_peer(Connection connection, Act act) {
+        asio::post(context_, [this, connection, act] {
+            if (Peer* const peer = find(connection)) {
+                act(*peer);
+            }
+        });
+    }
+
+    void read_on(Connection connection) {
+        on_peer(connection, [this, connection](Peer& peer) { read(connection, peer); });
+    }
+
+    void close(Connection connection) {
+        on_peer(connection, [this, connection](Peer& peer) {
+            peer.closing = true;
+            if (peer.unsent.empty()) {
+                drop_peer(connection);
+            }
+        });
+    }
+
+    void drop(Connection connection) {
+        on_peer(connection, [this, connection](Peer&) { drop_peer(connection); });
+    }
+
+private:
+    struct Peer {
+        explicit Peer(tcp::socket&& connected) : socket(std::move(connected)) {}
+        tcp::socket socket;
+        std::array<char, piece> buffer{};
+        std::string unsent;
+        std::string leaving; ///< what is being written
+        bool closing = false;
+    };
+
+    Peer* find(Connection connection) {
+        const auto found = peers_.find(connection);
+        return found == peers_.end() ? nullptr : found->second.get();
+    }
+
+    void accept() {
+        acceptor_.async_accept([this](const std::error_code& failed, tcp::socket socket) {
+            if (failed == asio::error::operation_aborted) {
+                return;
+            }
+            if (failed) { // no more files may be open, for one
+                rest_.expires_after(std::chrono::milliseconds(100));
+                rest_.async_wait([this](const std::error_code&) { accept(); });
+                return;
+            }
+            if (peers_.size() < most_) {
+                open(std::move(socket));
+            }
+            accept();
+        });
+    }
+
+    void open(tcp::socket&& socket) {
+        std::error_code gone;
+        const tcp::endpoint end = socket.remote_endpoint(gone);
+        socket.set_option(tcp::no_delay(true), gone);
+        socket.set_option(asio::socket_base::keep_alive(true), gone);
+        if (gone) {
+            return;
+        }
+        const Connection connection = ++last_;
+        Peer& peer =
+            *peers_.emplace(connection, std::make_shared<Peer>(std::move(socket))).first->second;
+        tell(Opened{connection, text_of(end)});
+        read(connection, peer);
+    }
+
+    // The peer stays alive, in the handlers, for as long as its socket has something to do.
+    void read(Connection connection, Peer& peer) {
+        peer.socket.async_read_some(
+            asio::buffer(peer.buffer), [this, connection, alive = peers_.at(connection)](
+                                           const std::error_code& failed, std::size_t count) {
+                if (failed) {
+                    tell(Ended{connection});
+                } else {
+                    tell(Received{connection, std::string(alive->buffer.data(), count)});
+                }
+            });
+    }
+
+    void write(Connection connection, Peer& peer) {
+        peer.leaving = peer.unsent;
+        asio::async_write(peer.socket, asio::buffer(peer.leaving),
+                          [this, connection, alive = peers_.at(connection)](
+                              const std::error_code& failed, std::size_t count) {
+                              written(connection, *alive, failed ? alive->unsent.size() : count);
+                          });
+    }
+
+    void written(Connection connection, Peer& peer, std::size_t count) {
+        peer.unsent.erase(0, count);
+        peer.leaving.clear();
+        if (!peer.unsent.empty()) {
+            write(connection, peer);
+            return;
+        }
+        sent(connection);
+        if (peer.closing) {
+            drop_peer(connection);
+        }
+    }
+
+    // Its handlers come once more, with an error, and are the last to hold it.
+    void drop_peer(Connection connection) {
+        std::error_code gone;
+        peers_.at(connection)->socket.shutdown(tcp::socket::shutdown_both, gone);
+        peers_.at(connection)->socket.close(gone);
+        peers_.erase(connection);
+    }
+
+    void tell(Event event) {
+        {
+            const std::lock_guard lock(mutex_);
+            events_.push_back(std::move(event));
+        }
+        wake_();
+    }
+
+    void sent(Connection connection) {
+        bool waited = false;
+        {
+            const std::lock_guard lock(mutex_);
+            const auto unsent = unsent_.find(connection);
+            if (unsent != unsent_.end()) {
+                waited = unsent->second;
+                unsent_.erase(unsent);
+            }
+        }
+        if (waited) {
+            wake_();
+        }
+    }
+
+    std::function<void()> wake_;
+    std::size_t most_;
+    asio::io_context context_{1};
+    tcp::acceptor acceptor_;
+    asio::steady_timer rest_{context_}; ///< after a failure to accept
+    std::uint16_t port_ = 0;
+    std::map<Connection, std::shared_ptr<Peer>> peers_;
+    Connection last_ = 0;
+
+    std::mutex mutex_;
+    std::vector<Event> events_;
+    std::map<Connection, bool> unsent_; ///< that still send, and whether that is waited for
+
+    std::thread thread_;
+};
+
+Network::Network(const Place& place, std::size_t most, std::function<void()> wake)
+    : sockets_(std::make_unique<Sockets>(place, most, std::move(wake))) {}
+
+Network::~Network() = default;
+
+std::uint16_t Network::port() const {
+    return sockets_->port();
+}
+
+std::vector<Network::Event> Network::take() {
+    return sockets_->take();
+}
+
+void Network::read_on(Connection connection) {
+    sockets_->read_on(connection);
+}
+
+void Network::send(Connection connection, std::string bytes) {
+    sockets_->send(connection, std::move(bytes));
+}
+
+bool Network::all_sent(Connection connection) {
+    return sockets_->all_sent(connection);
+}
+
+void Network::close(Connection connection) {
+    sockets_->close(connection);
+}
+
+void Network::drop(Connection connection) {
+    sockets_->drop(connection);
+}
+
+} // namespace kv408

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace kv408 {
+
+/// The sockets of remote control. They live on a thread of their own, which only moves bytes; all
+/// that is decided is decided where `take` is called. What a client sends is read piece by piece,
+/// the next when the last has been dealt with, so that no client can fill the memory.
+class Network {
+public:
+    /// Counts the connections from 1; a number is never used again.
+    using Connection = std::uint64_t;
+
+    /// Where clients are listened for.
+    struct Place {
+        std::string address = "127.0.0.1"; ///< of one of this machine's interfaces, IPv4 or IPv6
+        std::uint16_t port = 5025;         ///< 0 for any that is free
+    };
+
+    /// Somebody has connected.
+    struct Opened {
+        Connection connection;
+        std::string address; ///< "192.168.1.5:40312"
+    };
+    /// A piece has come; `read_on` asks for the next.
+    struct Received {
+        Connection connection;
+        std::string bytes; ///< at most 16 KiB
+    };
+    /// The client sends no more. It may still read: `close` it when it has its replies.
+    struct Ended {
+        Connection connection;
+    };
+    using Event = std::variant<Opened, Received, Ended>;
+
+    /// Listens at `place` for `most` connections at a time; who comes beyond them is turned away.
+    /// `wake` is called, on the sockets' thread, when there is something to take. Throws
+    /// `std::system_error` where nobody can be listened for there.
+    Network(const Place& place, std::size_t most, std::function<void()> wake);
+
+    /// Closes all connections.
+    ~Network();
+    Network(const Network&) = delete;
+    Network& operator=(const Network&) = delete;
+
+    /// The port that is listened at.
+    [[nodiscard]] std::uint16_t port() const;
+
+    /// What has happened since the last time, in order.
+    std::vector<Event> take();
+
+    /// Reads the connection's next piece.
+    void read_on(Connection connection);
+
+    /// Sends `bytes`, in one piece where the system takes them so; only when all before has left.
+    void send(Connection connection, std::string bytes);
+
+    /// True when all that was to be sent has left; otherwise `wake` is called when it has.
+    [[nodiscard]] bool all_sent(Connection connection);
+
+    /// Ends the connection once all has left.
+    void close(Connection connection);
+
+    /// Ends the connection now.
+    void drop(Connection connection);
+
+private:
+    class Sockets;
+    std::unique_ptr<Sockets> sockets_;
+};
+
+} // namespace kv408

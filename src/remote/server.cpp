@@ -1,0 +1,103 @@
+#include "remote/server.h"
+
+#include <utility>
+
+namespace kv408 {
+
+Server::Server(const CommandTable& table, const Network::Place& place, std::function<void()> wake,
+               Look look)
+    : table_(table), look_(std::move(look)), network_(place, most_clients, std::move(wake)) {}
+
+bool Server::serve(std::chrono::nanoseconds longest) {
+    const auto end = std::chrono::steady_clock::now() + longest;
+    take_events();
+    for (bool any = true; any;) {
+        any = false;
+        for (auto at = clients_.begin(); at != clients_.end();) {
+            const auto next = std::next(at); // the step may end this one
+            any = step(at) || any;
+            at = next;
+        }
+        if (any && std::chrono::steady_clock::now() >= end) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void Server::take_events() {
+    for (Network::Event& event : network_.take()) {
+        if (const auto* opened = std::get_if<Network::Opened>(&event)) {
+            clients_.try_emplace(opened->connection, table_, opened->address);
+            changed();
+        } else if (auto* received = std::get_if<Network::Received>(&event)) {
+            const auto at = clients_.find(received->connection);
+            if (at != clients_.end()) {
+                at->second.unread = std::move(received->bytes);
+            }
+        } else {
+            const auto at = clients_.find(std::get<Network::Ended>(event).connection);
+            if (at != clients_.end()) {
+                at->second.ended = true;
+            }
+        }
+    }
+}
+
+bool Server::step(Clients::iterator at) {
+    Remote& remote = at->second;
+    if (!network_.all_sent(at->first)) {
+        return false; // who does not read his answers is given no more
+    }
+    const Client::Moment moment = look_(remote.client);
+    if (remote.client.can_run(moment)) {
+        std::string reply = remote.client.run(moment);
+        if (!reply.empty()) {
+            network_.send(at->first, std::move(reply));
+        }
+        return true;
+    }
+    return !remote.client.busy() && feed(at);
+}
+
+bool Server::feed(Clients::iterator at) {
+    Remote& remote = at->second;
+    if (!remote.unread.empty()) {
+        remote.unread.erase(0, remote.client.take(remote.unread));
+        if (remote.client.closed()) {
+            disconnect(at->first);
+        } else if (remote.unread.empty()) {
+            network_.read_on(at->first);
+        }
+        return true;
+    }
+    if (remote.ended) {
+        network_.close(at->first);
+        clients_.erase(at);
+        changed();
+    }
+    return false;
+}
+
+std::vector<Server::Seen> Server::clients() const {
+    std::vector<Seen> seen;
+    for (const auto& [connection, remote] : clients_) {
+        seen.push_back({connection, remote.address});
+    }
+    return seen;
+}
+
+void Server::disconnect(Network::Connection connection) {
+    network_.drop(connection);
+    if (clients_.erase(connection) > 0) {
+        changed();
+    }
+}
+
+void Server::changed() const {
+    if (changed_) {
+        changed_();
+    }
+}
+
+} // namespace kv408

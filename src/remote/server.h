@@ -1,0 +1,72 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "remote/client.h"
+#include "remote/network.h"
+
+namespace kv408 {
+
+/// Remote control over the network: what clients send is run here, on the thread that calls
+/// `serve`, a command of each in turn, and answered.
+class Server {
+public:
+    /// How many clients there may be at a time.
+    static constexpr std::size_t most_clients = 8;
+
+    /// Tells what a client's commands find: the time, and whether what it waits for is pending.
+    using Look = std::function<Client::Moment(const Client&)>;
+
+    /// Serves commands of `table` to clients at `place`. `wake` is called on a thread of its own
+    /// when `serve` is wanted. Throws `std::system_error` where nobody can be listened for there.
+    Server(const CommandTable& table, const Network::Place& place, std::function<void()> wake,
+           Look look);
+
+    /// Runs what clients have sent, for `longest` at most but one command. True when it has not
+    /// come to the end: it is to be called again when all else has had its turn.
+    bool serve(std::chrono::nanoseconds longest);
+
+    /// A client as people see it.
+    struct Seen {
+        Network::Connection connection;
+        std::string address;
+    };
+    [[nodiscard]] std::vector<Seen> clients() const;
+
+    /// Ends a client's connection; what it has sent and what has not been run is lost.
+    void disconnect(Network::Connection connection);
+
+    /// The port that is listened at.
+    [[nodiscard]] std::uint16_t port() const { return network_.port(); }
+
+    /// Sets what follows when a client has come or gone.
+    void on_change(std::function<void()> listener) { changed_ = std::move(listener); }
+
+private:
+    struct Remote {
+        Remote(const CommandTable& table, std::string from)
+            : client(table), address(std::move(from)) {}
+        Client client;
+        std::string address;
+        std::string unread = {}; ///< of the piece that came last
+        bool ended = false;      ///< no more will come
+    };
+    using Clients = std::map<Network::Connection, Remote>;
+
+    void take_events();
+    bool step(Clients::iterator at);
+    bool feed(Clients::iterator at);
+    void changed() const;
+
+    const CommandTable& table_;
+    Look look_;
+    std::function<void()> changed_;
+    Clients clients_;
+    Network network_;
+};
+
+} // namespace kv408

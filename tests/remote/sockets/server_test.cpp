@@ -1,0 +1,266 @@
+// The server with clients behind real sockets.
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <string>
+#include <system_error>
+#include <thread>
+
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include "remote/common_commands.h"
+#include "remote/server.h"
+#include "remote/setting_commands.h"
+
+namespace kv408 {
+namespace {
+
+using namespace std::chrono_literals;
+
+// A stranger's socket.
+class Line {
+public:
+    explicit Line(std::uint16_t port) : socket_(::socket(AF_INET, SOCK_STREAM, 0)) {
+        sockaddr_in to{};
+        to.sin_family = AF_INET;
+        to.sin_port = htons(port);
+        to.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        connected_ = connect(socket_, reinterpret_cast<const sockaddr*>(&to), sizeof to) == 0;
+    }
+    ~Line() { ::close(socket_); }
+    Line(const Line&) = delete;
+    Line& operator=(const Line&) = delete;
+
+    [[nodiscard]] bool connected() const { return connected_; }
+    bool say(std::string_view text) const {
+        while (!text.empty()) {
+            const auto sent = ::send(socket_, text.data(), text.size(), MSG_NOSIGNAL);
+            if (sent <= 0) {
+                return false;
+            }
+            text.remove_prefix(static_cast<std::size_t>(sent));
+        }
+        return true;
+    }
+    void say_no_more() const { shutdown(socket_, SHUT_WR); }
+
+    // What comes next within a second, at once; empty where the connection has ended or nothing
+    // came.
+    [[nodiscard]] std::string hear(std::chrono::milliseconds longest = 1s) const {
+        pollfd one{socket_, POLLIN, 0};
+        if (poll(&one, 1, static_cast<int>(longest.count())) <= 0) {
+            return "(nothing)";
+        }
+        std::string bytes(65536, '\0');
+        const auto got = recv(socket_, bytes.data(), bytes.size(), 0);
+        bytes.resize(got > 0 ? static_cast<std::size_t>(got) : 0);
+        return bytes;
+    }
+    std::string ask(const std::string& question) const {
+        return say(question + '\n') ? hear() : "(not sent)";
+    }
+
+private:
+    int socket_;
+    bool connected_ = false;
+};
+
+// A program with one thread that serves.
+class Servers : public testing::Test {
+protected:
+    Servers() {
+        table.add(common_commands(table));
+        table.add({boolean_setting(
+                       "DISPlay:GRID", [this](const Call&, bool on) { grid = on; },
+                       [this](const Call&) { return grid.load(); }),
+                   {"BIG", {}, {}, [](const Call&) { return std::string(300000, 'x'); }},
+                   {"SLOW", [](const Call&) { std::this_thread::sleep_for(1ms); }}});
+        program = std::thread([this] { run(); });
+    }
+
+    ~Servers() override {
+        {
+            const std::lock_guard lock(mutex);
+            ended = true;
+        }
+        woken.notify_one();
+        program.join();
+    }
+
+    void wake() {
+        {
+            const std::lock_guard lock(mutex);
+            wanted = true;
+        }
+        woken.notify_one();
+    }
+
+    void run() {
+        std::unique_lock lock(mutex);
+        while (!ended) {
+            woken.wait_for(lock, 10ms, [this] { return wanted || ended; });
+            wanted = false;
+            lock.unlock();
+            const auto start = std::chrono::steady_clock::now();
+            const bool more = server.serve(2ms);
+            const auto took = std::chrono::steady_clock::now() - start;
+            longest = std::max(longest.load(), std::chrono::nanoseconds(took).count());
+            lock.lock();
+            wanted = wanted || more;
+            seen = server.clients().size();
+        }
+    }
+
+    void wait_for_clients(std::size_t count) const {
+        for (int i = 0; i < 500 && seen != count; ++i) {
+            std::this_thread::sleep_for(10ms);
+        }
+        EXPECT_EQ(seen, count);
+    }
+
+    std::atomic<bool> grid = false;
+    std::atomic<bool> pending = false;
+    std::atomic<std::int64_t> longest = 0;
+    std::atomic<std::size_t> seen = 0;
+    CommandTable table;
+    std::mutex mutex;
+    std::condition_variable woken;
+    bool wanted = false;
+    bool ended = false;
+    Server server{table,
+                  {"127.0.0.1", 0},
+                  [this] { wake(); },
+                  [this](const Client&) {
+                      const auto now = std::chrono::steady_clock::now().time_since_epoch();
+                      return Client::Moment{std::chrono::duration<double>(now).count(), pending};
+                  }};
+    std::thread program;
+};
+
+TEST_F(Servers, AnswerEachInOnePiece) {
+    const Line one(server.port());
+    const Line other(server.port());
+    EXPECT_EQ(one.ask("SYST:VERS?"), "1999.0\n");
+    EXPECT_EQ(other.ask("DISP:GRID ON;GRID?;:SYST:VERS?"), "1;1999.0\n");
+    EXPECT_EQ(one.ask("FOO;GRID?"), "(nothing)");
+    EXPECT_EQ(one.ask("SYST:ERR?"), "-113,\"Undefined header\"\n");
+    EXPECT_EQ(other.ask("SYST:ERR?"), "0,\"No error\"\n");
+}
+
+TEST_F(Servers, RunWhatAClientSaidBeforeItWentAway) {
+    {
+        const Line line(server.port());
+        line.say("DISP:GRID ON\n");
+    }
+    wait_for_clients(0);
+    for (int i = 0; i < 100 && !grid; ++i) {
+        std::this_thread::sleep_for(10ms);
+    }
+    EXPECT_TRUE(grid);
+    const Line line(server.port());
+    line.say("SYST:VERS?\nDISP:GRID?\n");
+    line.say_no_more();
+    std::string heard;
+    for (std::string piece = line.hear(); !piece.empty(); piece = line.hear()) {
+        heard += piece;
+    }
+    EXPECT_EQ(heard, "1999.0\n1\n");
+}
+
+TEST_F(Servers, TakeEightAndTurnTheNextAway) {
+    std::array<std::unique_ptr<Line>, 8> lines;
+    for (auto& line : lines) {
+        line = std::make_unique<Line>(server.port());
+        EXPECT_EQ(line->ask("SYST:VERS?"), "1999.0\n");
+    }
+    const Line ninth(server.port());
+    EXPECT_EQ(ninth.ask("SYST:VERS?"), "");
+    lines[3].reset();
+    wait_for_clients(7);
+    EXPECT_EQ(Line(server.port()).ask("SYST:VERS?"), "1999.0\n");
+    EXPECT_EQ(lines[7]->ask("SYST:VERS?"), "1999.0\n");
+}
+
+TEST_F(Servers, WhoIsHeldBackHoldsNobodyElseBack) {
+    const Line waiting(server.port());
+    const Line other(server.port());
+    pending = true;
+    waiting.say("*OPC?\n");
+    EXPECT_EQ(other.ask("SYST:VERS?"), "1999.0\n");
+    EXPECT_EQ(waiting.hear(100ms), "(nothing)");
+    pending = false;
+    EXPECT_EQ(waiting.hear(), "1\n");
+}
+
+TEST_F(Servers, WhoNeverReadsHoldsNobodyUp) {
+    std::array<std::unique_ptr<Line>, 7> mute;
+    for (auto& line : mute) {
+        line = std::make_unique<Line>(server.port());
+        std::string questions;
+        for (int i = 0; i < 1000; ++i) {
+            questions += "BIG?\n";
+        }
+        line->say(questions); // 300 MB of answers, if they were made
+    }
+    const Line other(server.port());
+    for (int i = 0; i < 100; ++i) {
+        ASSERT_EQ(other.ask("SYST:VERS?"), "1999.0\n");
+    }
+}
+
+TEST_F(Servers, ALineWithoutAnEndTakesNoMemory) {
+    const Line endless(server.port());
+    const std::string much(1 << 20, 'x');
+    for (int i = 0; i < 20; ++i) {
+        ASSERT_TRUE(endless.say(much));
+    }
+    EXPECT_EQ(endless.ask("\nSYST:ERR?"), "-363,\"Input buffer overrun\"\n");
+}
+
+TEST_F(Servers, LeaveTheProgramItsTime) {
+    const Line line(server.port());
+    std::string many;
+    for (int i = 0; i < 300; ++i) {
+        many += "SLOW;";
+    }
+    EXPECT_EQ(line.ask(many + "SYST:VERS?"), "1999.0\n");
+    EXPECT_LT(longest, std::chrono::nanoseconds(200ms).count()); // the line took 300 ms
+}
+
+TEST_F(Servers, HangUpOnWebPages) {
+    const Line page(server.port());
+    EXPECT_EQ(page.ask("POST / HTTP/1.1\r\nHost: localhost:5025\r\n\r\nDISP:GRID ON"), "");
+    EXPECT_FALSE(grid);
+}
+
+TEST_F(Servers, SurviveTenThousandConnections) {
+    for (int i = 0; i < 10000; ++i) {
+        ASSERT_TRUE(Line(server.port()).connected()) << i;
+    }
+    std::string answer;
+    for (int i = 0; i < 100 && answer.empty(); ++i) { // those before may not all have been seen to go
+        answer = Line(server.port()).ask("SYST:VERS?");
+        std::this_thread::sleep_for(10ms);
+    }
+    EXPECT_EQ(answer, "1999.0\n");
+}
+
+TEST_F(Servers, SayWhereNobodyCanBeListenedFor) {
+    const auto listen = [this](const Network::Place& place) {
+        const Server second(table, place, [] {}, {});
+    };
+    EXPECT_THROW(listen({"127.0.0.1", server.port()}), std::system_error);
+    EXPECT_THROW(listen({"198.51.100.1", 0}), std::system_error); // not this machine's
+    EXPECT_THROW(listen({"nonsense", 0}), std::system_error);
+}
+
+} // namespace
+} // namespace kv408
