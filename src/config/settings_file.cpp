@@ -76,6 +76,7 @@ std::filesystem::path SettingsFile::default_path() const {
 void SettingsFile::restore() {
     kept_.colours = {};
     kept_.display.snapshotpath = text_of_path(host_.places.program);
+    factory_ = bytes();
     std::string bytes;
     restored_ = host_.files.read(default_path(), bytes);
     if (loadconfigfile(default_path()) == Reading::bad_line) {
@@ -160,12 +161,13 @@ SettingsFile::Reading SettingsFile::loadconfigfile(const std::filesystem::path& 
     const FileResult result = host_.files.read(path, bytes);
     switch (result.status) {
     case FileStatus::done:
-        if (bytes.starts_with(byte_order_mark)) {
-            bytes.erase(0, byte_order_mark.size());
-        } else {
-            bytes = from_code_page(std::move(bytes));
+        if (const int line = take_lines(std::move(bytes)); line > 0) {
+            tell_line(line, shown_path(path) +
+                                ": the lines before it have been taken over, it and those after "
+                                "it have not.");
+            return Reading::bad_line;
         }
-        return take_lines(bytes, path) ? Reading::complete : Reading::bad_line;
+        return Reading::complete;
     case FileStatus::not_found:
         saveconfigsmon(path);
         return Reading::missing;
@@ -177,20 +179,22 @@ SettingsFile::Reading SettingsFile::loadconfigfile(const std::filesystem::path& 
     return Reading::failed;
 }
 
-bool SettingsFile::take_lines(std::string_view lines, const std::filesystem::path& path) {
+int SettingsFile::take_lines(std::string bytes) {
+    if (bytes.starts_with(byte_order_mark)) {
+        bytes.erase(0, byte_order_mark.size());
+    } else {
+        bytes = from_code_page(std::move(bytes));
+    }
+    std::string_view lines = bytes;
     std::unordered_map<std::string_view, int> taken;
     for (line_ = 1; !lines.empty(); ++line_) {
         if (!take_line_of(take_line(lines), taken)) {
-            tell_line(std::exchange(line_, 0),
-                      shown_path(path) +
-                          ": the lines before it have been taken over, it and those after "
-                          "it have not.");
-            return false;
+            return std::exchange(line_, 0);
         }
         let_end();
     }
     line_ = 0;
-    return true;
+    return 0;
 }
 
 void SettingsFile::let_end() {
@@ -319,6 +323,21 @@ void SettingsFile::load_by_hand(const std::filesystem::path& path) {
     }
     by_hand_ = false;
     loading_.set_caption({});
+}
+
+std::string SettingsFile::bytes() const {
+    return to_code_page(text());
+}
+
+int SettingsFile::load_bytes(std::string bytes) {
+    hooks_.cancel_edits();
+    const TakingOver taking = take_over();
+    by_hand_ = true;
+    const int line = take_lines(std::move(bytes));
+    hooks_.apply();
+    by_hand_ = false;
+    loading_.set_caption({});
+    return line;
 }
 
 void SettingsFile::saveconfig_Click() {

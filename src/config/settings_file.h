@@ -98,6 +98,16 @@ public:
     /// Writes the present settings to the file at `path`; a failure is shown in a message.
     void saveconfigsmon(const std::filesystem::path& path);
 
+    /// The present settings as a file would have them.
+    [[nodiscard]] std::string bytes() const;
+
+    /// The settings of a first start, as a file would have them; empty before `restore`.
+    [[nodiscard]] const std::string& factory_bytes() const { return factory_; }
+
+    /// Takes `bytes`, the content of a file, as Load Setup does with one. Returns the number of the
+    /// line that could not be taken, 0 when all have been; nothing of it is shown.
+    int load_bytes(std::string bytes);
+
     /// Load Setup and Save Setup. Both ask in the folder that was used last. An end of the program
     /// while a set-up is loaded and takes effect unwinds.
     void loadconfig_Click();
@@ -117,7 +127,8 @@ private:
     void tell_failure(const Outcome& outcome, const std::string& help);
     /// What an earlier run could not save.
     void offer_aside();
-    bool take_lines(std::string_view lines, const std::filesystem::path& path);
+    /// Takes `bytes` line by line; the number of the first that cannot be taken, 0 for none.
+    int take_lines(std::string bytes);
     /// Takes one line; `taken` counts the lines with each key so far.
     bool take_line_of(std::string_view line, std::unordered_map<std::string_view, int>& taken);
     /// Lets an end come about, in a loading that takes long.
@@ -138,6 +149,7 @@ private:
     std::filesystem::path folder_; ///< that Load Setup or Save Setup used last
     Label loading_{"loading"};
     bool by_hand_ = false;                  ///< a set-up is being loaded by hand
+    std::string factory_;                   ///< the settings of a first start
     int line_ = 0;                          ///< the line that is being taken; 0: none is
     std::chrono::nanoseconds looked_at_{0}; ///< when an end was last let come about
 };

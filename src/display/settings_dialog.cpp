@@ -182,6 +182,25 @@ void SettingsDialog::take(const ColourTable& colours) {
     apply(working_);
 }
 
+void SettingsDialog::set_colours(const ColourTable& colours) {
+    saved_ = items_of(colours);
+    if (open_) {
+        take(colours);
+        show_working();
+    } else {
+        apply(saved_);
+    }
+}
+
+void SettingsDialog::set_persistence_depth(int generations) {
+    settings_.persisttime = static_cast<std::int16_t>(generations);
+    if (open_) {
+        controls_.persist.set_value(generations);
+    }
+    update_.colorupdate();
+    screen_.draw(draw_flags::all);
+}
+
 void SettingsDialog::show_working() {
     show_swatches();
     optColor_Click(item_);

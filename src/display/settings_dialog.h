@@ -46,6 +46,13 @@ public:
     /// Puts the factory colours into the edited ones and applies them.
     void setColDefault();
 
+    /// Makes `colours` those of the program, as confirmed in the dialog; one that is open goes on
+    /// from them.
+    void set_colours(const ColourTable& colours);
+
+    /// Makes `generations`, 0..9, the depth of the persistence in the same way.
+    void set_persistence_depth(int generations);
+
     /// Set the listeners of the window: the dialog is to be shown in front, and is to be closed.
     void on_show(std::function<void()> listener) { show_ = std::move(listener); }
     void on_close(std::function<void()> listener) { closed_ = std::move(listener); }

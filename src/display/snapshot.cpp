@@ -121,6 +121,16 @@ std::function<FileResult()> Snapshot::taken() {
     };
 }
 
+std::string Snapshot::bitmap() {
+    picture_.draw(draw_flags::all);
+    return bitmap_file(finished(plot_box(picture_, panel_)));
+}
+
+std::string Snapshot::png() {
+    picture_.draw(draw_flags::all);
+    return host_.coder.png(finished(plot_box(picture_, panel_)));
+}
+
 void Snapshot::save_silently(const Surface& image, const std::string& name) {
     settings_.snapshotpath = as_folder(settings_.snapshotpath);
     std::string path;

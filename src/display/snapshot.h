@@ -46,6 +46,11 @@ public:
     /// snapshot folder without asking or telling anything, on any thread and as often as called.
     [[nodiscard]] std::function<FileResult()> taken();
 
+    /// The plot as it is now, inverted where the settings say so, as the bytes of a bitmap or PNG
+    /// file; empty when it could not be encoded.
+    [[nodiscard]] std::string bitmap();
+    [[nodiscard]] std::string png();
+
     /// The plot as it is now, not inverted, with the scales under it.
     [[nodiscard]] Surface with_scales() const;
 

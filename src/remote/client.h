@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -11,8 +13,20 @@
 #include "remote/message_reader.h"
 #include "remote/scpi_error.h"
 #include "remote/status_registers.h"
+#include "state/sweep.h"
 
 namespace kv408 {
+
+/// What a client has chosen to fetch, and how.
+struct ClientWaveform {
+    enum class Format { ascii, word, real };
+
+    Channel source = ch1;
+    Format format = Format::ascii;
+    bool least_first = false;           ///< the order of bytes in blocks
+    std::shared_ptr<const Sweep> sweep; ///< null before the first
+    std::uint64_t number = 0;           ///< of that sweep
+};
 
 /// One client: what it has sent and not yet been answered, its registers, its errors. It knows
 /// nothing of the network.
@@ -65,6 +79,7 @@ public:
     /// How long it is held back at most, seconds.
     double time_out = 10.0;
     StatusRegisters status;
+    ClientWaveform waveform;
     ErrorQueue errors;
 
     /// True when an answer waits that the line has given so far.

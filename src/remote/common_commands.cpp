@@ -22,10 +22,10 @@ Command action(std::string header, std::function<void(Client&)> act) {
     return {std::move(header), [act = std::move(act)](const Call& call) { act(call.client); }};
 }
 
-Command query(std::string header, std::function<std::string(Client&)> answer) {
-    Command command{std::move(header)};
-    command.answer = [answer = std::move(answer)](const Call& call) { return answer(call.client); };
-    return command;
+Command client_query(std::string header, std::function<std::string(Client&)> answer) {
+    return query_command(std::move(header), [answer = std::move(answer)](const Call& call) {
+        return answer(call.client);
+    });
 }
 
 // A register that is set and asked for, of all its bits but those in `unused`.
@@ -51,14 +51,14 @@ std::vector<Command> register_commands(const std::string& header,
     enable.get = [member](const Call& call) {
         return static_cast<double>((call.client.status.*member).enable());
     };
-    return {query(header + "[:EVENt]",
-                  [member](Client& client) {
-                      return whole_reply((client.status.*member).take_event());
-                  }),
-            query(header + ":CONDition",
-                  [member](Client& client) {
-                      return whole_reply((client.status.*member).condition());
-                  }),
+    return {client_query(header + "[:EVENt]",
+                         [member](Client& client) {
+                             return whole_reply((client.status.*member).take_event());
+                         }),
+            client_query(header + ":CONDition",
+                         [member](Client& client) {
+                             return whole_reply((client.status.*member).condition());
+                         }),
             whole_setting(header + ":ENABle", enable)};
 }
 
@@ -89,15 +89,15 @@ std::vector<Command> standard_commands() {
         enable_setting(
             "*ESE", byte_range, 0,
             [](Client & client) -> auto& { return client.status.event_enable; }),
-        query("*ESR", take_standard_event),
+        client_query("*ESR", take_standard_event),
         enable_setting(
             "*SRE", byte_range, service_bit,
             [](Client & client) -> auto& { return client.status.service_enable; }),
-        query("*STB",
-              [](Client& client) {
-                  return whole_reply(
-                      client.status.status_byte(client.errors.size() > 0, client.reply_waits()));
-              }),
+        client_query("*STB",
+                     [](Client& client) {
+                         return whole_reply(client.status.status_byte(client.errors.size() > 0,
+                                                                      client.reply_waits()));
+                     }),
         {"*OPC",
          [](const Call& call) { call.client.tell_completion(true); },
          {},
@@ -114,13 +114,14 @@ std::vector<Command> system_commands(const CommandTable& table) {
     time_out.set = [](const Call& call, double seconds) { call.client.time_out = seconds; };
     time_out.get = [](const Call& call) { return call.client.time_out; };
     return {
-        query("SYSTem:ERRor[:NEXT]", [](Client& client) { return client.errors.take(); }),
-        query("SYSTem:ERRor:COUNt",
-              [](Client& client) {
-                  return whole_reply(static_cast<std::int64_t>(client.errors.size()));
-              }),
-        query("SYSTem:VERSion", [](Client&) { return std::string("1999.0"); }),
-        query("SYSTem:HELP:HEADers", [&table](Client&) { return block_reply(headers_of(table)); }),
+        client_query("SYSTem:ERRor[:NEXT]", [](Client& client) { return client.errors.take(); }),
+        client_query("SYSTem:ERRor:COUNt",
+                     [](Client& client) {
+                         return whole_reply(static_cast<std::int64_t>(client.errors.size()));
+                     }),
+        client_query("SYSTem:VERSion", [](Client&) { return std::string("1999.0"); }),
+        client_query("SYSTem:HELP:HEADers",
+                     [&table](Client&) { return block_reply(headers_of(table)); }),
         action("STATus:PRESet",
                [](Client& client) {
                    client.status.operation.set_enable(0);

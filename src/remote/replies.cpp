@@ -43,6 +43,13 @@ std::string string_reply(std::string_view text) {
     return reply + '"';
 }
 
+void add_item(std::string& list, std::string_view item) {
+    if (!list.empty()) {
+        list += ',';
+    }
+    list += item;
+}
+
 std::string block_reply(std::string_view bytes) {
     const std::string length = std::to_string(bytes.size());
     std::string reply = '#' + std::to_string(length.size()) + length;

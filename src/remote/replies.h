@@ -21,6 +21,9 @@ namespace kv408 {
 /// A text in double quotes, those in it doubled.
 [[nodiscard]] std::string string_reply(std::string_view text);
 
+/// Adds `item` to `list`, behind a comma unless it is the first.
+void add_item(std::string& list, std::string_view item);
+
 /// A block of definite length: "#15hello".
 [[nodiscard]] std::string block_reply(std::string_view bytes);
 

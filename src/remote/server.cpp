@@ -73,8 +73,7 @@ bool Server::feed(Clients::iterator at) {
     }
     if (remote.ended) {
         network_.close(at->first);
-        clients_.erase(at);
-        changed();
+        remove(at);
     }
     return false;
 }
@@ -89,8 +88,22 @@ std::vector<Server::Seen> Server::clients() const {
 
 void Server::disconnect(Network::Connection connection) {
     network_.drop(connection);
-    if (clients_.erase(connection) > 0) {
-        changed();
+    if (const auto at = clients_.find(connection); at != clients_.end()) {
+        remove(at);
+    }
+}
+
+void Server::remove(Clients::iterator at) {
+    if (gone_) {
+        gone_(at->second.client);
+    }
+    clients_.erase(at);
+    changed();
+}
+
+void Server::for_each(const std::function<void(Client&)>& act) {
+    for (auto& [connection, remote] : clients_) {
+        act(remote.client);
     }
 }
 

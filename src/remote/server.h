@@ -19,7 +19,7 @@ public:
     static constexpr std::size_t most_clients = 8;
 
     /// Tells what a client's commands find: the time, and whether what it waits for is pending.
-    using Look = std::function<Client::Moment(const Client&)>;
+    using Look = std::function<Client::Moment(Client&)>;
 
     /// Serves commands of `table` to clients at `place`. `wake` is called on a thread of its own
     /// when `serve` is wanted. Throws `std::system_error` where nobody can be listened for there.
@@ -46,6 +46,12 @@ public:
     /// Sets what follows when a client has come or gone.
     void on_change(std::function<void()> listener) { changed_ = std::move(listener); }
 
+    /// Sets what follows just before a client goes.
+    void on_gone(std::function<void(Client&)> listener) { gone_ = std::move(listener); }
+
+    /// Does `act` to each client.
+    void for_each(const std::function<void(Client&)>& act);
+
 private:
     struct Remote {
         Remote(const CommandTable& table, std::string from)
@@ -60,11 +66,13 @@ private:
     void take_events();
     bool step(Clients::iterator at);
     bool feed(Clients::iterator at);
+    void remove(Clients::iterator at);
     void changed() const;
 
     const CommandTable& table_;
     Look look_;
     std::function<void()> changed_;
+    std::function<void(Client&)> gone_;
     Clients clients_;
     Network network_;
 };

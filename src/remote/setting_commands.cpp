@@ -1,5 +1,7 @@
 #include "remote/setting_commands.h"
 
+#include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "remote/replies.h"
@@ -10,18 +12,34 @@ namespace {
 
 constexpr ParameterCount one{1, 1};
 
+NumberRange range_of(const NumberSetting& setting, const Call& call) {
+    return setting.range_now ? setting.range_now(call) : setting.range;
+}
+
 // What a numeric query answers: the setting, or one of its limits.
 double asked_number(const NumberSetting& setting, const Call& call) {
     return call.parameters.empty() ? setting.get(call)
-                                   : limit_of(call.parameters.front(), setting.range);
+                                   : limit_of(call.parameters.front(), range_of(setting, call));
+}
+
+// Numbers of the language have their digits rounded; a step is the one that is as near.
+bool is_step(double number, double step) {
+    constexpr double nearness = 1e-9;
+    return std::abs(number - step) <= nearness * step;
 }
 
 } // namespace
 
+Command query_command(std::string header, Command::Answer answer) {
+    Command command{std::move(header)};
+    command.answer = std::move(answer);
+    return command;
+}
+
 Command real_setting(std::string header, const NumberSetting& setting) {
     Command command{std::move(header), {}, one, {}, {0, 1}};
     command.act = [setting](const Call& call) {
-        setting.set(call, number_of(call.parameters.front(), setting.range));
+        setting.set(call, number_of(call.parameters.front(), range_of(setting, call)));
     };
     command.answer = [setting](const Call& call) {
         return real_reply(asked_number(setting, call));
@@ -32,10 +50,30 @@ Command real_setting(std::string header, const NumberSetting& setting) {
 Command whole_setting(std::string header, const NumberSetting& setting) {
     Command command{std::move(header), {}, one, {}, {0, 1}};
     command.act = [setting](const Call& call) {
-        setting.set(call, whole_of(call.parameters.front(), setting.range));
+        setting.set(call, whole_of(call.parameters.front(), range_of(setting, call)));
     };
     command.answer = [setting](const Call& call) {
         return whole_reply(round_to_int32(asked_number(setting, call)));
+    };
+    return command;
+}
+
+Command step_setting(std::string header, const StepSetting& setting) {
+    const auto [least, most] = std::minmax_element(setting.steps.begin(), setting.steps.end());
+    const NumberRange range{*least, *most, setting.steps.at(setting.preset), setting.quantity};
+    Command command{std::move(header), {}, one, {}, {0, 1}};
+    command.act = [setting, range](const Call& call) {
+        const double number = number_of(call.parameters.front(), range);
+        const auto step = std::find_if(setting.steps.begin(), setting.steps.end(),
+                                       [number](double each) { return is_step(number, each); });
+        if (step == setting.steps.end()) {
+            throw Refused{ScpiError::data_out_of_range};
+        }
+        setting.set(call, static_cast<std::size_t>(step - setting.steps.begin()));
+    };
+    command.answer = [setting, range](const Call& call) {
+        return real_reply(call.parameters.empty() ? setting.steps.at(setting.get(call))
+                                                  : limit_of(call.parameters.front(), range));
     };
     return command;
 }

@@ -6,17 +6,22 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "remote/command_table.h"
 #include "remote/values.h"
 
 namespace kv408 {
 
+/// A query without parameters.
+[[nodiscard]] Command query_command(std::string header, Command::Answer answer);
+
 /// A numeric setting: `header <number>|MIN|MAX|DEF`, `header? [MIN|MAX|DEF]`.
 struct NumberSetting {
     NumberRange range;
     std::function<void(const Call&, double)> set;
     std::function<double(const Call&)> get;
+    std::function<NumberRange(const Call&)> range_now = {}; ///< where it changes, in its place
 };
 
 /// Its command, which answers as a real number.
@@ -24,6 +29,19 @@ struct NumberSetting {
 
 /// Its command, which takes whole numbers and answers as one.
 [[nodiscard]] Command whole_setting(std::string header, const NumberSetting& setting);
+
+/// A setting that is one of `steps`, by its index; numbers between them are out of range. `preset`
+/// is the index that `DEF` means.
+struct StepSetting {
+    std::vector<double> steps;
+    Quantity quantity;
+    std::size_t preset;
+    std::function<void(const Call&, std::size_t)> set;
+    std::function<std::size_t(const Call&)> get;
+};
+
+/// Its command, which answers as a real number.
+[[nodiscard]] Command step_setting(std::string header, const StepSetting& setting);
 
 /// A setting that is on or off.
 [[nodiscard]] Command boolean_setting(std::string header,

@@ -162,6 +162,18 @@ SettingsDialog& Scope::settings_dialog() {
     return parts_->settings_dialog;
 }
 
+SettingsFile& Scope::settings_file() {
+    return parts_->settings_file;
+}
+
+Snapshot& Scope::snapshot() {
+    return parts_->snapshot;
+}
+
+Sweeps& Scope::sweeps() {
+    return parts_->sweeps;
+}
+
 Help& Scope::help() {
     return parts_->help;
 }

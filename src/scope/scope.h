@@ -24,6 +24,9 @@ struct CalibrationForm;
 class Label;
 class LastSettings;
 class SettingsDialog;
+class SettingsFile;
+class Snapshot;
+class Sweeps;
 class Tools;
 struct FrontPanel;
 struct Parts;
@@ -96,6 +99,15 @@ public:
 
     /// The settings dialog.
     [[nodiscard]] SettingsDialog& settings_dialog();
+
+    /// The settings file.
+    [[nodiscard]] SettingsFile& settings_file();
+
+    /// The pictures of the plot for files.
+    [[nodiscard]] Snapshot& snapshot();
+
+    /// The finished sweeps.
+    [[nodiscard]] Sweeps& sweeps();
 
     /// The controls of the calibration form.
     [[nodiscard]] CalibrationForm& calibration_form();

@@ -1,0 +1,125 @@
+#include <array>
+#include <cmath>
+
+#include "panel/adjust.h"
+#include "remote/panel_settings.h"
+#include "remote/replies.h"
+#include "remote/tree.h"
+#include "remote/units.h"
+#include "scope/parts.h"
+#include "state/plot_geometry.h"
+#include "state/samples.h"
+
+namespace kv408 {
+namespace {
+
+constexpr std::array<std::string_view, 3> cursor_modes{"OFF", "VOLTage", "TIME"};
+constexpr std::array<std::string_view, 2> cursor_sources{"CH1", "CH2"};
+
+// The positions of the tabs that the modes are, by their index.
+constexpr std::array<int, 3> tab_of_mode{3, 1, 2};
+
+// Row and column of the plot, and volts and seconds; one of the two by the mode.
+struct CursorScale {
+    bool volts;
+    double per_unit; ///< volts of a row, seconds of a column
+    double zero;     ///< row of 0 V, column of 0 s
+
+    [[nodiscard]] double value(double place) const {
+        return (volts ? zero - place : place - zero) * per_unit;
+    }
+    [[nodiscard]] double place(double value) const {
+        return volts ? zero - value / per_unit : zero + value / per_unit;
+    }
+};
+
+CursorScale scale_of(const Parts& parts) {
+    const CursorState& cursors = parts.cursor_state;
+    if (cursor_mode::is_time(cursors.cursormode)) {
+        return {false, 1.0 / parts.time_base_state.samplerate, 0.0};
+    }
+    if (!cursor_mode::is_voltage(cursors.cursormode)) {
+        throw Refused{ScpiError::settings_conflict, "The cursors are off"};
+    }
+    const ChannelState& channel = parts.channels.at(cursors.channel);
+    const double zero = (zero_volt_code - channel.offsetdac) * channel.scale * channel.vtfactor;
+    return {true, 1.0 / (channel.pixpermv * millivolts_per_volt), plot::centre_y - zero};
+}
+
+double place_of(const CursorState& cursors, const CursorScale& scale, std::size_t cursor) {
+    return scale.volts ? cursors.vpos.at(cursor) : cursors.hpos.at(cursor);
+}
+
+std::size_t cursor_of(const Call& call) {
+    return static_cast<std::size_t>(call.suffixes.front() - 1);
+}
+
+PanelSettings::Turned cursor_position() {
+    return {.tab =
+                [](const Parts&, const Call& call) {
+                    return std::string(cursor_of(call) == 0 ? adjust_key::cursor_1
+                                                            : adjust_key::cursor_2);
+                },
+            .range =
+                [](const Parts& parts, const Call& call) {
+                    const CursorScale scale = scale_of(parts);
+                    const double last = scale.volts ? plot::height - 1 : plot::width - 1;
+                    const CursorState factory;
+                    const double preset = scale.value(place_of(factory, scale, cursor_of(call)));
+                    return scale.volts ? NumberRange{scale.value(last), scale.value(0), preset,
+                                                     Quantity::volts}
+                                       : NumberRange{scale.value(0), scale.value(last), preset,
+                                                     Quantity::seconds};
+                },
+            .wheel =
+                [](const Parts& parts, const Call&, double value) {
+                    const CursorScale scale = scale_of(parts);
+                    const double place = std::round(scale.place(value));
+                    return scale.volts ? plot::wheel_span - 2 * place : place;
+                },
+            .get =
+                [](const Parts& parts, const Call& call) {
+                    const CursorScale scale = scale_of(parts);
+                    return scale.value(place_of(parts.cursor_state, scale, cursor_of(call)));
+                }};
+}
+
+Command mode_command(Instrument& instrument) {
+    return choice_setting(
+        "CURSor:MODE", cursor_modes,
+        [&instrument](const Call& call, std::size_t mode) {
+            instrument.act(call.client, [mode](Scope& scope) {
+                scope.panel().tabstrip3.select(tab_of_mode.at(mode));
+            });
+        },
+        [&instrument](const Call&) {
+            const std::int16_t mode = instrument.parts().cursor_state.cursormode;
+            return cursor_mode::is_voltage(mode) ? std::size_t{1}
+                   : cursor_mode::is_time(mode)  ? std::size_t{2}
+                                                 : std::size_t{0};
+        });
+}
+
+Command difference_command(Instrument& instrument) {
+    return query_command("CURSor:DELTa", [&instrument](const Call&) {
+        const Parts& parts = instrument.parts();
+        const CursorScale scale = scale_of(parts);
+        return real_reply(std::abs(place_of(parts.cursor_state, scale, 1) -
+                                   place_of(parts.cursor_state, scale, 0)) *
+                          scale.per_unit);
+    });
+}
+
+} // namespace
+
+std::vector<Command> cursor_commands(Instrument& instrument) {
+    const PanelSettings settings(instrument);
+    return {
+        mode_command(instrument),
+        settings.choice("CURSor:SOURce", control(&FrontPanel::combocursorselect), cursor_sources),
+        settings.turn("CURSor:POSition<n>", cursor_position()),
+        difference_command(instrument),
+    };
+}
+
+} // namespace kv408

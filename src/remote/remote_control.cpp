@@ -1,0 +1,87 @@
+#include "remote/remote_control.h"
+
+#include <utility>
+
+#include "remote/common_commands.h"
+#include "remote/tree.h"
+
+namespace kv408 {
+
+RemoteControl::RemoteControl(Host host) : host_(std::move(host)), instrument_(host_.gate) {
+    table_.add(common_commands(table_));
+    for (const auto& commands :
+         {acquisition_commands, panel_commands, display_commands, cursor_commands,
+          measurement_commands, waveform_commands, system_commands}) {
+        table_.add(commands(instrument_));
+    }
+    instrument_.on_lock([this] { changed(); });
+}
+
+RemoteControl::~RemoteControl() {
+    changed_ = {};
+    close();
+}
+
+void RemoteControl::open(const Network::Place& place) {
+    close();
+    server_.emplace(table_, place, host_.wake, [this](Client& client) { return moment(client); });
+    server_->on_change([this] { changed(); });
+    server_->on_gone([this](const Client& client) { instrument_.forget(client); });
+    changed();
+}
+
+void RemoteControl::close() {
+    if (!server_) {
+        return;
+    }
+    server_->for_each([this](const Client& client) { instrument_.forget(client); });
+    server_.reset();
+    changed();
+}
+
+bool RemoteControl::serve(std::chrono::nanoseconds longest) {
+    if (!server_ || !instrument_.may_run()) {
+        return false;
+    }
+    const Gate::Closed alone(host_.gate);
+    return server_->serve(longest);
+}
+
+void RemoteControl::tick_over() {
+    if (!instrument_.may_run()) {
+        return;
+    }
+    instrument_.tick_over();
+    if (server_) {
+        server_->for_each([this](Client& client) { instrument_.show_conditions(client); });
+    }
+}
+
+std::vector<Server::Seen> RemoteControl::clients() const {
+    return server_ ? server_->clients() : std::vector<Server::Seen>();
+}
+
+void RemoteControl::disconnect(Network::Connection connection) {
+    if (server_) {
+        server_->disconnect(connection);
+    }
+}
+
+void RemoteControl::tell_all(const Refused& error) {
+    if (server_) {
+        server_->for_each([&error](Client& client) { client.note(error); });
+    }
+}
+
+Client::Moment RemoteControl::moment(Client& client) {
+    instrument_.show_conditions(client);
+    return {std::chrono::duration<double>(host_.clock.now()).count(), instrument_.pending()};
+}
+
+void RemoteControl::changed() const {
+    if (changed_) {
+        changed_();
+    }
+}
+
+} // namespace kv408

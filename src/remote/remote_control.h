@@ -1,0 +1,82 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <vector>
+
+#include "host/clock.h"
+#include "remote/command_table.h"
+#include "remote/instrument.h"
+#include "remote/server.h"
+
+namespace kv408 {
+
+/// Remote control as a whole: the command tree over the program, and the server, which is there
+/// only between `open` and `close`.
+class RemoteControl {
+public:
+    /// What it needs of the machine.
+    struct Host {
+        const Clock& clock;
+        Gate& gate;                 ///< that the program's boxes and messages go through
+        std::function<void()> wake; ///< called on another thread when `serve` is wanted
+    };
+
+    explicit RemoteControl(Host host);
+    ~RemoteControl();
+    RemoteControl(const RemoteControl&) = delete;
+    RemoteControl& operator=(const RemoteControl&) = delete;
+
+    /// See `Instrument`.
+    void attach(Scope& scope, Instrument::Act act) { instrument_.attach(scope, std::move(act)); }
+    void detach() { instrument_.detach(); }
+
+    /// Begins to listen at `place`. Throws `std::system_error` where nobody can be listened for.
+    void open(const Network::Place& place);
+
+    /// Disconnects all clients; from now on there is no socket.
+    void close();
+
+    [[nodiscard]] bool is_open() const { return server_.has_value(); }
+
+    /// The port that is listened at; 0 while closed.
+    [[nodiscard]] std::uint16_t port() const { return server_ ? server_->port() : 0; }
+
+    /// Runs what clients have sent, for `longest` at most but one command; nothing in the middle of
+    /// an exchange. True when it has not come to the end.
+    bool serve(std::chrono::nanoseconds longest);
+
+    /// What follows each tick of the program, and belongs between them where there is no program.
+    void tick_over();
+
+    /// The clients, in the order in which they came.
+    [[nodiscard]] std::vector<Server::Seen> clients() const;
+    void disconnect(Network::Connection connection);
+
+    /// Notes `error` in the queue of each client.
+    void tell_all(const Refused& error);
+
+    /// What commands of `client` find now, whose conditions are brought up to date.
+    [[nodiscard]] Client::Moment moment(Client& client);
+
+    /// What clients and person have agreed on, and the program.
+    [[nodiscard]] Instrument& instrument() { return instrument_; }
+
+    /// All commands.
+    [[nodiscard]] const CommandTable& table() const { return table_; }
+
+    /// Sets what follows when a client has come or gone, or a lock has changed.
+    void on_change(std::function<void()> listener) { changed_ = std::move(listener); }
+
+private:
+    void changed() const;
+
+    Host host_;
+    Instrument instrument_;
+    CommandTable table_;
+    std::optional<Server> server_;
+    std::function<void()> changed_;
+};
+
+} // namespace kv408

@@ -1,0 +1,62 @@
+#include "remote/sweep_watch.h"
+
+namespace kv408 {
+
+SweepWatch::SweepWatch(const Parts& parts)
+    : parts_(parts), seen_(set_up()), last_(parts.sweeps.last()->channel) {}
+
+SweepWatch::SetUp SweepWatch::set_up() const {
+    const FrontPanel& panel = parts_.panel;
+    SetUp now{{panel.trtout.text()},
+              {panel.seltimediv.index(), panel.trigsource.index(), panel.trigeredge.index(),
+               panel.shyst.value(), panel.average.checked() ? 1 : 0,
+               panel.adcspeed.checked() ? 1 : 0, parts_.trigger_state.trigpos}};
+    for (const Channel channel : both_channels) {
+        const ChannelControls& controls = panel.channel.at(channel);
+        now.texts.push_back(controls.psofset.text());
+        now.numbers.insert(now.numbers.end(),
+                           {controls.vdiv.index(), controls.enable.checked() ? 1 : 0,
+                            controls.invert.checked() ? 1 : 0, controls.inviatr.checked() ? 1 : 0,
+                            parts_.channels.at(channel).marker_wheel});
+    }
+    return now;
+}
+
+void SweepWatch::look() {
+    const std::string& word = parts_.acquisition.scopestate;
+    if (SetUp now = set_up(); now != seen_) {
+        seen_ = std::move(now);
+        want_new();
+    }
+    if (word == state_word::set_up || word == state_word::changes || word == state_word::changes1) {
+        wanted_ = {true, true};
+        old_under_way_ = false; // the set-up has what is under way thrown away
+    }
+}
+
+void SweepWatch::want_new() {
+    wanted_ = {true, true};
+    old_under_way_ = state_word::sweeps(parts_.acquisition.scopestate);
+}
+
+void SweepWatch::take(const std::shared_ptr<const Sweep>& sweep) {
+    look(); // somebody may have pressed something in the middle of it
+    for (const Channel channel : both_channels) {
+        const bool came = sweep->channel.at(channel) != last_.at(channel);
+        if (came && sweep->came.at(channel) && !old_under_way_) {
+            wanted_.at(channel) = false;
+        }
+    }
+    old_under_way_ = false;
+    last_ = sweep->channel;
+}
+
+bool SweepWatch::pending() const {
+    bool any = false;
+    for (const Channel channel : both_channels) {
+        any = any || (wanted_.at(channel) && parts_.panel.channel.at(channel).enable.checked());
+    }
+    return any && parts_.acquisition.acqrunning;
+}
+
+} // namespace kv408

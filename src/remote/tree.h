@@ -1,0 +1,33 @@
+#pragma once
+
+// The command tree over the panel. How to add a command: put its row into the list of the function
+// below that it belongs to, with a header as `HeaderPattern` reads them, and give it its line in
+// docs/manual/automation.md.
+
+#include <vector>
+
+#include "remote/command_table.h"
+#include "remote/instrument.h"
+
+namespace kv408 {
+
+/// Running, stopping, single sweeps, and what is being acquired; *RST, *TRG, *IDN and *TST.
+[[nodiscard]] std::vector<Command> acquisition_commands(Instrument& instrument);
+
+/// Time base, channels and trigger.
+[[nodiscard]] std::vector<Command> panel_commands(Instrument& instrument);
+
+/// Display, measurements as they are shown, and cursors.
+[[nodiscard]] std::vector<Command> display_commands(Instrument& instrument);
+[[nodiscard]] std::vector<Command> cursor_commands(Instrument& instrument);
+
+/// The results of the automatic measurements.
+[[nodiscard]] std::vector<Command> measurement_commands(Instrument& instrument);
+
+/// The points of finished sweeps.
+[[nodiscard]] std::vector<Command> waveform_commands(Instrument& instrument);
+
+/// The set-up as a whole, the lock of the panel, the snapshot, the calibration record.
+[[nodiscard]] std::vector<Command> system_commands(Instrument& instrument);
+
+} // namespace kv408
