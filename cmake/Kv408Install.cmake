@@ -3,12 +3,14 @@ include(GNUInstallDirs)
 
 set(application org.kv408.Kv408)
 set(linux ${CMAKE_SOURCE_DIR}/packaging/linux)
-install(TARGETS kv408 kv408-demo kv408-doctor RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(TARGETS kv408 kv408-demo kv408-doctor kv408-server RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(FILES ${linux}/${application}.desktop ${linux}/${application}Demo.desktop
         DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
 install(FILES ${linux}/${application}.metainfo.xml
         DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
 install(FILES ${linux}/70-kv408.rules DESTINATION lib/udev/rules.d)
+# Off until somebody enables it.
+install(FILES ${linux}/kv408-server.service DESTINATION lib/systemd/system)
 install(FILES ${CMAKE_SOURCE_DIR}/packaging/icon/kv408.svg
         DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps RENAME ${application}.svg)
 
@@ -38,6 +40,7 @@ endfunction()
 install_compressed(${linux}/kv408.1 ${CMAKE_INSTALL_MANDIR}/man1 kv408.1)
 install_compressed(${linux}/kv408-demo.1 ${CMAKE_INSTALL_MANDIR}/man1 kv408-demo.1)
 install_compressed(${linux}/kv408-doctor.1 ${CMAKE_INSTALL_MANDIR}/man1 kv408-doctor.1)
+install_compressed(${linux}/kv408-server.1 ${CMAKE_INSTALL_MANDIR}/man1 kv408-server.1)
 install_compressed(${CMAKE_SOURCE_DIR}/CHANGELOG.md ${CMAKE_INSTALL_DOCDIR} changelog)
 install_compressed(${CMAKE_SOURCE_DIR}/packaging/debian/changelog ${CMAKE_INSTALL_DOCDIR}
                    changelog.Debian)
@@ -62,7 +65,8 @@ set(CPACK_PACKAGE_DESCRIPTION
 the computer over a USB-to-UART bridge. It draws both channels with
 persistence, cursors and marks, measures levels and times, calibrates the
 instrument and keeps its settings. kv408-demo brings a simulated instrument
-along; kv408-doctor tells why the real one is not found.")
+along; kv408-doctor tells why the real one is not found; kv408-server lets
+programs operate it over the network, with SCPI.")
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_SECTION electronics)

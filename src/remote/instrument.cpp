@@ -49,7 +49,8 @@ void Instrument::detach() {
 }
 
 bool Instrument::may_run() const {
-    return !gate_.closed() && (scope_ == nullptr || !scope_->parts().program.taking_over_since);
+    // Without a program there is no exchange that a command could fall into.
+    return scope_ == nullptr || (!gate_.closed() && !scope_->parts().program.taking_over_since);
 }
 
 Scope& Instrument::scope() const {

@@ -78,9 +78,8 @@ public:
         }
         asio::post(context_, [this, connection, bytes = std::move(bytes)]() mutable {
             if (Peer* const peer = find(connection)) {
-                const bool writing = !peer->unsent.empty();
                 peer->unsent += bytes;
-                if (!writing) {
+                if (!peer->writing) {
                     write(connection, *peer);
                 }
             } else {
@@ -106,7 +105,7 @@ public:
     void close(Connection connection) {
         on_peer(connection, [this, connection](Peer& peer) {
             peer.closing = true;
-            if (peer.unsent.empty()) {
+            if (!peer.writing) {
                 drop_peer(connection);
             }
         });
@@ -121,8 +120,9 @@ private:
         explicit Peer(tcp::socket&& connected) : socket(std::move(connected)) {}
         tcp::socket socket;
         std::array<char, piece> buffer{};
-        std::string unsent;
-        std::string leaving; ///< what is being written
+        std::string unsent;   ///< behind what is being written
+        std::string leaving;  ///< what is being written
+        bool writing = false; ///< something is
         bool closing = false;
     };
 
@@ -177,23 +177,25 @@ private:
     }
 
     void write(Connection connection, Peer& peer) {
-        peer.leaving = peer.unsent;
+        peer.leaving = std::exchange(peer.unsent, {});
+        peer.writing = true;
         asio::async_write(peer.socket, asio::buffer(peer.leaving),
                           [this, connection, alive = peers_.at(connection)](
-                              const std::error_code& failed, std::size_t count) {
-                              written(connection, *alive, failed ? alive->unsent.size() : count);
+                              const std::error_code& failed, std::size_t /*count*/) {
+                              written(connection, *alive, failed);
                           });
     }
 
-    void written(Connection connection, Peer& peer, std::size_t count) {
-        peer.unsent.erase(0, count);
-        peer.leaving.clear();
-        if (!peer.unsent.empty()) {
+    void written(Connection connection, Peer& peer, const std::error_code& failed) {
+        peer.leaving = std::string(); // with its memory
+        peer.writing = false;
+        if (!failed && !peer.unsent.empty()) {
             write(connection, peer);
             return;
         }
+        peer.unsent = std::string();
         sent(connection);
-        if (peer.closing) {
+        if (peer.closing && find(connection) == &peer) {
             drop_peer(connection);
         }
     }

@@ -56,7 +56,9 @@ bool SweepWatch::pending() const {
     for (const Channel channel : both_channels) {
         any = any || (wanted_.at(channel) && parts_.panel.channel.at(channel).enable.checked());
     }
-    return any && parts_.acquisition.acqrunning;
+    // The start of the program presses Start on its first tick.
+    return any && (parts_.acquisition.acqrunning ||
+                   parts_.acquisition.scopestate == state_word::begin);
 }
 
 } // namespace kv408

@@ -17,6 +17,13 @@ constexpr std::uint16_t simulated_firmware_id = 16;
 
 } // namespace
 
+FlashPlace kept_flash(Files& files, const std::filesystem::path& settings) {
+    if (files.create_folder(settings).status != FileStatus::done) {
+        return {};
+    }
+    return {.files = &files, .path = settings / "simulated-flash.bin"};
+}
+
 Flash::Flash(FlashPlace place) : place_(std::move(place)) {
     load();
 }

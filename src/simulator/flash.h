@@ -34,6 +34,10 @@ struct FlashPlace {
     std::filesystem::path path = {};
 };
 
+/// The place in the folder `settings` of `files`, where the programs keep the simulated memory;
+/// nowhere where the folder cannot be made.
+[[nodiscard]] FlashPlace kept_flash(Files& files, const std::filesystem::path& settings);
+
 /// The instrument's flash memory: 16-bit words that outlive the program in a small text file, a
 /// line with address and word, both hexadecimal, for every word written.
 class Flash {

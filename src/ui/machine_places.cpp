@@ -9,6 +9,8 @@
 #include <QStandardPaths>
 #include <QtGlobal>
 
+#include "host/settings_folder.h"
+
 namespace kv408::ui {
 
 #ifdef Q_OS_WIN
@@ -34,22 +36,6 @@ Places machine_places() {
 
 namespace {
 
-/// The path in the environment variable `name`, byte for byte; empty where it is not set.
-std::filesystem::path path_in(const char* name) {
-    return qgetenv(name).toStdString();
-}
-
-std::filesystem::path application_data() {
-    if (auto folder = path_in("APPDATA"); !folder.empty()) {
-        return folder;
-    }
-    if (auto folder = path_in("XDG_CONFIG_HOME"); folder.is_absolute()) {
-        return folder;
-    }
-    const auto home = path_in("HOME");
-    return (home.empty() ? std::filesystem::path("/") : home) / ".config";
-}
-
 std::filesystem::path program_folder() {
     std::error_code error;
     const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
@@ -63,7 +49,7 @@ std::filesystem::path program_folder() {
 // Not by way of the system's texts: a folder's name may be no text.
 Places machine_places() {
     const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    return {.settings = application_data() / "kv408",
+    return {.settings = settings_folder(),
             .program = program_folder(),
             .documents = QFile::encodeName(documents).toStdString()};
 }

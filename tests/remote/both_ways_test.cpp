@@ -114,7 +114,7 @@ private:
                 }};
     }
 
-    static std::function<void(FrontPanel&)> typed(std::function<TextBox&(FrontPanel&)> of,
+    static std::function<void(FrontPanel&)> typed(const std::function<TextBox&(FrontPanel&)>& of,
                                                   int number) {
         return [=](FrontPanel& panel) {
             TextBox& box = of(panel);

@@ -62,6 +62,13 @@ TEST_F(RemoteSweeping, RunsAndStops) {
     EXPECT_EQ(ask("STAT:OPER?"), "0");
 }
 
+TEST(RemoteStart, WaitsForTheFirstSweep) {
+    RemoteProgram program;
+    program.scope.start();
+    program.control.attach(program.scope, [&](const auto& action) { program.scope.act(action); });
+    EXPECT_EQ(program.ask_and_wait("*OPC?;:ACQ:COUN?"), "1;1");
+}
+
 TEST_F(RemoteSweeping, WaitsForTheSweepOfAChangedSetUp) {
     EXPECT_EQ(ask_and_wait("*OPC?"), "1");
     EXPECT_EQ(ask("*OPC?"), "1"); // nothing has changed since

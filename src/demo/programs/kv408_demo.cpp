@@ -1,6 +1,5 @@
 // The program on a simulated instrument, with a window for the bench that the instrument stands on.
 
-#include <filesystem>
 #include <optional>
 #include <utility>
 
@@ -23,16 +22,6 @@
 namespace {
 
 using namespace Qt::StringLiterals;
-
-/// The simulated flash memory's place, in the folder `settings`.
-kv408::simulator::FlashPlace flash_place(kv408::Files& files,
-                                         const std::filesystem::path& settings) {
-    // Where the folder cannot be made the memory lasts as long as the program.
-    if (files.create_folder(settings).status != kv408::FileStatus::done) {
-        return {};
-    }
-    return {.files = &files, .path = settings / "simulated-flash.bin"};
-}
 
 /// Makes `bench` reachable from the menus of `window`, and opens it beside that once it has its
 /// place.
@@ -65,7 +54,8 @@ int main(int argc, char** argv) {
     kv408::SystemClock clock;
     kv408::SystemFiles files;
     const kv408::Places places = kv408::ui::machine_places();
-    kv408::simulator::Simulation simulation(clock, flash_place(files, places.settings));
+    kv408::simulator::Simulation simulation(clock,
+                                            kv408::simulator::kept_flash(files, places.settings));
     kv408::ui::Program program(clock, simulation.bridge(), files, places);
     const kv408::ui::Endings endings(signals, program);
     kv408::ui::TestBenchWindow bench(simulation.bench(),

@@ -11,70 +11,30 @@
 #include <system_error>
 #include <thread>
 
-#include <netinet/in.h>
-#include <poll.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
 #include "remote/common_commands.h"
 #include "remote/server.h"
 #include "remote/setting_commands.h"
+#include "support/socket_line.h"
 
 namespace kv408 {
 namespace {
 
 using namespace std::chrono_literals;
 
-// A stranger's socket.
-class Line {
-public:
-    explicit Line(std::uint16_t port) : socket_(::socket(AF_INET, SOCK_STREAM, 0)) {
-        sockaddr_in to{};
-        to.sin_family = AF_INET;
-        to.sin_port = htons(port);
-        to.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        connected_ = connect(socket_, reinterpret_cast<const sockaddr*>(&to), sizeof to) == 0;
-    }
-    ~Line() { ::close(socket_); }
-    Line(const Line&) = delete;
-    Line& operator=(const Line&) = delete;
-
-    [[nodiscard]] bool connected() const { return connected_; }
-    bool say(std::string_view text) const {
-        while (!text.empty()) {
-            const auto sent = ::send(socket_, text.data(), text.size(), MSG_NOSIGNAL);
-            if (sent <= 0) {
-                return false;
-            }
-            text.remove_prefix(static_cast<std::size_t>(sent));
-        }
-        return true;
-    }
-    void say_no_more() const { shutdown(socket_, SHUT_WR); }
-
-    // What comes next within a second, at once; empty where the connection has ended or nothing
-    // came.
-    [[nodiscard]] std::string hear(std::chrono::milliseconds longest = 1s) const {
-        pollfd one{socket_, POLLIN, 0};
-        if (poll(&one, 1, static_cast<int>(longest.count())) <= 0) {
-            return "(nothing)";
-        }
-        std::string bytes(65536, '\0');
-        const auto got = recv(socket_, bytes.data(), bytes.size(), 0);
-        bytes.resize(got > 0 ? static_cast<std::size_t>(got) : 0);
-        return bytes;
-    }
-    std::string ask(const std::string& question) const {
-        return say(question + '\n') ? hear() : "(not sent)";
-    }
-
-private:
-    int socket_;
-    bool connected_ = false;
-};
+using Line = SocketLine;
 
 // A program with one thread that serves.
 class Servers : public testing::Test {
+public:
+    ~Servers() override {
+        {
+            const std::lock_guard lock(mutex);
+            ended = true;
+        }
+        woken.notify_one();
+        program.join();
+    }
+
 protected:
     Servers() {
         table.add(common_commands(table));
@@ -84,15 +44,6 @@ protected:
                    {"BIG", {}, {}, [](const Call&) { return std::string(300000, 'x'); }},
                    {"SLOW", [](const Call&) { std::this_thread::sleep_for(1ms); }}});
         program = std::thread([this] { run(); });
-    }
-
-    ~Servers() override {
-        {
-            const std::lock_guard lock(mutex);
-            ended = true;
-        }
-        woken.notify_one();
-        program.join();
     }
 
     void wake() {
@@ -246,7 +197,8 @@ TEST_F(Servers, SurviveTenThousandConnections) {
         ASSERT_TRUE(Line(server.port()).connected()) << i;
     }
     std::string answer;
-    for (int i = 0; i < 100 && answer.empty(); ++i) { // those before may not all have been seen to go
+    for (int i = 0; i < 100 && answer.empty();
+         ++i) { // those before may not all have been seen to go
         answer = Line(server.port()).ask("SYST:VERS?");
         std::this_thread::sleep_for(10ms);
     }

@@ -1,0 +1,20 @@
+#include "server/event_log.h"
+
+#include "host/shown_text.h"
+
+namespace kv408 {
+
+void EventLog::write(const std::string& text) {
+    out_ << shown_line(text) << std::endl;
+}
+
+bool EventLog::write_trouble(const std::string& text) {
+    constexpr std::size_t most = 100; // serial numbers may be any texts
+    if (told_.size() >= most || !told_.insert(text).second) {
+        return false;
+    }
+    write(text);
+    return true;
+}
+
+} // namespace kv408

@@ -1,0 +1,166 @@
+// The service with clients, while its instrument comes and goes.
+
+#include <atomic>
+#include <chrono>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <thread>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "host/system_clock.h"
+#include "server/service.h"
+#include "server/stb_picture_coder.h"
+#include "simulator/simulation.h"
+#include "support/fake_files.h"
+#include "support/socket_line.h"
+
+namespace kv408 {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::HasSubstr;
+
+/// A cable that another thread may pull.
+class PulledBridge : public Bridge {
+public:
+    explicit PulledBridge(Bridge& bridge) : bridge_(bridge) {}
+
+    std::atomic<bool> pulled = false;
+
+    Counted count_devices() override {
+        return pulled ? Counted{bridge_success, 0} : bridge_.count_devices();
+    }
+    SerialNumber serial_number(std::uint32_t index) override {
+        return bridge_.serial_number(index);
+    }
+    BridgeStatus open(std::uint32_t index) override {
+        return pulled ? bridge_failed : bridge_.open(index);
+    }
+    BridgeStatus close() override { return bridge_.close(); }
+    BridgeStatus set_speed(std::uint32_t baud) override { return bridge_.set_speed(baud); }
+    BridgeStatus set_time_out(std::uint32_t ms) override { return bridge_.set_time_out(ms); }
+    BridgeStatus flush() override { return pulled ? bridge_failed : bridge_.flush(); }
+    BridgeStatus write(std::span<const Byte> bytes) override {
+        return pulled ? bridge_failed : bridge_.write(bytes);
+    }
+    Counted read(std::span<Byte> bytes) override {
+        return pulled ? Counted{bridge_failed, 0} : bridge_.read(bytes);
+    }
+    Counted waiting() override { return pulled ? Counted{bridge_failed, 0} : bridge_.waiting(); }
+
+private:
+    Bridge& bridge_;
+};
+
+class Services : public testing::Test {
+protected:
+    void start() {
+        service = std::make_unique<Service>(Service::Host{.clock = clock,
+                                                          .bridge = bridge,
+                                                          .files = files,
+                                                          .places = fake_places(),
+                                                          .coder = coder,
+                                                          .log = log},
+                                            Network::Place{"127.0.0.1", 0});
+        running = std::thread([this] { service->run(); });
+    }
+    std::string end() {
+        service->ask_end();
+        running.join();
+        service.reset();
+        return log.str();
+    }
+
+    /// Asks `line` again and again until it answers `wanted`.
+    static bool comes(const SocketLine& line, const std::string& question,
+                      const std::string& wanted) {
+        for (int i = 0; i < 100; ++i) {
+            if (line.ask(question) == wanted) {
+                return true;
+            }
+            std::this_thread::sleep_for(50ms);
+        }
+        return false;
+    }
+
+    SystemClock clock;
+    simulator::Simulation simulation{clock};
+    PulledBridge bridge{simulation.bridge()};
+    FakeFiles files;
+    StbPictureCoder coder;
+    std::ostringstream log;
+    std::unique_ptr<Service> service;
+    std::thread running;
+};
+
+TEST_F(Services, FindTheInstrumentAgainWithTheSameSetUp) {
+    start();
+    const SocketLine line(service->port());
+    ASSERT_TRUE(
+        comes(line, "*IDN?", std::string("Tarvo,Kv408,lm4rxa-SIM00001,") + KV408_VERSION + "\n"));
+    line.say("CHAN2:SCAL 20MV;POS 1;:TRIG:TIM 4321;LEV 20MV;:ACQ:SPE ON;:TIM:SCAL 5NS;:TIM:DEL:ADD "
+             "1NS\n");
+    EXPECT_EQ(line.ask("*OPC?", 5s), "1\n");
+    EXPECT_EQ(line.ask("SYST:ERR?"), "0,\"No error\"\n");
+    const std::string questions = "CHAN2:SCAL?;POS?;:TRIG:TIM?;LEV?;:ACQ:SPE?;:TIM:SCAL?;DEL:ADD?";
+    const std::string set_up = line.ask(questions);
+    const long sweeps = std::stol(line.ask("ACQ:COUN?"));
+    bridge.pulled = true;
+    ASSERT_TRUE(comes(line, "STAT:QUES:COND?", "512\n"));
+    std::string errors;
+    for (std::string error; error != "0,\"No error\"\n"; errors += error) {
+        error = line.ask("SYST:ERR?");
+    }
+    EXPECT_THAT(errors, HasSubstr("-240,\"Hardware error;The instrument is lost\""));
+    bridge.pulled = false;
+    ASSERT_TRUE(comes(line, "STAT:QUES:COND?", "0\n"));
+    EXPECT_EQ(line.ask(questions), set_up);
+    EXPECT_EQ(line.ask("*OPC?", 5s), "1\n");
+    EXPECT_GT(std::stol(line.ask("ACQ:COUN?")), sweeps);
+    const std::string told = end();
+    EXPECT_THAT(told, HasSubstr("connected (1 of 8)\n"));
+    EXPECT_THAT(told, HasSubstr("Instrument lm4rxa-SIM00001 found\n"));
+    EXPECT_THAT(told, HasSubstr("Instrument lost\n"));
+    EXPECT_THAT(told, testing::EndsWith("Ended\n"));
+    EXPECT_THAT(files.files["/settings/kv408/ConfigsLM4RX.TXT"], HasSubstr("ch2vdiv\t 4"));
+}
+
+TEST_F(Services, WaitForAnInstrumentAndEndMeanwhile) {
+    bridge.pulled = true;
+    start();
+    const SocketLine line(service->port());
+    EXPECT_EQ(line.ask("CHAN1:SCAL 0.1;:SYST:VERS?"), "1999.0\n");
+    EXPECT_EQ(line.ask("SYST:ERR?"), "-240,\"Hardware error;No instrument\"\n");
+    const auto asked = std::chrono::steady_clock::now();
+    end();
+    EXPECT_LT(std::chrono::steady_clock::now() - asked, 500ms);
+    EXPECT_TRUE(files.files.empty()); // nothing was known that could be kept
+}
+
+TEST_F(Services, StayStoppedOverALoss) {
+    start();
+    const SocketLine line(service->port());
+    ASSERT_TRUE(comes(line, "STOP;:ACQ:STAT?", "STOP\n"));
+    bridge.pulled = true;
+    line.say("TRIG:SOUR TRIG2\n"); // a frame that cannot be written
+    ASSERT_TRUE(comes(line, "STAT:QUES:COND?", "512\n"));
+    bridge.pulled = false;
+    ASSERT_TRUE(comes(line, "STAT:QUES:COND?", "0\n"));
+    EXPECT_EQ(line.ask("ACQ:STAT?;:TRIG:SOUR?"), "STOP;TRIG2\n");
+    end();
+}
+
+TEST(Pictures, AreEncodedWithoutAWindow) {
+    Surface picture(3, 2);
+    picture.row(0)[0] = pixel_of(rgb(255, 1, 2));
+    picture.row(1)[2] = pixel_of(rgb(3, 254, 5));
+    const std::string bytes = StbPictureCoder().png(picture);
+    EXPECT_THAT(bytes, testing::StartsWith("\x89PNG\r\n\x1a\n"));
+    EXPECT_EQ(bytes.substr(16, 8), std::string("\0\0\0\x03\0\0\0\x02", 8));
+}
+
+} // namespace
+} // namespace kv408
