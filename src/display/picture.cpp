@@ -29,8 +29,8 @@ Tiles all_tiles_of(const PlotScale& scale) {
 
 Picture::Picture(const PictureInputs& inputs)
     : inputs_(inputs), grid_(surface_of(scale_)), display_(surface_of(scale_)),
-      inked_(all_tiles_of(scale_)), changed_(inked_), raster_(scale_.width(), scale_.height()),
-      due_(scale_.width()) {
+      backdrop_(all_tiles_of(scale_)), inked_(backdrop_), changed_(backdrop_),
+      raster_(scale_.height()), due_(scale_.width()) {
     // CH1 comes to lie on top.
     for (const Channel channel : {ch2, ch1}) {
         traces_.push_back({channel, {}, {}, DirtyColumns(scale_.width())});
@@ -66,8 +66,12 @@ void Picture::makegrid() {
 }
 
 void Picture::draw_backdrop() {
-    draw_graticule(UnitPainter(Canvas(grid_), scale_), grid_background_, grid_colour_,
+    backdrop_.clear();
+    draw_graticule(UnitPainter(Canvas(grid_), scale_, &backdrop_), grid_background_, grid_colour_,
                    grid_dotted_);
+    if (!drawn_.references.empty()) {
+        backdrop_.add_all();
+    }
     for (const ReferenceLook& reference : drawn_.references) {
         draw_reference(grid_, scale_, reference);
     }
@@ -94,10 +98,11 @@ void Picture::rescale(const PlotScale& scale) {
     scale_ = scale;
     grid_ = surface_of(scale);
     display_ = surface_of(scale);
-    inked_ = all_tiles_of(scale);
-    changed_ = inked_;
+    backdrop_ = all_tiles_of(scale);
+    inked_ = backdrop_;
+    changed_ = backdrop_;
     trace_surface_.reset();
-    raster_ = TraceRaster(scale.width(), scale.height());
+    raster_ = TraceRaster(scale.height());
     for (ChannelTrace& trace : traces_) {
         trace.trace.rescale(scale);
         trace.changed = DirtyColumns(scale.width());
@@ -338,13 +343,25 @@ void Picture::compose(Columns columns) {
 
 /// Makes the band from row `top` on the bare grid again.
 void Picture::take_off(const Canvas& canvas, int top) {
+    // Most tiles of the grid have nothing but its ground, which need not be read to be copied.
     inked_.for_each_row(canvas.columns(), top, [&](const Rectangle& tiles) {
+        fill_rectangle(canvas, tiles, grid_background_);
+    });
+    inked_.for_each_common_row(backdrop_, canvas.columns(), top, [&](const Rectangle& tiles) {
         copy_block(canvas, Point{tiles.left, tiles.top}, grid_, tiles);
     });
     inked_.remove(canvas.columns(), top);
 }
 
 void Picture::compose_by_runs(const Canvas& canvas, const TraceViews& views) {
+    const Columns columns = canvas.columns();
+    constexpr int side = TraceRaster::block_columns;
+    for (int left = columns.left / side * side; left < columns.right; left += side) {
+        compose_block(Canvas(canvas.surface(), common(columns, {left, left + side})), views);
+    }
+}
+
+void Picture::compose_block(const Canvas& canvas, const TraceViews& views) {
     for (std::size_t first = 0; first < views.size(); first += TraceRaster::most_traces) {
         const std::size_t count = std::min(TraceRaster::most_traces, views.size() - first);
         raster_.paint(canvas.columns(), std::span(views).subspan(first, count), drawn_.background);

@@ -153,6 +153,7 @@ private:
     void compose(Columns columns);
     void take_off(const Canvas& canvas, int top);
     void compose_by_runs(const Canvas& canvas, const TraceViews& views);
+    void compose_block(const Canvas& canvas, const TraceViews& views);
     void compose_by_painting(const Canvas& canvas, const TraceViews& views);
 
     PictureInputs inputs_;
@@ -165,8 +166,9 @@ private:
     std::vector<ShownReference> references_;
     Surface grid_; ///< with the references that were drawn last
     Surface display_;
-    Tiles inked_;   ///< all that differs on `display_` from the grid, and maybe more
-    Tiles changed_; ///< all that may have changed there since it was asked for
+    Tiles backdrop_; ///< all of `grid_` but for what has its ground alone, and maybe more
+    Tiles inked_;    ///< all that differs on `display_` from the grid, and maybe more
+    Tiles changed_;  ///< all that may have changed there since it was asked for
     std::optional<Surface> trace_surface_; ///< for traces that the raster cannot draw, once needed
     TraceRaster raster_;
     Content drawn_;                  ///< what the last composition was made from

@@ -44,10 +44,20 @@ public:
     /// pixels of `columns`, as a rectangle of whole tiles.
     template <typename Visit>
     void for_each_row(Columns columns, int top, const Visit& visit) const {
+        for_each_common_row(*this, columns, top, visit);
+    }
+
+    /// The same for those tiles that `others`, a set for a surface of the same size, has too.
+    template <typename Visit>
+    void for_each_common_row(const Tiles& others, Columns columns, int top,
+                             const Visit& visit) const {
         const Columns stacks = stacks_of(columns);
         const Stack* const band = &at(0, top / band_rows);
+        const Stack* const other = &others.at(0, top / band_rows);
         for (int row = 0; row < band_rows / side; ++row) {
-            const auto has = [&](int stack) { return (band[stack] >> row & 1U) != 0; };
+            const auto has = [&](int stack) {
+                return (band[stack] & other[stack] & 1U << row) != 0;
+            };
             for (int left = stacks.left; left < stacks.right; ++left) {
                 if (!has(left)) {
                     continue;

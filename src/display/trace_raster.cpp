@@ -89,37 +89,37 @@ bool TraceRaster::can_draw(const TraceView& view) {
     return true;
 }
 
-TraceRaster::TraceRaster(int width, int height)
+TraceRaster::TraceRaster(int height)
     : height_(height), bands_((height + band_rows - 1) / band_rows),
       // Room for a run to be painted beyond its end. An odd number, for the cells of a band not to
       // share the same few places of the cache.
       cells_(static_cast<std::size_t>((height + stroke_rows + band_rows - 1) / band_rows) | 1U),
-      sheet_(static_cast<std::size_t>(width) * cells_),
-      touched_((static_cast<std::size_t>(width) / touched_columns + 1) *
-               static_cast<std::size_t>(bands_)) {}
+      sheet_(block_columns * cells_),
+      touched_(std::size_t{block_columns / touched_columns} * static_cast<std::size_t>(bands_)) {}
 
 inline TraceRaster::Finder TraceRaster::finder() {
     return {sheet_.front().seen.data(), cells_ * band_rows, touched_.data(), bands_};
 }
 
 inline std::uint8_t* TraceRaster::seen(int column, int top) {
-    return sheet_[static_cast<std::size_t>(column) * cells_].seen.data() + top;
+    return sheet_[static_cast<std::size_t>(column % block_columns) * cells_].seen.data() + top;
 }
 
 inline TraceRaster::Touched& TraceRaster::touched(int column, int band) {
-    const auto first =
-        static_cast<std::size_t>(column / touched_columns) * static_cast<std::size_t>(bands_);
+    const auto first = static_cast<std::size_t>(column % block_columns / touched_columns) *
+                       static_cast<std::size_t>(bands_);
     return touched_[first + static_cast<std::size_t>(band)];
 }
 
 void TraceRaster::paint(Columns columns, std::span<const TraceView> views, Pixel background) {
     assert(views.size() <= most_traces);
     choose_palette(views, background);
-    for (int left = columns.left; left < columns.right; left += block_columns) {
-        const Columns block = common(columns, {left, left + block_columns});
+    assert(columns.left / block_columns == (columns.right - 1) / block_columns);
+    for (int left = columns.left; left < columns.right; left += strip_columns) {
+        const Columns strip = common(columns, {left, left + strip_columns});
         int shift = 0;
         for (const TraceView& view : views) {
-            paint_trace(block, view, background, shift);
+            paint_trace(strip, view, background, shift);
             shift += trace_bits;
         }
     }
@@ -195,6 +195,7 @@ inline void TraceRaster::paint_run(const Finder& find, int column, RowRun run, I
     if (run.top >= run.end) {
         return;
     }
+    column %= block_columns;
     paint_bytes(find.sheet + static_cast<std::size_t>(column) * find.pitch + run.top,
                 run.end - run.top, ink.number, ink.keep);
     Touched* const touched = find.touched + std::ptrdiff_t{column / touched_columns} * find.bands;

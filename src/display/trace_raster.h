@@ -25,6 +25,10 @@ public:
     /// Rows that are best written at a time, so that the picture's part in hand stays in the cache.
     static constexpr int band_rows = Tiles::band_rows;
 
+    /// Columns that are drawn at a time, from a multiple of it on: few enough for their sheet to
+    /// stay in the cache from one picture's block to the next.
+    static constexpr int block_columns = 128;
+
     /// Traces that are drawn at a time.
     static constexpr std::size_t most_traces = 2;
 
@@ -33,10 +37,11 @@ public:
     /// every generation must begin in the same column.
     [[nodiscard]] static bool can_draw(const TraceView& view);
 
-    /// For surfaces of `width` by `height` pixels.
-    TraceRaster(int width, int height);
+    /// For surfaces of `height` rows.
+    explicit TraceRaster(int height);
 
-    /// Paints `columns` of `views`, at most two, the one that lies on top last, onto the sheet.
+    /// Paints `columns`, all of one block, of `views`, at most two, the one that lies on top last,
+    /// onto the sheet.
     void paint(Columns columns, std::span<const TraceView> views, Pixel background);
 
     /// Writes the rows of the sheet from `top`, a multiple of band_rows, up to the next such
@@ -46,7 +51,7 @@ public:
 
 private:
     static constexpr int trace_bits = 4;
-    static constexpr int block_columns = 32; // few enough for their part of the sheet to stay near
+    static constexpr int strip_columns = 32; // few enough for their part of the sheet to stay near
     static constexpr int word_rows = 8;
 
     /// How the runs of one generation change the sheet's bytes.
@@ -70,7 +75,7 @@ private:
     /// column c and the rows from 8r.
     using Touched = std::uint64_t;
 
-    /// Where a column's bytes and bits lie.
+    /// Where the bytes and bits of a column of the block lie, from the block's first.
     struct Finder {
         std::uint8_t* sheet = nullptr;
         std::size_t pitch = 0; ///< bytes from a column to the next

@@ -64,7 +64,7 @@ void UnitPainter::paint(Rectangle pixels, Pixel colour) const {
 }
 
 void UnitPainter::fill(Pixel colour) const {
-    paint(whole(canvas_.surface()), colour);
+    fill_rectangle(canvas_, whole(canvas_.surface()), colour);
 }
 
 void UnitPainter::draw_row(int y, int from, int to, Pixel colour, PenStyle style) const {

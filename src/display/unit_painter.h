@@ -21,7 +21,7 @@ public:
     UnitPainter(const Canvas& canvas, const PlotScale& scale, Tiles* touched = nullptr)
         : canvas_(canvas), scale_(scale), touched_(touched) {}
 
-    /// Fills everything with `colour`.
+    /// Fills everything with `colour`, the ground for what is drawn: `touched` does not note it.
     void fill(Pixel colour) const;
 
     /// Draws row `y` from unit `from` to, not including, unit `to`.
