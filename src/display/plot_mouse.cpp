@@ -10,6 +10,10 @@
 
 namespace kv408 {
 
+bool PlotMouse::reaches(double at, int line) {
+    return std::abs(round_to_int32(at) - line) <= grab_distance;
+}
+
 void PlotMouse::chtext_MouseDown(Channel channel, double y) {
     grab_offset_ = y;
     grab(channel == ch1 ? adjust_key::ch1 : adjust_key::ch2);
@@ -65,10 +69,9 @@ void PlotMouse::trigertext_MouseUp() {
 
 bool PlotMouse::on_line(std::size_t cursor, double x, double y) const {
     if (cursor_mode::is_voltage(cursors_.cursormode)) {
-        return std::abs(y - cursors_.vpos[cursor]) <= grab_distance;
+        return reaches(y, cursors_.vpos[cursor]);
     }
-    return cursor_mode::is_time(cursors_.cursormode) &&
-           std::abs(x - cursors_.hpos[cursor]) <= grab_distance;
+    return cursor_mode::is_time(cursors_.cursormode) && reaches(x, cursors_.hpos[cursor]);
 }
 
 bool PlotMouse::plot_MouseDown(double x, double y, bool together) {
@@ -112,7 +115,7 @@ void PlotMouse::plot_MouseMove(double x, double y) {
         last += distance;
         move_both(distance);
     } else if (voltage) {
-        turn_to_row(y);
+        turn_to_row(round_to_int32(y)); // the line stands on whole rows
     } else {
         panel_.slider1.drag_to(std::clamp(round_to_int32(x), 0, plot::width - 1));
     }

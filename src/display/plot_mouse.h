@@ -15,11 +15,14 @@ namespace kv408 {
 /// Dragging with the left mouse button on and around the plot: the channels' zero-line markers,
 /// the trigger-level marker, and the cursor lines. Each drag turns the adjust wheel of its tab and
 /// lets go of it at the end, so that it changes exactly what the wheel would. Coordinates are units
-/// of the plot and fractions of them, where the plot is shown that finely.
+/// of the plot and fractions of them: a place is the middle of a pixel, whatever the scale.
 class PlotMouse {
 public:
     /// How near to a cursor line the mouse must be to grab it, units.
     static constexpr int grab_distance = 4;
+
+    /// Whether the cursor line in unit `line` is grabbed from `at`, a place along the same axis.
+    [[nodiscard]] static bool reaches(double at, int line);
 
     PlotMouse(FrontPanel& panel, const Channels& channels, CursorState& cursors, Adjust& adjust,
               Screen& screen)

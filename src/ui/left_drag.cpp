@@ -34,10 +34,12 @@ bool LeftDrag::eventFilter(QObject* watched, QEvent* event) {
 }
 
 bool LeftDrag::mouse(const QMouseEvent& event) {
+    // The event's own place on the screen is rounded to whole units for some widgets.
+    const QPointF place = widget_.window()->mapToGlobal(event.scenePosition());
     if (event.type() == QEvent::MouseMove) {
         const bool drags = dragging_ && event.buttons().testFlag(Qt::LeftButton);
         if (drags) {
-            handlers_.move(event.globalPosition());
+            handlers_.move(place);
         }
         return drags;
     }
@@ -51,7 +53,7 @@ bool LeftDrag::mouse(const QMouseEvent& event) {
     }
     let_go();
     // Also a disabled widget's events arrive here.
-    dragging_ = widget_.isEnabled() && handlers_.press(event.globalPosition(), event.modifiers());
+    dragging_ = widget_.isEnabled() && handlers_.press(place, event.modifiers());
     return dragging_;
 }
 

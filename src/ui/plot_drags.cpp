@@ -58,9 +58,8 @@ bool within_reach(QPointF place) {
 /// The mouse's shape at `place` of the plot: the way the cursor line there can be moved.
 Qt::CursorShape shape_at(const CursorState& cursors, QPointF place) {
     const auto near_one = [](const auto& lines, double at) {
-        return std::any_of(lines.begin(), lines.end(), [at](int line) {
-            return std::abs(at - line) <= PlotMouse::grab_distance;
-        });
+        return std::any_of(lines.begin(), lines.end(),
+                           [at](int line) { return PlotMouse::reaches(at, line); });
     };
     if (!within_reach(place)) {
         return Qt::ArrowCursor;

@@ -10,6 +10,7 @@
 
 #include "display/box_geometry.h"
 #include "ui/marker.h"
+#include "ui/pixel_copy.h"
 #include "ui/qt_picture_coder.h"
 
 namespace kv408::ui {
@@ -68,14 +69,13 @@ QPointF PlotWidget::place_of(double x, double y) const {
 }
 
 QPointF PlotWidget::box_place_at(QPointF on_screen) const {
-    const qreal ratio = devicePixelRatioF();
-    const QPointF place = mapFromGlobal(on_screen);
+    const QPointF place = mapFromGlobal(on_screen) * devicePixelRatioF();
     const auto unit = [&](double at, int corner) {
-        // The middle of the window's unit that the mouse is in.
-        const double middle = ((std::floor(at) + 0.5) * ratio - corner) / scale_.factor() - 0.5;
-        // Half a row is the finest that can be set; smaller steps of the mouse tell no more than
-        // whole ones.
-        return scale_.factor() < 2.0 * ratio ? std::nearbyint(middle) : middle;
+        // The mouse tells whole pixels, divided by the ratio. Of two units equally near to the
+        // pixel's middle the one that is drawn there counts.
+        constexpr double division_error = 1e-6;
+        const double middle = std::floor(at + division_error) + 0.5 - division_error;
+        return (middle - corner) / scale_.factor() - 0.5;
     };
     const QPoint corner = area_corner(scale_);
     return {box::left + unit(place.x(), corner.x()), box::top + unit(place.y(), corner.y())};
@@ -128,7 +128,17 @@ void PlotWidget::paintEvent(QPaintEvent* event) {
     const QTransform to_device = painter.deviceTransform();
     const QPoint origin = to_device.map(QPointF(0, 0)).toPoint();
     painter.setTransform(QTransform::fromTranslate(origin.x(), origin.y()) * to_device.inverted());
-    painter.drawImage(target, image_of(surface));
+    const QImage image = image_of(surface);
+    const qreal ratio = devicePixelRatioF();
+    if (std::floor(ratio) == ratio) {
+        for (const QRect& part : event->region()) {
+            const QRect pixels(part.topLeft() * ratio, part.size() * ratio);
+            draw_pixels(painter, (pixels & target).topLeft(), image,
+                        (pixels & target).translated(-target.topLeft()));
+        }
+    } else { // the region's edges do not lie between pixels
+        painter.drawImage(target, image);
+    }
     if (dimmed_) {
         constexpr int veil_alpha = 160;
         QColor veil = palette().color(QPalette::Window);

@@ -42,8 +42,8 @@ public:
     /// The place of (`x`, `y`) of the plot box, in units of the widget.
     [[nodiscard]] QPointF place_of(double x, double y) const;
 
-    /// The place in the plot box, in units of the plot, of `on_screen`: a whole unit where one is
-    /// shown smaller than two units of the window, else a fraction of one.
+    /// The place in the plot box, in units of the plot and fractions of them, of the middle of the
+    /// pixel of the screen in which `on_screen` lies.
     [[nodiscard]] QPointF box_place_at(QPointF on_screen) const;
 
     /// The picture has changed. What has is painted soon, at most about sixty times a second, and

@@ -15,6 +15,8 @@ class CursorDragTest : public QObject {
 private Q_SLOTS:
     void cursor_lines_are_dragged_data();
     void cursor_lines_are_dragged();
+    void every_column_and_row_is_reached_data();
+    void every_column_and_row_is_reached();
     void a_cursor_line_is_grabbed_from_near_only();
     void shift_moves_both_cursor_lines();
     void the_mouse_shows_what_it_can_drag();
@@ -45,12 +47,13 @@ void CursorDragTest::cursor_lines_are_dragged() {
     const int before = places[index];
     const int other = places[1 - index];
     Mouse mouse(on.window());
-    mouse.press(on.window().plot(),
-                voltage ? on.on_plot(500, before + 2) : on.on_plot(before + 2, 100));
+    const auto pixel = [&](int unit) {
+        return voltage ? on.pixel_of_unit(500, unit) : on.pixel_of_unit(unit, 100);
+    };
+    mouse.press_pixel(on.window().plot(), pixel(before + 2));
     QCOMPARE(on.panel().tabstrip2.selected_key(), std::string(cursor == 0 ? "C1" : "C2"));
     QCOMPARE(static_cast<int>(on.cursors().cursormode), (voltage ? 1 : 3) + cursor);
-    mouse.drag(voltage ? on.on_plot(500, before + 50) - on.on_plot(500, before + 2)
-                       : on.on_plot(before + 50, 100) - on.on_plot(before + 2, 100));
+    mouse.drag_to_pixel(on.window().plot(), pixel(before + 50));
     QCOMPARE(static_cast<int>(places[index]), before + 50);
     QCOMPARE(static_cast<int>(places[1 - index]), other);
     const QString shown = on.widget<QLabel>(cursor == 0 ? "lblC1" : "lblC2")->text();
@@ -64,13 +67,44 @@ void CursorDragTest::cursor_lines_are_dragged() {
     QCOMPARE(static_cast<int>(places[index]), before + 50);
 }
 
+void CursorDragTest::every_column_and_row_is_reached_data() {
+    QTest::addColumn<bool>("voltage");
+    QTest::addColumn<double>("scale");
+    for (const double scale : pixel_scales(qApp->devicePixelRatio())) {
+        QTest::addRow("rows at %g", scale) << true << scale;
+        QTest::addRow("columns at %g", scale) << false << scale;
+    }
+}
+
+// A cursor line stands where the mouse is, wherever the pixel in which a unit lies is pointed at.
+void CursorDragTest::every_column_and_row_is_reached() {
+    QFETCH(bool, voltage);
+    QFETCH(double, scale);
+    Dragging on;
+    QVERIFY(on.begin(scale / on.window().devicePixelRatioF()));
+    on.choose_tab("TabStrip3", voltage ? 0 : 1);
+    const auto& places = voltage ? on.cursors().vpos : on.cursors().hpos;
+    Mouse mouse(on.window());
+    const auto pixel = [&](int unit) {
+        return voltage ? on.pixel_of_unit(500, unit) : on.pixel_of_unit(unit, 100);
+    };
+    mouse.press_pixel(on.window().plot(), pixel(places[0]));
+    const int last = voltage ? 512 : 640;
+    for (const int from : {0, 100, last - 30}) {
+        for (int unit = from; unit <= from + 30; ++unit) {
+            mouse.drag_to_pixel(on.window().plot(), pixel(unit));
+            QCOMPARE(static_cast<int>(places[0]), unit);
+        }
+    }
+}
+
 void CursorDragTest::a_cursor_line_is_grabbed_from_near_only() {
     Dragging on;
     QVERIFY(on.begin());
     Mouse mouse(on.window());
     const auto drag_from = [&](int x, int y) {
-        mouse.press(on.window().plot(), on.on_plot(x, y));
-        mouse.drag(on.units(0, 30));
+        mouse.press_pixel(on.window().plot(), on.pixel_of_unit(x, y));
+        mouse.drag_to_pixel(on.window().plot(), on.pixel_of_unit(x, y + 30));
         mouse.release();
     };
     const int line = on.cursors().vpos[0];

@@ -28,6 +28,14 @@ inline std::vector<double> drag_scales() {
     return scales;
 }
 
+/// Scales in pixels of the screen, `ratio` of which are a unit of the window. Some show a unit of
+/// the plot smaller than that, as far as the least window goes.
+inline std::vector<double> pixel_scales(qreal ratio) {
+    std::vector<double> scales = {1.0, 1.3, 1.5, 1.9, 2.0, 2.6};
+    std::erase_if(scales, [ratio](double scale) { return scale < 0.85 * ratio; });
+    return scales;
+}
+
 /// The program sweeping, and the mouse over its window.
 struct Dragging : ProgramOnBench {
     /// In a window just wide enough for the plot to be shown with `scale` units of the window for
@@ -42,11 +50,30 @@ struct Dragging : ProgramOnBench {
                std::abs(window().plot().scale().width() - wanted.width()) <= std::ceil(ratio) - 1;
     }
 
+    /// How far off a marker may be that was dragged over some rows: none, or the nearest row where
+    /// the rows do not have whole numbers of pixels.
+    [[nodiscard]] int uncertain_rows() {
+        const double ratio = window().devicePixelRatioF();
+        return ratio == std::floor(ratio) ? 0 : 1;
+    }
+
     /// Presses at the middle of row `from` of the plot on `marker` and drags it to row `to`.
     void drag_marker(Mouse& mouse, const QWidget& marker, int from, int to) {
-        const int row = on_plot(0, from).y();
-        mouse.press(marker, {marker.width() / 2, row - marker.y()});
-        mouse.drag({0, on_plot(0, to).y() - row});
+        const qreal ratio = window().devicePixelRatioF();
+        const int x = static_cast<int>(marker.geometry().center().x() * ratio);
+        mouse.press_pixel(window().plot(), {x, pixel_of_unit(0, from).y()});
+        mouse.drag_to_pixel(window().plot(), {x, pixel_of_unit(0, to).y()});
+    }
+
+    /// The pixel of the screen in which unit (`x`, `y`) of the plot lies, from the plot widget's
+    /// first.
+    [[nodiscard]] QPoint pixel_of_unit(int x, int y) {
+        const PlotScale& scale = window().plot().scale();
+        const auto pixel = [&](int margin, int unit) {
+            return static_cast<int>(std::floor(margin * scale.factor() + 0.5) +
+                                    std::floor((unit + 0.5) * scale.factor()));
+        };
+        return {pixel(box::left, x), pixel(box::top, y)};
     }
 
     /// Units of the window for as many units of the plot.

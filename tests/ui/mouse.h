@@ -1,5 +1,8 @@
 #pragma once
 
+#include <optional>
+
+#include <QMouseEvent>
 #include <QTest>
 #include <QWheelEvent>
 #include <QWidget>
@@ -16,6 +19,7 @@ public:
     /// Goes to `place` of `widget` without a button.
     void go(const QWidget& widget, QPoint place) {
         at_ = widget.mapTo(&top_, place);
+        on_pixel_.reset();
         QTest::mouseMove(top_.windowHandle(), at_);
     }
 
@@ -35,8 +39,26 @@ public:
         }
     }
 
+    /// Presses the left button on the pixel `pixel` of the screen's, counted from the first one of
+    /// `widget`, as a screen tells it that has several pixels for each unit of the window.
+    void press_pixel(const QWidget& widget, QPoint pixel) {
+        send(QEvent::MouseButtonPress, Qt::LeftButton, widget, pixel);
+    }
+
+    /// Drags to such a pixel.
+    void drag_to_pixel(const QWidget& widget, QPoint pixel) {
+        send(QEvent::MouseMove, Qt::NoButton, widget, pixel);
+    }
+
     /// Lets go of the left button.
-    void release() { QTest::mouseRelease(top_.windowHandle(), Qt::LeftButton, {}, at_); }
+    void release() {
+        if (on_pixel_) {
+            // Where it is, to the pixel: elsewhere it would be a move.
+            send(QEvent::MouseButtonRelease, Qt::LeftButton, *on_pixel_);
+        } else {
+            QTest::mouseRelease(top_.windowHandle(), Qt::LeftButton, {}, at_);
+        }
+    }
 
     /// Turns its wheel by `notches`, away from the user where positive, over the middle of
     /// `widget`.
@@ -51,8 +73,25 @@ public:
     }
 
 private:
+    void send(QEvent::Type type, Qt::MouseButton button, const QWidget& widget, QPoint pixel) {
+        const qreal ratio = top_.devicePixelRatioF();
+        const QPoint first = (QPointF(widget.mapTo(&top_, QPoint())) * ratio).toPoint();
+        on_pixel_ = QPointF(first + pixel) / ratio;
+        at_ = on_pixel_->toPoint();
+        send(type, button, *on_pixel_);
+    }
+
+    void send(QEvent::Type type, Qt::MouseButton button, QPointF at) {
+        const bool released = type == QEvent::MouseButtonRelease;
+        QMouseEvent event(type, at, at, top_.mapToGlobal(at), button,
+                          released ? Qt::NoButton : Qt::LeftButton, Qt::NoModifier);
+        QSpontaneKeyEvent::setSpontaneous(&event);
+        qApp->notify(top_.windowHandle(), &event);
+    }
+
     QWidget& top_;
     QPoint at_;
+    std::optional<QPointF> on_pixel_; ///< where it was told to the pixel
 };
 
 } // namespace kv408::ui
