@@ -42,6 +42,21 @@ struct Corner {
 [[nodiscard]] constexpr Corner upper_marker(int column) {
     return {left + column, top - marker_width - 1};
 }
+
+inline constexpr int number_width = 8;   ///< of a cursor's number
+inline constexpr int number_height = 15; ///< of a cursor's number
+
+/// Number `index`, 0 or 1, of a voltage cursor in `row`: right of the plot, beyond the trigger
+/// level's marker. The two never lie on each other.
+[[nodiscard]] constexpr Corner row_number(int row, int index) {
+    return {left + plot::width + 1 + marker_width + index * number_width, marker_top(row)};
+}
+
+/// Number `index` of a time cursor in `column`: above the plot, number 0 left of its line and
+/// number 1 right of it.
+[[nodiscard]] constexpr Corner column_number(int column, int index) {
+    return {left + column + (index == 0 ? -number_width : 1), top - number_height - 1};
+}
 } // namespace box
 
 } // namespace kv408

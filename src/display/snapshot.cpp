@@ -19,6 +19,9 @@ constexpr const char* picture_file_kinds =
     "Bitmap (*.BMP)|*.bmp|All Files (*.*)|*.*|PNG (*.PNG)|*.png|"
     "Bitmap with Scales (*.BMP)|*.bmp|PNG with Scales (*.PNG)|*.png|"
     "PNG, as on the screen (*.PNG)|*.png|SVG (*.SVG)|*.svg";
+/// What a name gets that has no ending of a picture, by the kinds. Of the first two it is a bitmap
+/// under whatever name.
+constexpr std::array kind_endings = {"", "", ".png", ".bmp", ".png", ".png", ".svg"};
 constexpr std::size_t first_kind_with_scales = 3;
 constexpr std::size_t kind_as_shown = 5;
 
@@ -162,18 +165,28 @@ void Snapshot::save_by_dialog(const std::string& name) {
     const Surface& image = chosen->kind == kind_as_shown            ? shown
                            : chosen->kind >= first_kind_with_scales ? scaled
                                                                     : plain;
-    const FileResult result =
-        save(chosen->path, ends_in(chosen->path, ".svg")   ? vectors
-                           : ends_in(chosen->path, ".png") ? host_.coder.png(finished(image))
-                                                           : bitmap_file(finished(image)));
+    const bool known = ends_in(chosen->path, ".bmp") || ends_in(chosen->path, ".png") ||
+                       ends_in(chosen->path, ".svg");
+    const std::string added = known ? "" : kind_endings.at(chosen->kind);
+    std::filesystem::path path = chosen->path;
+    path += added;
+    const std::string bytes = ends_in(path, ".svg")   ? vectors
+                              : ends_in(path, ".png") ? host_.coder.png(finished(image))
+                                                      : bitmap_file(finished(image));
+    const FileResult result = save(path, bytes, !added.empty());
     if (result.status != FileStatus::done) {
         tell_failure(result);
     }
 }
 
-FileResult Snapshot::save(const std::filesystem::path& path, const std::string& bytes) {
+FileResult Snapshot::save(const std::filesystem::path& path, const std::string& bytes,
+                          bool renamed) {
     if (bytes.empty()) {
         return {.status = FileStatus::failed, .reason = "The picture could not be encoded"};
+    }
+    if (renamed) {
+        std::string created;
+        return create_numbered(host_.files, "", text_of_path(path), bytes, created);
     }
     return host_.files.replace(path, bytes);
 }

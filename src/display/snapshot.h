@@ -58,7 +58,10 @@ private:
     [[nodiscard]] Surface finished(Surface image) const;
     void save_silently(const Surface& image, const std::string& name);
     void save_by_dialog(const std::string& name);
-    [[nodiscard]] FileResult save(const std::filesystem::path& path, const std::string& bytes);
+    /// Saves `bytes` as `path`, whose file the user lets be overwritten unless it was `renamed`
+    /// after he had named it: then it gets a number.
+    [[nodiscard]] FileResult save(const std::filesystem::path& path, const std::string& bytes,
+                                  bool renamed);
     void tell_failure(const FileResult& result);
 
     const FrontPanel& panel_;

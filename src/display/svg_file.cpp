@@ -1,8 +1,10 @@
 #include "display/svg_file.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <optional>
 #include <string_view>
 
 #include "display/box_geometry.h"
@@ -72,9 +74,10 @@ public:
              dotted ? " stroke-dasharray=\"3\"" : "");
     }
 
-    void text(double x, double y, Pixel fill, std::string_view caption) {
-        raw("<text x=\"" + number(x) + "\" y=\"" + number(y) + "\" fill=\"" + colour(fill) + "\">" +
-            escaped(caption) + "</text>");
+    void text(double x, double y, Pixel fill, std::string_view caption,
+              std::string_view more = "") {
+        raw("<text x=\"" + number(x) + "\" y=\"" + number(y) + "\" fill=\"" + colour(fill) + '"' +
+            std::string(more) + ">" + escaped(caption) + "</text>");
     }
 
     static std::string place(const char* command, double x, double y) {
@@ -86,6 +89,65 @@ public:
 private:
     Pixel flipped_;
     std::string text_;
+};
+
+/// Lines from place to place, cut off where they leave the columns that they may be in: not every
+/// program that shows the file cuts off what sticks out of the plot.
+class Polyline {
+public:
+    /// A line that stays within the columns `left` and `right`, and on them.
+    Polyline(double left, double right) : left_(left), right_(right) {}
+
+    void add(double x, double y) {
+        if (drawn_to_) {
+            add_segment(*drawn_to_, {x, y});
+        }
+        drawn_to_ = {x, y};
+    }
+
+    /// The next place begins another line.
+    void lift() {
+        drawn_to_.reset();
+        at_end_ = false;
+    }
+
+    [[nodiscard]] const std::string& data() const { return data_; }
+
+private:
+    struct Place {
+        double x;
+        double y;
+    };
+
+    void add_segment(Place from, Place to) {
+        const Place begin = cut(from, to);
+        const Place end = cut(to, from);
+        const bool outside = std::max(from.x, to.x) < left_ || std::min(from.x, to.x) > right_;
+        const bool touches = begin.x == end.x && from.x != to.x; // an edge, with its end alone
+        const bool inside = !outside && !touches;
+        if (inside) {
+            if (!at_end_) {
+                data_ += Writer::place("M", begin.x, begin.y);
+            }
+            data_ += Writer::place("L", end.x, end.y);
+        }
+        at_end_ = inside && end.x == to.x;
+    }
+
+    /// `place`, or where the line from there to `other` comes into the columns.
+    [[nodiscard]] Place cut(Place place, Place other) const {
+        const double x = std::clamp(place.x, left_, right_);
+        if (x == place.x || other.x == place.x) {
+            return place;
+        }
+        return {x, place.y + (other.y - place.y) * (x - place.x) / (other.x - place.x)};
+    }
+
+    double left_;
+    double right_;
+    std::string data_;
+    std::optional<Place> drawn_to_;
+    bool at_end_ = false; ///< what is drawn ends there
 };
 
 Pixel fore_colour(const Control& control) {
@@ -125,30 +187,30 @@ void write_graticule(Writer& writer, const Picture::Drawn& drawn) {
 }
 
 void write_reference(Writer& writer, const ReferenceLook& look) {
-    std::string data;
+    Polyline line(1.0, plot::width - 2.0); // within the border
     for (const ReferencePoint& point : on_screen(*look.curve, look.screen)) {
-        data += Writer::place(data.empty() ? "M" : "L", point.column, point.row);
+        line.add(point.column, point.row);
     }
-    writer.path(data, look.colour, " stroke-linejoin=\"round\"");
+    writer.path(line.data(), look.colour, " stroke-linejoin=\"round\"");
 }
 
 void write_generation(Writer& writer, const TraceView& view, int layer) {
-    std::string data;
-    bool pen_down = false;
+    std::string dots;
+    Polyline line(0.0, plot::width - 1.0);
     const Generation& generation = layer_of(view, layer);
     for (int index = plot::first_point; index <= plot::last_point; ++index) {
         const TracePoint point = generation.point(index);
         const bool blank = point.x >= view.gap.left && point.x < view.gap.right;
         if (blank) {
-            pen_down = false;
-        } else if (view.look.dots) {
-            data += Writer::place("M", point.x - 0.5, point.y) + "h1";
-        } else {
-            data += Writer::place(pen_down ? "L" : "M", point.x, point.y);
-            pen_down = true;
+            line.lift();
+        } else if (!view.look.dots) {
+            line.add(point.x, point.y);
+        } else if (point.x >= 0 && point.x < plot::width) {
+            dots += Writer::place("M", point.x - 0.5, point.y) + "h1";
         }
     }
-    writer.path(data, layer_colour(view.look, layer), " stroke-linejoin=\"round\"");
+    writer.path(view.look.dots ? dots : line.data(), layer_colour(view.look, layer),
+                " stroke-linejoin=\"round\"");
 }
 
 void write_overlays(Writer& writer, const Overlays& overlays) {
@@ -182,8 +244,34 @@ void write_overlays(Writer& writer, const Overlays& overlays) {
     }
 }
 
+constexpr int letters_base = 11; ///< below the top of a marker, of a number or of a read-out
+
+void write_cursor_numbers(Writer& writer, const CursorLines& cursors, const FrontPanel& panel) {
+    if (cursors.kind == CursorLines::Kind::none) {
+        return;
+    }
+    for (std::size_t cursor = 0; cursor < cursors.place.size(); ++cursor) {
+        const int place = cursors.place.at(cursor);
+        const int index = static_cast<int>(cursor);
+        const box::Corner corner = cursors.kind == CursorLines::Kind::voltage
+                                       ? box::row_number(place, index)
+                                       : box::column_number(place, index);
+        writer.text(corner.left, corner.top + letters_base, fore_colour(panel.centerfr),
+                    std::to_string(cursor + 1));
+    }
+}
+
+/// Names the references in the upper right corner of the plot.
+void write_reference_names(Writer& writer, const std::vector<ShownReference>& references) {
+    double y = box::top + line_height;
+    for (const ShownReference& reference : references) {
+        writer.text(box::left + plot::width - text_gap, y, pixel_of(reference.colour),
+                    reference.caption, " text-anchor=\"end\"");
+        y += line_height;
+    }
+}
+
 void write_labels(Writer& writer, const FrontPanel& panel) {
-    constexpr int letters_base = 11; // below the top of a marker or a line of the read-outs
     const MarkerLabel& inner = panel.channel[0].text;
     for (const MarkerLabel* const marker : {&panel.channel[1].text, &inner, &panel.trigertext}) {
         if (!marker->visible() || !marker->marked()) {
@@ -246,6 +334,8 @@ std::string svg_file(const Picture& picture, const FrontPanel& panel,
     write_overlays(writer, drawn.overlays);
     writer.raw("</svg>");
     write_labels(writer, panel);
+    write_cursor_numbers(writer, drawn.overlays.cursors, panel);
+    write_reference_names(writer, picture.references());
     double y = box::height + line_height * 0.7;
     for (const TextLine& line : lines) {
         double x = box::left;

@@ -11,21 +11,14 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-// Measures of a number, pixels of the picture.
-constexpr int width = 8;
-constexpr int height = 15;
-constexpr int letters = 11;
+constexpr int letters = 11; ///< height of a number's letters, pixels of the picture
 
-/// Upper left corner of number `index` in the plot box. The two never lie on each other, nor on the
-/// trigger level's marker.
-QPoint corner_of(const CursorState& cursors, std::size_t index) {
-    const int side = static_cast<int>(index);
-    if (cursor_mode::is_voltage(cursors.cursormode)) {
-        constexpr int first = box::left + plot::width + 1 + box::marker_width;
-        return {first + side * width, box::top + cursors.vpos.at(index) - box::marker_middle};
-    }
-    // Number 1 left of its line, number 2 right of it.
-    return {box::left + cursors.hpos.at(index) + (side == 0 ? -width : 1), box::top - height - 1};
+/// Upper left corner of number `index` in the plot box.
+box::Corner corner_of(const CursorState& cursors, std::size_t index) {
+    const int number = static_cast<int>(index);
+    return cursor_mode::is_voltage(cursors.cursormode)
+               ? box::row_number(cursors.vpos.at(index), number)
+               : box::column_number(cursors.hpos.at(index), number);
 }
 
 } // namespace
@@ -57,9 +50,10 @@ void CursorNumbers::fit() {
     for (std::size_t index = 0; index < numbers_.size(); ++index) {
         QLabel& label = *numbers_.at(index);
         if (shown) {
-            const QPoint corner = corner_of(cursors_, index);
-            const QPointF from = plot_.place_of(corner.x(), corner.y());
-            const QPointF to = plot_.place_of(corner.x() + width, corner.y() + height);
+            const box::Corner corner = corner_of(cursors_, index);
+            const QPointF from = plot_.place_of(corner.left, corner.top);
+            const QPointF to =
+                plot_.place_of(corner.left + box::number_width, corner.top + box::number_height);
             label.setGeometry(QRectF(from, to).toAlignedRect());
             QFont scaled = plot_.font();
             scaled.setBold(true);

@@ -166,5 +166,22 @@ TEST(PictureReferences, StandInTheVectorsUnderTheTraces) {
     EXPECT_GT(svg.find("#ffff00"), reference) << "the trace comes after it";
 }
 
+// Taken at another time base a reference goes on beyond the plot, whose border it stays within:
+// columns 1 and 639. Points lie 32 columns apart, 128 rows down 100 mV.
+TEST(PictureReferences, EndAtTheBorderInTheVectorsAndBearTheirNames) {
+    ReferenceScene scene;
+    std::vector<double> mv(30, 0.0);
+    mv[20] = 50.0;
+    scene.show(curve(mv));
+    const std::string svg = svg_file(scene.picture, scene.panel, {}, false);
+    // Point 19 in column 609, point 20 beyond the border: 30 of 32 columns on the way up by 64
+    // rows.
+    EXPECT_NE(svg.find("L609,256L639,196\" fill=\"none\" stroke=\"#ff8c00\""), std::string::npos)
+        << svg.substr(svg.find("M1,256"), 900);
+    const auto name =
+        svg.find("text-anchor=\"end\">" + scene.picture.references()[0].caption + "<");
+    EXPECT_NE(name, std::string::npos);
+}
+
 } // namespace
 } // namespace kv408

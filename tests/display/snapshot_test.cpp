@@ -229,6 +229,73 @@ TEST_F(SnapshotTest, AnSvgHasDotsTimeCursorsMarksTriggerLevelAndReadOutsToo) {
     EXPECT_TRUE(has("<circle cx=\"63.5\" cy=\"73.5\" r=\"4\""));
 }
 
+TEST_F(SnapshotTest, AnUnknownEndingIsFollowedByThatOfTheKind) {
+    settings.snapshotdialog = true;
+    const auto saved = [this](std::size_t kind, const char* name) {
+        choosers.kind = kind;
+        choosers.answers = {name};
+        snapshot.Command1_Click();
+        return files.written.back();
+    };
+    EXPECT_EQ(saved(6, "/pictures/mine.txt"), "/pictures/mine.txt.svg");
+    EXPECT_TRUE(files.files["/pictures/mine.txt.svg"].starts_with("<?xml"));
+    EXPECT_EQ(saved(5, "/pictures/v1.6"), "/pictures/v1.6.png");
+    EXPECT_EQ(saved(3, "/pictures/v1.6"), "/pictures/v1.6.bmp");
+    EXPECT_TRUE(files.files["/pictures/v1.6.bmp"].starts_with("BM"));
+    // The user was not asked whether that file may be overwritten.
+    EXPECT_EQ(saved(6, "/pictures/mine.txt"), "/pictures/mine.txt_2.svg");
+    // An ending that is known says what the file is, and bitmaps go by any name.
+    EXPECT_EQ(saved(6, "/pictures/mine.bmp"), "/pictures/mine.bmp");
+    EXPECT_TRUE(files.files["/pictures/mine.bmp"].starts_with("BM"));
+    EXPECT_EQ(saved(0, "/pictures/mine.svg"), "/pictures/mine.svg");
+    EXPECT_TRUE(files.files["/pictures/mine.svg"].starts_with("<?xml"));
+    EXPECT_EQ(saved(1, "/pictures/any.thing"), "/pictures/any.thing");
+    EXPECT_TRUE(files.files["/pictures/any.thing"].starts_with("BM"));
+}
+
+// Points 1 to 639, moved by 40 units: nothing of them may lie beyond the edges.
+TEST_F(SnapshotTest, AnSvgEndsTracesAtTheEdgesOfThePlot) {
+    settings.snapshotdialog = true;
+    const auto saved = [this](int shift) {
+        channels[0].delaypts = shift;
+        picture.refresh(ch1, 0);
+        choosers.answers = {"/mine.svg"};
+        snapshot.Command1_Click();
+        return files.files["/mine.svg"];
+    };
+    const std::string straight = saved(0);
+    EXPECT_NE(straight.find("M1,100L2,100"), std::string::npos) << "as it is";
+    std::string svg = saved(40);
+    EXPECT_NE(svg.find("M0,100L1,100"), std::string::npos) << svg.substr(0, 900);
+    EXPECT_EQ(svg.find("M-"), svg.find("M-0.5")) << "only ticks of the graticule";
+    svg = saved(-40);
+    EXPECT_NE(svg.find("L640,100\""), std::string::npos);
+    EXPECT_EQ(svg.find("L641,"), std::string::npos);
+    panel.eyeon.set_checked(true);
+    svg = saved(-40);
+    EXPECT_NE(svg.find("M639.5,100h1\""), std::string::npos);
+}
+
+TEST_F(SnapshotTest, AnSvgNumbersTheCursorLines) {
+    settings.snapshotdialog = true;
+    choosers.answers = {"/mine.svg"};
+    cursors.cursormode = cursor_mode::voltage_1;
+    snapshot.Command1_Click();
+    // Right of the plot, which ends at 673, and of the trigger's marker of 14; 11 below 7 above the
+    // rows 192 and 320 of the plot, which begins at 20.
+    const std::string* svg = &files.files["/mine.svg"];
+    EXPECT_NE(svg->find("<text x=\"688\" y=\"216\""), std::string::npos) << *svg;
+    EXPECT_NE(svg->find("<text x=\"696\" y=\"344\""), std::string::npos);
+    cursors.cursormode = cursor_mode::time_2;
+    choosers.answers = {"/time.svg"};
+    snapshot.Command1_Click();
+    // Left of column 192 and right of column 448 of the plot, which begins at 32.
+    svg = &files.files["/time.svg"];
+    EXPECT_NE(svg->find("<text x=\"216\" y=\"15\""), std::string::npos);
+    EXPECT_NE(svg->find("<text x=\"481\" y=\"15\""), std::string::npos);
+    EXPECT_NE(svg->find(">2</text>"), std::string::npos);
+}
+
 TEST_F(SnapshotTest, TheScalesAreThoseOfTheClickAndInItsColours) {
     panel.seltimediv.set_entries({"20ns/div", "10ns/div"});
     panel.seltimediv.set_index(0);
