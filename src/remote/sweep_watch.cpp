@@ -57,8 +57,8 @@ bool SweepWatch::pending() const {
         any = any || (wanted_.at(channel) && parts_.panel.channel.at(channel).enable.checked());
     }
     // The start of the program presses Start on its first tick.
-    return any && (parts_.acquisition.acqrunning ||
-                   parts_.acquisition.scopestate == state_word::begin);
+    return any &&
+           (parts_.acquisition.acqrunning || parts_.acquisition.scopestate == state_word::begin);
 }
 
 } // namespace kv408

@@ -45,7 +45,8 @@ MainWindow::MainWindow(Scope& scope, const Dialogs& dialogs)
            .set_scale = [&scope](const PlotScale& scale) { scope.picture().set_scale(scale); },
            .take_changed = [&scope] { return scope.picture().take_changed(); }},
           scope.panel())),
-      tools_(scope.tools(), driver_, *this, plot()) {
+      tools_(scope.tools(), driver_, *this, plot()),
+      remote_(dialogs.remote, dialogs.asked, driver_, *this, plot()) {
     setWindowTitle(u"Kv408 - Tarvo  V1.6"_s);
     lay_out();
     const QSize room = screen()->availableSize() - QSize(0, title_bar_height);
@@ -87,6 +88,7 @@ void MainWindow::listen_to_settings() {
 void MainWindow::tick() {
     if (!driver_.ended()) {
         driver_.tick();
+        remote_.tick_over();
     }
 }
 
@@ -151,6 +153,9 @@ void MainWindow::start_up() {
     started_ = true;
     timer_.start();
     driver_.start();
+    if (!driver_.ended()) {
+        remote_.attach(scope_);
+    }
 }
 
 void MainWindow::end() {
@@ -186,6 +191,7 @@ void MainWindow::entry_returned() {
     dialogs_.choosers.dismiss();
     scope_.calibration_form().window.close();
     tools_.close();
+    remote_.end();
     if (!driver_.busy()) {
         close();
         if (closed_) {

@@ -9,6 +9,7 @@
 #include "scope/scope.h"
 #include "ui/qt_file_choosers.h"
 #include "ui/qt_message_boxes.h"
+#include "ui/remote_window.h"
 #include "ui/scope_driver.h"
 #include "ui/screen_panel.h"
 #include "ui/settings_window.h"
@@ -20,6 +21,8 @@ namespace kv408::ui {
 struct Dialogs {
     QtMessageBoxes& boxes;
     QtFileChoosers& choosers;
+    MessageBoxes& asked; ///< what the program's own messages go through
+    RemoteControl& remote;
 };
 
 /// The main window: it shows the controls and passes what the user does to the program. Once it
@@ -34,6 +37,9 @@ public:
 
     /// The plot.
     [[nodiscard]] PlotWidget& plot() { return screen_->plot(); }
+
+    /// Runs what clients of remote control have sent.
+    void serve_remote() { remote_.serve(); }
 
     /// The controls beside the plot.
     [[nodiscard]] const QWidget& controls() const { return *controls_; }
@@ -71,6 +77,7 @@ private:
     QAction* full_screen_ = nullptr;
     QPointer<SettingsWindow> settings_; ///< while the settings dialog is open
     ToolWindows tools_;
+    RemoteInWindow remote_;
     QTimer timer_{this};
     bool started_ = false;
     std::function<void()> closed_;

@@ -23,7 +23,7 @@ constexpr std::array windows = {
     Topic(u"benchWindow", "first-picture"),  Topic(u"frmSettings", "settings"),
     Topic(u"frmcalibration", "calibration"), Topic(u"frmExport", "export"),
     Topic(u"frmRecord", "record"),           Topic(u"frmReference", "references"),
-    Topic(u"frmStatistics", "statistics"),
+    Topic(u"frmStatistics", "statistics"),   Topic(u"frmRemote", "automation"),
 };
 
 } // namespace

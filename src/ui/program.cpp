@@ -25,9 +25,16 @@ bool browse(const std::filesystem::path& page) {
 
 Program::Program(Clock& clock, Bridge& bridge, Files& files, const Places& places,
                  Diagnose diagnose)
-    : scope_(Machine{.clock = clock,
-                     .boxes = boxes_,
-                     .messages = messages_,
+    : remote_({.clock = clock,
+               .gate = gate_,
+               .wake =
+                   [this] {
+                       QMetaObject::invokeMethod(
+                           &window_, [this] { window_.serve_remote(); }, Qt::QueuedConnection);
+                   }}),
+      scope_(Machine{.clock = clock,
+                     .boxes = gated_boxes_,
+                     .messages = gated_messages_,
                      .bridge = bridge,
                      .files = files,
                      .choosers = choosers_,
@@ -36,12 +43,17 @@ Program::Program(Clock& clock, Bridge& bridge, Files& files, const Places& place
                      .diagnose = std::move(diagnose),
                      .browse = browse,
                      .beep = [] { QApplication::beep(); }}),
-      window_(scope_, {.boxes = boxes_, .choosers = choosers_}) {
+      window_(scope_,
+              {.boxes = boxes_, .choosers = choosers_, .asked = gated_boxes_, .remote = remote_}) {
     boxes_.set_window(&window_);
     messages_.set_window(&window_);
     choosers_.set_window(&window_);
     window_.on_closed(
         [this] { QApplication::exit(window_.failed() ? EXIT_FAILURE : EXIT_SUCCESS); });
+}
+
+Program::~Program() {
+    remote_.close(); // its thread wakes the window, which goes first
 }
 
 } // namespace kv408::ui

@@ -5,6 +5,8 @@
 #include "host/files.h"
 #include "host/places.h"
 #include "link/bridge.h"
+#include "remote/gate.h"
+#include "remote/remote_control.h"
 #include "scope/scope.h"
 #include "ui/main_window.h"
 #include "ui/qt_file_choosers.h"
@@ -29,11 +31,22 @@ public:
     /// The program without its window.
     [[nodiscard]] Scope& scope() { return scope_; }
 
+    /// Remote control, off at first.
+    [[nodiscard]] RemoteControl& remote() { return remote_; }
+
+    ~Program();
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+
 private:
     QtMessageBoxes boxes_;
     QtWindowMessages messages_;
     QtFileChoosers choosers_;
     QtPictureCoder coder_;
+    Gate gate_;
+    GatedMessageBoxes gated_boxes_{boxes_, gate_};
+    GatedWindowMessages gated_messages_{messages_, gate_};
+    RemoteControl remote_;
     Scope scope_;
     MainWindow window_;
 };

@@ -29,9 +29,10 @@ QString page(const QString& name) {
 /// What is read of all pages that tell of the windows: without marks, in single blanks.
 QString manual_text() {
     QString text;
-    for (const QString& name : {u"window"_s, u"first-picture"_s, u"trigger"_s, u"delays"_s,
-                                u"cursors"_s, u"measurements"_s, u"references"_s, u"statistics"_s,
-                                u"calibration"_s, u"settings"_s, u"export"_s, u"record"_s}) {
+    for (const QString& name :
+         {u"window"_s, u"first-picture"_s, u"trigger"_s, u"delays"_s, u"cursors"_s,
+          u"measurements"_s, u"references"_s, u"statistics"_s, u"calibration"_s, u"settings"_s,
+          u"export"_s, u"record"_s, u"automation"_s}) {
         text += page(name);
     }
     text.remove(u"**"_s).remove(u'`').remove(u'\\');
@@ -117,28 +118,8 @@ QStringList names_without_caption(const QWidget& top) {
     return names;
 }
 
-class ManualTextTest : public QObject {
-    Q_OBJECT
-
-private Q_SLOTS:
-    void captions_are_told_of_data();
-    void captions_are_told_of();
-    void every_setting_is_told_of_with_its_default();
-};
-
-void ManualTextTest::captions_are_told_of_data() {
-    QTest::addColumn<QString>("window");
-    for (const char* const window :
-         {"main", "calibration", "settings", "export", "record", "statistics", "bench"}) {
-        QTest::newRow(window) << QString::fromLatin1(window);
-    }
-}
-
-void ManualTextTest::captions_are_told_of() {
-    QFETCH(QString, window);
-    ProgramOnBench on;
-    QVERIFY(on.run_until_sweeping());
-    TestBenchWindow bench(on.simulation.bench());
+/// Has `window` opened, and the tabs of the cursors brought.
+void open(ProgramOnBench& on, const QString& window) {
     on.program.scope().act([&] {
         on.panel().tabstrip3.select(1); // brings the tabs of the cursors
         if (window == u"calibration"_s) {
@@ -151,8 +132,35 @@ void ManualTextTest::captions_are_told_of() {
             on.panel().mnurecord.click();
         } else if (window == u"statistics"_s) {
             on.panel().mnustatistics.click();
+        } else if (window == u"remote"_s) {
+            on.panel().mnuremote.click();
         }
     });
+}
+
+class ManualTextTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void captions_are_told_of_data();
+    void captions_are_told_of();
+    void every_setting_is_told_of_with_its_default();
+};
+
+void ManualTextTest::captions_are_told_of_data() {
+    QTest::addColumn<QString>("window");
+    for (const char* const window :
+         {"main", "calibration", "settings", "export", "record", "statistics", "remote", "bench"}) {
+        QTest::newRow(window) << QString::fromLatin1(window);
+    }
+}
+
+void ManualTextTest::captions_are_told_of() {
+    QFETCH(QString, window);
+    ProgramOnBench on;
+    QVERIFY(on.run_until_sweeping());
+    TestBenchWindow bench(on.simulation.bench());
+    open(on, window);
     const QWidget* top = &on.window();
     if (window == u"calibration"_s) {
         top = on.widget("frmcalibration");
@@ -164,6 +172,8 @@ void ManualTextTest::captions_are_told_of() {
         top = on.window().findChild<QWidget*>(u"frmRecord"_s);
     } else if (window == u"statistics"_s) {
         top = on.widget("frmStatistics");
+    } else if (window == u"remote"_s) {
+        top = on.widget("frmRemote");
     } else if (window == u"bench"_s) {
         top = &bench;
     }

@@ -121,6 +121,7 @@ void ToolWindowsTest::every_widget_is_described_and_reached_by_keyboard_data() {
     QTest::addColumn<QString>("window");
     QTest::newRow("export") << u"mnuexport"_s << u"frmExport"_s;
     QTest::newRow("record") << u"mnurecord"_s << u"frmRecord"_s;
+    QTest::newRow("remote") << u"mnuremote"_s << u"frmRemote"_s;
 }
 
 void ToolWindowsTest::every_widget_is_described_and_reached_by_keyboard() {

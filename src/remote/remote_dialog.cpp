@@ -1,0 +1,109 @@
+#include "remote/remote_dialog.h"
+
+#include <algorithm>
+#include <array>
+#include <system_error>
+
+#include "state/rounding.h"
+
+namespace kv408 {
+namespace {
+
+constexpr std::array<const char*, 2> listened_at{"127.0.0.1", "0.0.0.0"};
+
+std::string clients_text(std::size_t count) {
+    return std::to_string(count) + (count == 1 ? " client" : " clients");
+}
+
+} // namespace
+
+RemoteDialog::RemoteDialog(RemoteControl& control, MessageBoxes& boxes)
+    : control_(control), boxes_(boxes) {
+    controls_.cmbRemoteAddress.set_entries({"This computer only", "The network too"});
+    controls_.cmbRemoteAddress.set_index(0);
+    controls_.txtRemotePort.set_text("5025");
+    controls_.chkRemote.on_click([this] { chkRemote_Click(); });
+    controls_.txtRemotePort.on_change([this] {
+        const auto port = int32_in(controls_.txtRemotePort.text());
+        constexpr int largest = 65535;
+        controls_.txtRemotePort.set_faulty(!port || *port < 0 || *port > largest);
+    });
+    controls_.cmdRemoteDisconnect.on_click([this] { cmdRemoteDisconnect_Click(); });
+    controls_.chkRemoteLock.on_click(
+        [this] { control_.instrument().lock_network(controls_.chkRemoteLock.checked()); });
+    controls_.cmdRemoteUnlock.on_click([this] { control_.instrument().unlock_panel(); });
+    control_.on_change([this] { show_state(); });
+    show_state();
+}
+
+RemoteDialog::~RemoteDialog() {
+    control_.on_change({});
+}
+
+void RemoteDialog::open() const {
+    if (show_) {
+        show_();
+    }
+}
+
+void RemoteDialog::chkRemote_Click() {
+    if (!controls_.chkRemote.checked()) {
+        control_.close();
+    } else if (!control_.is_open()) {
+        switch_on();
+    }
+    show_state();
+}
+
+void RemoteDialog::switch_on() {
+    std::string reason = "The port is no number from 0 to 65535.";
+    if (!controls_.txtRemotePort.faulty()) {
+        const auto address = static_cast<std::size_t>(controls_.cmbRemoteAddress.index());
+        const auto port = int32_in(controls_.txtRemotePort.text()).value_or(0);
+        try {
+            control_.open({listened_at.at(address), static_cast<std::uint16_t>(port)});
+            return;
+        } catch (const std::system_error& error) {
+            reason = error.code().message();
+        }
+    }
+    controls_.chkRemote.put_checked(false);
+    boxes_.show({.text = "Remote control could not be switched on: " + reason,
+                 .icon = MessageIcon::exclamation});
+}
+
+void RemoteDialog::cmdRemoteDisconnect_Click() {
+    const auto selected = static_cast<std::size_t>(controls_.cmbRemoteClients.index());
+    if (selected < clients_.size()) {
+        control_.disconnect(clients_[selected].connection);
+    }
+}
+
+void RemoteDialog::show_state() {
+    const bool on = control_.is_open();
+    clients_ = control_.clients();
+    std::vector<std::string> addresses;
+    std::string all;
+    for (const Server::Seen& client : clients_) {
+        addresses.push_back(client.address);
+        all += (all.empty() ? ": " : ", ") + client.address;
+    }
+    const int selected = std::clamp(controls_.cmbRemoteClients.index(), addresses.empty() ? -1 : 0,
+                                    static_cast<int>(addresses.size()) - 1);
+    controls_.cmbRemoteClients.set_entries(addresses);
+    controls_.cmbRemoteClients.set_index(selected);
+    controls_.cmbRemoteAddress.set_enabled(!on);
+    controls_.txtRemotePort.set_enabled(!on);
+    controls_.cmdRemoteDisconnect.set_enabled(!clients_.empty());
+    controls_.cmdRemoteUnlock.set_enabled(control_.instrument().panel_locked());
+    controls_.lblRemoteState.set_caption(on ? "Port " + std::to_string(control_.port()) + ", " +
+                                                  clients_text(clients_.size())
+                                            : "Off: there is no connection to the network.");
+    controls_.lblRemote.set_caption("Remote control: " + clients_text(clients_.size()) + all);
+    controls_.lblRemote.set_visible(on);
+    if (lock_) {
+        lock_(control_.instrument().panel_locked());
+    }
+}
+
+} // namespace kv408

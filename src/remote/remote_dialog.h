@@ -1,0 +1,59 @@
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include "host/message_boxes.h"
+#include "panel/controls.h"
+#include "remote/remote_control.h"
+
+namespace kv408 {
+
+/// The controls of the remote control window.
+struct RemoteControls {
+    CheckBox chkRemote{"chkRemote"};                   ///< on, until the program ends
+    ListBox cmbRemoteAddress{"cmbRemoteAddress"};      ///< this computer only, or the network too
+    TextBox txtRemotePort{"txtRemotePort"};            ///< TCP port; 0: any that is free
+    Label lblRemoteState{"lblRemoteState"};            ///< where it listens
+    ListBox cmbRemoteClients{"cmbRemoteClients"};      ///< the clients by their addresses
+    Button cmdRemoteDisconnect{"cmdRemoteDisconnect"}; ///< ends the selected client's connection
+    CheckBox chkRemoteLock{"chkRemoteLock"};           ///< the network sets nothing
+    Button cmdRemoteUnlock{"cmdRemoteUnlock"};         ///< ends a client's lock of the panel
+    Label lblRemote{"lblRemote"}; ///< in the main window: how many clients there are, and who
+};
+
+/// The window `frmRemote`: switches remote control on and off for this session. It is modeless.
+class RemoteDialog {
+public:
+    /// Operates `control`, which outlives it; what goes wrong is told through `boxes`.
+    RemoteDialog(RemoteControl& control, MessageBoxes& boxes);
+    ~RemoteDialog();
+    RemoteDialog(const RemoteDialog&) = delete;
+    RemoteDialog& operator=(const RemoteDialog&) = delete;
+
+    [[nodiscard]] RemoteControls& controls() { return controls_; }
+
+    /// Opens the window; one that is open already is brought to the front.
+    void open() const;
+
+    /// Sets what shows the window.
+    void on_show(std::function<void()> listener) { show_ = std::move(listener); }
+
+    /// Sets what follows when a client has locked or unlocked the panel.
+    void on_lock(std::function<void(bool locked)> listener) { lock_ = std::move(listener); }
+
+private:
+    void chkRemote_Click();
+    void cmdRemoteDisconnect_Click();
+    void switch_on();
+    void show_state();
+
+    RemoteControl& control_;
+    MessageBoxes& boxes_;
+    RemoteControls controls_;
+    std::vector<Server::Seen> clients_; ///< as they stand in the list
+    std::function<void()> show_;
+    std::function<void(bool)> lock_;
+};
+
+} // namespace kv408

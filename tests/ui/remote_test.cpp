@@ -1,0 +1,168 @@
+// Remote control in the window, by its own menu entry and a client's socket.
+
+#include <string>
+
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QTest>
+
+#include "support/socket_line.h"
+#include "ui/box_answers.h"
+#include "ui/program_on_bench.h"
+
+namespace kv408::ui {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// The window, with the remote control window open.
+struct WithRemote : ProgramOnBench {
+    void open() {
+        window().findChild<QAction*>(u"mnuremote"_s)->trigger();
+        widget<QLineEdit>("txtRemotePort")->setText(u"0"_s);
+    }
+    void switch_on() {
+        open();
+        widget<QCheckBox>("chkRemote")->click();
+    }
+    /// What is answered to `question`, while the window goes on.
+    std::string ask(const SocketLine& line, const std::string& question) {
+        line.say(question + '\n');
+        std::string answer = "(nothing)";
+        const bool came = QTest::qWaitFor([&] {
+            answer = line.hear(std::chrono::milliseconds(0));
+            return answer != "(nothing)";
+        });
+        return came ? answer : "(nothing)";
+    }
+};
+
+class RemoteTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void is_off_and_unseen_at_first();
+    void clients_are_shown_and_disconnected();
+    void a_command_is_seen_on_the_panel();
+    void a_client_locks_the_panel_and_the_person_the_network();
+    void a_message_becomes_the_clients_error();
+    void a_taken_port_is_told();
+    void the_end_of_the_program_ends_it();
+};
+
+void RemoteTest::is_off_and_unseen_at_first() {
+    WithRemote on;
+    QVERIFY(on.run_until_sweeping());
+    QVERIFY(!on.program.remote().is_open());
+    QVERIFY(on.window().menuBar()->cornerWidget() == nullptr);
+    on.open();
+    QVERIFY(!on.widget<QCheckBox>("chkRemote")->isChecked());
+    QCOMPARE(on.widget<QLabel>("lblRemoteState")->text(),
+             u"Off: there is no connection to the network."_s);
+    QVERIFY(!on.program.remote().is_open());
+}
+
+void RemoteTest::clients_are_shown_and_disconnected() {
+    WithRemote on;
+    QVERIFY(on.run_until_sweeping());
+    on.switch_on();
+    QVERIFY(on.program.remote().is_open());
+    QVERIFY(on.window().menuBar()->cornerWidget()->isVisible());
+    const SocketLine line(on.program.remote().port());
+    QCOMPARE(on.ask(line, "SYST:VERS?"), std::string("1999.0\n"));
+    auto* const clients = on.widget<QComboBox>("cmbRemoteClients");
+    QCOMPARE(clients->count(), 1);
+    QVERIFY(clients->itemText(0).startsWith(u"127.0.0.1:"_s));
+    QCOMPARE(on.widget<QLabel>("lblRemote")->text().trimmed(),
+             u"Remote control: 1 client: "_s + clients->itemText(0));
+    on.widget<QPushButton>("cmdRemoteDisconnect")->click();
+    QTRY_COMPARE(clients->count(), 0);
+    QCOMPARE(line.hear(), std::string());
+    on.widget<QCheckBox>("chkRemote")->click();
+    QVERIFY(!on.program.remote().is_open());
+    QVERIFY(!on.window().menuBar()->cornerWidget()->isVisible());
+}
+
+void RemoteTest::a_command_is_seen_on_the_panel() {
+    WithRemote on;
+    QVERIFY(on.run_until_sweeping());
+    on.switch_on();
+    const SocketLine line(on.program.remote().port());
+    QCOMPARE(on.ask(line, "CHAN2:SCAL 20MV;:TIM:SCAL 5NS;:DISP:GRID OFF;:SYST:ERR?"),
+             std::string("0,\"No error\"\n"));
+    QCOMPARE(on.widget<QComboBox>("ch2vdiv")->currentText(), u"20mV"_s);
+    QCOMPARE(on.widget<QComboBox>("seltimediv")->currentText(), u"5ns/div"_s);
+    QVERIFY(!on.widget<QCheckBox>("gridenable")->isChecked());
+    QCOMPARE(on.ask(line, "*OPC?"), std::string("1\n"));
+    QVERIFY(on.ask(line, "HCOP:SDUM:DATA? PNG").substr(0, 1) == "#");
+}
+
+void RemoteTest::a_client_locks_the_panel_and_the_person_the_network() {
+    WithRemote on;
+    QVERIFY(on.run_until_sweeping());
+    on.switch_on();
+    const SocketLine line(on.program.remote().port());
+    QCOMPARE(on.ask(line, "SYST:LOCK ON;LOCK?"), std::string("1\n"));
+    QVERIFY(!on.widget("ch1vdiv")->isEnabled());
+    QVERIFY(!on.widget("cmdstartsweep")->isEnabled());
+    QVERIFY(on.widget("cmdstop")->isEnabled());
+    QVERIFY(!on.window().plot().isEnabled());
+    QVERIFY(!on.window().findChild<QAction*>(u"loadconfig"_s)->isEnabled());
+    on.widget<QPushButton>("cmdRemoteUnlock")->click();
+    QVERIFY(on.widget("ch1vdiv")->isEnabled() && on.widget("cmdstartsweep")->isEnabled());
+    QVERIFY(on.window().plot().isEnabled());
+    QCOMPARE(on.ask(line, "SYST:LOCK?"), std::string("0\n"));
+    on.widget<QCheckBox>("chkRemoteLock")->click();
+    QCOMPARE(on.ask(line, "DISP:GRID OFF;:SYST:ERR?"), std::string("-203,\"Command protected\"\n"));
+    QVERIFY(on.widget<QCheckBox>("gridenable")->isChecked());
+}
+
+void RemoteTest::a_message_becomes_the_clients_error() {
+    WithRemote on;
+    QVERIFY(on.run_until_sweeping());
+    on.switch_on();
+    const SocketLine line(on.program.remote().port());
+    QCOMPARE(on.ask(line, "STOP;:SYST:ERR?"), std::string("0,\"No error\"\n"));
+    on.simulation.bench().devices.front().answers = false;
+    QCOMPARE(on.ask(line, "TRIG:SOUR TRIG2;:SYST:ERR?"),
+             std::string("-240,\"Hardware error; SETTRIG Comm timed out\"\n"));
+    QVERIFY(QApplication::activeModalWidget() == nullptr);
+}
+
+void RemoteTest::a_taken_port_is_told() {
+    WithRemote one;
+    WithRemote other;
+    QVERIFY(one.run_until_sweeping());
+    QVERIFY(other.run_until_sweeping());
+    one.switch_on();
+    other.open();
+    other.widget<QLineEdit>("txtRemotePort")->setText(QString::number(one.program.remote().port()));
+    BoxAnswers answers;
+    other.widget<QCheckBox>("chkRemote")->click();
+    QCOMPARE(answers.texts,
+             QStringList(u"Remote control could not be switched on: Address already in use"_s));
+    QVERIFY(!other.widget<QCheckBox>("chkRemote")->isChecked());
+}
+
+void RemoteTest::the_end_of_the_program_ends_it() {
+    WithRemote on;
+    QVERIFY(on.run_until_sweeping());
+    on.switch_on();
+    const SocketLine line(on.program.remote().port());
+    QCOMPARE(on.ask(line, "SYST:VERS?"), std::string("1999.0\n"));
+    on.window().close();
+    QVERIFY(!on.program.remote().is_open());
+    QCOMPARE(line.hear(), std::string());
+}
+
+} // namespace
+} // namespace kv408::ui
+
+QTEST_MAIN(kv408::ui::RemoteTest)
+#include "remote_test.moc"
