@@ -1,8 +1,10 @@
 // What a sweep costs with everything that works on finished sweeps: four references, statistics
-// with their window open, the log, and a recording; against the same without any of it, turn by
-// turn in one run. Real window without a display, virtual clock: the program never waits.
+// with their window open, the log, and a recording, each alone and all together; against the same
+// without any of it, turn by turn in one run. Real window without a display, virtual clock: the
+// program never waits.
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstdio>
 #include <ctime>
@@ -35,6 +37,25 @@ using Microseconds = std::chrono::duration<double, std::micro>;
 
 constexpr int turns = 15;
 constexpr int sweeps_per_turn = 100;
+
+/// What works on the sweeps in a turn.
+struct Tools {
+    const char* name = "";
+    bool references = false;
+    bool statistics = false; ///< with their window open
+    bool log = false;        ///< of the statistics
+    bool recording = false;
+};
+
+/// The first is what the others are compared with, the last all of them.
+constexpr std::array<Tools, 6> cases = {{
+    {.name = "no tool"},
+    {.name = "four references", .references = true},
+    {.name = "open statistics", .statistics = true},
+    {.name = "open statistics and log", .statistics = true, .log = true},
+    {.name = "recording", .recording = true},
+    {.name = "all of them", .references = true, .statistics = true, .log = true, .recording = true},
+}};
 
 /// Processor time of the whole process, the writing threads included.
 Microseconds processor_time() {
@@ -70,28 +91,38 @@ public:
         run(50);
     }
 
-    void use_tools() {
+    void use(const Tools& tools) {
         Scope& scope = program_.scope();
         scope.act([&] {
-            for (std::size_t place = 0; place < References::count; ++place) {
+            for (std::size_t place = 0; tools.references && place < References::count; ++place) {
                 scope.tools().references().controls(place).mnuReferenceKeepCH1.click();
             }
-            scope.panel().mnustatistics.click();
-            scope.tools().statistics().begin_log(folder_.path() / "log.csv");
+            if (tools.statistics) {
+                scope.panel().mnustatistics.click();
+            }
+            if (tools.log) {
+                scope.tools().statistics().begin_log(folder_.path() / "log.csv");
+            }
         });
-        SavedFile begun;
-        recorder_ = std::make_unique<Recorder>(
-            std::make_unique<OneRecordingFile>(files_, folder_.path() / "run.csv", true, begun));
+        if (tools.recording) {
+            SavedFile begun;
+            recorder_ = std::make_unique<Recorder>(std::make_unique<OneRecordingFile>(
+                files_, folder_.path() / "run.csv", true, begun));
+        }
     }
 
-    void leave_tools() {
+    void leave(const Tools& tools) {
         Scope& scope = program_.scope();
         scope.act([&] {
-            for (std::size_t place = 0; place < References::count; ++place) {
+            for (std::size_t place = 0; tools.references && place < References::count; ++place) {
                 scope.tools().references().controls(place).mnuReferenceClear.click();
             }
-            scope.tools().statistics().controls().cmdStatisticsLog.click(); // ends it
-            scope.tools().statistics().close();
+            if (tools.log) {
+                scope.tools().statistics().controls().cmdStatisticsLog.click(); // ends it
+            }
+            if (tools.statistics) {
+                scope.tools().statistics().close();
+            }
         });
         recorder_.reset();
     }
@@ -126,10 +157,15 @@ private:
     std::uint64_t recorded_ = 0;
 };
 
-Microseconds a_sweep(Subject& subject) {
+Microseconds a_sweep(Subject& subject, const Tools& tools) {
+    constexpr int sweeps_until_shown = 10; // opening a window is no part of a sweep
+    subject.use(tools);
+    subject.run(sweeps_until_shown);
     const Microseconds before = processor_time();
     subject.run(sweeps_per_turn);
-    return (processor_time() - before) / sweeps_per_turn;
+    const Microseconds after = processor_time();
+    subject.leave(tools);
+    return (after - before) / sweeps_per_turn;
 }
 
 Microseconds median(std::vector<Microseconds> times) {
@@ -144,20 +180,22 @@ int main(int argc, char** argv) {
     const QApplication application(argc, argv);
     ui::apply_look(ui::Look::dark);
     Subject subject;
-    std::vector<Microseconds> without;
-    std::vector<Microseconds> with;
+    std::array<std::vector<Microseconds>, cases.size()> times;
     for (int turn = 0; turn < turns; ++turn) {
-        without.push_back(a_sweep(subject));
-        subject.use_tools();
-        with.push_back(a_sweep(subject));
-        subject.leave_tools();
+        for (std::size_t one = 0; one < cases.size(); ++one) {
+            times[one].push_back(a_sweep(subject, cases[one]));
+        }
     }
-    const Microseconds more = median(with) - median(without);
-    std::printf("a sweep without the tools: %.0f us of the processor (median of %d turns)\n",
-                median(without).count(), turns);
-    std::printf("with references, statistics, log and recording: %.0f us\n", median(with).count());
-    std::printf("more: %.0f us; the aim is at most 300\n", more.count());
-    subject.use_tools();
+    std::printf("processor time of a sweep, median of %d turns of %d sweeps:\n", turns,
+                sweeps_per_turn);
+    const Microseconds without = median(times[0]);
+    for (std::size_t one = 0; one < cases.size(); ++one) {
+        const Microseconds with = median(times[one]);
+        std::printf("%-24s %5.0f us %+5.0f us\n", cases[one].name, with.count(),
+                    (with - without).count());
+    }
+    std::printf("the aim: all of them at most +300 us\n");
+    subject.use(cases.back());
     constexpr int sweeps_of_ten_minutes = 6000;
     subject.run(sweeps_of_ten_minutes);
     const long before = resident();

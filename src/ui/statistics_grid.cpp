@@ -2,8 +2,10 @@
 
 #include <QEvent>
 #include <QHeaderView>
+#include <QPainter>
 #include <QScrollBar>
 #include <QSignalBlocker>
+#include <QStyledItemDelegate>
 
 #include "export/statistics_table.h"
 #include "measure/measurement_rows.h"
@@ -25,6 +27,35 @@ QString heading_of(std::size_t column) {
     const std::string_view text = statistics_headings.at(column);
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
+
+/// Paints a cell plainly: laying its text out as the style does takes most of a refresh.
+class PlainCell : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override {
+        constexpr int beside_text = 4;
+        const bool chosen = (option.state & QStyle::State_Selected) != 0;
+        const QPalette& palette = option.palette;
+        const QVariant back = index.data(Qt::BackgroundRole);
+        if (chosen) {
+            painter->fillRect(option.rect, palette.color(QPalette::Highlight));
+        }
+        if (back.isValid()) {
+            // In the chosen row its edge shows that it is chosen.
+            const int edge = chosen ? 2 : 0;
+            painter->fillRect(option.rect.adjusted(edge, edge, -edge, -edge), back.value<QBrush>());
+        }
+        const QVariant fore = index.data(Qt::ForegroundRole);
+        painter->setPen(back.isValid() && fore.isValid()
+                            ? fore.value<QBrush>().color()
+                            : palette.color(chosen ? QPalette::HighlightedText : QPalette::Text));
+        painter->drawText(option.rect.adjusted(beside_text, 0, -beside_text, 0),
+                          index.data(Qt::TextAlignmentRole).toInt() | Qt::TextSingleLine,
+                          index.data(Qt::DisplayRole).toString());
+    }
+};
 
 } // namespace
 
@@ -48,6 +79,7 @@ StatisticsGrid::StatisticsGrid(StatisticsDialog& dialog, ScopeDriver& driver, QW
     setSelectionMode(SingleSelection);
     setTabKeyNavigation(false);
     setWordWrap(false);
+    setItemDelegate(new PlainCell(this));
     for (int row = 0; row < rowCount(); ++row) {
         for (int column = 0; column < columnCount(); ++column) {
             auto* const cell = new QTableWidgetItem;
@@ -99,14 +131,11 @@ void StatisticsGrid::show_row(int row) {
     if (present.background() != back) {
         present.setBackground(back);
         present.setForeground(outside ? QBrush(readable_on(colour)) : QBrush());
-        // The chosen row hides the background of its cells.
-        present.setData(Qt::DecorationRole, outside ? QVariant(colour) : QVariant());
     }
 }
 
 void StatisticsGrid::fit_columns() {
     constexpr int around = 14;
-    constexpr int room_for_mark = 22; // of a value outside its limits
     const QFontMetrics letters = fontMetrics();
     verticalHeader()->setDefaultSectionSize(letters.height() + 4);
     for (int column = 0; column < columnCount(); ++column) {
@@ -114,7 +143,7 @@ void StatisticsGrid::fit_columns() {
         setColumnWidth(column, std::max(letters.horizontalAdvance(widest),
                                         letters.horizontalAdvance(
                                             heading_of(static_cast<std::size_t>(column)))) +
-                                   around + (column == 1 ? room_for_mark : 0));
+                                   around);
     }
 }
 

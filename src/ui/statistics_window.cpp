@@ -36,9 +36,12 @@ StatisticsWindow::StatisticsWindow(StatisticsDialog& dialog, ScopeDriver& driver
     parts->addWidget(make_trend(), 1);
     parts->addWidget(make_limits());
     layout->addLayout(parts, 2);
-    layout->addWidget(make_told(make, controls.lblStatisticsState,
-                                {u"State"_s, u"Sweeps so far, since when, and the last value "
-                                             u"outside its limits"_s}));
+    QLabel* const state = make_told(make, controls.lblStatisticsState,
+                                    {u"State"_s, u"Sweeps so far, since when, and the last value "
+                                                 u"outside its limits"_s});
+    // It changes with each refresh; text that can be selected is laid out anew far more slowly.
+    state->setTextInteractionFlags(Qt::NoTextInteraction);
+    layout->addWidget(state);
     layout->addWidget(make_told(make, controls.lblStatisticsLog,
                                 {u"Log"_s, u"Where the log lies, and how far it is"_s}));
     layout->addLayout(make_ending());
