@@ -10,6 +10,14 @@ namespace {
 
 constexpr const char* first_page = "index";
 
+/// What the program was built with, and under which licences that is.
+constexpr const char* built_in = "Built in: Qt 6 (GNU LGPL version 3), "
+#ifndef _WIN32
+                                 "libserialport (GNU LGPL version 3), "
+#endif
+                                 "the C++ run-time library of GCC (GNU GPL version 3 with the GCC "
+                                 "Runtime Library Exception)";
+
 /// Where the page `name` of the manual may lie, seen from the folder `program`: beside it, as
 /// on Windows and where it was built; where a package puts it; in the tree that it was built in.
 std::vector<std::filesystem::path> manual_pages(const std::filesystem::path& program,
@@ -72,11 +80,9 @@ void Help::MenuAbout_Click() {
          .title = "About Kv408",
          .icon = MessageIcon::information,
          .informative = "Front end of a two-channel equivalent-time sampling oscilloscope\n"
-                        "Licence: MIT\n\n"
-                        "Built in: Qt 6 (GNU LGPL version 3), the C++ run-time library of GCC "
-                        "(GNU GPL version 3 with the GCC Runtime Library Exception)\n\n"
-                        "Settings: " +
-                        shown_path(host_.places.settings) +
+                        "Licence: MIT\n\n" +
+                        std::string(built_in) +
+                        "\n\nSettings: " + shown_path(host_.places.settings) +
                         "\nManual: " + (manual.empty() ? "not found" : shown_path(manual))});
 }
 

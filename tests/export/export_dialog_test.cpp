@@ -126,6 +126,23 @@ TEST(ExportDialog, AFileThatIsThereIsReplacedOnlyWhenTheUserSaysSo) {
     EXPECT_EQ(rig.files.files[csv_name], before) << "what was there at the press";
 }
 
+TEST(ExportDialog, TheSecondExportInOneSecondAsksBeforeItTakesTheNameOfTheFirst) {
+    ExportRig rig;
+    rig.dialog.open("/data");
+    rig.controls.cmdExport.click();
+    const std::string first = rig.files.files[csv_name];
+    ASSERT_FALSE(first.empty());
+    rig.finish(pass_sweep());
+    rig.dialog.close();
+    rig.dialog.open("/data");
+    rig.boxes.answers = {MessageAnswer::no};
+    rig.controls.cmdExport.click();
+    EXPECT_EQ(rig.boxes.texts(),
+              (std::vector{std::string(csv_name) + " exists already. Replace it?"}));
+    EXPECT_EQ(rig.files.files[csv_name], first);
+    EXPECT_EQ(rig.files.files.size(), 1U) << "no half file beside it";
+}
+
 TEST(ExportDialog, AFailureIsToldWithPathAndReason) {
     ExportRig rig;
     rig.dialog.open("/data");

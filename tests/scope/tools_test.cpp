@@ -126,6 +126,13 @@ TEST(Help, AboutTellsVersionLicencesAndPaths) {
           "Manual: /usr/share/doc/kv408/manual/index.html"}) {
         EXPECT_NE(about.informative.find(told), std::string::npos) << told;
     }
+#ifdef _WIN32
+    constexpr bool serial_ports_by_library = false;
+#else
+    constexpr bool serial_ports_by_library = true;
+#endif
+    EXPECT_EQ(about.informative.find("libserialport (GNU LGPL version 3)") != std::string::npos,
+              serial_ports_by_library);
 }
 
 } // namespace
