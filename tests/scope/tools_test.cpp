@@ -7,6 +7,7 @@
 #include "export/export_dialog.h"
 #include "export/record_dialog.h"
 #include "scope/help.h"
+#include "scope/program.h"
 
 namespace kv408 {
 namespace {
