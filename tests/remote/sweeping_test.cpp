@@ -1,5 +1,6 @@
 // Commands that sweep, wait and fetch, on the whole program.
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstdint>
@@ -12,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include "config/settings_file.h"
+#include "link/commands.h"
 #include "remote/remote_program.h"
 
 namespace kv408 {
@@ -91,29 +93,28 @@ TEST_F(RemoteSweeping, WaitsForTheSweepOfAChangedSetUp) {
     EXPECT_EQ(sweep->channel[1]->time_per_point, 157.0);
 }
 
-// What the instrument has been asked for already was asked for without averaging.
+// What the instrument has been asked for already was asked for at the other speed.
 TEST_F(RemoteSweeping, DoesNotTakeWhatWasUnderWayForNew) {
-    ask_and_wait("*OPC?");
-    for (int phase = 0; phase < 4; ++phase) {
-        const bool average = phase % 2 == 0;
-        EXPECT_EQ(ask_and_wait(average ? "ACQ:TYPE AVER;*OPC?" : "ACQ:TYPE NORM;*OPC?"), "1");
-        std::size_t asked = 0;
-        std::size_t taken = 0;
-        for (const auto& frame : log.frames) {
-            asked += frame.command.code == 32 ? 1 : 0;
-        }
-        taken = asked - 1; // the last one is under way
-        ASSERT_GE(taken, 2U);
-        std::vector<int> last_three;
-        for (auto at = log.frames.rbegin(); at != log.frames.rend() && last_three.size() < 3;
-             ++at) {
-            if (at->command.code == 32) {
-                last_three.push_back(at->command.arguments[3]);
-            }
-        }
-        EXPECT_EQ(last_three[1], last_three[2]) << "both channels of the sweep were taken alike";
-        EXPECT_EQ(last_three[0], last_three[1]);
+    ask_and_wait("CHAN2:DISP OFF;*OPC?");
+    const auto asked_for = [this] {
+        return std::count_if(log.frames.begin(), log.frames.end(), [](const auto& frame) {
+            return frame.command.code == command::start_sweep;
+        });
+    };
+    for (int phase = 0; phase < 6; ++phase) {
+        ticks(phase);
+        const auto before = asked_for();
+        EXPECT_EQ(ask_and_wait(phase % 2 == 0 ? "ACQ:SPE ON;*OPC?" : "ACQ:SPE OFF;*OPC?"), "1");
+        EXPECT_GE(asked_for(), before + 2) << "one has come, and the next has been asked for";
     }
+}
+
+TEST_F(RemoteSweeping, WaitsForAChannelThatWasSwitchedOn) {
+    ask_and_wait("*OPC?");
+    ask_and_wait("CHAN2:DISP OFF;*OPC?");
+    EXPECT_FALSE(parts().sweeps.last_complete()->came[1]);
+    EXPECT_EQ(ask_and_wait("CHAN2:DISP ON;*OPC?"), "1");
+    EXPECT_TRUE(parts().sweeps.last_complete()->came[1]);
 }
 
 TEST_F(RemoteSweeping, TakesOneSweepAndStops) {

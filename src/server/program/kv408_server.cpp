@@ -52,7 +52,8 @@ std::filesystem::path program_folder(const char* name) {
 
 int main(int argc, char** argv) {
 #ifdef __GLIBC__
-    // Pictures and long replies go back to the system: it has them for a moment, and then never again.
+    // Pictures and long replies go back to the system: it has them for a moment, and then never
+    // again.
     constexpr int large = 64 * 1024;
     mallopt(M_MMAP_THRESHOLD, large);
     mallopt(M_TRIM_THRESHOLD, large);
