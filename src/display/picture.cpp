@@ -33,7 +33,7 @@ Picture::Picture(const PictureInputs& inputs)
       raster_(scale_.height()), due_(scale_.width()) {
     // CH1 comes to lie on top.
     for (const Channel channel : {ch2, ch1}) {
-        traces_.push_back({channel, {}, {}, DirtyColumns(scale_.width())});
+        traces_.push_back({channel, {}, {}, {}, DirtyColumns(scale_.width())});
     }
     drawn_.traces.resize(traces_.size());
     calcPersistColors();
@@ -46,8 +46,19 @@ Picture::ChannelTrace& Picture::trace_of(Channel channel) {
                          [channel](const ChannelTrace& trace) { return trace.channel == channel; });
 }
 
+void Picture::keep_drawn(ChannelTrace& trace) const {
+    if (!trace.drawn && (!inputs_.acquisition.pointmode || !may_draw())) {
+        trace.drawn = trace.trace;
+    }
+}
+
+const Trace& Picture::drawn_trace(const ChannelTrace& trace) {
+    return trace.drawn ? *trace.drawn : trace.trace;
+}
+
 void Picture::refresh(Channel channel, int index) {
     ChannelTrace& trace = trace_of(channel);
+    keep_drawn(trace);
     const Columns changed =
         trace.trace.map(inputs_.channels[channel], inputs_.samples[channel], index);
     if (!changed.empty()) {
@@ -85,6 +96,7 @@ void Picture::ClearTrace(Channel channel) {
 
 void Picture::movepersistance() {
     for (ChannelTrace& trace : traces_) {
+        keep_drawn(trace);
         trace.trace.shift();
     }
     history_changed_ = true;
@@ -106,6 +118,10 @@ void Picture::rescale(const PlotScale& scale) {
     for (ChannelTrace& trace : traces_) {
         trace.trace.rescale(scale);
         trace.changed = DirtyColumns(scale.width());
+        if (trace.drawn) {
+            trace.drawn->rescale(scale);
+            trace.changed.add({0, scale.width()}); // what has changed since was in other columns
+        }
     }
     draw_backdrop();
     due_ = DirtyColumns(scale.width());
@@ -173,7 +189,7 @@ Picture::Drawn Picture::drawn() const {
                  .overlays = drawn_.overlays};
     for (std::size_t index = 0; index < traces_.size(); ++index) {
         const TraceContent& trace = drawn_.traces[index];
-        result.traces.push_back({&traces_[index].trace, trace.look, trace.gap});
+        result.traces.push_back({&drawn_trace(traces_[index]), trace.look, trace.gap});
     }
     return result;
 }
@@ -210,6 +226,7 @@ void Picture::draw(unsigned flags) {
     history_changed_ = false;
     for (ChannelTrace& trace : traces_) {
         trace.changed.clear();
+        trace.drawn.reset();
     }
     const Columns due = due_.hull();
     if (listener_ && !due.empty()) {
@@ -328,7 +345,7 @@ void Picture::compose(Columns columns) {
     TraceViews views;
     for (std::size_t index = 0; index < traces_.size(); ++index) {
         const TraceContent& drawn = drawn_.traces[index];
-        views.push_back({&traces_[index].trace, drawn.look, pixels_of(drawn.gap)});
+        views.push_back({&drawn_trace(traces_[index]), drawn.look, pixels_of(drawn.gap)});
     }
     const Canvas canvas(display_, columns);
     changed_.add(inked_, columns);

@@ -72,8 +72,8 @@ public:
     /// settings, which is held within 0..9 generations.
     void calcPersistColors() override;
 
-    /// The composed picture. While nobody listens nothing is composed before it is asked for here,
-    /// and then with the points that the traces have by now.
+    /// The composed picture, as it was drawn last. While nobody listens nothing is composed before
+    /// it is asked for here.
     [[nodiscard]] const Surface& surface();
 
     /// Composes the picture from now on at `scale`. Traces and history stay what they are.
@@ -97,8 +97,7 @@ public:
         Overlays overlays;
     };
 
-    /// What was drawn last, with the points that the traces have now. It may be used until the next
-    /// change of the picture.
+    /// What was drawn last. It may be used until the next change of the picture.
     [[nodiscard]] Drawn drawn() const;
 
     /// Sets the one listener that is told after the picture has changed, with the columns of pixels
@@ -132,6 +131,9 @@ private:
     struct ChannelTrace {
         Channel channel = ch1;
         Trace trace;
+        /// What was drawn last, where `trace` may have gone on since: a change of the size composes
+        /// that. A point-by-point pass draws each point that it gets and needs none.
+        std::optional<Trace> drawn = {};
         PersistenceColours ramp = {};
         DirtyColumns changed;
     };
@@ -140,6 +142,8 @@ private:
 
     [[nodiscard]] bool may_draw() const;
     [[nodiscard]] ChannelTrace& trace_of(Channel channel);
+    void keep_drawn(ChannelTrace& trace) const;
+    [[nodiscard]] static const Trace& drawn_trace(const ChannelTrace& trace);
     [[nodiscard]] TraceLook look_of(const ChannelTrace& trace, unsigned flags) const;
     [[nodiscard]] Columns gap_of(const Trace& trace) const;
     [[nodiscard]] Columns pixels_of(Columns units) const;

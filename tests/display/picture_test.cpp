@@ -147,6 +147,34 @@ TEST_F(PictureTest, stays_as_it_is_before_start_up_and_during_a_set_up) {
     }
 }
 
+// While the set-up goes out nothing is drawn, and while only one channel has come: a window whose
+// size changes meanwhile, or a copy that is taken, shows what was drawn, not already what comes.
+TEST_F(PictureTest, shows_at_another_size_what_was_drawn_last) {
+    panel.persist.set_checked(true);
+    settings.persisttime = 9;
+    picture.calcPersistColors();
+    picture.draw(draw_flags::all);
+    for (const auto& [state, point] : {std::pair{"changes", 300}, {"scopech2f", 400}}) {
+        const int column = 2 * point + 1; // of pixels at twice the size
+        picture.set_scale(PlotScale());
+        picture.draw(draw_flags::all);
+        acquisition.scopestate = state;
+        set_row(ch1, point, 60);
+        picture.refresh(ch1, point);
+        picture.movepersistance();
+        picture.set_scale(PlotScale(2.0));
+        EXPECT_EQ(at(column, 201), yellow) << state;
+        EXPECT_EQ(at(column, 121), background) << state;
+        EXPECT_EQ(picture.at_natural_size().at(point, 100), yellow) << state;
+        EXPECT_EQ(picture.drawn().traces[1].trace->current().point(point).y, 100.0) << state;
+        acquisition.scopestate = "scope";
+        picture.draw(draw_flags::all);
+        EXPECT_EQ(at(column, 121), yellow) << state;
+        set_row(ch1, point, 100);
+        picture.refresh(ch1, point);
+    }
+}
+
 TEST_F(PictureTest, without_the_grid_box_has_the_border_alone) {
     panel.gridenable.set_checked(false);
     picture.makegrid();
