@@ -7,6 +7,9 @@
 namespace kv408 {
 namespace {
 
+// What the answers of one line may take of memory, bytes: three pictures without compression.
+constexpr std::size_t longest_reply = std::size_t{4} << 20;
+
 // Whether `line` is a request line or a "Host:" of the web's protocol: then a web page talks to us
 // through somebody's browser.
 bool is_of_the_web(std::string_view line) {
@@ -109,6 +112,11 @@ void Client::run_header(MessageUnit unit) {
         path_.assign(nodes.begin(), nodes.end() - 1);
     }
     add_answer(table_.run(*this, nodes, std::move(unit)));
+    if (reply_.size() > longest_reply) {
+        reply_ = std::string(); // with its memory
+        message_.reset();
+        note({ScpiError::query_deadlocked});
+    }
 }
 
 void Client::add_answer(const std::string& answer) {

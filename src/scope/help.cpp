@@ -15,6 +15,7 @@ constexpr const char* built_in = "Built in: Qt 6 (GNU LGPL version 3), "
 #ifndef _WIN32
                                  "libserialport (GNU LGPL version 3), "
 #endif
+                                 "Asio (Boost Software License 1.0), "
                                  "the C++ run-time library of GCC (GNU GPL version 3 with the GCC "
                                  "Runtime Library Exception)";
 

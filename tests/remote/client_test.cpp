@@ -34,6 +34,7 @@ protected:
             choice_setting(
                 "TRIGger:SLOPe", slopes, [this](const Call&, std::size_t which) { slope = which; },
                 [this](const Call&) { return slope; }),
+            query_command("LONG", [](const Call&) { return std::string(1 << 20, 'x'); }),
             {"FAIL",
              [](const Call&) {
                  throw Refused{ScpiError::hardware_error, "No \"ack\"\nhere"};
@@ -67,6 +68,21 @@ protected:
     bool grid = false;
     std::size_t slope = 0;
 };
+
+TEST_F(Clients, AnswersOfOneLineThatBecomeTooLongForMemoryAreDropped) {
+    constexpr std::size_t longest = std::size_t{4} << 20;
+    EXPECT_EQ(ask("LONG?;LONG?;LONG?").size(), 3 * (std::size_t{1} << 20) + 3);
+    std::string line = "LONG?";
+    for (int more = 0; more < 6; ++more) {
+        line += ";LONG?";
+    }
+    EXPECT_EQ(ask(line + ";:DISPlay:GRID 1"), "");
+    EXPECT_EQ(ask("SYST:ERR?"), "-430,\"Query DEADLOCKED\"\n");
+    EXPECT_EQ(ask("SYST:ERR?"), "0,\"No error\"\n") << "told once";
+    EXPECT_EQ(ask("*ESR?"), "4\n") << "a query error";
+    EXPECT_FALSE(grid) << "what is left of the line is not done";
+    EXPECT_LT(ask("LONG?").size(), longest) << "and the next line is answered";
+}
 
 TEST_F(Clients, SetAndAreAnsweredInOneLine) {
     EXPECT_EQ(ask("TIM:SCAL 20NS"), "");

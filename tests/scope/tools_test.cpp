@@ -123,8 +123,8 @@ TEST(Help, AboutTellsVersionLicencesAndPaths) {
     EXPECT_EQ(about.title, "About Kv408");
     EXPECT_EQ(about.text, "Kv408 1.6.0");
     for (const char* const told :
-         {"Licence: MIT", "Qt 6 (GNU LGPL version 3)", "Settings: /home/me/.config/kv408\n",
-          "Manual: /usr/share/doc/kv408/manual/index.html"}) {
+         {"Licence: MIT", "Qt 6 (GNU LGPL version 3)", "Asio (Boost Software License 1.0)",
+          "Settings: /home/me/.config/kv408\n", "Manual: /usr/share/doc/kv408/manual/index.html"}) {
         EXPECT_NE(about.informative.find(told), std::string::npos) << told;
     }
 #ifdef _WIN32
