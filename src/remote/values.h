@@ -18,9 +18,9 @@ enum class Quantity { number, volts, seconds, hertz };
 
 /// What a numeric setting may be.
 struct NumberRange {
-    double least;
-    double most;
-    double preset; ///< what `DEF` means
+    double least = 0.0;
+    double most = 0.0;
+    double preset = 0.0; ///< what `DEF` means
     Quantity quantity = Quantity::number;
 };
 

@@ -68,6 +68,8 @@ MainWindow::MainWindow(Scope& scope, const Dialogs& dialogs)
 }
 
 MainWindow::~MainWindow() {
+    // A drag under way is let go now, not when there is no driver any more to tell.
+    hide();
     scope_.picture().on_drawn({});
     scope_.help().on_topic({});
     scope_.settings_dialog().on_show({});
