@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
-#include <ctime>
 #include <functional>
 #include <utility>
 #include <vector>
@@ -14,6 +13,7 @@
 #include <QTimer>
 
 #include "host/system_clock.h"
+#include "processor_time.h"
 #include "simulator/simulation.h"
 #include "simulator/sweep.h"
 #include "support/fake_files.h"
@@ -31,19 +31,12 @@ using std::chrono::nanoseconds;
 using Microseconds = std::chrono::duration<double, std::micro>;
 
 constexpr nanoseconds tick_interval = 100ms;
-constexpr std::chrono::milliseconds settling = 2s;
-constexpr std::chrono::milliseconds measured = 10s;
+constexpr std::chrono::milliseconds settling_to_sweep = 2s;
+constexpr std::chrono::milliseconds sweeping_measured = 10s;
 constexpr std::size_t points_per_block = 650;
 constexpr std::size_t exchanges_per_pass = 1280; // 640 points of two channels
 constexpr Byte block_command = 32;
 constexpr Byte point_command = 26;
-
-/// Processor time of this program so far.
-nanoseconds processor_time() {
-    timespec time = {};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-    return std::chrono::seconds(time.tv_sec) + nanoseconds(time.tv_nsec);
-}
 
 /// The real clock with exact sleeps: what the system oversleeps is not the program's doing.
 class ExactClock : public SystemClock {
@@ -75,7 +68,7 @@ nanoseconds own_time(std::size_t samples) {
 }
 
 double per_second(std::size_t count) {
-    return static_cast<double>(count) / std::chrono::duration<double>(measured).count();
+    return static_cast<double>(count) / std::chrono::duration<double>(sweeping_measured).count();
 }
 
 /// What a stretch of sweeping left behind.
@@ -132,7 +125,7 @@ void choose_time_base(Scope& scope, const char* text) {
 }
 
 /// The program whose sweeps are measured, and what it runs on.
-struct Subject {
+struct SweepingProgram {
     Scope& scope;
     simulator::WireLog& log;
     std::function<void(std::chrono::milliseconds)> run_for; ///< lets it tick
@@ -140,12 +133,12 @@ struct Subject {
 };
 
 /// Lets `subject` sweep at `time_base`; `code` is the command that then asks for samples.
-Sweeping sweep(Subject& subject, const char* time_base, Byte code) {
+Sweeping sweep(SweepingProgram& subject, const char* time_base, Byte code) {
     choose_time_base(subject.scope, time_base);
-    subject.run_for(settling);
+    subject.run_for(settling_to_sweep);
     subject.log = {};
     const nanoseconds before = subject.work();
-    subject.run_for(measured);
+    subject.run_for(sweeping_measured);
     Sweeping sweeping{{}, subject.work() - before};
     std::copy_if(subject.log.frames.begin(), subject.log.frames.end(),
                  std::back_inserter(sweeping.frames),
@@ -153,7 +146,7 @@ Sweeping sweep(Subject& subject, const char* time_base, Byte code) {
     return sweeping;
 }
 
-void measure(const char* title, Subject subject) {
+void measure(const char* title, SweepingProgram subject) {
     std::printf("%s\n", title);
     print_blocks(sweep(subject, "20ns/div", block_command));
     print_passes(sweep(subject, "500ns/div", point_command));

@@ -7,7 +7,6 @@
 #include <array>
 #include <chrono>
 #include <cstdio>
-#include <ctime>
 #include <fstream>
 #include <memory>
 #include <string>
@@ -19,6 +18,7 @@
 #include "export/recorder.h"
 #include "export/recording_files.h"
 #include "host/system_files.h"
+#include "processor_time.h"
 #include "scope/parts.h"
 #include "scope/tools.h"
 #include "simulator/simulation.h"
@@ -57,13 +57,6 @@ constexpr std::array<Tools, 6> cases = {{
     {.name = "all of them", .references = true, .statistics = true, .log = true, .recording = true},
 }};
 
-/// Processor time of the whole process, the writing threads included.
-Microseconds processor_time() {
-    timespec time = {};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-    return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
-}
-
 /// Memory that the process has in use, kilobytes.
 long resident() {
     std::ifstream status("/proc/self/status");
@@ -78,9 +71,9 @@ long resident() {
 }
 
 /// The program in its window on the simulated instrument, with the tools on or off.
-class Subject {
+class ProgramWithTools {
 public:
-    Subject() {
+    ProgramWithTools() {
         // No tick but those by hand.
         program_.window().findChild<QTimer*>(QStringLiteral("Timer1"))->setInterval(1h);
         program_.window().resize(1280, 800);
@@ -157,7 +150,7 @@ private:
     std::uint64_t recorded_ = 0;
 };
 
-Microseconds a_sweep(Subject& subject, const Tools& tools) {
+Microseconds a_sweep(ProgramWithTools& subject, const Tools& tools) {
     constexpr int sweeps_until_shown = 10; // opening a window is no part of a sweep
     subject.use(tools);
     subject.run(sweeps_until_shown);
@@ -179,7 +172,7 @@ int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
     ui::apply_look(ui::Look::dark);
-    Subject subject;
+    ProgramWithTools subject;
     std::array<std::vector<Microseconds>, cases.size()> times;
     for (int turn = 0; turn < turns; ++turn) {
         for (std::size_t one = 0; one < cases.size(); ++one) {

@@ -29,8 +29,8 @@ using namespace kv408;
 using namespace std::chrono_literals;
 
 constexpr std::chrono::nanoseconds between_moves = std::chrono::nanoseconds(1s) / 60;
-constexpr std::chrono::milliseconds settling = 3s;
-constexpr std::chrono::milliseconds measured = 10s;
+constexpr std::chrono::milliseconds settling_to_drag = 3s;
+constexpr std::chrono::milliseconds dragging_measured = 10s;
 
 /// Counts the paintings of the plot that show a new picture; markers that have moved are painted by
 /// themselves, beside the picture.
@@ -99,7 +99,7 @@ Taken watch(PaintCounter& paintings, QWidget* wheel) {
         send_mouse(*wheel, QEvent::MouseButtonPress, QPointF(0, 5));
         mouse.start();
     }
-    run_for(measured);
+    run_for(dragging_measured);
     const double seconds = static_cast<double>(time.nsecsElapsed()) * 1e-9;
     taken.pictures_per_second = paintings.count / seconds;
     taken.core_share = (processor_seconds() - processor_before) / seconds;
@@ -112,7 +112,7 @@ Taken watch(PaintCounter& paintings, QWidget* wheel) {
 
 void print(std::string_view name, const Taken& taken) {
     std::printf("%-10s %5.1f moves a second, %5.1f pictures per second, %5.1f %% of a core\n",
-                name.data(), taken.moves / std::chrono::duration<double>(measured).count(),
+                name.data(), taken.moves / std::chrono::duration<double>(dragging_measured).count(),
                 taken.pictures_per_second, 100.0 * taken.core_share);
 }
 
@@ -130,7 +130,7 @@ int main(int argc, char** argv) {
     program.window().resize(sized ? QString::fromLatin1(argv[1]).toInt() : 1280,
                             sized ? QString::fromLatin1(argv[2]).toInt() : 800);
     program.window().show();
-    run_for(settling);
+    run_for(settling_to_drag);
     FrontPanel& panel = program.scope().panel();
     program.scope().act([&] {
         panel.mnusettings.click();
@@ -142,7 +142,7 @@ int main(int argc, char** argv) {
     });
     PaintCounter paintings;
     program.window().plot().installEventFilter(&paintings);
-    run_for(settling);
+    run_for(settling_to_drag);
     auto* const wheel = program.window().findChild<QWidget*>(QStringLiteral("Slider1"));
     print("sweeping", watch(paintings, nullptr));
     for (const std::string_view key : {"CH1", "TRIG", "HPOS"}) {

@@ -5,7 +5,7 @@
 
 #include "export/number_text.h"
 #include "export/time_per_div.h"
-#include "export/units.h"
+#include "state/units.h"
 
 namespace kv408 {
 namespace {

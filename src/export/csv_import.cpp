@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "export/time_per_div.h"
-#include "export/units.h"
 #include "state/rounding.h"
+#include "state/units.h"
 
 namespace kv408 {
 namespace {
@@ -14,7 +14,7 @@ namespace {
 constexpr std::string_view comment_mark = "#";
 constexpr std::string_view program_mark = "Kv408 ";
 
-std::string_view without_blanks(std::string_view text) {
+std::string_view without_white_space(std::string_view text) {
     const auto first = text.find_first_not_of(" \t\r");
     return first == std::string_view::npos
                ? std::string_view()
@@ -25,7 +25,7 @@ std::vector<std::string_view> split(std::string_view text, char separator) {
     std::vector<std::string_view> parts;
     for (std::size_t begin = 0; begin <= text.size();) {
         const auto end = std::min(text.find(separator, begin), text.size());
-        parts.push_back(without_blanks(text.substr(begin, end - begin)));
+        parts.push_back(without_white_space(text.substr(begin, end - begin)));
         begin = end + 1;
     }
     return parts;
@@ -57,7 +57,7 @@ private:
 
     bool take(std::string_view line) {
         if (line.starts_with(comment_mark)) {
-            return take_comment(without_blanks(line.substr(comment_mark.size())));
+            return take_comment(without_white_space(line.substr(comment_mark.size())));
         }
         return columns_.empty() ? take_headings(line) : take_point(line);
     }
@@ -70,8 +70,8 @@ private:
             }
             return true;
         }
-        const std::string_view name = without_blanks(comment.substr(0, colon));
-        const std::string value(without_blanks(comment.substr(colon + 1)));
+        const std::string_view name = without_white_space(comment.substr(0, colon));
+        const std::string value(without_white_space(comment.substr(colon + 1)));
         if (name == "serial") {
             sweep_.serial = value;
         } else if (name == "date") {

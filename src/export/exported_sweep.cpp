@@ -4,8 +4,8 @@
 
 #include "export/date_text.h"
 #include "export/number_text.h"
-#include "export/units.h"
 #include "state/plot_geometry.h"
+#include "state/units.h"
 
 namespace kv408 {
 namespace {

@@ -10,13 +10,13 @@
 namespace kv408 {
 namespace {
 
-constexpr std::array<std::string_view, 2> names = {"CH1", "CH2"};
+constexpr std::array<std::string_view, 2> channel_names = {"CH1", "CH2"};
 
 } // namespace
 
 std::string recording_headings() {
     std::string text = "Sweep,Date";
-    for (const std::string_view name : names) {
+    for (const std::string_view name : channel_names) {
         text.append(",Time ").append(name).append(" (s),").append(name).append(" (V)");
     }
     return text + '\n';
@@ -62,12 +62,13 @@ std::string RecordingText::lines(const ExportedSweep& sweep) {
         text = comments;
         comments_ = std::move(comments);
     }
-    std::array<const ExportedChannel*, names.size()> channels = {};
+    std::array<const ExportedChannel*, channel_names.size()> channels = {};
     std::size_t points = 0;
     for (const ExportedChannel& channel : sweep.channels) {
-        const auto* const place = std::find(names.begin(), names.end(), channel.name);
-        if (place != names.end()) {
-            channels.at(static_cast<std::size_t>(place - names.begin())) = &channel;
+        const auto* const place =
+            std::find(channel_names.begin(), channel_names.end(), channel.name);
+        if (place != channel_names.end()) {
+            channels.at(static_cast<std::size_t>(place - channel_names.begin())) = &channel;
         }
         points = std::max(points, channel.mv.size());
     }

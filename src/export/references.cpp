@@ -6,8 +6,8 @@
 #include "export/csv_import.h"
 #include "export/number_text.h"
 #include "export/time_per_div.h"
-#include "export/units.h"
 #include "state/channel.h"
+#include "state/units.h"
 
 namespace kv408 {
 

@@ -5,8 +5,8 @@
 #include "export/little_endian.h"
 #include "export/number_text.h"
 #include "export/stored_zip.h"
-#include "export/units.h"
 #include "state/rounding.h"
+#include "state/units.h"
 
 namespace kv408 {
 namespace {

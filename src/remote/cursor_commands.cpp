@@ -5,10 +5,10 @@
 #include "remote/panel_settings.h"
 #include "remote/replies.h"
 #include "remote/tree.h"
-#include "remote/units.h"
 #include "scope/parts.h"
 #include "state/plot_geometry.h"
 #include "state/samples.h"
+#include "state/units.h"
 
 namespace kv408 {
 namespace {

@@ -5,10 +5,10 @@
 #include "panel/time_base.h"
 #include "remote/panel_settings.h"
 #include "remote/tree.h"
-#include "remote/units.h"
 #include "scope/parts.h"
 #include "state/plot_geometry.h"
 #include "state/rounding.h"
+#include "state/units.h"
 
 namespace kv408 {
 namespace {

@@ -7,9 +7,9 @@
 #include "remote/replies.h"
 #include "remote/setting_commands.h"
 #include "remote/tree.h"
-#include "remote/units.h"
 #include "scope/parts.h"
 #include "state/samples.h"
+#include "state/units.h"
 
 namespace kv408 {
 namespace {

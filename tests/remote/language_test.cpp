@@ -169,30 +169,30 @@ Value value_of(const std::string& text, Read read_value) {
     }
 }
 
-Value seconds(const std::string& text) {
+Value in_seconds(const std::string& text) {
     return value_of(text, [](const Parameter& value) {
         return number_of(value, {25e-12, 100e-6, 20e-9, Quantity::seconds});
     });
 }
 
 TEST(Numbers, TakeUnitsAndPrefixesToTheLastBit) {
-    EXPECT_EQ(seconds("20NS"), Value(20e-9));
-    EXPECT_EQ(seconds("20 ns"), Value(20e-9));
-    EXPECT_EQ(seconds("0.02e0 uS"), Value(20e-9));
-    EXPECT_EQ(seconds("0.00002MS"), Value(20e-9));
-    EXPECT_EQ(seconds("2E-8"), Value(2e-8));
-    EXPECT_EQ(seconds("25PS"), Value(25e-12));
-    EXPECT_EQ(seconds("2e-8s"), Value(2e-8));
-    EXPECT_EQ(seconds("20NV"), Value(ScpiError::invalid_suffix));
-    EXPECT_EQ(seconds("20N"), Value(ScpiError::invalid_suffix));
-    EXPECT_EQ(seconds("20XS"), Value(ScpiError::invalid_suffix));
-    EXPECT_EQ(seconds("24PS"), Value(ScpiError::data_out_of_range));
-    EXPECT_EQ(seconds("1E9999"), Value(ScpiError::data_out_of_range));
-    EXPECT_EQ(seconds("MIN"), Value(25e-12));
-    EXPECT_EQ(seconds("maximum"), Value(100e-6));
-    EXPECT_EQ(seconds("DEF"), Value(20e-9));
-    EXPECT_EQ(seconds("MED"), Value(ScpiError::data_type_error));
-    EXPECT_EQ(seconds("'20NS'"), Value(ScpiError::data_type_error));
+    EXPECT_EQ(in_seconds("20NS"), Value(20e-9));
+    EXPECT_EQ(in_seconds("20 ns"), Value(20e-9));
+    EXPECT_EQ(in_seconds("0.02e0 uS"), Value(20e-9));
+    EXPECT_EQ(in_seconds("0.00002MS"), Value(20e-9));
+    EXPECT_EQ(in_seconds("2E-8"), Value(2e-8));
+    EXPECT_EQ(in_seconds("25PS"), Value(25e-12));
+    EXPECT_EQ(in_seconds("2e-8s"), Value(2e-8));
+    EXPECT_EQ(in_seconds("20NV"), Value(ScpiError::invalid_suffix));
+    EXPECT_EQ(in_seconds("20N"), Value(ScpiError::invalid_suffix));
+    EXPECT_EQ(in_seconds("20XS"), Value(ScpiError::invalid_suffix));
+    EXPECT_EQ(in_seconds("24PS"), Value(ScpiError::data_out_of_range));
+    EXPECT_EQ(in_seconds("1E9999"), Value(ScpiError::data_out_of_range));
+    EXPECT_EQ(in_seconds("MIN"), Value(25e-12));
+    EXPECT_EQ(in_seconds("maximum"), Value(100e-6));
+    EXPECT_EQ(in_seconds("DEF"), Value(20e-9));
+    EXPECT_EQ(in_seconds("MED"), Value(ScpiError::data_type_error));
+    EXPECT_EQ(in_seconds("'20NS'"), Value(ScpiError::data_type_error));
 }
 
 TEST(Numbers, CountMilliAndMega) {

@@ -1,14 +1,12 @@
 // kv408-doctor as a process, at the port of an instrument.
 
 #include <array>
-#include <cstdio>
 #include <filesystem>
 #include <iostream>
 #include <optional>
 #include <string>
 
 #include <gmock/gmock.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include "host/system_clock.h"
@@ -16,6 +14,7 @@
 #include "support/places.h"
 #include "support/ports/instrument_on_port.h"
 #include "support/ports/usb_ports.h"
+#include "support/shell.h"
 
 namespace kv408 {
 namespace {
@@ -24,25 +23,6 @@ using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-/// What a process wrote to its output, and its exit code, -1 when it had none.
-struct Outcome {
-    std::string output;
-    int code = -1;
-};
-
-/// Runs the shell's command `command` to its end.
-Outcome run(const std::string& command) {
-    Outcome outcome;
-    FILE* const pipe = popen(command.c_str(), "r");
-    std::array<char, 256> bytes = {};
-    while (const std::size_t count = fread(bytes.data(), 1, bytes.size(), pipe)) {
-        outcome.output.append(bytes.data(), count);
-    }
-    const int status = pclose(pipe);
-    outcome.code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return outcome;
-}
-
 std::string doctor() {
     return place::programs + std::string("/kv408-doctor");
 }
@@ -50,8 +30,9 @@ std::string doctor() {
 /// Runs the doctor with `arguments` in the world of ports that umockdev plays for this process.
 Outcome run_doctor(const std::string& arguments = {}) {
     // The replacements come before the sanitizer's, which minds; their own leaks are not ours.
-    return run(std::string("ASAN_OPTIONS=verify_asan_link_order=0:detect_leaks=0 LD_PRELOAD=") +
-               place::umockdev_preload + " exec " + doctor() + " " + arguments);
+    return run_in_shell(
+        std::string("ASAN_OPTIONS=verify_asan_link_order=0:detect_leaks=0 LD_PRELOAD=") +
+        place::umockdev_preload + " exec " + doctor() + " " + arguments);
 }
 
 class DoctorProcess : public testing::Test {
@@ -125,7 +106,7 @@ TEST_F(DoctorProcess, APortInUseIsLeftAloneAndItsUserNamed) {
 TEST_F(DoctorProcess, TheBridgeLibraryIsUsedWhereItIs) {
     const std::filesystem::path library = place::simulated_library;
     const Outcome outcome =
-        run("LD_LIBRARY_PATH=" + library.parent_path().string() + " exec " + doctor());
+        run_in_shell("LD_LIBRARY_PATH=" + library.parent_path().string() + " exec " + doctor());
     EXPECT_THAT(outcome.output, StartsWith("The bridge library libSiUSBXp.so is used. Devices that "
                                            "it lists: 1.\n"));
     EXPECT_THAT(outcome.output, EndsWith("\n\nThe instrument lm4rxa-SIM00001 answers.\n"));

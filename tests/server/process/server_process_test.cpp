@@ -1,6 +1,5 @@
 // kv408-server as a process, with the clients that people have.
 
-#include <array>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -17,6 +16,7 @@
 #include <unistd.h>
 
 #include "support/places.h"
+#include "support/shell.h"
 #include "support/socket_line.h"
 #include "support/temporary_folder.h"
 
@@ -26,22 +26,9 @@ namespace {
 using testing::HasSubstr;
 using testing::MatchesRegex;
 
-struct Outcome {
-    std::string output;
-    int code = -1;
-};
-
-/// Runs the shell's command `command` to its end.
+/// Runs `command` to its end; what it says of errors is in its output.
 Outcome run(const std::string& command) {
-    Outcome outcome;
-    FILE* const pipe = popen((command + " 2>&1").c_str(), "r");
-    std::array<char, 4096> bytes = {};
-    while (const std::size_t count = fread(bytes.data(), 1, bytes.size(), pipe)) {
-        outcome.output.append(bytes.data(), count);
-    }
-    const int status = pclose(pipe);
-    outcome.code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return outcome;
+    return run_in_shell(command + " 2>&1");
 }
 
 std::string program() {
