@@ -1,7 +1,5 @@
 #include "ui/cursor_numbers.h"
 
-#include <algorithm>
-
 #include "display/box_geometry.h"
 #include "ui/colours.h"
 #include "ui/widget_maker.h"
@@ -11,14 +9,25 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr int letters = 11; ///< height of a number's letters, pixels of the picture
-
-/// Upper left corner of number `index` in the plot box.
-box::Corner corner_of(const CursorState& cursors, std::size_t index) {
+/// Where number `index` stands on `plot`, `growth` times as large as at natural size: beside the
+/// marker of the trigger level, or above the line.
+QRectF place_of_number(const PlotWidget& plot, const CursorState& cursors, std::size_t index,
+                       double growth) {
     const int number = static_cast<int>(index);
-    return cursor_mode::is_voltage(cursors.cursormode)
-               ? box::row_number(cursors.vpos.at(index), number)
-               : box::column_number(cursors.hpos.at(index), number);
+    QRectF place({}, QSizeF(box::number_width, box::number_height) * growth);
+    if (cursor_mode::is_voltage(cursors.cursormode)) {
+        const box::Corner corner = box::row_number(cursors.vpos.at(index), number);
+        const box::Corner marker = box::right_marker(cursors.vpos.at(index));
+        const QPointF beside = plot.place_of(marker.left, corner.top + box::number_height / 2.0);
+        place.moveTopLeft(
+            {beside.x() + (corner.left - marker.left) * growth, beside.y() - place.height() / 2});
+        return place;
+    }
+    const box::Corner corner = box::column_number(cursors.hpos.at(index), number);
+    const QPointF below = plot.place_of(corner.left + (number == 0 ? box::number_width : 0),
+                                        corner.top + box::number_height);
+    place.moveBottomLeft({below.x() - (number == 0 ? place.width() : 0), below.y()});
+    return place;
 }
 
 } // namespace
@@ -50,15 +59,9 @@ void CursorNumbers::fit() {
     for (std::size_t index = 0; index < numbers_.size(); ++index) {
         QLabel& label = *numbers_.at(index);
         if (shown) {
-            const box::Corner corner = corner_of(cursors_, index);
-            const QPointF from = plot_.place_of(corner.left, corner.top);
-            const QPointF to =
-                plot_.place_of(corner.left + box::number_width, corner.top + box::number_height);
-            label.setGeometry(QRectF(from, to).toAlignedRect());
-            QFont scaled = plot_.font();
-            scaled.setBold(true);
-            scaled.setPixelSize(std::max(1, static_cast<int>(plot_.place_of(0, letters).y())));
-            label.setFont(scaled);
+            const double growth = plot_.margin_growth();
+            label.setGeometry(place_of_number(plot_, cursors_, index, growth).toAlignedRect());
+            label.setFont(plot_.margin_font());
         }
         label.setVisible(shown);
     }

@@ -31,23 +31,28 @@ void Marker::mark(int unit) {
 }
 
 void Marker::fit() {
-    constexpr double step_back = box::marker_width + 1.0;
-    const double shift = direction_ == Direction::down ? box::marker_width / 2.0 - 0.5
-                         : stepped_back_               ? step_back
-                                                       : 0.0;
-    const QPointF from = plot_.place_of(corner_.left - shift, corner_.top);
-    const QPointF to =
-        plot_.place_of(corner_.left - shift + box::marker_width, corner_.top + marker_height);
-    QRect place = QRectF(from, to).toAlignedRect();
+    growth_ = plot_.margin_growth();
+    const QSizeF size = QSizeF(box::marker_width, marker_height) * growth_;
+    // The middle of its row or column, and the end that it points with.
+    const double middle_row = plot_.place_of(0, corner_.top + marker_height / 2.0).y();
+    QRectF place({}, size);
+    if (direction_ == Direction::down) {
+        const QPointF end = plot_.place_of(corner_.left + 0.5, corner_.top + marker_height);
+        place.moveBottomLeft({end.x() - size.width() / 2, end.y()});
+    } else if (direction_ == Direction::right) {
+        const double step = stepped_back_ ? size.width() + growth_ : 0.0;
+        const double end = plot_.place_of(corner_.left + box::marker_width, 0).x();
+        place.moveTopLeft({end - size.width() - step, middle_row - size.height() / 2});
+    } else {
+        place.moveTopLeft({plot_.place_of(corner_.left, 0).x(), middle_row - size.height() / 2});
+    }
+    QRect whole = place.toAlignedRect();
     if (direction_ == Direction::down) {
         // The tip ends above the plot.
-        place.setBottom(static_cast<int>(std::floor(to.y())) - 1);
+        whole.setBottom(static_cast<int>(std::floor(place.bottom())) - 1);
     }
-    setGeometry(place);
-    QFont scaled = plot_.font();
-    scaled.setBold(true);
-    scaled.setPixelSize(std::max(1, static_cast<int>(plot_.place_of(0, 11).y())));
-    setFont(scaled);
+    setGeometry(whole);
+    setFont(plot_.margin_font());
 }
 
 void Marker::come_to_front(int times) {
@@ -67,8 +72,10 @@ void Marker::make_room() {
     if (outer_) {
         outer_->make_room();
     }
-    const bool covered = inner_ && !inner_->isHidden() && !isHidden() &&
-                         std::abs(corner_.top - inner_->corner_.top) < marker_height;
+    const bool covered =
+        inner_ && !inner_->isHidden() && !isHidden() &&
+        std::abs(plot_.place_of(0, corner_.top).y() - plot_.place_of(0, inner_->corner_.top).y()) <
+            marker_height * growth_ - 1e-6;
     if (covered != stepped_back_) {
         stepped_back_ = covered;
         fit();
@@ -77,7 +84,7 @@ void Marker::make_room() {
 
 QPolygonF Marker::outline() const {
     const QRectF box = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
-    const double sharp = plot_.place_of(tip, 0).x();
+    const double sharp = tip * growth_;
     switch (direction_) {
     case Direction::right:
         return {{box.topLeft(),
@@ -107,7 +114,7 @@ void Marker::paintEvent(QPaintEvent* /*event*/) {
     painter.setPen(palette().color(QPalette::WindowText));
     painter.setBrush(palette().color(QPalette::Window));
     painter.drawPolygon(outline());
-    const double sharp = plot_.place_of(tip - 2, 0).x();
+    const double sharp = (tip - 2) * growth_;
     QRectF inner(rect());
     inner.adjust(direction_ == Direction::left ? sharp : 0.0, 0.0,
                  direction_ == Direction::right ? -sharp : 0.0,

@@ -49,6 +49,7 @@ private:
     QPointer<Marker> inner_; ///< the marker that this one steps back for, if any
     QPointer<Marker> outer_; ///< the marker that steps back for this one, if any
     bool stepped_back_ = false;
+    double growth_ = 1.0; ///< of its natural size
 };
 
 /// Shows text, colours and place of `control` on `marker`.

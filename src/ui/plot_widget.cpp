@@ -5,6 +5,7 @@
 #include <cmath>
 #include <utility>
 
+#include <QFontInfo>
 #include <QPaintEvent>
 #include <QPainter>
 
@@ -17,6 +18,7 @@ namespace kv408::ui {
 namespace {
 
 constexpr std::chrono::milliseconds between_paintings{12};
+constexpr int margin_letters = 11; ///< height of the letters in the margin at natural size
 
 /// The first pixel of the plot area in the plot box.
 QPoint area_corner(const PlotScale& scale) {
@@ -68,8 +70,25 @@ QPointF PlotWidget::place_of(double x, double y) const {
     return (area_corner(scale_) + from_area) / devicePixelRatioF();
 }
 
+double PlotWidget::margin_growth() const {
+    constexpr double steps = 4.0;
+    const double unit = scale_.factor() / devicePixelRatioF();
+    const double most = 2.0 * QFontInfo(font()).pixelSize() / margin_letters;
+    return unit < 1.0 ? unit : std::max(1.0, std::floor(std::min(unit, most) * steps) / steps);
+}
+
+QFont PlotWidget::margin_font() const {
+    QFont scaled = font();
+    scaled.setBold(true);
+    scaled.setPixelSize(std::max(1, static_cast<int>(margin_letters * margin_growth())));
+    return scaled;
+}
+
 QPointF PlotWidget::box_place_at(QPointF on_screen) const {
-    const QPointF place = mapFromGlobal(on_screen) * devicePixelRatioF();
+    // Painted from the window's pixel on that is nearest to the widget's corner.
+    const qreal ratio = devicePixelRatioF();
+    const QPoint origin = (QPointF(mapTo(window(), QPoint())) * ratio).toPoint();
+    const QPointF place = window()->mapFromGlobal(on_screen) * ratio - origin;
     const auto unit = [&](double at, int corner) {
         // The mouse tells whole pixels, divided by the ratio. Of two units equally near to the
         // pixel's middle the one that is drawn there counts.

@@ -42,6 +42,14 @@ public:
     /// The place of (`x`, `y`) of the plot box, in units of the widget.
     [[nodiscard]] QPointF place_of(double x, double y) const;
 
+    /// How much larger markers and numbers in the margin are than at natural size: with the plot by
+    /// quarters, as long as their letters are no higher than twice the desktop's. Where the plot is
+    /// smaller than its natural size is in units of the window, as on a dense screen, so are they.
+    [[nodiscard]] double margin_growth() const;
+
+    /// What markers and numbers in the margin are written with.
+    [[nodiscard]] QFont margin_font() const;
+
     /// The place in the plot box, in units of the plot and fractions of them, of the middle of the
     /// pixel of the screen in which `on_screen` lies.
     [[nodiscard]] QPointF box_place_at(QPointF on_screen) const;

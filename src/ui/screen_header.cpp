@@ -82,8 +82,9 @@ int ScreenHeader::lines_within(int width, double growth) const {
     return lines_of(width, growth / present).back() + 1;
 }
 
-void ScreenHeader::set_margin(int margin) {
-    margin_ = margin;
+void ScreenHeader::set_margins(int left, int right) {
+    left_margin_ = left;
+    right_margin_ = right;
     lay_out();
 }
 
@@ -100,18 +101,18 @@ void ScreenHeader::resizeEvent(QResizeEvent* event) {
 }
 
 void ScreenHeader::lay_out() {
-    const std::vector<int> lines = lines_of(width() - 2 * margin_, 1.0);
+    const std::vector<int> lines = lines_of(width() - left_margin_ - right_margin_, 1.0);
     const int high = height() / (lines.back() + 1);
-    int left = margin_;
+    int left = left_margin_;
     for (std::size_t index = 0; index < timing_.size(); ++index) {
         if (index > 0 && lines[index] != lines[index - 1]) {
-            left = margin_;
+            left = left_margin_;
         }
         QLabel& label = *timing_[index].label;
         label.setGeometry(left, lines[index] * high, label.sizeHint().width(), high);
         left += label.width() + spacing;
     }
-    int right = width() - margin_;
+    int right = width() - right_margin_;
     for (std::size_t behind = state_.size(); behind > 0; --behind) {
         const Entry& entry = state_[behind - 1];
         const int wide = entry.label->sizeHint().width();

@@ -20,8 +20,8 @@ public:
     /// `growth` times as large as those around it.
     [[nodiscard]] int lines_within(int width, double growth) const;
 
-    /// Keeps `margin` free on either side.
-    void set_margin(int margin);
+    /// Keeps `left` and `right` units of the window free beside the read-outs.
+    void set_margins(int left, int right);
 
 protected:
     bool event(QEvent* event) override;
@@ -42,7 +42,8 @@ private:
 
     std::vector<Entry> timing_; ///< on the left
     std::vector<Entry> state_;  ///< on the right, always together
-    int margin_ = 0;
+    int left_margin_ = 0;
+    int right_margin_ = 0;
 };
 
 } // namespace kv408::ui

@@ -27,6 +27,15 @@ using namespace Qt::StringLiterals;
 
 constexpr int padding = 4;
 constexpr int footer_spacing = 12;
+constexpr double growth_step = 0.25; ///< of the texts
+constexpr double most_growth = 2.0;  ///< of the texts
+constexpr int most_lines = 6;        ///< of read-outs: four above the plot, two below it
+
+/// A scale at which the plot is `pixels` wide.
+PlotScale scale_of_width(int pixels) {
+    return PlotScale(static_cast<double>(pixels) / plot::width);
+}
+
 /// A caption in the colours of `read_out`.
 QLabel* make_heading(QWidget* parent, const QString& text, QWidget& read_out) {
     auto* const caption = new QLabel(text, parent);
@@ -137,6 +146,10 @@ QWidget* ScreenPanel::make_cursor_read_outs(FrontPanel& panel) {
     return column;
 }
 
+QSize ScreenPanel::size_of_rows(int lines, const RowHeights& heights) {
+    return {2 * padding, lines * heights.line + results_rows * heights.result + 2 * padding};
+}
+
 ScreenPanel::RowHeights ScreenPanel::usual_heights(double growth) const {
     const int letters = static_cast<int>(std::ceil(fontMetrics().height() * growth));
     return {.line = std::max(24, letters + 7), .result = std::max(20, letters + 3)};
@@ -148,8 +161,8 @@ ScreenPanel::RowHeights ScreenPanel::least_heights() const {
 }
 
 double ScreenPanel::growth_at(const PlotScale& scale, qreal ratio) {
-    constexpr double steps = 4.0;
-    return std::clamp(std::floor(scale.factor() / ratio * steps) / steps, 1.0, 2.0);
+    const double unit = scale.factor() / ratio;
+    return std::clamp(std::floor(unit / growth_step) * growth_step, 1.0, most_growth);
 }
 
 int ScreenPanel::footer_lines(int columns, double growth) const {
@@ -186,18 +199,20 @@ void ScreenPanel::grow_texts(double growth) {
     }
 }
 
+int ScreenPanel::lines_around(const PlotScale& scale, qreal ratio) const {
+    const double growth = growth_at(scale, ratio);
+    const int columns = PlotWidget::size_at(scale, ratio).width() * plot::width / box::width;
+    return header_->lines_within(columns, growth) + footer_lines(columns, growth);
+}
+
 QSize ScreenPanel::size_around(const PlotScale& scale, qreal ratio,
                                const RowHeights& heights) const {
-    const QSize plot = PlotWidget::size_at(scale, ratio);
-    const double growth = growth_at(scale, ratio);
-    const int columns = plot.width() * plot::width / box::width;
-    const int lines = header_->lines_within(columns, growth) + footer_lines(columns, growth);
-    return {plot.width() + 2 * padding,
-            plot.height() + lines * heights.line + results_rows * heights.result + 2 * padding};
+    return PlotWidget::size_at(scale, ratio) + size_of_rows(lines_around(scale, ratio), heights);
 }
 
 QSize ScreenPanel::sizeHint() const {
-    return size_around(PlotScale(), 1.0, usual_heights(1.0)) + QSize(0, padding);
+    const qreal ratio = std::max(1.0, devicePixelRatioF());
+    return size_around(PlotScale(ratio), ratio, usual_heights(1.0)) + QSize(0, padding);
 }
 
 QSize ScreenPanel::minimumSizeHint() const {
@@ -213,15 +228,44 @@ bool ScreenPanel::fits(const PlotScale& scale) const {
 }
 
 PlotScale ScreenPanel::largest_scale() const {
-    // By the plot's width in pixels, so that a window of natural size shows exactly that.
-    const auto at = [](int pixels) { return PlotScale(static_cast<double>(pixels) / plot::width); };
-    int fitting = plot::width;
-    int beyond = PlotScale(PlotScale::largest).width() + 1;
-    while (beyond - fitting > 1) {
-        const int middle = (fitting + beyond) / 2;
-        (fits(at(middle)) ? fitting : beyond) = middle;
+    // A larger plot may need less height, as its texts stand in fewer lines. With texts of one size
+    // in a given number of lines it always needs more.
+    for (double growth = most_growth; growth >= 1.0; growth -= growth_step) {
+        for (int lines = 2; lines <= most_lines; ++lines) {
+            const PlotScale scale = largest_with(growth, lines);
+            if (growth_at(scale, ratio_) == growth && lines_around(scale, ratio_) <= lines &&
+                fits(scale)) {
+                return scale;
+            }
+        }
     }
-    return at(fitting);
+    return PlotScale();
+}
+
+PlotScale ScreenPanel::largest_with(double growth, int lines) const {
+    const QSize room = size() - size_of_rows(lines, usual_heights(growth));
+    const auto fitting = [&](const PlotScale& scale) {
+        const QSize needed = PlotWidget::size_at(scale, ratio_);
+        return growth_at(scale, ratio_) <= growth && needed.width() <= room.width() &&
+               needed.height() <= room.height();
+    };
+    int widest = plot::width;
+    int beyond = PlotScale(PlotScale::largest).width() + 1;
+    while (beyond - widest > 1) {
+        const int middle = (widest + beyond) / 2;
+        (fitting(scale_of_width(middle)) ? widest : beyond) = middle;
+    }
+    // At whole twentieths the divisions are of one size. The last unit of the window need not be
+    // filled for that.
+    constexpr double steps = 20.0;
+    const double twentieths = scale_of_width(widest).factor() * steps;
+    for (const double whole : {std::ceil(twentieths), std::floor(twentieths)}) {
+        const PlotScale even(whole / steps);
+        if (widest - even.width() < ratio_ && fitting(even)) {
+            return even;
+        }
+    }
+    return scale_of_width(widest);
 }
 
 void ScreenPanel::showEvent(QShowEvent* event) {
@@ -243,8 +287,12 @@ void ScreenPanel::fit() {
 }
 
 void ScreenPanel::place_parts(const RowHeights& heights) {
-    const int margin = static_cast<int>(std::lround(plot_->place_of(box::left, 0).x()));
-    const int columns = plot_->width() - 2 * margin;
+    const auto edge = [this](int column) {
+        return static_cast<int>(std::lround(plot_->place_of(column, 0).x()));
+    };
+    const int left = edge(box::left);
+    const int right = plot_->width() - edge(box::left + plot::width);
+    const int columns = plot_->width() - left - right;
     const int footer = footer_lines(columns, growth_);
     // The results have their place also while they are hidden.
     const int needed = size_around(plot_->scale(), ratio_, heights).height();
@@ -254,7 +302,7 @@ void ScreenPanel::place_parts(const RowHeights& heights) {
         top += high;
     };
     stack_footer(footer);
-    header_->set_margin(margin);
+    header_->set_margins(left, right);
     place(header_, header_->lines_within(columns, growth_) * heights.line);
     place(plot_, plot_->height());
     place(footer_, footer * heights.line);
@@ -266,7 +314,7 @@ void ScreenPanel::place_parts(const RowHeights& heights) {
         references_->fit();
     }
     for (const QWidget* row : {footer_, results_}) {
-        row->layout()->setContentsMargins(margin, 0, margin, 0);
+        row->layout()->setContentsMargins(left, 0, right, 0);
     }
 }
 

@@ -60,11 +60,21 @@ private:
     /// `ratio` pixels for each unit of the window.
     [[nodiscard]] static double growth_at(const PlotScale& scale, qreal ratio);
 
+    /// Lines of read-outs above and below a plot of `scale` on such a screen.
+    [[nodiscard]] int lines_around(const PlotScale& scale, qreal ratio) const;
+
+    /// What the plot's size grows by with `lines` lines of read-outs and the results around it.
+    [[nodiscard]] static QSize size_of_rows(int lines, const RowHeights& heights);
+
     /// The size of all of it around a plot of `scale` on such a screen.
     [[nodiscard]] QSize size_around(const PlotScale& scale, qreal ratio,
                                     const RowHeights& heights) const;
     [[nodiscard]] bool fits(const PlotScale& scale) const;
     [[nodiscard]] PlotScale largest_scale() const;
+    /// The largest scale with which there is room for `lines` lines of texts `growth` times as
+    /// large as the desktop's, and which has texts no larger than that; natural size where there is
+    /// none.
+    [[nodiscard]] PlotScale largest_with(double growth, int lines) const;
     /// Lines of the read-outs below a plot of `columns` units of the window: 1, or 2 where the
     /// channels' names stand above their values.
     [[nodiscard]] int footer_lines(int columns, double growth) const;

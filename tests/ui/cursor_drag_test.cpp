@@ -151,7 +151,7 @@ void CursorDragTest::the_mouse_shows_what_it_can_drag() {
     PlotWidget& plot_widget = on.window().plot();
     Mouse mouse(on.window());
     const auto shape_at = [&](int x, int y) {
-        mouse.go(plot_widget, on.on_plot(x, y));
+        mouse.go_to_pixel(plot_widget, on.pixel_of_unit(x, y));
         return plot_widget.cursor().shape();
     };
     const int row = on.cursors().vpos[1];

@@ -23,6 +23,13 @@ public:
         QTest::mouseMove(top_.windowHandle(), at_);
     }
 
+    /// Goes without a button to the pixel `pixel` of the screen's, counted from the first one of
+    /// `widget`.
+    void go_to_pixel(const QWidget& widget, QPoint pixel) {
+        point_at(widget, pixel);
+        send(QEvent::MouseMove, Qt::NoButton, Qt::NoButton);
+    }
+
     /// Presses the left button at `place` of `widget`.
     void press(const QWidget& widget, QPoint place, Qt::KeyboardModifiers modifiers = {}) {
         go(widget, place);
@@ -42,19 +49,21 @@ public:
     /// Presses the left button on the pixel `pixel` of the screen's, counted from the first one of
     /// `widget`, as a screen tells it that has several pixels for each unit of the window.
     void press_pixel(const QWidget& widget, QPoint pixel) {
-        send(QEvent::MouseButtonPress, Qt::LeftButton, widget, pixel);
+        point_at(widget, pixel);
+        send(QEvent::MouseButtonPress, Qt::LeftButton, Qt::LeftButton);
     }
 
     /// Drags to such a pixel.
     void drag_to_pixel(const QWidget& widget, QPoint pixel) {
-        send(QEvent::MouseMove, Qt::NoButton, widget, pixel);
+        point_at(widget, pixel);
+        send(QEvent::MouseMove, Qt::NoButton, Qt::LeftButton);
     }
 
     /// Lets go of the left button.
     void release() {
         if (on_pixel_) {
             // Where it is, to the pixel: elsewhere it would be a move.
-            send(QEvent::MouseButtonRelease, Qt::LeftButton, *on_pixel_);
+            send(QEvent::MouseButtonRelease, Qt::LeftButton, Qt::NoButton);
         } else {
             QTest::mouseRelease(top_.windowHandle(), Qt::LeftButton, {}, at_);
         }
@@ -73,18 +82,17 @@ public:
     }
 
 private:
-    void send(QEvent::Type type, Qt::MouseButton button, const QWidget& widget, QPoint pixel) {
+    void point_at(const QWidget& widget, QPoint pixel) {
         const qreal ratio = top_.devicePixelRatioF();
         const QPoint first = (QPointF(widget.mapTo(&top_, QPoint())) * ratio).toPoint();
         on_pixel_ = QPointF(first + pixel) / ratio;
         at_ = on_pixel_->toPoint();
-        send(type, button, *on_pixel_);
     }
 
-    void send(QEvent::Type type, Qt::MouseButton button, QPointF at) {
-        const bool released = type == QEvent::MouseButtonRelease;
-        QMouseEvent event(type, at, at, top_.mapToGlobal(at), button,
-                          released ? Qt::NoButton : Qt::LeftButton, Qt::NoModifier);
+    /// Sends what happens at `on_pixel_` with `button`, after which `held` are held.
+    void send(QEvent::Type type, Qt::MouseButton button, Qt::MouseButtons held) {
+        QMouseEvent event(type, *on_pixel_, *on_pixel_, top_.mapToGlobal(*on_pixel_), button, held,
+                          Qt::NoModifier);
         QSpontaneKeyEvent::setSpontaneous(&event);
         qApp->notify(top_.windowHandle(), &event);
     }
