@@ -1,5 +1,6 @@
 #include "acquisition/block_sweep.h"
 
+#include <algorithm>
 #include <chrono>
 #include <span>
 
@@ -18,7 +19,9 @@ void BlockSweep::sdisplaych(Channel channel) {
     if (count >= 2 && around_.link.power().is_back()) {
         around_.acquisition.scopestate = state_word::set_up;
     } else if (count >= block_bytes) {
-        take_block(channel);
+        if (!drop_rest_of_other(count)) {
+            take_block(channel);
+        }
     } else if (count == lastrxcount_ && count >= 2) {
         take_short_reply(channel, count);
     } else {
@@ -33,6 +36,26 @@ void BlockSweep::sdisplaych(Channel channel) {
             rearm(channel);
         }
     }
+}
+
+bool BlockSweep::drop_rest_of_other(std::uint32_t count) {
+    // A request ends the reply that is being sent, but not before the last of its bytes has come:
+    // what arrived between the flush and the request is still in front.
+    if (!broke_off_ || count == block_bytes) {
+        return false;
+    }
+    if (count != lastrxcount_) {
+        lastrxcount_ = count; // it may still grow
+        return true;
+    }
+    for (std::uint32_t left = count - block_bytes; left > 0;) {
+        const auto piece = std::min<std::size_t>(left, rxbuffer_.size());
+        if (!around_.link.read(std::span(rxbuffer_).first(piece))) {
+            break; // then the block cannot be read either
+        }
+        left -= static_cast<std::uint32_t>(piece);
+    }
+    return false;
 }
 
 void BlockSweep::take_block(Channel channel) {
@@ -96,6 +119,7 @@ void BlockSweep::take_short_reply(Channel channel, std::uint32_t count) {
 
 void BlockSweep::rearm(Channel channel) {
     ask_for_next(channel);
+    broke_off_ = true;
     around_.measuring.makemeasurement();
 }
 

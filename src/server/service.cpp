@@ -7,11 +7,11 @@
 #include "config/settings_file.h"
 #include "remote/client.h"
 #include "scope/parts.h"
+#include "server/tick_pace.h"
 
 namespace kv408 {
 namespace {
 
-constexpr std::chrono::milliseconds tick_interval{100};
 /// How long clients are served before the time is looked at again.
 constexpr std::chrono::milliseconds serving{1};
 /// How long is waited before the instrument is looked for again.
@@ -78,23 +78,22 @@ void Service::run_once() {
 
 void Service::tick_until_ended() {
     scope_->sweeps().on_finished([this](const auto&) { log_.note_well(); });
-    auto next = host_.clock.now() + tick_interval;
+    TickPace pace(host_.clock.now());
     while (!scope_->ended()) {
         if (end_asked_) {
             scope_->end();
             return;
         }
-        auto now = host_.clock.now();
-        if (now >= next) {
+        if (pace.due(host_.clock.now())) {
             scope_->tick();
             control_.tick_over();
-            now = host_.clock.now();
-            next = std::max(next + tick_interval, now); // those that passed meanwhile are lost
+            // A pass has fetched each point that it has asked for.
+            pace.ticked(host_.clock.now(), !scope_->parts().acquisition.pointmode);
         }
         const bool more = control_.serve(serving);
-        now = host_.clock.now();
-        if (!more && now < next) {
-            waker_.rest(next - now);
+        const auto left = pace.left(host_.clock.now());
+        if (!more && left > left.zero()) {
+            waker_.rest(left);
         }
     }
 }
@@ -164,7 +163,7 @@ void Service::wait(std::chrono::nanoseconds duration) {
     for (auto now = host_.clock.now(); now < end && !end_asked_; now = host_.clock.now()) {
         control_.tick_over();
         if (!control_.serve(serving)) {
-            waker_.rest(std::min<std::chrono::nanoseconds>(end - now, tick_interval));
+            waker_.rest(std::min<std::chrono::nanoseconds>(end - now, TickPace::interval));
         }
     }
 }

@@ -7,6 +7,7 @@
 #include "remote/remote_control.h"
 #include "scope/parts.h"
 #include "simulator/simulation.h"
+#include "support/delayed_bridge.h"
 #include "support/fake_files.h"
 #include "support/fake_host.h"
 #include "support/fake_picture_coder.h"
@@ -81,6 +82,7 @@ struct RemoteProgram {
     VirtualClock clock;
     simulator::WireLog log;
     simulator::Simulation simulation{clock, {}, 1, &log};
+    DelayedBridge bridge{simulation.bridge()};
     FakeMessageBoxes boxes;
     FakeWindowMessages messages;
     FakeFiles files;
@@ -89,8 +91,8 @@ struct RemoteProgram {
     Gate gate;
     GatedMessageBoxes gated_boxes{boxes, gate};
     GatedWindowMessages gated_messages{messages, gate};
-    Scope scope{Machine{clock, gated_boxes, gated_messages, simulation.bridge(), files, choosers,
-                        fake_places(), coder}};
+    Scope scope{
+        Machine{clock, gated_boxes, gated_messages, bridge, files, choosers, fake_places(), coder}};
     RemoteControl control{{clock, gate, [] {}}};
     Client client{control.table()};
 };

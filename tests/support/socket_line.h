@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <thread>
 
 #include <netinet/in.h>
 #include <poll.h>
@@ -15,6 +16,10 @@ namespace kv408 {
 /// A stranger's connection to a port of this computer.
 class SocketLine {
 public:
+    /// How long is waited for what should come. Who waits so long is sure that it does not: the
+    /// computer may have much else to do, and under the sanitizers everything takes longer.
+    static constexpr std::chrono::milliseconds patience = std::chrono::minutes(1);
+
     explicit SocketLine(std::uint16_t port) : socket_(::socket(AF_INET, SOCK_STREAM, 0)) {
         sockaddr_in to{};
         to.sin_family = AF_INET;
@@ -43,8 +48,7 @@ public:
 
     /// What comes next, in one piece; empty where the connection has ended, "(nothing)" where
     /// nothing came.
-    [[nodiscard]] std::string
-    hear(std::chrono::milliseconds longest = std::chrono::seconds(1)) const {
+    [[nodiscard]] std::string hear(std::chrono::milliseconds longest = patience) const {
         pollfd one{socket_, POLLIN, 0};
         if (poll(&one, 1, static_cast<int>(longest.count())) <= 0) {
             return "(nothing)";
@@ -56,10 +60,21 @@ public:
     }
 
     /// The answer to `question`.
-    [[nodiscard]] std::string
-    ask(const std::string& question,
-        std::chrono::milliseconds longest = std::chrono::seconds(1)) const {
-        return say(question + '\n') ? hear(longest) : "(not sent)";
+    [[nodiscard]] std::string ask(const std::string& question) const {
+        return say(question + '\n') ? hear() : "(not sent)";
+    }
+
+    /// Looks again and again whether `wanted` holds at last.
+    template <typename Wanted>
+    [[nodiscard]] static bool comes(Wanted wanted) {
+        const auto end = std::chrono::steady_clock::now() + patience;
+        while (!wanted()) {
+            if (std::chrono::steady_clock::now() >= end) {
+                return false;
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        }
+        return true;
     }
 
 private:

@@ -85,10 +85,13 @@ struct ProgramOnBench {
     [[nodiscard]] bool run_until_sweeping() {
         window().show();
         window().activateWindow();
-        return QTest::qWaitForWindowExposed(&window()) && QTest::qWaitFor([this] {
-                   const auto& ready = program.scope().parts().acquisition.ready;
-                   return panel().textstatus.text() == "Running" && ready[0] && ready[1];
-               });
+        constexpr int patience = 60'000; // the computer may have much else to do
+        const auto sweeps = [this] {
+            const auto& ready = program.scope().parts().acquisition.ready;
+            return panel().textstatus.text() == "Running" && ready[0] && ready[1];
+        };
+        return QTest::qWaitForWindowExposed(&window(), patience) &&
+               QTest::qWaitFor(sweeps, patience);
     }
 
     HurriedClock clock;

@@ -23,6 +23,8 @@ using namespace Qt::StringLiterals;
 
 /// The window, with the remote control window open.
 struct WithRemote : ProgramOnBench {
+    static constexpr int patience = int{SocketLine::patience.count()}; ///< milliseconds
+
     void open() {
         window().findChild<QAction*>(u"mnuremote"_s)->trigger();
         widget<QLineEdit>("txtRemotePort")->setText(u"0"_s);
@@ -35,10 +37,12 @@ struct WithRemote : ProgramOnBench {
     std::string ask(const SocketLine& line, const std::string& question) {
         line.say(question + '\n');
         std::string answer = "(nothing)";
-        const bool came = QTest::qWaitFor([&] {
-            answer = line.hear(std::chrono::milliseconds(0));
-            return answer != "(nothing)";
-        });
+        const bool came = QTest::qWaitFor(
+            [&] {
+                answer = line.hear(std::chrono::milliseconds(0));
+                return answer != "(nothing)";
+            },
+            patience);
         return came ? answer : "(nothing)";
     }
 };
@@ -82,7 +86,7 @@ void RemoteTest::clients_are_shown_and_disconnected() {
     QCOMPARE(on.widget<QLabel>("lblRemote")->text().trimmed(),
              u"Remote control: 1 client: "_s + clients->itemText(0));
     on.widget<QPushButton>("cmdRemoteDisconnect")->click();
-    QTRY_COMPARE(clients->count(), 0);
+    QTRY_COMPARE_WITH_TIMEOUT(clients->count(), 0, WithRemote::patience);
     QCOMPARE(line.hear(), std::string());
     on.widget<QCheckBox>("chkRemote")->click();
     QVERIFY(!on.program.remote().is_open());

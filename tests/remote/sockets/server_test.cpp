@@ -42,7 +42,10 @@ protected:
                        "DISPlay:GRID", [this](const Call&, bool on) { grid = on; },
                        [this](const Call&) { return grid.load(); }),
                    {"BIG", {}, {}, [](const Call&) { return std::string(300000, 'x'); }},
-                   {"SLOW", [](const Call&) { std::this_thread::sleep_for(1ms); }}});
+                   {"SLOW", [this](const Call&) {
+                        std::this_thread::sleep_for(1ms);
+                        ++slow;
+                    }}});
         program = std::thread([this] { run(); });
     }
 
@@ -60,10 +63,9 @@ protected:
             woken.wait_for(lock, 10ms, [this] { return wanted || ended; });
             wanted = false;
             lock.unlock();
-            const auto start = std::chrono::steady_clock::now();
+            slow = 0;
             const bool more = server.serve(2ms);
-            const auto took = std::chrono::steady_clock::now() - start;
-            longest = std::max(longest.load(), std::chrono::nanoseconds(took).count());
+            most_slow = std::max(most_slow.load(), slow);
             lock.lock();
             wanted = wanted || more;
             seen = server.clients().size();
@@ -71,15 +73,13 @@ protected:
     }
 
     void wait_for_clients(std::size_t count) const {
-        for (int i = 0; i < 500 && seen != count; ++i) {
-            std::this_thread::sleep_for(10ms);
-        }
-        EXPECT_EQ(seen, count);
+        EXPECT_TRUE(Line::comes([&] { return seen == count; })) << seen << " and not " << count;
     }
 
     std::atomic<bool> grid = false;
     std::atomic<bool> pending = false;
-    std::atomic<std::int64_t> longest = 0;
+    int slow = 0;                   ///< how many slow commands the server has run at a time
+    std::atomic<int> most_slow = 0; ///< the most
     std::atomic<std::size_t> seen = 0;
     CommandTable table;
     std::mutex mutex;
@@ -101,7 +101,7 @@ TEST_F(Servers, AnswerEachInOnePiece) {
     const Line other(server.port());
     EXPECT_EQ(one.ask("SYST:VERS?"), "1999.0\n");
     EXPECT_EQ(other.ask("DISP:GRID ON;GRID?;:SYST:VERS?"), "1;1999.0\n");
-    EXPECT_EQ(one.ask("FOO;GRID?"), "(nothing)");
+    one.say("FOO;GRID?\n"); // not answered
     EXPECT_EQ(one.ask("SYST:ERR?"), "-113,\"Undefined header\"\n");
     EXPECT_EQ(other.ask("SYST:ERR?"), "0,\"No error\"\n");
 }
@@ -111,11 +111,8 @@ TEST_F(Servers, RunWhatAClientSaidBeforeItWentAway) {
         const Line line(server.port());
         line.say("DISP:GRID ON\n");
     }
+    EXPECT_TRUE(Line::comes([this] { return grid.load(); }));
     wait_for_clients(0);
-    for (int i = 0; i < 100 && !grid; ++i) {
-        std::this_thread::sleep_for(10ms);
-    }
-    EXPECT_TRUE(grid);
     const Line line(server.port());
     line.say("SYST:VERS?\nDISP:GRID?\n");
     line.say_no_more();
@@ -183,7 +180,7 @@ TEST_F(Servers, LeaveTheProgramItsTime) {
         many += "SLOW;";
     }
     EXPECT_EQ(line.ask(many + "SYST:VERS?"), "1999.0\n");
-    EXPECT_LT(longest, std::chrono::nanoseconds(200ms).count()); // the line took 300 ms
+    EXPECT_LE(most_slow, 2); // each takes at least 1 ms of the 2 ms
 }
 
 TEST_F(Servers, HangUpOnWebPages) {
@@ -196,13 +193,9 @@ TEST_F(Servers, SurviveTenThousandConnections) {
     for (int i = 0; i < 10000; ++i) {
         ASSERT_TRUE(Line(server.port()).connected()) << i;
     }
-    std::string answer;
-    for (int i = 0; i < 100 && answer.empty();
-         ++i) { // those before may not all have been seen to go
-        answer = Line(server.port()).ask("SYST:VERS?");
-        std::this_thread::sleep_for(10ms);
-    }
-    EXPECT_EQ(answer, "1999.0\n");
+    // Those before may not all have been seen to go.
+    EXPECT_TRUE(
+        Line::comes([this] { return Line(server.port()).ask("SYST:VERS?") == "1999.0\n"; }));
 }
 
 TEST_F(Servers, SayWhereNobodyCanBeListenedFor) {

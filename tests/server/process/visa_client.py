@@ -5,9 +5,9 @@ import sys
 import pyvisa
 
 scope = pyvisa.ResourceManager("@py").open_resource(
-    sys.argv[1], read_termination="\n", write_termination="\n", timeout=10000)
+    sys.argv[1], read_termination="\n", write_termination="\n", timeout=60000)
 assert scope.query("*IDN?").startswith("Tarvo,Kv408,lm4rxa-SIM00001,"), scope.query("*IDN?")
-scope.write("*CLS;CHAN1:SCAL 0.1;:TIM:SCAL 20NS;:STOP")
+scope.write("*CLS;ACQ:TIM 60;:CHAN1:SCAL 0.1;:TIM:SCAL 20NS;:STOP")
 scope.write("DIG")
 volts = scope.query_ascii_values("WAV:DATA?")
 assert len(volts) == 650, len(volts)
