@@ -67,6 +67,9 @@ bool StateMachine::data_awaited() const {
 void StateMachine::cmdstartsweep_Click() {
     around_.acquisition.acqrunning = true;
     leave_for(state_word::set_up);
+    if (started_) {
+        started_();
+    }
 }
 
 void StateMachine::cmdstop_Click() {

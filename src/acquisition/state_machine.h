@@ -42,6 +42,9 @@ public:
         calibration_broken_off_ = std::move(handler);
     }
 
+    /// Sets what follows when Start has been pressed, by whom ever.
+    void on_start(std::function<void()> listener) { started_ = std::move(listener); }
+
     /// Start.
     void cmdstartsweep_Click();
 
@@ -72,6 +75,7 @@ private:
     Procedures procedures_;
     std::function<void()> calibration_step_;
     std::function<void()> calibration_broken_off_;
+    std::function<void()> started_;
     int ticks_owed_ = 0;        ///< for so many ticks a drawing has waited for data
     bool screen_stale_ = false; ///< the trigger line has had its time and is still to be taken off
 };

@@ -59,7 +59,6 @@ void reset(Instrument& instrument, Client& client) {
 
 void run(Instrument& instrument, Client& client) {
     instrument.act(client, [](Scope& scope) { scope.panel().cmdstartsweep.click(); });
-    instrument.forget_single();
 }
 
 void stop(Instrument& instrument, Client& client) {

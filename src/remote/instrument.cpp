@@ -37,6 +37,11 @@ void Instrument::attach(Scope& scope, Act act) {
                 watch->take(sweep);
             }
         });
+    scope.on_start([this, watching = std::weak_ptr(watch_)] {
+        if (!watching.expired() && single_) {
+            single_->stops = false;
+        }
+    });
 }
 
 void Instrument::detach() {
@@ -92,7 +97,12 @@ void Instrument::single(Client& client) {
     act(client, [](Scope& scope) { scope.panel().cmdstartsweep.click(); });
     watch_->want_new();
     watch_->look();
-    single_ = Single{&client};
+    if (!single_) {
+        single_ = Single{{}, true};
+    }
+    single_->stops = true;
+    std::erase(single_->clients, &client);
+    single_->clients.push_back(&client);
 }
 
 bool Instrument::pending() const {
@@ -114,10 +124,12 @@ void Instrument::tick_over() {
     if (!scope_->parts().acquisition.acqrunning) {
         return; // somebody has pressed Stop
     }
-    act_([this] { scope_->panel().cmdstop.click(); });
-    if (done.client != nullptr) {
-        done.client->waveform.sweep = scope_->parts().sweeps.last_complete();
-        done.client->waveform.number = sweep_count();
+    if (done.stops) {
+        act_([this] { scope_->panel().cmdstop.click(); });
+    }
+    for (Client* const client : done.clients) {
+        client->waveform.sweep = scope_->parts().sweeps.last_complete();
+        client->waveform.number = sweep_count();
     }
 }
 
@@ -180,12 +192,12 @@ void Instrument::unlock_panel() {
     }
 }
 
-void Instrument::forget(const Client& client) {
+void Instrument::forget(Client& client) {
     if (locked_by_ == &client) {
         unlock_panel();
     }
-    if (single_ && single_->client == &client) {
-        single_->client = nullptr;
+    if (single_) {
+        std::erase(single_->clients, &client);
     }
 }
 

@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "remote/client.h"
 #include "remote/gate.h"
@@ -48,10 +49,10 @@ public:
     // --- Sweeps -----------------------------------------------------------------------------
 
     /// Starts, and stops when a whole new sweep of each channel that is on has come, which is the
-    /// client's then.
+    /// client's then. Where somebody presses Start meanwhile, it stops no more.
     void single(Client& client);
 
-    /// What `single` has begun goes on without an end.
+    /// What `single` has begun is of no interest any more.
     void forget_single() { single_.reset(); }
 
     /// True while something that was begun has not been finished.
@@ -85,7 +86,7 @@ public:
     void unlock_panel();
 
     /// A client has gone.
-    void forget(const Client& client);
+    void forget(Client& client);
 
     /// Whether the person has locked the network out.
     [[nodiscard]] bool network_locked() const { return network_locked_; }
@@ -96,7 +97,8 @@ public:
 
 private:
     struct Single {
-        Client* client; ///< null when it has gone
+        std::vector<Client*> clients; ///< that have asked for it and not gone
+        bool stops;                   ///< after the sweep; nobody has pressed Start since
     };
 
     /// Whether a part of a sweep clips, which is looked for once.

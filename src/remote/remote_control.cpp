@@ -26,7 +26,7 @@ void RemoteControl::open(const Network::Place& place) {
     close();
     server_.emplace(table_, place, host_.wake, [this](Client& client) { return moment(client); });
     server_->on_change([this] { changed(); });
-    server_->on_gone([this](const Client& client) { instrument_.forget(client); });
+    server_->on_gone([this](Client& client) { instrument_.forget(client); });
     changed();
 }
 
@@ -34,7 +34,7 @@ void RemoteControl::close() {
     if (!server_) {
         return;
     }
-    server_->for_each([this](const Client& client) { instrument_.forget(client); });
+    server_->for_each([this](Client& client) { instrument_.forget(client); });
     server_.reset();
     changed();
 }

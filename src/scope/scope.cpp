@@ -174,6 +174,10 @@ Sweeps& Scope::sweeps() {
     return parts_->sweeps;
 }
 
+void Scope::on_start(std::function<void()> listener) {
+    parts_->acquiring.state_machine.on_start(std::move(listener));
+}
+
 Help& Scope::help() {
     return parts_->help;
 }

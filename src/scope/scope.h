@@ -109,6 +109,9 @@ public:
     /// The finished sweeps.
     [[nodiscard]] Sweeps& sweeps();
 
+    /// Sets what follows when Start has been pressed.
+    void on_start(std::function<void()> listener);
+
     /// The controls of the calibration form.
     [[nodiscard]] CalibrationForm& calibration_form();
 

@@ -92,7 +92,7 @@ void Service::tick_until_ended() {
         }
         const bool more = control_.serve(serving);
         const auto left = pace.left(host_.clock.now());
-        if (!more && left > left.zero()) {
+        if (!more && left > std::chrono::nanoseconds::zero()) {
             waker_.rest(left);
         }
     }

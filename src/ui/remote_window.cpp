@@ -172,7 +172,8 @@ void RemoteInWindow::lock(bool locked) {
         }
     }
     plot_.setEnabled(!locked);
-    for (const QString& name : {u"cmdstartsweep"_s, u"Command1"_s}) {
+    // OK of the settings confirms what was edited before.
+    for (const QString& name : {u"cmdstartsweep"_s, u"Command1"_s, u"cmdOK"_s}) {
         if (auto* const button = owner_.findChild<QPushButton*>(name)) {
             button->setEnabled(!locked);
         }

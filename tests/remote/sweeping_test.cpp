@@ -130,6 +130,42 @@ TEST_F(RemoteSweeping, TakesOneSweepAndStops) {
     EXPECT_EQ(ask_and_wait("DIG;:ACQ:COUN?"), std::to_string(before + 3));
 }
 
+TEST_F(RemoteSweeping, GoesOnBehindASingleWhereAPersonHasPressedStart) {
+    ask_and_wait("STOP;*OPC?");
+    const long before = std::stol(ask("ACQ:COUN?"));
+    EXPECT_EQ(ask("DIG;:ACQ:COUN?"), "(held)");
+    ticks(1);
+    scope.act([this] { scope.panel().cmdstartsweep.click(); });
+    EXPECT_EQ(go_on(client), "(held)");
+    for (int tick = 0; tick < 50 && client.busy(); ++tick) {
+        ticks(1);
+        go_on(client);
+    }
+    ticks(10);
+    EXPECT_EQ(ask("ACQ:STAT?"), "RUN");
+    EXPECT_GT(sweeps_in(10), 0);
+    EXPECT_EQ(numbers_in(ask("WAV:PRE?")).at(2), before + 1) << "its sweep is the client's";
+    EXPECT_EQ(ask("DIG"), "(held)");
+    scope.act([this] { scope.panel().cmdstop.click(); });
+    EXPECT_EQ(go_on(client), "(held)") << "until a tick has shown it";
+    ticks(1);
+    EXPECT_EQ(go_on(client), "") << "Stop has the last word";
+    EXPECT_EQ(numbers_in(ask("WAV:PRE?")).at(2), before + 1);
+    EXPECT_EQ(error(), "0,\"No error\"");
+}
+
+TEST_F(RemoteSweeping, GivesOneSweepToAllThatWaitForOne) {
+    Client other(control.table());
+    ask_and_wait("STOP;*OPC?");
+    const long before = std::stol(ask("ACQ:COUN?"));
+    EXPECT_EQ(ask(other, "DIG;:WAV:PRE?"), "(held)");
+    ticks(1);
+    EXPECT_EQ(numbers_in(ask_and_wait("DIG;:WAV:PRE?")).at(2), before + 1);
+    EXPECT_EQ(numbers_in(go_on(other)).at(2), before + 1);
+    EXPECT_EQ(ask("ACQ:STAT?"), "STOP");
+    control.instrument().forget(other);
+}
+
 TEST_F(RemoteSweeping, TakesOnePassPointByPoint) {
     ask("STOP;:TIM:SCAL 1US");
     EXPECT_EQ(ask_and_wait("DIG;:ACQ:STAT?"), "STOP");

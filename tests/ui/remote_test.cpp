@@ -12,7 +12,10 @@
 #include <QPushButton>
 #include <QTest>
 
+#include "calibration/calibration_form.h"
+#include "display/settings_dialog.h"
 #include "support/socket_line.h"
+#include "ui/bind.h"
 #include "ui/box_answers.h"
 #include "ui/program_on_bench.h"
 
@@ -55,6 +58,7 @@ private Q_SLOTS:
     void clients_are_shown_and_disconnected();
     void a_command_is_seen_on_the_panel();
     void a_client_locks_the_panel_and_the_person_the_network();
+    void a_locked_panel_leaves_no_way_to_its_controls();
     void a_message_becomes_the_clients_error();
     void a_taken_port_is_told();
     void the_end_of_the_program_ends_it();
@@ -125,6 +129,58 @@ void RemoteTest::a_client_locks_the_panel_and_the_person_the_network() {
     on.widget<QCheckBox>("chkRemoteLock")->click();
     QCOMPARE(on.ask(line, "DISP:GRID OFF;:SYST:ERR?"), std::string("-203,\"Command protected\"\n"));
     QVERIFY(on.widget<QCheckBox>("gridenable")->isChecked());
+}
+
+/// The names of those of `controls` that a person can operate now in `window`, by mouse or keys.
+QStringList usable(const QWidget& window, const ControlList& controls) {
+    QStringList names;
+    for (const Control* const control : controls) {
+        const QString name = object_name(*control);
+        for (const QWidget* const widget : window.findChildren<QWidget*>(name)) {
+            const bool shows_only = widget->inherits("QLabel") || widget->inherits("QFrame");
+            if (widget->window() == &window && widget->isEnabled() && !shows_only) {
+                names += name;
+            }
+        }
+        for (const QAction* const action : window.findChildren<QAction*>(name)) {
+            if (action->isEnabled()) {
+                names += name;
+            }
+        }
+    }
+    names.removeDuplicates();
+    return names;
+}
+
+void RemoteTest::a_locked_panel_leaves_no_way_to_its_controls() {
+    WithRemote on;
+    QVERIFY(on.run_until_sweeping());
+    on.switch_on();
+    for (const char* const entry :
+         {"mnusettings", "mnuexport", "mnurecord", "mnustatistics", "mnucalibration"}) {
+        on.window().findChild<QAction*>(QString::fromLatin1(entry))->trigger();
+    }
+    const SocketLine line(on.program.remote().port());
+    auto& settings = *on.window().findChild<QDialog*>(u"frmSettings"_s);
+    const ControlList& set = on.program.scope().settings_dialog().controls().all;
+    auto& calibration = *on.window().findChild<QWidget*>(u"frmcalibration"_s);
+    const ControlList& calibrated = on.program.scope().calibration_form().all;
+    const QStringList before = usable(on.window(), on.panel().all);
+    QVERIFY(before.size() > 40);
+    QVERIFY(usable(settings, set).size() > 5);
+    QVERIFY(usable(calibration, calibrated).size() > 5);
+    QCOMPARE(on.ask(line, "SYST:LOCK ON;LOCK?"), std::string("1\n"));
+    // What stops, saves, looks and ends, but sets nothing.
+    QStringList left = usable(on.window(), on.panel().all);
+    left.sort();
+    QCOMPARE(left, (QStringList{u"ExportData"_s, u"MenuAbout"_s, u"MenuExit"_s, u"MenuHelp"_s,
+                                u"cmdstop"_s, u"mnuexport"_s, u"mnurecord"_s, u"mnuremote"_s,
+                                u"mnustatistics"_s, u"saveconfig"_s}));
+    QCOMPARE(usable(settings, set), (QStringList{u"TabStrip1"_s, u"cmdCancel"_s}));
+    QCOMPARE(usable(calibration, calibrated), QStringList());
+    on.widget<QPushButton>("cmdRemoteUnlock")->click();
+    QCOMPARE(usable(on.window(), on.panel().all), before);
+    QVERIFY(usable(settings, set).contains(u"cmdOK"_s));
 }
 
 void RemoteTest::a_message_becomes_the_clients_error() {
