@@ -55,6 +55,15 @@ std::string_view NumberTexts::of(double value) {
     return kept.text;
 }
 
+void RecordingText::follow(const ExportedChannel& channel, Times& times) {
+    if (times.first_time != channel.first_time || times.interval != channel.interval) {
+        times = {.first_time = channel.first_time, .interval = channel.interval, .texts = {}};
+    }
+    while (times.texts.size() < channel.mv.size()) {
+        times.texts.push_back(',' + number_text(channel.time(times.texts.size())));
+    }
+}
+
 std::string RecordingText::lines(const ExportedSweep& sweep) {
     std::string comments = set_up_comments(sweep);
     std::string text;
@@ -68,7 +77,9 @@ std::string RecordingText::lines(const ExportedSweep& sweep) {
         const auto* const place =
             std::find(channel_names.begin(), channel_names.end(), channel.name);
         if (place != channel_names.end()) {
-            channels.at(static_cast<std::size_t>(place - channel_names.begin())) = &channel;
+            const auto index = static_cast<std::size_t>(place - channel_names.begin());
+            channels.at(index) = &channel;
+            follow(channel, times_.at(index));
         }
         points = std::max(points, channel.mv.size());
     }
@@ -77,13 +88,14 @@ std::string RecordingText::lines(const ExportedSweep& sweep) {
     text.reserve(text.size() + points * (front.size() + usual_numbers));
     for (std::size_t point = 0; point < points; ++point) {
         text += front;
-        for (const ExportedChannel* const channel : channels) {
+        for (std::size_t index = 0; index < channels.size(); ++index) {
+            const ExportedChannel* const channel = channels.at(index);
             if (channel == nullptr || point >= channel->mv.size()) {
                 text += ",,";
                 continue;
             }
-            text.append(1, ',').append(numbers_.of(channel->time(point)));
-            text.append(1, ',').append(numbers_.of(channel->volts(point)));
+            text.append(times_.at(index).texts[point]);
+            text.append(1, ',').append(voltages_.of(channel->volts(point)));
         }
         text += '\n';
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -22,8 +23,8 @@ namespace kv408 {
 [[nodiscard]] std::string fill_pages(std::string_view lines, std::uintmax_t at);
 
 /// Numbers as `number_text` writes them. It keeps those that came lately:
-/// sweeps repeat their times and a few thousand voltages, and writing a number
-/// anew takes ten times as long.
+/// sweeps repeat a few thousand voltages, and writing a number anew takes ten
+/// times as long.
 class NumberTexts {
 public:
     NumberTexts() : kept_(std::size_t{1} << index_bits) {}
@@ -51,8 +52,19 @@ public:
     [[nodiscard]] std::string lines(const ExportedSweep& sweep);
 
 private:
+    /// The times of a channel's points as text.
+    struct Times {
+        double first_time = 0.0; ///< of the channel that they are of
+        double interval = 0.0;
+        std::vector<std::string> texts; ///< with a comma in front
+    };
+
+    /// Brings `times` up to those of `channel`; mostly they are its already.
+    static void follow(const ExportedChannel& channel, Times& times);
+
     std::string comments_;
-    NumberTexts numbers_;
+    std::array<Times, 2> times_;
+    NumberTexts voltages_;
 };
 
 } // namespace kv408

@@ -1,8 +1,13 @@
 #include "ui/statistics_grid.h"
 
+#include <algorithm>
+#include <utility>
+
 #include <QEvent>
+#include <QGlyphRun>
 #include <QHeaderView>
 #include <QPainter>
+#include <QRawFont>
 #include <QScrollBar>
 #include <QSignalBlocker>
 #include <QStyledItemDelegate>
@@ -51,10 +56,48 @@ public:
         painter->setPen(back.isValid() && fore.isValid()
                             ? fore.value<QBrush>().color()
                             : palette.color(chosen ? QPalette::HighlightedText : QPalette::Text));
-        painter->drawText(option.rect.adjusted(beside_text, 0, -beside_text, 0),
-                          index.data(Qt::TextAlignmentRole).toInt() | Qt::TextSingleLine,
-                          index.data(Qt::DisplayRole).toString());
+        const auto alignment =
+            static_cast<Qt::Alignment>(index.data(Qt::TextAlignmentRole).toInt());
+        draw_text(*painter, option, option.rect.adjusted(beside_text, 0, -beside_text, 0),
+                  alignment, index.data(Qt::DisplayRole).toString());
     }
+
+private:
+    /// Draws `text` letter by letter where that is what its layout comes to: Latin letters and
+    /// digits that fit `place`.
+    void draw_text(QPainter& painter, const QStyleOptionViewItem& option, const QRect& place,
+                   Qt::Alignment alignment, const QString& text) const {
+        if (font_ != option.font) {
+            font_ = option.font;
+            letters_ = QRawFont::fromFont(font_);
+        }
+        constexpr char16_t last_ascii = 0x7E;
+        const bool plain = std::all_of(text.begin(), text.end(),
+                                       [](QChar letter) { return letter <= last_ascii; });
+        const QList<quint32> glyphs = letters_.glyphIndexesForString(text);
+        QList<QPointF> places = letters_.advancesForGlyphIndexes(glyphs);
+        QPointF end;
+        for (QPointF& letter : places) {
+            end += std::exchange(letter, end);
+        }
+        if (!plain || end.x() > place.width() || !letters_.isValid()) {
+            painter.drawText(place, static_cast<int>(alignment) | Qt::TextSingleLine, text);
+            return;
+        }
+        QGlyphRun run;
+        run.setRawFont(letters_);
+        run.setGlyphIndexes(glyphs);
+        run.setPositions(places);
+        const bool right = alignment.testFlag(Qt::AlignRight);
+        const QFontMetrics& metrics = option.fontMetrics;
+        painter.drawGlyphRun(
+            QPointF(right ? place.x() + place.width() - end.x() : place.x(),
+                    place.y() + (place.height() - metrics.height()) / 2 + metrics.ascent()),
+            run);
+    }
+
+    mutable QFont font_;
+    mutable QRawFont letters_ = QRawFont::fromFont(font_);
 };
 
 } // namespace
