@@ -3,8 +3,7 @@
 #include <QTest>
 
 #include "cut_off.h"
-#include "mouse.h"
-#include "program_on_bench.h"
+#include "dragging.h"
 
 namespace kv408::ui {
 namespace {
@@ -27,7 +26,9 @@ class ViewTest : public QObject {
 private Q_SLOTS:
     void f9_leaves_the_plot_the_panels_room_and_brings_it_back();
     void f11_shows_the_window_full_screen_and_as_it_was();
+    void what_is_dragged_follows_while_the_panel_is_hidden();
     void the_frames_keep_their_size_in_any_window();
+    void nothing_is_cut_off_on_a_large_screen();
 };
 
 void ViewTest::f9_leaves_the_plot_the_panels_room_and_brings_it_back() {
@@ -75,6 +76,26 @@ void ViewTest::f11_shows_the_window_full_screen_and_as_it_was() {
     on.window().showNormal();
 }
 
+// The wheel and the tabs, which a drag turns, are out of sight then.
+void ViewTest::what_is_dragged_follows_while_the_panel_is_hidden() {
+    Dragging on;
+    on.window().resize(1280, 900);
+    QVERIFY(on.run_until_sweeping());
+    QTest::keyClick(&on.window(), Qt::Key_F9);
+    QTest::qWait(20);
+    QVERIFY(!on.widget("Slider1")->isVisible());
+    Mouse mouse(on.window());
+    for (const auto& [name, channel] : {std::pair{"ch2text", ch2}, {"ch1text", ch1}}) {
+        const std::size_t from = on.log.frames.size();
+        on.drag_marker(mouse, *on.widget(name), 256, 216);
+        const double units = on.pixel_of_unit(0, 216).y() - on.pixel_of_unit(0, 256).y();
+        const double rows = units / on.window().plot().scale().factor();
+        QVERIFY(std::abs(on.parts().channels[channel].pos - (256 + rows)) <= 0.5);
+        mouse.release();
+        QVERIFY(on.uploads_after(from));
+    }
+}
+
 void ViewTest::the_frames_keep_their_size_in_any_window() {
     ProgramOnBench on;
     QVERIFY(on.run_until_sweeping());
@@ -87,6 +108,21 @@ void ViewTest::the_frames_keep_their_size_in_any_window() {
         QCOMPARE(on.window().controls().size().width(), controls.width());
         QVERIFY(std::abs(on.window().controls().size().height() - controls.height()) <= 12);
         QVERIFY(on.window().plot().scale().factor() > 1.4 * natural);
+    }
+}
+
+// Sizes in pixels of the screen, with the panel and without it.
+void ViewTest::nothing_is_cut_off_on_a_large_screen() {
+    ProgramOnBench on;
+    QVERIFY(on.run_until_sweeping());
+    for (const QSize size : {QSize(2560, 1440), QSize(3840, 2160)}) {
+        on.window().resize(size / on.window().devicePixelRatioF());
+        for (int turn = 0; turn < 2; ++turn) {
+            QTest::qWait(20);
+            QCOMPARE(cut_off(on.window()).join(u'\n'), QString());
+            QVERIFY(on.window().plot().scale().factor() > 1.4);
+            QTest::keyClick(&on.window(), Qt::Key_F9);
+        }
     }
 }
 
