@@ -43,6 +43,7 @@ private Q_SLOTS:
     void initTestCase();
     void first_picture() { show_first_picture(gallery_); }
     void window() { show_window(gallery_); }
+    void sizes() { show_sizes(gallery_); }
     void menus() { show_menus(gallery_); }
     void display() { show_display(gallery_); }
     void trigger() { show_trigger(gallery_); }

@@ -9,6 +9,7 @@ namespace kv408::ui {
 
 void show_first_picture(Gallery& gallery);
 void show_window(Gallery& gallery);
+void show_sizes(Gallery& gallery);
 void show_menus(Gallery& gallery);
 void show_display(Gallery& gallery);
 void show_trigger(Gallery& gallery);

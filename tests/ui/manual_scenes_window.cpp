@@ -89,6 +89,22 @@ void show_window(Gallery& gallery) {
     add(u"buttons"_s, *on.widget("Command1").parentWidget());
 }
 
+// The window on the whole of a usual screen, with the panel and without it.
+void show_sizes(Gallery& gallery) {
+    SteadyProgram on;
+    on.window().resize(1920, 1080);
+    on.start_sweeping();
+    on.choose(on.panel().seltimediv, "50ns/div");
+    on.turn("CH1", 768);
+    on.turn("CH2", 256);
+    on.ticks(20);
+    gallery.add(u"window-large"_s, on.window());
+    on.window().resize(1000, 940);
+    on.window().findChild<QAction*>(u"hidePanel"_s)->trigger();
+    on.ticks(1);
+    gallery.add(u"window-panel-hidden"_s, on.window());
+}
+
 void show_menus(Gallery& gallery) {
     SteadyProgram on;
     on.start_sweeping();
