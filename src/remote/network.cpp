@@ -77,7 +77,8 @@ public:
             unsent_.emplace(connection, false);
         }
         asio::post(context_, [this, connection, bytes = std::move(bytes)]() mutable {
-            if (Peer* const peer = find(connection)) {
+            Peer* const peer = find(connection);
+            if (peer != nullptr && !peer->broken) {
                 peer->unsent += bytes;
                 if (!peer->writing) {
                     write(connection, *peer);
@@ -124,6 +125,7 @@ private:
         std::string leaving;  ///< what is being written
         bool writing = false; ///< something is
         bool closing = false;
+        bool broken = false; ///< sending has failed: nothing more would come of a broken socket
     };
 
     Peer* find(Connection connection) {
@@ -151,11 +153,11 @@ private:
     void open(tcp::socket&& socket) {
         std::error_code gone;
         const tcp::endpoint end = socket.remote_endpoint(gone);
-        socket.set_option(tcp::no_delay(true), gone);
-        socket.set_option(asio::socket_base::keep_alive(true), gone);
         if (gone) {
             return;
         }
+        socket.set_option(tcp::no_delay(true), gone);
+        socket.set_option(asio::socket_base::keep_alive(true), gone);
         const Connection connection = ++last_;
         Peer& peer =
             *peers_.emplace(connection, std::make_shared<Peer>(std::move(socket))).first->second;
@@ -165,6 +167,10 @@ private:
 
     // The peer stays alive, in the handlers, for as long as its socket has something to do.
     void read(Connection connection, Peer& peer) {
+        if (peer.broken) {
+            tell(Ended{connection});
+            return;
+        }
         peer.socket.async_read_some(
             asio::buffer(peer.buffer), [this, connection, alive = peers_.at(connection)](
                                            const std::error_code& failed, std::size_t count) {
@@ -189,6 +195,7 @@ private:
     void written(Connection connection, Peer& peer, const std::error_code& failed) {
         peer.leaving = std::string(); // with its memory
         peer.writing = false;
+        peer.broken = peer.broken || failed;
         if (!failed && !peer.unsent.empty()) {
             write(connection, peer);
             return;

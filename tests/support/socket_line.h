@@ -46,6 +46,12 @@ public:
     }
     void say_no_more() const { shutdown(socket_, SHUT_WR); }
 
+    /// From now on the connection's end is a reset, as when the other computer has lost it.
+    void end_by_reset() const {
+        const linger at_once{1, 0};
+        setsockopt(socket_, SOL_SOCKET, SO_LINGER, &at_once, sizeof at_once);
+    }
+
     /// What comes next, in one piece; empty where the connection has ended, "(nothing)" where
     /// nothing came.
     [[nodiscard]] std::string hear(std::chrono::milliseconds longest = patience) const {

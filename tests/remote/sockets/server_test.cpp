@@ -7,6 +7,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
+#include <random>
 #include <string>
 #include <system_error>
 #include <thread>
@@ -149,19 +150,56 @@ TEST_F(Servers, WhoIsHeldBackHoldsNobodyElseBack) {
 }
 
 TEST_F(Servers, WhoNeverReadsHoldsNobodyUp) {
-    std::array<std::unique_ptr<Line>, 7> mute;
+    std::array<std::unique_ptr<Line>, 8> mute;
+    std::string questions;
+    for (int i = 0; i < 1000; ++i) {
+        questions += "BIG?\n";
+    }
     for (auto& line : mute) {
         line = std::make_unique<Line>(server.port());
-        std::string questions;
-        for (int i = 0; i < 1000; ++i) {
-            questions += "BIG?\n";
-        }
         line->say(questions); // 300 MB of answers, if they were made
     }
+    wait_for_clients(8);
+    mute[3].reset();
+    wait_for_clients(7);
     const Line other(server.port());
     for (int i = 0; i < 100; ++i) {
         ASSERT_EQ(other.ask("SYST:VERS?"), "1999.0\n");
     }
+}
+
+TEST_F(Servers, HalfOpenAndBrokenConnectionsGiveTheirPlacesBack) {
+    for (int round = 0; round < 50; ++round) {
+        const Line still_reads(server.port());
+        still_reads.say("SYST:VERS?\nBIG?\n");
+        still_reads.say_no_more();
+        EXPECT_EQ(still_reads.hear().substr(0, 7), "1999.0\n");
+        const Line lost(server.port());
+        lost.say("BIG?\nBIG?\nSYST:VERS?\n*OPC?;BI");
+        lost.end_by_reset();
+        const Line lost_unread(server.port());
+        lost_unread.end_by_reset();
+    }
+    wait_for_clients(0);
+    EXPECT_EQ(Line(server.port()).ask("SYST:VERS?"), "1999.0\n");
+}
+
+TEST_F(Servers, BinaryRubbishDoesNoHarm) {
+    std::mt19937 random(1);
+    const Line other(server.port());
+    for (int round = 0; round < 20; ++round) {
+        std::string rubbish(100'000, '\0');
+        for (char& byte : rubbish) {
+            byte = static_cast<char>(random() & 0xFFU);
+        }
+        const Line line(server.port());
+        line.say(rubbish);
+        EXPECT_EQ(other.ask("SYST:VERS?"), "1999.0\n");
+        // A block may have been begun that is as long as the line may be.
+        line.say(std::string(100'000, '\n') + "SYST:ERR:COUN?\n");
+    }
+    wait_for_clients(1);
+    EXPECT_EQ(other.ask("SYST:ERR:COUN?"), "0\n");
 }
 
 TEST_F(Servers, ALineWithoutAnEndTakesNoMemory) {
