@@ -54,7 +54,8 @@ std::string Client::run(const Moment& moment) {
     if (message_ || reply_.empty()) {
         return {};
     }
-    return std::exchange(reply_, {}) + '\n';
+    reply_ += '\n';
+    return std::exchange(reply_, {});
 }
 
 bool Client::can_run(const Moment& moment) const {
@@ -119,13 +120,15 @@ void Client::run_header(MessageUnit unit) {
     }
 }
 
-void Client::add_answer(const std::string& answer) {
+void Client::add_answer(std::string answer) {
     if (answer.empty()) {
         return;
     }
-    if (!reply_.empty()) {
-        reply_ += ';';
+    if (reply_.empty()) {
+        reply_ = std::move(answer);
+        return;
     }
+    reply_ += ';';
     reply_ += answer;
 }
 

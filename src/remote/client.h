@@ -89,7 +89,7 @@ private:
     bool end_hold(const Moment& moment);
     void run_unit();
     void run_header(MessageUnit unit);
-    void add_answer(const std::string& answer);
+    void add_answer(std::string answer);
 
     const CommandTable& table_;
     LineReader reader_;

@@ -79,7 +79,11 @@ public:
         asio::post(context_, [this, connection, bytes = std::move(bytes)]() mutable {
             Peer* const peer = find(connection);
             if (peer != nullptr && !peer->broken) {
-                peer->unsent += bytes;
+                if (peer->unsent.empty()) {
+                    peer->unsent = std::move(bytes);
+                } else {
+                    peer->unsent += bytes;
+                }
                 if (!peer->writing) {
                     write(connection, *peer);
                 }

@@ -52,7 +52,12 @@ void add_item(std::string& list, std::string_view item) {
 
 std::string block_reply(std::string_view bytes) {
     const std::string length = std::to_string(bytes.size());
-    std::string reply = '#' + std::to_string(length.size()) + length;
+    std::string reply;
+    // With the end of the line, so that a picture is not moved once more.
+    reply.reserve(2 + length.size() + bytes.size() + 1);
+    reply += '#';
+    reply += std::to_string(length.size());
+    reply += length;
     return reply.append(bytes);
 }
 
