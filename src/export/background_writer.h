@@ -23,7 +23,7 @@ public:
     virtual SavedFile add(const Item& item) = 0;
 };
 
-/// How far a recording is.
+/// The progress of a recording.
 struct RecordingProgress {
     std::uint64_t recorded = 0; ///< items that are in the file
     std::uint64_t missed = 0;   ///< items that came faster than they could be written

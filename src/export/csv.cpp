@@ -37,7 +37,7 @@ std::string comments(const ExportedSweep& sweep, bool of_one_sweep) {
     return text;
 }
 
-/// Appends `cells`, parted by `separator`, as a line.
+/// Appends `cells`, separated by `separator`, as a line.
 void add_line(std::string& text, const std::vector<std::string>& cells, char separator) {
     for (const std::string& cell : cells) {
         if (&cell != &cells.front()) {

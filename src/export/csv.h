@@ -11,7 +11,7 @@ namespace kv408 {
 /// theirs are the same.
 [[nodiscard]] std::string csv_text(const ExportedSweep& sweep);
 
-/// Those lines of it that say what `sweep` was taken with, and not when and as which one.
+/// Its comment lines about the settings of `sweep` alone, without its date and number.
 [[nodiscard]] std::string set_up_comments(const ExportedSweep& sweep);
 
 /// The headings and points alone, separated by tabs, as a spreadsheet takes them from the

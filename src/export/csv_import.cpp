@@ -48,7 +48,7 @@ public:
     }
 
 private:
-    /// One of a channel's comments, and the number of its.
+    /// A comment about one channel, and that channel's number.
     struct Comment {
         std::string_view name;
         double ExportedChannel::*number;

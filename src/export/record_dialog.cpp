@@ -257,7 +257,7 @@ void RecordDialog::show_progress(const RecordingProgress& progress) {
 }
 
 void RecordDialog::enable() {
-    // What is recorded and where to stands fast while a recording runs.
+    // What is recorded, and where, cannot be changed during a recording.
     const bool idle = !recorder_;
     controls_.cmbRecordPace.set_enabled(idle);
     controls_.txtRecordPace.set_enabled(idle && controls_.cmbRecordPace.index() != every_sweep);

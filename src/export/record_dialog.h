@@ -79,7 +79,7 @@ public:
 private:
     void cmdRecordBrowse_Click();
     void cmdRecord_Click();
-    /// What the boxes say; nothing, with the faulty ones marked, where they say no plan.
+    /// The plan in the boxes; nothing where it is faulty, with the boxes at fault marked.
     [[nodiscard]] std::optional<RecordingPlan> plan();
     /// The file that the box names, with the ending of its kind.
     [[nodiscard]] std::filesystem::path path() const;

@@ -30,8 +30,8 @@ std::string fill_pages(std::string_view lines, std::uintmax_t at) {
     while (!lines.empty()) {
         const std::size_t length = std::min(lines.find('\n'), lines.size() - 1) + 1;
         const std::uintmax_t room = page - (at + text.size()) % page;
-        // What is left behind a line has room for a comment, or there is nothing
-        // left.
+        // A comment must fit into the rest of the page after the line, unless nothing of
+        // the page is left.
         const bool fits = length == room || length + shortest_comment <= room;
         if (!fits && room >= shortest_comment && length <= page - shortest_comment) {
             text += '#';

@@ -17,8 +17,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Between two times that people are shown anew what has come: two hundred numbers are not read in
-/// less, and painting them is most of what the open window costs.
+/// Between two updates of table and plot: nobody reads two hundred numbers in less than a second,
+/// and painting them is most of what the open window costs.
 constexpr std::chrono::nanoseconds between_refreshes = 1s;
 
 /// Between two beeps, or two snapshots.

@@ -38,7 +38,7 @@ struct StatisticsControls {
     Label lblStatisticsLog{"lblStatisticsLog"};           ///< where the log lies, and how far it is
 };
 
-/// What a value outside its limits brings about.
+/// What happens when a value is outside its limits.
 enum class LimitAction { none, beep, stop, snapshot };
 
 /// What belongs to the limits of one value.
@@ -128,7 +128,7 @@ public:
     /// Sets what shows the window and brings it to the front.
     void on_show(std::function<void()> listener) { show_ = std::move(listener); }
 
-    /// Sets what brings table and plot up to date; not for each sweep, but soon after it.
+    /// Sets what updates table and plot. It is not called for each sweep, but soon after it.
     void on_refresh(std::function<void()> listener) { refresh_ = std::move(listener); }
 
 private:

@@ -33,7 +33,7 @@ public:
     /// What the program has set in the instrument.
     [[nodiscard]] const Settings& settings() const { return instrument_.settings(); }
 
-    /// The state of delivery: errors of the sampler, and a record that leaves about 3 % of gain,
+    /// The state as delivered: errors of the sampler, and a record that leaves about 3 % of gain,
     /// 20 codes of offset and 2 % of time for the user to calibrate. Overwrites the record.
     void set_factory_state();
 

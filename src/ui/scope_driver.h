@@ -12,8 +12,8 @@
 namespace kv408::ui {
 
 /// The one way from the window into the program. Entries may nest, because the program lets window
-/// messages run while a message box is open or a pass is under way; the window hears of the return
-/// of each of them.
+/// messages run while a message box is open or a pass is under way; the window is told when each
+/// of them returns.
 class ScopeDriver {
 public:
     /// Drives `scope`, which outlives the driver.

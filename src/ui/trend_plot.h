@@ -6,7 +6,7 @@
 
 namespace kv408::ui {
 
-/// The chosen value over the last minutes, on the left, and how often it was how large, on the
+/// The trend of the chosen value over the last minutes, on the left, and its histogram, on the
 /// right, on one scale of values. Its limits are dashed lines where they lie within.
 class TrendPlot : public QWidget {
 public:
