@@ -82,13 +82,15 @@ QWidget* TestBenchWindow::make_connections() {
     list->setObjectName(u"connection"_s);
     list->setPlaceholderText(u"Your own signals and cables"_s);
     list->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    describe(*list, {u"Connect"_s, u"Sets signal 1 and the cables as a calibration asks for"_s});
+    describe(*list,
+             {u"Connect"_s, u"Sets signals and cables as a calibration asks for, or for an eye"_s});
     // In the order of the connections.
     list->addItems({u"As delivered"_s, u"200 mVpp, 10 MHz sine; CH1 to trigger output"_s,
                     u"200 mVpp, 10 MHz sine; CH2 to trigger output"_s,
                     u"1 Vpp, 10 MHz sine; CH1 to trigger output"_s,
                     u"1 Vpp, 10 MHz sine; CH2 to trigger output"_s,
-                    u"1 Vpp, 10 MHz sine; CH1 and CH2 open"_s});
+                    u"1 Vpp, 10 MHz sine; CH1 and CH2 open"_s, u"Eye, clean"_s,
+                    u"Eye, with jitter and noise"_s, u"Eye, closing"_s});
     QObject::connect(list, &QComboBox::activated, list, [this](int index) {
         simulator::connect(bench_, static_cast<TestConnection>(index));
         show_bench();

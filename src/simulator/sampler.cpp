@@ -61,8 +61,10 @@ Phase Sampler::sampled_phase(const InputSignal& input, const TriggerEvent& event
     const Phase undisturbed =
         moved(phase_at(*input.generator, event), picoseconds * periods_per_ps);
     double late_ps = event.late_ps;
-    if (signal.jitter_ps > 0.0) {
-        const double own_ps = signal.jitter_ps * noise_.gaussian();
+    if (signal.jitter_ps > 0.0 || signal.sine_jitter_ps > 0.0) {
+        const double random_ps =
+            signal.jitter_ps > 0.0 ? signal.jitter_ps * noise_.gaussian() : 0.0;
+        const double own_ps = random_ps + sine_jitter_at(signal, undisturbed);
         // The edge that triggered delayed the trigger, and is itself delayed as much.
         const bool triggered =
             input.generator == event.generator && edge_at(signal, undisturbed) == event.edge;

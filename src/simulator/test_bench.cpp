@@ -7,6 +7,7 @@ void silence(TestBench& bench) {
     for (Source& source : bench.sources) {
         source.noise_mv = 0.0;
         source.jitter_ps = 0.0;
+        source.sine_jitter_ps = 0.0;
     }
 }
 
@@ -22,14 +23,25 @@ Source clock_of(const Source& source) {
     return clock;
 }
 
+namespace {
+
+/// The signal of `source` without the cable to the sampler.
+InputSignal at_trigger(const Source& source) {
+    InputSignal input{&source, source};
+    input.signal.cable_ps = 0.0;
+    return input;
+}
+
+} // namespace
+
 InputSignal trigger_signal(const TestBench& bench, std::size_t input) {
     const Source& first = bench.sources.front();
     const Source& second = bench.sources.back();
     switch (bench.triggers.at(input)) {
     case TriggerRoute::signal_1:
-        return {&first, first};
+        return at_trigger(first);
     case TriggerRoute::signal_2:
-        return {&second, second};
+        return at_trigger(second);
     case TriggerRoute::clock_1:
         return {&first, clock_of(first)};
     case TriggerRoute::clock_2:

@@ -16,7 +16,7 @@ enum class SignalKind {
     sine,       ///< rises through its middle at the start of the period
     square,     ///< half of the period high; the rising edge's middle is the start of the period
     pulse,      ///< like `square`, high for `duty` of the period
-    random_data ///< repeating pseudo-random pattern of 127 bits, one bit per period
+    random_data ///< repeating pseudo-random pattern of bits, one bit per period
 };
 
 /// One signal generator.
@@ -28,7 +28,15 @@ struct Source {
     double rise_time_ps = 800.0;   ///< 10 % to 90 % of each edge but a sine's, picoseconds, 0..
     double duty = 0.5;             ///< part of the period that a pulse is high, 0..1 without ends
     double noise_mv = 0.0;         ///< white, millivolts rms
-    double jitter_ps = 0.0;        ///< displacement of each edge in time, picoseconds rms
+    double jitter_ps = 0.0;        ///< random displacement of each edge in time, picoseconds rms
+    double sine_jitter_ps = 0.0;   ///< displacement that comes and goes as a sine, picoseconds peak
+    double sine_jitter_hz = 1.0e6; ///< how often a second it does, above 0
+    int pattern_bits = 7;          ///< random data repeat after 2^this - 1 bits: 7, 15 or 31
+    /// By how much random data are longer high than low, bit by bit, picoseconds; may be negative.
+    double distortion_ps = 0.0;
+    /// Time constant of the cable from random data to the sampler, which has one pole,
+    /// picoseconds; 0 none. Longer than three bits it counts as three.
+    double cable_ps = 0.0;
 
     bool operator==(const Source&) const = default;
 };
@@ -83,7 +91,7 @@ struct TestBench {
     std::optional<PlannedFaults> planned_faults = {};    ///< what will break
 };
 
-/// Takes noise and jitter out of all signals and of the sampler of `bench`.
+/// Takes noise and jitter, random and sinusoidal, out of all signals and of the sampler of `bench`.
 void silence(TestBench& bench);
 
 /// The clock output of `source`: a square of 400 mVpp around 0 V without noise of its own, which

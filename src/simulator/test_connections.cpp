@@ -14,15 +14,65 @@ Source clean_sine(double amplitude_mvpp) {
     return source;
 }
 
+Source random_data() {
+    Source source;
+    source.kind = SignalKind::random_data;
+    source.amplitude_mvpp = 400.0;
+    source.frequency_hz = 12.5e6; // two and a half bits in the ten divisions of 20 ns
+    source.rise_time_ps = 8000.0;
+    source.noise_mv = 1.0;
+    source.jitter_ps = 50.0;
+    return source;
+}
+
+Source jittering_data() {
+    Source source = random_data();
+    source.pattern_bits = 15;
+    source.noise_mv = 8.0;
+    source.jitter_ps = 1000.0;
+    source.sine_jitter_ps = 3000.0;
+    source.sine_jitter_hz = 1.31e6;
+    source.distortion_ps = 2000.0;
+    return source;
+}
+
+Source closing_data() {
+    Source source = random_data();
+    source.pattern_bits = 31;
+    source.noise_mv = 8.0;
+    source.jitter_ps = 1000.0;
+    source.cable_ps = 60000.0;
+    return source;
+}
+
+void connect_eye(TestBench& bench, const Source& data) {
+    Source clock = clock_of(data);
+    clock.jitter_ps = 0.0;
+    clock.sine_jitter_ps = 0.0;
+    bench.sources = {data, clock};
+    bench.samplers = {SamplerRoute::own_signal, SamplerRoute::disconnected};
+    bench.triggers = {TriggerRoute::signal_2, TriggerRoute::signal_2};
+}
+
 } // namespace
 
 void connect(TestBench& bench, TestConnection connection) {
-    if (connection == TestConnection::delivery) {
+    switch (connection) {
+    case TestConnection::delivery: {
         const TestBench delivered;
         bench.sources = delivered.sources;
         bench.samplers = delivered.samplers;
         bench.triggers = delivered.triggers;
         return;
+    }
+    case TestConnection::eye_clean:
+        return connect_eye(bench, random_data());
+    case TestConnection::eye_jitter_noise:
+        return connect_eye(bench, jittering_data());
+    case TestConnection::eye_closing:
+        return connect_eye(bench, closing_data());
+    default:
+        break;
     }
     bench.triggers = {TriggerRoute::signal_1, TriggerRoute::signal_1};
     bench.samplers = {SamplerRoute::disconnected, SamplerRoute::disconnected};
@@ -39,7 +89,9 @@ void connect(TestBench& bench, TestConnection connection) {
 std::optional<TestConnection> connected(const TestBench& bench) {
     for (const TestConnection connection :
          {TestConnection::delivery, TestConnection::sine_200mv_ch1, TestConnection::sine_200mv_ch2,
-          TestConnection::sine_1v_ch1, TestConnection::sine_1v_ch2, TestConnection::inputs_open}) {
+          TestConnection::sine_1v_ch1, TestConnection::sine_1v_ch2, TestConnection::inputs_open,
+          TestConnection::eye_clean, TestConnection::eye_jitter_noise,
+          TestConnection::eye_closing}) {
         TestBench wanted = bench;
         connect(wanted, connection);
         if (wanted.sources == bench.sources && wanted.samplers == bench.samplers &&

@@ -1,6 +1,6 @@
 #include "simulator/trigger.h"
 
-#include "state/rounding.h"
+#include "simulator/random_data.h"
 
 #include <algorithm>
 #include <cmath>
@@ -30,14 +30,17 @@ double crossing_place(const Source& signal, const Crossing& crossing) {
         return rising ? up : 0.5 - up;
     }
     // Data change where a bit begins, in either direction.
-    const bool at_start = rising || signal.kind == SignalKind::random_data;
-    return (at_start ? 0.0 : high_part(signal)) +
-           edge_place(rising ? crossing.part : 1.0 - crossing.part, edge_width(signal));
+    const double middle = signal.kind == SignalKind::random_data ? data_edge_delay(signal, rising)
+                          : rising                               ? 0.0
+                                                                 : high_part(signal);
+    return middle + edge_place(rising ? crossing.part : 1.0 - crossing.part, edge_width(signal));
 }
 
 /// The longest time between two crossings, seconds.
 double longest_gap_of(const Source& signal, bool rising) {
-    const int periods = signal.kind == SignalKind::random_data ? longest_gap_of_data(rising) : 1;
+    const int periods = signal.kind == SignalKind::random_data
+                            ? longest_gap_of_data(signal.pattern_bits, rising)
+                            : 1;
     return periods / signal.frequency_hz;
 }
 
@@ -60,7 +63,7 @@ TriggerEvent TriggerEvents::next(const TriggerEvent& event) const {
 
 TriggerEvent TriggerEvents::event_in(std::int64_t period) const {
     if (signal_.kind == SignalKind::random_data) {
-        while (!data_turn(period - place_.periods, crossing_.rising)) {
+        while (!data_turn(signal_.pattern_bits, period - place_.periods, crossing_.rising)) {
             ++period;
         }
     }
@@ -75,6 +78,7 @@ void TriggerEvents::disturb(TriggerEvent& event, Noise& noise) const {
     if (signal_.jitter_ps > 0.0) {
         event.jitter_ps = signal_.jitter_ps * noise.gaussian();
     }
+    event.jitter_ps += sine_jitter_at(signal_, event.phase);
     event.late_ps = event.jitter_ps;
     if (signal_.noise_mv > 0.0) {
         // With so much noise on it the signal itself need only be so high.
@@ -120,17 +124,7 @@ Phase phase_at(const Source& generator, const TriggerEvent& event) {
     if (&generator == event.generator) {
         return event.phase;
     }
-    // This event's time in cycles is periods * frequency / trigger frequency. Remainder and error
-    // of the product are exact, so locked signals stay locked however many periods have passed.
-    const double trigger_frequency = event.generator->frequency_hz;
-    const auto periods = static_cast<double>(event.phase.periods);
-    const double product = periods * generator.frequency_hz;
-    const double lost = std::fma(periods, generator.frequency_hz, -product);
-    const double remainder = std::fmod(product, trigger_frequency);
-    const Phase start{
-        static_cast<std::int64_t>(round_half_even((product - remainder) / trigger_frequency)),
-        remainder / trigger_frequency};
-    return moved(start, (lost + event.phase.fraction * generator.frequency_hz) / trigger_frequency);
+    return in_periods_of(generator.frequency_hz, event.phase, event.generator->frequency_hz);
 }
 
 } // namespace kv408::simulator

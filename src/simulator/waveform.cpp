@@ -1,37 +1,14 @@
 #include "simulator/waveform.h"
 
+#include "simulator/random_data.h"
+#include "state/rounding.h"
+
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <numbers>
 
 namespace kv408::simulator {
 namespace {
-
-constexpr std::int64_t pattern_length = 127;
-
-/// The maximum-length sequence of a 7-bit shift register with taps 7 and 6.
-constexpr std::array<bool, pattern_length> make_pattern() {
-    std::array<bool, pattern_length> bits{};
-    unsigned shift_register = 0x7F;
-    for (auto& bit : bits) {
-        const unsigned fresh = ((shift_register >> 6U) ^ (shift_register >> 5U)) & 1U;
-        bit = fresh != 0;
-        shift_register = ((shift_register << 1U) | fresh) & 0x7FU;
-    }
-    return bits;
-}
-
-constexpr auto pattern = make_pattern();
-
-bool is_high(std::int64_t bit) {
-    const auto place = ((bit % pattern_length) + pattern_length) % pattern_length;
-    return pattern[static_cast<std::size_t>(place)];
-}
-
-double pattern_bit(std::int64_t bit) {
-    return is_high(bit) ? 1.0 : 0.0;
-}
 
 /// A rising edge from 0 to 1 of raised-cosine shape, its middle at 0, `width` long.
 double edge(double place, double width) {
@@ -53,13 +30,46 @@ double pulse_shape(const Source& source, double fraction) {
            edge(fraction - 1.0, width);
 }
 
+/// What a cable of one pole with the time constant `pole` makes of such an edge, at `place`.
+double edge_after_cable(double place, double width, double pole) {
+    const double since = place + width / 2.0;
+    if (since <= 0.0) {
+        return 0.0;
+    }
+    if (width <= 0.0) {
+        return 1.0 - std::exp(-since / pole);
+    }
+    // The pole's answer to (1 - cos(turn * since)) / 2, which begins at 0; after it, to 1.
+    const double turn = std::numbers::pi / width;
+    const double lag = turn * pole;
+    const double share = 1.0 / (2.0 * (1.0 + lag * lag));
+    const auto within = [&](double time) {
+        return 0.5 - share * (std::cos(turn * time) + lag * std::sin(turn * time)) -
+               share * lag * lag * std::exp(-time / pole);
+    };
+    return since < width ? within(since)
+                         : 1.0 - (1.0 - within(width)) * std::exp(-(since - width) / pole);
+}
+
 double data_shape(const Source& source, Phase phase) {
     const double width = edge_width(source);
-    const double before = pattern_bit(phase.periods - 1);
-    const double now = pattern_bit(phase.periods);
-    const double after = pattern_bit(phase.periods + 1);
-    return before + (now - before) * edge(phase.fraction, width) +
-           (after - now) * edge(phase.fraction - 1.0, width);
+    const double pole = std::clamp(source.cable_ps * 1e-12 * source.frequency_hz, 0.0, 3.0);
+    // What a bit leaves behind a cable after twenty time constants is below the converter's steps.
+    const int remembered = pole > 0.0 ? static_cast<int>(std::ceil(20.0 * pole)) + 1 : 0;
+    RandomBits bits(source.pattern_bits, phase.periods - remembered - 1);
+    bool before = bits.take();
+    double value = before ? 1.0 : 0.0;
+    for (int bit = -remembered; bit <= 1; ++bit) {
+        const bool now = bits.take();
+        if (now != before) {
+            const double place = phase.fraction - bit - data_edge_delay(source, now);
+            const double step =
+                pole > 0.0 ? edge_after_cable(place, width, pole) : edge(place, width);
+            value += now ? step : -step;
+        }
+        before = now;
+    }
+    return value;
 }
 
 } // namespace
@@ -99,19 +109,31 @@ std::int64_t edge_at(const Source& source, Phase phase) {
     return data || phase.fraction >= (1.0 + high) / 2.0 ? first + 2 : first + 1;
 }
 
-bool data_turn(std::int64_t bit, bool rising) {
-    return is_high(bit) == rising && is_high(bit - 1) != rising;
+double data_edge_delay(const Source& source, bool rising) {
+    const double longer = source.distortion_ps * 1e-12 * source.frequency_hz;
+    const double room = 1.0 - edge_width(source);
+    const double half = std::clamp(longer, -room, room) / 2.0;
+    return rising ? -half : half;
 }
 
-int longest_gap_of_data(bool rising) {
-    int longest = 0;
-    int gap = 0;
-    // Twice round, for the gap over the pattern's end.
-    for (std::int64_t bit = 0; bit < 2 * pattern_length; ++bit) {
-        gap = data_turn(bit, rising) ? 1 : gap + 1;
-        longest = std::max(longest, gap);
+Phase in_periods_of(double frequency_hz, Phase phase, double phase_hz) {
+    // The phase's time in cycles is periods * frequency / its frequency. Remainder and error
+    // of the product are exact, so locked signals stay locked however many periods have passed.
+    const auto periods = static_cast<double>(phase.periods);
+    const double cycles = periods * frequency_hz;
+    const double lost = std::fma(periods, frequency_hz, -cycles);
+    const double remainder = std::fmod(cycles, phase_hz);
+    const Phase start{static_cast<std::int64_t>(round_half_even((cycles - remainder) / phase_hz)),
+                      remainder / phase_hz};
+    return moved(start, (lost + phase.fraction * frequency_hz) / phase_hz);
+}
+
+double sine_jitter_at(const Source& source, Phase phase) {
+    if (!(source.sine_jitter_ps > 0.0) || !(source.sine_jitter_hz > 0.0)) {
+        return 0.0;
     }
-    return longest;
+    const Phase turn = in_periods_of(source.sine_jitter_hz, phase, source.frequency_hz);
+    return source.sine_jitter_ps * std::sin(2.0 * std::numbers::pi * turn.fraction);
 }
 
 bool alternates(const Source& source) {

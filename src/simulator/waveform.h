@@ -28,11 +28,15 @@ struct Phase {
 /// period or bit, odd for the one after it. A generator's clock counts as its signal does.
 [[nodiscard]] std::int64_t edge_at(const Source& source, Phase phase);
 
-/// Whether random data rises, or else falls, where bit `bit` begins.
-[[nodiscard]] bool data_turn(std::int64_t bit, bool rising);
+/// How much later than the start of its bit the middle of an edge of random data comes, bits: by
+/// the source's distortion, of which each direction takes half, held so that edges do not meet.
+[[nodiscard]] double data_edge_delay(const Source& source, bool rising);
 
-/// The longest distance from one such edge to the next, bits.
-[[nodiscard]] int longest_gap_of_data(bool rising);
+/// `phase`, in periods of `phase_hz`, in those of a signal of `frequency_hz` that started with it.
+[[nodiscard]] Phase in_periods_of(double frequency_hz, Phase phase, double phase_hz);
+
+/// How late the source's sinusoidal jitter makes what is at `phase` of it, picoseconds.
+[[nodiscard]] double sine_jitter_at(const Source& source, Phase phase);
 
 /// Whether the source repeats: it has a shape, an amplitude above 0 and a finite frequency above 0.
 [[nodiscard]] bool alternates(const Source& source);

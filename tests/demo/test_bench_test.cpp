@@ -1,10 +1,15 @@
 // The window of the simulated test bench.
 
+#include <array>
+#include <tuple>
+#include <utility>
+
 #include <QCheckBox>
 #include <QComboBox>
 #include <QTest>
 
 #include "demo/test_bench_window.h"
+#include "simulator/test_connections.h"
 #include "ui/engineering_spin_box.h"
 #include "ui/when_placed.h"
 #include "ui/window_places.h"
@@ -26,6 +31,8 @@ private Q_SLOTS:
     void steps_stay_in_the_decade_data();
     void steps_stay_in_the_decade();
     void signals_are_edited();
+    void what_one_kind_has_is_shown_with_it();
+    void an_eye_is_connected_from_the_list();
     void cables_are_plugged();
     void a_calibration_is_connected_from_the_list();
     void faults_are_switched();
@@ -118,12 +125,16 @@ void BenchTest::signals_are_edited() {
     frequencies[1]->setValue(33e6);
     QCOMPARE(bench.sources[1].frequency_hz, 33e6);
     QCOMPARE(bench.sources[0].frequency_hz, 10e6);
-    const std::array<std::pair<QString, double simulator::Source::*>, 5> others = {
+    const std::array<std::pair<QString, double simulator::Source::*>, 9> others = {
         {{u"amplitude"_s, &simulator::Source::amplitude_mvpp},
          {u"offset"_s, &simulator::Source::offset_mv},
          {u"rise"_s, &simulator::Source::rise_time_ps},
          {u"noise"_s, &simulator::Source::noise_mv},
-         {u"jitter"_s, &simulator::Source::jitter_ps}}};
+         {u"jitter"_s, &simulator::Source::jitter_ps},
+         {u"sine_jitter"_s, &simulator::Source::sine_jitter_ps},
+         {u"sine_jitter_rate"_s, &simulator::Source::sine_jitter_hz},
+         {u"distortion"_s, &simulator::Source::distortion_ps},
+         {u"cable"_s, &simulator::Source::cable_ps}}};
     for (const auto& [name, member] : others) {
         window.findChildren<QDoubleSpinBox*>(name).front()->setValue(123.0);
         QCOMPARE(bench.sources[0].*member, 123.0);
@@ -133,6 +144,42 @@ void BenchTest::signals_are_edited() {
     auto* const kind = window.findChildren<QComboBox*>(u"kind"_s).front();
     kind->setCurrentText(u"Random data"_s);
     QCOMPARE(bench.sources[0].kind, simulator::SignalKind::random_data);
+    QCOMPARE(bench.sources[0].pattern_bits, 7);
+    kind->setCurrentText(u"Random 2^31 - 1"_s);
+    QCOMPARE(bench.sources[0].kind, simulator::SignalKind::random_data);
+    QCOMPARE(bench.sources[0].pattern_bits, 31);
+}
+
+void BenchTest::what_one_kind_has_is_shown_with_it() {
+    TestBench bench;
+    TestBenchWindow window(bench);
+    window.show();
+    auto* const kind = window.findChildren<QComboBox*>(u"kind"_s).front();
+    const auto shown = [&window](const QString& name) {
+        return window.findChildren<QDoubleSpinBox*>(name).front()->isVisible();
+    };
+    for (const auto& [text, of_pulse, of_data] :
+         {std::tuple(u"Sine"_s, false, false), std::tuple(u"Pulse"_s, true, false),
+          std::tuple(u"Random 2^15 - 1"_s, false, true)}) {
+        kind->setCurrentText(text);
+        QCOMPARE(shown(u"duty"_s), of_pulse);
+        QCOMPARE(shown(u"distortion"_s), of_data);
+        QCOMPARE(shown(u"cable"_s), of_data);
+        QVERIFY(shown(u"sine_jitter"_s));
+    }
+}
+
+void BenchTest::an_eye_is_connected_from_the_list() {
+    TestBench bench;
+    TestBenchWindow window(bench);
+    auto* const list = window.findChild<QComboBox*>(u"connection"_s);
+    list->setCurrentText(u"Eye, closing"_s);
+    Q_EMIT list->activated(list->currentIndex());
+    QCOMPARE(simulator::connected(bench), simulator::TestConnection::eye_closing);
+    QCOMPARE(window.findChildren<QComboBox*>(u"kind"_s).front()->currentText(),
+             u"Random 2^31 - 1"_s);
+    QCOMPARE(window.findChildren<QDoubleSpinBox*>(u"cable"_s).front()->text(), u"60 ns"_s);
+    QCOMPARE(list->currentText(), u"Eye, closing"_s);
 }
 
 void BenchTest::cables_are_plugged() {

@@ -59,5 +59,46 @@ TEST(ConnectionOfDelivery, ComesBack) {
     EXPECT_EQ(bench.sources[0].noise_mv, delivered.sources[0].noise_mv);
 }
 
+TEST(EyeConnections, BringDataToChannel1AndTheirCleanClockToTheTriggers) {
+    for (const TestConnection eye : {TestConnection::eye_clean, TestConnection::eye_jitter_noise,
+                                     TestConnection::eye_closing}) {
+        TestBench bench;
+        bench.errors.time_scale = 1.05;
+        connect(bench, eye);
+        EXPECT_EQ(connected(bench), eye);
+        EXPECT_EQ(bench.sources[0].kind, SignalKind::random_data);
+        EXPECT_EQ(bench.sources[1].kind, SignalKind::square);
+        EXPECT_EQ(bench.sources[1].frequency_hz, bench.sources[0].frequency_hz);
+        EXPECT_EQ(bench.sources[1].noise_mv, 0.0);
+        EXPECT_EQ(bench.sources[1].jitter_ps, 0.0);
+        EXPECT_EQ(bench.sources[1].sine_jitter_ps, 0.0);
+        EXPECT_EQ(bench.samplers,
+                  (std::array{SamplerRoute::own_signal, SamplerRoute::disconnected}));
+        EXPECT_EQ(bench.triggers, (std::array{TriggerRoute::signal_2, TriggerRoute::signal_2}));
+        EXPECT_EQ(bench.errors.time_scale, 1.05);
+        connect(bench, TestConnection::delivery);
+        EXPECT_EQ(connected(bench), TestConnection::delivery);
+    }
+}
+
+TEST(EyeConnections, AreCleanOrHaveJitterAndNoiseOrClose) {
+    TestBench bench;
+    connect(bench, TestConnection::eye_clean);
+    EXPECT_EQ(bench.sources[0].pattern_bits, 7);
+    EXPECT_EQ(bench.sources[0].sine_jitter_ps, 0.0);
+    EXPECT_EQ(bench.sources[0].distortion_ps, 0.0);
+    EXPECT_EQ(bench.sources[0].cable_ps, 0.0);
+    const Source clean = bench.sources[0];
+    connect(bench, TestConnection::eye_jitter_noise);
+    EXPECT_EQ(bench.sources[0].pattern_bits, 15);
+    EXPECT_GT(bench.sources[0].noise_mv, clean.noise_mv);
+    EXPECT_GT(bench.sources[0].jitter_ps, clean.jitter_ps);
+    EXPECT_GT(bench.sources[0].sine_jitter_ps, 0.0);
+    EXPECT_GT(bench.sources[0].distortion_ps, 0.0);
+    connect(bench, TestConnection::eye_closing);
+    EXPECT_EQ(bench.sources[0].pattern_bits, 31);
+    EXPECT_EQ(bench.sources[0].cable_ps * bench.sources[0].frequency_hz, 0.75e12);
+}
+
 } // namespace
 } // namespace kv408::simulator

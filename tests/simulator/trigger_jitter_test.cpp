@@ -4,6 +4,7 @@
 #include "bench_driver.h"
 
 #include <cmath>
+#include <utility>
 
 namespace kv408::simulator {
 namespace {
@@ -93,6 +94,24 @@ TEST_F(TriggerJitter, OfTheClockIsThatOfItsData) {
     EXPECT_GT(spread_of_rises(100000), 10.0);
     // Another signal shows the whole of it.
     EXPECT_NEAR(deviation(2, 0) / codes_per_ps_2, 200.0, 20.0);
+}
+
+TEST_F(TriggerJitter, OfASineIsThatOfItsPeakAndMovesBoth) {
+    // At a channel: a sine's deviation, and never beyond its peak.
+    bench().sources[1].sine_jitter_ps = 200.0;
+    bench().sources[1].sine_jitter_hz = 1.31e6;
+    EXPECT_NEAR(deviation(2, 0) / codes_per_ps_2, 200.0 / std::sqrt(2.0), 10.0);
+    for (const int code : sweep(2)) {
+        EXPECT_LE(std::abs(code - 2048), 200.0 * codes_per_ps_2 + 1.0);
+    }
+    // At the trigger it moves the other channel, and not the edge that triggers.
+    std::swap(bench().sources[0].sine_jitter_ps, bench().sources[1].sine_jitter_ps);
+    bench().sources[0].sine_jitter_hz = 1.31e6;
+    EXPECT_NEAR(deviation(2, 0) / codes_per_ps_2, 200.0 / std::sqrt(2.0), 10.0);
+    EXPECT_LT(deviation(1, 0), 0.5);
+    // As fast as the signal repeats it is always the same.
+    bench().sources[0].sine_jitter_hz = bench().sources[0].frequency_hz;
+    EXPECT_LT(deviation(2, 0), 0.5);
 }
 
 TEST_F(TriggerJitter, ComesOfNoiseBySlope) {

@@ -234,6 +234,29 @@ TEST_F(Trigger, OnRandomDataWaitsForTheLongestGapBetweenEdges) {
     EXPECT_FALSE(triggers());
 }
 
+TEST_F(Trigger, OnRandomDataIsWhereDistortionPutsTheirEdgesAndBeforeTheCable) {
+    bench().sources[0] = {SignalKind::random_data, 400.0, 100.0e6, 0.0, 500.0, 0.5, 0.0, 0.0};
+    bench().sources[0].distortion_ps = 2000.0;
+    set_trigger(0, 1);
+    set_resolution(0);
+    set_offset(1, 0);
+    EXPECT_EQ(sweep(1), std::vector<int>(650, 2048));
+    // A one of a single bit ends after 10 ns and the distortion.
+    const auto crossings = [this](std::int32_t delay_ps) {
+        set_offset(1, delay_ps);
+        const auto codes = sweep(1);
+        return std::count(codes.begin(), codes.end(), 2048);
+    };
+    EXPECT_EQ(crossings(10000), 0);
+    EXPECT_GT(crossings(12000), 200);
+    // What a cable does to the channel the trigger does not see.
+    bench().sources[0].cable_ps = 10000.0;
+    set_offset(1, 0);
+    const auto codes = sweep(1);
+    ASSERT_EQ(codes.size(), 650U);
+    EXPECT_LT(*std::max_element(codes.begin(), codes.end()), 2048);
+}
+
 TEST_F(Trigger, OnTheClockOfRandomDataEveryBitBeginsAtTheSamePlace) {
     bench().sources[0] = {SignalKind::random_data, 300.0, 100.0e6, 50.0, 500.0, 0.5, 3.0, 20.0};
     set_resolution(1);

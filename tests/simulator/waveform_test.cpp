@@ -107,6 +107,72 @@ TEST(Waveform, RandomDataChangesWhereBitsMeet) {
     }
 }
 
+TEST(Waveform, DistortionMakesTheOnesOfRandomDataLonger) {
+    Source data = source(SignalKind::random_data);
+    data.distortion_ps = 4000.0; // of 50000
+    for (std::int64_t bit = 0; bit < 127; ++bit) {
+        const double before = value_mv(data, {bit - 1, 0.5});
+        const double after = value_mv(data, {bit, 0.5});
+        if (after > before) { // its middle comes 2000 ps early
+            EXPECT_NEAR(value_mv(data, {bit - 1, 0.96}), 25.0, 1e-9);
+            EXPECT_NEAR(value_mv(data, {bit, 0.0}), 175.0, 1e-9);
+        } else if (after < before) { // late
+            EXPECT_NEAR(value_mv(data, {bit, 0.04}), 25.0, 1e-9);
+            EXPECT_NEAR(value_mv(data, {bit, 0.0}), 175.0, 1e-9);
+        }
+    }
+    // However much it is, the data stay between their levels.
+    data.distortion_ps = -1e9;
+    for (std::int64_t bit = 0; bit < 127; ++bit) {
+        for (const double place : {0.0, 0.25, 0.5, 0.75}) {
+            EXPECT_LE(std::abs(value_mv(data, {bit, place}) - 25.0), 150.0 + 1e-9);
+        }
+    }
+}
+
+TEST(Waveform, ACableDelaysWhatRandomDataBecomeAsOnePoleDoes) {
+    Source data = source(SignalKind::random_data);
+    data.rise_time_ps = 0.0;
+    data.cable_ps = 37000.0; // of 50000
+    // From bit to bit what is missing shrinks by the same factor.
+    double at_end = -125.0;
+    for (std::int64_t bit = -60; bit < 127; ++bit) {
+        Source without = data;
+        without.cable_ps = 0.0;
+        const double level = value_mv(without, {bit, 0.5});
+        if (bit >= 0) { // whatever it began with is forgotten
+            const double middle = level + (at_end - level) * std::exp(-25000.0 / 37000.0);
+            EXPECT_NEAR(value_mv(data, {bit, 0.5}), middle, 1e-5) << bit;
+            EXPECT_NEAR(value_mv(data, {bit, 0.0}), at_end, 1e-5) << bit;
+        }
+        at_end = level + (at_end - level) * std::exp(-50000.0 / 37000.0);
+    }
+}
+
+TEST(Waveform, ACableRoundsEdgesThatTakeTime) {
+    Source data = source(SignalKind::random_data);
+    data.rise_time_ps = 15000.0;
+    data.distortion_ps = 3000.0;
+    Source cabled = data;
+    cabled.cable_ps = 20000.0;
+    // The pole's equation, taken in small steps: how fast it follows is what is missing by its time
+    // constant.
+    constexpr int steps = 20000;
+    constexpr double step_ps = 50000.0 / steps;
+    double follower = 0.0;
+    for (std::int64_t bit = -30; bit < 40; ++bit) {
+        for (int step = 0; step < steps; ++step) {
+            const double middle = value_mv(data, {bit, (step + 0.5) / steps});
+            follower += (middle - follower) * (1.0 - std::exp(-step_ps / 20000.0));
+            if (bit >= 0 && step % 1000 == 999) {
+                const double place = double(step + 1) / steps;
+                EXPECT_NEAR(value_mv(cabled, moved({bit, 0.0}, place)), follower, 0.01)
+                    << bit << ' ' << place;
+            }
+        }
+    }
+}
+
 TEST(Waveform, ImpossibleValuesGiveASteadyOffset) {
     Source sine = source(SignalKind::sine);
     sine.frequency_hz = 0.0;
