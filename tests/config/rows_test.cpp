@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/measurement_lines.h"
 #include "support/settings_rig.h"
 
 namespace kv408 {
@@ -230,13 +231,31 @@ TEST(Rows, TabAndAnnotationTakeTheIntegerPart) {
 }
 
 TEST(Rows, AnIndexOrBoxValueOutsideItsControlIsRefused) {
-    const std::vector<std::pair<const char*, int>> entries = {
-        {"cursorselect", 2}, {"trigeredge", 2},  {"trigsource", 2},     {"ch1vdiv", 6},
-        {"ch2vdiv", 6},      {"seltimediv", 21}, {"cmbmeas(0)", 15},    {"cmbmeas(1)", 15},
-        {"cmbmeas(2)", 15},  {"inviatr1", 2},    {"inviatr2", 2},       {"invert1", 2},
-        {"invert2", 2},      {"ch1enable", 2},   {"ch2enable", 2},      {"slenps1", 2},
-        {"slenps2", 2},      {"eyeon", 2},       {"gridenable", 2},     {"persist", 2},
-        {"average", 2},      {"displaymeas", 2}, {"snapshotdialog", 2}, {"snapshotinvert", 2}};
+    const auto measurements = static_cast<int>(measurement_entries().size());
+    const std::vector<std::pair<const char*, int>> entries = {{"cursorselect", 2},
+                                                              {"trigeredge", 2},
+                                                              {"trigsource", 2},
+                                                              {"ch1vdiv", 6},
+                                                              {"ch2vdiv", 6},
+                                                              {"seltimediv", 21},
+                                                              {"cmbmeas(0)", measurements},
+                                                              {"cmbmeas(1)", measurements},
+                                                              {"cmbmeas(2)", measurements},
+                                                              {"inviatr1", 2},
+                                                              {"inviatr2", 2},
+                                                              {"invert1", 2},
+                                                              {"invert2", 2},
+                                                              {"ch1enable", 2},
+                                                              {"ch2enable", 2},
+                                                              {"slenps1", 2},
+                                                              {"slenps2", 2},
+                                                              {"eyeon", 2},
+                                                              {"gridenable", 2},
+                                                              {"persist", 2},
+                                                              {"average", 2},
+                                                              {"displaymeas", 2},
+                                                              {"snapshotdialog", 2},
+                                                              {"snapshotinvert", 2}};
     for (const auto& [key, size] : entries) {
         SettingsRig rig;
         const std::string before = rig.save();
