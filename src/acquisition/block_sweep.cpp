@@ -1,6 +1,5 @@
 #include "acquisition/block_sweep.h"
 
-#include <algorithm>
 #include <chrono>
 #include <span>
 
@@ -19,9 +18,7 @@ void BlockSweep::sdisplaych(Channel channel) {
     if (count >= 2 && around_.link.power().is_back()) {
         around_.acquisition.scopestate = state_word::set_up;
     } else if (count >= block_bytes) {
-        if (!drop_rest_of_other(count)) {
-            take_block(channel);
-        }
+        take_block(channel, count);
     } else if (count == lastrxcount_ && count >= 2) {
         take_short_reply(channel, count);
     } else {
@@ -38,27 +35,7 @@ void BlockSweep::sdisplaych(Channel channel) {
     }
 }
 
-bool BlockSweep::drop_rest_of_other(std::uint32_t count) {
-    // A request ends the reply that is being sent, but not before the last of its bytes has come:
-    // what arrived between the flush and the request is still in front.
-    if (!broke_off_ || count == block_bytes) {
-        return false;
-    }
-    if (count != lastrxcount_) {
-        lastrxcount_ = count; // it may still grow
-        return true;
-    }
-    for (std::uint32_t left = count - block_bytes; left > 0;) {
-        const auto piece = std::min<std::size_t>(left, rxbuffer_.size());
-        if (!around_.link.read(std::span(rxbuffer_).first(piece))) {
-            break; // then the block cannot be read either
-        }
-        left -= static_cast<std::uint32_t>(piece);
-    }
-    return false;
-}
-
-void BlockSweep::take_block(Channel channel) {
+void BlockSweep::take_block(Channel channel, std::uint32_t count) {
     show_status(around_.panel, around_.acquisition, status::running);
     if (!around_.link.read(std::span(rxbuffer_).first(block_bytes))) {
         around_.acquisition.taken_as_set = {};
@@ -66,7 +43,7 @@ void BlockSweep::take_block(Channel channel) {
         return;
     }
     Sweeps::Parts parts;
-    parts.at(channel) = convert_block(channel);
+    parts.at(channel) = convert_block(channel, count == block_bytes);
     if (around_.panel.channel.at(other(channel)).enable.checked()) {
         around_.acquisition.scopestate = state_word::block[other(channel)];
     }
@@ -77,8 +54,9 @@ void BlockSweep::take_block(Channel channel) {
     sweeps_.finish(SweepMode::block, around_.clock.time_of_day(), parts, set_up_.on());
 }
 
-std::shared_ptr<const ChannelSweep> BlockSweep::convert_block(Channel channel) {
+std::shared_ptr<const ChannelSweep> BlockSweep::convert_block(Channel channel, bool alone) {
     auto sweep = std::make_shared<ChannelSweep>(set_up_.begin(channel));
+    sweep->alone = alone;
     std::array<Sample, npoints> points = {};
     for (std::size_t pair = 0; pair < points.size(); ++pair) {
         const std::int16_t word =
@@ -119,7 +97,6 @@ void BlockSweep::take_short_reply(Channel channel, std::uint32_t count) {
 
 void BlockSweep::rearm(Channel channel) {
     ask_for_next(channel);
-    broke_off_ = true;
     around_.measuring.makemeasurement();
 }
 

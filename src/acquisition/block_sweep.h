@@ -24,21 +24,16 @@ public:
     void sdisplaych(Channel channel);
 
     /// Forgets what was seen of a reply; a new sweep has been asked for.
-    void restart() {
-        lastrxcount_ = 0;
-        broke_off_ = false;
-    }
+    void restart() { lastrxcount_ = 0; }
 
     /// The last two-byte word taken from a reply.
     [[nodiscard]] std::int16_t lastword() const { return lastword_; }
 
 private:
-    /// Whether of the `count` bytes that wait the first are the rest of a reply that was broken
-    /// off, and are not to be taken for the block's; they are thrown away once all has come.
-    [[nodiscard]] bool drop_rest_of_other(std::uint32_t count);
-    void take_block(Channel channel);
-    /// Takes the block into the samples of `channel`; the result is its sweep.
-    [[nodiscard]] std::shared_ptr<const ChannelSweep> convert_block(Channel channel);
+    /// Takes the block that `count` bytes begin with.
+    void take_block(Channel channel, std::uint32_t count);
+    /// Takes the block into the samples of `channel`; the result is its sweep, `alone` or not.
+    [[nodiscard]] std::shared_ptr<const ChannelSweep> convert_block(Channel channel, bool alone);
     void take_short_reply(Channel channel, std::uint32_t count);
     void rearm(Channel channel);
     /// Asks for the block after that of `channel`.
@@ -50,7 +45,6 @@ private:
     Sweeps& sweeps_;
     std::array<Byte, 5001> rxbuffer_ = {};
     std::uint32_t lastrxcount_ = 0;
-    bool broke_off_ = false; ///< the block was asked for again before an answer had come
     std::int16_t lastword_ = 0;
 };
 

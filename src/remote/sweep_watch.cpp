@@ -1,6 +1,14 @@
 #include "remote/sweep_watch.h"
 
+#include <algorithm>
+
 namespace kv408 {
+namespace {
+
+/// Measurements start from what the sweeps before gave, and know a changed signal with its third.
+constexpr int sweeps_to_settle = 3;
+
+} // namespace
 
 SweepWatch::SweepWatch(const Parts& parts)
     : parts_(parts), seen_(set_up()), last_(parts.sweeps.last()->channel) {}
@@ -42,8 +50,13 @@ void SweepWatch::want_new() {
 void SweepWatch::take(const std::shared_ptr<const Sweep>& sweep) {
     look(); // somebody may have pressed something in the middle of it
     for (const Channel channel : both_channels) {
-        const bool came = sweep->channel.at(channel) != last_.at(channel);
-        if (came && sweep->came.at(channel) && !old_under_way_) {
+        if (sweep->channel.at(channel) == last_.at(channel)) {
+            continue;
+        }
+        unsettled_.at(channel) = sweep->channel.at(channel)->alone
+                                     ? std::max(unsettled_.at(channel) - 1, 0)
+                                     : sweeps_to_settle;
+        if (sweep->came.at(channel) && !old_under_way_ && unsettled_.at(channel) == 0) {
             wanted_.at(channel) = false;
         }
     }

@@ -44,6 +44,9 @@ private:
     SetUp seen_;
     std::array<std::shared_ptr<const ChannelSweep>, 2> last_; ///< the parts that came last
     std::array<bool, 2> wanted_ = {true, true};               ///< by channel
+    /// By channel, how many sweeps are still measured with what one gave that may have begun in the
+    /// middle of another.
+    std::array<int, 2> unsettled_ = {0, 0};
     /// What has been asked for already was asked for before the change.
     bool old_under_way_ = false;
 };

@@ -38,8 +38,12 @@ struct ChannelSweep {
     /// Of the first point, after the trigger, picoseconds: the delay in a block, one step in a
     /// pass.
     double first_time = 0.0;
-    double time_per_point = 0.0;  ///< picoseconds
-    bool whole = false;           ///< all points came
+    double time_per_point = 0.0; ///< picoseconds
+    bool whole = false;          ///< all points came
+    /// Nothing else waited with a block. Else the rest of a reply that was broken off may stand in
+    /// front of it: a block that is asked for again ends the one before, but not what of that had
+    /// come between emptying the queue and the request.
+    bool alone = true;
     Conversion conversion;        ///< as the sweep began
     std::int16_t gain = 0;        ///< range, `high_gain` or `low_gain`
     double mv_per_division = 0.0; ///< millivolts per division that were selected

@@ -50,7 +50,7 @@ std::string fetched_with(milliseconds phase, int place, nanoseconds pause) {
     return held + volts + " V, " + hertz + " Hz";
 }
 
-TEST(Starved, ASweepIsNeverTakenFromTheMiddleOfAnother) {
+TEST(Starved, AClientIsNotGivenASweepFromTheMiddleOfAnother) {
     constexpr int operations = 45; // until the sweep has come
     for (const milliseconds phase : {milliseconds(0), milliseconds(20)}) {
         for (int place = 0; place < operations; place += static_cast<int>(series_stride)) {
