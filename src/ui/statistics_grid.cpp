@@ -90,10 +90,10 @@ private:
         run.setPositions(places);
         const bool right = alignment.testFlag(Qt::AlignRight);
         const QFontMetrics& metrics = option.fontMetrics;
-        painter.drawGlyphRun(
-            QPointF(right ? place.x() + place.width() - end.x() : place.x(),
-                    place.y() + (place.height() - metrics.height()) / 2 + metrics.ascent()),
-            run);
+        const int above = (place.height() - metrics.height()) / 2;
+        painter.drawGlyphRun(QPointF(right ? place.x() + place.width() - end.x() : place.x(),
+                                     place.y() + above + metrics.ascent()),
+                             run);
     }
 
     mutable QFont font_;
