@@ -46,9 +46,11 @@ Source closing_data() {
 }
 
 void connect_eye(TestBench& bench, const Source& data) {
-    Source clock = clock_of(data);
-    clock.jitter_ps = 0.0;
-    clock.sine_jitter_ps = 0.0;
+    // As clean as a generator of its own, whatever the data have.
+    Source clock;
+    clock.frequency_hz = data.frequency_hz;
+    clock.rise_time_ps = data.rise_time_ps;
+    clock.kind = SignalKind::square;
     bench.sources = {data, clock};
     bench.samplers = {SamplerRoute::own_signal, SamplerRoute::disconnected};
     bench.triggers = {TriggerRoute::signal_2, TriggerRoute::signal_2};

@@ -72,6 +72,10 @@ TEST(EyeConnections, BringDataToChannel1AndTheirCleanClockToTheTriggers) {
         EXPECT_EQ(bench.sources[1].noise_mv, 0.0);
         EXPECT_EQ(bench.sources[1].jitter_ps, 0.0);
         EXPECT_EQ(bench.sources[1].sine_jitter_ps, 0.0);
+        // Nothing of the data is left in it, should it become data itself.
+        EXPECT_EQ(bench.sources[1].pattern_bits, 7);
+        EXPECT_EQ(bench.sources[1].distortion_ps, 0.0);
+        EXPECT_EQ(bench.sources[1].cable_ps, 0.0);
         EXPECT_EQ(bench.samplers,
                   (std::array{SamplerRoute::own_signal, SamplerRoute::disconnected}));
         EXPECT_EQ(bench.triggers, (std::array{TriggerRoute::signal_2, TriggerRoute::signal_2}));

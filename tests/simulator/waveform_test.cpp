@@ -1,5 +1,7 @@
 #include "simulator/waveform.h"
 
+#include "simulator/random_data.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -93,6 +95,18 @@ TEST(Waveform, RandomDataIsAMaximumLengthSequenceOf127Bits) {
     }
     EXPECT_EQ(highs, 64);
     EXPECT_EQ(windows.size(), 127U); // every combination of seven bits but one
+}
+
+TEST(Waveform, RandomDataHasThePatternThatIsChosen) {
+    for (const int order : {7, 15, 31}) {
+        Source data = source(SignalKind::random_data);
+        data.pattern_bits = order;
+        RandomBits bits(order, 0);
+        for (std::int64_t bit = 0; bit < 200; ++bit) {
+            EXPECT_NEAR(value_mv(data, {bit, 0.5}), bits.take() ? 175.0 : -125.0, 1e-9)
+                << order << ' ' << bit;
+        }
+    }
 }
 
 TEST(Waveform, RandomDataChangesWhereBitsMeet) {
