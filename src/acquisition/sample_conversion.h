@@ -4,8 +4,8 @@
 #include <cstdint>
 
 #include "link/bridge.h"
+#include "state/code_conversion.h"
 #include "state/samples.h"
-#include "state/sweep.h"
 
 namespace kv408 {
 
@@ -22,16 +22,6 @@ inline constexpr std::int16_t point_waiting_word = 4106;
 [[nodiscard]] constexpr std::int16_t sample_word(Byte high, Byte low, Byte limit) {
     return static_cast<std::int16_t>((high > limit ? limit : high) * 256 + low);
 }
-
-/// A sample as the buffers hold it.
-struct Sample {
-    std::uint16_t code; ///< after correction and inversion
-    double mv;          ///< at the input
-};
-
-/// The sample that the reply word `word` stands for. A code that the correction or the inversion
-/// takes out of the unsigned 16-bit range stops at its end.
-[[nodiscard]] Sample converted(const Conversion& conversion, std::int16_t word);
 
 /// Puts `sample` into point `index`, 0..650, of a channel.
 void store_sample(SampleBuffer& samples, std::size_t index, const Sample& sample);

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+
+#include "state/sweep.h"
+
+namespace kv408 {
+
+/// What a channel's sweep was measured with, as far as it says what its points and codes mean:
+/// sweeps that agree in all of it belong into one density.
+struct MeasuredWith {
+    SweepMode mode = SweepMode::block;
+    double first_time = 0.0;     ///< of the first point, after the trigger, picoseconds
+    double time_per_point = 0.0; ///< picoseconds
+    Conversion conversion;       ///< of codes into millivolts
+    std::int16_t gain = 0;       ///< range, `high_gain` or `low_gain`
+    TriggerSetting trigger;
+
+    friend bool operator==(const MeasuredWith&, const MeasuredWith&) = default;
+};
+
+/// What `sweep`, taken in `mode`, was measured with.
+[[nodiscard]] MeasuredWith measured_with(SweepMode mode, const ChannelSweep& sweep);
+
+/// The time of `point`, 0 the first, after the trigger, picoseconds; fractions lie between points.
+[[nodiscard]] constexpr double time_of(const MeasuredWith& with, double point) {
+    return with.first_time + point * with.time_per_point;
+}
+
+/// What `code`, as the instrument sends it, stands for at the input, millivolts. With an inverted
+/// channel higher codes stand for lower levels.
+[[nodiscard]] double level_of(const MeasuredWith& with, int code);
+
+} // namespace kv408
