@@ -3,6 +3,12 @@
 #include "state/code_conversion.h"
 
 namespace kv408 {
+namespace {
+
+/// In the middle of the scale no code is stopped at an end of it.
+constexpr int middle_code = 2048;
+
+} // namespace
 
 MeasuredWith measured_with(SweepMode mode, const ChannelSweep& sweep) {
     return {.mode = mode,
@@ -15,6 +21,14 @@ MeasuredWith measured_with(SweepMode mode, const ChannelSweep& sweep) {
 
 double level_of(const MeasuredWith& with, int code) {
     return converted(with.conversion, static_cast<std::int16_t>(code)).mv;
+}
+
+double level_at(const MeasuredWith& with, double code) {
+    return level_of(with, middle_code) + (code - middle_code) * level_step(with);
+}
+
+double code_at(const MeasuredWith& with, double level) {
+    return middle_code + (level - level_of(with, middle_code)) / level_step(with);
 }
 
 } // namespace kv408

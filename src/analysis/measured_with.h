@@ -31,4 +31,18 @@ struct MeasuredWith {
 /// channel higher codes stand for lower levels.
 [[nodiscard]] double level_of(const MeasuredWith& with, int code);
 
+/// By how much the level changes from one code to the next, millivolts; below 0 with an inverted
+/// channel.
+[[nodiscard]] constexpr double level_step(const MeasuredWith& with) {
+    const double step = with.conversion.atten * with.conversion.vtfactor;
+    return with.conversion.inverted ? -step : step;
+}
+
+/// What `code`, which may lie between codes and beyond the scale, stands for at the input,
+/// millivolts: as `level_of`, but no code stops at an end.
+[[nodiscard]] double level_at(const MeasuredWith& with, double code);
+
+/// The code, between codes and even beyond the scale, that stands for `level`, millivolts.
+[[nodiscard]] double code_at(const MeasuredWith& with, double level);
+
 } // namespace kv408

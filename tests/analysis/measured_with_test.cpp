@@ -15,6 +15,9 @@ TEST(MeasuredWith, CodesAndPointsBecomeLevelsAndTimes) {
     EXPECT_DOUBLE_EQ(time_of(with, 12.5), 1100.0);
     EXPECT_DOUBLE_EQ(level_of(with, 2045), 0.0);
     EXPECT_DOUBLE_EQ(level_of(with, 2145), 100.0);
+    EXPECT_DOUBLE_EQ(level_at(with, 2145.5), 100.5);
+    EXPECT_DOUBLE_EQ(code_at(with, 100.5), 2145.5);
+    EXPECT_DOUBLE_EQ(level_step(with), 1.0);
 }
 
 TEST(MeasuredWith, AnInvertedChannelsHigherCodesAreLowerLevels) {
@@ -23,6 +26,10 @@ TEST(MeasuredWith, AnInvertedChannelsHigherCodesAreLowerLevels) {
     const MeasuredWith with = measured_with(SweepMode::block, sweep);
     EXPECT_DOUBLE_EQ(level_of(with, 2048), 0.0);
     EXPECT_DOUBLE_EQ(level_of(with, 2148), -50.0);
+    EXPECT_DOUBLE_EQ(level_at(with, 2149), -50.5);
+    EXPECT_DOUBLE_EQ(level_at(with, -2.0), 1025.0);
+    EXPECT_DOUBLE_EQ(code_at(with, 1025.0), -2.0);
+    EXPECT_DOUBLE_EQ(level_step(with), -0.5);
 }
 
 TEST(MeasuredWith, DiffersWithEveryChangeOfWhatIsMeasured) {
