@@ -1,5 +1,8 @@
 #pragma once
 
+#include <functional>
+#include <span>
+
 #include "display/picture.h"
 #include "panel/front_panel.h"
 
@@ -9,7 +12,11 @@ namespace kv408 {
 /// its background, and the plot area in its place.
 [[nodiscard]] Surface plot_box(Picture& picture, const FrontPanel& panel);
 
-/// The same at the size at which the window shows it.
+/// Calls `act` with each row of it from the top, without making all of it.
+void for_each_plot_box_row(Picture& picture, const FrontPanel& panel,
+                           const std::function<void(std::span<const Pixel>)>& act);
+
+/// The plot box at the size at which the window shows it.
 [[nodiscard]] Surface shown_plot_box(Picture& picture, const FrontPanel& panel);
 
 } // namespace kv408

@@ -3,8 +3,6 @@
 namespace kv408 {
 namespace {
 
-constexpr Pixel bits_of_a_colour = 0x00FFFFFFU;
-
 /// Calls `change(pixel)` for every pixel of `area` that may change.
 template <typename Change>
 void for_each_pixel(const Canvas& canvas, Rectangle area, const Change& change) {

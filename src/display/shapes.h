@@ -4,6 +4,9 @@
 
 namespace kv408 {
 
+/// All bits of a pixel but its opacity: those that differ in an inverted picture.
+inline constexpr Pixel bits_of_a_colour = 0x00FFFFFFU;
+
 /// Fills `area` with `colour`; its right and bottom edge stay out. An empty area has no pixel.
 void fill_rectangle(const Canvas& canvas, Rectangle area, Pixel colour);
 

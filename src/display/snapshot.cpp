@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
+#include <utility>
+#include <vector>
 
 #include "display/bitmap_file.h"
 #include "display/copies.h"
@@ -124,14 +127,26 @@ std::function<FileResult()> Snapshot::taken() {
     };
 }
 
-std::string Snapshot::bitmap() {
+PackedPicture Snapshot::packed() {
     picture_.draw(draw_flags::all);
-    return bitmap_file(finished(plot_box(picture_, panel_)));
+    std::optional<PackedPicture> result;
+    const Pixel inverted = settings_.snapshotinvert ? bits_of_a_colour : 0;
+    std::vector<Pixel> turned;
+    for_each_plot_box_row(picture_, panel_, [&](std::span<const Pixel> row) {
+        if (!result) {
+            result.emplace(static_cast<int>(row.size()));
+        }
+        turned.assign(row.begin(), row.end());
+        for (Pixel& pixel : turned) {
+            pixel ^= inverted;
+        }
+        result->add(turned);
+    });
+    return std::move(*result);
 }
 
-std::string Snapshot::png() {
-    picture_.draw(draw_flags::all);
-    return host_.coder.png(finished(plot_box(picture_, panel_)));
+std::function<std::string()> Snapshot::png() {
+    return [&coder = host_.coder, picture = packed()] { return coder.png(picture.surface()); };
 }
 
 void Snapshot::save_silently(const Surface& image, const std::string& name) {

@@ -4,6 +4,7 @@
 #include <functional>
 #include <string>
 
+#include "display/packed_picture.h"
 #include "display/picture.h"
 #include "display/picture_coder.h"
 #include "host/clock.h"
@@ -46,10 +47,12 @@ public:
     /// snapshot folder without asking or telling anything, on any thread and as often as called.
     [[nodiscard]] std::function<FileResult()> taken();
 
-    /// The plot as it is now, inverted where the settings say so, as the bytes of a bitmap or PNG
-    /// file; empty when it could not be encoded.
-    [[nodiscard]] std::string bitmap();
-    [[nodiscard]] std::string png();
+    /// The plot as it is now, inverted where the settings say so, in little memory.
+    [[nodiscard]] PackedPicture packed();
+
+    /// The same: what it gives encodes it, on any thread, as the bytes of a PNG file, empty when
+    /// that failed.
+    [[nodiscard]] std::function<std::string()> png();
 
     /// The plot as it is now, not inverted, with the scales under it.
     [[nodiscard]] Surface with_scales() const;

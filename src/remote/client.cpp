@@ -7,8 +7,9 @@
 namespace kv408 {
 namespace {
 
-// What the answers of one line may take of memory, bytes: three pictures without compression.
-constexpr std::size_t longest_reply = std::size_t{4} << 20;
+// What waits of a line's reply before it leaves without its end, bytes: a client that never reads
+// holds no more than this and one answer.
+constexpr std::size_t longest_part = std::size_t{64} * 1024;
 
 // Whether `line` is a request line or a "Host:" of the web's protocol: then a web page talks to us
 // through somebody's browser.
@@ -47,21 +48,29 @@ std::string Client::run(const Moment& moment) {
         status.event |= StatusRegisters::operation_complete;
         tell_completion_ = false;
     }
-    if (!message_ || !end_hold(moment)) {
+    if (!message_ || awaits_answer() || !end_hold(moment)) {
         return {};
     }
-    run_unit();
-    if (message_ || reply_.empty()) {
-        return {};
+    if (long_answer_) {
+        add_part();
+    } else {
+        run_unit();
     }
-    reply_ += '\n';
-    return std::exchange(reply_, {});
+    return leaving();
+}
+
+std::string Client::leaving() {
+    const bool ended = !message_;
+    if (ended && std::exchange(answered_, false)) {
+        reply_ += '\n';
+    }
+    return ended || reply_.size() >= longest_part ? std::exchange(reply_, {}) : std::string();
 }
 
 bool Client::can_run(const Moment& moment) const {
     const bool held =
         hold_ != Hold::none && moment.pending && held_until_ && moment.seconds < *held_until_;
-    return (busy() && !held) || (tell_completion_ && !moment.pending);
+    return (busy() && !held && !awaits_answer()) || (tell_completion_ && !moment.pending);
 }
 
 bool Client::end_hold(const Moment& moment) {
@@ -113,23 +122,41 @@ void Client::run_header(MessageUnit unit) {
         path_.assign(nodes.begin(), nodes.end() - 1);
     }
     add_answer(table_.run(*this, nodes, std::move(unit)));
-    if (reply_.size() > longest_reply) {
-        reply_ = std::string(); // with its memory
-        message_.reset();
-        note({ScpiError::query_deadlocked});
-    }
 }
 
 void Client::add_answer(std::string answer) {
     if (answer.empty()) {
         return;
     }
+    if (std::exchange(answered_, true)) {
+        reply_ += ';';
+    }
     if (reply_.empty()) {
         reply_ = std::move(answer);
-        return;
+    } else {
+        reply_ += answer;
     }
-    reply_ += ';';
-    reply_ += answer;
+}
+
+void Client::answer_in_parts(std::unique_ptr<LongAnswer> answer) {
+    long_answer_ = std::move(answer);
+    part_given_ = false;
+}
+
+void Client::add_part() {
+    try {
+        std::string part = long_answer_->next();
+        if (part.empty()) {
+            long_answer_.reset();
+        } else if (std::exchange(part_given_, true)) {
+            reply_ += part;
+        } else {
+            add_answer(std::move(part));
+        }
+    } catch (const Refused& refused) {
+        long_answer_.reset();
+        note(refused);
+    }
 }
 
 void Client::note(const Refused& refused) {

@@ -10,6 +10,7 @@
 
 #include "remote/command_table.h"
 #include "remote/line_reader.h"
+#include "remote/long_answer.h"
 #include "remote/message_reader.h"
 #include "remote/scpi_error.h"
 #include "remote/status_registers.h"
@@ -52,9 +53,13 @@ public:
         bool pending = false; ///< what was begun before has not been finished yet
     };
 
-    /// Runs the next command of the line that has come, unless it is held back. Returns the reply
-    /// of the line, with its end, when that was its last; empty otherwise.
+    /// Runs the next command of the line that has come, unless it is held back. Returns what of the
+    /// line's reply is to leave now: with its end when that was the last command, a part of it when
+    /// there is much of it already; empty otherwise.
     std::string run(const Moment& moment);
+
+    /// True where an answer is being made, and nothing runs before that is done.
+    [[nodiscard]] bool awaits_answer() const { return long_answer_ && !long_answer_->ready(); }
 
     /// True where a line is under way: part of it is held back or has not been run.
     [[nodiscard]] bool busy() const { return message_.has_value(); }
@@ -73,6 +78,9 @@ public:
     /// Sets "operation complete" as soon as nothing is pending (`*OPC`).
     void tell_completion(bool tell) { tell_completion_ = tell; }
 
+    /// Answers with the parts of `answer`, which outlive the call.
+    void answer_in_parts(std::unique_ptr<LongAnswer> answer);
+
     /// Notes `error` in queue and standard event status.
     void note(const Refused& refused);
 
@@ -90,12 +98,17 @@ private:
     void run_unit();
     void run_header(MessageUnit unit);
     void add_answer(std::string answer);
+    void add_part();
+    [[nodiscard]] std::string leaving();
 
     const CommandTable& table_;
     LineReader reader_;
     std::optional<MessageReader> message_; ///< the line that is being run
     std::vector<std::string> path_; ///< where headers of it begin that have no colon in front
-    std::string reply_;
+    std::string reply_;             ///< what of it has not left yet
+    bool answered_ = false;         ///< the reply has begun
+    std::unique_ptr<LongAnswer> long_answer_; ///< that is being given
+    bool part_given_ = false;                 ///< of that
     bool closed_ = false;
     Hold hold_ = Hold::none;
     std::optional<double> held_until_; ///< seconds; none before the first look at the time

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "remote/aside.h"
 #include "remote/client.h"
 #include "remote/gate.h"
 #include "remote/sweep_watch.h"
@@ -22,8 +23,9 @@ public:
     /// Runs one action in the program, as a person's is run.
     using Act = std::function<void(const std::function<void()>&)>;
 
-    /// Through `gate` go the messages of what is done.
-    explicit Instrument(Gate& gate) : gate_(gate) {}
+    /// Through `gate` go the messages of what is done; `wake` is called on another thread when an
+    /// answer that was made aside is there.
+    Instrument(Gate& gate, std::function<void()> wake) : gate_(gate), aside_(std::move(wake)) {}
 
     /// From now on commands work on `scope`, whose start is complete, by `act`.
     void attach(Scope& scope, Act act);
@@ -45,6 +47,9 @@ public:
     /// becomes an error of the client. Throws `Refused` where the network is locked out and what
     /// `press` throws.
     void act(Client& client, const std::function<void(Scope&)>& press);
+
+    /// Makes answers that take long.
+    [[nodiscard]] Aside& aside() { return aside_; }
 
     // --- Sweeps -----------------------------------------------------------------------------
 
@@ -110,6 +115,7 @@ private:
     [[nodiscard]] bool clips(Channel channel);
 
     Gate& gate_;
+    Aside aside_;
     Scope* scope_ = nullptr;
     Act act_;
     std::shared_ptr<SweepWatch> watch_;

@@ -7,7 +7,8 @@
 
 namespace kv408 {
 
-RemoteControl::RemoteControl(Host host) : host_(std::move(host)), instrument_(host_.gate) {
+RemoteControl::RemoteControl(Host host)
+    : host_(std::move(host)), instrument_(host_.gate, host_.wake) {
     table_.add(common_commands(table_));
     for (const auto& commands :
          {acquisition_commands, panel_commands, display_commands, cursor_commands,

@@ -50,15 +50,17 @@ void add_item(std::string& list, std::string_view item) {
     list += item;
 }
 
+std::string block_head(std::size_t size) {
+    const std::string length = std::to_string(size);
+    return '#' + std::to_string(length.size()) + length;
+}
+
 std::string block_reply(std::string_view bytes) {
-    const std::string length = std::to_string(bytes.size());
+    const std::string head = block_head(bytes.size());
     std::string reply;
     // With the end of the line, so that a picture is not moved once more.
-    reply.reserve(2 + length.size() + bytes.size() + 1);
-    reply += '#';
-    reply += std::to_string(length.size());
-    reply += length;
-    return reply.append(bytes);
+    reply.reserve(head.size() + bytes.size() + 1);
+    return reply.append(head).append(bytes);
 }
 
 } // namespace kv408

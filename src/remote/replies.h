@@ -2,6 +2,7 @@
 
 // Values as a reply writes them, by IEEE 488.2, chapter 8.7: the same whatever the locale.
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -26,5 +27,8 @@ void add_item(std::string& list, std::string_view item);
 
 /// A block of definite length: "#15hello".
 [[nodiscard]] std::string block_reply(std::string_view bytes);
+
+/// What stands in front of a block's `size` bytes.
+[[nodiscard]] std::string block_head(std::size_t size);
 
 } // namespace kv408

@@ -14,7 +14,7 @@ struct Named {
     const char* text;
 };
 
-constexpr std::array<Named, 30> texts = {{
+constexpr std::array<Named, 29> texts = {{
     {ScpiError::none, "No error"},
     {ScpiError::invalid_character, "Invalid character"},
     {ScpiError::syntax_error, "Syntax error"},
@@ -44,7 +44,6 @@ constexpr std::array<Named, 30> texts = {{
     {ScpiError::queue_overflow, "Queue overflow"},
     {ScpiError::input_overrun, "Input buffer overrun"},
     {ScpiError::time_out, "Time out error"},
-    {ScpiError::query_deadlocked, "Query DEADLOCKED"},
 }};
 
 // What an error's string may hold at most, by the standard.

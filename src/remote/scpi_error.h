@@ -37,7 +37,6 @@ enum class ScpiError : int {
     queue_overflow = -350,
     input_overrun = -363,
     time_out = -365,
-    query_deadlocked = -430, ///< the answers of one line are longer than a client may have waiting
 };
 
 /// The standard's text for `error`.

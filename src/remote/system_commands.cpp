@@ -1,7 +1,10 @@
 #include <array>
+#include <memory>
 
 #include "config/settings_file.h"
+#include "display/bitmap_file.h"
 #include "display/snapshot.h"
+#include "remote/client.h"
 #include "remote/replies.h"
 #include "remote/setting_commands.h"
 #include "remote/tree.h"
@@ -22,14 +25,39 @@ void load_set_up(Instrument& instrument, const Call& call) {
     }
 }
 
-std::string picture(Instrument& instrument, const Call& call) {
-    const bool png = choice_of(call.parameters.front(), picture_kinds) == 0;
-    Snapshot& snapshot = instrument.scope().snapshot();
-    const std::string bytes = png ? snapshot.png() : snapshot.bitmap();
-    if (bytes.empty()) {
-        throw Refused{ScpiError::hardware_error, "The picture could not be encoded"};
+/// A bitmap is a hundred times as long as what it is made from, and its client may never read it.
+class BitmapAnswer : public LongAnswer {
+public:
+    explicit BitmapAnswer(PackedPicture picture) : file_(std::move(picture)) {}
+
+    std::string next() override {
+        const std::string head = begun_ ? "" : block_head(file_.size());
+        begun_ = true;
+        return head + file_.next();
     }
-    return block_reply(bytes);
+
+private:
+    BitmapParts file_;
+    bool begun_ = false;
+};
+
+std::unique_ptr<LongAnswer> png(Instrument& instrument) {
+    return instrument.aside().answer(
+        [make = instrument.scope().snapshot().png()] {
+            const std::string bytes = make();
+            return bytes.empty() ? "" : block_reply(bytes);
+        },
+        "The picture could not be encoded");
+}
+
+std::string give_picture(Instrument& instrument, const Call& call) {
+    if (choice_of(call.parameters.front(), picture_kinds) == 0) {
+        call.client.answer_in_parts(png(instrument));
+    } else {
+        call.client.answer_in_parts(
+            std::make_unique<BitmapAnswer>(instrument.scope().snapshot().packed()));
+    }
+    return {};
 }
 
 std::string record(Instrument& instrument) {
@@ -44,7 +72,9 @@ std::string record(Instrument& instrument) {
 
 std::vector<Command> system_commands(Instrument& instrument) {
     Command picture_query{"HCOPy:SDUMp:DATA"};
-    picture_query.answer = [&instrument](const Call& call) { return picture(instrument, call); };
+    picture_query.answer = [&instrument](const Call& call) {
+        return give_picture(instrument, call);
+    };
     picture_query.query_takes = {1, 1};
     return {
         {"SYSTem:SETup",

@@ -51,7 +51,7 @@ struct RemoteProgram {
     /// The same for what has been held back.
     std::string go_on(Client& who) {
         std::string reply;
-        while (who.can_run(control.moment(who))) {
+        while (who.awaits_answer() || who.can_run(control.moment(who))) {
             reply += who.run(control.moment(who));
         }
         if (who.busy()) {

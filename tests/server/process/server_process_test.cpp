@@ -5,8 +5,10 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include <csignal>
 
@@ -16,6 +18,7 @@
 #include <unistd.h>
 
 #include "support/places.h"
+#include "support/series_stride.h"
 #include "support/shell.h"
 #include "support/socket_line.h"
 #include "support/temporary_folder.h"
@@ -81,6 +84,29 @@ protected:
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
 
+    /// What comes on `line` up to the end of a block and its line.
+    static std::string whole_block(const SocketLine& line) {
+        std::string reply = line.hear();
+        const auto head = static_cast<std::size_t>(2 + reply.at(1) - '0');
+        const std::size_t size = head + std::stoul(reply.substr(2, head - 2)) + 1;
+        for (std::string more = " "; reply.size() < size && !more.empty(); reply += more) {
+            more = line.hear();
+        }
+        EXPECT_EQ(reply.size(), size);
+        return reply;
+    }
+
+    /// The most that it has had resident, kB.
+    [[nodiscard]] long highest_memory() const {
+        std::ifstream status("/proc/" + std::to_string(id) + "/status");
+        for (std::string line; std::getline(status, line);) {
+            if (line.starts_with("VmHWM:")) {
+                return std::atol(line.c_str() + 6);
+            }
+        }
+        return 0;
+    }
+
     [[nodiscard]] std::string visa() const {
         return "TCPIP::127.0.0.1::" + std::to_string(port) + "::SOCKET";
     }
@@ -106,6 +132,28 @@ TEST_F(ServerProcess, AnswersLxiTools) {
     const Outcome benchmark = run("lxi benchmark" + lxi() + "-c 200");
     EXPECT_EQ(benchmark.code, 0) << benchmark.output;
     EXPECT_THAT(benchmark.output, HasSubstr("requests/second"));
+}
+
+TEST_F(ServerProcess, StaysSmallWhateverClientsAskAndDoNotRead) {
+    const SocketLine line(port);
+    for (const std::string kind : {"PNG", "BMP"}) {
+        line.say("HCOP:SDUM:DATA? " + kind + "\n");
+        const std::string reply = whole_block(line);
+        EXPECT_EQ(reply.substr(2 + reply.at(1) - '0', 2), kind == "PNG" ? "\x89P" : "BM");
+    }
+    std::vector<std::unique_ptr<SocketLine>> mute;
+    std::string many = "WAV:FORM ASC;DATA?";
+    while (many.size() < 60000) {
+        many += ";DATA?";
+    }
+    for (int client = 0; client < 7; ++client) {
+        mute.push_back(std::make_unique<SocketLine>(port));
+        mute.back()->say(client % 2 == 0 ? "HCOP:SDUM:DATA? BMP\n" + many + '\n' : many + '\n');
+    }
+    for (int more = 0; more < 20; ++more) {
+        EXPECT_EQ(line.ask("*OPC?"), "1\n") << "others are served";
+    }
+    EXPECT_LE(highest_memory(), series_stride == 1 ? 12000 : 400000) << "kB; sanitizers take more";
 }
 
 TEST_F(ServerProcess, AnswersPyVisa) {

@@ -1,8 +1,13 @@
 // The service with clients, while its instrument comes and goes.
 
+#include <algorithm>
+#include <array>
 #include <atomic>
 #include <chrono>
 #include <cstdint>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -16,7 +21,9 @@
 #include "server/stb_picture_coder.h"
 #include "simulator/simulation.h"
 #include "support/fake_files.h"
+#include "support/shell.h"
 #include "support/socket_line.h"
+#include "support/temporary_folder.h"
 
 namespace kv408 {
 namespace {
@@ -160,13 +167,42 @@ TEST_F(Services, StayStoppedOverALoss) {
     end();
 }
 
+// What another program reads of the picture's PNG, row by row.
+std::string read_back(const Surface& picture) {
+    const TemporaryFolder folder;
+    const std::filesystem::path file = folder.path() / "picture.png";
+    std::ofstream(file, std::ios::binary) << StbPictureCoder().png(picture);
+    return run_in_shell("/usr/bin/python3 " KV408_SOURCE_ROOT "/tests/server/process/pictures.py " +
+                        file.string() + " 2>&1")
+        .output;
+}
+
 TEST(Pictures, AreEncodedWithoutAWindow) {
     Surface picture(3, 2);
     picture.row(0)[0] = pixel_of(rgb(255, 1, 2));
     picture.row(1)[2] = pixel_of(rgb(3, 254, 5));
-    const std::string bytes = StbPictureCoder().png(picture);
-    EXPECT_THAT(bytes, testing::StartsWith("\x89PNG\r\n\x1a\n"));
-    EXPECT_EQ(bytes.substr(16, 8), std::string("\0\0\0\x03\0\0\0\x02", 8));
+    EXPECT_EQ(read_back(picture), "ff0102000000000000 00000000000003fe05\n");
+}
+
+TEST(Pictures, KeepAnyNumberOfColours) {
+    for (const int colours : {255, 256, 257, 1000}) {
+        Surface picture(colours, 2);
+        std::string rows;
+        for (int x = 0; x < colours; ++x) {
+            picture.row(0)[static_cast<std::size_t>(x)] =
+                pixel_of(rgb(static_cast<std::uint8_t>(x / 256), static_cast<std::uint8_t>(x), 7));
+            std::array<char, 7> text{};
+            std::snprintf(text.data(), text.size(), "%02x%02x07", x / 256, x % 256);
+            rows += text.data();
+        }
+        std::fill(picture.row(1).begin(), picture.row(1).end(), picture.at(colours - 1, 0));
+        const std::string last = rows.substr(rows.size() - 6);
+        rows += ' ';
+        for (int x = 0; x < colours; ++x) {
+            rows += last;
+        }
+        EXPECT_EQ(read_back(picture), rows + '\n') << colours;
+    }
 }
 
 } // namespace

@@ -1,38 +1,9 @@
 # A program of a user's, by PyVISA: text, numbers, blocks in both orders, errors, waiting.
-import struct
 import sys
-import zlib
 
 import pyvisa
 
-
-
-def bitmap_rows(data):
-    """The rows of a bitmap of 24 bits a pixel, as red, green and blue, the upper one first."""
-    first, width, height = struct.unpack("<I4xii", data[10:26])
-    stride = (3 * width + 3) // 4 * 4
-    rows = [data[first + stride * row:][:3 * width] for row in range(height)][::-1]
-    return [bytes(channel for pixel in zip(row[2::3], row[1::3], row[::3]) for channel in pixel) for row in rows]
-
-
-def png_rows(data):
-    """The same of a PNG of 8 bits a colour."""
-    width, place, packed = struct.unpack(">I", data[16:20])[0], 8, b""
-    while place < len(data):
-        length, kind = struct.unpack(">I4s", data[place:place + 8])
-        packed += data[place + 8:place + 8 + length] if kind == b"IDAT" else b""
-        place += length + 12
-    raw, rows, above = zlib.decompress(packed), [], bytes(3 * width)
-    for start in range(0, len(raw), 3 * width + 1):
-        kind, row = raw[start], bytearray(raw[start + 1:start + 1 + 3 * width])
-        for i in range(len(row)):
-            left, up, corner = (row[i - 3], above[i], above[i - 3]) if i > 2 else (0, above[i], 0)
-            nearest = min((left, up, corner), key=lambda one: abs(left + up - corner - one))
-            row[i] = (row[i] + (0, left, up, (left + up) // 2, nearest)[kind]) & 255
-        above = bytes(row)
-        rows.append(above)
-    return rows
-
+from pictures import bitmap_rows, png_rows
 
 scope = pyvisa.ResourceManager("@py").open_resource(
     sys.argv[1], read_termination="\n", write_termination="\n", timeout=60000)
