@@ -88,10 +88,11 @@ double share_within(const std::vector<double>& hits, double all, double mean, do
 
 } // namespace
 
-Histogram histogram_of(const Collected& collected, const DensityWindow& window, HistogramOf of) {
+DensityHistogram histogram_of(const Collected& collected, const DensityWindow& window,
+                              HistogramOf of) {
     const DensityWindow kept = inside(window, collected.counts.points());
     const Sums sums = sums_of(collected.counts, kept, of);
-    Histogram histogram;
+    DensityHistogram histogram;
     histogram.of = of;
     histogram.hits.reserve(sums.bins.size());
     for (const std::uint64_t sum : sums.bins) {
@@ -113,7 +114,7 @@ Histogram histogram_of(const Collected& collected, const DensityWindow& window, 
     return histogram;
 }
 
-std::optional<HistogramStatistics> statistics_of(const Histogram& histogram) {
+std::optional<HistogramStatistics> statistics_of(const DensityHistogram& histogram) {
     const std::vector<double>& hits = histogram.hits;
     const double all = std::accumulate(hits.begin(), hits.end(), 0.0);
     if (!(all > 0.0)) {

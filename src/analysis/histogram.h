@@ -25,7 +25,7 @@ enum class HistogramOf {
 };
 
 /// How many hits of a window fell on each of its levels or times.
-struct Histogram {
+struct DensityHistogram {
     HistogramOf of = HistogramOf::levels;
     std::vector<double> hits; ///< by bin; bins of higher values come later
     double first = 0.0;       ///< value of the first bin, millivolts or picoseconds
@@ -38,8 +38,8 @@ struct Histogram {
 
 /// The histogram of the hits of `collected` in `window`. With an inverted channel its first bin is
 /// the window's highest code.
-[[nodiscard]] Histogram histogram_of(const Collected& collected, const DensityWindow& window,
-                                     HistogramOf of);
+[[nodiscard]] DensityHistogram histogram_of(const Collected& collected, const DensityWindow& window,
+                                            HistogramOf of);
 
 /// What the hits of a histogram have in common; values in its unit.
 struct HistogramStatistics {
@@ -58,6 +58,6 @@ struct HistogramStatistics {
 };
 
 /// The statistics of `histogram`; none where nothing was hit. Of one hit sigma is 0.
-[[nodiscard]] std::optional<HistogramStatistics> statistics_of(const Histogram& histogram);
+[[nodiscard]] std::optional<HistogramStatistics> statistics_of(const DensityHistogram& histogram);
 
 } // namespace kv408

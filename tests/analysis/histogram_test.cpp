@@ -27,7 +27,7 @@ TEST(Histogram, LevelsAreCountedOverTheWindowsPoints) {
     Collected sweeps = collected();
     add(sweeps, {2000, 2048, 2050, 2100});
     add(sweeps, {2000, 2050, 2050, 2048});
-    const Histogram found = histogram_of(sweeps, {1, 3, 2048, 2052}, HistogramOf::levels);
+    const DensityHistogram found = histogram_of(sweeps, {1, 3, 2048, 2052}, HistogramOf::levels);
     EXPECT_EQ(found.hits, (std::vector<double>{1, 0, 3, 0}));
     EXPECT_DOUBLE_EQ(found.first, 0.0);
     EXPECT_DOUBLE_EQ(found.value_of(2), 1.0);
@@ -38,7 +38,7 @@ TEST(Histogram, TimesAreCountedOverTheWindowsCodes) {
     Collected sweeps = collected();
     add(sweeps, {2000, 2048, 2050, 2100});
     add(sweeps, {2000, 2050, 2060, 2048});
-    const Histogram found = histogram_of(sweeps, {1, 4, 2048, 2060}, HistogramOf::times);
+    const DensityHistogram found = histogram_of(sweeps, {1, 4, 2048, 2060}, HistogramOf::times);
     EXPECT_EQ(found.hits, (std::vector<double>{2, 1, 1}));
     EXPECT_DOUBLE_EQ(found.first, 1008.0);
     EXPECT_DOUBLE_EQ(found.value_of(2), 1024.0);
@@ -47,7 +47,7 @@ TEST(Histogram, TimesAreCountedOverTheWindowsCodes) {
 TEST(Histogram, AnInvertedChannelsLevelsRiseFromBinToBinToo) {
     Collected sweeps = collected(true);
     add(sweeps, {2048, 2048, 2048, 2050});
-    const Histogram found = histogram_of(sweeps, {0, 4, 2048, 2051}, HistogramOf::levels);
+    const DensityHistogram found = histogram_of(sweeps, {0, 4, 2048, 2051}, HistogramOf::levels);
     EXPECT_EQ(found.hits, (std::vector<double>{1, 0, 3}));
     EXPECT_DOUBLE_EQ(found.first, -1.0);
     EXPECT_DOUBLE_EQ(found.step, 0.5);
@@ -62,7 +62,7 @@ TEST(Histogram, AHitCountsLessWhereCountersCountMore) {
     Collected sweeps = collected();
     add(sweeps, {2048, 2048, 2048, 2048}, 10);
     sweeps.weight = 10.0;
-    const Histogram found = histogram_of(sweeps, everywhere, HistogramOf::times);
+    const DensityHistogram found = histogram_of(sweeps, everywhere, HistogramOf::times);
     EXPECT_EQ(found.hits, (std::vector<double>{1, 1, 1, 1}));
 }
 
@@ -84,7 +84,8 @@ TEST(Histogram, AWindowBeyondTheDensityIsEmptyThere) {
 
 TEST(HistogramStatistics, AreThoseOfTheHits) {
     // 1, 1, 2, 2, 2, 7: by hand.
-    const Histogram histogram{.hits = {0, 2, 3, 0, 0, 0, 0, 1, 0}, .first = 0.0, .step = 1.0};
+    const DensityHistogram histogram{
+        .hits = {0, 2, 3, 0, 0, 0, 0, 1, 0}, .first = 0.0, .step = 1.0};
     const auto found = statistics_of(histogram);
     ASSERT_TRUE(found);
     EXPECT_DOUBLE_EQ(found->hits, 6.0);
@@ -123,7 +124,7 @@ TEST(HistogramStatistics, OneHitHasNoDeviation) {
 
 TEST(HistogramStatistics, ThereAreNoneOfNothing) {
     EXPECT_FALSE(statistics_of({.hits = {0, 0, 0}}));
-    EXPECT_FALSE(statistics_of(Histogram{}));
+    EXPECT_FALSE(statistics_of(DensityHistogram{}));
 }
 
 TEST(HistogramStatistics, ManyHitsFarFromZeroKeepTheirSmallDeviation) {

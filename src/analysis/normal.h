@@ -1,0 +1,11 @@
+#pragma once
+
+namespace kv408 {
+
+/// The share of a normal distribution of mean 0 and deviation 1 below `x`.
+[[nodiscard]] double normal_share(double x);
+
+/// Its inverse: below how many deviations the share `share` lies, above 0 and below 1.
+[[nodiscard]] double normal_quantile(double share);
+
+} // namespace kv408
