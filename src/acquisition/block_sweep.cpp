@@ -5,6 +5,7 @@
 
 #include "acquisition/set_up_upload.h"
 #include "acquisition/status.h"
+#include "state/block_points.h"
 
 namespace kv408 {
 namespace {
@@ -63,18 +64,12 @@ std::shared_ptr<const ChannelSweep> BlockSweep::convert_block(Channel channel, b
             sample_word(rxbuffer_.at(2 * pair), rxbuffer_.at(2 * pair + 1), block_high_byte_limit);
         points[pair] = add_point(*sweep, sweep->conversion, word);
     }
-    double stretchpos = 1.0;
-    std::size_t pair = 0;
-    for (int point = 1; point <= npoints; ++point) {
+    const auto point_in = block_points(around_.time_base.hstretch);
+    for (int column = 1; column <= npoints; ++column) {
+        const auto pair = static_cast<std::size_t>(point_in.at(static_cast<std::size_t>(column)));
         lastword_ = sweep->codes.at(pair);
-        store_sample(samples_.at(channel), static_cast<std::size_t>(point), points.at(pair));
-        around_.screen.refresh(channel, point);
-        stretchpos += around_.time_base.hstretch;
-        ++pair;
-        if (stretchpos - 1.0 > point) {
-            stretchpos -= around_.time_base.hstretch;
-            --pair;
-        }
+        store_sample(samples_.at(channel), static_cast<std::size_t>(column), points.at(pair));
+        around_.screen.refresh(channel, column);
     }
     sweep->columns = samples_.at(channel);
     sweep->whole = true;

@@ -34,6 +34,13 @@ public:
     /// `highest_count`.
     void add(std::span<const std::int16_t> codes, std::uint32_t weight = 1);
 
+    /// Forgets all that was counted.
+    void clear();
+
+    /// Multiplies all counters by `factor`, 0 or more, with results rounded, halves down: what is
+    /// halved again and again vanishes. A counter stops at `highest_count`.
+    void multiply(double factor);
+
     [[nodiscard]] int points() const { return static_cast<int>(passed_.size()); }
 
     /// The counters of `point`, 0 the first, by code: 4096 of them.

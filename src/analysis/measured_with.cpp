@@ -19,6 +19,28 @@ MeasuredWith measured_with(SweepMode mode, const ChannelSweep& sweep) {
             .trigger = sweep.trigger};
 }
 
+std::string_view difference(const MeasuredWith& before, const MeasuredWith& now) {
+    if (before.mode != now.mode || before.time_per_point != now.time_per_point) {
+        return "Time base";
+    }
+    if (before.first_time != now.first_time) {
+        return "Delay";
+    }
+    if (before.trigger != now.trigger) {
+        return "Trigger";
+    }
+    if (before.gain != now.gain) {
+        return "Range";
+    }
+    if (before.conversion.inverted != now.conversion.inverted) {
+        return "Invert";
+    }
+    if (before.conversion.vtfactor != now.conversion.vtfactor) {
+        return "Input Via Trigger";
+    }
+    return before == now ? "" : "Calibration";
+}
+
 double level_of(const MeasuredWith& with, int code) {
     return converted(with.conversion, static_cast<std::int16_t>(code)).mv;
 }

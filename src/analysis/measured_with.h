@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 #include "state/sweep.h"
 
@@ -21,6 +22,10 @@ struct MeasuredWith {
 
 /// What `sweep`, taken in `mode`, was measured with.
 [[nodiscard]] MeasuredWith measured_with(SweepMode mode, const ChannelSweep& sweep);
+
+/// What `now` is measured with otherwise than `before`, for people: "Time base", "Delay", ...; the
+/// first that differs, and nothing where both agree.
+[[nodiscard]] std::string_view difference(const MeasuredWith& before, const MeasuredWith& now);
 
 /// The time of `point`, 0 the first, after the trigger, picoseconds; fractions lie between points.
 [[nodiscard]] constexpr double time_of(const MeasuredWith& with, double point) {

@@ -56,5 +56,22 @@ TEST(Density, StopsAtTheHighestCountAndSaysSo) {
     EXPECT_TRUE(density.saturated());
 }
 
+TEST(Density, HalvesRoundDownSoThatWhatIsOldVanishes) {
+    Density density(1);
+    density.add(std::array<std::int16_t, 1>{5}, 1);
+    density.add(std::array<std::int16_t, 1>{6}, 4);
+    density.add(std::array<std::int16_t, 1>{9}, 7);
+    density.multiply(0.5);
+    EXPECT_EQ(density.at(0)[5], 0U);
+    EXPECT_EQ(density.at(0)[6], 2U);
+    EXPECT_EQ(density.at(0)[9], 3U);
+    EXPECT_EQ(density.passed(0), (Density::Codes{6, 10}));
+    EXPECT_EQ(density.highest(), 3U);
+    density.clear();
+    EXPECT_EQ(total(density, 0), 0U);
+    EXPECT_EQ(density.passed(0), (Density::Codes{0, 0}));
+    EXPECT_EQ(density.highest(), 0U);
+}
+
 } // namespace
 } // namespace kv408
