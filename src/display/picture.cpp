@@ -185,6 +185,7 @@ Picture::Drawn Picture::drawn() const {
                  .grid = grid_colour_,
                  .dotted = grid_dotted_,
                  .references = drawn_.references,
+                 .densities = densities_.views(drawn_.densities),
                  .traces = {},
                  .overlays = drawn_.overlays};
     for (std::size_t index = 0; index < traces_.size(); ++index) {
@@ -219,6 +220,7 @@ void Picture::draw(unsigned flags) {
     add_columns_to_compose(next);
     const bool backdrop_changed = next.references != drawn_.references;
     drawn_ = next;
+    densities_.show(drawn_.densities);
     if (backdrop_changed) {
         draw_backdrop();
     }
@@ -310,6 +312,8 @@ Picture::Content Picture::content(unsigned flags) const {
     Content next;
     next.background = pixel_of(inputs_.colours.background);
     next.references = reference_looks();
+    next.densities = densities_.looks(
+        {inputs_.panel, inputs_.channels, inputs_.acquisition, inputs_.colours}, flags);
     next.overlays = overlays_of(flags);
     for (const ChannelTrace& trace : traces_) {
         const TraceLook look = look_of(trace, flags);
@@ -320,7 +324,8 @@ Picture::Content Picture::content(unsigned flags) const {
 
 void Picture::add_columns_to_compose(const Content& next) {
     bool everything = everything_changed_ || next.background != drawn_.background ||
-                      next.references != drawn_.references || next.overlays != drawn_.overlays;
+                      next.references != drawn_.references || next.densities != drawn_.densities ||
+                      next.overlays != drawn_.overlays;
     for (std::size_t index = 0; index < traces_.size(); ++index) {
         const TraceContent& now = next.traces[index];
         const TraceContent& before = drawn_.traces[index];
@@ -387,6 +392,9 @@ void Picture::compose_block(const Canvas& canvas, const TraceViews& views) {
         for (int top = 0; top < scale_.height(); top += TraceRaster::band_rows) {
             if (first == 0) {
                 take_off(canvas, top);
+                densities_.paint(drawn_.densities, canvas, scale_,
+                                 {top, std::min(top + TraceRaster::band_rows, scale_.height())},
+                                 inked_);
             }
             raster_.write_band(canvas, top, inked_);
         }
@@ -396,6 +404,7 @@ void Picture::compose_block(const Canvas& canvas, const TraceViews& views) {
 void Picture::compose_by_painting(const Canvas& canvas, const TraceViews& views) {
     copy_block(canvas, Point{}, grid_, whole(grid_));
     inked_.add({canvas.columns().left, 0, canvas.columns().right, canvas.height()});
+    densities_.paint(drawn_.densities, canvas, scale_, {0, scale_.height()}, inked_);
     if (!trace_surface_) {
         trace_surface_ = surface_of(scale_);
     }

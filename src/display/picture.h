@@ -4,6 +4,7 @@
 #include <optional>
 #include <vector>
 
+#include "display/density_layers.h"
 #include "display/dirty_columns.h"
 #include "display/overlays.h"
 #include "display/persistence_colours.h"
@@ -45,11 +46,11 @@ struct PictureInputs {
 /// The picture of the plot area: 641 by 513 pixels at natural size, more at a larger scale.
 ///
 /// It is composed in layers, each of which draws over the ones before: the grid with the references
-/// on it, the traces with CH1's on top, the cursor lines, the marks of the annotated measurement,
-/// the trigger-level line. A layer draws onto a canvas that may be limited to some columns, and
-/// what it draws from is part of the `Content` or of the traces' points; so a draw composes only
-/// the columns whose pixels can have changed since the draw before, with the same pixels as
-/// composing all of them.
+/// on it, the densities, the traces with CH1's on top, the cursor lines, the marks of the annotated
+/// measurement, the trigger-level line. A layer draws onto a canvas that may be limited to some
+/// columns, and what it draws from is part of the `Content` or of the traces' points; so a draw
+/// composes only the columns whose pixels can have changed since the draw before, with the same
+/// pixels as composing all of them.
 class Picture : public Screen {
 public:
     /// A picture of `inputs` with an empty grid and no points.
@@ -87,12 +88,16 @@ public:
     void set_references(std::vector<ShownReference> references);
     [[nodiscard]] const std::vector<ShownReference>& references() const { return references_; }
 
+    /// What was collected of each channel, under the traces from the next draw on.
+    [[nodiscard]] DensityLayers& densities() { return densities_; }
+
     /// What the picture shows, in units of the plot, for those who draw it in their own way.
     struct Drawn {
         Pixel background = 0;
         Pixel grid = 0;
         bool dotted = false;                   ///< the graticule has its dots and ticks
         std::vector<ReferenceLook> references; ///< the one that lies on top last
+        std::vector<DensityView> densities;    ///< the one that lies on top last
         std::vector<TraceView> traces;         ///< the one that lies on top last; gaps in units
         Overlays overlays;
     };
@@ -122,6 +127,7 @@ private:
         std::vector<TraceContent> traces; ///< as `traces_`
         Pixel background = 0;
         std::vector<ReferenceLook> references; ///< as `references_`, those that have a place
+        DensityLayers::Looks densities;
         Overlays overlays;
 
         friend bool operator==(const Content&, const Content&) = default;
@@ -168,6 +174,7 @@ private:
     Pixel grid_colour_ = pixel_of(Colour{});
     bool grid_dotted_ = false;
     std::vector<ShownReference> references_;
+    DensityLayers densities_;
     Surface grid_; ///< with the references that were drawn last
     Surface display_;
     Tiles backdrop_; ///< all of `grid_` but for what has its ground alone, and maybe more

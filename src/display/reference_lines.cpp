@@ -15,12 +15,8 @@ namespace kv408 {
 std::optional<ReferenceScreen> reference_screen(const FrontPanel& panel, const Channels& channels,
                                                 Channel channel) {
     const ChannelState& state = channels.at(channel);
-    const std::string selected = panel.seltimediv.text();
-    const auto rows = time_base_rows();
-    const auto row = std::find_if(rows.begin(), rows.end(), [&selected](const TimeBaseRow& each) {
-        return each.text == selected;
-    });
-    if (row == rows.end()) {
+    const TimeBaseRow* const row = selected_time_base(panel);
+    if (row == nullptr) {
         return std::nullopt;
     }
     // A pass begins at the trigger, its first point one step after it.

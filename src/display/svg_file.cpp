@@ -81,7 +81,9 @@ public:
     }
 
     static std::string place(const char* command, double x, double y) {
-        return command + number(x) + "," + number(y);
+        std::string text = command;
+        text.append(number(x)).append(1, ',').append(number(y));
+        return text;
     }
 
     [[nodiscard]] const std::string& written() const { return text_; }
@@ -192,6 +194,36 @@ void write_reference(Writer& writer, const ReferenceLook& look) {
         line.add(point.column, point.row);
     }
     writer.path(line.data(), look.colour, " stroke-linejoin=\"round\"");
+}
+
+/// Writes each band of a density as lines along its rows.
+void write_density(Writer& writer, const DensityView& view) {
+    std::array<std::string, density_bands> bands;
+    for (int y = 0; y < plot::height; ++y) {
+        const auto hits = view.layer->row(y);
+        const auto band_at = [&](int x) {
+            const std::uint32_t here = hits[static_cast<std::size_t>(x)];
+            return here == 0 ? -1 : density_band(here, view.layer->most());
+        };
+        for (int x = 0; x < plot::width;) {
+            const int first = x;
+            const int band = band_at(first);
+            while (x < plot::width && band_at(x) == band) {
+                ++x;
+            }
+            if (band >= 0) {
+                std::string& data = bands.at(static_cast<std::size_t>(band));
+                data += Writer::place("M", first - 0.5, y);
+                data += 'h';
+                data += std::to_string(x - first);
+            }
+        }
+    }
+    for (std::size_t band = 0; band < bands.size(); ++band) {
+        if (!bands.at(band).empty()) {
+            writer.path(bands.at(band), view.colours.at(band), " shape-rendering=\"crispEdges\"");
+        }
+    }
 }
 
 void write_generation(Writer& writer, const TraceView& view, int layer) {
@@ -323,6 +355,9 @@ std::string svg_file(const Picture& picture, const FrontPanel& panel,
     write_graticule(writer, drawn);
     for (const ReferenceLook& reference : drawn.references) {
         write_reference(writer, reference);
+    }
+    for (const DensityView& density : drawn.densities) {
+        write_density(writer, density);
     }
     for (const TraceView& view : drawn.traces) {
         for (int layer = layers_of(view.look) - 1; layer >= 0; --layer) {

@@ -41,6 +41,14 @@ std::span<const TimeBaseRow> time_base_rows() {
     return steps;
 }
 
+const TimeBaseRow* selected_time_base(const FrontPanel& panel) {
+    const std::string selected = panel.seltimediv.text();
+    const auto* const row =
+        std::find_if(steps.begin(), steps.end(),
+                     [&selected](const TimeBaseRow& each) { return each.text == selected; });
+    return row == steps.end() ? nullptr : row;
+}
+
 TimeBase::TimeBase(const Surroundings& around, Trigger& trigger, Adjust& adjust)
     : around_(around), trigger_(trigger), adjust_(adjust) {
     around.panel.seltimediv.on_click([this] {

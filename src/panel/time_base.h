@@ -24,6 +24,9 @@ struct TimeBaseRow {
 /// list shows them the other way round, the slowest at index 0.
 [[nodiscard]] std::span<const TimeBaseRow> time_base_rows();
 
+/// The entry that is selected on `panel`; null while there is none.
+[[nodiscard]] const TimeBaseRow* selected_time_base(const FrontPanel& panel);
+
 /// The time-base list and what follows from it.
 class TimeBase {
 public:

@@ -1,0 +1,250 @@
+#include "display/density_layer.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "display/reference_lines.h"
+#include "display/trace.h"
+#include "panel/time_base.h"
+#include "state/block_points.h"
+#include "state/code_conversion.h"
+#include "state/rounding.h"
+#include "state/trace_mapping.h"
+#include "state/units.h"
+
+namespace kv408 {
+namespace {
+
+/// A pixel that no colour is: nothing is painted there.
+constexpr Pixel no_pixel = 0;
+
+/// The colours of the bands of a density whose most hit place has `most` hits.
+class Shades {
+public:
+    Shades(const DensityColours& colours, std::uint32_t most) : changes_(colours) {
+        for (std::size_t band = 1; band < ends_below_.size(); ++band) {
+            ends_below_[band] = most >> (ends_below_.size() - band);
+            changes_[band] ^= colours[band - 1];
+        }
+    }
+
+    /// Sets `pixels` to the colours of `hits`, `no_pixel` where there are none. Without a branch,
+    /// for several to be told apart at a time.
+    void shade(std::span<const std::uint32_t> hits, Pixel* pixels) const {
+        const std::array ends = ends_below_;
+        const std::array changes = changes_;
+        for (std::size_t index = 0; index < hits.size(); ++index) {
+            const std::uint32_t here = hits[index];
+            Pixel pixel = no_pixel;
+            for (std::size_t band = 0; band < ends.size(); ++band) {
+                pixel ^= here > ends[band] ? changes[band] : no_pixel;
+            }
+            pixels[index] = pixel;
+        }
+    }
+
+private:
+    std::array<Pixel, density_bands> changes_; ///< bits that differ from the band below
+    std::array<std::uint32_t, density_bands> ends_below_ = {}; ///< where the band below ends
+};
+
+/// Lays the pixels from `over` on that are any over `pixels`.
+void lay_over(std::span<Pixel> pixels, const Pixel* over) {
+    for (std::size_t index = 0; index < pixels.size(); ++index) {
+        pixels[index] = over[index] == no_pixel ? pixels[index] : over[index];
+    }
+}
+
+} // namespace
+
+std::optional<DensityScreen> density_screen(const FrontPanel& panel, const Channels& channels,
+                                            const AcquisitionState& acquisition, Channel channel,
+                                            const MeasuredWith& with) {
+    const TimeBaseRow* const row = selected_time_base(panel);
+    const auto now = reference_screen(panel, channels, channel);
+    if (row == nullptr || !now) {
+        return std::nullopt;
+    }
+    const ChannelState& state = channels.at(channel);
+    const bool point = with.mode == SweepMode::point;
+    const double first_time =
+        point ? row->tbresolution : static_cast<double>(acquisition.offset.at(channel));
+    const double columns_per_picosecond = now->columns_per_second / picoseconds_per_second;
+    return DensityScreen{.codes_per_code = with.conversion.atten * with.conversion.vtfactor /
+                                           (state.atten * state.vtfactor),
+                         .centre_code = static_cast<double>(state.offsetdac),
+                         .rows_per_code = state.scale * state.vtfactor,
+                         .aligned = point == row->pointmode &&
+                                    with.time_per_point == row->tbresolution &&
+                                    with.first_time == first_time,
+                         .stretched = !point,
+                         .hstretch = row->hstretch,
+                         .shift = trace_shift(state),
+                         .first_column = plot::first_point + (with.first_time - now->first_time) *
+                                                                 columns_per_picosecond,
+                         .columns_per_point = with.time_per_point * columns_per_picosecond};
+}
+
+void DensityLayer::show(const Collected& collected, const DensityScreen& screen) {
+    if (current_ && collected_ == &collected && screen_ == screen) {
+        return;
+    }
+    collected_ = &collected;
+    screen_ = screen;
+    current_ = true;
+    place_codes(collected.with.conversion);
+    place_points(collected.counts.points());
+    hits_.assign(std::size_t{plot::width} * plot::height, 0);
+    most_ = 0;
+    top_ = plot::height;
+    end_ = 0;
+    count(collected.counts);
+}
+
+void DensityLayer::place_codes(const Conversion& conversion) {
+    const auto row_of = [&](double code) {
+        return (screen_.centre_code - code) * screen_.rows_per_code + double{plot::centre_y};
+    };
+    const double half = screen_.codes_per_code * std::abs(screen_.rows_per_code) / 2.0;
+    rows_.resize(scale_codes);
+    for (int code = 0; code < scale_codes; ++code) {
+        const int from_zero =
+            converted(conversion, static_cast<std::int16_t>(code)).code - zero_volt_code;
+        const double row = row_of(zero_volt_code + from_zero * screen_.codes_per_code);
+        const int own = round_to_int32(std::clamp(row, highest_row, lowest_row));
+        // The rows that are nearer to this code than to its neighbours.
+        const int top =
+            static_cast<int>(std::ceil(std::clamp(row - half, highest_row, lowest_row + 1)));
+        const int end =
+            static_cast<int>(std::ceil(std::clamp(row + half, highest_row, lowest_row + 1)));
+        rows_[static_cast<std::size_t>(code)] = {
+            static_cast<std::int16_t>(std::min(own, top < end ? top : own)),
+            static_cast<std::int16_t>(std::max(own + 1, top < end ? end : own + 1))};
+    }
+}
+
+void DensityLayer::place_points(int points) {
+    points_.assign(plot::width, {});
+    const auto set = [&](std::int64_t column, int first, int end) {
+        first = std::clamp(first, 0, points);
+        end = std::clamp(end, first, points);
+        if (column >= plot::first_point && column <= plot::last_point) {
+            points_[static_cast<std::size_t>(column)] = {static_cast<std::int16_t>(first),
+                                                         static_cast<std::int16_t>(end)};
+        }
+    };
+    if (screen_.aligned) {
+        const auto block = block_points(screen_.hstretch);
+        for (int column = plot::first_point; column <= plot::last_point; ++column) {
+            const int point =
+                screen_.stretched ? block[static_cast<std::size_t>(column)] : column - 1;
+            set(column + screen_.shift, point, point + 1);
+        }
+        return;
+    }
+    const auto point_at = [&](double column) {
+        return (column - screen_.first_column) / screen_.columns_per_point;
+    };
+    const auto whole = [points](double point) {
+        return static_cast<int>(std::clamp(point, -1.0, points + 1.0));
+    };
+    for (int column = plot::first_point; column <= plot::last_point; ++column) {
+        const int first = whole(std::ceil(point_at(column - 0.5)));
+        const int end = whole(std::ceil(point_at(column + 0.5)));
+        const int before = whole(std::floor(point_at(column)));
+        set(column, first < end ? first : before, first < end ? end : before + 1);
+    }
+}
+
+void DensityLayer::count(const Density& density) {
+    for (int column = 0; column < plot::width; ++column) {
+        const Points points = points_[static_cast<std::size_t>(column)];
+        for (int point = points.first; point < points.end; ++point) {
+            const auto counts = density.at(point);
+            const Density::Codes passed = density.passed(point);
+            for (int code = passed.first; code < passed.end; ++code) {
+                const auto index = static_cast<std::size_t>(code);
+                if (counts[index] != 0) {
+                    hit(column, rows_[index], counts[index]);
+                }
+            }
+        }
+    }
+}
+
+inline void DensityLayer::hit(int column, RowRun rows, std::uint32_t hits) {
+    for (int y = rows.top; y < rows.end; ++y) {
+        std::uint32_t& at = hits_[static_cast<std::size_t>(y * plot::width + column)];
+        at += std::min(hits, highest_count - at);
+        most_ = std::max(most_, at);
+    }
+    top_ = std::min<int>(top_, rows.top);
+    end_ = std::max<int>(end_, rows.end);
+}
+
+void DensityLayer::add(std::span<const std::int16_t> codes, std::uint32_t weight) {
+    if (!current_) {
+        return;
+    }
+    for (int column = plot::first_point; column <= plot::last_point; ++column) {
+        const Points points = points_[static_cast<std::size_t>(column)];
+        for (int point = points.first; point < points.end; ++point) {
+            const int code =
+                std::clamp(int{codes[static_cast<std::size_t>(point)]}, 0, scale_codes - 1);
+            hit(column, rows_[static_cast<std::size_t>(code)], weight);
+        }
+    }
+}
+
+std::span<const std::uint32_t> DensityLayer::row(int y) const {
+    return std::span(hits_).subspan(static_cast<std::size_t>(y) * plot::width, plot::width);
+}
+
+void DensityLayer::paint(const Canvas& canvas, const PlotScale& scale, int top, int bottom,
+                         const DensityColours& colours, Tiles& touched) const {
+    if (most_ == 0) {
+        return;
+    }
+    const Shades shades(colours, most_);
+    const Columns columns = canvas.columns();
+    const auto unit = [&](int pixel) { return static_cast<int>(pixel / scale.factor()); };
+    const int first = std::max(unit(top) - 1, top_);
+    const int end = std::min(unit(bottom) + 2, end_);
+    const Columns units =
+        common({unit(columns.left) - 1, unit(columns.right) + 2}, {0, plot::width});
+    std::array<Pixel, plot::width> shaded = {};
+    std::vector<Pixel> line(static_cast<std::size_t>(columns.right - columns.left));
+    std::vector<std::uint16_t> unit_of(line.size());
+    for (int x = units.left; x < units.right; ++x) {
+        const Columns pixels = common({scale.edge(x), scale.edge(x + 1)}, columns);
+        for (int pixel = pixels.left; pixel < pixels.right; ++pixel) {
+            unit_of[static_cast<std::size_t>(pixel - columns.left)] = static_cast<std::uint16_t>(x);
+        }
+    }
+    for (int y = first; y < end; ++y) {
+        const int upper = std::max(scale.edge(y), top);
+        const int lower = std::min(scale.edge(y + 1), bottom);
+        if (upper >= lower) {
+            continue;
+        }
+        const auto left = static_cast<std::size_t>(units.left);
+        const auto hits = row(y).subspan(left, static_cast<std::size_t>(units.right) - left);
+        shades.shade(hits, shaded.data() + left);
+        const Pixel* over = shaded.data() + columns.left;
+        if (scale.factor() != PlotScale::natural) {
+            for (std::size_t pixel = 0; pixel < line.size(); ++pixel) {
+                line[pixel] = shaded[unit_of[pixel]];
+            }
+            over = line.data();
+        }
+        for (int at = upper; at < lower; ++at) {
+            lay_over({&canvas.surface().at(columns.left, at), line.size()}, over);
+        }
+    }
+    if (first < end) {
+        touched.add({columns.left, std::max(scale.edge(first), top), columns.right,
+                     std::min(scale.edge(end), bottom)});
+    }
+}
+
+} // namespace kv408

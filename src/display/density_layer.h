@@ -1,0 +1,99 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "analysis/collected.h"
+#include "display/canvas.h"
+#include "display/density_palette.h"
+#include "display/plot_scale.h"
+#include "display/tiles.h"
+#include "panel/front_panel.h"
+#include "state/acquisition_state.h"
+#include "state/channel_state.h"
+
+namespace kv408 {
+
+/// Where the codes and points of what was collected lie on the plot.
+struct DensityScreen {
+    double codes_per_code = 1.0; ///< codes of the channel as it is set now for one collected
+    double centre_code = 0.0;    ///< the channel's code on the centre row
+    double rows_per_code = 0.0;  ///< of the channel's codes
+    /// It was collected with the time base and the delay that are set: each point lies in the
+    /// columns of the live trace's, `shift` further right.
+    bool aligned = false;
+    bool stretched = false; ///< a block, as `block_points` has it
+    double hstretch = 1.0;
+    std::int64_t shift = 0;
+    double first_column = 0.0;      ///< otherwise: of its first point
+    double columns_per_point = 1.0; ///< otherwise
+
+    friend bool operator==(const DensityScreen&, const DensityScreen&) = default;
+};
+
+/// The screen of what was collected `with` on `channel`, as panel and channel are set now; nothing
+/// while no time base is selected.
+[[nodiscard]] std::optional<DensityScreen>
+density_screen(const FrontPanel& panel, const Channels& channels,
+               const AcquisitionState& acquisition, Channel channel, const MeasuredWith& with);
+
+/// How often one channel's trace passed through each unit of the plot.
+///
+/// A code lies in the row that the trace has there. Where rows are finer than codes, each row has
+/// the hits of the code nearest to it; where they are coarser, those of all its codes. Columns are
+/// filled in the same way by points. The hits are brought up to date with each sweep; all of them
+/// are only counted when codes or points come to lie elsewhere.
+class DensityLayer {
+public:
+    /// Shows `collected` on `screen`.
+    void show(const Collected& collected, const DensityScreen& screen);
+
+    /// Shows nothing, and needs no memory.
+    void hide() { *this = {}; }
+
+    /// The counters have changed; the next `show` counts anew.
+    void forget() { current_ = false; }
+
+    /// A sweep of `codes` was counted, each hit `weight` times.
+    void add(std::span<const std::int16_t> codes, std::uint32_t weight);
+
+    /// The hits in row `y` of the plot by column, in units of the plot.
+    [[nodiscard]] std::span<const std::uint32_t> row(int y) const;
+
+    /// The highest of them.
+    [[nodiscard]] std::uint32_t most() const { return most_; }
+
+    [[nodiscard]] bool shown() const { return !hits_.empty(); }
+
+    /// Paints the rows of pixels from `top` up to, not including, `bottom` onto `canvas`, which
+    /// shows the plot at `scale`; `touched` notes where.
+    void paint(const Canvas& canvas, const PlotScale& scale, int top, int bottom,
+               const DensityColours& colours, Tiles& touched) const;
+
+private:
+    /// The points that a column has hits of, from `first` to, not including, `end`.
+    struct Points {
+        std::int16_t first = 0;
+        std::int16_t end = 0;
+    };
+
+    void place_codes(const Conversion& conversion);
+    void place_points(int points);
+    void count(const Density& density);
+    void hit(int column, RowRun rows, std::uint32_t hits);
+
+    std::vector<std::uint32_t> hits_; ///< row by row
+    std::vector<RowRun> rows_;        ///< by code, those within 1..511 that it has hits in
+    std::vector<Points> points_;      ///< by column
+    const Collected* collected_ = nullptr;
+    DensityScreen screen_;
+    std::uint32_t most_ = 0;
+    int top_ = 0; ///< rows with hits begin there
+    int end_ = 0; ///< and end before this one
+    bool current_ = false;
+};
+
+} // namespace kv408
