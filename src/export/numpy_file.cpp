@@ -16,8 +16,8 @@ std::string number_of(const ExportedChannel& channel) {
     return channel.name.substr(channel.name.size() - 1);
 }
 
-std::string description(const ExportedSweep& sweep, std::size_t points) {
-    std::string columns;
+std::string columns_of(const ExportedSweep& sweep) {
+    std::string columns = "[";
     const auto add = [&columns](const std::string& name) {
         columns += "('" + name + "', '<f8'), ";
     };
@@ -30,20 +30,20 @@ std::string description(const ExportedSweep& sweep, std::size_t points) {
         }
         add("ch" + number_of(channel));
     }
-    return "{'descr': [" + columns + "], 'fortran_order': False, 'shape': (" +
-           std::to_string(points) + ",), }";
+    return columns += "]";
 }
 
 } // namespace
 
-std::string numpy_file(const ExportedSweep& sweep) {
-    std::size_t points = 0;
-    for (const ExportedChannel& channel : sweep.channels) {
-        points = std::max(points, channel.mv.size());
-    }
+std::string numpy_header(std::string_view type, std::initializer_list<std::size_t> shape) {
     // The data begin at a multiple of 64 bytes, after a line feed.
     constexpr std::size_t alignment = 64;
-    std::string header = description(sweep, points);
+    std::string header = "{'descr': ";
+    header.append(type).append(", 'fortran_order': False, 'shape': (");
+    for (const std::size_t length : shape) {
+        header.append(std::to_string(length)).append(",");
+    }
+    header += "), }";
     const std::size_t before = magic_and_version.size() + sizeof(std::uint16_t);
     while ((before + header.size() + 1) % alignment != 0) {
         header += ' ';
@@ -51,7 +51,15 @@ std::string numpy_file(const ExportedSweep& sweep) {
     header += '\n';
     std::string bytes(magic_and_version);
     put_little_endian(bytes, static_cast<std::uint16_t>(header.size()));
-    bytes += header;
+    return bytes += header;
+}
+
+std::string numpy_file(const ExportedSweep& sweep) {
+    std::size_t points = 0;
+    for (const ExportedChannel& channel : sweep.channels) {
+        points = std::max(points, channel.mv.size());
+    }
+    std::string bytes = numpy_header(columns_of(sweep), {points});
     constexpr double none = std::numeric_limits<double>::quiet_NaN();
     for (std::size_t point = 0; point < points; ++point) {
         for (const ExportedChannel& channel : sweep.channels) {

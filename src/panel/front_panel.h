@@ -83,6 +83,7 @@ struct FrontPanel {
     Button mnuexport = dialog("mnuexport");            ///< Tools: the export dialog
     Button mnurecord = dialog("mnurecord");            ///< Tools: the recording dialog
     Button mnustatistics = dialog("mnustatistics");    ///< Tools: the statistics window
+    Button mnudensity = dialog("mnudensity");          ///< Tools: the density window
     Button mnuremote = dialog("mnuremote");            ///< Tools: the remote control window
     Button menuhelp = dialog("MenuHelp");              ///< Help: the manual
     Button menuabout = dialog("MenuAbout");            ///< About: name, version, licences, paths

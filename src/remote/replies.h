@@ -25,6 +25,17 @@ namespace kv408 {
 /// Adds `item` to `list`, behind a comma unless it is the first.
 void add_item(std::string& list, std::string_view item);
 
+/// Adds the bytes of `value`, an unsigned number, to `bytes`, the first the most significant unless
+/// `least_first`.
+template <typename Unsigned>
+void add_bytes(std::string& bytes, Unsigned value, bool least_first) {
+    constexpr unsigned byte_bits = 8;
+    for (std::size_t i = 0; i < sizeof value; ++i) {
+        const std::size_t place = least_first ? i : sizeof value - 1 - i;
+        bytes += static_cast<char>(static_cast<unsigned char>(value >> byte_bits * place));
+    }
+}
+
 /// A block of definite length: "#15hello".
 [[nodiscard]] std::string block_reply(std::string_view bytes);
 

@@ -27,6 +27,9 @@ namespace kv408 {
 /// The points of finished sweeps.
 [[nodiscard]] std::vector<Command> waveform_commands(Instrument& instrument);
 
+/// What is collected of many sweeps: the density.
+[[nodiscard]] std::vector<Command> density_commands(Instrument& instrument);
+
 /// The set-up as a whole, the lock of the panel, the snapshot, the calibration record.
 [[nodiscard]] std::vector<Command> system_commands(Instrument& instrument);
 

@@ -73,16 +73,6 @@ std::string preamble(Instrument& instrument, Client& client) {
     return answer;
 }
 
-// The bytes of `value`, the first the most significant unless `least_first`.
-template <typename Bits>
-void append(std::string& bytes, Bits value, bool least_first) {
-    constexpr unsigned byte_bits = 8;
-    for (std::size_t i = 0; i < sizeof value; ++i) {
-        const std::size_t place = least_first ? i : sizeof value - 1 - i;
-        bytes += static_cast<char>(static_cast<unsigned char>(value >> byte_bits * place));
-    }
-}
-
 std::string data(Instrument& instrument, Client& client) {
     ClientWaveform& waveform = client.waveform;
     const ChannelSweep& part = part_of(instrument, waveform);
@@ -95,13 +85,13 @@ std::string data(Instrument& instrument, Client& client) {
         return bytes;
     case ClientWaveform::Format::word:
         for (const std::int16_t code : part.codes) {
-            append(bytes, static_cast<std::uint16_t>(code), waveform.least_first);
+            add_bytes(bytes, static_cast<std::uint16_t>(code), waveform.least_first);
         }
         break;
     case ClientWaveform::Format::real:
         for (const double mv : part.mv) {
-            append(bytes, std::bit_cast<std::uint64_t>(mv / millivolts_per_volt),
-                   waveform.least_first);
+            add_bytes(bytes, std::bit_cast<std::uint64_t>(mv / millivolts_per_volt),
+                      waveform.least_first);
         }
         break;
     }

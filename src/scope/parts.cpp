@@ -86,6 +86,7 @@ Parts::Parts(const Machine& machine)
     sweeps.on_finished([this](const auto&) { picture.movepersistance(); });
     sweeps.on_finished([this](const auto&) { measuring.makemeasurement(); });
     sweeps.on_finished([this](const auto& sweep) {
+        tools.sweep_finished(*sweep);
         if (sweep->complete) {
             tools.sweep_complete(sweep);
         }

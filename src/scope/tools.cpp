@@ -20,12 +20,13 @@ Tools::Tools(FrontPanel& panel, const Sweeps& sweeps, const Shown& shown, const 
               shown_.picture.set_references(std::move(references));
               shown_.picture.draw(draw_flags::all);
           }),
-      statistics_(statistics_host(host)) {
+      statistics_(statistics_host(host)), density_(panel, dialog_host(host), density_plot()) {
     for (Button* const entry : {&panel.mnuexport, &panel.exportdata}) {
         entry->on_click([this] { export_dialog_.open(places_.documents); });
     }
     panel.mnurecord.on_click([this] { record_dialog_.open(places_.documents); });
     panel.mnustatistics.on_click([this] { statistics_.open(); });
+    panel.mnudensity.on_click([this] { density_.open(); });
 }
 
 ExportOrigin Tools::origin() const {
@@ -53,6 +54,22 @@ StatisticsDialog::Host Tools::statistics_host(const Host& host) {
                 },
             .stop = [this] { panel_.cmdstop.click(); },
             .snapshot = take_snapshot};
+}
+
+DensityDialog::Plot Tools::density_plot() {
+    Picture& picture = shown_.picture;
+    return {.show =
+                [&picture](Channel channel, const Collected* collected) {
+                    picture.densities().set(channel, collected);
+                },
+            .add = [&picture](
+                       Channel channel, std::span<const std::int16_t> codes,
+                       std::uint32_t weight) { picture.densities().add(channel, codes, weight); },
+            .colour =
+                [&picture](std::size_t palette) {
+                    picture.densities().set_palette(static_cast<DensityPalette>(palette));
+                },
+            .draw = [&picture] { picture.draw(draw_flags::all); }};
 }
 
 void Tools::sweep_complete(const std::shared_ptr<const Sweep>& sweep) {

@@ -5,6 +5,7 @@
 
 #include "display/picture.h"
 #include "display/snapshot.h"
+#include "export/density_dialog.h"
 #include "export/export_dialog.h"
 #include "export/record_dialog.h"
 #include "export/reference_menu.h"
@@ -54,6 +55,13 @@ public:
     /// The statistics window.
     [[nodiscard]] StatisticsDialog& statistics() { return statistics_; }
 
+    /// The density window.
+    [[nodiscard]] DensityDialog& density() { return density_; }
+    [[nodiscard]] const DensityDialog& density() const { return density_; }
+
+    /// Hands what has come with `sweep` to those tools that count each channel by itself.
+    void sweep_finished(const Sweep& sweep) { density_.sweep_finished(sweep); }
+
     /// Hands `sweep`, with which every channel that is on has come and been measured, to each tool.
     /// Runs in a tick: nothing here waits for a disk.
     void sweep_complete(const std::shared_ptr<const Sweep>& sweep);
@@ -62,11 +70,15 @@ public:
     void tick() { record_dialog_.tick(); }
 
     /// What is to be done once a tick has drawn what came in it.
-    void tick_over() { statistics_.tick_over(); }
+    void tick_over() {
+        statistics_.tick_over();
+        density_.tick_over();
+    }
 
 private:
     [[nodiscard]] ExportOrigin origin() const;
     [[nodiscard]] StatisticsDialog::Host statistics_host(const Host& host);
+    [[nodiscard]] DensityDialog::Plot density_plot();
 
     FrontPanel& panel_;
     Shown shown_;
@@ -75,6 +87,7 @@ private:
     RecordDialog record_dialog_;
     ReferenceMenu references_;
     StatisticsDialog statistics_;
+    DensityDialog density_;
 };
 
 } // namespace kv408

@@ -77,6 +77,8 @@ void fill_menus(QMenuBar& bar, ScopeDriver& driver, const QList<QAction*>& copyi
     fill_references_menu(add_sub_menu(tools, u"Re&ferences"_s), driver);
     add(tools, panel.mnustatistics, driver,
         {u"&Statistics"_s, u"Shows mean, deviation and extremes of the measured values"_s});
+    add(tools, panel.mnudensity, driver,
+        {u"&Density"_s, u"Shows how often the traces have passed where"_s});
     add(tools, panel.mnuremote, driver,
         {u"Remote &Control..."_s, u"Lets other programs operate this one (SCPI)"_s});
 

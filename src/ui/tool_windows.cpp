@@ -3,6 +3,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 
+#include "ui/density_window.h"
 #include "ui/export_window.h"
 #include "ui/record_window.h"
 #include "ui/statistics_window.h"
@@ -35,12 +36,14 @@ ToolWindows::ToolWindows(Tools& tools, ScopeDriver& driver, QWidget& owner, cons
     tools.export_dialog().on_show([this] { show_export(); });
     tools.record_dialog().on_show([this] { show_recording(); });
     tools.statistics().on_show([this] { show_statistics(); });
+    tools.density().on_show([this] { show_density(); });
 }
 
 ToolWindows::~ToolWindows() {
     tools_.export_dialog().on_show({});
     tools_.record_dialog().on_show({});
     tools_.statistics().on_show({});
+    tools_.density().on_show({});
 }
 
 void ToolWindows::show_export() {
@@ -68,8 +71,16 @@ void ToolWindows::show_statistics() {
     present_beside(*statistics_, owner_, plot_);
 }
 
+void ToolWindows::show_density() {
+    if (!density_) {
+        density_ = new DensityWindow(tools_.density(), driver_, &owner_);
+    }
+    present_beside(*density_, owner_, plot_);
+}
+
 void ToolWindows::close() {
-    for (QWidget* const window : {export_.data(), recording_.data(), statistics_.data()}) {
+    for (QWidget* const window :
+         {export_.data(), recording_.data(), statistics_.data(), density_.data()}) {
         if (window != nullptr) {
             window->hide();
         }

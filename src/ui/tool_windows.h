@@ -29,6 +29,7 @@ private:
     void show_export();
     void show_recording();
     void show_statistics();
+    void show_density();
 
     Tools& tools_;
     ScopeDriver& driver_;
@@ -38,6 +39,7 @@ private:
     QPointer<QWidget> export_;
     QPointer<QWidget> recording_;
     QPointer<QWidget> statistics_;
+    QPointer<QWidget> density_;
 };
 
 } // namespace kv408::ui

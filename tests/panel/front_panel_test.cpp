@@ -165,6 +165,7 @@ TEST(FrontPanel, ControlsBearTheirNames) {
         {&panel.mnuexport, "mnuexport"},
         {&panel.mnurecord, "mnurecord"},
         {&panel.mnustatistics, "mnustatistics"},
+        {&panel.mnudensity, "mnudensity"},
         {&panel.mnuremote, "mnuremote"},
         {&panel.channel[0].vdiv, "ch1vdiv"},
         {&panel.channel[1].vdiv, "ch2vdiv"},

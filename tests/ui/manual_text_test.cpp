@@ -31,8 +31,8 @@ QString manual_text() {
     QString text;
     for (const QString& name :
          {u"window"_s, u"first-picture"_s, u"trigger"_s, u"delays"_s, u"cursors"_s,
-          u"measurements"_s, u"references"_s, u"statistics"_s, u"calibration"_s, u"settings"_s,
-          u"export"_s, u"record"_s, u"automation"_s}) {
+          u"measurements"_s, u"references"_s, u"statistics"_s, u"density"_s, u"calibration"_s,
+          u"settings"_s, u"export"_s, u"record"_s, u"automation"_s}) {
         text += page(name);
     }
     text.remove(u"**"_s).remove(u'`').remove(u'\\');
@@ -132,6 +132,8 @@ void open(ProgramOnBench& on, const QString& window) {
             on.panel().mnurecord.click();
         } else if (window == u"statistics"_s) {
             on.panel().mnustatistics.click();
+        } else if (window == u"density"_s) {
+            on.panel().mnudensity.click();
         } else if (window == u"remote"_s) {
             on.panel().mnuremote.click();
         }
@@ -149,8 +151,8 @@ private Q_SLOTS:
 
 void ManualTextTest::captions_are_told_of_data() {
     QTest::addColumn<QString>("window");
-    for (const char* const window :
-         {"main", "calibration", "settings", "export", "record", "statistics", "remote", "bench"}) {
+    for (const char* const window : {"main", "calibration", "settings", "export", "record",
+                                     "statistics", "density", "remote", "bench"}) {
         QTest::newRow(window) << QString::fromLatin1(window);
     }
 }
@@ -172,6 +174,8 @@ void ManualTextTest::captions_are_told_of() {
         top = on.window().findChild<QWidget*>(u"frmRecord"_s);
     } else if (window == u"statistics"_s) {
         top = on.widget("frmStatistics");
+    } else if (window == u"density"_s) {
+        top = on.widget("frmDensity");
     } else if (window == u"remote"_s) {
         top = on.widget("frmRemote");
     } else if (window == u"bench"_s) {

@@ -174,8 +174,8 @@ void RemoteTest::a_locked_panel_leaves_no_way_to_its_controls() {
     QStringList left = usable(on.window(), on.panel().all);
     left.sort();
     QCOMPARE(left, (QStringList{u"ExportData"_s, u"MenuAbout"_s, u"MenuExit"_s, u"MenuHelp"_s,
-                                u"cmdstop"_s, u"mnuexport"_s, u"mnurecord"_s, u"mnuremote"_s,
-                                u"mnustatistics"_s, u"saveconfig"_s}));
+                                u"cmdstop"_s, u"mnudensity"_s, u"mnuexport"_s, u"mnurecord"_s,
+                                u"mnuremote"_s, u"mnustatistics"_s, u"saveconfig"_s}));
     QCOMPARE(usable(settings, set), (QStringList{u"TabStrip1"_s, u"cmdCancel"_s}));
     QCOMPARE(usable(calibration, calibrated), QStringList());
     on.widget<QPushButton>("cmdRemoteUnlock")->click();
