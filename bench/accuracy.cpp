@@ -1,6 +1,7 @@
 // How closely each of the fourteen measurements agrees with the signal, at every time base and
-// every V/div: prints docs/accuracy.md.
+// every V/div, and what is computed of many sweeps: prints docs/accuracy.md.
 
+#include <array>
 #include <cmath>
 #include <cstdio>
 #include <map>
@@ -8,6 +9,7 @@
 #include <vector>
 
 #include "state/engineering_format.h"
+#include "support/known_figures.h"
 #include "support/measured_cell.h"
 
 namespace {
@@ -187,6 +189,48 @@ void print_cells(const Table& table) {
     }
 }
 
+constexpr const char* many_sweeps =
+    "\n# What many sweeps tell\n\n"
+    "Noise, jitter and eyes of signals on CH1 of the simulated instrument, with the clock of the "
+    "same rate\nas trigger and a standard deviation of one code of noise in the sampler. Each was "
+    "read after as many\nsweeps as the computation itself asks for, so that chance alone takes it "
+    "out of 2 % once in twenty\ntimes. What is true follows from the signal's settings and the "
+    "shape "
+    "of its edges, noise with the\nrounding to codes. Allowed are 2 % for noise, jitter, height, "
+    "width and Q, 10 % for the dual-Dirac\nparts, one column for a mask's margin.\n";
+
+/// `value` with the unit behind it.
+std::string figure_text(double value, const std::string& unit) {
+    std::array<char, 32> text{};
+    std::snprintf(text.data(), text.size(), "%.5g", value);
+    return unit.empty() ? text.data() : text.data() + (" " + unit);
+}
+
+void print_figures() {
+    std::printf("%s", many_sweeps);
+    for (const FigureCase& one : figure_cases()) {
+        CollectingProgram program(one.collecting);
+        const std::vector<KnownFigure> figures = one.figures(program);
+        std::printf("\n## %s\n\nAfter %llu sweeps.\n\n"
+                    "| | true | found | deviation | allowed |\n|---|---|---|---|---|\n",
+                    one.name.c_str(), static_cast<unsigned long long>(program.after(1).sweeps));
+        for (const KnownFigure& figure : figures) {
+            if (!figure.value) {
+                std::printf("| %s | %s | %s **!** | | |\n", figure.name.c_str(),
+                            figure_text(figure.truth, figure.unit).c_str(),
+                            std::string(text_of(figure.value.why())).c_str());
+                continue;
+            }
+            std::printf("| %s | %s | %s%s | %s | %s |\n", figure.name.c_str(),
+                        figure_text(figure.truth, figure.unit).c_str(),
+                        figure_text(*figure.value, figure.unit).c_str(),
+                        figure.holds() ? "" : " **!**",
+                        figure_text(*figure.value - figure.truth, figure.unit).c_str(),
+                        figure_text(figure.allowed, figure.unit).c_str());
+        }
+    }
+}
+
 } // namespace
 
 int main() {
@@ -196,5 +240,6 @@ int main() {
     print_cells(table);
     std::printf("%s", more_noise);
     print_worst(Table(one_code_rms).findings);
+    print_figures();
     return 0;
 }

@@ -14,6 +14,8 @@ install(FILES ${linux}/kv408-server.service DESTINATION lib/systemd/system)
 install(FILES ${CMAKE_SOURCE_DIR}/packaging/icon/kv408.svg
         DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps RENAME ${application}.svg)
 
+install(DIRECTORY ${CMAKE_SOURCE_DIR}/packaging/masks DESTINATION ${CMAKE_INSTALL_DATADIR}/kv408)
+
 # Pictures of the icon, compressed pages: made while installing, by tools that only packagers need.
 find_program(RSVG_CONVERT rsvg-convert)
 if(RSVG_CONVERT)

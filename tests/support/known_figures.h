@@ -3,6 +3,7 @@
 // What noise, jitter and eyes of the simulated instrument are, and what is computed of them after
 // as many sweeps as the computation itself asks for.
 
+#include <algorithm>
 #include <cmath>
 #include <functional>
 #include <numbers>
@@ -11,6 +12,7 @@
 
 #include "analysis/eye.h"
 #include "analysis/jitter.h"
+#include "analysis/mask.h"
 #include "support/collecting_program.h"
 
 namespace kv408 {
@@ -153,6 +155,43 @@ inline std::vector<KnownFigure> line_figures(CollectingProgram& program, double 
     };
 }
 
+/// A rectangle of four tenths of the interval and one of the amplitude.
+inline Mask rectangle() {
+    return {.name = "rectangle",
+            .source = {},
+            .polygons = {{"", {{0.3, 0.45}, {0.7, 0.45}, {0.7, 0.55}, {0.3, 0.55}}}}};
+}
+
+/// By how much that can grow until an edge of `signal`, which has neither noise nor jitter, touches
+/// it: each moment of an edge is compared with the rectangle's right half, seen from its middle.
+inline double true_margin(const simulator::Source& signal) {
+    const double interval = 1e12 / signal.frequency_hz;
+    const double length =
+        slope(signal) > 0.0 ? signal.amplitude_mvpp * std::numbers::pi / 2.0 / slope(signal) : 0.0;
+    double least = 1e9;
+    for (int step = 0; step <= 100000; ++step) {
+        // A falling edge that ends the interval, as parts of interval and amplitude from its
+        // middle.
+        const double time = -0.5 * length * (1.0 - step / 50000.0);
+        const double x = 0.5 + time / interval;
+        const double y = 0.5 * std::sin(std::numbers::pi * -time / length);
+        if (x > 0.0) {
+            least = std::min(least, std::max(x / 0.2, std::fabs(y) / 0.05));
+        }
+    }
+    return least - 1.0;
+}
+
+inline std::vector<KnownFigure> mask_figures(CollectingProgram& program) {
+    const Collected& all = program.after(300);
+    const auto eye = eye_of(all, {});
+    const auto margin = eye ? mask_margin(all, placed_at_eye(all, rectangle(), *eye), 0.0)
+                            : Told<double>(eye.why());
+    // A column to a side, of the 0.2 intervals that the rectangle reaches to that side.
+    const double column = all.with.time_per_point * program.signal().frequency_hz * 1e-12 / 0.2;
+    return {{"mask margin", true_margin(program.signal()), margin, column, ""}};
+}
+
 } // namespace known
 
 /// The cases of docs/accuracy.md.
@@ -171,6 +210,10 @@ inline std::vector<FigureCase> figure_cases() {
     };
     const auto edge = [](CollectingProgram& program) { return known::edge_figures(program, 1.0); };
     const auto eye = [](CollectingProgram& program) { return known::eye_figures(program, 1.0); };
+    const auto silent = [](simulator::Source& signal) {
+        signal.jitter_ps = 0.0;
+        signal.noise_mv = 0.0;
+    };
     const auto lines = [](CollectingProgram& program) { return known::line_figures(program, 1.0); };
     return {
         {"an edge of 2 ns, 5ns/div",
@@ -186,6 +229,9 @@ inline std::vector<FigureCase> figure_cases() {
         {"data with 3 ns of duty-cycle distortion, 5ns/div",
          {.change = distorted, .time_base = "5ns/div", .delay = "55000"},
          lines},
+        {"a rectangle in an eye without noise and jitter, 20ns/div",
+         {.change = silent, .sampler_noise_codes = 0.0},
+         known::mask_figures},
     };
 }
 
