@@ -108,14 +108,18 @@ void SettingsFile::offer_aside() {
         return;
     }
     // They are all that there was; a file says nothing of what was not annotated.
-    for (MeasurementControls& slot : kept_.panel.measurement) {
-        slot.annotate.put_checked(false);
-    }
+    annotate_nothing();
     // They stay where they are as long as they could be lost once more.
     const Reading reading = loadconfigfile(aside);
     if (reading != Reading::failed && restored_.status != FileStatus::failed &&
         write(default_path()).result.status == FileStatus::done) {
         host_.files.drop_aside(default_path());
+    }
+}
+
+void SettingsFile::annotate_nothing() {
+    for (MeasurementControls& slot : kept_.panel.measurement) {
+        slot.annotate.put_checked(false);
     }
 }
 
@@ -148,12 +152,17 @@ void SettingsFile::save_without_the_window() {
 }
 
 void SettingsFile::note() {
+    last_.note(default_path(), confirmed_bytes(), restored_);
+}
+
+std::string SettingsFile::confirmed_bytes() {
     const ColourTable shown = kept_.colours;
     if (hooks_.confirmed_colours) {
         kept_.colours = hooks_.confirmed_colours();
     }
-    last_.note(default_path(), to_code_page(text()), restored_);
+    std::string confirmed = bytes();
     kept_.colours = shown;
+    return confirmed;
 }
 
 SettingsFile::Reading SettingsFile::loadconfigfile(const std::filesystem::path& path) {
@@ -320,6 +329,9 @@ void SettingsFile::load_by_hand(const std::filesystem::path& path) {
     const Reading reading = loadconfigfile(path);
     if (reading == Reading::complete || reading == Reading::bad_line) {
         hooks_.apply();
+        if (hooks_.loaded) {
+            hooks_.loaded();
+        }
     }
     by_hand_ = false;
     loading_.set_caption({});
@@ -338,6 +350,11 @@ int SettingsFile::load_bytes(std::string bytes) {
     by_hand_ = false;
     loading_.set_caption({});
     return line;
+}
+
+void SettingsFile::put_back(std::string bytes) {
+    annotate_nothing();
+    load_bytes(std::move(bytes));
 }
 
 void SettingsFile::saveconfig_Click() {

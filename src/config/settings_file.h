@@ -44,6 +44,8 @@ public:
         std::function<void()> cancel_edits;
         /// The colours as they would then be; empty: those there are.
         std::function<ColourTable()> confirmed_colours = {};
+        /// A set-up was loaded by hand.
+        std::function<void()> loaded = {};
     };
 
     /// Keeps `kept` in files of `host`; connects Load Setup and Save Setup.
@@ -101,12 +103,25 @@ public:
     /// The present settings as a file would have them.
     [[nodiscard]] std::string bytes() const;
 
+    /// The same as the end of the program would save them: what a dialog edits and nobody has
+    /// confirmed does not count.
+    [[nodiscard]] std::string confirmed_bytes();
+
     /// The settings of a first start, as a file would have them; empty before `restore`.
     [[nodiscard]] const std::string& factory_bytes() const { return factory_; }
 
     /// Takes `bytes`, the content of a file, as Load Setup does with one. Returns the number of the
     /// line that could not be taken, 0 when all have been; nothing of it is shown.
     int load_bytes(std::string bytes);
+
+    /// Takes `bytes`, which say all that there is: what they do not annotate is not annotated.
+    void put_back(std::string bytes);
+
+    /// True once the end of the program will save the settings.
+    [[nodiscard]] bool keeping() const { return keeping_; }
+
+    /// True while a set-up is being loaded.
+    [[nodiscard]] bool is_loading() const { return by_hand_; }
 
     /// Load Setup and Save Setup. Both ask in the folder that was used last. An end of the program
     /// while a set-up is loaded and takes effect unwinds.
@@ -123,6 +138,7 @@ private:
 
     [[nodiscard]] Outcome write(const std::filesystem::path& path);
     void note();
+    void annotate_nothing();
     [[nodiscard]] std::string text() const;
     void tell_failure(const Outcome& outcome, const std::string& help);
     /// What an earlier run could not save.

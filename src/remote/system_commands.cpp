@@ -2,6 +2,7 @@
 #include <memory>
 
 #include "config/settings_file.h"
+#include "config/undo.h"
 #include "display/bitmap_file.h"
 #include "display/snapshot.h"
 #include "remote/client.h"
@@ -60,6 +61,33 @@ std::string give_picture(Instrument& instrument, const Call& call) {
     return {};
 }
 
+/// Goes from the step of the set-up where the panel is by `steps`, 1 or -1.
+void go_on_steps(Instrument& instrument, const Call& call, int steps) {
+    bool done = false;
+    instrument.act(call.client, [&](Scope& scope) {
+        Undo& undo = scope.undo();
+        const std::size_t before = undo.steps().place();
+        if (steps > 0 || before > 0) {
+            undo.go(steps > 0 ? before + 1 : before - 1);
+        }
+        done = undo.steps().place() != before;
+    });
+    if (!done) {
+        throw Refused{ScpiError::settings_conflict,
+                      steps > 0 ? "No step has been taken back" : "There is no step to take back"};
+    }
+}
+
+/// The steps in words, the oldest first; those that have been taken back are left out.
+std::string steps_in_words(Instrument& instrument) {
+    const SetUpSteps& steps = instrument.scope().undo().steps();
+    std::string answer;
+    for (std::size_t step = 0; step < steps.place(); ++step) {
+        add_item(answer, string_reply(steps.words(step)));
+    }
+    return answer.empty() ? string_reply("") : answer;
+}
+
 std::string record(Instrument& instrument) {
     std::string answer;
     for (const std::int32_t value : instrument.parts().calibration) {
@@ -89,6 +117,10 @@ std::vector<Command> system_commands(Instrument& instrument) {
                 instrument.lock_panel(call.client, lock);
             },
             [&instrument](const Call&) { return instrument.panel_locked(); }),
+        {"SYSTem:UNDO", [&instrument](const Call& call) { go_on_steps(instrument, call, -1); }},
+        {"SYSTem:REDO", [&instrument](const Call& call) { go_on_steps(instrument, call, 1); }},
+        query_command("SYSTem:STEPs",
+                      [&instrument](const Call&) { return steps_in_words(instrument); }),
         picture_query,
         query_command("CALibration:RECord",
                       [&instrument](const Call&) { return record(instrument); }),

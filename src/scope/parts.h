@@ -3,6 +3,7 @@
 #include "acquisition/acquisition_parts.h"
 #include "calibration/calibration.h"
 #include "config/settings_file.h"
+#include "config/undo.h"
 #include "display/colour_update.h"
 #include "display/cursors.h"
 #include "display/picture.h"
@@ -60,6 +61,7 @@ struct Parts : PanelState, SweepState {
     PlotMouse plot_mouse;
     AcquisitionParts acquiring;
     SettingsFile settings_file;
+    Undo undo;
     StartUp start_up;
     Calibration frmcalibration;
     Tools tools;

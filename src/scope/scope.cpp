@@ -78,6 +78,9 @@ void Scope::act(const std::function<void()>& action) {
         const UnderWay acting(parts_->acts);
         action();
         parts_->settings_file.note_for_end();
+        if (parts_->acts == 1) {
+            parts_->undo.note(); // what an action does in another one belongs to that
+        }
     });
 }
 
@@ -180,6 +183,10 @@ void Scope::on_start(std::function<void()> listener) {
 
 Help& Scope::help() {
     return parts_->help;
+}
+
+Undo& Scope::undo() {
+    return parts_->undo;
 }
 
 Tools& Scope::tools() {

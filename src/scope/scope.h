@@ -28,6 +28,7 @@ class SettingsFile;
 class Snapshot;
 class Sweeps;
 class Tools;
+class Undo;
 struct FrontPanel;
 struct Parts;
 
@@ -114,6 +115,9 @@ public:
 
     /// The controls of the calibration form.
     [[nodiscard]] CalibrationForm& calibration_form();
+
+    /// Undo and Redo.
+    [[nodiscard]] Undo& undo();
 
     /// What the menu "Tools" opens.
     [[nodiscard]] Tools& tools();

@@ -22,6 +22,7 @@
 #include "ui/menus.h"
 #include "ui/plot_drags.h"
 #include "ui/qt_picture_coder.h"
+#include "ui/undo_menu.h"
 #include "ui/view_actions.h"
 #include "ui/window_halves.h"
 
@@ -132,6 +133,7 @@ void MainWindow::lay_out() {
                {view.full_screen, view.hide_panel});
     setCentralWidget(halves);
     new LoadingNote(scope_.loading(), *this);
+    new PressWatch(driver_, this);
 }
 
 void MainWindow::showEvent(QShowEvent* event) {

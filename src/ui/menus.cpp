@@ -4,6 +4,7 @@
 
 #include "ui/bind.h"
 #include "ui/references_menu.h"
+#include "ui/undo_menu.h"
 
 namespace kv408::ui {
 namespace {
@@ -39,6 +40,23 @@ QMenu& add_sub_menu(QMenu& menu, const QString& title) {
     return *sub;
 }
 
+void fill_tools(QMenu& tools, ScopeDriver& driver) {
+    FrontPanel& panel = driver.panel();
+    fill_undo_menu(tools, driver);
+    tools.addSeparator();
+    add(tools, panel.mnuexport, driver,
+        {u"&Export..."_s, u"Saves the sweep that is shown to a file"_s, QKeySequence(u"Ctrl+E"_s)});
+    add(tools, panel.mnurecord, driver,
+        {u"&Record..."_s, u"Saves one sweep after the other while they come"_s});
+    fill_references_menu(add_sub_menu(tools, u"Re&ferences"_s), driver);
+    add(tools, panel.mnustatistics, driver,
+        {u"&Statistics"_s, u"Shows mean, deviation and extremes of the measured values"_s});
+    add(tools, panel.mnudensity, driver,
+        {u"&Density"_s, u"Shows how often the traces have passed where"_s});
+    add(tools, panel.mnuremote, driver,
+        {u"Remote &Control..."_s, u"Lets other programs operate this one (SCPI)"_s});
+}
+
 } // namespace
 
 void fill_menus(QMenuBar& bar, ScopeDriver& driver, const QList<QAction*>& copying,
@@ -69,18 +87,7 @@ void fill_menus(QMenuBar& bar, ScopeDriver& driver, const QList<QAction*>& copyi
     options.addSeparator();
     options.addActions(viewing);
 
-    QMenu& tools = add_menu(bar, u"&Tools"_s);
-    add(tools, panel.mnuexport, driver,
-        {u"&Export..."_s, u"Saves the sweep that is shown to a file"_s, QKeySequence(u"Ctrl+E"_s)});
-    add(tools, panel.mnurecord, driver,
-        {u"&Record..."_s, u"Saves one sweep after the other while they come"_s});
-    fill_references_menu(add_sub_menu(tools, u"Re&ferences"_s), driver);
-    add(tools, panel.mnustatistics, driver,
-        {u"&Statistics"_s, u"Shows mean, deviation and extremes of the measured values"_s});
-    add(tools, panel.mnudensity, driver,
-        {u"&Density"_s, u"Shows how often the traces have passed where"_s});
-    add(tools, panel.mnuremote, driver,
-        {u"Remote &Control..."_s, u"Lets other programs operate this one (SCPI)"_s});
+    fill_tools(add_menu(bar, u"&Tools"_s), driver);
 
     QMenu& help = add_menu(bar, u"&Help"_s);
     QAction* const manual =

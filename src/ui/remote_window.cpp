@@ -14,6 +14,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "config/undo.h"
 #include "ui/bind.h"
 #include "ui/lengths.h"
 #include "ui/panel_frame.h"
@@ -172,6 +173,7 @@ void RemoteInWindow::lock(bool locked) {
         }
     }
     plot_.setEnabled(!locked);
+    driver_.undo().set_locked(locked);
     // OK of the settings confirms what was edited before.
     for (const QString& name : {u"cmdstartsweep"_s, u"Command1"_s, u"cmdOK"_s}) {
         if (auto* const button = owner_.findChild<QPushButton*>(name)) {

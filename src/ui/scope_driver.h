@@ -54,6 +54,9 @@ public:
     /// What the menu "Tools" opens.
     [[nodiscard]] Tools& tools() { return scope_.tools(); }
 
+    /// Undo and Redo.
+    [[nodiscard]] Undo& undo() { return scope_.undo(); }
+
     /// Dragging on and around the plot.
     [[nodiscard]] PlotMouse& plot_mouse() { return scope_.plot_mouse(); }
 

@@ -4,6 +4,7 @@
 #include <array>
 #include <iostream>
 
+#include "config/undo.h"
 #include "display/settings_dialog.h"
 #include "scope/panel_agreement.h"
 #include "scope/set_up_agreement.h"
@@ -95,6 +96,7 @@ void Soak::step() {
     note_faults();
     done_.add(user_->do_anything());
     note_faults();
+    check_steps();
     const bool in_trouble = clock_.now() - last_fault_ < aftermath;
     if (scope_->ended()) {
         if (!in_trouble) {
@@ -118,6 +120,26 @@ void Soak::step() {
         settle();
         end_on_request();
         begin_again();
+    }
+}
+
+void Soak::check_steps() {
+    if (scope_->ended()) {
+        return;
+    }
+    const SetUpSteps& steps = scope_->undo().steps();
+    if (steps.present() != set_up_of(scope_->panel(), scope_->settings_file().confirmed_bytes())) {
+        fail("the last step of the set-up is not what the panel shows");
+    }
+    if (!chance_.in(2)) {
+        return;
+    }
+    const std::size_t place = steps.place();
+    const PanelSetUp before = steps.present();
+    scope_->act([this] { scope_->undo().go(0); });
+    scope_->act([this, place] { scope_->undo().go(place); });
+    if (scope_->ended() || steps.place() != place || steps.present() != before) {
+        fail("the set-up does not come back");
     }
 }
 

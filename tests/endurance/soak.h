@@ -38,6 +38,7 @@ private:
     void ticks(int count);
     void step();
     void note_faults();
+    void check_steps();
     void heal();
     /// The computer sleeps; meanwhile the instrument is switched off and on.
     void sleep_awhile();

@@ -5,6 +5,7 @@
 
 #include "calibration/calibration_form.h"
 #include "calibration/guide.h"
+#include "config/undo.h"
 #include "display/settings_dialog.h"
 #include "simulator/test_connections.h"
 
@@ -115,7 +116,10 @@ const char* SoakUser::on_the_panel() {
 }
 
 const char* SoakUser::on_the_rest_of_the_panel() {
-    switch (chance_.number(0, 4)) {
+    switch (chance_.number(0, 5)) {
+    case 5:
+        press(chance_.in(60) ? scope_.undo().controls().mnuundo : scope_.undo().controls().mnuredo);
+        return "Undo or Redo";
     case 0: {
         const bool fast = chance_.in(50);
         act([&] { panel_.adcspeed.press(fast); });

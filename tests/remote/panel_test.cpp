@@ -169,9 +169,8 @@ TEST_F(RemotePanel, IsReachedAsAWhole) {
     std::vector<std::string> reached;
     const auto press = [&](const std::string& line) {
         std::vector<Listening> listening;
-        for (Control* const control : scope.panel().all) {
-            listening.push_back(
-                control->on_shown([&reached, control] { reached.push_back(control->name()); }));
+        for (Control* const one : scope.panel().all) {
+            listening.push_back(one->on_shown([&reached, one] { reached.push_back(one->name()); }));
         }
         ask(line);
     };
@@ -185,11 +184,11 @@ TEST_F(RemotePanel, IsReachedAsAWhole) {
         press(line);
         EXPECT_EQ(error(), "0,\"No error\"") << line;
     }
-    for (Control* const control : scope.panel().all) {
-        const bool otherwise = control->name() == "cmbDevice" || control->name() == "trzero" ||
-                               control->name() == "cmdstartsweep" || control->name() == "cmdstop";
-        if (control->about().outside == Outside::set && !otherwise) {
-            EXPECT_THAT(reached, testing::Contains(control->name()));
+    for (Control* const one : scope.panel().all) {
+        const bool otherwise = one->name() == "cmbDevice" || one->name() == "trzero" ||
+                               one->name() == "cmdstartsweep" || one->name() == "cmdstop";
+        if (one->about().outside == Outside::set && !otherwise) {
+            EXPECT_THAT(reached, testing::Contains(one->name()));
         }
     }
 }

@@ -45,6 +45,7 @@ private Q_SLOTS:
     void window() { show_window(gallery_); }
     void sizes() { show_sizes(gallery_); }
     void menus() { show_menus(gallery_); }
+    void steps() { show_steps(gallery_); }
     void display() { show_display(gallery_); }
     void trigger() { show_trigger(gallery_); }
     void delays() { show_delays(gallery_); }

@@ -11,6 +11,7 @@ void show_first_picture(Gallery& gallery);
 void show_window(Gallery& gallery);
 void show_sizes(Gallery& gallery);
 void show_menus(Gallery& gallery);
+void show_steps(Gallery& gallery);
 void show_display(Gallery& gallery);
 void show_trigger(Gallery& gallery);
 void show_delays(Gallery& gallery);

@@ -6,6 +6,7 @@
 #include <QMenuBar>
 #include <QPainter>
 
+#include "config/undo.h"
 #include "demo/test_bench_window.h"
 #include "ui/colours.h"
 #include "ui/panel_frame.h"
@@ -129,6 +130,20 @@ void show_menus(Gallery& gallery) {
     }
     painter.end();
     gallery.add(u"menus"_s, row);
+}
+
+void show_steps(Gallery& gallery) {
+    SteadyProgram on;
+    on.start_sweeping();
+    on.choose(on.panel().seltimediv, "10ns/div");
+    on.choose(on.panel().channel[0].vdiv, "50mV");
+    on.turn("CH1", 640);
+    on.choose(on.panel().trigsource, "TRIG2");
+    on.program.scope().act([&on] { on.program.scope().undo().controls().mnuundo.click(); });
+    auto* const menu = on.window().findChild<QMenu*>(u"lststeps"_s);
+    menu->popup(on.window().mapToGlobal(QPoint(20, 40)));
+    gallery.add(u"undo"_s, menu->grab().toImage());
+    menu->hide();
 }
 
 void show_display(Gallery& gallery) {
