@@ -26,6 +26,24 @@ std::string text_of(const tcp::endpoint& end) {
            std::to_string(end.port());
 }
 
+#ifdef TCP_KEEPIDLE
+template <int name>
+using TcpNumber = asio::detail::socket_option::integer<IPPROTO_TCP, name>;
+#endif
+
+// A computer that has been switched off, or whose cable has been pulled, does not say so: it is
+// asked whether it is there once the connection has been silent for half a minute, and has gone
+// when it has not answered for as long again.
+void look_after(tcp::socket& socket) {
+    std::error_code gone;
+    socket.set_option(asio::socket_base::keep_alive(true), gone);
+#ifdef TCP_KEEPIDLE // elsewhere the system's own times hold, which are hours
+    socket.set_option(TcpNumber<TCP_KEEPIDLE>(30), gone);
+    socket.set_option(TcpNumber<TCP_KEEPINTVL>(10), gone);
+    socket.set_option(TcpNumber<TCP_KEEPCNT>(3), gone);
+#endif
+}
+
 } // namespace
 
 // All members but those below `mutex_` belong to the thread.
@@ -161,7 +179,7 @@ private:
             return;
         }
         socket.set_option(tcp::no_delay(true), gone);
-        socket.set_option(asio::socket_base::keep_alive(true), gone);
+        look_after(socket);
         const Connection connection = ++last_;
         Peer& peer =
             *peers_.emplace(connection, std::make_shared<Peer>(std::move(socket))).first->second;

@@ -61,6 +61,7 @@ private Q_SLOTS:
     void messages() { show_messages(gallery_); }
     void exporting() { show_export(gallery_); }
     void recording() { show_recording(gallery_); }
+    void remote() { show_remote(gallery_); }
     void they_are_those_of_the_manual();
 };
 

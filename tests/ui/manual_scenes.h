@@ -27,5 +27,6 @@ void show_snapshots(Gallery& gallery);
 void show_messages(Gallery& gallery);
 void show_export(Gallery& gallery);
 void show_recording(Gallery& gallery);
+void show_remote(Gallery& gallery);
 
 } // namespace kv408::ui

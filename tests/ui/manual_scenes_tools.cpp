@@ -1,4 +1,4 @@
-// The pictures of export and recording.
+// The pictures of export, recording and remote control.
 
 #include "manual_scenes.h"
 
@@ -48,6 +48,13 @@ void show_recording(Gallery& gallery) {
         controls.txtRecordFile.set_text("/home/me/drift.csv");
     });
     gallery.add(u"record"_s, tool_window(on, "frmRecord"));
+}
+
+void show_remote(Gallery& gallery) {
+    SteadyProgram on;
+    on.start_sweeping();
+    on.act([&] { on.panel().mnuremote.click(); });
+    gallery.add(u"remote"_s, tool_window(on, "frmRemote"));
 }
 
 } // namespace kv408::ui

@@ -6,8 +6,11 @@
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
+#include <cstdio>
+#include <fstream>
 #include <mutex>
 #include <random>
+#include <sstream>
 #include <string>
 #include <system_error>
 #include <thread>
@@ -190,6 +193,37 @@ TEST_F(Servers, HalfOpenAndBrokenConnectionsGiveTheirPlacesBack) {
     }
     wait_for_clients(0);
     EXPECT_EQ(Line(server.port()).ask("SYST:VERS?"), "1999.0\n");
+}
+
+// In seconds, when the system asks whether the other computer is there, as it tells it of the
+// connection that `port` of this one has.
+double next_question(std::uint16_t port) {
+    std::array<char, 16> end{};
+    std::snprintf(end.data(), end.size(), ":%04X", port);
+    std::ifstream connections("/proc/net/tcp");
+    for (std::string text; std::getline(connections, text);) {
+        std::istringstream line(text);
+        std::string number;
+        std::string here;
+        std::string there;
+        std::string state;
+        std::string queues;
+        std::string timer;
+        line >> number >> here >> there >> state >> queues >> timer;
+        if (here.ends_with(end.data()) && state == "01" && timer.starts_with("02:")) {
+            return static_cast<double>(std::stol(timer.substr(3), nullptr, 16)) / 100;
+        }
+    }
+    return -1;
+}
+
+TEST_F(Servers, SoonAskWhetherASilentClientIsStillThere) {
+    const Line silent(server.port());
+    EXPECT_EQ(silent.ask("*ESE?"), "0\n");
+    EXPECT_TRUE(Line::comes([this] {
+        const double seconds = next_question(server.port());
+        return seconds > 0 && seconds <= 30;
+    })) << next_question(server.port());
 }
 
 TEST_F(Servers, BinaryRubbishDoesNoHarm) {
