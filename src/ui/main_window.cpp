@@ -115,7 +115,7 @@ void MainWindow::lay_out() {
     copy->setToolTip(u"Copies the picture of the plot to the clipboard"_s);
     copy->setShortcut(QKeySequence::Copy);
     connect(copy, &QAction::triggered, this, [this] { copy_picture(); });
-    auto* const copy_scaled = new QAction(u"Copy with &Scales"_s, this);
+    auto* const copy_scaled = new QAction(u"Copy &with Scales"_s, this);
     copy_scaled->setObjectName(u"copyWithScales"_s);
     copy_scaled->setToolTip(
         u"Copies the picture of the plot with its scales, results and date to the clipboard"_s);

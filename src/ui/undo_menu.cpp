@@ -56,7 +56,7 @@ void fill_undo_menu(QMenu& menu, ScopeDriver& driver) {
     UndoControls& controls = driver.undo().controls();
     add_entry(menu, controls.mnuundo, driver, u"&Undo"_s, u"Takes the last step back"_s,
               QKeySequence(u"Ctrl+Z"_s));
-    add_entry(menu, controls.mnuredo, driver, u"Re&do"_s,
+    add_entry(menu, controls.mnuredo, driver, u"Red&o"_s,
               u"Takes the step again that was taken back last"_s, QKeySequence(u"Ctrl+Shift+Z"_s));
     QMenu* const steps = menu.addMenu(u"Ste&ps"_s);
     steps->setObjectName(object_name(controls.lststeps));

@@ -4,6 +4,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMenuBar>
 #include <QTest>
 
 #include "config/undo.h"
@@ -43,6 +44,7 @@ private Q_SLOTS:
     void the_list_leads_to_a_step();
     void a_text_box_keeps_its_own_undo();
     void a_locked_panel_takes_nothing_back();
+    void each_entry_of_a_menu_has_a_letter_of_its_own();
 };
 
 void UndoTest::keys_take_steps_back_and_again() {
@@ -132,6 +134,26 @@ void UndoTest::a_locked_panel_takes_nothing_back() {
     on.program.scope().undo().set_locked(false);
     on.press(Qt::ControlModifier);
     QCOMPARE(list->currentText(), u"0.1V"_s);
+}
+
+void UndoTest::each_entry_of_a_menu_has_a_letter_of_its_own() {
+    WithSteps on;
+    QVERIFY(on.run_until_sweeping());
+    int letters = 0;
+    for (const QAction* const title : on.window().menuBar()->actions()) {
+        QStringList taken;
+        for (const QAction* const entry : title->menu()->actions()) {
+            const qsizetype sign = entry->text().indexOf(u'&');
+            if (sign < 0) {
+                continue;
+            }
+            const QString letter = entry->text().mid(sign + 1, 1).toLower();
+            QVERIFY2(!taken.contains(letter), qPrintable(entry->text()));
+            taken.append(letter);
+            ++letters;
+        }
+    }
+    QVERIFY(letters > 20);
 }
 
 } // namespace
