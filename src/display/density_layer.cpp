@@ -200,6 +200,27 @@ std::span<const std::uint32_t> DensityLayer::row(int y) const {
     return std::span(hits_).subspan(static_cast<std::size_t>(y) * plot::width, plot::width);
 }
 
+DensityWindow DensityLayer::within(const PlotWindow& window) const {
+    DensityWindow found{.first_code = 0, .end_code = 0};
+    for (int x = window.left; x < window.right; ++x) {
+        const Points points = points_[static_cast<std::size_t>(x)];
+        if (points.first < points.end) {
+            found.first_point = found.end_point == 0
+                                    ? points.first
+                                    : std::min<int>(found.first_point, points.first);
+            found.end_point = std::max<int>(found.end_point, points.end);
+        }
+    }
+    for (int code = 0; code < scale_codes; ++code) {
+        const RowRun rows = rows_[static_cast<std::size_t>(code)];
+        if (rows.top < window.bottom && rows.end > window.top) {
+            found.first_code = found.end_code == 0 ? code : found.first_code;
+            found.end_code = code + 1;
+        }
+    }
+    return found;
+}
+
 void DensityLayer::paint(const Canvas& canvas, const PlotScale& scale, int top, int bottom,
                          const DensityColours& colours, Tiles& touched) const {
     if (most_ == 0) {

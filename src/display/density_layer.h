@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "analysis/collected.h"
+#include "analysis/histogram.h"
 #include "display/canvas.h"
 #include "display/density_palette.h"
 #include "display/plot_scale.h"
@@ -14,6 +15,7 @@
 #include "panel/front_panel.h"
 #include "state/acquisition_state.h"
 #include "state/channel_state.h"
+#include "state/plot_window.h"
 
 namespace kv408 {
 
@@ -63,8 +65,11 @@ public:
     /// The hits in row `y` of the plot by column, in units of the plot.
     [[nodiscard]] std::span<const std::uint32_t> row(int y) const;
 
-    /// The highest of them.
+    /// The highest of all hits.
     [[nodiscard]] std::uint32_t most() const { return most_; }
+
+    /// The points and codes that lie in `window`, whose edges are the plot's or within it.
+    [[nodiscard]] DensityWindow within(const PlotWindow& window) const;
 
     [[nodiscard]] bool shown() const { return !hits_.empty(); }
 

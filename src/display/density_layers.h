@@ -55,6 +55,12 @@ public:
     /// A sweep of `channel` was counted, each hit `weight` times.
     void add(Channel channel, std::span<const std::int16_t> codes, std::uint32_t weight);
 
+    /// The density of `channel` as it was shown last; null where it is not.
+    [[nodiscard]] const DensityLayer* layer(Channel channel) const {
+        const DensityLayer& layer = channels_.at(channel).layer;
+        return layer.shown() ? &layer : nullptr;
+    }
+
     /// How the densities of the channels that are on are to be drawn, of those that `flags` names
     /// (bits of draw_flags).
     [[nodiscard]] Looks looks(const Inputs& inputs, unsigned flags) const;

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "display/annotations.h"
+#include "display/histogram_marks.h"
 #include "display/unit_painter.h"
 #include "panel/front_panel.h"
 #include "state/acquisition_state.h"
@@ -38,6 +39,7 @@ struct Overlays {
     CursorLines cursors;
     Annotations annotations;
     TriggerLine trigger;
+    HistogramMarks histogram;
 
     friend bool operator==(const Overlays&, const Overlays&) = default;
 };
@@ -50,8 +52,8 @@ struct Overlays {
 [[nodiscard]] std::int32_t trigger_row(Channel source, const TriggerState& trigger,
                                        const Channels& channels);
 
-/// Draws the cursor lines, then the marks of the annotated measurement, then the trigger-level
-/// line.
+/// Draws the histogram, then the cursor lines, then the marks of the annotated measurement, then
+/// the trigger-level line.
 void draw_overlays(const UnitPainter& painter, const Overlays& overlays);
 
 /// Writes the offset read-outs and the trigger level, and puts the trigger marker beside the plot.

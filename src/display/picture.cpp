@@ -284,6 +284,9 @@ Overlays Picture::overlays_of(unsigned flags) const {
         return {};
     }
     Overlays overlays;
+    if (histogram_) {
+        overlays.histogram = {histogram_, pixel_of(inputs_.colours.annotations)};
+    }
     overlays.cursors = cursor_lines(inputs_.cursors, inputs_.colours);
     overlays.annotations =
         annotations(inputs_.panel, inputs_.marks, inputs_.colours, inputs_.acquisition);

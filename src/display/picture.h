@@ -91,6 +91,11 @@ public:
     /// What was collected of each channel, under the traces from the next draw on.
     [[nodiscard]] DensityLayers& densities() { return densities_; }
 
+    /// Shows `histogram` over the traces from the next draw on, or none.
+    void set_histogram(std::optional<ShownHistogram> histogram) {
+        histogram_ = std::move(histogram);
+    }
+
     /// What the picture shows, in units of the plot, for those who draw it in their own way.
     struct Drawn {
         Pixel background = 0;
@@ -175,6 +180,7 @@ private:
     bool grid_dotted_ = false;
     std::vector<ShownReference> references_;
     DensityLayers densities_;
+    std::optional<ShownHistogram> histogram_;
     Surface grid_; ///< with the references that were drawn last
     Surface display_;
     Tiles backdrop_; ///< all of `grid_` but for what has its ground alone, and maybe more

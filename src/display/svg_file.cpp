@@ -245,7 +245,28 @@ void write_generation(Writer& writer, const TraceView& view, int layer) {
                 " stroke-linejoin=\"round\"");
 }
 
+void write_histogram(Writer& writer, const HistogramMarks& marks) {
+    if (!marks.shown) {
+        return;
+    }
+    const auto path_around = [](int left, int top, int right, int bottom, double margin) {
+        std::string data = Writer::place("M", left - margin, top - margin);
+        data.append(1, 'H').append(number(right - 1 + margin)).append(1, 'V');
+        data.append(number(bottom - 1 + margin)).append(1, 'H').append(number(left - margin));
+        return data.append(1, 'z');
+    };
+    const PlotWindow& window = marks.shown->window;
+    writer.path(path_around(window.left, window.top, window.right, window.bottom, 0.0),
+                marks.colour, " stroke-dasharray=\"3\"");
+    std::string bars;
+    for (const Rectangle& bar : bars_of(*marks.shown)) {
+        bars += path_around(bar.left, bar.top, bar.right, bar.bottom, 0.5);
+    }
+    writer.raw(R"(<path d=")" + bars + R"(" fill=")" + writer.colour(marks.colour) + "\"/>");
+}
+
 void write_overlays(Writer& writer, const Overlays& overlays) {
+    write_histogram(writer, overlays.histogram);
     constexpr int right = plot::width - 1;
     constexpr int bottom = plot::height - 1;
     const CursorLines& cursors = overlays.cursors;

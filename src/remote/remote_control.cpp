@@ -12,7 +12,7 @@ RemoteControl::RemoteControl(Host host)
     table_.add(common_commands(table_));
     for (const auto& commands :
          {acquisition_commands, panel_commands, display_commands, cursor_commands,
-          measurement_commands, waveform_commands, density_commands, system_commands}) {
+          measurement_commands, waveform_commands, density_commands, histogram_commands, system_commands}) {
         table_.add(commands(instrument_));
     }
     instrument_.on_lock([this] { changed(); });

@@ -30,6 +30,9 @@ namespace kv408 {
 /// What is collected of many sweeps: the density.
 [[nodiscard]] std::vector<Command> density_commands(Instrument& instrument);
 
+/// The histogram of a part of that.
+[[nodiscard]] std::vector<Command> histogram_commands(Instrument& instrument);
+
 /// The set-up as a whole, the lock of the panel, the snapshot, the calibration record.
 [[nodiscard]] std::vector<Command> system_commands(Instrument& instrument);
 

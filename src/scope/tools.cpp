@@ -20,13 +20,15 @@ Tools::Tools(FrontPanel& panel, const Sweeps& sweeps, const Shown& shown, const 
               shown_.picture.set_references(std::move(references));
               shown_.picture.draw(draw_flags::all);
           }),
-      statistics_(statistics_host(host)), density_(panel, dialog_host(host), density_plot()) {
+      statistics_(statistics_host(host)), density_(panel, dialog_host(host), density_plot()),
+      histogram_(density_, host.clock, histogram_plot()) {
     for (Button* const entry : {&panel.mnuexport, &panel.exportdata}) {
         entry->on_click([this] { export_dialog_.open(places_.documents); });
     }
     panel.mnurecord.on_click([this] { record_dialog_.open(places_.documents); });
     panel.mnustatistics.on_click([this] { statistics_.open(); });
     panel.mnudensity.on_click([this] { density_.open(); });
+    histogram_.controls().mnuhistogram.on_click([this] { histogram_.open(); });
 }
 
 ExportOrigin Tools::origin() const {
@@ -70,6 +72,30 @@ DensityDialog::Plot Tools::density_plot() {
                     picture.densities().set_palette(static_cast<DensityPalette>(palette));
                 },
             .draw = [&picture] { picture.draw(draw_flags::all); }};
+}
+
+HistogramDialog::Plot Tools::histogram_plot() {
+    Picture& picture = shown_.picture;
+    return {
+        .find = [&picture](Channel channel,
+                           const PlotWindow& window) -> std::optional<DensityWindow> {
+            const DensityLayer* const layer = picture.densities().layer(channel);
+            return layer == nullptr ? std::nullopt : std::optional(layer->within(window));
+        },
+        .show =
+            [&picture](Channel channel, const std::optional<PlotWindow>& window, HistogramOf of) {
+                const DensityLayer* const layer = picture.densities().layer(channel);
+                const bool levels = of == HistogramOf::levels;
+                if (window && layer != nullptr) {
+                    picture.set_histogram(histogram_on(*layer, *window, levels));
+                } else if (window) {
+                    picture.set_histogram(
+                        ShownHistogram{.window = *window, .levels = levels, .bars = {}});
+                } else {
+                    picture.set_histogram(std::nullopt);
+                }
+                picture.draw(draw_flags::all);
+            }};
 }
 
 void Tools::sweep_complete(const std::shared_ptr<const Sweep>& sweep) {

@@ -7,6 +7,7 @@
 #include "display/snapshot.h"
 #include "export/density_dialog.h"
 #include "export/export_dialog.h"
+#include "export/histogram_dialog.h"
 #include "export/record_dialog.h"
 #include "export/reference_menu.h"
 #include "export/statistics_dialog.h"
@@ -59,6 +60,10 @@ public:
     [[nodiscard]] DensityDialog& density() { return density_; }
     [[nodiscard]] const DensityDialog& density() const { return density_; }
 
+    /// The histogram window.
+    [[nodiscard]] HistogramDialog& histogram() { return histogram_; }
+    [[nodiscard]] const HistogramDialog& histogram() const { return histogram_; }
+
     /// Hands what has come with `sweep` to those tools that count each channel by itself.
     void sweep_finished(const Sweep& sweep) { density_.sweep_finished(sweep); }
 
@@ -73,12 +78,14 @@ public:
     void tick_over() {
         statistics_.tick_over();
         density_.tick_over();
+        histogram_.tick_over();
     }
 
 private:
     [[nodiscard]] ExportOrigin origin() const;
     [[nodiscard]] StatisticsDialog::Host statistics_host(const Host& host);
     [[nodiscard]] DensityDialog::Plot density_plot();
+    [[nodiscard]] HistogramDialog::Plot histogram_plot();
 
     FrontPanel& panel_;
     Shown shown_;
@@ -88,6 +95,7 @@ private:
     ReferenceMenu references_;
     StatisticsDialog statistics_;
     DensityDialog density_;
+    HistogramDialog histogram_;
 };
 
 } // namespace kv408

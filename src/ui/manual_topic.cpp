@@ -24,7 +24,7 @@ constexpr std::array windows = {
     Topic(u"frmcalibration", "calibration"), Topic(u"frmExport", "export"),
     Topic(u"frmRecord", "record"),           Topic(u"frmReference", "references"),
     Topic(u"frmStatistics", "statistics"),   Topic(u"frmRemote", "automation"),
-    Topic(u"frmDensity", "density"),
+    Topic(u"frmDensity", "density"),         Topic(u"frmHistogram", "density"),
 };
 
 } // namespace

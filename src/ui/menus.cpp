@@ -2,6 +2,7 @@
 
 #include <QMenu>
 
+#include "scope/tools.h"
 #include "ui/bind.h"
 #include "ui/references_menu.h"
 #include "ui/undo_menu.h"
@@ -53,6 +54,8 @@ void fill_tools(QMenu& tools, ScopeDriver& driver) {
         {u"&Statistics"_s, u"Shows mean, deviation and extremes of the measured values"_s});
     add(tools, panel.mnudensity, driver,
         {u"&Density"_s, u"Shows how often the traces have passed where"_s});
+    add(tools, driver.tools().histogram().controls().mnuhistogram, driver,
+        {u"&Histogram"_s, u"Shows how the hits of a part of the plot spread"_s});
     add(tools, panel.mnuremote, driver,
         {u"Remote &Control..."_s, u"Lets other programs operate this one (SCPI)"_s});
 }

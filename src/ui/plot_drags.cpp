@@ -6,6 +6,7 @@
 
 #include "display/box_geometry.h"
 #include "display/plot_mouse.h"
+#include "scope/tools.h"
 #include "state/cursor_state.h"
 #include "ui/bind.h"
 #include "ui/left_drag.h"
@@ -125,6 +126,22 @@ void take_cursor_drags(PlotWidget& plot, ScopeDriver& driver) {
                          }});
 }
 
+void take_histogram_drags(PlotWidget& plot, ScopeDriver& driver) {
+    const auto press = [&plot, &driver](QPointF place, Qt::KeyboardModifiers /*modifiers*/) {
+        const QPointF at = plot_place(plot, place);
+        bool grabbed = false;
+        driver.act([&] { grabbed = driver.tools().histogram().press(at.x(), at.y()); });
+        return grabbed;
+    };
+    const auto move = [&plot, &driver](QPointF place) {
+        const QPointF at = plot_place(plot, place);
+        driver.act([&] { driver.tools().histogram().drag(at.x(), at.y()); });
+    };
+    new LeftDrag(&plot, {.press = press, .move = move, .release = [&driver] {
+                             driver.act([&] { driver.tools().histogram().release(); });
+                         }});
+}
+
 } // namespace
 
 void take_plot_drags(PlotWidget& plot, ScopeDriver& driver) {
@@ -140,6 +157,8 @@ void take_plot_drags(PlotWidget& plot, ScopeDriver& driver) {
                       {.press = [](PlotMouse& mouse, double y) { mouse.trigertext_MouseDown(y); },
                        .move = [](PlotMouse& mouse, double y) { mouse.trigertext_MouseMove(y); },
                        .release = [](PlotMouse& mouse) { mouse.trigertext_MouseUp(); }});
+    // What watches first is asked last: a cursor line goes before the rectangle that it crosses.
+    take_histogram_drags(plot, driver);
     take_cursor_drags(plot, driver);
 }
 

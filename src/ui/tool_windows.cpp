@@ -5,6 +5,7 @@
 
 #include "ui/density_window.h"
 #include "ui/export_window.h"
+#include "ui/histogram_window.h"
 #include "ui/record_window.h"
 #include "ui/statistics_window.h"
 #include "ui/tool_widgets.h"
@@ -37,6 +38,7 @@ ToolWindows::ToolWindows(Tools& tools, ScopeDriver& driver, QWidget& owner, cons
     tools.record_dialog().on_show([this] { show_recording(); });
     tools.statistics().on_show([this] { show_statistics(); });
     tools.density().on_show([this] { show_density(); });
+    tools.histogram().on_show([this] { show_histogram(); });
 }
 
 ToolWindows::~ToolWindows() {
@@ -44,6 +46,7 @@ ToolWindows::~ToolWindows() {
     tools_.record_dialog().on_show({});
     tools_.statistics().on_show({});
     tools_.density().on_show({});
+    tools_.histogram().on_show({});
 }
 
 void ToolWindows::show_export() {
@@ -78,9 +81,16 @@ void ToolWindows::show_density() {
     present_beside(*density_, owner_, plot_);
 }
 
+void ToolWindows::show_histogram() {
+    if (!histogram_) {
+        histogram_ = new HistogramWindow(tools_.histogram(), driver_, &owner_);
+    }
+    present_beside(*histogram_, owner_, plot_);
+}
+
 void ToolWindows::close() {
-    for (QWidget* const window :
-         {export_.data(), recording_.data(), statistics_.data(), density_.data()}) {
+    for (QWidget* const window : {export_.data(), recording_.data(), statistics_.data(),
+                                  density_.data(), histogram_.data()}) {
         if (window != nullptr) {
             window->hide();
         }

@@ -30,6 +30,7 @@ private:
     void show_recording();
     void show_statistics();
     void show_density();
+    void show_histogram();
 
     Tools& tools_;
     ScopeDriver& driver_;
@@ -40,6 +41,7 @@ private:
     QPointer<QWidget> recording_;
     QPointer<QWidget> statistics_;
     QPointer<QWidget> density_;
+    QPointer<QWidget> histogram_;
 };
 
 } // namespace kv408::ui

@@ -10,6 +10,7 @@
 
 #include "demo/test_bench_window.h"
 #include "program_on_bench.h"
+#include "scope/tools.h"
 #include "ui/panel_frame.h"
 #include "ui/settings_window.h"
 
@@ -134,6 +135,8 @@ void open(ProgramOnBench& on, const QString& window) {
             on.panel().mnustatistics.click();
         } else if (window == u"density"_s) {
             on.panel().mnudensity.click();
+        } else if (window == u"histogram"_s) {
+            on.program.scope().tools().histogram().controls().mnuhistogram.click();
         } else if (window == u"remote"_s) {
             on.panel().mnuremote.click();
         }
@@ -152,7 +155,7 @@ private Q_SLOTS:
 void ManualTextTest::captions_are_told_of_data() {
     QTest::addColumn<QString>("window");
     for (const char* const window : {"main", "calibration", "settings", "export", "record",
-                                     "statistics", "density", "remote", "bench"}) {
+                                     "statistics", "density", "histogram", "remote", "bench"}) {
         QTest::newRow(window) << QString::fromLatin1(window);
     }
 }
@@ -176,6 +179,8 @@ void ManualTextTest::captions_are_told_of() {
         top = on.widget("frmStatistics");
     } else if (window == u"density"_s) {
         top = on.widget("frmDensity");
+    } else if (window == u"histogram"_s) {
+        top = on.widget("frmHistogram");
     } else if (window == u"remote"_s) {
         top = on.widget("frmRemote");
     } else if (window == u"bench"_s) {

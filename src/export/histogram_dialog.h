@@ -1,0 +1,127 @@
+#pragma once
+
+#include <array>
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "analysis/histogram.h"
+#include "export/density_dialog.h"
+#include "panel/controls.h"
+#include "state/plot_window.h"
+
+namespace kv408 {
+
+/// What the histogram window tells, in this order.
+inline constexpr std::array<std::string_view, 11> histogram_names = {
+    "Hits",     "Mean",         "Median",         "Mode",           "Std dev",       "Least",
+    "Greatest", "Peak to peak", "Within 1 sigma", "Within 2 sigma", "Within 3 sigma"};
+
+/// The controls of the histogram window.
+struct HistogramControls {
+    Button mnuhistogram{"mnuhistogram"};                ///< Tools: opens it
+    ListBox cmbHistogramChannel{"cmbHistogramChannel"}; ///< whose density
+    ListBox cmbHistogramOf{"cmbHistogramOf"};           ///< levels or times
+    Button cmdHistogramCopy{"cmdHistogramCopy"};        ///< copies the table
+    Label lblHistogramWindow{"lblHistogramWindow"};     ///< what times and levels the window has
+    Label lblHistogramNames{"lblHistogramNames"};
+    Label lblHistogramValues{"lblHistogramValues"}; ///< line by line what the names say
+    Label lblHistogramRemark{"lblHistogramRemark"}; ///< what falsifies them
+};
+
+/// The values of `statistics` in the order of `histogram_names`: volts or seconds, shares 0..1.
+[[nodiscard]] std::array<double, histogram_names.size()>
+values_of(const HistogramStatistics& statistics, HistogramOf of);
+
+/// The histogram window `frmHistogram`: a rectangle of the plot that is moved and resized, the
+/// histogram of the hits in it, and what these have in common. Opening it switches the density on.
+class HistogramDialog {
+public:
+    /// What it does on the plot.
+    struct Plot {
+        /// The points and codes that lie in a rectangle of a channel's density; nothing where that
+        /// is not shown.
+        std::function<std::optional<DensityWindow>(Channel, const PlotWindow&)> find;
+        /// Shows a rectangle with the histogram of what a channel's density has there, or none.
+        std::function<void(Channel, const std::optional<PlotWindow>&, HistogramOf)> show;
+    };
+
+    /// Works on what `density` collects, which outlives it.
+    HistogramDialog(DensityDialog& density, const Clock& clock, Plot plot);
+    HistogramDialog(const HistogramDialog&) = delete;
+    HistogramDialog& operator=(const HistogramDialog&) = delete;
+
+    [[nodiscard]] HistogramControls& controls() { return controls_; }
+
+    /// Opens the window; one that is open already is only brought to the front.
+    void open();
+    [[nodiscard]] bool is_open() const { return open_; }
+    void close();
+
+    [[nodiscard]] const PlotWindow& window() const { return window_; }
+
+    /// Puts the rectangle there, held within the plot and at least `least_side` units wide and
+    /// high.
+    void set_window(PlotWindow window);
+    static constexpr int least_side = 2;
+
+    /// Moves it, or its right and bottom edge, by so many units.
+    void nudge(int right, int down);
+    void stretch(int right, int down);
+
+    /// Mouse pressed at (`x`, `y`) of the plot: near an edge or a corner it takes hold of that,
+    /// inside of all. False elsewhere and while the window is closed.
+    bool press(double x, double y);
+    void drag(double x, double y);
+    void release() { held_.reset(); }
+
+    /// The statistics of what is in the rectangle; nothing where nothing was hit.
+    [[nodiscard]] std::optional<HistogramStatistics> statistics() const;
+
+    /// The histogram of it; nothing where there is no density.
+    [[nodiscard]] std::optional<DensityHistogram> histogram() const;
+
+    [[nodiscard]] Channel channel() const;
+    [[nodiscard]] HistogramOf of() const;
+
+    /// Statistics and bins with headings, separated by tabs, as a spreadsheet takes them from the
+    /// clipboard: volts and seconds.
+    [[nodiscard]] std::string table() const;
+
+    /// Brings numbers and bars up to date.
+    void refresh();
+
+    /// The same, not more often than people read.
+    void tick_over();
+
+    /// Sets what shows the window and brings it to the front.
+    void on_show(std::function<void()> listener) { show_ = std::move(listener); }
+
+private:
+    /// What a drag moves.
+    struct Held {
+        bool left = false;
+        bool top = false;
+        bool right = false;
+        bool bottom = false;
+        double x = 0.0; ///< where it was taken
+        double y = 0.0;
+        PlotWindow before;
+    };
+
+    void show_values();
+
+    DensityDialog& density_;
+    const Clock& clock_;
+    Plot plot_;
+    HistogramControls controls_;
+    PlotWindow window_;
+    std::optional<Held> held_;
+    bool open_ = false;
+    std::chrono::nanoseconds refreshed_{0};
+    std::function<void()> show_;
+};
+
+} // namespace kv408
