@@ -186,6 +186,16 @@ TEST_F(UndoTest, TheListLeadsToEachStep) {
     EXPECT_TRUE(controls().mnuredo.enabled());
 }
 
+TEST_F(UndoTest, EverythingThatIsKeptHasItsWords) {
+    scope.act([this] { scope.panel().measurement[0].annotate.press(true); });
+    scope.act([this] { scope.panel().adcspeed.press(true); });
+    const auto kept = differences(PanelSetUp{}, now());
+    EXPECT_EQ(kept.size(), 51U); // 48 keys, and what no file keeps
+    for (const auto& [key, value] : kept) {
+        EXPECT_NE(words_of(scope.panel(), {{key, value}}).substr(0, key.size()), key);
+    }
+}
+
 /// Someone who does anything at all, decided by a seed.
 struct UndoOfAnything : testing::TestWithParam<unsigned> {};
 
