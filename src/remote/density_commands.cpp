@@ -157,10 +157,9 @@ std::vector<Command> density_commands(Instrument& instrument) {
                       [&instrument](const Call& call) {
                           return boolean_reply(collected_of(instrument, call).counts.saturated());
                       }),
-        query_command("DENSity:PREamble<n>",
-                      [&instrument](const Call& call) {
-                          return preamble(collected_of(instrument, call));
-                      }),
+        query_command(
+            "DENSity:PREamble<n>",
+            [&instrument](const Call& call) { return preamble(collected_of(instrument, call)); }),
         counters,
     };
 }
