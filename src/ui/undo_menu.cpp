@@ -60,6 +60,7 @@ void fill_undo_menu(QMenu& menu, ScopeDriver& driver) {
               u"Takes the step again that was taken back last"_s, QKeySequence(u"Ctrl+Shift+Z"_s));
     QMenu* const steps = menu.addMenu(u"Ste&ps"_s);
     steps->setObjectName(object_name(controls.lststeps));
+    steps->setAccessibleName(u"Steps"_s);
     steps->setToolTip(u"Goes back or forth to any of the steps"_s);
     QObject::connect(steps, &QMenu::aboutToShow, steps,
                      [steps, &driver] { list_steps(*steps, driver); });
