@@ -12,12 +12,12 @@ namespace {
 
 using std::chrono::milliseconds;
 
-PanelSetUp with(const std::string& settings) {
+PanelSetUp settings_of(const std::string& settings) {
     return {
         .settings = settings, .trigger_time_out = "1000", .additional_delay = "0", .speed = false};
 }
 
-std::string keys(const std::map<std::string, std::string>& changed) {
+std::string as_written(const std::map<std::string, std::string>& changed) {
     std::string text;
     for (const auto& [key, value] : changed) {
         text += key + '=' + value + ';';
@@ -26,26 +26,26 @@ std::string keys(const std::map<std::string, std::string>& changed) {
 }
 
 /// Steps that begin at "a 0, b 0", at times and presses that the test says.
-struct Steps : testing::Test {
-    Steps() { steps.begin(with("a\t0\nb\t0\n")); }
+struct TakenSteps : testing::Test {
+    TakenSteps() { steps.begin(settings_of("a\t0\nb\t0\n")); }
 
     void note(const std::string& settings, int milliseconds_later, std::uint64_t press = 0,
               const std::string& name = {}) {
         time += milliseconds(milliseconds_later);
-        steps.note(with(settings), {.time = time, .press = press}, name);
+        steps.note(settings_of(settings), {.time = time, .press = press}, name);
     }
 
-    SetUpSteps steps{keys};
+    SetUpSteps steps{as_written};
     std::chrono::nanoseconds time{0};
 };
 
-TEST_F(Steps, WhatChangesNothingIsNone) {
+TEST_F(TakenSteps, WhatChangesNothingIsNone) {
     note("a\t0\nb\t0\n", 5000);
     EXPECT_EQ(steps.count(), 0U);
     EXPECT_EQ(steps.place(), 0U);
 }
 
-TEST_F(Steps, EachIsToldByItsDifferences) {
+TEST_F(TakenSteps, EachIsToldByItsDifferences) {
     note("a\t1\nb\t0\n", 5000);
     note("a\t1\nb\t2\nc\t3\n", 5000);
     note("a\t1\nb\t2\n", 5000);
@@ -55,7 +55,7 @@ TEST_F(Steps, EachIsToldByItsDifferences) {
     EXPECT_EQ(steps.words(2), "c=;");
 }
 
-TEST_F(Steps, TheNotchesOfATurnAreOne) {
+TEST_F(TakenSteps, TheNotchesOfATurnAreOne) {
     note("a\t1\nb\t0\n", 5000);
     note("a\t2\nb\t0\n", 1000);
     note("a\t3\nb\t0\n", 1000);
@@ -67,7 +67,7 @@ TEST_F(Steps, TheNotchesOfATurnAreOne) {
     EXPECT_EQ(steps.count(), 3U) << "something else has been turned";
 }
 
-TEST_F(Steps, OnePressOfTheMouseIsOneHoweverLongItLasts) {
+TEST_F(TakenSteps, OnePressOfTheMouseIsOneHoweverLongItLasts) {
     note("a\t1\nb\t0\n", 10, 7);
     note("a\t1\nb\t5\n", 20000, 7);
     ASSERT_EQ(steps.count(), 1U);
@@ -76,14 +76,14 @@ TEST_F(Steps, OnePressOfTheMouseIsOneHoweverLongItLasts) {
     EXPECT_EQ(steps.count(), 2U) << "a click after a click";
 }
 
-TEST_F(Steps, WhatGoesBackToWhereItBeganIsNone) {
+TEST_F(TakenSteps, WhatGoesBackToWhereItBeganIsNone) {
     note("a\t1\nb\t0\n", 10, 7);
     note("a\t0\nb\t0\n", 10, 7);
     EXPECT_EQ(steps.count(), 0U);
-    EXPECT_EQ(steps.present(), with("a\t0\nb\t0\n"));
+    EXPECT_EQ(steps.present(), settings_of("a\t0\nb\t0\n"));
 }
 
-TEST_F(Steps, ANamedOneStandsByItself) {
+TEST_F(TakenSteps, ANamedOneStandsByItself) {
     note("a\t1\nb\t0\n", 10);
     note("a\t2\nb\t0\n", 10, 0, "Load Setup");
     note("a\t3\nb\t0\n", 10);
@@ -92,36 +92,36 @@ TEST_F(Steps, ANamedOneStandsByItself) {
     EXPECT_EQ(steps.words(2), "a=3;");
 }
 
-TEST_F(Steps, LeadBackAndForth) {
+TEST_F(TakenSteps, LeadBackAndForth) {
     note("a\t1\nb\t0\n", 5000);
     note("a\t1\nb\t2\n", 5000);
-    EXPECT_EQ(steps.go(1), with("a\t1\nb\t0\n"));
-    EXPECT_EQ(steps.go(0), with("a\t0\nb\t0\n"));
-    EXPECT_EQ(steps.go(2), with("a\t1\nb\t2\n"));
+    EXPECT_EQ(steps.go(1), settings_of("a\t1\nb\t0\n"));
+    EXPECT_EQ(steps.go(0), settings_of("a\t0\nb\t0\n"));
+    EXPECT_EQ(steps.go(2), settings_of("a\t1\nb\t2\n"));
     EXPECT_EQ(steps.place(), 2U);
 }
 
-TEST_F(Steps, ThatWereTakenBackAreForgottenByTheNext) {
+TEST_F(TakenSteps, ThatWereTakenBackAreForgottenByTheNext) {
     note("a\t1\nb\t0\n", 5000);
     note("a\t2\nb\t0\n", 5000);
     steps.go(1);
     note("a\t3\nb\t0\n", 10);
     ASSERT_EQ(steps.count(), 2U);
     EXPECT_EQ(steps.words(1), "a=3;");
-    EXPECT_EQ(steps.go(1), with("a\t1\nb\t0\n")) << "it is no part of the step before";
+    EXPECT_EQ(steps.go(1), settings_of("a\t1\nb\t0\n")) << "it is no part of the step before";
 }
 
-TEST_F(Steps, AHundredAreKept) {
+TEST_F(TakenSteps, AHundredAreKept) {
     for (int step = 1; step <= 103; ++step) {
         note("a\t" + std::to_string(step) + "\nb\t0\n", 5000);
     }
     EXPECT_EQ(steps.count(), 100U);
-    EXPECT_EQ(steps.go(0), with("a\t3\nb\t0\n"));
-    EXPECT_EQ(steps.go(100), with("a\t103\nb\t0\n"));
+    EXPECT_EQ(steps.go(0), settings_of("a\t3\nb\t0\n"));
+    EXPECT_EQ(steps.go(100), settings_of("a\t103\nb\t0\n"));
 }
 
-TEST_F(Steps, CountWhatNoFileKeeps) {
-    PanelSetUp now = with("a\t0\nb\t0\n");
+TEST_F(TakenSteps, CountWhatNoFileKeeps) {
+    PanelSetUp now = settings_of("a\t0\nb\t0\n");
     now.speed = true;
     now.trigger_time_out = "20";
     steps.note(now, {.time = time, .press = 0});

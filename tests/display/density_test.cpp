@@ -102,6 +102,7 @@ TEST(Density, LiesUnderItsTrace) {
     DensityScene scene;
     // A ramp; the trace gets it as a block sweep stretches it.
     std::vector<std::int16_t> codes;
+    codes.reserve(npoints);
     for (int point = 0; point < npoints; ++point) {
         codes.push_back(static_cast<std::int16_t>(2048 + point / 4 - 80));
     }
