@@ -14,12 +14,13 @@
 namespace kv408 {
 
 /// What can be done: a line for a client, and what a person presses for the same.
-struct Way {
-    Way(std::string said, std::function<void(RemoteProgram&)> done)
+struct OneWay {
+    OneWay(std::string said, std::function<void(RemoteProgram&)> done)
         : line(std::move(said)), press(std::move(done)) {}
-    Way(std::string said, std::function<void(FrontPanel&)> done)
-        : Way(std::move(said),
-              [done = std::move(done)](RemoteProgram& program) { done(program.scope.panel()); }) {}
+    OneWay(std::string said, std::function<void(FrontPanel&)> done)
+        : OneWay(std::move(said), [done = std::move(done)](RemoteProgram& program) {
+              done(program.scope.panel());
+          }) {}
 
     std::string line;
     std::function<void(RemoteProgram&)> press;
@@ -49,7 +50,7 @@ public:
         return questions.at(static_cast<std::size_t>(random(0, int{questions.size()} - 1)));
     }
 
-    Way next() {
+    OneWay next() {
         constexpr std::array kinds{&AnyWay::list,    &AnyWay::box,    &AnyWay::number,
                                    &AnyWay::wheel,   &AnyWay::box,    &AnyWay::list,
                                    &AnyWay::buttons, &AnyWay::number, &AnyWay::cursors,
@@ -63,7 +64,7 @@ public:
 private:
     std::size_t any_channel() { return static_cast<std::size_t>(random(0, 1)); }
 
-    Way list() {
+    OneWay list() {
         const std::size_t which = any_channel();
         const std::string number = std::to_string(which + 1);
         switch (random(0, 5)) {
@@ -108,7 +109,7 @@ private:
         }
     }
 
-    Way box() {
+    OneWay box() {
         struct Box {
             const char* header;
             CheckBox& (*of)(FrontPanel&, std::size_t channel);
@@ -159,7 +160,7 @@ private:
         };
     }
 
-    Way number() {
+    OneWay number() {
         const std::size_t which = any_channel();
         switch (random(0, 3)) {
         case 0: {
@@ -198,7 +199,7 @@ private:
         };
     }
 
-    Way wheel() {
+    OneWay wheel() {
         const int value = random(0, 1024);
         const std::string number = std::to_string(any_channel() + 1);
         if (random(0, 1) == 0) { // 128 steps a division around 512
@@ -219,7 +220,7 @@ private:
                 }};
     }
 
-    Way cursors() {
+    OneWay cursors() {
         const int column = random(0, 639);
         const int row = random(0, 511);
         const std::string number = std::to_string(any_channel() + 1);
@@ -252,7 +253,7 @@ private:
         }
     }
 
-    Way buttons() {
+    OneWay buttons() {
         switch (random(0, 4)) {
         case 0:
             return {"TRIG:ZERO", [](FrontPanel& panel) { panel.trzero.click(); }};
@@ -275,7 +276,7 @@ private:
         }
     }
 
-    Way looks() {
+    OneWay looks() {
         switch (random(0, 3)) {
         case 0: {
             const int depth = random(1, 9);

@@ -49,7 +49,7 @@ TEST_P(BothWays, LeaveTheSame) {
     AnyWay anyone(GetParam());
     std::string done;
     for (int step = 0; step < 120; ++step) {
-        const Way way = anyone.next();
+        const OneWay way = anyone.next();
         done += way.line + '\n';
         network.ask(way.line);
         person.scope.act([&] { way.press(person); });

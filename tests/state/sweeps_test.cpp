@@ -35,7 +35,7 @@ struct Heard {
     std::vector<std::shared_ptr<const Sweep>> told;
 };
 
-using Told = std::pair<std::uint64_t, bool>;
+using NumberAndWhole = std::pair<std::uint64_t, bool>;
 
 TEST(Sweeps, BeforeTheFirstOneBothChannelsAreFlatAndHaveNoPoints) {
     const Sweeps sweeps;
@@ -51,37 +51,37 @@ TEST(Sweeps, BeforeTheFirstOneBothChannelsAreFlatAndHaveNoPoints) {
 TEST(Sweeps, BothChannelsPartsAreOneSweep) {
     Heard heard;
     heard.finish({part(), nullptr});
-    EXPECT_EQ(heard.last(), (Told{1, false}));
+    EXPECT_EQ(heard.last(), (NumberAndWhole{1, false}));
     heard.finish({nullptr, part()});
-    EXPECT_EQ(heard.last(), (Told{1, true}));
+    EXPECT_EQ(heard.last(), (NumberAndWhole{1, true}));
     heard.finish({part(), nullptr});
-    EXPECT_EQ(heard.last(), (Told{2, false}));
+    EXPECT_EQ(heard.last(), (NumberAndWhole{2, false}));
     heard.finish({part(), part()});
-    EXPECT_EQ(heard.last(), (Told{2, true}));
+    EXPECT_EQ(heard.last(), (NumberAndWhole{2, true}));
 }
 
 TEST(Sweeps, AChannelThatIsOffIsNotWaitedForAndIsNoPartOfIt) {
     Heard heard;
     heard.finish({nullptr, part()}, {false, true});
-    EXPECT_EQ(heard.last(), (Told{1, true}));
+    EXPECT_EQ(heard.last(), (NumberAndWhole{1, true}));
     heard.finish({part(), nullptr});
     heard.finish({nullptr, part()}, {false, true}); // the first was switched off in between
-    EXPECT_EQ(heard.last(), (Told{2, true}));
+    EXPECT_EQ(heard.last(), (NumberAndWhole{2, true}));
     EXPECT_EQ(heard.told.back()->came, (On{false, true}));
     heard.finish({part(), nullptr}, {false, false});
-    EXPECT_EQ(heard.last(), (Told{3, false}));
+    EXPECT_EQ(heard.last(), (NumberAndWhole{3, false}));
 }
 
 TEST(Sweeps, APartThatIsNotWholeCompletesNothing) {
     Heard heard;
     heard.finish({part(), nullptr});
     heard.finish({part(false), part(false)});
-    EXPECT_EQ(heard.last(), (Told{1, false}));
+    EXPECT_EQ(heard.last(), (NumberAndWhole{1, false}));
     EXPECT_EQ(heard.told.back()->came, (On{false, false}));
     heard.finish({nullptr, part()});
-    EXPECT_EQ(heard.last(), (Told{1, false}));
+    EXPECT_EQ(heard.last(), (NumberAndWhole{1, false}));
     heard.finish({part(), nullptr});
-    EXPECT_EQ(heard.last(), (Told{1, true}));
+    EXPECT_EQ(heard.last(), (NumberAndWhole{1, true}));
 }
 
 TEST(Sweeps, WhatAListenerKeepsNeverChanges) {
