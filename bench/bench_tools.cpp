@@ -36,7 +36,7 @@ using namespace std::chrono_literals;
 using Microseconds = std::chrono::duration<double, std::micro>;
 
 constexpr int turns = 15;
-constexpr int sweeps_per_turn = 100;
+constexpr int sweeps_per_turn = 50;
 
 /// What works on the sweeps in a turn.
 struct Tools {
@@ -45,15 +45,19 @@ struct Tools {
     bool statistics = false; ///< with their window open
     bool log = false;        ///< of the statistics
     bool recording = false;
+    bool density = false;        ///< of both channels
+    bool density_window = false; ///< open beside it
 };
 
 /// The first is what the others are compared with, the last all of them.
-constexpr std::array<Tools, 6> cases = {{
+constexpr std::array<Tools, 8> cases = {{
     {.name = "no tool"},
     {.name = "four references", .references = true},
     {.name = "open statistics", .statistics = true},
     {.name = "open statistics and log", .statistics = true, .log = true},
     {.name = "recording", .recording = true},
+    {.name = "density", .density = true},
+    {.name = "density, window open", .density = true, .density_window = true},
     {.name = "all of them", .references = true, .statistics = true, .log = true, .recording = true},
 }};
 
@@ -93,6 +97,12 @@ public:
             if (tools.statistics) {
                 scope.panel().mnustatistics.click();
             }
+            if (tools.density_window) {
+                scope.panel().mnudensity.click();
+            }
+            if (tools.density) {
+                scope.tools().density().controls().chkDensity.press(true);
+            }
             if (tools.log) {
                 scope.tools().statistics().begin_log(folder_.path() / "log.csv");
             }
@@ -116,19 +126,28 @@ public:
             if (tools.statistics) {
                 scope.tools().statistics().close();
             }
+            if (tools.density) {
+                scope.tools().density().controls().chkDensity.press(false);
+            }
+            if (tools.density_window) {
+                scope.tools().density().close();
+            }
         });
         recorder_.reset();
     }
 
-    /// Lets `count` sweeps come and be shown.
+    /// Lets `count` sweeps of both channels come and be shown; each channel's block takes a tick.
     void run(int count) {
-        for (int sweep = 0; sweep < count; ++sweep) {
+        for (int sweep = 0; sweep < count;) {
             clock_.advance(100ms - clock_.now() % 100ms);
             program_.scope().tick();
             const auto& last = program_.scope().parts().sweeps.last_complete();
-            if (recorder_ && last && last->number != recorded_) {
-                recorded_ = last->number;
-                recorder_->add(exported_sweep(*last, last->came, {}));
+            if (last && last->number != last_number_) {
+                last_number_ = last->number;
+                ++sweep;
+                if (recorder_) {
+                    recorder_->add(exported_sweep(*last, last->came, {}));
+                }
             }
             QApplication::processEvents();
         }
@@ -147,7 +166,7 @@ private:
                          files_,
                          {.settings = folder_.path(), .program = folder_.path()}};
     std::unique_ptr<Recorder> recorder_;
-    std::uint64_t recorded_ = 0;
+    std::uint64_t last_number_ = 0;
 };
 
 Microseconds a_sweep(ProgramWithTools& subject, const Tools& tools) {
@@ -189,7 +208,7 @@ int main(int argc, char** argv) {
     }
     std::printf("the aim: all of them at most +300 us\n");
     subject.use(cases.back());
-    constexpr int sweeps_of_ten_minutes = 6000;
+    constexpr int sweeps_of_ten_minutes = 3000;
     subject.run(sweeps_of_ten_minutes);
     const long before = resident();
     subject.run(sweeps_of_ten_minutes);
