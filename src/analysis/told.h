@@ -28,8 +28,9 @@ enum class WhyNot {
 template <typename Value>
 class Told {
 public:
-    Told(Value value) : value_(std::move(value)) {} // NOLINT(*-explicit-*): either is an answer
-    Told(WhyNot why) : why_(why) {}                 // NOLINT(*-explicit-*): either is an answer
+    // Either is an answer, so a function returns the one or the other as it is.
+    explicit(false) Told(Value value) : value_(std::move(value)) {}
+    explicit(false) Told(WhyNot why) : why_(why) {}
 
     explicit operator bool() const { return value_.has_value(); }
     [[nodiscard]] const Value& operator*() const { return *value_; }
