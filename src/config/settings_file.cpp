@@ -152,7 +152,8 @@ void SettingsFile::save_without_the_window() {
 }
 
 void SettingsFile::note() {
-    last_.note(default_path(), confirmed_bytes(), restored_);
+    noted_ = confirmed_bytes();
+    last_.note(default_path(), noted_, restored_);
 }
 
 std::string SettingsFile::confirmed_bytes() {
@@ -352,9 +353,10 @@ int SettingsFile::load_bytes(std::string bytes) {
     return line;
 }
 
-void SettingsFile::put_back(std::string bytes) {
+void SettingsFile::put_back(const PanelSetUp& set_up) {
     annotate_nothing();
-    load_bytes(std::move(bytes));
+    load_bytes(set_up.settings);
+    put_unkept(kept_.panel, set_up);
 }
 
 void SettingsFile::saveconfig_Click() {

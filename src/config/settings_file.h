@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "config/last_settings.h"
+#include "config/set_up.h"
 #include "config/setting_rows.h"
 #include "host/clock.h"
 #include "host/file_choosers.h"
@@ -80,6 +81,9 @@ public:
     /// about.
     void note_for_end();
 
+    /// What was noted last; empty before anything was.
+    [[nodiscard]] const std::string& noted_bytes() const { return noted_; }
+
     /// Saves at the end without touching what is edited or shown.
     void save_without_the_window();
 
@@ -114,8 +118,9 @@ public:
     /// line that could not be taken, 0 when all have been; nothing of it is shown.
     int load_bytes(std::string bytes);
 
-    /// Takes `bytes`, which say all that there is: what they do not annotate is not annotated.
-    void put_back(std::string bytes);
+    /// Brings the panel to `set_up`, which says all that there is: what it does not annotate is not
+    /// annotated.
+    void put_back(const PanelSetUp& set_up);
 
     /// True once the end of the program will save the settings.
     [[nodiscard]] bool keeping() const { return keeping_; }
@@ -161,6 +166,7 @@ private:
     bool keeping_ = false;
     FileResult restored_; ///< how the default file could be read at start-up
     LastSettings last_;
+    std::string noted_; ///< in `last_` too
     bool saved_at_end_ = false;
     std::filesystem::path folder_; ///< that Load Setup or Save Setup used last
     Label loading_{"loading"};

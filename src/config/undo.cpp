@@ -33,7 +33,7 @@ void Undo::note() {
     if (!settings_.keeping()) {
         return;
     }
-    PanelSetUp now = set_up_of(panel_, settings_.confirmed_bytes());
+    PanelSetUp now = set_up_of(panel_, settings_.noted_bytes());
     if (!steps_.begun()) {
         steps_.begin(std::move(now));
         show();
@@ -64,9 +64,7 @@ void Undo::go(std::size_t place) {
         settings_.is_loading()) {
         return;
     }
-    const PanelSetUp wanted = steps_.go(place);
-    settings_.put_back(wanted.settings);
-    put_unkept(panel_, wanted);
+    settings_.put_back(steps_.go(place));
     steps_.put_right(set_up_of(panel_, settings_.confirmed_bytes()));
     show();
 }

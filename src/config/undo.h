@@ -32,8 +32,9 @@ public:
     [[nodiscard]] UndoControls& controls() { return controls_; }
     [[nodiscard]] const SetUpSteps& steps() const { return steps_; }
 
-    /// To be called after each of the user's actions: what it has changed is a step, or part of
-    /// one. The first call after start-up is complete begins the steps.
+    /// To be called after each of the user's actions, when its settings have been noted for the
+    /// end: what it has changed is a step, or part of one. The first call after start-up is
+    /// complete begins the steps.
     void note();
 
     /// What the action that is under way changes is one step, called `name`.

@@ -1,5 +1,6 @@
 #include <array>
 
+#include "config/set_up.h"
 #include "config/settings_file.h"
 #include "remote/panel_settings.h"
 #include "remote/replies.h"
@@ -32,27 +33,11 @@ const char* state_of(const AcquisitionState& acquisition) {
     return acquisition.activity == Activity::waiting_for_trigger ? "TRIG" : "RUN";
 }
 
-// What the settings file does not have, as it is at first.
-void reset_what_is_not_kept(Scope& scope) {
-    FrontPanel& panel = scope.panel();
-    const FrontPanel first;
-    for (MeasurementControls& slot : panel.measurement) {
-        slot.annotate.put_checked(false);
-    }
-    if (panel.adcspeed.checked()) {
-        panel.adcspeed.press(false);
-    }
-    panel.trtout.set_text(first.trtout.text());
-    panel.trtout.leave();
-    panel.delaytrttdis.set_text(first.delaytrttdis.text());
-    panel.delaytrttdis.leave();
-}
-
 void reset(Instrument& instrument, Client& client) {
     instrument.act(client, [](Scope& scope) {
         scope.panel().cmdstop.click();
-        reset_what_is_not_kept(scope);
-        scope.settings_file().load_bytes(scope.settings_file().factory_bytes());
+        SettingsFile& settings = scope.settings_file();
+        settings.put_back(set_up_of(FrontPanel(), settings.factory_bytes()));
     });
     instrument.forget_single();
 }

@@ -99,11 +99,7 @@ void Service::tick_until_ended() {
 }
 
 Service::Carried Service::carried() const {
-    const FrontPanel& panel = scope_->parts().panel;
-    return {.settings = scope_->settings_file().bytes(),
-            .trigger_time_out = panel.trtout.text(),
-            .additional_delay = panel.delaytrttdis.text(),
-            .speed = panel.adcspeed.checked(),
+    return {.set_up = set_up_of(scope_->parts().panel, scope_->settings_file().bytes()),
             .sweeping = scope_->parts().acquisition.acqrunning ||
                         scope_->parts().acquisition.scopestate != state_word::stopped};
 }
@@ -113,17 +109,9 @@ void Service::carry_on() {
         return;
     }
     scope_->act([this] {
-        FrontPanel& panel = scope_->panel();
-        scope_->settings_file().load_bytes(carried_->settings);
-        panel.trtout.set_text(carried_->trigger_time_out);
-        panel.trtout.leave();
-        panel.delaytrttdis.set_text(carried_->additional_delay);
-        panel.delaytrttdis.leave();
-        if (carried_->speed) {
-            panel.adcspeed.press(true);
-        }
+        scope_->settings_file().put_back(carried_->set_up);
         if (!carried_->sweeping) {
-            panel.cmdstop.click();
+            scope_->panel().cmdstop.click();
         }
     });
 }

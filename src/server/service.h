@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 
+#include "config/set_up.h"
 #include "display/picture_coder.h"
 #include "host/clock.h"
 #include "host/diagnose.h"
@@ -91,10 +92,7 @@ private:
 
     /// The set-up of a program whose instrument has gone, for the next.
     struct Carried {
-        std::string settings;
-        std::string trigger_time_out;
-        std::string additional_delay;
-        bool speed = false;
+        PanelSetUp set_up;
         bool sweeping = true;
     };
 
