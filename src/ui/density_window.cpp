@@ -21,9 +21,7 @@ DensityWindow::DensityWindow(DensityDialog& dialog, ScopeDriver& driver, QWidget
     : QDialog(owner), dialog_(dialog), driver_(driver) {
     setObjectName(u"frmDensity"_s);
     setWindowTitle(u"Kv408 - Tarvo  Density"_s);
-    auto* const layout = new QVBoxLayout(this);
-    layout->setContentsMargins(window_gap, window_gap, window_gap, window_gap);
-    layout->setSpacing(window_gap);
+    QVBoxLayout* const layout = make_window_layout(*this);
     layout->addWidget(make_collecting());
     layout->addWidget(make_collected(), 1);
     layout->addLayout(make_ending());
@@ -49,19 +47,15 @@ QWidget* DensityWindow::make_collecting() {
     grid->addWidget(make.check(controls.chkDensityFreeze, u"&Freeze"_s,
                                {u"Freeze"_s, u"Counts nothing more and keeps what was counted"_s}),
                     1, 0);
-    const auto add = [&](int row, const QString& caption, QWidget* widget) {
-        grid->addWidget(make_caption(caption, widget), row, 0);
-        grid->addWidget(widget, row, 1);
-    };
     QLineEdit* const fade = make.text_box(
         controls.txtDensityHalfLife,
         {u"Half-life"_s, u"Sweeps in which older hits fade to a half, 1 to 100000; empty: they "
                          u"stay"_s});
     fade->setPlaceholderText(u"hits stay"_s);
-    add(2, u"&Half-life, sweeps"_s, fade);
-    add(3, u"&Palette"_s,
-        make.list(controls.cmbDensityPalette,
-                  {u"Palette"_s, u"The colours of few and of many hits"_s}));
+    add_captioned(*grid, 2, u"&Half-life, sweeps"_s, fade);
+    add_captioned(*grid, 3, u"&Palette"_s,
+                  make.list(controls.cmbDensityPalette,
+                            {u"Palette"_s, u"The colours of few and of many hits"_s}));
     grid->setColumnStretch(1, 1);
     return frame;
 }

@@ -24,9 +24,7 @@ HistogramWindow::HistogramWindow(HistogramDialog& dialog, ScopeDriver& driver, Q
     : QDialog(owner), dialog_(dialog), driver_(driver) {
     setObjectName(u"frmHistogram"_s);
     setWindowTitle(u"Kv408 - Tarvo  Histogram"_s);
-    auto* const layout = new QVBoxLayout(this);
-    layout->setContentsMargins(window_gap, window_gap, window_gap, window_gap);
-    layout->setSpacing(window_gap);
+    QVBoxLayout* const layout = make_window_layout(*this);
     layout->addWidget(make_choice());
     layout->addWidget(make_values(), 1);
     layout->addLayout(make_ending());
@@ -48,14 +46,11 @@ QWidget* HistogramWindow::make_choice() {
     HistogramControls& controls = dialog_.controls();
     constexpr int rows = 3;
     QGridLayout* const grid = make_frame_grid(frame, rows);
-    const auto add = [&](int row, const QString& caption, QWidget* widget) {
-        grid->addWidget(make_caption(caption, widget), row, 0);
-        grid->addWidget(widget, row, 1);
-    };
-    add(0, u"C&hannel"_s,
-        make.list(controls.cmbHistogramChannel,
-                  {u"Channel of the histogram"_s, u"Whose density is looked at"_s}));
-    add(1, u"Histogram &of"_s,
+    add_captioned(*grid, 0, u"C&hannel"_s,
+                  make.list(controls.cmbHistogramChannel,
+                            {u"Channel of the histogram"_s, u"Whose density is looked at"_s}));
+    add_captioned(
+        *grid, 1, u"Histogram &of"_s,
         make.list(controls.cmbHistogramOf,
                   {u"Histogram of"_s, u"How the hits spread over levels, or over times"_s}));
     place_ = make.label(controls.lblHistogramWindow,
@@ -64,7 +59,7 @@ QWidget* HistogramWindow::make_choice() {
                          u"with Shift they resize it, with Ctrl by a fifth of a division"_s});
     place_->setFocusPolicy(Qt::StrongFocus);
     place_->installEventFilter(this);
-    add(2, u"&Place"_s, place_);
+    add_captioned(*grid, 2, u"&Place"_s, place_);
     grid->setColumnStretch(1, 1);
     return frame;
 }

@@ -13,24 +13,15 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-QGridLayout* make_record_grid(QWidget* frame) {
-    auto* const grid = new QGridLayout(frame);
-    grid->setContentsMargins(0, 0, 0, 0);
-    grid->setSpacing(window_gap);
-    grid->setColumnStretch(1, 1);
-    return grid;
-}
-
 /// Which sweeps are recorded.
 QWidget* make_sweeps_frame(RecordControls& controls, ScopeDriver& driver) {
     constexpr int number_width = 90;
     auto* const frame = new PanelFrame(u"Sweeps"_s);
     WidgetMaker make(frame, driver);
-    QGridLayout* const grid = make_record_grid(frame);
+    QGridLayout* const grid = make_tool_grid(frame);
     QComboBox* const pace =
         make.list(controls.cmbRecordPace, {u"Which sweeps"_s, u"Which sweeps are recorded"_s});
-    grid->addWidget(make_caption(u"&Which:"_s, pace), 0, 0);
-    grid->addWidget(pace, 0, 1);
+    add_captioned(*grid, 0, u"&Which:"_s, pace);
     QLineEdit* const number =
         make.text_box(controls.txtRecordPace,
                       {u"Number or seconds"_s,
@@ -51,7 +42,7 @@ QWidget* make_file_frame(RecordControls& controls, ScopeDriver& driver) {
     constexpr int name_width = 330;
     auto* const frame = new PanelFrame(u"File"_s);
     WidgetMaker make(frame, driver);
-    QGridLayout* const grid = make_record_grid(frame);
+    QGridLayout* const grid = make_tool_grid(frame);
     QComboBox* const type =
         make.list(controls.cmbRecordType,
                   {u"Into which files"_s, u"All sweeps in one file, or each in its own"_s});
@@ -61,8 +52,7 @@ QWidget* make_file_frame(RecordControls& controls, ScopeDriver& driver) {
         controls.txtRecordFile,
         {u"File name"_s, u"The file with its folders; numbered files get _000001 and so on"_s});
     file->setMinimumWidth(name_width);
-    grid->addWidget(make_caption(u"File &name:"_s, file), 1, 0);
-    grid->addWidget(file, 1, 1);
+    add_captioned(*grid, 1, u"File &name:"_s, file);
     grid->addWidget(make.button(controls.cmdRecordBrowse, u"..."_s,
                                 {u"Browse"_s, u"Chooses the file to record to"_s}),
                     1, 2);
@@ -73,11 +63,10 @@ QWidget* make_file_frame(RecordControls& controls, ScopeDriver& driver) {
 QWidget* make_progress_frame(RecordControls& controls, ScopeDriver& driver) {
     auto* const frame = new PanelFrame(u"Progress"_s);
     WidgetMaker make(frame, driver);
-    QGridLayout* const grid = make_record_grid(frame);
+    QGridLayout* const grid = make_tool_grid(frame);
     const auto add = [&](int row, const QString& caption, Label& control, const QString& tip) {
         QLabel* const shown = make.label(control, {caption, tip});
-        grid->addWidget(make_caption(caption + u":"_s, shown), row, 0);
-        grid->addWidget(shown, row, 1);
+        add_captioned(*grid, row, caption + u":"_s, shown);
     };
     add(0, u"Recorded"_s, controls.lblRecordDone, u"Sweeps that are in the file"_s);
     add(1, u"Missed"_s, controls.lblRecordMissed,
@@ -97,9 +86,7 @@ RecordWindow::RecordWindow(RecordDialog& dialog, ScopeDriver& driver, QWidget* o
     setObjectName(u"frmRecord"_s);
     setWindowTitle(u"Kv408 - Tarvo  Record"_s);
     RecordControls& controls = dialog.controls();
-    auto* const layout = new QVBoxLayout(this);
-    layout->setContentsMargins(window_gap, window_gap, window_gap, window_gap);
-    layout->setSpacing(window_gap);
+    QVBoxLayout* const layout = make_window_layout(*this);
     layout->addWidget(make_sweeps_frame(controls, driver));
     layout->addWidget(make_file_frame(controls, driver));
     layout->addWidget(make_progress_frame(controls, driver), 1);

@@ -16,7 +16,6 @@
 
 #include "config/undo.h"
 #include "ui/bind.h"
-#include "ui/lengths.h"
 #include "ui/panel_frame.h"
 #include "ui/tool_widgets.h"
 #include "ui/widget_maker.h"
@@ -29,19 +28,11 @@ using namespace Qt::StringLiterals;
 /// How long clients are served before what the person does has its turn.
 constexpr std::chrono::milliseconds serving{2};
 
-QGridLayout* make_remote_grid(QWidget* frame) {
-    auto* const grid = new QGridLayout(frame);
-    grid->setContentsMargins(0, 0, 0, 0);
-    grid->setSpacing(window_gap);
-    grid->setColumnStretch(1, 1);
-    return grid;
-}
-
 /// Whether and where clients are listened for.
 QWidget* make_network_frame(RemoteControls& controls, ScopeDriver& driver) {
     auto* const frame = new PanelFrame(u"Network"_s);
     WidgetMaker make(frame, driver);
-    QGridLayout* const grid = make_remote_grid(frame);
+    QGridLayout* const grid = make_tool_grid(frame);
     grid->addWidget(
         make.check(controls.chkRemote, u"&Remote control"_s,
                    {u"Remote control"_s, u"Lets other programs operate this one until it ends"_s}),
@@ -49,12 +40,10 @@ QWidget* make_network_frame(RemoteControls& controls, ScopeDriver& driver) {
     QComboBox* const address = make.list(
         controls.cmbRemoteAddress,
         {u"Who may connect"_s, u"There is no password: the network too is everybody in it"_s});
-    grid->addWidget(make_caption(u"&Who may connect:"_s, address), 1, 0);
-    grid->addWidget(address, 1, 1);
+    add_captioned(*grid, 1, u"&Who may connect:"_s, address);
     QLineEdit* const port = make.text_box(
         controls.txtRemotePort, {u"TCP port"_s, u"0 to 65535; 0 takes any that is free"_s});
-    grid->addWidget(make_caption(u"&TCP port:"_s, port), 2, 0);
-    grid->addWidget(port, 2, 1);
+    add_captioned(*grid, 2, u"&TCP port:"_s, port);
     grid->addWidget(
         make_told(make, controls.lblRemoteState,
                   {u"Remote control's state"_s, u"Where it listens, and for how many"_s}),
@@ -66,7 +55,7 @@ QWidget* make_network_frame(RemoteControls& controls, ScopeDriver& driver) {
 QWidget* make_clients_frame(RemoteControls& controls, ScopeDriver& driver) {
     auto* const frame = new PanelFrame(u"Clients"_s);
     WidgetMaker make(frame, driver);
-    QGridLayout* const grid = make_remote_grid(frame);
+    QGridLayout* const grid = make_tool_grid(frame);
     QComboBox* const clients =
         make.list(controls.cmbRemoteClients, {u"Clients"_s, u"Programs that are connected"_s});
     constexpr int address_width = 240;
@@ -91,9 +80,7 @@ RemoteWindow::RemoteWindow(RemoteDialog& dialog, ScopeDriver& driver, QWidget* o
     : QDialog(owner) {
     setObjectName(u"frmRemote"_s);
     setWindowTitle(u"Kv408 - Tarvo  Remote Control"_s);
-    auto* const layout = new QVBoxLayout(this);
-    layout->setContentsMargins(window_gap, window_gap, window_gap, window_gap);
-    layout->setSpacing(window_gap);
+    QVBoxLayout* const layout = make_window_layout(*this);
     layout->addWidget(make_network_frame(dialog.controls(), driver));
     layout->addWidget(make_clients_frame(dialog.controls(), driver));
     auto* const row = new QHBoxLayout;

@@ -27,9 +27,7 @@ StatisticsWindow::StatisticsWindow(StatisticsDialog& dialog, ScopeDriver& driver
     setWindowTitle(u"Kv408 - Tarvo  Statistics"_s);
     WidgetMaker make(this, driver);
     StatisticsControls& controls = dialog.controls();
-    auto* const layout = new QVBoxLayout(this);
-    layout->setContentsMargins(window_gap, window_gap, window_gap, window_gap);
-    layout->setSpacing(window_gap);
+    QVBoxLayout* const layout = make_window_layout(*this);
     layout->addWidget(grid_, 3);
     auto* const parts = new QHBoxLayout;
     parts->setSpacing(window_gap);
@@ -91,22 +89,22 @@ QWidget* StatisticsWindow::make_limits() {
     StatisticsControls& controls = dialog_.controls();
     constexpr int rows = 4;
     QGridLayout* const grid = make_frame_grid(frame, rows);
-    const auto add = [&](int row, const QString& caption, QWidget* widget) {
-        grid->addWidget(make_caption(caption, widget), row, 0);
-        grid->addWidget(widget, row, 1);
-    };
-    add(0, u"Lo&w"_s,
+    add_captioned(
+        *grid, 0, u"Lo&w"_s,
         make.text_box(controls.txtStatisticsLow,
                       {u"Lower limit"_s, u"The least that the chosen value may be, as 50mV, 2.5ns "
                                          u"or 1MHz; empty: no limit"_s}));
-    add(1, u"H&igh"_s,
+    add_captioned(
+        *grid, 1, u"H&igh"_s,
         make.text_box(controls.txtStatisticsHigh,
                       {u"Upper limit"_s, u"The most that the chosen value may be, as 50mV, 2.5ns "
                                          u"or 1MHz; empty: no limit"_s}));
-    add(2, u"C&olour"_s,
+    add_captioned(
+        *grid, 2, u"C&olour"_s,
         make.list(controls.cmbStatisticsColour,
                   {u"Colour of the limits"_s, u"How a value outside its limits is marked"_s}));
-    add(3, u"&Action"_s,
+    add_captioned(
+        *grid, 3, u"&Action"_s,
         make.list(controls.cmbStatisticsAction,
                   {u"Action of the limits"_s, u"What a value outside its limits brings about"_s}));
     grid->setRowStretch(rows, 1);

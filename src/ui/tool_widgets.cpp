@@ -2,9 +2,30 @@
 
 #include <utility>
 
+#include "ui/lengths.h"
 #include "ui/window_places.h"
 
 namespace kv408::ui {
+
+QVBoxLayout* make_window_layout(QWidget& window) {
+    auto* const layout = new QVBoxLayout(&window);
+    layout->setContentsMargins(window_gap, window_gap, window_gap, window_gap);
+    layout->setSpacing(window_gap);
+    return layout;
+}
+
+QGridLayout* make_tool_grid(QWidget* frame) {
+    auto* const grid = new QGridLayout(frame);
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->setSpacing(window_gap);
+    grid->setColumnStretch(1, 1);
+    return grid;
+}
+
+void add_captioned(QGridLayout& grid, int row, const QString& caption, QWidget* widget) {
+    grid.addWidget(make_caption(caption, widget), row, 0);
+    grid.addWidget(widget, row, 1);
+}
 
 QLabel* make_told(WidgetMaker& make, Label& control, const Words& words) {
     QLabel* const line = make.label(control, words);

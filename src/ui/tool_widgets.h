@@ -4,12 +4,23 @@
 
 #include <functional>
 
+#include <QGridLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QVBoxLayout>
 
 #include "ui/widget_maker.h"
 
 namespace kv408::ui {
+
+/// The layout of `window`, a tool's: its parts stand one below the other.
+[[nodiscard]] QVBoxLayout* make_window_layout(QWidget& window);
+
+/// The grid of a tool's frame, whose second column takes what width is spare.
+[[nodiscard]] QGridLayout* make_tool_grid(QWidget* frame);
+
+/// Puts `widget` into row `row` of `grid`, behind its `caption`.
+void add_captioned(QGridLayout& grid, int row, const QString& caption, QWidget* widget);
 
 /// A text of `control` that may be long: broken into lines, to be selected and copied.
 [[nodiscard]] QLabel* make_told(WidgetMaker& make, Label& control, const Words& words);
