@@ -1,6 +1,5 @@
 #pragma once
 
-#include <algorithm>
 #include <chrono>
 #include <string>
 #include <vector>
@@ -12,6 +11,7 @@
 #include "scope/parts.h"
 #include "scope/scope.h"
 #include "simulator/simulation.h"
+#include "support/choose_entry.h"
 #include "support/fake_files.h"
 #include "support/fake_host.h"
 #include "support/fake_picture_coder.h"
@@ -43,12 +43,7 @@ struct Program {
     ChannelControls& channel(std::size_t channel) { return scope.panel().channel[channel]; }
 
     /// Does what a click does that sets list `list` to the entry `text`.
-    void choose(ListBox& list, const std::string& text) {
-        const auto& entries = list.entries();
-        const auto found = std::find(entries.begin(), entries.end(), text);
-        ASSERT_NE(found, entries.end()) << text;
-        scope.act([&] { list.set_index(static_cast<int>(found - entries.begin())); });
-    }
+    void choose(ListBox& list, const std::string& text) { choose_entry(scope, list, text); }
 
     [[nodiscard]] const std::string& status() { return scope.panel().textstatus.text(); }
     [[nodiscard]] const std::string& state() const { return scope.parts().acquisition.scopestate; }

@@ -2,7 +2,6 @@
 
 // The whole program on the simulated instrument, of whose CH1 many sweeps are collected.
 
-#include <algorithm>
 #include <chrono>
 #include <functional>
 #include <memory>
@@ -15,6 +14,7 @@
 #include "scope/scope.h"
 #include "simulator/simulation.h"
 #include "simulator/test_connections.h"
+#include "support/choose_entry.h"
 #include "support/fake_files.h"
 #include "support/fake_host.h"
 #include "support/fake_picture_coder.h"
@@ -51,8 +51,8 @@ public:
             throw std::runtime_error("the program did not start");
         }
         FrontPanel& panel = scope_.panel();
-        choose(panel.seltimediv, what.time_base);
-        choose(panel.channel[ch1].vdiv, what.volts);
+        choose_entry(scope_, panel.seltimediv, what.time_base);
+        choose_entry(scope_, panel.channel[ch1].vdiv, what.volts);
         scope_.act([&] { panel.channel[ch2].enable.set_checked(false); });
         scope_.act([&] { panel.channel[ch1].invert.set_checked(what.inverted); });
         if (!what.delay.empty()) {
@@ -93,15 +93,6 @@ public:
 
 private:
     static constexpr int settling_ticks = 12;
-
-    void choose(ListBox& list, std::string_view text) {
-        const auto& entries = list.entries();
-        const auto found = std::find(entries.begin(), entries.end(), text);
-        if (found == entries.end()) {
-            throw std::runtime_error("no such entry");
-        }
-        scope_.act([&] { list.set_index(static_cast<int>(found - entries.begin())); });
-    }
 
     void take(const Sweep& sweep) {
         if (!sweep.came[ch1]) {

@@ -19,6 +19,7 @@
 #include "scope/parts.h"
 #include "scope/scope.h"
 #include "simulator/simulation.h"
+#include "support/choose_entry.h"
 #include "support/fake_files.h"
 #include "support/fake_host.h"
 #include "support/fake_picture_coder.h"
@@ -103,9 +104,9 @@ public:
         }
         FrontPanel& panel = scope_.panel();
         scope_.act([&panel] { panel.shyst.set_value(2); });
-        choose(panel.channel[ch1].vdiv, volts.text);
-        choose(panel.channel[ch2].vdiv, volts.text);
-        choose(panel.seltimediv, time_base.text);
+        choose_entry(scope_, panel.channel[ch1].vdiv, volts.text);
+        choose_entry(scope_, panel.channel[ch2].vdiv, volts.text);
+        choose_entry(scope_, panel.seltimediv, time_base.text);
         sweep_three_times();
     }
 
@@ -134,15 +135,6 @@ private:
                 .offset_mv = (train.high + train.low) / 2.0 * volts_.millivolts,
                 .rise_time_ps = train.rise * division_s() * 1e12,
                 .duty = train.duty};
-    }
-
-    void choose(ListBox& list, std::string_view text) {
-        const auto& entries = list.entries();
-        const auto found = std::find(entries.begin(), entries.end(), text);
-        if (found == entries.end()) {
-            throw std::runtime_error("no such entry");
-        }
-        scope_.act([&] { list.set_index(static_cast<int>(found - entries.begin())); });
     }
 
     /// Ticks until the third sweep of each channel has been measured.
