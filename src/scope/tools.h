@@ -8,6 +8,7 @@
 #include "export/density_dialog.h"
 #include "export/export_dialog.h"
 #include "export/histogram_dialog.h"
+#include "export/readouts_dialog.h"
 #include "export/record_dialog.h"
 #include "export/reference_menu.h"
 #include "export/statistics_dialog.h"
@@ -37,6 +38,7 @@ public:
         Picture& picture;
         Snapshot& snapshot;
         const MeasurementState& measurements; ///< of the last sweep, while measuring is on
+        ReadoutsDialog::Source readouts;
     };
 
     /// Connects the menu entries of `panel`.
@@ -64,6 +66,10 @@ public:
     [[nodiscard]] HistogramDialog& histogram() { return histogram_; }
     [[nodiscard]] const HistogramDialog& histogram() const { return histogram_; }
 
+    /// The window of read-outs.
+    [[nodiscard]] ReadoutsDialog& readouts() { return readouts_; }
+    [[nodiscard]] const ReadoutsDialog& readouts() const { return readouts_; }
+
     /// Hands what has come with `sweep` to those tools that count each channel by itself.
     void sweep_finished(const Sweep& sweep) { density_.sweep_finished(sweep); }
 
@@ -79,6 +85,7 @@ public:
         statistics_.tick_over();
         density_.tick_over();
         histogram_.tick_over();
+        readouts_.tick_over();
     }
 
 private:
@@ -96,6 +103,7 @@ private:
     StatisticsDialog statistics_;
     DensityDialog density_;
     HistogramDialog histogram_;
+    ReadoutsDialog readouts_;
 };
 
 } // namespace kv408

@@ -25,6 +25,7 @@ constexpr std::array windows = {
     Topic(u"frmRecord", "record"),           Topic(u"frmReference", "references"),
     Topic(u"frmStatistics", "statistics"),   Topic(u"frmRemote", "automation"),
     Topic(u"frmDensity", "density"),         Topic(u"frmHistogram", "density"),
+    Topic(u"frmReadouts", "readouts"),
 };
 
 } // namespace

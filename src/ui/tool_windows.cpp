@@ -6,6 +6,7 @@
 #include "ui/density_window.h"
 #include "ui/export_window.h"
 #include "ui/histogram_window.h"
+#include "ui/readouts_window.h"
 #include "ui/record_window.h"
 #include "ui/statistics_window.h"
 #include "ui/tool_widgets.h"
@@ -39,6 +40,7 @@ ToolWindows::ToolWindows(Tools& tools, ScopeDriver& driver, QWidget& owner, cons
     tools.statistics().on_show([this] { show_statistics(); });
     tools.density().on_show([this] { show_density(); });
     tools.histogram().on_show([this] { show_histogram(); });
+    tools.readouts().on_show([this] { show_readouts(); });
 }
 
 ToolWindows::~ToolWindows() {
@@ -47,6 +49,7 @@ ToolWindows::~ToolWindows() {
     tools_.statistics().on_show({});
     tools_.density().on_show({});
     tools_.histogram().on_show({});
+    tools_.readouts().on_show({});
 }
 
 void ToolWindows::show_export() {
@@ -88,9 +91,16 @@ void ToolWindows::show_histogram() {
     present_beside(*histogram_, owner_, plot_);
 }
 
+void ToolWindows::show_readouts() {
+    if (!readouts_) {
+        readouts_ = new ReadoutsWindow(tools_.readouts(), driver_, &owner_);
+    }
+    present_beside(*readouts_, owner_, plot_);
+}
+
 void ToolWindows::close() {
     for (QWidget* const window : {export_.data(), recording_.data(), statistics_.data(),
-                                  density_.data(), histogram_.data()}) {
+                                  density_.data(), histogram_.data(), readouts_.data()}) {
         if (window != nullptr) {
             window->hide();
         }

@@ -31,6 +31,7 @@ private:
     void show_statistics();
     void show_density();
     void show_histogram();
+    void show_readouts();
 
     Tools& tools_;
     ScopeDriver& driver_;
@@ -42,6 +43,7 @@ private:
     QPointer<QWidget> statistics_;
     QPointer<QWidget> density_;
     QPointer<QWidget> histogram_;
+    QPointer<QWidget> readouts_;
 };
 
 } // namespace kv408::ui
