@@ -57,9 +57,15 @@ DensityDialog::DensityDialog(const FrontPanel& panel, const DialogHost& host, Pl
     });
     controls_.cmdDensityClear.on_click([this] { clear(); });
     controls_.cmdDensityExport.on_click([this] { cmdDensityExport_Click(); });
-    collector_.on_counted(plot_.add);
-    collector_.on_changed(
-        [this](Channel channel) { plot_.show(channel, collector_.collected(channel)); });
+    collector_.on_counted(
+        [this](Channel channel, std::span<const std::int16_t> codes, std::uint32_t weight) {
+            ++changes_;
+            plot_.add(channel, codes, weight);
+        });
+    collector_.on_changed([this](Channel channel) {
+        ++changes_;
+        plot_.show(channel, collector_.collected(channel));
+    });
     refresh();
 }
 
@@ -114,7 +120,7 @@ void DensityDialog::tick_over() {
 void DensityDialog::refresh() {
     refreshed_ = host_.clock.now();
     for (const Channel channel : both_channels) {
-        controls_.state.at(channel).set_caption(state_text(channel));
+        controls_.state.at(channel).set_caption(state_of(channel));
     }
     std::string text;
     for (const std::string& remark : remarks()) {
@@ -128,14 +134,16 @@ void DensityDialog::refresh() {
     controls_.cmdDensityExport.set_enabled(any);
 }
 
-std::string DensityDialog::state_text(Channel channel) const {
+std::string DensityDialog::state_of(Channel channel) const {
     std::string text = channel_name(channel) + ": ";
     if (!collector_.collects(channel)) {
         return text + "off";
     }
     const Collected* const collected = collector_.collected(channel);
     if (collected == nullptr) {
-        return text + "no sweep yet";
+        return text + (panel_.channel.at(channel).enable.checked()
+                           ? "no sweep yet"
+                           : "no sweep yet, the channel is off");
     }
     text += std::to_string(collected->sweeps) + (collected->sweeps == 1 ? " sweep" : " sweeps") +
             " since " + time_of_day(collector_.since(channel), host_.clock);

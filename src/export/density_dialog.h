@@ -2,6 +2,7 @@
 
 #include <array>
 #include <chrono>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -87,6 +88,12 @@ public:
     /// sweeps take.
     [[nodiscard]] std::vector<std::string> remarks() const;
 
+    /// How often counters have changed up to now: by a sweep or in any other way.
+    [[nodiscard]] std::uint64_t changes() const { return changes_; }
+
+    /// How many sweeps of `channel` were counted, since when, and what began it anew.
+    [[nodiscard]] std::string state_of(Channel channel) const;
+
     /// Brings the texts up to date.
     void refresh();
 
@@ -98,13 +105,13 @@ private:
     void half_life_typed();
     void cmdDensityExport_Click();
     void draw() const;
-    [[nodiscard]] std::string state_text(Channel channel) const;
 
     const FrontPanel& panel_;
     DialogHost host_;
     Plot plot_;
     DensityControls controls_;
     DensityCollector collector_;
+    std::uint64_t changes_ = 0;
     bool open_ = false;
     std::chrono::nanoseconds refreshed_{0};
     std::function<void()> show_;

@@ -51,17 +51,19 @@ std::array<double, histogram_names.size()> values_of(const HistogramStatistics& 
 }
 
 HistogramDialog::HistogramDialog(DensityDialog& density, const Clock& clock, Plot plot)
-    : density_(density), clock_(clock),
-      plot_(std::move(plot)), window_{plot::centre_x - plot::division / 2, plot::division,
-                                      plot::centre_x + plot::division / 2,
-                                      plot::height - plot::division} {
-    controls_.cmbHistogramChannel.set_entries({"CH1", "CH2"});
-    controls_.cmbHistogramChannel.set_index(0);
+    : plot_(std::move(plot)),
+      watch_(density, clock,
+             {.channel = controls_.cmbHistogramChannel, .remark = controls_.lblHistogramRemark},
+             {.least = between_histograms, .each_time = true},
+             [this] {
+                 plot_.show(channel(), window_, of());
+                 show_values();
+             }),
+      window_{plot::centre_x - plot::division / 2, plot::division,
+              plot::centre_x + plot::division / 2, plot::height - plot::division} {
     controls_.cmbHistogramOf.set_entries({"Levels", "Times"});
     controls_.cmbHistogramOf.set_index(0);
-    for (ListBox* const list : {&controls_.cmbHistogramChannel, &controls_.cmbHistogramOf}) {
-        list->on_click([this] { refresh(); });
-    }
+    controls_.cmbHistogramOf.on_click([this] { refresh(); });
     std::string names;
     for (const std::string_view name : histogram_names) {
         names.append(names.empty() ? "" : "\n").append(name);
@@ -69,26 +71,10 @@ HistogramDialog::HistogramDialog(DensityDialog& density, const Clock& clock, Plo
     controls_.lblHistogramNames.set_caption(std::move(names));
 }
 
-void HistogramDialog::open() {
-    open_ = true;
-    DensityControls& controls = density_.controls();
-    if (!controls.chkDensity.checked()) {
-        controls.chkDensity.set_checked(true);
-    }
-    if (show_) {
-        show_();
-    }
-    refresh();
-}
-
 void HistogramDialog::close() {
-    open_ = false;
+    watch_.close();
     held_.reset();
     plot_.show(channel(), std::nullopt, of());
-}
-
-Channel HistogramDialog::channel() const {
-    return both_channels.at(static_cast<std::size_t>(controls_.cmbHistogramChannel.index()));
 }
 
 HistogramOf HistogramDialog::of() const {
@@ -122,7 +108,7 @@ bool HistogramDialog::press(double x, double y) {
     constexpr double reach = 4.0;
     const bool beside = x < window_.left - reach || x >= window_.right + reach ||
                         y < window_.top - reach || y >= window_.bottom + reach;
-    if (!open_ || beside) {
+    if (!is_open() || beside) {
         return false;
     }
     const auto near_to = [](double place, int edge) { return std::abs(place - edge) <= reach; };
@@ -163,7 +149,7 @@ void HistogramDialog::drag(double x, double y) {
 }
 
 std::optional<DensityHistogram> HistogramDialog::histogram() const {
-    const Collected* const collected = density_.collected(channel());
+    const Collected* const collected = watch_.collected();
     const auto window = plot_.find(channel(), window_);
     if (collected == nullptr || !window) {
         return std::nullopt;
@@ -174,21 +160,6 @@ std::optional<DensityHistogram> HistogramDialog::histogram() const {
 std::optional<HistogramStatistics> HistogramDialog::statistics() const {
     const auto found = histogram();
     return found ? statistics_of(*found) : std::nullopt;
-}
-
-void HistogramDialog::refresh() {
-    if (!open_) {
-        return;
-    }
-    refreshed_ = clock_.now();
-    plot_.show(channel(), window_, of());
-    show_values();
-}
-
-void HistogramDialog::tick_over() {
-    if (open_ && clock_.now() - refreshed_ >= between_histograms) {
-        refresh();
-    }
 }
 
 void HistogramDialog::show_values() {
@@ -210,8 +181,12 @@ void HistogramDialog::show_values() {
         text = "No hits";
     }
     controls_.lblHistogramValues.set_caption(std::move(text));
+    controls_.lblHistogramWindow.set_caption(place_text());
+}
+
+std::string HistogramDialog::place_text() const {
     std::string where;
-    const Collected* const collected = density_.collected(channel());
+    const Collected* const collected = watch_.collected();
     const auto window = plot_.find(channel(), window_);
     if (collected != nullptr && window && window->first_point < window->end_point &&
         window->first_code < window->end_code) {
@@ -230,12 +205,7 @@ void HistogramDialog::show_values() {
         where.append(" to ").append(time(window->end_point - 1)).append("; ");
         where.append(level(low)).append(" to ").append(level(high));
     }
-    controls_.lblHistogramWindow.set_caption(std::move(where));
-    std::string remark;
-    for (const std::string& line : density_.remarks()) {
-        remark.append(remark.empty() ? "" : "\n").append(line);
-    }
-    controls_.lblHistogramRemark.set_caption(std::move(remark));
+    return where;
 }
 
 std::string HistogramDialog::table() const {

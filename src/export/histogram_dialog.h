@@ -1,14 +1,13 @@
 #pragma once
 
 #include <array>
-#include <chrono>
 #include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include "analysis/histogram.h"
-#include "export/density_dialog.h"
+#include "export/density_watch.h"
 #include "panel/controls.h"
 #include "state/plot_window.h"
 
@@ -56,8 +55,8 @@ public:
     [[nodiscard]] HistogramControls& controls() { return controls_; }
 
     /// Opens the window; one that is open already is only brought to the front.
-    void open();
-    [[nodiscard]] bool is_open() const { return open_; }
+    void open() { watch_.open(); }
+    [[nodiscard]] bool is_open() const { return watch_.is_open(); }
     void close();
 
     [[nodiscard]] const PlotWindow& window() const { return window_; }
@@ -83,7 +82,7 @@ public:
     /// The histogram of it; nothing where there is no density.
     [[nodiscard]] std::optional<DensityHistogram> histogram() const;
 
-    [[nodiscard]] Channel channel() const;
+    [[nodiscard]] Channel channel() const { return watch_.channel(); }
     [[nodiscard]] HistogramOf of() const;
 
     /// Statistics and bins with headings, separated by tabs, as a spreadsheet takes them from the
@@ -91,13 +90,13 @@ public:
     [[nodiscard]] std::string table() const;
 
     /// Brings numbers and bars up to date.
-    void refresh();
+    void refresh() { watch_.refresh(); }
 
     /// The same, not more often than people read.
-    void tick_over();
+    void tick_over() { watch_.tick_over(); }
 
     /// Sets what shows the window and brings it to the front.
-    void on_show(std::function<void()> listener) { show_ = std::move(listener); }
+    void on_show(std::function<void()> listener) { watch_.on_show(std::move(listener)); }
 
 private:
     /// What a drag moves.
@@ -112,16 +111,13 @@ private:
     };
 
     void show_values();
+    [[nodiscard]] std::string place_text() const;
 
-    DensityDialog& density_;
-    const Clock& clock_;
     Plot plot_;
     HistogramControls controls_;
+    DensityWatch watch_;
     PlotWindow window_;
     std::optional<Held> held_;
-    bool open_ = false;
-    std::chrono::nanoseconds refreshed_{0};
-    std::function<void()> show_;
 };
 
 } // namespace kv408

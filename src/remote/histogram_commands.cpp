@@ -2,10 +2,8 @@
 #include <string>
 
 #include "remote/choices.h"
-#include "remote/replies.h"
-#include "remote/setting_commands.h"
+#include "remote/tool_commands.h"
 #include "remote/tree.h"
-#include "scope/parts.h"
 #include "state/plot_geometry.h"
 #include "state/units.h"
 
@@ -16,35 +14,6 @@ constexpr std::array<std::string_view, 2> histogram_choices{"LEVels", "TIMes"};
 
 HistogramDialog& dialog_of(const Instrument& instrument) {
     return instrument.scope().tools().histogram();
-}
-
-Command state_command(Instrument& instrument) {
-    return boolean_setting(
-        "HISTogram:STATe",
-        [&instrument](const Call& call, bool on) {
-            instrument.act(call.client, [on](Scope& scope) {
-                HistogramDialog& dialog = scope.tools().histogram();
-                if (dialog.is_open() != on) {
-                    on ? dialog.open() : dialog.close();
-                }
-            });
-        },
-        [&instrument](const Call&) { return dialog_of(instrument).is_open(); });
-}
-
-/// A setting that is one of the lists of the histogram window.
-Command list_command(std::string header, Instrument& instrument,
-                     std::span<const std::string_view> choices, ListBox HistogramControls::*list) {
-    return choice_setting(
-        std::move(header), choices,
-        [&instrument, list](const Call& call, std::size_t index) {
-            instrument.act(call.client, [list, index](Scope& scope) {
-                (scope.tools().histogram().controls().*list).set_index(static_cast<int>(index));
-            });
-        },
-        [&instrument, list](const Call&) {
-            return static_cast<std::size_t>((dialog_of(instrument).controls().*list).index());
-        });
 }
 
 Command window_command(Instrument& instrument) {
@@ -108,12 +77,11 @@ std::string bins(const Instrument& instrument) {
 } // namespace
 
 std::vector<Command> histogram_commands(Instrument& instrument) {
+    const ToolCommands<HistogramDialog> window(instrument, &Tools::histogram);
     return {
-        state_command(instrument),
-        list_command("HISTogram:SOURce", instrument, channel_choices,
-                     &HistogramControls::cmbHistogramChannel),
-        list_command("HISTogram:OF", instrument, histogram_choices,
-                     &HistogramControls::cmbHistogramOf),
+        window.state("HISTogram:STATe"),
+        window.list("HISTogram:SOURce", channel_choices, &HistogramControls::cmbHistogramChannel),
+        window.list("HISTogram:OF", histogram_choices, &HistogramControls::cmbHistogramOf),
         window_command(instrument),
         query_command("HISTogram:DATA", [&instrument](const Call&) { return values(instrument); }),
         query_command("HISTogram:BINS", [&instrument](const Call&) { return bins(instrument); }),

@@ -10,9 +10,10 @@ namespace kv408 {
 RemoteControl::RemoteControl(Host host)
     : host_(std::move(host)), instrument_(host_.gate, host_.wake) {
     table_.add(common_commands(table_));
-    for (const auto& commands : {acquisition_commands, panel_commands, display_commands,
-                                 cursor_commands, measurement_commands, waveform_commands,
-                                 density_commands, histogram_commands, system_commands}) {
+    for (const auto& commands :
+         {acquisition_commands, panel_commands, display_commands, cursor_commands,
+          measurement_commands, waveform_commands, density_commands, histogram_commands,
+          jitter_commands, system_commands}) {
         table_.add(commands(instrument_));
     }
     instrument_.on_lock([this] { changed(); });
@@ -52,6 +53,7 @@ void RemoteControl::tick_over() {
     if (!instrument_.may_run()) {
         return;
     }
+    instrument_.tick_over();
     if (server_) {
         server_->for_each([this](Client& client) { instrument_.show_conditions(client); });
     }

@@ -33,6 +33,9 @@ namespace kv408 {
 /// The histogram of a part of that.
 [[nodiscard]] std::vector<Command> histogram_commands(Instrument& instrument);
 
+/// The jitter of an edge.
+[[nodiscard]] std::vector<Command> jitter_commands(Instrument& instrument);
+
 /// The set-up as a whole, the lock of the panel, the snapshot, the calibration record.
 [[nodiscard]] std::vector<Command> system_commands(Instrument& instrument);
 

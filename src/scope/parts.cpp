@@ -70,17 +70,7 @@ Parts::Parts(const Machine& machine)
                                        .files = files,
                                        .choosers = choosers,
                                        .places = places}),
-      tools(panel, sweeps,
-            {.picture = picture,
-             .snapshot = snapshot,
-             .measurements = measurements,
-             .readouts = {.panel = panel,
-                          .sweeps = sweeps,
-                          .samples = samples,
-                          .channels = channels,
-                          .cursors = cursor_state,
-                          .time_base = time_base_state,
-                          .acquisition = acquisition}},
+      tools(panel, sweeps, {.picture = picture, .snapshot = snapshot, .measurements = measurements},
             {.clock = clock,
              .boxes = boxes,
              .files = files,
@@ -88,8 +78,7 @@ Parts::Parts(const Machine& machine)
              .places = places,
              .beep = machine.beep}),
       help(panel, {.files = files, .boxes = boxes, .places = places, .browse = machine.browse},
-           KV408_VERSION),
-      single(*this) {
+           KV408_VERSION) {
     link.on_ending([this] { settings_file.save_at_end(false); });
     link.on_long_work([this] {
         settings_file.tell_progress();
@@ -103,8 +92,6 @@ Parts::Parts(const Machine& machine)
             tools.sweep_complete(sweep);
         }
     });
-    sweeps.on_finished([this](const auto& sweep) { single.watch().take(sweep); });
-    acquiring.state_machine.on_start([this] { single.started(); });
     colour_update.recolour_panel();
     link.on_operation([this] { note_before_bridge(); });
     boxes.on_stop([this] { panel.cmdstop.click(); });

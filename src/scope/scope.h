@@ -25,7 +25,6 @@ class Label;
 class LastSettings;
 class SettingsDialog;
 class SettingsFile;
-class SingleSweep;
 class Snapshot;
 class Sweeps;
 class Tools;
@@ -111,8 +110,8 @@ public:
     /// The finished sweeps.
     [[nodiscard]] Sweeps& sweeps();
 
-    /// Single sweeps.
-    [[nodiscard]] SingleSweep& single();
+    /// Sets what follows when Start has been pressed.
+    void on_start(std::function<void()> listener);
 
     /// The controls of the calibration form.
     [[nodiscard]] CalibrationForm& calibration_form();

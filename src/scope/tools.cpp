@@ -21,7 +21,7 @@ Tools::Tools(FrontPanel& panel, const Sweeps& sweeps, const Shown& shown, const 
               shown_.picture.draw(draw_flags::all);
           }),
       statistics_(statistics_host(host)), density_(panel, dialog_host(host), density_plot()),
-      histogram_(density_, host.clock, histogram_plot()), readouts_(shown.readouts, host.clock) {
+      histogram_(density_, host.clock, histogram_plot()), jitter_(density_, host.clock) {
     for (Button* const entry : {&panel.mnuexport, &panel.exportdata}) {
         entry->on_click([this] { export_dialog_.open(places_.documents); });
     }
@@ -29,6 +29,7 @@ Tools::Tools(FrontPanel& panel, const Sweeps& sweeps, const Shown& shown, const 
     panel.mnustatistics.on_click([this] { statistics_.open(); });
     panel.mnudensity.on_click([this] { density_.open(); });
     histogram_.controls().mnuhistogram.on_click([this] { histogram_.open(); });
+    jitter_.controls().mnujitter.on_click([this] { jitter_.open(); });
 }
 
 ExportOrigin Tools::origin() const {

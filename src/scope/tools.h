@@ -8,7 +8,7 @@
 #include "export/density_dialog.h"
 #include "export/export_dialog.h"
 #include "export/histogram_dialog.h"
-#include "export/readouts_dialog.h"
+#include "export/jitter_dialog.h"
 #include "export/record_dialog.h"
 #include "export/reference_menu.h"
 #include "export/statistics_dialog.h"
@@ -38,7 +38,6 @@ public:
         Picture& picture;
         Snapshot& snapshot;
         const MeasurementState& measurements; ///< of the last sweep, while measuring is on
-        ReadoutsDialog::Source readouts;
     };
 
     /// Connects the menu entries of `panel`.
@@ -66,9 +65,9 @@ public:
     [[nodiscard]] HistogramDialog& histogram() { return histogram_; }
     [[nodiscard]] const HistogramDialog& histogram() const { return histogram_; }
 
-    /// The window of read-outs.
-    [[nodiscard]] ReadoutsDialog& readouts() { return readouts_; }
-    [[nodiscard]] const ReadoutsDialog& readouts() const { return readouts_; }
+    /// The jitter window.
+    [[nodiscard]] JitterDialog& jitter() { return jitter_; }
+    [[nodiscard]] const JitterDialog& jitter() const { return jitter_; }
 
     /// Hands what has come with `sweep` to those tools that count each channel by itself.
     void sweep_finished(const Sweep& sweep) { density_.sweep_finished(sweep); }
@@ -85,7 +84,7 @@ public:
         statistics_.tick_over();
         density_.tick_over();
         histogram_.tick_over();
-        readouts_.tick_over();
+        jitter_.tick_over();
     }
 
 private:
@@ -103,7 +102,7 @@ private:
     StatisticsDialog statistics_;
     DensityDialog density_;
     HistogramDialog histogram_;
-    ReadoutsDialog readouts_;
+    JitterDialog jitter_;
 };
 
 } // namespace kv408

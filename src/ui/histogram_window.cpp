@@ -1,15 +1,12 @@
 #include "ui/histogram_window.h"
 
-#include <QClipboard>
 #include <QGridLayout>
-#include <QGuiApplication>
-#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QVBoxLayout>
 
 #include "ui/frame_grid.h"
-#include "ui/lengths.h"
 #include "ui/panel_frame.h"
+#include "ui/told_window.h"
 #include "ui/tool_widgets.h"
 #include "ui/widget_maker.h"
 
@@ -26,14 +23,19 @@ HistogramWindow::HistogramWindow(HistogramDialog& dialog, ScopeDriver& driver, Q
     setWindowTitle(u"Kv408 - Tarvo  Histogram"_s);
     QVBoxLayout* const layout = make_window_layout(*this);
     layout->addWidget(make_choice());
-    layout->addWidget(make_values(), 1);
-    layout->addLayout(make_ending());
-    dialog.controls().cmdHistogramCopy.on_click([&dialog] {
-        const std::string table = dialog.table();
-        if (!table.empty()) {
-            QGuiApplication::clipboard()->setText(QString::fromStdString(table));
-        }
-    });
+    constexpr int least_width = 430; // for the longest place
+    HistogramControls& controls = dialog.controls();
+    layout->addWidget(make_told_frame(driver,
+                                      {.names = controls.lblHistogramNames,
+                                       .values = controls.lblHistogramValues,
+                                       .remark = controls.lblHistogramRemark,
+                                       .subject = u"histogram"_s},
+                                      least_width),
+                      1);
+    layout->addLayout(make_told_ending(*this, driver, controls.cmdHistogramCopy,
+                                       u"Copies values and histogram to the clipboard"_s,
+                                       u"cmdHistogramClose"_s));
+    copy_to_clipboard(controls.cmdHistogramCopy, [&dialog] { return dialog.table(); });
 }
 
 HistogramWindow::~HistogramWindow() {
@@ -62,44 +64,6 @@ QWidget* HistogramWindow::make_choice() {
     add_captioned(*grid, 2, u"&Place"_s, place_);
     grid->setColumnStretch(1, 1);
     return frame;
-}
-
-QWidget* HistogramWindow::make_values() {
-    constexpr int least_width = 430; // for the longest place
-    auto* const frame = new PanelFrame(u"Values"_s);
-    frame->setMinimumWidth(least_width);
-    WidgetMaker make(frame, driver_);
-    HistogramControls& controls = dialog_.controls();
-    auto* const grid = new QGridLayout(frame);
-    grid->setContentsMargins(0, 0, 0, 0);
-    grid->addWidget(make.label(controls.lblHistogramNames,
-                               {u"Names of the values"_s, u"What stands beside them"_s}),
-                    0, 0, Qt::AlignTop);
-    grid->addWidget(make.label(controls.lblHistogramValues,
-                               {u"Values of the histogram"_s,
-                                u"What the hits in the rectangle have in common"_s}),
-                    0, 1, Qt::AlignTop);
-    QLabel* const remark =
-        make_told(make, controls.lblHistogramRemark,
-                  {u"Remarks on the histogram"_s, u"What makes the values smaller or wrong"_s});
-    remark->setTextInteractionFlags(Qt::NoTextInteraction);
-    grid->addWidget(remark, 1, 0, 1, 2);
-    grid->setColumnStretch(1, 1);
-    grid->setRowStretch(2, 1);
-    return frame;
-}
-
-QLayout* HistogramWindow::make_ending() {
-    WidgetMaker make(this, driver_);
-    auto* const row = new QHBoxLayout;
-    row->setSpacing(window_gap);
-    row->addStretch();
-    row->addWidget(make.button(dialog_.controls().cmdHistogramCopy, u"&Copy"_s,
-                               {u"Copy"_s, u"Copies values and histogram to the clipboard"_s}));
-    row->addWidget(make_plain_button(*this, u"cmdHistogramClose"_s, u"C&lose"_s,
-                                     {u"Close"_s, u"Closes the window; the density stays on"_s},
-                                     [this] { reject(); }));
-    return row;
 }
 
 bool HistogramWindow::eventFilter(QObject* watched, QEvent* event) {

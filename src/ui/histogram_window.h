@@ -25,8 +25,6 @@ public:
 
 private:
     [[nodiscard]] QWidget* make_choice();
-    [[nodiscard]] QWidget* make_values();
-    [[nodiscard]] QLayout* make_ending();
     [[nodiscard]] bool take_key(int key, Qt::KeyboardModifiers modifiers);
 
     HistogramDialog& dialog_;

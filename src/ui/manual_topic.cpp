@@ -20,12 +20,17 @@ constexpr std::array frames = {
 
 /// Windows by their name.
 constexpr std::array windows = {
-    Topic(u"benchWindow", "first-picture"),  Topic(u"frmSettings", "settings"),
-    Topic(u"frmcalibration", "calibration"), Topic(u"frmExport", "export"),
-    Topic(u"frmRecord", "record"),           Topic(u"frmReference", "references"),
-    Topic(u"frmStatistics", "statistics"),   Topic(u"frmRemote", "automation"),
-    Topic(u"frmDensity", "density"),         Topic(u"frmHistogram", "density"),
-    Topic(u"frmReadouts", "readouts"),
+    Topic(u"benchWindow", "first-picture"),
+    Topic(u"frmSettings", "settings"),
+    Topic(u"frmcalibration", "calibration"),
+    Topic(u"frmExport", "export"),
+    Topic(u"frmRecord", "record"),
+    Topic(u"frmReference", "references"),
+    Topic(u"frmStatistics", "statistics"),
+    Topic(u"frmRemote", "automation"),
+    Topic(u"frmDensity", "density"),
+    Topic(u"frmHistogram", "density"),
+    Topic(u"frmJitter", "eye"),
 };
 
 } // namespace

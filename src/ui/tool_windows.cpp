@@ -6,7 +6,7 @@
 #include "ui/density_window.h"
 #include "ui/export_window.h"
 #include "ui/histogram_window.h"
-#include "ui/readouts_window.h"
+#include "ui/jitter_window.h"
 #include "ui/record_window.h"
 #include "ui/statistics_window.h"
 #include "ui/tool_widgets.h"
@@ -40,7 +40,7 @@ ToolWindows::ToolWindows(Tools& tools, ScopeDriver& driver, QWidget& owner, cons
     tools.statistics().on_show([this] { show_statistics(); });
     tools.density().on_show([this] { show_density(); });
     tools.histogram().on_show([this] { show_histogram(); });
-    tools.readouts().on_show([this] { show_readouts(); });
+    tools.jitter().on_show([this] { show_jitter(); });
 }
 
 ToolWindows::~ToolWindows() {
@@ -49,7 +49,7 @@ ToolWindows::~ToolWindows() {
     tools_.statistics().on_show({});
     tools_.density().on_show({});
     tools_.histogram().on_show({});
-    tools_.readouts().on_show({});
+    tools_.jitter().on_show({});
 }
 
 void ToolWindows::show_export() {
@@ -91,16 +91,16 @@ void ToolWindows::show_histogram() {
     present_beside(*histogram_, owner_, plot_);
 }
 
-void ToolWindows::show_readouts() {
-    if (!readouts_) {
-        readouts_ = new ReadoutsWindow(tools_.readouts(), driver_, &owner_);
+void ToolWindows::show_jitter() {
+    if (!jitter_) {
+        jitter_ = new JitterWindow(tools_.jitter(), driver_, &owner_);
     }
-    present_beside(*readouts_, owner_, plot_);
+    present_beside(*jitter_, owner_, plot_);
 }
 
 void ToolWindows::close() {
     for (QWidget* const window : {export_.data(), recording_.data(), statistics_.data(),
-                                  density_.data(), histogram_.data(), readouts_.data()}) {
+                                  density_.data(), histogram_.data(), jitter_.data()}) {
         if (window != nullptr) {
             window->hide();
         }

@@ -31,7 +31,7 @@ private:
     void show_statistics();
     void show_density();
     void show_histogram();
-    void show_readouts();
+    void show_jitter();
 
     Tools& tools_;
     ScopeDriver& driver_;
@@ -43,7 +43,7 @@ private:
     QPointer<QWidget> statistics_;
     QPointer<QWidget> density_;
     QPointer<QWidget> histogram_;
-    QPointer<QWidget> readouts_;
+    QPointer<QWidget> jitter_;
 };
 
 } // namespace kv408::ui

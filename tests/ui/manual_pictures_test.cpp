@@ -54,6 +54,8 @@ private Q_SLOTS:
     void each_measurement() { show_each_measurement(gallery_); }
     void references() { show_references(gallery_); }
     void statistics() { show_statistics(gallery_); }
+    void density() { show_density(gallery_); }
+    void jitter() { show_jitter(gallery_); }
     void calibration() { show_calibration(gallery_); }
     void linearity() { show_linearity(gallery_); }
     void settings() { show_settings(gallery_); }
@@ -62,7 +64,6 @@ private Q_SLOTS:
     void exporting() { show_export(gallery_); }
     void recording() { show_recording(gallery_); }
     void remote() { show_remote(gallery_); }
-    void readouts() { show_readouts(gallery_); }
     void they_are_those_of_the_manual();
 };
 

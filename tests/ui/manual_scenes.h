@@ -20,6 +20,8 @@ void show_measurements(Gallery& gallery);
 void show_each_measurement(Gallery& gallery);
 void show_references(Gallery& gallery);
 void show_statistics(Gallery& gallery);
+void show_density(Gallery& gallery);
+void show_jitter(Gallery& gallery);
 void show_calibration(Gallery& gallery);
 void show_linearity(Gallery& gallery);
 void show_settings(Gallery& gallery);
@@ -28,6 +30,5 @@ void show_messages(Gallery& gallery);
 void show_export(Gallery& gallery);
 void show_recording(Gallery& gallery);
 void show_remote(Gallery& gallery);
-void show_readouts(Gallery& gallery);
 
 } // namespace kv408::ui

@@ -1,8 +1,6 @@
-#include "scope/sweep_watch.h"
+#include "remote/sweep_watch.h"
 
 #include <algorithm>
-
-#include "scope/parts.h"
 
 namespace kv408 {
 namespace {

@@ -6,11 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "state/sweep.h"
+#include "scope/parts.h"
 
 namespace kv408 {
-
-struct Parts;
 
 /// Watches for the sweep that is taken with the set-up as it is: after a change of it, until each
 /// channel that is on has come whole with it, something is pending while the instrument sweeps.

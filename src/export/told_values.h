@@ -1,0 +1,37 @@
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "analysis/told.h"
+
+namespace kv408 {
+
+/// What a number that a window tells is in.
+enum class ToldUnit { hits, ratio, volts, seconds, volts_per_second, percent, decibels };
+
+/// A number that a window tells, or why there is none.
+struct ToldValue {
+    std::string_view name;
+    Told<double> value; ///< in `unit`
+    ToldUnit unit = ToldUnit::ratio;
+    std::string remark = {}; ///< stands behind it in parentheses; may be empty
+};
+
+/// `value` in `unit` for people: five digits, a prefix and the unit; hits as a whole number.
+[[nodiscard]] std::string told_text(double value, ToldUnit unit);
+
+/// The names of `values`, line by line.
+[[nodiscard]] std::string told_names(std::span<const ToldValue> values);
+
+/// What they are, line by line: the number with its remark, or the reason why there is none; dashes
+/// where there is not one number, for a reason that is told elsewhere.
+[[nodiscard]] std::string told_texts(std::span<const ToldValue> values);
+
+/// Both as a table with headings, separated by tabs, for the clipboard: numbers without prefix,
+/// each with its unit, and what `told_texts` has in parentheses or for a reason. `channel` is its
+/// title.
+[[nodiscard]] std::string told_table(std::span<const ToldValue> values, std::string_view channel);
+
+} // namespace kv408
