@@ -59,14 +59,19 @@ void plain_copy(benchmark::State& state) {
 }
 
 void colour_plot(benchmark::State& state, int codes, double factor) {
-    const Densities densities(codes);
+    Densities densities(codes);
     const PlotScale scale(factor);
     Surface surface(scale.width(), scale.height());
-    Tiles tiles(scale.width(), scale.height());
     const DensityColours colours = density_colours(DensityPalette::cividis, {}, {});
     for (auto _ : state) {
-        for (const DensityLayer& layer : densities.layers) {
-            layer.paint(Canvas(surface), scale, 0, scale.height(), colours, tiles);
+        for (DensityLayer& layer : densities.layers) {
+            layer.change_all();
+            const Tiles changed = layer.take_changed();
+            for (int top = 0; top < plot::height; top += Tiles::band_rows) {
+                changed.for_each_row({0, plot::width}, top, [&](const Rectangle& units) {
+                    layer.paint(surface, scale, units, colours);
+                });
+            }
         }
         benchmark::ClobberMemory();
     }

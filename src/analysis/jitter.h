@@ -41,6 +41,9 @@ struct Jitter {
     std::optional<double> interval = {};
     /// Sweeps after which the rms value deviates by chance by 2 % only once in twenty times.
     double sweeps_wanted = 0.0;
+    /// Sweeps after which the random part does so by 10 %, and the deterministic part where it is
+    /// at least twice that.
+    double parts_wanted = 0.0;
 };
 
 /// The jitter of `collected` at the edge that `setup` tells.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "display/reference_lines.h"
 #include "display/trace.h"
@@ -18,12 +19,12 @@ namespace {
 /// A pixel that no colour is: nothing is painted there.
 constexpr Pixel no_pixel = 0;
 
-/// The colours of the bands of a density whose most hit place has `most` hits.
+/// The colours of the bands of a density.
 class Shades {
 public:
-    Shades(const DensityColours& colours, std::uint32_t most) : changes_(colours) {
+    Shades(const DensityColours& colours, const DensityBandEnds& ends) : changes_(colours) {
         for (std::size_t band = 1; band < ends_below_.size(); ++band) {
-            ends_below_[band] = most >> (ends_below_.size() - band);
+            ends_below_[band] = ends[band - 1];
             changes_[band] ^= colours[band - 1];
         }
     }
@@ -53,6 +54,24 @@ void lay_over(std::span<Pixel> pixels, const Pixel* over) {
     for (std::size_t index = 0; index < pixels.size(); ++index) {
         pixels[index] = over[index] == no_pixel ? pixels[index] : over[index];
     }
+}
+
+/// For each column of pixels of `units`, which of the units it lies in, 0 the first.
+std::vector<std::uint16_t> units_of_pixels(const PlotScale& scale, Columns units) {
+    std::vector<std::uint16_t> unit_of;
+    const int first = scale.edge(units.left);
+    for (int unit = units.left; unit < units.right; ++unit) {
+        unit_of.resize(static_cast<std::size_t>(scale.edge(unit + 1) - first),
+                       static_cast<std::uint16_t>(unit - units.left));
+    }
+    return unit_of;
+}
+
+/// Whether a unit whose hits rise from `before` to `after` comes to lie in another of the bands of
+/// a density whose most hit place has `most`.
+bool leaves_band(std::uint32_t before, std::uint32_t after, std::uint32_t most) {
+    return before == 0 ||
+           density_band(std::min(before, most), most) != density_band(std::min(after, most), most);
 }
 
 } // namespace
@@ -96,9 +115,9 @@ void DensityLayer::show(const Collected& collected, const DensityScreen& screen)
     place_points(collected.counts.points());
     hits_.assign(std::size_t{plot::width} * plot::height, 0);
     most_ = 0;
-    top_ = plot::height;
-    end_ = 0;
+    hit_.clear();
     count(collected.counts);
+    change_all();
 }
 
 void DensityLayer::place_codes(const Conversion& conversion) {
@@ -165,21 +184,25 @@ void DensityLayer::count(const Density& density) {
             for (int code = passed.first; code < passed.end; ++code) {
                 const auto index = static_cast<std::size_t>(code);
                 if (counts[index] != 0) {
-                    hit(column, rows_[index], counts[index]);
+                    for (int y = rows_[index].top; y < rows_[index].end; ++y) {
+                        hit(column, y, counts[index]);
+                    }
                 }
             }
         }
     }
 }
 
-inline void DensityLayer::hit(int column, RowRun rows, std::uint32_t hits) {
-    for (int y = rows.top; y < rows.end; ++y) {
-        std::uint32_t& at = hits_[static_cast<std::size_t>(y * plot::width + column)];
-        at += std::min(hits, highest_count - at);
-        most_ = std::max(most_, at);
+/// Returns how many the unit had before.
+inline std::uint32_t DensityLayer::hit(int column, int y, std::uint32_t hits) {
+    std::uint32_t& at = hits_[static_cast<std::size_t>(y * plot::width + column)];
+    const std::uint32_t before = at;
+    at += std::min(hits, highest_count - at);
+    most_ = std::max(most_, at);
+    if (before == 0) {
+        hit_.add_pixel(column, y);
     }
-    top_ = std::min<int>(top_, rows.top);
-    end_ = std::max<int>(end_, rows.end);
+    return before;
 }
 
 void DensityLayer::add(std::span<const std::int16_t> codes, std::uint32_t weight) {
@@ -191,8 +214,53 @@ void DensityLayer::add(std::span<const std::int16_t> codes, std::uint32_t weight
         for (int point = points.first; point < points.end; ++point) {
             const int code =
                 std::clamp(int{codes[static_cast<std::size_t>(point)]}, 0, scale_codes - 1);
-            hit(column, rows_[static_cast<std::size_t>(code)], weight);
+            const RowRun rows = rows_[static_cast<std::size_t>(code)];
+            for (int y = rows.top; y < rows.end; ++y) {
+                const std::uint32_t before = hit(column, y, weight);
+                if (leaves_band(before, row(y)[static_cast<std::size_t>(column)], taken_most_)) {
+                    changed_.add_pixel(column, y);
+                }
+            }
         }
+    }
+}
+
+Tiles DensityLayer::take_changed() {
+    add_moved();
+    taken_most_ = most_;
+    return std::exchange(changed_, Tiles(plot::width, plot::height));
+}
+
+/// Adds the units with hits that lie in another band because the bands end elsewhere.
+void DensityLayer::add_moved() {
+    const DensityBandEnds before = density_band_ends(taken_most_);
+    const DensityBandEnds now = density_band_ends(most_);
+    if (before == now) {
+        return;
+    }
+    const auto look_at = [&](const Rectangle& units) {
+        std::array<std::uint32_t, plot::width> moved = {};
+        const int right = std::min(units.right, plot::width);
+        for (std::size_t band = 0; band < now.size(); ++band) {
+            // Ends rise: those in between were in the band above.
+            const std::uint32_t from = before[band];
+            const std::uint32_t by = now[band] - from;
+            for (int y = units.top; by != 0 && y < std::min(units.bottom, plot::height); ++y) {
+                const auto hits = row(y);
+                for (auto x = static_cast<std::size_t>(units.left);
+                     x < static_cast<std::size_t>(right); ++x) {
+                    moved[x] |= hits[x] - from - 1 < by ? 1U : 0U;
+                }
+            }
+        }
+        for (int x = units.left; x < right; ++x) {
+            if (moved[static_cast<std::size_t>(x)] != 0) {
+                changed_.add_pixel(x, units.top);
+            }
+        }
+    };
+    for (int top = 0; top < plot::height; top += Tiles::band_rows) {
+        hit_.for_each_row({0, plot::width}, top, look_at);
     }
 }
 
@@ -221,50 +289,30 @@ DensityWindow DensityLayer::within(const PlotWindow& window) const {
     return found;
 }
 
-void DensityLayer::paint(const Canvas& canvas, const PlotScale& scale, int top, int bottom,
-                         const DensityColours& colours, Tiles& touched) const {
-    if (most_ == 0) {
-        return;
-    }
-    const Shades shades(colours, most_);
-    const Columns columns = canvas.columns();
-    const auto unit = [&](int pixel) { return static_cast<int>(pixel / scale.factor()); };
-    const int first = std::max(unit(top) - 1, top_);
-    const int end = std::min(unit(bottom) + 2, end_);
-    const Columns units =
-        common({unit(columns.left) - 1, unit(columns.right) + 2}, {0, plot::width});
+void DensityLayer::paint(Surface& surface, const PlotScale& scale, const Rectangle& units,
+                         const DensityColours& colours) const {
+    const Shades shades(colours, density_band_ends(most_));
+    const int right = std::min(units.right, plot::width);
+    const auto left = static_cast<std::size_t>(units.left);
+    const auto count = static_cast<std::size_t>(right) - left;
+    const int first = scale.edge(units.left);
     std::array<Pixel, plot::width> shaded = {};
-    std::vector<Pixel> line(static_cast<std::size_t>(columns.right - columns.left));
-    std::vector<std::uint16_t> unit_of(line.size());
-    for (int x = units.left; x < units.right; ++x) {
-        const Columns pixels = common({scale.edge(x), scale.edge(x + 1)}, columns);
-        for (int pixel = pixels.left; pixel < pixels.right; ++pixel) {
-            unit_of[static_cast<std::size_t>(pixel - columns.left)] = static_cast<std::uint16_t>(x);
-        }
-    }
-    for (int y = first; y < end; ++y) {
-        const int upper = std::max(scale.edge(y), top);
-        const int lower = std::min(scale.edge(y + 1), bottom);
-        if (upper >= lower) {
-            continue;
-        }
-        const auto left = static_cast<std::size_t>(units.left);
-        const auto hits = row(y).subspan(left, static_cast<std::size_t>(units.right) - left);
-        shades.shade(hits, shaded.data() + left);
-        const Pixel* over = shaded.data() + columns.left;
-        if (scale.factor() != PlotScale::natural) {
+    std::vector<Pixel> line(static_cast<std::size_t>(scale.edge(right) - first));
+    const bool natural = scale.factor() == PlotScale::natural;
+    const auto unit_of =
+        natural ? std::vector<std::uint16_t>() : units_of_pixels(scale, {units.left, right});
+    for (int y = units.top; y < std::min(units.bottom, plot::height); ++y) {
+        shades.shade(row(y).subspan(left, count), shaded.data());
+        const Pixel* over = shaded.data();
+        if (!natural) {
             for (std::size_t pixel = 0; pixel < line.size(); ++pixel) {
                 line[pixel] = shaded[unit_of[pixel]];
             }
             over = line.data();
         }
-        for (int at = upper; at < lower; ++at) {
-            lay_over({&canvas.surface().at(columns.left, at), line.size()}, over);
+        for (int at = scale.edge(y); at < scale.edge(y + 1); ++at) {
+            lay_over({&surface.at(first, at), line.size()}, over);
         }
-    }
-    if (first < end) {
-        touched.add({columns.left, std::max(scale.edge(first), top), columns.right,
-                     std::min(scale.edge(end), bottom)});
     }
 }
 

@@ -8,13 +8,13 @@
 
 #include "analysis/collected.h"
 #include "analysis/histogram.h"
-#include "display/canvas.h"
 #include "display/density_palette.h"
 #include "display/plot_scale.h"
 #include "display/tiles.h"
 #include "panel/front_panel.h"
 #include "state/acquisition_state.h"
 #include "state/channel_state.h"
+#include "state/plot_geometry.h"
 #include "state/plot_window.h"
 
 namespace kv408 {
@@ -73,10 +73,17 @@ public:
 
     [[nodiscard]] bool shown() const { return !hits_.empty(); }
 
-    /// Paints the rows of pixels from `top` up to, not including, `bottom` onto `canvas`, which
-    /// shows the plot at `scale`; `touched` notes where.
-    void paint(const Canvas& canvas, const PlotScale& scale, int top, int bottom,
-               const DensityColours& colours, Tiles& touched) const;
+    /// The units of the plot, as tiles of a surface at natural size, that hold all whose bands may
+    /// have changed since this was asked last; all that have hits where they were counted anew.
+    [[nodiscard]] Tiles take_changed();
+
+    /// Lets the next `take_changed` give all units that have hits.
+    void change_all() { changed_ = hit_; }
+
+    /// Paints those of `units`, a rectangle of units of the plot, that have hits onto `surface`,
+    /// which shows the plot at `scale`.
+    void paint(Surface& surface, const PlotScale& scale, const Rectangle& units,
+               const DensityColours& colours) const;
 
 private:
     /// The points that a column has hits of, from `first` to, not including, `end`.
@@ -88,7 +95,8 @@ private:
     void place_codes(const Conversion& conversion);
     void place_points(int points);
     void count(const Density& density);
-    void hit(int column, RowRun rows, std::uint32_t hits);
+    std::uint32_t hit(int column, int y, std::uint32_t hits);
+    void add_moved();
 
     std::vector<std::uint32_t> hits_; ///< row by row
     std::vector<RowRun> rows_;        ///< by code, those within 1..511 that it has hits in
@@ -96,8 +104,9 @@ private:
     const Collected* collected_ = nullptr;
     DensityScreen screen_;
     std::uint32_t most_ = 0;
-    int top_ = 0; ///< rows with hits begin there
-    int end_ = 0; ///< and end before this one
+    std::uint32_t taken_most_ = 0;             ///< `most_` when `take_changed` was asked last
+    Tiles hit_{plot::width, plot::height};     ///< all units that have hits, and more
+    Tiles changed_{plot::width, plot::height}; ///< all units in which `add` has changed the band
     bool current_ = false;
 };
 

@@ -24,7 +24,6 @@ void DensityLayers::add(Channel channel, std::span<const std::int16_t> codes,
                         std::uint32_t weight) {
     Shown& shown = channels_.at(channel);
     if (shown.collected != nullptr) {
-        ++shown.state;
         shown.layer.add(codes, weight);
     }
 }
@@ -63,10 +62,22 @@ void DensityLayers::show(const Looks& looks) {
     }
 }
 
-void DensityLayers::paint(const Looks& looks, const Canvas& canvas, const PlotScale& scale,
-                          Rows rows, Tiles& touched) const {
+Tiles DensityLayers::take_changed() {
+    Tiles changed = channels_.front().layer.take_changed();
+    changed.add(channels_.back().layer.take_changed(), {0, plot::width});
+    return changed;
+}
+
+void DensityLayers::change_all() {
+    for (Shown& shown : channels_) {
+        shown.layer.change_all();
+    }
+}
+
+void DensityLayers::paint(const Looks& looks, Surface& surface, const PlotScale& scale,
+                          const Rectangle& units) const {
     for (const DensityView& view : views(looks)) {
-        view.layer->paint(canvas, scale, rows.top, rows.bottom, view.colours, touched);
+        view.layer->paint(surface, scale, units, view.colours);
     }
 }
 

@@ -23,7 +23,7 @@ public:
     /// What a density's pixels depend on.
     struct Look {
         const Collected* collected = nullptr; ///< null: nothing is shown
-        std::uint64_t state = 0;              ///< of its counters
+        std::uint64_t state = 0;              ///< of its counters, as they were set last
         DensityColours colours = {};
         DensityScreen screen;
 
@@ -37,12 +37,6 @@ public:
         const Channels& channels;
         const AcquisitionState& acquisition;
         const ColourTable& colours;
-    };
-
-    /// Rows of pixels, `top` included, `bottom` not.
-    struct Rows {
-        int top = 0;
-        int bottom = 0;
     };
 
     /// Shows from the next draw on what was collected of `channel`, or nothing: null. Its counters
@@ -68,9 +62,14 @@ public:
     /// Brings the hits up to date with `looks`.
     void show(const Looks& looks);
 
-    /// Paints `looks`, which were shown last, onto `rows` of `canvas`.
-    void paint(const Looks& looks, const Canvas& canvas, const PlotScale& scale, Rows rows,
-               Tiles& touched) const;
+    /// As those of DensityLayer, for all layers.
+    [[nodiscard]] Tiles take_changed();
+    void change_all();
+
+    /// Paints those of `units`, a rectangle of units of the plot, that have hits as `looks`, which
+    /// were shown last, onto `surface`.
+    void paint(const Looks& looks, Surface& surface, const PlotScale& scale,
+               const Rectangle& units) const;
 
     /// What `looks`, which were shown last, look like.
     [[nodiscard]] std::vector<DensityView> views(const Looks& looks) const;

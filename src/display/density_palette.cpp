@@ -38,6 +38,14 @@ DensityColours density_colours(DensityPalette palette, Colour own, Colour ground
     return colours;
 }
 
+DensityBandEnds density_band_ends(std::uint32_t most) {
+    DensityBandEnds ends = {};
+    for (std::size_t band = 0; band < ends.size(); ++band) {
+        ends.at(band) = most >> (ends.size() - band);
+    }
+    return ends;
+}
+
 int density_band(std::uint32_t hits, std::uint32_t most) {
     // Of all numbers `most` / 2^n only that with as many binary digits as `hits` can end its band.
     const int halvings = std::bit_width(most) - std::bit_width(hits);

@@ -20,6 +20,12 @@ enum class DensityPalette {
     channel, ///< shades of the channel's own colour
 };
 
+/// How many hits each band but the last ends at, that of the fewest first.
+using DensityBandEnds = std::array<std::uint32_t, density_bands - 1>;
+
+/// The ends of the bands where the most hit place has `most` hits.
+[[nodiscard]] DensityBandEnds density_band_ends(std::uint32_t most);
+
 /// The colours of `palette` for a channel of the colour `own` on a ground of the colour `ground`.
 [[nodiscard]] DensityColours density_colours(DensityPalette palette, Colour own, Colour ground);
 

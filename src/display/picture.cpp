@@ -86,7 +86,30 @@ void Picture::draw_backdrop() {
     for (const ReferenceLook& reference : drawn_.references) {
         draw_reference(grid_, scale_, reference);
     }
+    densities_.change_all();
+    paint_densities();
     inked_.add_all(); // what is shown has the grid of before
+}
+
+/// Paints what has changed of the densities onto the grid. Hits only become more until all is drawn
+/// anew, so what is painted covers what was there. Returns columns that hold all of it.
+Columns Picture::paint_densities() {
+    const Tiles changed = densities_.take_changed();
+    int left = scale_.width();
+    int right = 0;
+    for (int top = 0; top < plot::height; top += Tiles::band_rows) {
+        changed.for_each_row({0, plot::width}, top, [&](const Rectangle& units) {
+            densities_.paint(drawn_.densities, grid_, scale_, units);
+            const Rectangle pixels{scale_.edge(units.left), scale_.edge(units.top),
+                                   std::min(scale_.edge(units.right), scale_.width()),
+                                   std::min(scale_.edge(units.bottom), scale_.height())};
+            backdrop_.add(pixels);
+            inked_.add(pixels);
+            left = std::min(left, pixels.left);
+            right = std::max(right, pixels.right);
+        });
+    }
+    return {left, right};
 }
 
 void Picture::ClearTrace(Channel channel) {
@@ -218,11 +241,14 @@ void Picture::draw(unsigned flags) {
     }
     const Content next = content(flags);
     add_columns_to_compose(next);
-    const bool backdrop_changed = next.references != drawn_.references;
+    const bool backdrop_changed =
+        next.references != drawn_.references || next.densities != drawn_.densities;
     drawn_ = next;
     densities_.show(drawn_.densities);
     if (backdrop_changed) {
         draw_backdrop();
+    } else {
+        due_.add(paint_densities());
     }
     everything_changed_ = false;
     history_changed_ = false;
@@ -395,9 +421,6 @@ void Picture::compose_block(const Canvas& canvas, const TraceViews& views) {
         for (int top = 0; top < scale_.height(); top += TraceRaster::band_rows) {
             if (first == 0) {
                 take_off(canvas, top);
-                densities_.paint(drawn_.densities, canvas, scale_,
-                                 {top, std::min(top + TraceRaster::band_rows, scale_.height())},
-                                 inked_);
             }
             raster_.write_band(canvas, top, inked_);
         }
@@ -407,7 +430,6 @@ void Picture::compose_block(const Canvas& canvas, const TraceViews& views) {
 void Picture::compose_by_painting(const Canvas& canvas, const TraceViews& views) {
     copy_block(canvas, Point{}, grid_, whole(grid_));
     inked_.add({canvas.columns().left, 0, canvas.columns().right, canvas.height()});
-    densities_.paint(drawn_.densities, canvas, scale_, {0, scale_.height()}, inked_);
     if (!trace_surface_) {
         trace_surface_ = surface_of(scale_);
     }

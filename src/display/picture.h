@@ -46,11 +46,11 @@ struct PictureInputs {
 /// The picture of the plot area: 641 by 513 pixels at natural size, more at a larger scale.
 ///
 /// It is composed in layers, each of which draws over the ones before: the grid with the references
-/// on it, the densities, the traces with CH1's on top, the cursor lines, the marks of the annotated
-/// measurement, the trigger-level line. A layer draws onto a canvas that may be limited to some
-/// columns, and what it draws from is part of the `Content` or of the traces' points; so a draw
-/// composes only the columns whose pixels can have changed since the draw before, with the same
-/// pixels as composing all of them.
+/// and the densities on it, the traces with CH1's on top, the cursor lines, the marks of the
+/// annotated measurement, the trigger-level line. A layer draws onto a canvas that may be limited
+/// to some columns, and what it draws from is part of the `Content` or of the traces' points; so a
+/// draw composes only the columns whose pixels can have changed since the draw before, with the
+/// same pixels as composing all of them.
 class Picture : public Screen {
 public:
     /// A picture of `inputs` with an empty grid and no points.
@@ -163,6 +163,7 @@ private:
     [[nodiscard]] Content content(unsigned flags) const;
     void rescale(const PlotScale& scale);
     void draw_backdrop();
+    Columns paint_densities();
     void add_columns_to_compose(const Content& next);
     void compose_what_is_due();
     void compose(Columns columns);
@@ -181,7 +182,7 @@ private:
     std::vector<ShownReference> references_;
     DensityLayers densities_;
     std::optional<ShownHistogram> histogram_;
-    Surface grid_; ///< with the references that were drawn last
+    Surface grid_; ///< with the references and densities that were drawn last
     Surface display_;
     Tiles backdrop_; ///< all of `grid_` but for what has its ground alone, and maybe more
     Tiles inked_;    ///< all that differs on `display_` from the grid, and maybe more

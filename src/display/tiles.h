@@ -26,9 +26,12 @@ public:
     /// Adds the tiles that have pixels of `area` and of the surface.
     void add(Rectangle area);
 
-    /// Adds the tiles of `stack` that lie in the band from row `top` on, a multiple of band_rows,
-    /// and in the tiles' column that pixel column `column` is in.
+    /// Adds the tiles of `stack` that lie in the band that has row `top`, and in the tiles' column
+    /// that pixel column `column` is in.
     void add(int column, int top, Stack stack) { at(column / side, top / band_rows) |= stack; }
+
+    /// Adds the tile that has the pixel in column `x` and row `y`, which must lie on the surface.
+    void add_pixel(int x, int y) { add(x, y, static_cast<Stack>(1U << (y % band_rows / side))); }
 
     /// Adds the tiles of `others`, a set for a surface of the same size, that have pixels of
     /// `columns`.

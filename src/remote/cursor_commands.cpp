@@ -1,10 +1,15 @@
 #include <array>
 #include <cmath>
+#include <functional>
+#include <limits>
+#include <utility>
 
 #include "panel/adjust.h"
+#include "remote/choices.h"
 #include "remote/panel_settings.h"
 #include "remote/replies.h"
 #include "remote/tree.h"
+#include "remote/values.h"
 #include "scope/parts.h"
 #include "state/plot_geometry.h"
 #include "state/samples.h"
@@ -110,6 +115,37 @@ Command difference_command(Instrument& instrument) {
     });
 }
 
+/// The read-outs of the time cursors. Throws `Refused` where these are not shown.
+const ReadoutsDialog& readouts_of(const Instrument& instrument) {
+    const ReadoutsDialog& readouts = instrument.parts().tools.readouts();
+    if (!readouts.has_time_cursors()) {
+        throw Refused{ScpiError::settings_conflict, "The time cursors are off"};
+    }
+    return readouts;
+}
+
+Command inverse_command(Instrument& instrument) {
+    return query_command("CURSor:DELTa:INVerse", [&instrument](const Call&) {
+        // A zero between the cursors has an infinite inverse.
+        return real_reply(1.0 / readouts_of(instrument).interval());
+    });
+}
+
+/// A voltage of where the time cursors cross the trace of the channel that the query names.
+Command crossing_query(const char* header, Instrument& instrument,
+                       std::function<CrossingVolts(const CursorCrossings&, const Call&)> pick) {
+    Command command{header};
+    command.answer = [&instrument, pick = std::move(pick)](const Call& call) {
+        const Channel channel =
+            both_channels.at(choice_of(call.parameters.front(), channel_choices));
+        const CursorCrossings found = readouts_of(instrument).crossings(channel);
+        return real_reply(
+            pick(found, call).volts.value_or(std::numeric_limits<double>::quiet_NaN()));
+    };
+    command.query_takes = {1, 1};
+    return command;
+}
+
 } // namespace
 
 std::vector<Command> cursor_commands(Instrument& instrument) {
@@ -119,6 +155,13 @@ std::vector<Command> cursor_commands(Instrument& instrument) {
         settings.choice("CURSor:SOURce", control(&FrontPanel::combocursorselect), cursor_sources),
         settings.turn("CURSor:POSition<n>", cursor_position()),
         difference_command(instrument),
+        inverse_command(instrument),
+        crossing_query("CURSor:VOLTage<n>", instrument,
+                       [](const CursorCrossings& found, const Call& call) {
+                           return found.cursor.at(cursor_of(call));
+                       }),
+        crossing_query("CURSor:VOLTage:DELTa", instrument,
+                       [](const CursorCrossings& found, const Call&) { return found.difference; }),
     };
 }
 

@@ -8,9 +8,6 @@
 namespace kv408 {
 namespace {
 
-constexpr std::int16_t lowest_code = 0;
-constexpr std::int16_t highest_code = 4095;
-
 // Bits of STATus:OPERation and STATus:QUEStionable.
 constexpr unsigned linearity_bit = 1U << 0;
 constexpr unsigned set_up_bit = 1U << 1;
@@ -30,27 +27,18 @@ bool is_set_up(const AcquisitionState& acquisition) {
 void Instrument::attach(Scope& scope, Act act) {
     scope_ = &scope;
     act_ = std::move(act);
-    watch_ = std::make_shared<SweepWatch>(scope.parts());
-    scope.sweeps().on_finished(
-        [watching = std::weak_ptr(watch_)](const std::shared_ptr<const Sweep>& sweep) {
-            if (const auto watch = watching.lock()) {
-                watch->take(sweep);
-            }
-        });
-    scope.on_start([this, watching = std::weak_ptr(watch_)] {
-        if (!watching.expired() && single_) {
-            single_->stops = false;
-        }
-    });
+    scope.single().carry_on(single_before_);
+    single_done_ = scope.single().on_done([this](bool came) { single_done(came); });
 }
 
 void Instrument::detach() {
     if (scope_ != nullptr) {
         counted_before_ = sweep_count();
         swept_ = pending() || scope_->parts().acquisition.acqrunning;
+        single_before_ = scope_->single().state();
     }
     scope_ = nullptr;
-    watch_.reset();
+    single_done_.reset();
 }
 
 bool Instrument::may_run() const {
@@ -80,7 +68,7 @@ void Instrument::act(Client& client, const std::function<void(Scope&)>& press) {
             refused = thrown; // the program's entry is left in its own way
         }
     });
-    watch_->look();
+    scope.single().watch().look();
     for (const std::string& text : collecting.texts()) {
         client.note({ScpiError::hardware_error, text});
     }
@@ -90,44 +78,36 @@ void Instrument::act(Client& client, const std::function<void(Scope&)>& press) {
 }
 
 void Instrument::single(Client& client) {
-    const FrontPanel& panel = parts().panel;
-    if (!panel.channel[ch1].enable.checked() && !panel.channel[ch2].enable.checked()) {
-        throw Refused{ScpiError::settings_conflict, "No channel is on"};
+    act(client, [](Scope& scope) {
+        if (!scope.single().begin()) {
+            throw Refused{ScpiError::settings_conflict, "No channel is on"};
+        }
+    });
+    std::erase(single_clients_, &client);
+    single_clients_.push_back(&client);
+}
+
+void Instrument::forget_single() {
+    single_clients_.clear();
+    if (scope_ != nullptr) {
+        scope_->single().forget();
     }
-    act(client, [](Scope& scope) { scope.panel().cmdstartsweep.click(); });
-    watch_->want_new();
-    watch_->look();
-    if (!single_) {
-        single_ = Single{{}, true};
-    }
-    single_->stops = true;
-    std::erase(single_->clients, &client);
-    single_->clients.push_back(&client);
 }
 
 bool Instrument::pending() const {
     if (scope_ == nullptr) {
         return swept_; // until the instrument has been found again
     }
-    return single_.has_value() || watch_->pending();
+    const SingleSweep& single = scope_->single();
+    return single.state().under_way || single.watch().pending();
 }
 
-void Instrument::tick_over() {
-    if (scope_ == nullptr || scope_->ended()) {
+void Instrument::single_done(bool came) {
+    const std::vector<Client*> clients = std::exchange(single_clients_, {});
+    if (!came) {
         return;
     }
-    watch_->look();
-    if (!single_ || watch_->pending()) {
-        return;
-    }
-    const Single done = *std::exchange(single_, std::nullopt);
-    if (!scope_->parts().acquisition.acqrunning) {
-        return; // somebody has pressed Stop
-    }
-    if (done.stops) {
-        act_([this] { scope_->panel().cmdstop.click(); });
-    }
-    for (Client* const client : done.clients) {
+    for (Client* const client : clients) {
         client->waveform.sweep = scope_->parts().sweeps.last_complete();
         client->waveform.number = sweep_count();
     }
@@ -136,19 +116,6 @@ void Instrument::tick_over() {
 std::uint64_t Instrument::sweep_count() const {
     const auto last = scope_ == nullptr ? nullptr : scope_->parts().sweeps.last_complete();
     return last ? number_of(*last) : counted_before_;
-}
-
-bool Instrument::clips(Channel channel) {
-    const Parts& parts = this->parts();
-    const auto& part = parts.sweeps.last()->channel.at(channel);
-    Clipping& known = clipping_.at(channel);
-    if (known.part != part) {
-        const auto clips = [](std::int16_t code) {
-            return code <= lowest_code || code >= highest_code;
-        };
-        known = {part, std::any_of(part->codes.begin(), part->codes.end(), clips)};
-    }
-    return known.clips && parts.panel.channel.at(channel).enable.checked();
 }
 
 void Instrument::show_conditions(Client& client) {
@@ -164,7 +131,12 @@ void Instrument::show_conditions(Client& client) {
         operation |= state_word::sweeps(acquisition.scopestate) ? sweeping_bit : 0U;
         operation |= acquisition.activity == Activity::waiting_for_trigger ? waiting_bit : 0U;
         questionable |= acquisition.data.silence() ? no_data_bit : 0U;
-        questionable |= clips(ch1) || clips(ch2) ? clipped_bit : 0U;
+        for (const Channel channel : both_channels) {
+            const Clipping clips =
+                clipping_.look(channel, parts.sweeps.last()->channel.at(channel));
+            const bool on = parts.panel.channel.at(channel).enable.checked();
+            questionable |= on && (clips.lowest || clips.highest) ? clipped_bit : 0U;
+        }
     }
     client.status.operation.set_condition(static_cast<std::uint16_t>(operation));
     client.status.questionable.set_condition(static_cast<std::uint16_t>(questionable));
@@ -196,9 +168,7 @@ void Instrument::forget(Client& client) {
     if (locked_by_ == &client) {
         unlock_panel();
     }
-    if (single_) {
-        std::erase(single_->clients, &client);
-    }
+    std::erase(single_clients_, &client);
 }
 
 } // namespace kv408

@@ -1,18 +1,17 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
+#include "measure/clipping.h"
 #include "remote/aside.h"
 #include "remote/client.h"
 #include "remote/gate.h"
-#include "remote/sweep_watch.h"
 #include "scope/scope.h"
+#include "scope/single_sweep.h"
 
 namespace kv408 {
 
@@ -58,13 +57,10 @@ public:
     void single(Client& client);
 
     /// What `single` has begun is of no interest any more.
-    void forget_single() { single_.reset(); }
+    void forget_single();
 
     /// True while something that was begun has not been finished.
     [[nodiscard]] bool pending() const;
-
-    /// What follows a tick: ends what `single` has begun.
-    void tick_over();
 
     /// How many sweeps have been finished since the program began.
     [[nodiscard]] std::uint64_t sweep_count() const;
@@ -101,26 +97,16 @@ public:
     void on_lock(std::function<void()> listener) { lock_listener_ = std::move(listener); }
 
 private:
-    struct Single {
-        std::vector<Client*> clients; ///< that have asked for it and not gone
-        bool stops;                   ///< after the sweep; nobody has pressed Start since
-    };
-
-    /// Whether a part of a sweep clips, which is looked for once.
-    struct Clipping {
-        std::shared_ptr<const ChannelSweep> part;
-        bool clips = false;
-    };
-
-    [[nodiscard]] bool clips(Channel channel);
+    void single_done(bool came);
 
     Gate& gate_;
     Aside aside_;
     Scope* scope_ = nullptr;
     Act act_;
-    std::shared_ptr<SweepWatch> watch_;
-    std::optional<Single> single_;
-    std::array<Clipping, 2> clipping_; ///< by channel
+    std::vector<Client*> single_clients_; ///< that have asked for a single sweep and not gone
+    SingleSweep::State single_before_;    ///< of programs before
+    SingleSweep::Waiting single_done_;
+    ClippingWatch clipping_;
     std::uint64_t counted_before_ = 0; ///< sweeps of programs before
     bool swept_ = false;               ///< whether the last one swept when it went
     const Client* locked_by_ = nullptr;

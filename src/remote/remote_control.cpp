@@ -53,7 +53,6 @@ void RemoteControl::tick_over() {
     if (!instrument_.may_run()) {
         return;
     }
-    instrument_.tick_over();
     if (server_) {
         server_->for_each([this](Client& client) { instrument_.show_conditions(client); });
     }

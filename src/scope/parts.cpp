@@ -70,7 +70,17 @@ Parts::Parts(const Machine& machine)
                                        .files = files,
                                        .choosers = choosers,
                                        .places = places}),
-      tools(panel, sweeps, {.picture = picture, .snapshot = snapshot, .measurements = measurements},
+      tools(panel, sweeps,
+            {.picture = picture,
+             .snapshot = snapshot,
+             .measurements = measurements,
+             .readouts = {.panel = panel,
+                          .sweeps = sweeps,
+                          .samples = samples,
+                          .channels = channels,
+                          .cursors = cursor_state,
+                          .time_base = time_base_state,
+                          .acquisition = acquisition}},
             {.clock = clock,
              .boxes = boxes,
              .files = files,
@@ -78,7 +88,8 @@ Parts::Parts(const Machine& machine)
              .places = places,
              .beep = machine.beep}),
       help(panel, {.files = files, .boxes = boxes, .places = places, .browse = machine.browse},
-           KV408_VERSION) {
+           KV408_VERSION),
+      single(*this) {
     link.on_ending([this] { settings_file.save_at_end(false); });
     link.on_long_work([this] {
         settings_file.tell_progress();
@@ -92,6 +103,8 @@ Parts::Parts(const Machine& machine)
             tools.sweep_complete(sweep);
         }
     });
+    sweeps.on_finished([this](const auto& sweep) { single.watch().take(sweep); });
+    acquiring.state_machine.on_start([this] { single.started(); });
     colour_update.recolour_panel();
     link.on_operation([this] { note_before_bridge(); });
     boxes.on_stop([this] { panel.cmdstop.click(); });

@@ -16,6 +16,7 @@
 #include "panel/panel_parts.h"
 #include "scope/help.h"
 #include "scope/scope.h"
+#include "scope/single_sweep.h"
 #include "scope/start_up.h"
 #include "scope/sweep_dialogs.h"
 #include "scope/tools.h"
@@ -66,6 +67,7 @@ struct Parts : PanelState, SweepState {
     Calibration frmcalibration;
     Tools tools;
     Help help;
+    SingleSweep single;
 
     /// Those among the entries that are what the user does.
     int acts = 0;

@@ -68,6 +68,7 @@ void Scope::tick() {
         parts_->acquiring.state_machine.Timer1_Timer(exchange_under_way);
         parts_->tools.tick();
         if (!exchange_under_way) {
+            parts_->single.tick_over();
             parts_->tools.tick_over();
         }
     });
@@ -177,8 +178,8 @@ Sweeps& Scope::sweeps() {
     return parts_->sweeps;
 }
 
-void Scope::on_start(std::function<void()> listener) {
-    parts_->acquiring.state_machine.on_start(std::move(listener));
+SingleSweep& Scope::single() {
+    return parts_->single;
 }
 
 Help& Scope::help() {

@@ -25,6 +25,7 @@ class Label;
 class LastSettings;
 class SettingsDialog;
 class SettingsFile;
+class SingleSweep;
 class Snapshot;
 class Sweeps;
 class Tools;
@@ -110,8 +111,8 @@ public:
     /// The finished sweeps.
     [[nodiscard]] Sweeps& sweeps();
 
-    /// Sets what follows when Start has been pressed.
-    void on_start(std::function<void()> listener);
+    /// Single sweeps.
+    [[nodiscard]] SingleSweep& single();
 
     /// The controls of the calibration form.
     [[nodiscard]] CalibrationForm& calibration_form();

@@ -21,7 +21,8 @@ Tools::Tools(FrontPanel& panel, const Sweeps& sweeps, const Shown& shown, const 
               shown_.picture.draw(draw_flags::all);
           }),
       statistics_(statistics_host(host)), density_(panel, dialog_host(host), density_plot()),
-      histogram_(density_, host.clock, histogram_plot()), jitter_(density_, host.clock) {
+      histogram_(density_, host.clock, histogram_plot()), jitter_(density_, host.clock),
+      readouts_(shown.readouts, host.clock) {
     for (Button* const entry : {&panel.mnuexport, &panel.exportdata}) {
         entry->on_click([this] { export_dialog_.open(places_.documents); });
     }

@@ -9,6 +9,7 @@
 #include "export/export_dialog.h"
 #include "export/histogram_dialog.h"
 #include "export/jitter_dialog.h"
+#include "export/readouts_dialog.h"
 #include "export/record_dialog.h"
 #include "export/reference_menu.h"
 #include "export/statistics_dialog.h"
@@ -38,6 +39,7 @@ public:
         Picture& picture;
         Snapshot& snapshot;
         const MeasurementState& measurements; ///< of the last sweep, while measuring is on
+        ReadoutsDialog::Source readouts;
     };
 
     /// Connects the menu entries of `panel`.
@@ -68,6 +70,9 @@ public:
     /// The jitter window.
     [[nodiscard]] JitterDialog& jitter() { return jitter_; }
     [[nodiscard]] const JitterDialog& jitter() const { return jitter_; }
+    /// The window of read-outs.
+    [[nodiscard]] ReadoutsDialog& readouts() { return readouts_; }
+    [[nodiscard]] const ReadoutsDialog& readouts() const { return readouts_; }
 
     /// Hands what has come with `sweep` to those tools that count each channel by itself.
     void sweep_finished(const Sweep& sweep) { density_.sweep_finished(sweep); }
@@ -85,6 +90,7 @@ public:
         density_.tick_over();
         histogram_.tick_over();
         jitter_.tick_over();
+        readouts_.tick_over();
     }
 
 private:
@@ -103,6 +109,7 @@ private:
     DensityDialog density_;
     HistogramDialog histogram_;
     JitterDialog jitter_;
+    ReadoutsDialog readouts_;
 };
 
 } // namespace kv408

@@ -16,8 +16,9 @@ double Noise::uniform() {
 }
 
 double Noise::gaussian() {
-    // Twelve uniform numbers of 0..65535 have the sum's variance 65536 squared (less one) and
-    // the mean 12 * 32767.5.
+    // Teichroew's method (Knuth, The Art of Computer Programming, volume 2, 3.4.1): the sum of twelve
+    // uniform numbers falls off too fast beyond two standard deviations; a polynomial puts that right.
+    // The numbers here are 0..65535, with the mean 32767.5.
     std::int32_t sum = 0;
     for (int draw = 0; draw < 3; ++draw) {
         const std::uint64_t four = bits();
@@ -25,7 +26,13 @@ double Noise::gaussian() {
             sum += static_cast<std::int32_t>((four >> shift) & 0xFFFFU);
         }
     }
-    return static_cast<double>(sum - 393210) / 65536.0;
+    const double quarter = static_cast<double>(sum - 393210) / (4.0 * 65536.0);
+    const double square = quarter * quarter;
+    double factor = 0.029899776;
+    for (const double coefficient : {0.008355968, 0.076542912, 0.252408784, 3.949846138}) {
+        factor = factor * square + coefficient;
+    }
+    return factor * quarter;
 }
 
 } // namespace kv408::simulator

@@ -4,8 +4,8 @@
 
 namespace kv408::simulator {
 
-/// A seeded generator of random numbers that gives the same sequence on every platform: only
-/// integer arithmetic and exact divisions are used.
+/// A seeded generator of random numbers that gives the same sequence on every platform: of the
+/// machine's arithmetic it uses only what rounds alike everywhere.
 class Noise {
 public:
     /// Equal seeds give equal sequences.
@@ -17,7 +17,8 @@ public:
     /// Uniform in 0..1, 1 excluded.
     [[nodiscard]] double uniform();
 
-    /// Nearly normal with mean 0 and standard deviation 1, never beyond 6.
+    /// Normal with mean 0 and standard deviation 1: up to 4 standard deviations as many lie beyond as
+    /// should, within 5 %; none lies beyond 9.
     [[nodiscard]] double gaussian();
 
 private:

@@ -54,6 +54,7 @@ MainWindow::MainWindow(Scope& scope, const Dialogs& dialogs)
     resize(sizeHint().boundedTo(room).expandedTo(minimumSizeHint()));
     take_plot_drags(plot(), driver_);
     screen_->add_references(scope.tools().references(), driver_);
+    screen_->add_clipping_marks(scope.tools().readouts().controls());
     listen_to_settings();
     follow(scope.calibration_form(), *this, plot(), driver_);
     scope.help().on_topic([] { return manual_topic(QApplication::focusWidget()); });

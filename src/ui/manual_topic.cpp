@@ -31,6 +31,7 @@ constexpr std::array windows = {
     Topic(u"frmDensity", "density"),
     Topic(u"frmHistogram", "density"),
     Topic(u"frmJitter", "eye"),
+    Topic(u"frmReadouts", "readouts"),
 };
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include <QMenu>
 
+#include "scope/single_sweep.h"
 #include "scope/tools.h"
 #include "ui/bind.h"
 #include "ui/references_menu.h"
@@ -41,9 +42,20 @@ QMenu& add_sub_menu(QMenu& menu, const QString& title) {
     return *sub;
 }
 
+void fill_sweep_menu(QMenu& menu, ScopeDriver& driver) {
+    menu.setAccessibleName(u"Sweep"_s);
+    SweepControls& controls = driver.single().controls();
+    add(menu, controls.mnustart, driver, {u"&Start"_s, u"Starts sweeping"_s});
+    add(menu, controls.mnustop, driver, {u"S&top"_s, u"Stops sweeping"_s});
+    add(menu, controls.mnusingle, driver,
+        {u"Si&ngle"_s, u"Starts, and stops after one whole new sweep of each channel"_s});
+}
+
 void fill_tools(QMenu& tools, ScopeDriver& driver) {
     FrontPanel& panel = driver.panel();
     fill_undo_menu(tools, driver);
+    tools.addSeparator();
+    fill_sweep_menu(add_sub_menu(tools, u"S&weep"_s), driver);
     tools.addSeparator();
     add(tools, panel.mnuexport, driver,
         {u"&Export..."_s, u"Saves the sweep that is shown to a file"_s, QKeySequence(u"Ctrl+E"_s)});
@@ -58,6 +70,8 @@ void fill_tools(QMenu& tools, ScopeDriver& driver) {
         {u"&Histogram"_s, u"Shows how the hits of a part of the plot spread"_s});
     add(tools, driver.tools().jitter().controls().mnujitter, driver,
         {u"&Jitter"_s, u"Shows by how much the time of an edge varies"_s});
+    add(tools, driver.tools().readouts().controls().mnureadouts, driver,
+        {u"Read-ou&ts"_s, u"Shows what the time cursors tell, and what clips"_s});
     add(tools, panel.mnuremote, driver,
         {u"Remote &Control..."_s, u"Lets other programs operate this one (SCPI)"_s});
 }

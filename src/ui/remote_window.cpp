@@ -167,8 +167,8 @@ void RemoteInWindow::lock(bool locked) {
             button->setEnabled(!locked);
         }
     }
-    for (const QString& name :
-         {u"loadconfig"_s, u"mnucalibration"_s, u"cmdcaloofset"_s, u"mnusettings"_s}) {
+    for (const QString& name : {u"loadconfig"_s, u"mnucalibration"_s, u"cmdcaloofset"_s,
+                                u"mnusettings"_s, u"mnustart"_s, u"mnusingle"_s}) {
         if (auto* const entry = owner_.findChild<QAction*>(name)) {
             entry->setEnabled(!locked);
         }

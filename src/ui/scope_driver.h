@@ -57,6 +57,9 @@ public:
     /// Undo and Redo.
     [[nodiscard]] Undo& undo() { return scope_.undo(); }
 
+    /// Single sweeps.
+    [[nodiscard]] SingleSweep& single() { return scope_.single(); }
+
     /// Dragging on and around the plot.
     [[nodiscard]] PlotMouse& plot_mouse() { return scope_.plot_mouse(); }
 

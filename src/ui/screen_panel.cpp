@@ -15,6 +15,7 @@
 #include "ui/colours.h"
 #include "ui/lengths.h"
 #include "ui/marker.h"
+#include "ui/plate.h"
 #include "ui/results_panel.h"
 #include "ui/screen_header.h"
 #include "ui/screen_label.h"
@@ -46,21 +47,6 @@ QLabel* make_heading(QWidget* parent, const QString& text, QWidget& read_out) {
     return caption;
 }
 
-/// A read-out on a translucent plate.
-class Plate : public QLabel {
-public:
-    explicit Plate(QWidget* parent) : QLabel(parent) {
-        let_paint_itself(*this);
-        setContentsMargins(6, 1, 6, 1);
-    }
-
-protected:
-    void paintEvent(QPaintEvent* event) override {
-        fill_plate(*this);
-        QLabel::paintEvent(event);
-    }
-};
-
 } // namespace
 
 ScreenPanel::ScreenPanel(ScaledPicture picture, FrontPanel& panel, QWidget* parent)
@@ -77,6 +63,12 @@ ScreenPanel::ScreenPanel(ScaledPicture picture, FrontPanel& panel, QWidget* pare
 
 void ScreenPanel::add_references(ReferenceMenu& references, ScopeDriver& driver) {
     references_ = new ReferencePlates(plot_, references, driver);
+}
+
+void ScreenPanel::add_clipping_marks(ReadoutsControls& controls) {
+    for (const auto edge : {ClippingMarks::Edge::upper, ClippingMarks::Edge::lower}) {
+        clipping_marks_.push_back(new ClippingMarks(plot_, controls, edge));
+    }
 }
 
 QWidget* ScreenPanel::make_footer(FrontPanel& panel) {
@@ -197,6 +189,9 @@ void ScreenPanel::grow_texts(double growth) {
             texts->setFont(grown);
         }
     }
+    for (ClippingMarks* const marks : clipping_marks_) {
+        marks->setFont(grown);
+    }
 }
 
 int ScreenPanel::lines_around(const PlotScale& scale, qreal ratio) const {
@@ -312,6 +307,9 @@ void ScreenPanel::place_parts(const RowHeights& heights) {
     cursor_numbers_->fit();
     if (references_ != nullptr) {
         references_->fit();
+    }
+    for (ClippingMarks* const marks : clipping_marks_) {
+        marks->fit();
     }
     for (const QWidget* row : {footer_, results_}) {
         row->layout()->setContentsMargins(left, 0, right, 0);

@@ -8,6 +8,7 @@
 #include <QWidget>
 
 #include "panel/front_panel.h"
+#include "ui/clipping_marks.h"
 #include "ui/cursor_numbers.h"
 #include "ui/plot_widget.h"
 #include "ui/reference_plates.h"
@@ -28,6 +29,9 @@ public:
 
     /// Shows on the plot what `references` are there.
     void add_references(ReferenceMenu& references, ScopeDriver& driver);
+
+    /// Shows at the plot's edges what leaves the instrument's scale there.
+    void add_clipping_marks(ReadoutsControls& controls);
 
     /// Puts the numbers of the cursors to the lines that `cursors` shows.
     void show_cursors(const CursorState& cursors) { cursor_numbers_->show(cursors); }
@@ -93,6 +97,7 @@ private:
     QWidget* results_;
     QWidget* cursor_read_outs_;
     ReferencePlates* references_ = nullptr; ///< once they have been added
+    std::vector<ClippingMarks*> clipping_marks_;
     std::optional<CursorNumbers> cursor_numbers_;
     double growth_ = 1.0; ///< of the texts, 1 to 2
     qreal ratio_ = 0.0;   ///< device pixels per unit that the plot was last fitted for

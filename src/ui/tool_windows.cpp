@@ -7,6 +7,7 @@
 #include "ui/export_window.h"
 #include "ui/histogram_window.h"
 #include "ui/jitter_window.h"
+#include "ui/readouts_window.h"
 #include "ui/record_window.h"
 #include "ui/statistics_window.h"
 #include "ui/tool_widgets.h"
@@ -41,6 +42,7 @@ ToolWindows::ToolWindows(Tools& tools, ScopeDriver& driver, QWidget& owner, cons
     tools.density().on_show([this] { show_density(); });
     tools.histogram().on_show([this] { show_histogram(); });
     tools.jitter().on_show([this] { show_jitter(); });
+    tools.readouts().on_show([this] { show_readouts(); });
 }
 
 ToolWindows::~ToolWindows() {
@@ -50,6 +52,7 @@ ToolWindows::~ToolWindows() {
     tools_.density().on_show({});
     tools_.histogram().on_show({});
     tools_.jitter().on_show({});
+    tools_.readouts().on_show({});
 }
 
 void ToolWindows::show_export() {
@@ -98,9 +101,17 @@ void ToolWindows::show_jitter() {
     present_beside(*jitter_, owner_, plot_);
 }
 
+void ToolWindows::show_readouts() {
+    if (!readouts_) {
+        readouts_ = new ReadoutsWindow(tools_.readouts(), driver_, &owner_);
+    }
+    present_beside(*readouts_, owner_, plot_);
+}
+
 void ToolWindows::close() {
-    for (QWidget* const window : {export_.data(), recording_.data(), statistics_.data(),
-                                  density_.data(), histogram_.data(), jitter_.data()}) {
+    for (QWidget* const window :
+         {export_.data(), recording_.data(), statistics_.data(), density_.data(), histogram_.data(),
+          jitter_.data(), readouts_.data()}) {
         if (window != nullptr) {
             window->hide();
         }

@@ -32,6 +32,7 @@ private:
     void show_density();
     void show_histogram();
     void show_jitter();
+    void show_readouts();
 
     Tools& tools_;
     ScopeDriver& driver_;
@@ -44,6 +45,7 @@ private:
     QPointer<QWidget> density_;
     QPointer<QWidget> histogram_;
     QPointer<QWidget> jitter_;
+    QPointer<QWidget> readouts_;
 };
 
 } // namespace kv408::ui

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <random>
 
 #include "display/density_layers.h"
 #include "display/picture_scene.h"
@@ -191,6 +192,42 @@ TEST(Density, SweepBySweepItIsWhatCountingAnewGives) {
     const Surface grown = scene.picture.surface();
     scene.show(); // counts anew
     EXPECT_TRUE(std::ranges::equal(grown.pixels(), scene.picture.surface().pixels()));
+}
+
+TEST(Density, WithEachSweepThePictureIsTheOneDrawnAnew) {
+    for (const double factor : {1.0, 1.37}) {
+        DensityScene grown;
+        DensityScene anew;
+        std::minstd_rand random(5);
+        for (DensityScene* const scene : {&grown, &anew}) {
+            scene->picture.set_scale(PlotScale(factor));
+            scene->panel.gridenable.put_checked(true);
+            scene->picture.makegrid();
+            scene->show();
+        }
+        for (int sweep = 0; sweep < 60; ++sweep) {
+            // Of few codes, so that it is their bands' ends that move most of the time.
+            std::vector<std::int16_t> codes = grown.flat(0);
+            for (std::int16_t& code : codes) {
+                code = static_cast<std::int16_t>(2000 + random() % (sweep < 30 ? 12 : 60));
+            }
+            const auto times = static_cast<std::uint32_t>(1 + random() % 3);
+            for (DensityScene* const scene : {&grown, &anew}) {
+                scene->count(codes, times);
+                scene->set_row(ch1, 1 + sweep, 300);
+                scene->refresh_all();
+                if (sweep % 3 != 1) {
+                    scene->picture.draw(draw_flags::all);
+                }
+            }
+            anew.show();
+            if (sweep % 3 != 1) {
+                ASSERT_TRUE(std::ranges::equal(grown.picture.surface().pixels(),
+                                               anew.picture.surface().pixels()))
+                    << factor << ", sweep " << sweep;
+            }
+        }
+    }
 }
 
 TEST(Density, FollowsThePanelWithoutLosingWhatWasCollected) {

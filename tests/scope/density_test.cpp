@@ -173,7 +173,7 @@ TEST(DensityOfTheProgram, AChannelThatIsOffCollectsNothing) {
     program.dialog().refresh();
     EXPECT_NE(program.dialog().collected(ch1), nullptr);
     EXPECT_EQ(program.dialog().collected(ch2), nullptr);
-    EXPECT_EQ(program.controls().state[ch2].caption(), "CH2: no sweep yet");
+    EXPECT_EQ(program.controls().state[ch2].caption(), "CH2: no sweep yet, the channel is off");
 }
 
 TEST(DensityOfTheProgram, IsSavedWithItsAxes) {

@@ -62,6 +62,23 @@ TEST(Noise, UniformAndGaussianHaveTheirMoments) {
     EXPECT_NEAR(beyond_two / 100000.0, 0.0455, 0.004); // of a normal distribution
 }
 
+// Random jitter is told from how fast its tails fall off.
+TEST(Noise, GaussianHasTheTailsOfANormalDistribution) {
+    constexpr int draws = 4000000;
+    Noise noise(5);
+    std::array<int, 3> beyond{}; // three, three and a half and four standard deviations
+    for (int draw = 0; draw < draws; ++draw) {
+        const double far = std::abs(noise.gaussian());
+        for (std::size_t limit = 0; limit < beyond.size(); ++limit) {
+            beyond[limit] += far > 3.0 + 0.5 * static_cast<double>(limit) ? 1 : 0;
+        }
+    }
+    // As tables of the normal distribution have them; the last two stand on some 1900 and 250 draws.
+    EXPECT_NEAR(beyond[0] / (draws * 2.69980e-3), 1.0, 0.04);
+    EXPECT_NEAR(beyond[1] / (draws * 4.65258e-4), 1.0, 0.1);
+    EXPECT_NEAR(beyond[2] / (draws * 6.33425e-5), 1.0, 0.25);
+}
+
 class SweepNoise : public BenchDriver {
 protected:
     SweepNoise() {

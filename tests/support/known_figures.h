@@ -94,6 +94,27 @@ inline std::vector<KnownFigure> edge_figures(CollectingProgram& program, double 
     };
 }
 
+/// Of an edge with random jitter alone, the dual-Dirac parts after as many sweeps as they ask for.
+inline std::vector<KnownFigure> random_figures(CollectingProgram& program, double sampler_codes) {
+    const auto wanted = jitter_of(program.after(300), {});
+    const auto sweeps = wanted ? static_cast<std::uint64_t>(wanted->parts_wanted) + 1 : 0;
+    const auto jitter = jitter_of(program.after(sweeps), {});
+    const Told<DualDirac> parts = jitter ? jitter->parts : Told<DualDirac>(jitter.why());
+    const double random = program.signal().jitter_ps;
+    const double atten = program.after(1).with.conversion.atten;
+    const double noise = noise_mv(program.signal(), atten, sampler_codes) / slope(program.signal());
+    return {
+        {"crossing times, sigma", std::hypot(random, noise),
+         part_of(jitter, [](const Jitter& found) { return found.times.sigma; }),
+         0.02 * std::hypot(random, noise), "ps"},
+        {"random part", random, part_of(parts, [](const DualDirac& one) { return one.random; }),
+         0.1 * random, "ps"},
+        {"total jitter at 1e-12", 14.069 * random,
+         part_of(parts, [](const DualDirac& one) { return one.total(told_error_ratio); }),
+         0.1 * 14.069 * random, "ps"},
+    };
+}
+
 inline std::vector<KnownFigure> eye_figures(CollectingProgram& program, double sampler_codes) {
     const auto eye = after_wanted(program, [](const Collected& all) { return eye_of(all, {}); });
     const simulator::Source& signal = program.signal();
@@ -222,6 +243,9 @@ inline std::vector<FigureCase> figure_cases() {
         {"the same on an inverted channel, 2ns/div",
          {.change = square, .time_base = "2ns/div", .delay = "70000", .inverted = true},
          edge},
+        {"the dual-Dirac parts of that edge, 2ns/div",
+         {.change = square, .time_base = "2ns/div", .delay = "70000"},
+         [](CollectingProgram& program) { return known::random_figures(program, 1.0); }},
         {"Eye, clean, 20ns/div", {}, eye},
         {"Eye, with jitter and noise, 20ns/div",
          {.connection = TestConnection::eye_jitter_noise},

@@ -64,6 +64,7 @@ private Q_SLOTS:
     void exporting() { show_export(gallery_); }
     void recording() { show_recording(gallery_); }
     void remote() { show_remote(gallery_); }
+    void readouts() { show_readouts(gallery_); }
     void they_are_those_of_the_manual();
 };
 

@@ -30,5 +30,6 @@ void show_messages(Gallery& gallery);
 void show_export(Gallery& gallery);
 void show_recording(Gallery& gallery);
 void show_remote(Gallery& gallery);
+void show_readouts(Gallery& gallery);
 
 } // namespace kv408::ui

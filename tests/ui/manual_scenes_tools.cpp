@@ -57,4 +57,19 @@ void show_remote(Gallery& gallery) {
     gallery.add(u"remote"_s, tool_window(on, "frmRemote"));
 }
 
+void show_readouts(Gallery& gallery) {
+    SteadyProgram on;
+    on.start_sweeping();
+    on.act([&] {
+        on.panel().tabstrip3.select(2);
+        ReadoutsControls& controls = on.program.scope().tools().readouts().controls();
+        controls.mnureadouts.click();
+        controls.chkClippingMark.press(true);
+    });
+    on.simulation.bench().sources[0].amplitude_mvpp = 2400.0; // beyond +-1.02 V
+    on.ticks(20);
+    gallery.add(u"readouts"_s, tool_window(on, "frmReadouts"));
+    gallery.add(u"clipping"_s, *on.window().findChild<QWidget*>(u"Picture1"_s));
+}
+
 } // namespace kv408::ui

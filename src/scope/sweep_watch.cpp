@@ -1,6 +1,8 @@
-#include "remote/sweep_watch.h"
+#include "scope/sweep_watch.h"
 
 #include <algorithm>
+
+#include "scope/parts.h"
 
 namespace kv408 {
 namespace {

@@ -6,9 +6,11 @@
 #include <string>
 #include <vector>
 
-#include "scope/parts.h"
+#include "state/sweep.h"
 
 namespace kv408 {
+
+struct Parts;
 
 /// Watches for the sweep that is taken with the set-up as it is: after a change of it, until each
 /// channel that is on has come whole with it, something is pending while the instrument sweeps.

@@ -1,0 +1,79 @@
+#include "ui/readouts_window.h"
+
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+#include "ui/lengths.h"
+#include "ui/panel_frame.h"
+#include "ui/tool_widgets.h"
+#include "ui/widget_maker.h"
+
+namespace kv408::ui {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+} // namespace
+
+ReadoutsWindow::ReadoutsWindow(ReadoutsDialog& dialog, ScopeDriver& driver, QWidget* owner)
+    : QDialog(owner), dialog_(dialog), driver_(driver) {
+    setObjectName(u"frmReadouts"_s);
+    setWindowTitle(u"Kv408 - Tarvo  Read-outs"_s);
+    QVBoxLayout* const layout = make_window_layout(*this);
+    layout->addWidget(make_values(), 1);
+    layout->addWidget(make_clipping());
+    auto* const ending = new QHBoxLayout;
+    ending->addStretch();
+    ending->addWidget(make_plain_button(*this, u"cmdReadoutsClose"_s, u"C&lose"_s,
+                                        {u"Close"_s, u"Closes the window"_s},
+                                        [this] { reject(); }));
+    layout->addLayout(ending);
+}
+
+QWidget* ReadoutsWindow::make_values() {
+    constexpr int least_width = 430; // for the longest reason
+    auto* const frame = new PanelFrame(u"Time cursors"_s);
+    frame->setMinimumWidth(least_width);
+    WidgetMaker make(frame, driver_);
+    ReadoutsControls& controls = dialog_.controls();
+    auto* const grid = new QGridLayout(frame);
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->setHorizontalSpacing(2 * window_gap);
+    grid->addWidget(make.label(controls.lblReadoutsNames,
+                               {u"Names of the read-outs"_s, u"What stands beside them"_s}),
+                    0, 0, Qt::AlignTop);
+    grid->addWidget(
+        make.label(controls.lblReadoutsValues,
+                   {u"Read-outs"_s, u"Time and frequency between the time cursors, and the "
+                                    u"voltages where these cross the traces"_s}),
+        0, 1, Qt::AlignTop);
+    grid->setColumnStretch(1, 1);
+    grid->setRowStretch(1, 1);
+    return frame;
+}
+
+QWidget* ReadoutsWindow::make_clipping() {
+    auto* const frame = new PanelFrame(u"Clipping"_s);
+    WidgetMaker make(frame, driver_);
+    ReadoutsControls& controls = dialog_.controls();
+    auto* const column = new QVBoxLayout(frame);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->addWidget(make.check(controls.chkClippingMark, u"&Mark at the plot's edge"_s,
+                                 {u"Mark clipping"_s,
+                                  u"Says at the upper and lower edge of the plot which channel "
+                                  u"leaves the instrument's scale there"_s}));
+    QLabel* const told =
+        make_told(make, controls.lblReadoutsClipping,
+                  {u"Clipping"_s, u"Which channels leave the instrument's scale"_s});
+    told->setTextInteractionFlags(Qt::NoTextInteraction);
+    column->addWidget(told);
+    return frame;
+}
+
+void ReadoutsWindow::reject() {
+    driver_.act([this] { dialog_.close(); });
+    QDialog::reject();
+}
+
+} // namespace kv408::ui
