@@ -16,6 +16,7 @@ constexpr const char* built_in = "Built in: Qt 6 (GNU LGPL version 3), "
                                  "libserialport (GNU LGPL version 3), "
 #endif
                                  "Asio (Boost Software License 1.0), "
+                                 "KissFFT (copyright Mark Borgerding, BSD 3-Clause License), "
                                  "the C++ run-time library of GCC (GNU GPL version 3 with the GCC "
                                  "Runtime Library Exception)";
 

@@ -22,7 +22,7 @@ Tools::Tools(FrontPanel& panel, const Sweeps& sweeps, const Shown& shown, const 
           }),
       statistics_(statistics_host(host)), density_(panel, dialog_host(host), density_plot()),
       histogram_(density_, host.clock, histogram_plot()), jitter_(density_, host.clock),
-      readouts_(shown.readouts, host.clock) {
+      readouts_(shown.readouts, host.clock), spectrum_(panel, host.clock) {
     for (Button* const entry : {&panel.mnuexport, &panel.exportdata}) {
         entry->on_click([this] { export_dialog_.open(places_.documents); });
     }
@@ -31,6 +31,8 @@ Tools::Tools(FrontPanel& panel, const Sweeps& sweeps, const Shown& shown, const 
     panel.mnudensity.on_click([this] { density_.open(); });
     histogram_.controls().mnuhistogram.on_click([this] { histogram_.open(); });
     jitter_.controls().mnujitter.on_click([this] { jitter_.open(); });
+    spectrum_.controls().mnuspectrum.on_click(
+        [this, &sweeps] { spectrum_.open(sweeps.last_complete()); });
 }
 
 ExportOrigin Tools::origin() const {
@@ -102,6 +104,7 @@ HistogramDialog::Plot Tools::histogram_plot() {
 
 void Tools::sweep_complete(const std::shared_ptr<const Sweep>& sweep) {
     record_dialog_.take(*sweep);
+    spectrum_.take(sweep);
     if (export_dialog_.is_open()) {
         export_dialog_.show_sweep();
     }

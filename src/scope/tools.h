@@ -12,6 +12,7 @@
 #include "export/readouts_dialog.h"
 #include "export/record_dialog.h"
 #include "export/reference_menu.h"
+#include "export/spectrum_dialog.h"
 #include "export/statistics_dialog.h"
 #include "host/places.h"
 #include "panel/front_panel.h"
@@ -74,6 +75,10 @@ public:
     [[nodiscard]] ReadoutsDialog& readouts() { return readouts_; }
     [[nodiscard]] const ReadoutsDialog& readouts() const { return readouts_; }
 
+    /// The spectrum window.
+    [[nodiscard]] SpectrumDialog& spectrum() { return spectrum_; }
+    [[nodiscard]] const SpectrumDialog& spectrum() const { return spectrum_; }
+
     /// Hands what has come with `sweep` to those tools that count each channel by itself.
     void sweep_finished(const Sweep& sweep) { density_.sweep_finished(sweep); }
 
@@ -91,6 +96,7 @@ public:
         histogram_.tick_over();
         jitter_.tick_over();
         readouts_.tick_over();
+        spectrum_.tick_over();
     }
 
 private:
@@ -110,6 +116,7 @@ private:
     HistogramDialog histogram_;
     JitterDialog jitter_;
     ReadoutsDialog readouts_;
+    SpectrumDialog spectrum_;
 };
 
 } // namespace kv408

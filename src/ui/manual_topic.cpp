@@ -32,6 +32,7 @@ constexpr std::array windows = {
     Topic(u"frmHistogram", "density"),
     Topic(u"frmJitter", "eye"),
     Topic(u"frmReadouts", "readouts"),
+    Topic(u"frmSpectrum", "spectrum"),
 };
 
 } // namespace

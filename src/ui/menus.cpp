@@ -72,6 +72,8 @@ void fill_tools(QMenu& tools, ScopeDriver& driver) {
         {u"&Jitter"_s, u"Shows by how much the time of an edge varies"_s});
     add(tools, driver.tools().readouts().controls().mnureadouts, driver,
         {u"Read-ou&ts"_s, u"Shows what the time cursors tell, and what clips"_s});
+    add(tools, driver.tools().spectrum().controls().mnuspectrum, driver,
+        {u"Spectr&um"_s, u"Shows what sines the sweeps are made of"_s});
     add(tools, panel.mnuremote, driver,
         {u"Remote &Control..."_s, u"Lets other programs operate this one (SCPI)"_s});
 }

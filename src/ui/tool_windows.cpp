@@ -9,6 +9,7 @@
 #include "ui/jitter_window.h"
 #include "ui/readouts_window.h"
 #include "ui/record_window.h"
+#include "ui/spectrum_window.h"
 #include "ui/statistics_window.h"
 #include "ui/tool_widgets.h"
 
@@ -43,6 +44,7 @@ ToolWindows::ToolWindows(Tools& tools, ScopeDriver& driver, QWidget& owner, cons
     tools.histogram().on_show([this] { show_histogram(); });
     tools.jitter().on_show([this] { show_jitter(); });
     tools.readouts().on_show([this] { show_readouts(); });
+    tools.spectrum().on_show([this] { show_spectrum(); });
 }
 
 ToolWindows::~ToolWindows() {
@@ -53,6 +55,7 @@ ToolWindows::~ToolWindows() {
     tools_.histogram().on_show({});
     tools_.jitter().on_show({});
     tools_.readouts().on_show({});
+    tools_.spectrum().on_show({});
 }
 
 void ToolWindows::show_export() {
@@ -108,10 +111,17 @@ void ToolWindows::show_readouts() {
     present_beside(*readouts_, owner_, plot_);
 }
 
+void ToolWindows::show_spectrum() {
+    if (!spectrum_) {
+        spectrum_ = new SpectrumWindow(tools_.spectrum(), driver_, &owner_);
+    }
+    present_beside(*spectrum_, owner_, plot_);
+}
+
 void ToolWindows::close() {
     for (QWidget* const window :
          {export_.data(), recording_.data(), statistics_.data(), density_.data(), histogram_.data(),
-          jitter_.data(), readouts_.data()}) {
+          jitter_.data(), readouts_.data(), spectrum_.data()}) {
         if (window != nullptr) {
             window->hide();
         }

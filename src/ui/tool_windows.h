@@ -33,6 +33,7 @@ private:
     void show_histogram();
     void show_jitter();
     void show_readouts();
+    void show_spectrum();
 
     Tools& tools_;
     ScopeDriver& driver_;
@@ -46,6 +47,7 @@ private:
     QPointer<QWidget> histogram_;
     QPointer<QWidget> jitter_;
     QPointer<QWidget> readouts_;
+    QPointer<QWidget> spectrum_;
 };
 
 } // namespace kv408::ui

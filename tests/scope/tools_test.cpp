@@ -124,6 +124,7 @@ TEST(Help, AboutTellsVersionLicencesAndPaths) {
     EXPECT_EQ(about.text, "Kv408 1.6.0");
     for (const char* const told :
          {"Licence: MIT", "Qt 6 (GNU LGPL version 3)", "Asio (Boost Software License 1.0)",
+          "KissFFT (copyright Mark Borgerding, BSD 3-Clause License)",
           "Settings: /home/me/.config/kv408\n", "Manual: /usr/share/doc/kv408/manual/index.html"}) {
         EXPECT_NE(about.informative.find(told), std::string::npos) << told;
     }

@@ -65,6 +65,7 @@ private Q_SLOTS:
     void recording() { show_recording(gallery_); }
     void remote() { show_remote(gallery_); }
     void readouts() { show_readouts(gallery_); }
+    void spectrum() { show_spectrum(gallery_); }
     void they_are_those_of_the_manual();
 };
 

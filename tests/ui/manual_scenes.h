@@ -31,5 +31,6 @@ void show_export(Gallery& gallery);
 void show_recording(Gallery& gallery);
 void show_remote(Gallery& gallery);
 void show_readouts(Gallery& gallery);
+void show_spectrum(Gallery& gallery);
 
 } // namespace kv408::ui

@@ -72,4 +72,18 @@ void show_readouts(Gallery& gallery) {
     gallery.add(u"clipping"_s, *on.window().findChild<QWidget*>(u"Picture1"_s));
 }
 
+void show_spectrum(Gallery& gallery) {
+    SteadyProgram on;
+    on.start_sweeping();
+    on.choose(on.panel().seltimediv, "50ns/div");
+    on.act([&] {
+        SpectrumControls& controls = on.program.scope().tools().spectrum().controls();
+        controls.mnuspectrum.click();
+        controls.cmbSpectrumChannel.set_index(1);
+        controls.cmbSpectrumHold.set_index(1);
+    });
+    on.ticks(60);
+    gallery.add(u"spectrum"_s, tool_window(on, "frmSpectrum"));
+}
+
 } // namespace kv408::ui

@@ -32,8 +32,8 @@ QString manual_text() {
     QString text;
     for (const QString& name :
          {u"window"_s, u"first-picture"_s, u"trigger"_s, u"delays"_s, u"cursors"_s, u"readouts"_s,
-          u"measurements"_s, u"references"_s, u"statistics"_s, u"density"_s, u"eye"_s,
-          u"calibration"_s, u"settings"_s, u"export"_s, u"record"_s, u"automation"_s}) {
+          u"spectrum"_s, u"measurements"_s, u"references"_s, u"statistics"_s, u"density"_s,
+          u"eye"_s, u"calibration"_s, u"settings"_s, u"export"_s, u"record"_s, u"automation"_s}) {
         text += page(name);
     }
     text.remove(u"**"_s).remove(u'`').remove(u'\\');
@@ -137,6 +137,8 @@ void open(ProgramOnBench& on, const QString& window) {
             on.panel().mnudensity.click();
         } else if (window == u"histogram"_s) {
             on.program.scope().tools().histogram().controls().mnuhistogram.click();
+        } else if (window == u"spectrum"_s) {
+            on.program.scope().tools().spectrum().controls().mnuspectrum.click();
         } else if (window == u"jitter"_s) {
             on.program.scope().tools().jitter().controls().mnujitter.click();
         } else if (window == u"readouts"_s) {
@@ -160,7 +162,7 @@ void ManualTextTest::captions_are_told_of_data() {
     QTest::addColumn<QString>("window");
     for (const char* const window :
          {"main", "calibration", "settings", "export", "record", "statistics", "density",
-          "histogram", "jitter", "readouts", "remote", "bench"}) {
+          "histogram", "jitter", "readouts", "spectrum", "remote", "bench"}) {
         QTest::newRow(window) << QString::fromLatin1(window);
     }
 }
@@ -186,6 +188,8 @@ void ManualTextTest::captions_are_told_of() {
         top = on.widget("frmDensity");
     } else if (window == u"histogram"_s) {
         top = on.widget("frmHistogram");
+    } else if (window == u"spectrum"_s) {
+        top = on.widget("frmSpectrum");
     } else if (window == u"jitter"_s) {
         top = on.widget("frmJitter");
     } else if (window == u"readouts"_s) {

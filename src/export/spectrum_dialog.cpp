@@ -1,0 +1,228 @@
+#include "export/spectrum_dialog.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "export/number_text.h"
+#include "measure/clipping.h"
+#include "state/engineering_format.h"
+#include "state/rounding.h"
+
+namespace kv408 {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// Between two updates of the window.
+constexpr std::chrono::nanoseconds between_spectra = 200ms;
+constexpr int told_digits = 5;
+
+std::string hertz_text(double hertz) {
+    std::string text = engformat(hertz, told_digits);
+    return text.append("Hz");
+}
+
+/// `decibels` with two digits behind the point.
+std::string decibels_text(double decibels, std::string_view unit) {
+    constexpr double hundredths = 100.0;
+    std::string text = number_text(std::round(decibels * hundredths) / hundredths);
+    return text.append(" ").append(unit);
+}
+
+} // namespace
+
+SpectrumDialog::SpectrumDialog(const FrontPanel& panel, const Clock& clock)
+    : panel_(panel), clock_(clock) {
+    controls_.cmbSpectrumChannel.set_entries({"CH1", "CH2"});
+    controls_.cmbSpectrumWindow.set_entries({window_names.begin(), window_names.end()});
+    controls_.cmbSpectrumUnit.set_entries({"dBV", "dBm in 50 Ohm"});
+    controls_.cmbSpectrumHold.set_entries({"Last sweep", "Mean of sweeps", "Highest of sweeps"});
+    for (ListBox* const list : {&controls_.cmbSpectrumChannel, &controls_.cmbSpectrumWindow,
+                                &controls_.cmbSpectrumUnit, &controls_.cmbSpectrumHold}) {
+        list->set_index(0);
+    }
+    for (ListBox* const list : {&controls_.cmbSpectrumChannel, &controls_.cmbSpectrumWindow}) {
+        list->on_click([this] { begin_anew(); });
+    }
+    for (ListBox* const list : {&controls_.cmbSpectrumUnit, &controls_.cmbSpectrumHold}) {
+        list->on_click([this] { show(); });
+    }
+    controls_.txtSpectrumCount.set_text(std::to_string(history_.kept()));
+    controls_.txtSpectrumCount.on_change([this] { count_typed(); });
+    controls_.chkSpectrumLog.on_click([this] { show(); });
+    controls_.cmdSpectrumClear.on_click([this] { begin_anew(); });
+    show();
+}
+
+void SpectrumDialog::open(const std::shared_ptr<const Sweep>& last) {
+    if (!std::exchange(open_, true)) {
+        last_ = last;
+        begin_anew();
+    }
+    if (present_) {
+        present_();
+    }
+}
+
+void SpectrumDialog::close() {
+    open_ = false;
+    history_.clear();
+    last_.reset();
+    show();
+}
+
+Channel SpectrumDialog::channel() const {
+    return controls_.cmbSpectrumChannel.index() == 1 ? ch2 : ch1;
+}
+
+void SpectrumDialog::begin_anew() {
+    history_.clear();
+    if (open_ && last_) {
+        add(*last_);
+    }
+    show();
+}
+
+void SpectrumDialog::take(const std::shared_ptr<const Sweep>& sweep) {
+    if (open_) {
+        last_ = sweep;
+        add(*sweep);
+        stale_ = true;
+    }
+}
+
+void SpectrumDialog::add(const Sweep& sweep) {
+    const ChannelSweep& part = *sweep.channel.at(channel());
+    if (sweep.came.at(channel()) && part.whole) {
+        const auto window = static_cast<SpectrumWindow>(controls_.cmbSpectrumWindow.index());
+        history_.add(spectrum_of(part.mv, part.time_per_point, window));
+    }
+}
+
+void SpectrumDialog::count_typed() {
+    TextBox& box = controls_.txtSpectrumCount;
+    const auto count = int32_in(box.text());
+    const auto exact = entire_number(box.text());
+    constexpr auto most = static_cast<std::int32_t>(SpectrumHistory::most);
+    const bool told =
+        count && exact && *exact == static_cast<double>(*count) && *count >= 1 && *count <= most;
+    box.set_faulty(!told);
+    if (told) {
+        history_.set_kept(static_cast<std::size_t>(*count));
+        show();
+    }
+}
+
+std::size_t SpectrumDialog::sweeps() const {
+    const bool one = controls_.cmbSpectrumHold.index() == 0;
+    return one ? std::min<std::size_t>(history_.count(), 1) : history_.count();
+}
+
+double SpectrumDialog::level(double power) const {
+    return controls_.cmbSpectrumUnit.index() == 0 ? dbv(power) : dbm(power);
+}
+
+std::string SpectrumDialog::unit() const {
+    return controls_.cmbSpectrumUnit.index() == 0 ? "dBV" : "dBm";
+}
+
+void SpectrumDialog::tick_over() {
+    if (open_ && stale_ && clock_.now() - shown_at_ >= between_spectra) {
+        show();
+    }
+}
+
+void SpectrumDialog::show() {
+    stale_ = false;
+    shown_at_ = clock_.now();
+    shown_ = history_.shown(static_cast<SpectrumHold>(controls_.cmbSpectrumHold.index()));
+    peaks_ = peaks_of(shown_, most_peaks);
+    purity_ = purity_of(shown_);
+    reason_.clear();
+    if (shown_.power.empty()) {
+        reason_ = panel_.channel.at(channel()).enable.checked() ? "No whole sweep has come yet"
+                                                                : "The channel is off";
+    }
+    controls_.txtSpectrumCount.set_enabled(controls_.cmbSpectrumHold.index() != 0);
+    controls_.cmdSpectrumCopy.set_enabled(reason_.empty());
+    controls_.lblSpectrumState.set_caption(state_text());
+    controls_.lblSpectrumPeaks.set_caption(peaks_text());
+    controls_.lblSpectrumPurity.set_caption(purity_text());
+    controls_.lblSpectrumRemark.set_caption(remark_text());
+    if (computed_) {
+        computed_();
+    }
+}
+
+std::string SpectrumDialog::state_text() const {
+    if (!reason_.empty()) {
+        return reason_;
+    }
+    std::string text = std::to_string(sweeps()) + (sweeps() == 1 ? " sweep; " : " sweeps; ");
+    text += "lines " + hertz_text(shown_.step) + " apart, up to the Nyquist limit of ";
+    const double limit = shown_.frequency(static_cast<double>(shown_.power.size() - 1));
+    return text + hertz_text(limit) + "; what the signal has above it is folded in below";
+}
+
+std::string SpectrumDialog::peaks_text() const {
+    std::string text;
+    for (const SpectralPeak& peak : peaks_) {
+        text += text.empty() ? "" : "\n";
+        text += hertz_text(peak.frequency) + "   " + decibels_text(level(peak.power), unit());
+    }
+    return text.empty() && reason_.empty() ? "No peak" : text;
+}
+
+std::string SpectrumDialog::purity_text() const {
+    if (!purity_) {
+        return peaks_.empty() ? std::string()
+                              : "THD and SNR not told: with this window " +
+                                    std::to_string(least_line_of_purity(shown_.window)) +
+                                    " periods have to be on the screen";
+    }
+    constexpr double percent = 100.0;
+    std::string text = "THD ";
+    if (purity_->harmonics < 2) {
+        text += "not told: no harmonic lies below the limit";
+    } else {
+        text += engformat(purity_->distortion * percent, told_digits) + " %, of harmonics 2 to " +
+                std::to_string(purity_->harmonics);
+    }
+    text += "\nSNR ";
+    if (std::isfinite(purity_->signal_to_noise)) {
+        text += decibels_text(dbv(purity_->signal_to_noise), "dB") +
+                ", over all lines but the mean's, the highest peak's and its harmonics'";
+    } else {
+        text += "not told: no line is left over";
+    }
+    return text;
+}
+
+std::string SpectrumDialog::remark_text() const {
+    if (!last_ || !last_->came.at(channel())) {
+        return {};
+    }
+    const ChannelSweep& part = *last_->channel.at(channel());
+    std::string text;
+    if (clipping_of(part) != Clipping{}) {
+        text = "The trace leaves the instrument's scale: it has harmonics that the signal has not.";
+    }
+    if (part.averaged) {
+        text += text.empty() ? "" : "\n";
+        text += "Filter Avg. is on: noise is smaller than the signal's.";
+    }
+    return text;
+}
+
+std::string SpectrumDialog::table() const {
+    std::string text =
+        "Frequency, Hz\t" + controls_.cmbSpectrumChannel.text() + ", " + unit() + '\n';
+    for (std::size_t line = 0; line < shown_.power.size(); ++line) {
+        text += number_text(shown_.frequency(static_cast<double>(line))) + '\t' +
+                number_text(level(shown_.power[line])) + '\n';
+    }
+    return text;
+}
+
+} // namespace kv408

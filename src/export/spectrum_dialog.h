@@ -1,0 +1,121 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/clock.h"
+#include "panel/controls.h"
+#include "panel/front_panel.h"
+#include "spectrum/spectral_lines.h"
+#include "spectrum/spectrum_history.h"
+#include "state/sweep.h"
+
+namespace kv408 {
+
+/// The controls of the spectrum window.
+struct SpectrumControls {
+    Button mnuspectrum{"mnuspectrum"};                ///< Tools: opens it
+    ListBox cmbSpectrumChannel{"cmbSpectrumChannel"}; ///< whose sweeps
+    ListBox cmbSpectrumWindow{"cmbSpectrumWindow"};   ///< in the order of `window_names`
+    ListBox cmbSpectrumUnit{"cmbSpectrumUnit"};       ///< dBV, dBm in 50 ohms
+    ListBox cmbSpectrumHold{"cmbSpectrumHold"};       ///< as `SpectrumHold`
+    TextBox txtSpectrumCount{"txtSpectrumCount"};     ///< sweeps for that, 1..1000
+    CheckBox chkSpectrumLog{"chkSpectrumLog"};        ///< the axis of frequencies is logarithmic
+    Button cmdSpectrumClear{"cmdSpectrumClear"};      ///< begins mean and peak hold anew
+    Button cmdSpectrumCopy{"cmdSpectrumCopy"};        ///< copies lines and levels
+    Label lblSpectrumState{"lblSpectrumState"};       ///< lines, how many sweeps, Nyquist limit
+    Label lblSpectrumPeaks{"lblSpectrumPeaks"};       ///< line by line frequency and level
+    Label lblSpectrumPurity{"lblSpectrumPurity"};     ///< distortion and noise, and of what
+    Label lblSpectrumRemark{"lblSpectrumRemark"};     ///< what falsifies them
+};
+
+/// The spectrum window `frmSpectrum`: what sines a channel's sweeps are made of. It takes sweeps
+/// only while it is open.
+class SpectrumDialog {
+public:
+    /// How many peaks are told.
+    static constexpr std::size_t most_peaks = 5;
+
+    /// Watches what `panel` has on; all outlive it.
+    SpectrumDialog(const FrontPanel& panel, const Clock& clock);
+    SpectrumDialog(const SpectrumDialog&) = delete;
+    SpectrumDialog& operator=(const SpectrumDialog&) = delete;
+
+    [[nodiscard]] SpectrumControls& controls() { return controls_; }
+    [[nodiscard]] const SpectrumControls& controls() const { return controls_; }
+
+    /// Opens the window; one that is open already is only brought to the front. `last` is the last
+    /// complete sweep, null without any, with which it begins.
+    void open(const std::shared_ptr<const Sweep>& last);
+    [[nodiscard]] bool is_open() const { return open_; }
+    void close();
+
+    /// A sweep with which every channel that is on has come.
+    void take(const std::shared_ptr<const Sweep>& sweep);
+
+    /// The spectrum as it is shown; without lines where there is none.
+    [[nodiscard]] const Spectrum& spectrum() const { return shown_; }
+
+    /// The highest peaks of it, the highest first.
+    [[nodiscard]] const std::vector<SpectralPeak>& peaks() const { return peaks_; }
+
+    /// Distortion and noise of it; nothing without a peak.
+    [[nodiscard]] const std::optional<Purity>& purity() const { return purity_; }
+
+    /// How many sweeps are in it.
+    [[nodiscard]] std::size_t sweeps() const;
+
+    /// How many sweeps mean and peak hold take at most.
+    [[nodiscard]] std::size_t kept() const { return history_.kept(); }
+
+    /// The level of `power` in the chosen unit, decibels.
+    [[nodiscard]] double level(double power) const;
+
+    /// "dBV" or "dBm".
+    [[nodiscard]] std::string unit() const;
+
+    /// Why there is no spectrum; empty where there is one.
+    [[nodiscard]] const std::string& reason() const { return reason_; }
+
+    /// Frequencies and levels of all lines with headings, separated by tabs.
+    [[nodiscard]] std::string table() const;
+
+    /// Brings the texts up to date, not more often than people read; every tick.
+    void tick_over();
+
+    /// Sets what shows the window and brings it to the front, and what draws the spectrum anew.
+    void on_show(std::function<void()> listener) { present_ = std::move(listener); }
+    void on_computed(std::function<void()> listener) { computed_ = std::move(listener); }
+
+private:
+    [[nodiscard]] Channel channel() const;
+    void begin_anew();
+    void add(const Sweep& sweep);
+    void count_typed();
+    void show();
+    [[nodiscard]] std::string state_text() const;
+    [[nodiscard]] std::string peaks_text() const;
+    [[nodiscard]] std::string purity_text() const;
+    [[nodiscard]] std::string remark_text() const;
+
+    const FrontPanel& panel_;
+    const Clock& clock_;
+    SpectrumControls controls_;
+    SpectrumHistory history_;
+    std::shared_ptr<const Sweep> last_; ///< the last one that was taken
+    Spectrum shown_;
+    std::vector<SpectralPeak> peaks_;
+    std::optional<Purity> purity_;
+    std::string reason_;
+    std::function<void()> present_;
+    std::function<void()> computed_;
+    bool open_ = false;
+    bool stale_ = false; ///< a sweep has come since the texts were made
+    std::chrono::nanoseconds shown_at_{0};
+};
+
+} // namespace kv408
