@@ -1,5 +1,7 @@
 #include "display/density_layers.h"
 
+#include <algorithm>
+
 #include "panel/screen.h"
 
 namespace kv408 {
@@ -62,22 +64,29 @@ void DensityLayers::show(const Looks& looks) {
     }
 }
 
-Tiles DensityLayers::take_changed() {
-    Tiles changed = channels_.front().layer.take_changed();
-    changed.add(channels_.back().layer.take_changed(), {0, plot::width});
-    return changed;
-}
-
 void DensityLayers::change_all() {
     for (Shown& shown : channels_) {
         shown.layer.change_all();
     }
 }
 
-void DensityLayers::paint(const Looks& looks, Surface& surface, const PlotScale& scale,
-                          const Rectangle& units) const {
-    for (const DensityView& view : views(looks)) {
-        view.layer->paint(surface, scale, units, view.colours);
+void DensityLayers::paint_changed(const Looks& looks, Surface& surface, const PlotScale& scale,
+                                  const std::function<void(const Rectangle&)>& painted) {
+    const std::vector<DensityView> shown = views(looks);
+    if (shown.empty()) {
+        return;
+    }
+    Tiles changed = channels_.front().layer.take_changed();
+    changed.add(channels_.back().layer.take_changed(), {0, plot::width});
+    for (int top = 0; top < plot::height; top += Tiles::band_rows) {
+        changed.for_each_row({0, plot::width}, top, [&](const Rectangle& units) {
+            for (const DensityView& view : shown) {
+                view.layer->paint(surface, scale, units, view.colours);
+            }
+            painted({scale.edge(units.left), scale.edge(units.top),
+                     std::min(scale.edge(units.right), scale.width()),
+                     std::min(scale.edge(units.bottom), scale.height())});
+        });
     }
 }
 

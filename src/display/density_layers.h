@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <vector>
@@ -62,14 +63,14 @@ public:
     /// Brings the hits up to date with `looks`.
     void show(const Looks& looks);
 
-    /// As those of DensityLayer, for all layers.
-    [[nodiscard]] Tiles take_changed();
+    /// Lets the next `paint_changed` paint all that has hits.
     void change_all();
 
-    /// Paints those of `units`, a rectangle of units of the plot, that have hits as `looks`, which
-    /// were shown last, onto `surface`.
-    void paint(const Looks& looks, Surface& surface, const PlotScale& scale,
-               const Rectangle& units) const;
+    /// Paints `looks`, which were shown last, onto `surface`, which shows the plot at `scale`:
+    /// what has changed of them since this was called last. Calls `painted` with rectangles of
+    /// pixels that hold all of that.
+    void paint_changed(const Looks& looks, Surface& surface, const PlotScale& scale,
+                       const std::function<void(const Rectangle&)>& painted);
 
     /// What `looks`, which were shown last, look like.
     [[nodiscard]] std::vector<DensityView> views(const Looks& looks) const;

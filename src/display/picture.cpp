@@ -94,22 +94,13 @@ void Picture::draw_backdrop() {
 /// Paints what has changed of the densities onto the grid. Hits only become more until all is drawn
 /// anew, so what is painted covers what was there. Returns columns that hold all of it.
 Columns Picture::paint_densities() {
-    const Tiles changed = densities_.take_changed();
-    int left = scale_.width();
-    int right = 0;
-    for (int top = 0; top < plot::height; top += Tiles::band_rows) {
-        changed.for_each_row({0, plot::width}, top, [&](const Rectangle& units) {
-            densities_.paint(drawn_.densities, grid_, scale_, units);
-            const Rectangle pixels{scale_.edge(units.left), scale_.edge(units.top),
-                                   std::min(scale_.edge(units.right), scale_.width()),
-                                   std::min(scale_.edge(units.bottom), scale_.height())};
-            backdrop_.add(pixels);
-            inked_.add(pixels);
-            left = std::min(left, pixels.left);
-            right = std::max(right, pixels.right);
-        });
-    }
-    return {left, right};
+    Columns columns{scale_.width(), 0};
+    densities_.paint_changed(drawn_.densities, grid_, scale_, [&](const Rectangle& pixels) {
+        backdrop_.add(pixels);
+        inked_.add(pixels);
+        columns = {std::min(columns.left, pixels.left), std::max(columns.right, pixels.right)};
+    });
+    return columns;
 }
 
 void Picture::ClearTrace(Channel channel) {

@@ -128,6 +128,9 @@ public:
     /// Sets what shows the window and brings it to the front.
     void on_show(std::function<void()> listener) { show_ = std::move(listener); }
 
+    /// A log is being written.
+    [[nodiscard]] bool logging() const { return log_ != nullptr; }
+
     /// Sets what updates table and plot. It is not called for each sweep, but soon after it.
     void on_refresh(std::function<void()> listener) { refresh_ = std::move(listener); }
 

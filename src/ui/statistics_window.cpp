@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 
 #include "export/statistics_table.h"
+#include "ui/changing_text.h"
 #include "ui/frame_grid.h"
 #include "ui/lengths.h"
 #include "ui/panel_frame.h"
@@ -39,15 +40,18 @@ StatisticsWindow::StatisticsWindow(StatisticsDialog& dialog, ScopeDriver& driver
                                                  u"outside its limits"_s});
     // It changes with each refresh; text that can be selected is laid out anew far more slowly.
     state->setTextInteractionFlags(Qt::NoTextInteraction);
-    layout->addWidget(state);
-    layout->addWidget(make_told(make, controls.lblStatisticsLog,
-                                {u"Log"_s, u"Where the log lies, and how far it is"_s}));
+    layout->addWidget(new ChangingText(state));
+    QLabel* const log = make_told(make, controls.lblStatisticsLog,
+                                  {u"Log"_s, u"Where the log lies, and how far it is"_s});
+    const auto selectable = log->textInteractionFlags();
+    layout->addWidget(new ChangingText(log));
     layout->addLayout(make_ending());
     controls.cmdStatisticsCopy.on_click([&dialog] {
         QGuiApplication::clipboard()->setText(
             QString::fromStdString(statistics_table(dialog.statistics())));
     });
-    dialog.on_refresh([this] {
+    dialog.on_refresh([this, log, selectable] {
+        log->setTextInteractionFlags(dialog_.logging() ? Qt::NoTextInteraction : selectable);
         grid_->refresh();
         plot_->update();
     });

@@ -45,6 +45,7 @@ TrendPlot::TrendPlot(const StatisticsDialog& dialog, QWidget* parent)
     : QWidget(parent), dialog_(dialog) {
     setObjectName(u"picStatisticsTrend"_s);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    setAttribute(Qt::WA_OpaquePaintEvent); // all of it is painted with each refresh
 }
 
 QSize TrendPlot::sizeHint() const {

@@ -150,7 +150,16 @@ void ToolsTest::statistics_are_shown_chosen_and_copied() {
              QString::fromStdString(statistics_table(on.statistics().statistics())));
     QTest::mouseClick(on.widget("cmdStatisticsReset"), Qt::LeftButton);
     QCOMPARE(grid->item(2, 2)->text(), QString());
-    QVERIFY(on.widget<QLabel>("lblStatisticsState")->text().startsWith(u"0 sweeps since "_s));
+    auto* const state = on.widget<QLabel>("lblStatisticsState");
+    QVERIFY(state->text().startsWith(u"0 sweeps since "_s));
+    // A long text gets its lines, and gives them back.
+    const int one_line = state->height();
+    Label& text = on.statistics().controls().lblStatisticsState;
+    text.set_caption(state->text().repeated(20).toStdString());
+    QTRY_VERIFY(state->height() > one_line);
+    QCOMPARE(state->height(), state->heightForWidth(state->width()));
+    text.set_caption("0 sweeps");
+    QTRY_COMPARE(state->height(), one_line);
 }
 
 void ToolsTest::a_limit_marks_its_value_and_stops_the_sweep() {
