@@ -179,9 +179,11 @@ std::unique_ptr<RecordingTarget> RecordDialog::begin(const std::filesystem::path
     SavedFile begun;
     auto target = std::make_unique<OneRecordingFile>(host_.files, path, false, begun, watched);
     if (begun.status == FileStatus::exists) {
-        if (host_.boxes.show({.text = begun.message,
-                              .buttons = MessageButtons::yes_no,
-                              .icon = MessageIcon::question}) != MessageAnswer::yes) {
+        const MessageAnswer answer = host_.boxes.show({.text = begun.message,
+                                                       .buttons = MessageButtons::yes_no,
+                                                       .icon = MessageIcon::question});
+        // Another press may have begun to write there meanwhile.
+        if (answer != MessageAnswer::yes || recorder_) {
             return nullptr;
         }
         target = std::make_unique<OneRecordingFile>(host_.files, path, true, begun, watched);
@@ -201,8 +203,7 @@ void RecordDialog::cmdRecord_Click() {
     }
     const std::filesystem::path file = path();
     auto target = begin(file);
-    // Another press may have come while the user was asked.
-    if (!target || recorder_) {
+    if (!target) {
         return;
     }
     pace_.emplace(*planned);

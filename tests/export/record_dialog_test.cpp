@@ -158,6 +158,22 @@ TEST(RecordDialog, AFileThatIsThereIsReplacedOnlyWhenTheUserSaysSo) {
     EXPECT_EQ(rig.recorded(), std::vector{1});
 }
 
+TEST(RecordDialog, APressWhileItAsksDoesNotBeginASecondTime) {
+    RecordRig rig;
+    rig.files.replace(rig.file, "mine");
+    rig.boxes.answers = {MessageAnswer::yes, MessageAnswer::yes};
+    rig.boxes.on_show = [&](const Message&) {
+        rig.boxes.on_show = {};
+        rig.controls.cmdRecord.click();
+        rig.sweep(2);
+    };
+    rig.controls.cmdRecord.click();
+    rig.sweep(1);
+    rig.controls.cmdRecordStop.click();
+    rig.finish();
+    EXPECT_EQ(rig.recorded(), (std::vector{1, 2, 3}));
+}
+
 TEST(RecordDialog, WhatCannotBeginOrGoOnIsToldOnceWithPathAndReason) {
     RecordRig rig;
     rig.controls.txtRecordFile.set_text(text_of_path(rig.folder.path() / "gone" / "run.csv"));

@@ -72,6 +72,15 @@ TEST(RecordingText, KeepsItsColumnsWhateverIsOn) {
               std::string::npos);
 }
 
+TEST(RecordingText, FollowsADelayThatIsChangedMeanwhile) {
+    RecordingText text;
+    static_cast<void>(text.lines(exported(block_sweep())));
+    const std::string later = text.lines(exported(block_sweep(64.0)));
+    EXPECT_NE(later.find("# CH2 delay (s): 6.4e-11\n"), std::string::npos);
+    EXPECT_NE(later.find(",0,-0.024,6.4e-11,0.024\n"), std::string::npos);
+    EXPECT_NE(later.find(",3.13e-10,-0.0235,3.77e-10,0.0235\n"), std::string::npos);
+}
+
 TEST(RecordingText, NoLineCrossesAPage) {
     const std::string line(38, 'x');
     EXPECT_EQ(fill_pages(line + '\n', 4096 - 39), line + '\n') << "up to the end of a page";

@@ -1,5 +1,6 @@
 // The files as python3-numpy and sigrok-cli read them.
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstdio>
@@ -13,6 +14,7 @@
 #include "export/export_type.h"
 #include "export/sample_sweep.h"
 #include "export/sigrok_session.h"
+#include "spectrum/spectrum.h"
 #include "support/temporary_folder.h"
 
 namespace kv408 {
@@ -124,6 +126,51 @@ TEST(NumpyReads, AnArrayToTheLastBit) {
     EXPECT_EQ(Exported(block_sweep(64.0)).python(".npy", names),
               "('time1', 'ch1', 'time2', 'ch2') 32 (650,)\n");
     EXPECT_EQ(Exported(pass_sweep()).python(".npy", names), "('time', 'ch2') 16 (640,)\n");
+}
+
+TEST(NumpyReads, NoNumberWhereAChannelHasFewerPoints) {
+    Exported files(block_sweep());
+    files.sweep.channels.back().mv.resize(649);
+    EXPECT_EQ(files.python(".npy", "a = np.load(f); print(a.dtype.names, a.shape, "
+                                   "np.isnan(a[\"ch2\"]).sum(), np.isnan(a[\"time2\"][-1]))"),
+              "('time1', 'ch1', 'time2', 'ch2') (650,) 1 True\n");
+}
+
+// What docs/manual/spectrum.md defines.
+TEST(NumpyReads, WhatItsOwnTransformAgreesWithTheSpectrumOf) {
+    const std::array windows = {
+        std::pair{SpectrumWindow::none, "1 + 0 * t"},
+        std::pair{SpectrumWindow::hann, "0.5 - 0.5 * np.cos(t)"},
+        std::pair{
+            SpectrumWindow::blackman_harris,
+            "0.35875 - 0.48829 * np.cos(t) + 0.14128 * np.cos(2 * t) - 0.01168 * np.cos(3 * t)"},
+        std::pair{SpectrumWindow::flat_top,
+                  "0.21557895 - 0.41663158 * np.cos(t) + 0.277263158 * np.cos(2 * t) - "
+                  "0.083578947 * np.cos(3 * t) + 0.006947368 * np.cos(4 * t)"}};
+    for (const Sweep& sweep : {block_sweep(), pass_sweep()}) {
+        Exported files(sweep);
+        const ExportedChannel& channel = files.sweep.channels.back();
+        for (const auto& [window, weights] : windows) {
+            const Spectrum ours = spectrum_of(channel.mv, channel.interval, window);
+            const std::string text = files.python(
+                ".npy", "a = np.load(f); v = a[\"ch2\"]; n = len(v); t = 2 * np.pi * "
+                        "np.arange(n) / n; w = " +
+                            std::string(weights) +
+                            "; x = np.fft.rfft((v - v.mean()) * w) / w.sum(); p = 2 * abs(x) ** 2; "
+                            "p[-1] /= 2; p[0] = v.mean() ** 2; print(repr(float(1 / (a[\"time\"][1]"
+                            " - a[\"time\"][0]) / n))); [print(repr(float(q))) for q in p]");
+            const auto rows = rows_in(text);
+            ASSERT_EQ(rows.size(), ours.power.size() + 1);
+            EXPECT_NEAR(rows[0][0], ours.step, 1e-9 * ours.step);
+            double highest = 0.0;
+            for (const double power : ours.power) {
+                highest = std::max(highest, power);
+            }
+            for (std::size_t line = 0; line < ours.power.size(); ++line) {
+                EXPECT_NEAR(rows[line + 1][0], ours.power[line], 1e-9 * highest) << line;
+            }
+        }
+    }
 }
 
 TEST(NumpyReads, OurCsvWithItsHeadings) {
