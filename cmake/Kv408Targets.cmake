@@ -61,6 +61,24 @@ function(kv408_library folder)
   endif()
 endfunction()
 
+# kv408_header_library(<folder> <header>...): gives the library of src/<folder> the headers of a library
+# that is nothing else and so serves every system. They lie among this one's own: another system sees
+# nothing but them.
+function(kv408_header_library folder)
+  if(CMAKE_CROSSCOMPILING)
+    set(headers ${CMAKE_CURRENT_BINARY_DIR}/headers)
+    file(MAKE_DIRECTORY ${headers})
+    foreach(header IN LISTS ARGN)
+      string(REGEX REPLACE "/.*" "" name ${header})
+      file(CREATE_LINK /usr/include/${name} ${headers}/${name} SYMBOLIC)
+    endforeach()
+  else()
+    find_path(KV408_HEADERS_OF_${folder} NAMES ${ARGN} REQUIRED)
+    set(headers ${KV408_HEADERS_OF_${folder}})
+  endif()
+  target_include_directories(kv408_${folder} SYSTEM PRIVATE ${headers})
+endfunction()
+
 # kv408_test_sources(<target> <variable> <source>...): what `target` is made of: these sources, or what the
 # build tree KV408_TEST_OBJECTS, where it is set, has compiled them to for it.
 function(kv408_test_sources target variable)
