@@ -60,6 +60,7 @@ void draw_overlays(const UnitPainter& painter, const Overlays& overlays) {
     // A line has no last unit: those at the right and at the bottom edge are left out.
     constexpr int right = plot::width - 1;
     constexpr int bottom = plot::height - 1;
+    draw_marks(painter, overlays.marks);
     draw_histogram(painter, overlays.histogram);
     const CursorLines& lines = overlays.cursors;
     for (std::size_t cursor = 0; cursor < lines.place.size(); ++cursor) {

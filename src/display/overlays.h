@@ -5,6 +5,7 @@
 
 #include "display/annotations.h"
 #include "display/histogram_marks.h"
+#include "display/plot_marks.h"
 #include "display/unit_painter.h"
 #include "panel/front_panel.h"
 #include "state/acquisition_state.h"
@@ -40,6 +41,7 @@ struct Overlays {
     Annotations annotations;
     TriggerLine trigger;
     HistogramMarks histogram;
+    PlotMarks marks; ///< of eye and mask
 
     friend bool operator==(const Overlays&, const Overlays&) = default;
 };
@@ -52,8 +54,8 @@ struct Overlays {
 [[nodiscard]] std::int32_t trigger_row(Channel source, const TriggerState& trigger,
                                        const Channels& channels);
 
-/// Draws the histogram, then the cursor lines, then the marks of the annotated measurement, then
-/// the trigger-level line.
+/// Draws the marks of eye and mask, then the histogram, then the cursor lines, then the marks of
+/// the annotated measurement, then the trigger-level line.
 void draw_overlays(const UnitPainter& painter, const Overlays& overlays);
 
 /// Writes the offset read-outs and the trigger level, and puts the trigger marker beside the plot.

@@ -296,6 +296,21 @@ Columns Picture::pixels_of(Columns units) const {
     return {scale_.edge(units.left), scale_.edge(units.right)};
 }
 
+PlotMarks Picture::shown_marks() const {
+    PlotMarks shown;
+    for (const auto& marks : marks_) {
+        if (!marks || !inputs_.panel.channel.at(marks->channel).enable.checked()) {
+            continue;
+        }
+        if (const auto screen = density_screen(inputs_.panel, inputs_.channels, inputs_.acquisition,
+                                               marks->channel, marks->with)) {
+            add_marks(*marks, *screen, shown.lines);
+            shown.colour = pixel_of(inputs_.colours.annotations);
+        }
+    }
+    return shown;
+}
+
 Overlays Picture::overlays_of(unsigned flags) const {
     if ((flags & draw_flags::overlays) == 0) {
         return {};
@@ -304,6 +319,7 @@ Overlays Picture::overlays_of(unsigned flags) const {
     if (histogram_) {
         overlays.histogram = {histogram_, pixel_of(inputs_.colours.annotations)};
     }
+    overlays.marks = shown_marks();
     overlays.cursors = cursor_lines(inputs_.cursors, inputs_.colours);
     overlays.annotations =
         annotations(inputs_.panel, inputs_.marks, inputs_.colours, inputs_.acquisition);

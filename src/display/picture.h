@@ -96,6 +96,14 @@ public:
         histogram_ = std::move(histogram);
     }
 
+    /// Whose marks are shown over the traces.
+    enum class MarksOf : std::size_t { eye, mask };
+
+    /// Shows `marks`, in the place of others of theirs, from the next draw on, or none.
+    void set_marks(MarksOf of, std::optional<DensityMarks> marks) {
+        marks_.at(static_cast<std::size_t>(of)) = std::move(marks);
+    }
+
     /// What the picture shows, in units of the plot, for those who draw it in their own way.
     struct Drawn {
         Pixel background = 0;
@@ -159,6 +167,7 @@ private:
     [[nodiscard]] Columns gap_of(const Trace& trace) const;
     [[nodiscard]] Columns pixels_of(Columns units) const;
     [[nodiscard]] Overlays overlays_of(unsigned flags) const;
+    [[nodiscard]] PlotMarks shown_marks() const;
     [[nodiscard]] std::vector<ReferenceLook> reference_looks() const;
     [[nodiscard]] Content content(unsigned flags) const;
     void rescale(const PlotScale& scale);
@@ -182,6 +191,7 @@ private:
     std::vector<ShownReference> references_;
     DensityLayers densities_;
     std::optional<ShownHistogram> histogram_;
+    std::array<std::optional<DensityMarks>, 2> marks_; ///< by `MarksOf`
     Surface grid_; ///< with the references and densities that were drawn last
     Surface display_;
     Tiles backdrop_; ///< all of `grid_` but for what has its ground alone, and maybe more

@@ -266,6 +266,11 @@ void write_histogram(Writer& writer, const HistogramMarks& marks) {
 }
 
 void write_overlays(Writer& writer, const Overlays& overlays) {
+    for (const PlotMark& mark : overlays.marks.lines) {
+        writer.path(Writer::place("M", mark.from_x, mark.from_y) +
+                        Writer::place("L", mark.to_x, mark.to_y),
+                    overlays.marks.colour, mark.dotted ? " stroke-dasharray=\"3\"" : "");
+    }
     write_histogram(writer, overlays.histogram);
     constexpr int right = plot::width - 1;
     constexpr int bottom = plot::height - 1;

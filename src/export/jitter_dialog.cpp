@@ -26,21 +26,10 @@ std::string_view edge_text(Crosses way) {
     return "Random data: edges of both directions";
 }
 
-/// `number` of `jitter`, in `per_unit` parts of the unit; why there is none where there is none of
-/// it at all.
-template <typename Number>
-Told<double> number_in(const Told<Jitter>& jitter, double per_unit, Number number) {
-    if (!jitter) {
-        return jitter.why();
-    }
-    const Told<double> found = number(*jitter);
-    return found ? Told<double>(*found / per_unit) : found;
-}
-
-/// The same of its dual-Dirac parts.
+/// `number` of the dual-Dirac parts of `jitter`.
 template <typename Number>
 Told<double> part_in(const Told<Jitter>& jitter, double per_unit, Number number) {
-    return number_in(jitter, per_unit, [number](const Jitter& of) -> Told<double> {
+    return told_of(jitter, per_unit, [number](const Jitter& of) -> Told<double> {
         return of.parts ? Told<double>(number(*of.parts)) : Told<double>(of.parts.why());
     });
 }
@@ -59,11 +48,12 @@ std::vector<ToldValue> jitter_values(const Told<Jitter>& jitter) {
     constexpr double v = millivolts_per_volt;
     const auto told = [&jitter](std::string_view name, ToldUnit unit, double per_unit,
                                 auto number) {
-        return ToldValue{name, number_in(jitter, per_unit, number), unit};
+        return ToldValue{std::string(name), told_of(jitter, per_unit, number), unit};
     };
     const auto estimate = [&jitter](std::string_view name, double per_unit, ToldUnit unit,
                                     auto number) {
-        return ToldValue{name, part_in(jitter, per_unit, number), unit, estimate_of(jitter)};
+        return ToldValue{std::string(name), part_in(jitter, per_unit, number), unit,
+                         estimate_of(jitter)};
     };
     using enum ToldUnit;
     return {
@@ -115,8 +105,8 @@ void JitterDialog::take_setup() {
     setup_.level = typed_level(controls_.txtJitterLevel);
     setup_.instrument_ps =
         typed_time(controls_.txtJitterOwn, {0.0, longest_typed_time}).value_or(0.0);
-    constexpr double least_interval = 1.0;
-    setup_.interval = typed_time(controls_.txtJitterInterval, {least_interval, longest_typed_time});
+    setup_.interval =
+        typed_time(controls_.txtJitterInterval, {least_typed_interval, longest_typed_time});
     refresh();
 }
 

@@ -21,9 +21,6 @@ using namespace std::chrono_literals;
 /// and painting them is most of what the open window costs.
 constexpr std::chrono::nanoseconds between_refreshes = 1s;
 
-/// Between two beeps, or two snapshots.
-constexpr std::chrono::nanoseconds between_actions = 1s;
-
 constexpr std::array volt_units = {Unit{"uv", 1e-6}, Unit{"mv", 1e-3}, Unit{"v", 1.0}};
 constexpr std::array second_units = {Unit{"ps", 1e-12}, Unit{"ns", 1e-9}, Unit{"us", 1e-6},
                                      Unit{"ms", 1e-3}, Unit{"s", 1.0}};
@@ -33,12 +30,6 @@ constexpr std::array hertz_units = {Unit{"hz", 1.0}, Unit{"khz", 1e3}, Unit{"mhz
 bool blank(std::string_view text) {
     return text.find_first_not_of(' ') == std::string_view::npos;
 }
-
-/// What saves a snapshot, done on the writer's thread.
-class SavingTarget : public WriterTarget<std::function<SavedFile()>> {
-public:
-    SavedFile add(const std::function<SavedFile()>& saving) override { return saving(); }
-};
 
 std::string time_text(const LocalTime& time) {
     std::array<char, 64> text = {};
@@ -70,7 +61,11 @@ std::optional<double> limit_in(std::string_view text, MeasurementUnit unit) {
     }
 }
 
-StatisticsDialog::StatisticsDialog(Host host) : host_(std::move(host)) {
+StatisticsDialog::StatisticsDialog(Host host)
+    : host_(std::move(host)), actions_({.clock = host_.clock,
+                                        .beep = host_.beep,
+                                        .stop = host_.stop,
+                                        .snapshot = host_.snapshot}) {
     for (std::size_t channel = 0; channel < trends_.size(); ++channel) {
         trends_.at(channel).resize(measurement_rows().size());
         rules_.at(channel).resize(measurement_rows().size());
@@ -198,7 +193,7 @@ void StatisticsDialog::note_outside(std::uint64_t sweep) {
     for (std::size_t channel = 0; channel < rules_.size(); ++channel) {
         for (std::size_t row = 0; row < rules_.at(channel).size(); ++row) {
             if (is_outside(statistics_, channel, row)) {
-                due_.at(static_cast<std::size_t>(rules_.at(channel)[row].action)) = true;
+                actions_.ask(rules_.at(channel)[row].action);
                 last_outside_ = value_name(channel, row) + " = " +
                                 present_text(statistics_, channel, row) + " in sweep " +
                                 std::to_string(sweep);
@@ -208,43 +203,14 @@ void StatisticsDialog::note_outside(std::uint64_t sweep) {
 }
 
 void StatisticsDialog::tick_over() {
-    const auto due = std::exchange(due_, {});
-    const auto is_due = [&due](LimitAction action) {
-        return due.at(static_cast<std::size_t>(action));
-    };
-    if (is_due(LimitAction::stop)) {
-        host_.stop();
-    }
-    const std::chrono::nanoseconds now = host_.clock.now();
-    const bool wanted = is_due(LimitAction::beep) || is_due(LimitAction::snapshot);
-    if (wanted && (!acted_ || now - *acted_ >= between_actions)) {
-        acted_ = now;
-        if (is_due(LimitAction::beep)) {
-            host_.beep();
-        }
-        if (is_due(LimitAction::snapshot)) {
-            save_snapshot();
-        }
-    }
-    if (open_ && stale_ && now - refreshed_ >= between_refreshes) {
+    const std::string problem = actions_.act();
+    if (open_ && stale_ && host_.clock.now() - refreshed_ >= between_refreshes) {
         refresh();
     }
-    tell_problems();
+    tell_problem(problem);
 }
 
-void StatisticsDialog::save_snapshot() {
-    if (!snapshots_) {
-        snapshots_ = std::make_unique<BackgroundWriter<Saving>>(std::make_unique<SavingTarget>());
-    }
-    snapshots_->add(host_.snapshot());
-}
-
-void StatisticsDialog::tell_problems() {
-    std::string problem;
-    if (snapshots_ && !snapshots_->progress().running) {
-        problem = snapshots_->progress().problem;
-        snapshots_.reset();
-    }
+void StatisticsDialog::tell_problem(std::string problem) {
     if (log_ && !log_->progress().running) {
         problem = log_->progress().problem;
         log_.reset();
@@ -260,8 +226,8 @@ void StatisticsDialog::show_state() {
     if (!last_outside_.empty()) {
         text += "; outside last: " + last_outside_;
     }
-    if (snapshots_) {
-        text += "; snapshots: " + std::to_string(snapshots_->progress().recorded);
+    if (const auto saved = actions_.snapshots()) {
+        text += "; snapshots: " + std::to_string(*saved);
     }
     controls_.lblStatisticsState.set_caption(std::move(text));
     controls_.lblStatisticsLog.set_caption(log_text());
@@ -349,9 +315,7 @@ void StatisticsDialog::wait_until_written() {
     if (log_) {
         log_->wait_until_written();
     }
-    if (snapshots_) {
-        snapshots_->wait_until_written();
-    }
+    actions_.wait_until_written();
 }
 
 } // namespace kv408

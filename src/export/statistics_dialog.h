@@ -11,6 +11,7 @@
 
 #include "export/background_writer.h"
 #include "export/exported_sweep.h"
+#include "export/limit_actions.h"
 #include "host/clock.h"
 #include "host/file_choosers.h"
 #include "host/files.h"
@@ -37,9 +38,6 @@ struct StatisticsControls {
     Label lblStatisticsState{"lblStatisticsState"};       ///< sweeps, and since when
     Label lblStatisticsLog{"lblStatisticsLog"};           ///< where the log lies, and how far it is
 };
-
-/// What happens when a value is outside its limits.
-enum class LimitAction { none, beep, stop, snapshot };
 
 /// What belongs to the limits of one value.
 struct LimitRule {
@@ -135,9 +133,6 @@ public:
     void on_refresh(std::function<void()> listener) { refresh_ = std::move(listener); }
 
 private:
-    /// What saves a snapshot.
-    using Saving = std::function<SavedFile()>;
-
     [[nodiscard]] bool working() const { return open_ || log_ != nullptr; }
     void begin();
     void note_beginning();
@@ -147,8 +142,7 @@ private:
     void cmdStatisticsReset_Click();
     void cmdStatisticsLog_Click();
     void show_state();
-    void save_snapshot();
-    void tell_problems();
+    void tell_problem(std::string problem);
     [[nodiscard]] std::string log_text() const;
 
     Host host_;
@@ -160,13 +154,11 @@ private:
     std::array<std::vector<LimitRule>, 2> rules_;
     std::uint64_t beginnings_ = 0;
     LocalTime begun_ = {};
-    bool filling_ = false;         ///< the boxes are being filled for another value
-    std::array<bool, 4> due_ = {}; ///< by `LimitAction`
-    std::optional<std::chrono::nanoseconds> acted_; ///< when a beep or snapshot was asked for last
-    std::string last_outside_;                      ///< what has been outside last
-    std::string log_path_;                          ///< for people
+    bool filling_ = false; ///< the boxes are being filled for another value
+    LimitActions actions_;
+    std::string last_outside_; ///< what has been outside last
+    std::string log_path_;     ///< for people
     std::unique_ptr<BackgroundWriter<std::string>> log_;
-    std::unique_ptr<BackgroundWriter<Saving>> snapshots_;
     bool open_ = false;
     bool stale_ = false; ///< sweeps have come since `refreshed_`
     std::chrono::nanoseconds refreshed_{0};

@@ -1,6 +1,8 @@
 #include "export/told_values.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <cmath>
 
 #include "export/number_text.h"
@@ -25,6 +27,7 @@ std::string_view unit_of(ToldUnit unit) {
         return "dB";
     case ToldUnit::hits:
     case ToldUnit::ratio:
+    case ToldUnit::share:
         break;
     }
     return "";
@@ -38,6 +41,13 @@ std::string told_text(double value, ToldUnit unit) {
     constexpr double femto_per_one = 1e15;
     if (unit == ToldUnit::hits) {
         return std::to_string(std::llround(value));
+    }
+    if (unit == ToldUnit::share) {
+        constexpr int share_digits = 4;
+        std::array<char, 32> text = {};
+        const auto end = std::to_chars(text.data(), text.data() + text.size(), value,
+                                       std::chars_format::general, share_digits);
+        return {text.data(), end.ptr};
     }
     std::string text;
     if (unit == ToldUnit::seconds && value != 0.0 && std::fabs(value) < least_engineering) {

@@ -9,17 +9,29 @@
 namespace kv408 {
 
 /// What a number that a window tells is in.
-enum class ToldUnit { hits, ratio, volts, seconds, volts_per_second, percent, decibels };
+enum class ToldUnit { hits, ratio, share, volts, seconds, volts_per_second, percent, decibels };
 
 /// A number that a window tells, or why there is none.
 struct ToldValue {
-    std::string_view name;
+    std::string name;
     Told<double> value; ///< in `unit`
     ToldUnit unit = ToldUnit::ratio;
     std::string remark = {}; ///< stands behind it in parentheses; may be empty
 };
 
-/// `value` in `unit` for people: five digits, a prefix and the unit; hits as a whole number.
+/// `number` of what was found, in `per_unit` parts of the unit; why there is none where nothing was
+/// found at all, or no such number.
+template <typename Found, typename Number>
+[[nodiscard]] Told<double> told_of(const Told<Found>& found, double per_unit, Number number) {
+    if (!found) {
+        return found.why();
+    }
+    const Told<double> value = number(*found);
+    return value ? Told<double>(*value / per_unit) : value;
+}
+
+/// `value` in `unit` for people: five digits, a prefix and the unit; hits as a
+/// whole number, a share as "5e-05".
 [[nodiscard]] std::string told_text(double value, ToldUnit unit);
 
 /// The names of `values`, line by line.

@@ -27,6 +27,8 @@ struct TypedRange {
 
 /// A second, the longest time that is taken, picoseconds.
 inline constexpr double longest_typed_time = 1e12;
+/// A picosecond, the shortest unit interval.
+inline constexpr double least_typed_interval = 1.0;
 /// A kilovolt, the highest level, millivolts.
 inline constexpr double highest_typed_level = 1e6;
 

@@ -84,18 +84,14 @@ public:
         bool zero_is_empty = true; ///< 0 empties the box
     };
 
-    /// One of its boxes for a number.
+    /// One of its boxes, for a whole number where that counts something, else a real one.
     [[nodiscard]] Command type(std::string header, const Typed& typed) const {
-        NumberSetting setting{typed.range, {}, {}};
-        setting.set = [self = *this, typed](const Call& call, double value) {
-            self.act(call, [&](Dialog& dialog) {
-                (dialog.controls().*typed.box)
-                    .set_text(value == 0.0 && typed.zero_is_empty ? "" : typed_number(value));
-            });
-        };
-        setting.get = [self = *this, typed](const Call&) { return typed.get(self.dialog()); };
-        return typed.range.quantity == Quantity::number ? whole_setting(std::move(header), setting)
-                                                        : real_setting(std::move(header), setting);
+        return typed.range.quantity == Quantity::number
+                   ? whole_setting(std::move(header), typing(typed))
+                   : type_real(std::move(header), typed);
+    }
+    [[nodiscard]] Command type_real(std::string header, const Typed& typed) const {
+        return real_setting(std::move(header), typing(typed));
     }
 
     /// Whether one of its boxes is empty; switching that on empties it, off types 0.
@@ -125,6 +121,18 @@ public:
     }
 
 private:
+    [[nodiscard]] NumberSetting typing(const Typed& typed) const {
+        NumberSetting setting{typed.range, {}, {}};
+        setting.set = [self = *this, typed](const Call& call, double value) {
+            self.act(call, [&](Dialog& dialog) {
+                (dialog.controls().*typed.box)
+                    .set_text(value == 0.0 && typed.zero_is_empty ? "" : typed_number(value));
+            });
+        };
+        setting.get = [self = *this, typed](const Call&) { return typed.get(self.dialog()); };
+        return setting;
+    }
+
     template <typename Action>
     void act(const Call& call, const Action& action) const {
         instrument_.act(call.client,

@@ -39,6 +39,12 @@ namespace kv408 {
 /// The jitter of an edge.
 [[nodiscard]] std::vector<Command> jitter_commands(Instrument& instrument);
 
+/// The eye of random data.
+[[nodiscard]] std::vector<Command> eye_commands(Instrument& instrument);
+
+/// The test of a mask.
+[[nodiscard]] std::vector<Command> mask_commands(Instrument& instrument);
+
 /// The set-up as a whole, the lock of the panel, the snapshot, the calibration record.
 [[nodiscard]] std::vector<Command> system_commands(Instrument& instrument);
 

@@ -1,5 +1,7 @@
 #include "scope/tools.h"
 
+#include <utility>
+
 namespace kv408 {
 namespace {
 
@@ -22,6 +24,12 @@ Tools::Tools(FrontPanel& panel, const Sweeps& sweeps, const Shown& shown, const 
           }),
       statistics_(statistics_host(host)), density_(panel, dialog_host(host), density_plot()),
       histogram_(density_, host.clock, histogram_plot()), jitter_(density_, host.clock),
+      eye_(density_, host.clock, marks_of(Picture::MarksOf::eye)),
+      mask_(density_, eye_,
+            {.machine = dialog_host(host),
+             .program = host.places.program,
+             .actions = limit_host(host)},
+            marks_of(Picture::MarksOf::mask)),
       readouts_(shown.readouts, host.clock), spectrum_(panel, host.clock) {
     for (Button* const entry : {&panel.mnuexport, &panel.exportdata}) {
         entry->on_click([this] { export_dialog_.open(places_.documents); });
@@ -31,6 +39,8 @@ Tools::Tools(FrontPanel& panel, const Sweeps& sweeps, const Shown& shown, const 
     panel.mnudensity.on_click([this] { density_.open(); });
     histogram_.controls().mnuhistogram.on_click([this] { histogram_.open(); });
     jitter_.controls().mnujitter.on_click([this] { jitter_.open(); });
+    eye_.controls().mnueye.on_click([this] { eye_.open(); });
+    mask_.controls().mnumask.on_click([this] { mask_.open(); });
     spectrum_.controls().mnuspectrum.on_click(
         [this, &sweeps] { spectrum_.open(sweeps.last_complete()); });
 }
@@ -39,7 +49,7 @@ ExportOrigin Tools::origin() const {
     return {.version = KV408_VERSION, .serial = panel_.device.text()};
 }
 
-StatisticsDialog::Host Tools::statistics_host(const Host& host) {
+LimitActions::Host Tools::limit_host(const Host& host) {
     const auto take_snapshot = [this]() -> std::function<SavedFile()> {
         return [save = shown_.snapshot.taken()] {
             const FileResult result = save();
@@ -48,10 +58,6 @@ StatisticsDialog::Host Tools::statistics_host(const Host& host) {
         };
     };
     return {.clock = host.clock,
-            .boxes = host.boxes,
-            .files = host.files,
-            .choosers = host.choosers,
-            .origin = [this] { return origin(); },
             .beep =
                 [beep = host.beep] {
                     if (beep) {
@@ -60,6 +66,18 @@ StatisticsDialog::Host Tools::statistics_host(const Host& host) {
                 },
             .stop = [this] { panel_.cmdstop.click(); },
             .snapshot = take_snapshot};
+}
+
+StatisticsDialog::Host Tools::statistics_host(const Host& host) {
+    LimitActions::Host limits = limit_host(host);
+    return {.clock = host.clock,
+            .boxes = host.boxes,
+            .files = host.files,
+            .choosers = host.choosers,
+            .origin = [this] { return origin(); },
+            .beep = std::move(limits.beep),
+            .stop = std::move(limits.stop),
+            .snapshot = std::move(limits.snapshot)};
 }
 
 DensityDialog::Plot Tools::density_plot() {
@@ -100,6 +118,13 @@ HistogramDialog::Plot Tools::histogram_plot() {
                 }
                 picture.draw(draw_flags::all);
             }};
+}
+
+EyeDialog::ShowMarks Tools::marks_of(Picture::MarksOf tool) {
+    return [&picture = shown_.picture, tool](std::optional<DensityMarks> marks) {
+        picture.set_marks(tool, std::move(marks));
+        picture.draw(draw_flags::all);
+    };
 }
 
 void Tools::sweep_complete(const std::shared_ptr<const Sweep>& sweep) {

@@ -7,8 +7,10 @@
 #include "display/snapshot.h"
 #include "export/density_dialog.h"
 #include "export/export_dialog.h"
+#include "export/eye_dialog.h"
 #include "export/histogram_dialog.h"
 #include "export/jitter_dialog.h"
+#include "export/mask_dialog.h"
 #include "export/readouts_dialog.h"
 #include "export/record_dialog.h"
 #include "export/reference_menu.h"
@@ -71,9 +73,17 @@ public:
     /// The jitter window.
     [[nodiscard]] JitterDialog& jitter() { return jitter_; }
     [[nodiscard]] const JitterDialog& jitter() const { return jitter_; }
+
     /// The window of read-outs.
     [[nodiscard]] ReadoutsDialog& readouts() { return readouts_; }
     [[nodiscard]] const ReadoutsDialog& readouts() const { return readouts_; }
+
+    /// The eye window.
+    [[nodiscard]] EyeDialog& eye() { return eye_; }
+    [[nodiscard]] const EyeDialog& eye() const { return eye_; }
+
+    /// The mask window.
+    [[nodiscard]] MaskDialog& mask() { return mask_; }
 
     /// The spectrum window.
     [[nodiscard]] SpectrumDialog& spectrum() { return spectrum_; }
@@ -95,15 +105,19 @@ public:
         density_.tick_over();
         histogram_.tick_over();
         jitter_.tick_over();
+        eye_.tick_over();
+        mask_.tick_over();
         readouts_.tick_over();
         spectrum_.tick_over();
     }
 
 private:
     [[nodiscard]] ExportOrigin origin() const;
+    [[nodiscard]] LimitActions::Host limit_host(const Host& host);
     [[nodiscard]] StatisticsDialog::Host statistics_host(const Host& host);
     [[nodiscard]] DensityDialog::Plot density_plot();
     [[nodiscard]] HistogramDialog::Plot histogram_plot();
+    [[nodiscard]] EyeDialog::ShowMarks marks_of(Picture::MarksOf tool);
 
     FrontPanel& panel_;
     Shown shown_;
@@ -115,6 +129,8 @@ private:
     DensityDialog density_;
     HistogramDialog histogram_;
     JitterDialog jitter_;
+    EyeDialog eye_;
+    MaskDialog mask_;
     ReadoutsDialog readouts_;
     SpectrumDialog spectrum_;
 };

@@ -31,6 +31,8 @@ constexpr std::array windows = {
     Topic(u"frmDensity", "density"),
     Topic(u"frmHistogram", "density"),
     Topic(u"frmJitter", "eye"),
+    Topic(u"frmEye", "eye"),
+    Topic(u"frmMask", "eye"),
     Topic(u"frmReadouts", "readouts"),
     Topic(u"frmSpectrum", "spectrum"),
 };

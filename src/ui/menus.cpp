@@ -70,6 +70,10 @@ void fill_tools(QMenu& tools, ScopeDriver& driver) {
         {u"&Histogram"_s, u"Shows how the hits of a part of the plot spread"_s});
     add(tools, driver.tools().jitter().controls().mnujitter, driver,
         {u"&Jitter"_s, u"Shows by how much the time of an edge varies"_s});
+    add(tools, driver.tools().eye().controls().mnueye, driver,
+        {u"E&ye"_s, u"Shows how open the eye of random data is"_s});
+    add(tools, driver.tools().mask().controls().mnumask, driver,
+        {u"&Mask Test"_s, u"Shows whether a trace keeps out of a mask"_s});
     add(tools, driver.tools().readouts().controls().mnureadouts, driver,
         {u"Read-ou&ts"_s, u"Shows what the time cursors tell, and what clips"_s});
     add(tools, driver.tools().spectrum().controls().mnuspectrum, driver,

@@ -5,8 +5,10 @@
 
 #include "ui/density_window.h"
 #include "ui/export_window.h"
+#include "ui/eye_window.h"
 #include "ui/histogram_window.h"
 #include "ui/jitter_window.h"
+#include "ui/mask_window.h"
 #include "ui/readouts_window.h"
 #include "ui/record_window.h"
 #include "ui/spectrum_window.h"
@@ -43,6 +45,8 @@ ToolWindows::ToolWindows(Tools& tools, ScopeDriver& driver, QWidget& owner, cons
     tools.density().on_show([this] { show_density(); });
     tools.histogram().on_show([this] { show_histogram(); });
     tools.jitter().on_show([this] { show_jitter(); });
+    tools.eye().on_show([this] { show_eye(); });
+    tools.mask().on_show([this] { show_mask(); });
     tools.readouts().on_show([this] { show_readouts(); });
     tools.spectrum().on_show([this] { show_spectrum(); });
 }
@@ -54,6 +58,8 @@ ToolWindows::~ToolWindows() {
     tools_.density().on_show({});
     tools_.histogram().on_show({});
     tools_.jitter().on_show({});
+    tools_.eye().on_show({});
+    tools_.mask().on_show({});
     tools_.readouts().on_show({});
     tools_.spectrum().on_show({});
 }
@@ -104,6 +110,20 @@ void ToolWindows::show_jitter() {
     present_beside(*jitter_, owner_, plot_);
 }
 
+void ToolWindows::show_mask() {
+    if (!mask_) {
+        mask_ = new MaskWindow(tools_.mask(), driver_, &owner_);
+    }
+    present_beside(*mask_, owner_, plot_);
+}
+
+void ToolWindows::show_eye() {
+    if (!eye_) {
+        eye_ = new EyeWindow(tools_.eye(), driver_, &owner_);
+    }
+    present_beside(*eye_, owner_, plot_);
+}
+
 void ToolWindows::show_readouts() {
     if (!readouts_) {
         readouts_ = new ReadoutsWindow(tools_.readouts(), driver_, &owner_);
@@ -121,7 +141,7 @@ void ToolWindows::show_spectrum() {
 void ToolWindows::close() {
     for (QWidget* const window :
          {export_.data(), recording_.data(), statistics_.data(), density_.data(), histogram_.data(),
-          jitter_.data(), readouts_.data(), spectrum_.data()}) {
+          jitter_.data(), eye_.data(), mask_.data(), readouts_.data(), spectrum_.data()}) {
         if (window != nullptr) {
             window->hide();
         }

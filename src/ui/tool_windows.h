@@ -32,6 +32,8 @@ private:
     void show_density();
     void show_histogram();
     void show_jitter();
+    void show_eye();
+    void show_mask();
     void show_readouts();
     void show_spectrum();
 
@@ -46,6 +48,8 @@ private:
     QPointer<QWidget> density_;
     QPointer<QWidget> histogram_;
     QPointer<QWidget> jitter_;
+    QPointer<QWidget> eye_;
+    QPointer<QWidget> mask_;
     QPointer<QWidget> readouts_;
     QPointer<QWidget> spectrum_;
 };

@@ -55,6 +55,8 @@ private Q_SLOTS:
     void references() { show_references(gallery_); }
     void statistics() { show_statistics(gallery_); }
     void density() { show_density(gallery_); }
+    void eye() { show_eye(gallery_); }
+    void mask() { show_mask(gallery_); }
     void jitter() { show_jitter(gallery_); }
     void calibration() { show_calibration(gallery_); }
     void linearity() { show_linearity(gallery_); }

@@ -22,6 +22,8 @@ void show_references(Gallery& gallery);
 void show_statistics(Gallery& gallery);
 void show_density(Gallery& gallery);
 void show_jitter(Gallery& gallery);
+void show_eye(Gallery& gallery);
+void show_mask(Gallery& gallery);
 void show_calibration(Gallery& gallery);
 void show_linearity(Gallery& gallery);
 void show_settings(Gallery& gallery);

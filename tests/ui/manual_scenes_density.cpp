@@ -2,6 +2,7 @@
 
 #include "manual_scenes.h"
 
+#include "host/system_files.h"
 #include "scope/tools.h"
 #include "simulator/test_connections.h"
 
@@ -12,6 +13,13 @@ namespace {
 struct OverEye : SteadyProgram {
     explicit OverEye(simulator::TestConnection connection) {
         simulator::connect(simulation.bench(), connection);
+        SystemFiles disk;
+        for (const std::string_view file : shipped_masks) {
+            std::string text;
+            disk.read(std::filesystem::path(KV408_SOURCE_ROOT) / "packaging" / "masks" / file,
+                      text);
+            files.files["/home/you/kv408/masks/" + std::string(file)] = text;
+        }
         start_sweeping();
         act([this] {
             channel(ch2).enable.set_checked(false);
@@ -61,6 +69,21 @@ void show_jitter(Gallery& gallery) {
     OverEye on(simulator::TestConnection::eye_jitter_noise);
     on.collect(on.tools().jitter().controls().mnujitter, 600);
     gallery.add(u"jitter"_s, on.window_named("frmJitter"));
+}
+
+void show_mask(Gallery& gallery) {
+    OverEye on(simulator::TestConnection::eye_jitter_noise);
+    on.act([&] { on.tools().mask().controls().cmbMask.set_index(1); });
+    on.collect(on.tools().mask().controls().mnumask);
+    gallery.add(u"mask"_s, on.screen());
+    gallery.add(u"mask-window"_s, on.window_named("frmMask"));
+}
+
+void show_eye(Gallery& gallery) {
+    OverEye on(simulator::TestConnection::eye_jitter_noise);
+    on.collect(on.tools().eye().controls().mnueye, 600);
+    gallery.add(u"eye"_s, on.screen());
+    gallery.add(u"eye-window"_s, on.window_named("frmEye"));
 }
 
 } // namespace kv408::ui

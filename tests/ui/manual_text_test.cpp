@@ -141,6 +141,10 @@ void open(ProgramOnBench& on, const QString& window) {
             on.program.scope().tools().spectrum().controls().mnuspectrum.click();
         } else if (window == u"jitter"_s) {
             on.program.scope().tools().jitter().controls().mnujitter.click();
+        } else if (window == u"mask"_s) {
+            on.program.scope().tools().mask().controls().mnumask.click();
+        } else if (window == u"eye"_s) {
+            on.program.scope().tools().eye().controls().mnueye.click();
         } else if (window == u"readouts"_s) {
             on.program.scope().tools().readouts().controls().mnureadouts.click();
         } else if (window == u"remote"_s) {
@@ -162,7 +166,7 @@ void ManualTextTest::captions_are_told_of_data() {
     QTest::addColumn<QString>("window");
     for (const char* const window :
          {"main", "calibration", "settings", "export", "record", "statistics", "density",
-          "histogram", "jitter", "readouts", "spectrum", "remote", "bench"}) {
+          "histogram", "jitter", "eye", "mask", "readouts", "spectrum", "remote", "bench"}) {
         QTest::newRow(window) << QString::fromLatin1(window);
     }
 }
@@ -192,6 +196,10 @@ void ManualTextTest::captions_are_told_of() {
         top = on.widget("frmSpectrum");
     } else if (window == u"jitter"_s) {
         top = on.widget("frmJitter");
+    } else if (window == u"mask"_s) {
+        top = on.widget("frmMask");
+    } else if (window == u"eye"_s) {
+        top = on.widget("frmEye");
     } else if (window == u"readouts"_s) {
         top = on.widget("frmReadouts");
     } else if (window == u"remote"_s) {
