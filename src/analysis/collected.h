@@ -13,9 +13,9 @@ struct Collected {
     Density counts;
     MeasuredWith with;
     std::uint64_t sweeps = 0;   ///< that were counted
-    std::uint64_t averaged = 0; ///< of these those with "Filter Avg."
-    /// What a hit counts that has just come: 1, more while older hits fade out. A counter divided
-    /// by this is a number of hits.
+    std::uint64_t averaged = 0; ///< those of them with "Filter Avg."
+    /// By how much a new hit raises its counter: 1, or more while older hits fade out. A counter
+    /// divided by this is a number of hits.
     double weight = 1.0;
 };
 

@@ -71,7 +71,7 @@ Told<CrossingTimes> edge_times(const Collected& collected, const TwoLevels& leve
     if (edge->hits / collected.weight < least_hits) {
         return WhyNot::few_hits;
     }
-    // The chance in a cubic's slope in its middle is two and a half times that of a line's.
+    // In its middle a cubic's slope has two and a half times the standard error of a line's.
     const double slope = 1.0 / std::fabs(edge->per_level());
     const int degree = points_in(collected, *edge, reach) >= points_for_cubic ? 3 : 1;
     if (const auto bent = time_of_level(rows_of(collected, slice), reach, degree)) {

@@ -20,8 +20,8 @@ struct CrossingTimes {
     DensityHistogram times; ///< by time
     double mean = 0.0;      ///< picoseconds after the trigger
     double sigma = 0.0;     ///< standard deviation, picoseconds
-    double hits = 0.0;      ///< that the histogram consists of
-    double sweeps = 0.0;    ///< of which the hits come: those at one point
+    double hits = 0.0;      ///< number of hits in `times`
+    double sweeps = 0.0;    ///< number of sweeps that these come from: the hits of one point
     double slope = 0.0; ///< of an edge at the level, without its sign, millivolts per picosecond
     /// The slice spreads `times` by this standard deviation, picoseconds: by its height where hits
     /// are not moved along their edge, and because noise counts more where edges bend. `sigma` is

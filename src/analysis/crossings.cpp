@@ -11,10 +11,11 @@
 namespace kv408 {
 namespace {
 
-/// The share of a point's hits below which it lies before, and above which after, an edge.
+/// With less than the first share of its hits above the level a point is surely below it, with more
+/// than the second surely above.
 constexpr double surely_below = 0.25;
 constexpr double surely_above = 0.75;
-/// Every how many points are looked at for whether the trace is random data.
+/// To find whether the trace is random data, one of so many points is looked at.
 constexpr int look_apart = 4;
 /// Half the height of the slice in which random data's crossings are looked for, of the amplitude.
 constexpr double slice_part = 0.1;

@@ -160,7 +160,7 @@ std::optional<DataCrossing> arm_by_arm(const Collected& collected, const TwoLeve
     return found;
 }
 
-/// A level slice about `above`, of which the height spreads the times by `blur`.
+/// The hits of a slice of levels about `above`; its height spreads their times by `blur`.
 struct Layer {
     Slice slice;
     double blur = 0.0; ///< picoseconds
@@ -252,7 +252,7 @@ Told<EdgeDurations> edge_durations(const Collected& collected, const TwoLevels& 
     const double reach = band_reach * amplitude;
     const auto at = [&](double level) {
         Moments moments = moments_of(rows_of(collected, slice_at(place, level, -reach, reach)));
-        // How far the arms are from the middle, squared, in the mean over the band.
+        // The mean square of the distance of the arms from the middle over the band.
         moments.variance -= crossing.sigma * crossing.sigma +
                             reach * reach / (3.0 * crossing.slope * crossing.slope);
         return moments;

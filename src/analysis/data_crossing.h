@@ -21,7 +21,7 @@ struct DataCrossing {
     double slope = 0.0; ///< of an edge, without its sign, millivolts per picosecond
     /// At the level that was asked for, how much later edges fall than rise, picoseconds.
     double falls_later = 0.0;
-    double hits = 0.0;   ///< that `sigma` stands on
+    double hits = 0.0;   ///< number of hits that `sigma` was found from
     CrossingTimes times; ///< when edges of both directions cross the level that was asked for
 };
 

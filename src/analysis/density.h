@@ -7,10 +7,10 @@
 
 namespace kv408 {
 
-/// Codes of the instrument's 12-bit scale, 0..4095.
+/// The number of codes of the instrument's 12-bit scale, 0..4095.
 inline constexpr int scale_codes = 4096;
 
-/// How often each counter of a density can be counted up.
+/// The highest value of a counter of a density.
 inline constexpr std::uint32_t highest_count = 0xFFFFFFFF;
 
 /// How often one channel's trace passed where: a counter for each point of its sweeps and each code

@@ -14,7 +14,7 @@ namespace kv408 {
 namespace {
 
 constexpr double tail_share = 0.1;
-/// Fewer hits beyond a time say too little about their share.
+/// With fewer hits beyond a time their share is too uncertain.
 constexpr double hits_beyond = 4.0;
 constexpr double least_tail_hits = 50.0;
 constexpr int tail_rounds = 60;
@@ -75,7 +75,7 @@ std::optional<Line> line_of(const Tail& tail, const std::optional<Line>& other) 
             continue;
         }
         const double q = -normal_quantile(share);
-        // The chance in a share of few hits, by how far it moves Q.
+        // The uncertainty of a share of few hits, as an uncertainty of Q.
         const double density = std::exp(-q * q / 2.0);
         const double weight = density * density / (beyond.share * (1.0 - beyond.share));
         found.emplace_back(q, weight);
@@ -128,7 +128,7 @@ Told<DualDirac> dual_dirac(const DensityHistogram& times) {
         const auto next_left = line_of(left_tail, seen_from_other_side(*right));
         const auto next_right = line_of(right_tail, seen_from_other_side(*left));
         if (!next_left || !next_right) {
-            break; // one line whose two halves chance has moved over each other
+            break; // one line: by chance its two halves have passed each other
         }
         left = next_left;
         right = next_right;
@@ -138,7 +138,7 @@ Told<DualDirac> dual_dirac(const DensityHistogram& times) {
     model.left = -left->place;
     model.right = right->place;
     if (model.left > model.right) {
-        // One line: chance alone has put the left one to the right.
+        // One line: only by chance is the left one to the right.
         model.left = model.right = (model.left + model.right) / 2.0;
     }
     model.deterministic = model.right - model.left;

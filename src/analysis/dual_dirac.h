@@ -15,7 +15,7 @@ struct DualDirac {
     double deterministic = 0.0; ///< distance of the two lines, 0..
     double left = 0.0;          ///< the earlier line
     double right = 0.0;
-    double tail_hits = 0.0; ///< hits in both tails, on which it stands
+    double tail_hits = 0.0; ///< number of hits in both tails, from which it was found
 
     /// Total jitter at the bit error ratio `ratio`: deterministic + 2 Q random, Q being how many
     /// deviations of a normal distribution leave that share beyond them; 7.03 for 1e-12.
@@ -23,13 +23,14 @@ struct DualDirac {
 };
 
 /// Fits the model to the tails of `times`: on each side to the bins beyond which at most a tenth of
-/// the hits lie. There the share beyond a time, twice taken and expressed as deviations of a normal
-/// distribution (the Q scale), is a line of time, whose slope is the random part and whose zero the
-/// line of that side; what the line of the other side adds is taken off until nothing changes.
+/// the hits lie. There twice the share beyond a time, expressed as deviations of a normal
+/// distribution (the Q scale), is a straight line over time: its slope gives the random part, its
+/// zero the line of that side. What the line of the other side adds is subtracted, again and again
+/// until nothing changes.
 [[nodiscard]] Told<DualDirac> dual_dirac(const DensityHistogram& times);
 
-/// The model without a spread that is known, such as that of noise: the square of `spread` is taken
-/// off that of the random part; none where it is more.
+/// `model` without a spread that is known, such as that of noise: the square of `spread` is
+/// subtracted from that of the random part. None where it is larger.
 [[nodiscard]] Told<DualDirac> without_spread(DualDirac model, double spread);
 
 /// The bit error ratio of a receiver that decides `time` after the mean of the crossings, and

@@ -14,7 +14,7 @@ namespace {
 constexpr double middle_part = 0.2;
 constexpr double duration_part = 0.2;
 constexpr double three_sigma = 3.0;
-/// Hits after which a deviation is known to 2 % at two of its own.
+/// Hits after which a standard deviation is known to 2 % at two standard errors.
 constexpr double wanted_hits = 5000.0;
 
 Told<Crossings> eye_crossings(const Collected& collected, const TwoLevels& levels,
@@ -36,7 +36,7 @@ Told<Crossings> eye_crossings(const Collected& collected, const TwoLevels& level
     return crossings_at(collected, *setup.crossing, *interval);
 }
 
-/// The eye's levels; `levels` become those.
+/// The hits about the eye's two levels; `levels` are set to these.
 Told<OneAndZero> eye_levels(const Collected& collected, const Crossings& crossings,
                             TwoLevels& levels) {
     auto middle = middle_of_intervals(collected, crossings, levels.middle(), middle_part);
@@ -98,7 +98,7 @@ Told<double> open_part(double size) {
     return WhyNot::closed;
 }
 
-/// What the levels tell: amplitude, height, Q, signal to noise.
+/// Computes from the levels: amplitude, height, Q, signal to noise.
 void tell_levels(Eye& eye, bool clipped) {
     const auto& [one, zero] = eye.levels;
     eye.amplitude = one.mean - zero.mean;

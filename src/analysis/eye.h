@@ -23,7 +23,7 @@ struct Eye {
     double crossing_level = 0.0; ///< at which rising and falling edges cross
     OneAndZero levels;           ///< in the middle fifth of the interval
     double crossing_sigma = 0.0; ///< of the crossing times at the crossing level
-    double crossing_hits = 0.0;  ///< on which that stands
+    double crossing_hits = 0.0;  ///< number of hits that `crossing_sigma` was found from
     double slope = 0.0;          ///< of an edge at the crossing, millivolts per picosecond
 
     double amplitude = 0.0;               ///< one level less zero level

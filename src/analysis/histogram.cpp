@@ -10,7 +10,7 @@
 namespace kv408 {
 namespace {
 
-/// A deviation that is a bin's to rounding lies within.
+/// A factor: a hit that is beyond a limit by rounding alone counts as within it.
 constexpr double rounding_room = 1.0 + 1e-9;
 
 DensityWindow inside(const DensityWindow& window, int points) {

@@ -7,8 +7,8 @@
 
 namespace kv408 {
 
-/// A rectangle of a density: points and codes from the first to, not including, the end. What of it
-/// lies outside the density holds no hits.
+/// A rectangle of a density: points and codes from the first to, not including, the end. A part of
+/// it outside the density holds no hits.
 struct DensityWindow {
     int first_point = 0;
     int end_point = 0;
@@ -30,7 +30,7 @@ struct DensityHistogram {
     std::vector<double> hits; ///< by bin; bins of higher values come later
     double first = 0.0;       ///< value of the first bin, millivolts or picoseconds
     double step = 1.0;        ///< from one bin to the next, above 0
-    double clipped = 0.0;     ///< of the hits those at an end of the instrument's scale
+    double clipped = 0.0;     ///< number of those hits that lie at an end of the instrument's scale
 
     /// The value that bin `bin` stands for; fractions lie between bins.
     [[nodiscard]] double value_of(double bin) const { return first + bin * step; }
@@ -41,12 +41,12 @@ struct DensityHistogram {
 [[nodiscard]] DensityHistogram histogram_of(const Collected& collected, const DensityWindow& window,
                                             HistogramOf of);
 
-/// What the hits of a histogram have in common; values in its unit.
+/// Statistics of the hits of a histogram; values in its unit.
 struct HistogramStatistics {
     double hits = 0.0;
     double mean = 0.0;
-    double median = 0.0; ///< of the two in the middle, the mean
-    double mode = 0.0;   ///< of the bin with most hits, the lowest of equal ones
+    double median = 0.0; ///< with two hits in the middle their mean
+    double mode = 0.0;   ///< of the bin with the most hits; of several the lowest
     double sigma = 0.0; ///< standard deviation: the root of the mean squared distance from the mean
     double lowest = 0.0;
     double highest = 0.0;
@@ -57,7 +57,7 @@ struct HistogramStatistics {
     double within_3 = 0.0;
 };
 
-/// The statistics of `histogram`; none where nothing was hit. Of one hit sigma is 0.
+/// The statistics of `histogram`; none where nothing was hit. With one hit sigma is 0.
 [[nodiscard]] std::optional<HistogramStatistics> statistics_of(const DensityHistogram& histogram);
 
 } // namespace kv408

@@ -10,7 +10,7 @@
 namespace kv408 {
 namespace {
 
-/// Hits after which a deviation is known to 2 % at two of its own: 1 / (2 * 0.01^2).
+/// Hits after which a standard deviation is known to 2 % at two standard errors: 1 / (2 * 0.01^2).
 constexpr double hits_wanted = 5000.0;
 /// Hits after which 380 of 400 estimates from a normal distribution alone, the hardest case, had
 /// its deviation within 10 %; from two lines that were two deviations apart all had both parts,

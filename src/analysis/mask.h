@@ -61,7 +61,7 @@ struct PlacedMask {
 [[nodiscard]] PlacedMask placed_in_time(const Collected& collected, const Mask& mask,
                                         const TwoLevels& levels);
 
-/// How often a trace passed in a mask.
+/// How often a trace passed through a mask.
 struct MaskHits {
     std::vector<double> by_polygon;
     double hits = 0.0;    ///< in all polygons

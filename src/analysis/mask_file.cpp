@@ -13,7 +13,7 @@
 namespace kv408 {
 namespace {
 
-/// A line that says something.
+/// A line that is not empty, without remark.
 struct TextLine {
     int number = 0;
     std::size_t indent = 0;
@@ -121,7 +121,7 @@ double number(const TextLine& line, std::string_view value) {
     return *found;
 }
 
-/// A unit of the text: what it is in the program's.
+/// A unit that a mask's text can name, and its size in the program's unit.
 struct AxisUnit {
     std::string_view name;
     MaskUnits units;

@@ -7,8 +7,8 @@
 
 namespace kv408 {
 
-/// What a channel's sweep was measured with, as far as it says what its points and codes mean:
-/// sweeps that agree in all of it belong into one density.
+/// The settings of a channel's sweep that decide what its points and codes mean: sweeps that agree
+/// in all of them belong into one density.
 struct MeasuredWith {
     SweepMode mode = SweepMode::block;
     double first_time = 0.0;     ///< of the first point, after the trigger, picoseconds

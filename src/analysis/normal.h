@@ -5,7 +5,8 @@ namespace kv408 {
 /// The share of a normal distribution of mean 0 and deviation 1 below `x`.
 [[nodiscard]] double normal_share(double x);
 
-/// Its inverse: below how many deviations the share `share` lies, above 0 and below 1.
+/// The inverse of `normal_share`: the x below which the share `share` lies, which is above 0 and
+/// below 1.
 [[nodiscard]] double normal_quantile(double share);
 
 } // namespace kv408

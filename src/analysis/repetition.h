@@ -8,10 +8,10 @@
 
 namespace kv408 {
 
-/// Where hits gather, again and again in one distance. All in points.
+/// Where hits gather: at places that are the same distance apart. All in points.
 struct Repetition {
     std::optional<double> interval; ///< from one place to the next; none for one place
-    std::vector<double> places; ///< the mean place of each gathering that is whole, at least one
+    std::vector<double> places;     ///< the mean place of each whole gathering, at least one
 };
 
 /// Where `hits`, by point, gather: `interval` apart, or, where none is given, the longest interval

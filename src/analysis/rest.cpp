@@ -13,7 +13,7 @@ namespace {
 
 constexpr double noise_part = 0.1;
 constexpr int windows_tried = 19; ///< between two crossings, overlapping by half
-/// A trace rests no further from one of its levels than this part of the amplitude.
+/// A resting trace is at most this part of the amplitude away from one of its levels.
 constexpr double at_level = 0.2;
 constexpr double fewest_hits_at_rest = 20.0;
 
@@ -96,7 +96,7 @@ std::optional<Flattest> flattest_between(const std::vector<LevelHits>& points, i
             here.change -= point >= start + size - size / 2 ? one.mean : 0.0;
             here.mean += one.mean / size;
             here.hits += one.hits;
-            // That of a few hits is too small by one of them.
+            // Bessel's correction: the mean comes from the same hits.
             variance +=
                 one.hits > 1.0 ? one.sigma * one.sigma * one.hits / (one.hits - 1.0) / size : 0.0;
         }

@@ -21,16 +21,15 @@ struct OneAndZero {
 };
 
 /// The hits above and below `level`, millivolts, in the middle `part` of each interval of the
-/// random data `crossings`, as far as it is on the screen. Parts that are on the screen only in
-/// part do not count.
+/// random data `crossings`. Only middles that lie on the screen as a whole count.
 [[nodiscard]] Told<OneAndZero> middle_of_intervals(const Collected& collected,
                                                    const Crossings& crossings, double level,
                                                    double part);
 
-/// The noise of a trace, millivolts, standard deviation. Of random data that about the levels in
-/// the middle tenth of the interval. Of others the spread of the points about their own mean,
-/// between crossings and there where the mean changes least, in a tenth of that distance: at rest
-/// jitter adds nothing.
+/// The noise of a trace: its standard deviation, millivolts. For random data that about the two
+/// levels in the middle tenth of the interval. For others the spread of the points about their own
+/// mean, where the mean changes least between two crossings, over a tenth of their distance: while
+/// the trace rests, jitter adds nothing.
 [[nodiscard]] Told<double> noise_at_rest(const Collected& collected, const TwoLevels& levels,
                                          const Crossings& crossings);
 

@@ -21,7 +21,7 @@ enum class WhyNot {
     only_noise    ///< noise, or the jitter that was taken off, is more than what was found
 };
 
-/// What `why` is for people: a sentence without its full stop.
+/// `why` in words for people: a sentence without its full stop.
 [[nodiscard]] std::string_view text_of(WhyNot why);
 
 /// A value, or why there is none.

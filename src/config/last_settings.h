@@ -15,7 +15,7 @@ namespace kv408 {
 /// looked at.
 class LastSettings {
 public:
-    /// What became of a saving.
+    /// How saving ended.
     struct Outcome {
         std::filesystem::path path = {};  ///< what could not be made or written
         FileResult result = {};           ///< why not

@@ -15,7 +15,7 @@ struct Words {
     std::string_view words;
 };
 
-/// What people call each thing of the set-up.
+/// A key of the set-up, and what people call it.
 constexpr std::array words_of_keys = {
     Words{"intcr1vpos", "Voltage cursor 1"},
     Words{"intcr1hpos", "Time cursor 1"},
@@ -70,7 +70,7 @@ constexpr std::array words_of_keys = {
     Words{"adcspeed", "Speed opt."},
 };
 
-/// What `control` shows, where that is a word or two.
+/// What `control` shows, for kinds that show a word or two; empty for others.
 std::string shown_on(Control& control) {
     const AnyControl any = control.kind();
     if (const auto* const list = std::get_if<ListBox*>(&any)) {

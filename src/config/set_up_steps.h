@@ -24,20 +24,20 @@ public:
     /// of one turn of a wheel, the letters of one number.
     static constexpr std::chrono::milliseconds one_turn{1000};
 
-    /// Makes words of differences.
+    /// Says differences in words, for people.
     using Words = std::function<std::string(const std::map<std::string, std::string>&)>;
 
-    /// When something happened.
+    /// A moment at which the set-up was looked at.
     struct Moment {
         std::chrono::nanoseconds time{0}; ///< of the program's clock
-        /// Which press of a mouse button holds on, counted from 1; 0: none does. Whatever changes
-        /// during one press is one step.
+        /// The number of the press of a mouse button that lasts, from 1; 0: no button is pressed.
+        /// Whatever changes during one press is one step.
         std::uint64_t press = 0;
     };
 
     explicit SetUpSteps(Words words) : words_(std::move(words)) {}
 
-    /// Begins anew, at `now`.
+    /// Forgets all steps and begins with the set-up `now`.
     void begin(PanelSetUp now);
 
     /// The panel holds `now` at `moment`: where that is something new it is a step, or belongs to
@@ -59,7 +59,7 @@ public:
     /// How many of them have been taken and not taken back, 0..`count`.
     [[nodiscard]] std::size_t place() const { return place_; }
 
-    /// What step `step`, 0..`count` - 1, has set, for people.
+    /// What step `step`, 0..`count` - 1, has changed, in words for people.
     [[nodiscard]] const std::string& words(std::size_t step) const {
         return words_of_steps_.at(step);
     }

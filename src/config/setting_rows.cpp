@@ -80,7 +80,7 @@ SettingRow row_of(ListBox& list) {
                 }};
 }
 
-/// 0 or 1, whatever type of number stands for it.
+/// True for 1, false for 0, nothing for any other number and for none.
 template <typename Integer>
 std::optional<bool> yes_or_no(const std::optional<Integer>& number) {
     return number && (*number == 0 || *number == 1) ? std::optional(*number == 1) : std::nullopt;

@@ -107,9 +107,9 @@ void SettingsFile::offer_aside() {
         host_.files.drop_aside(default_path());
         return;
     }
-    // They are all that there was; a file says nothing of what was not annotated.
+    // A file has lines only for annotated rows, so the others are cleared first.
     annotate_nothing();
-    // They stay where they are as long as they could be lost once more.
+    // They stay set aside as long as they could be lost once more.
     const Reading reading = loadconfigfile(aside);
     if (reading != Reading::failed && restored_.status != FileStatus::failed &&
         write(default_path()).result.status == FileStatus::done) {
@@ -304,7 +304,7 @@ void SettingsFile::tell_failure(const Outcome& outcome, const std::string& help)
     }
     std::string text = "The settings could not be saved. ";
     text.append(shown_path(outcome.path)).append(": ").append(outcome.result.reason);
-    // Ahead of the start and from the end on there is no sweep that could go on.
+    // Before start-up is complete, and once the program ends, no sweep can go on.
     host_.boxes.show({.text = text,
                       .icon = MessageIcon::critical,
                       .informative = help,

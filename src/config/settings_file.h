@@ -43,7 +43,7 @@ public:
         std::function<void()> apply;
         /// Takes back what is being edited and has not been confirmed.
         std::function<void()> cancel_edits;
-        /// The colours as they would then be; empty: those there are.
+        /// The colours without those that are being edited; not set: the present ones.
         std::function<ColourTable()> confirmed_colours = {};
         /// A set-up was loaded by hand.
         std::function<void()> loaded = {};
@@ -131,10 +131,11 @@ public:
     /// Load Setup and Save Setup. Both ask in the folder that was used last. An end of the program
     /// while a set-up is loaded and takes effect unwinds.
     void loadconfig_Click();
-    /// How far settings are loaded that take longer than one second; without a caption otherwise.
+    /// How far settings have been loaded that take longer than one second; its caption is empty
+    /// otherwise.
     [[nodiscard]] Label& loading() { return loading_; }
 
-    /// Brings that up to date; to be called wherever their loading lets an end come about.
+    /// Brings `loading` up to date; to be called wherever the program can be ended during loading.
     void tell_progress();
     void saveconfig_Click();
 
@@ -146,13 +147,13 @@ private:
     void annotate_nothing();
     [[nodiscard]] std::string text() const;
     void tell_failure(const Outcome& outcome, const std::string& help);
-    /// What an earlier run could not save.
+    /// Offers what an earlier run could not save.
     void offer_aside();
     /// Takes `bytes` line by line; the number of the first that cannot be taken, 0 for none.
     int take_lines(std::string bytes);
     /// Takes one line; `taken` counts the lines with each key so far.
     bool take_line_of(std::string_view line, std::unordered_map<std::string_view, int>& taken);
-    /// Lets an end come about, in a loading that takes long.
+    /// Lets the program be ended while a loading takes long.
     void let_end();
     void load_by_hand(const std::filesystem::path& path);
     bool take(const SettingRow& row, std::string_view value, bool first);
@@ -173,7 +174,7 @@ private:
     bool by_hand_ = false;                  ///< a set-up is being loaded by hand
     std::string factory_;                   ///< the settings of a first start
     int line_ = 0;                          ///< the line that is being taken; 0: none is
-    std::chrono::nanoseconds looked_at_{0}; ///< when an end was last let come about
+    std::chrono::nanoseconds looked_at_{0}; ///< when the program could last be ended
 };
 
 } // namespace kv408

@@ -6,7 +6,7 @@
 namespace kv408 {
 namespace {
 
-/// What letting go of a button brings about comes this much later at most.
+/// The effects of releasing a mouse button come at most this much later.
 constexpr std::chrono::milliseconds after_release{100};
 
 } // namespace

@@ -37,7 +37,7 @@ public:
     /// complete begins the steps.
     void note();
 
-    /// What the action that is under way changes is one step, called `name`.
+    /// Makes what the present action changes one step called `name`.
     void name(std::string name) { name_ = std::move(name); }
 
     /// A mouse button goes down, and up: what changes between is one step.
@@ -60,7 +60,7 @@ private:
     const Clock& clock_;
     UndoControls controls_;
     SetUpSteps steps_;
-    std::string name_; ///< of what the present action does; empty: its differences say it
+    std::string name_; ///< of the present action's step; empty: named by what it changes
     std::uint64_t press_ = 0;
     bool held_ = false;
     std::chrono::nanoseconds released_{0};

@@ -23,7 +23,7 @@ struct Quantity {
     double base;
     double minimum;
     double maximum;
-    bool of_data = false; ///< of random data alone
+    bool of_data = false; ///< only random data have it
 };
 
 QList<Quantity> quantities() {
@@ -135,7 +135,7 @@ QWidget* make_source_editor(const QString& title, simulator::Source& source) {
         ++row;
         return label;
     };
-    // Those of one kind of signal are shown with it alone.
+    // A quantity of one kind of signal is shown only for that kind.
     const auto add_of_kind = [&](const QString& caption, QWidget* widget,
                                  simulator::SignalKind only) {
         QLabel* const label = add(caption, widget);
@@ -156,7 +156,7 @@ QWidget* make_source_editor(const QString& title, simulator::Source& source) {
         }
     }
     add_of_kind(u"Duty"_s, make_duty(frame, source), simulator::SignalKind::pulse);
-    // What height the other signal's frame has more stays below the rows.
+    // Where the other signal's frame is higher, the rest of the height stays below the rows.
     constexpr int all_of_it = 100;
     grid->setRowStretch(row, all_of_it);
     grid->setColumnStretch(1, 1);

@@ -9,8 +9,9 @@
 
 namespace kv408::ui {
 
-/// The window of the simulated bench: signals, cables and faults, changed while the program runs.
-/// Closing it only hides it. A list connects at once what a calibration asks for.
+/// The window of the simulated bench: signals, cables and faults, which can be changed while the
+/// program runs. Closing it only hides it. Its list of connections sets signals and cables at once
+/// to what a calibration asks for.
 class TestBenchWindow : public QWidget {
 public:
     /// Edits `bench`, which outlives the window, and calls `notice` whenever a fault was switched.
@@ -25,7 +26,7 @@ private:
 
     simulator::TestBench& bench_;
     QComboBox* connections_ = nullptr;
-    QWidget* shown_ = nullptr; ///< signals and cables as they were when it was made
+    QWidget* shown_ = nullptr; ///< editors of signals and cables; each connection makes new ones
 };
 
 } // namespace kv408::ui

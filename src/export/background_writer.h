@@ -19,7 +19,7 @@ class WriterTarget {
 public:
     virtual ~WriterTarget() = default;
 
-    /// Adds `item`; not done: why not, for a person, with the path.
+    /// Adds `item`. Where that fails the message says why, with the path.
     virtual SavedFile add(const Item& item) = 0;
 };
 
@@ -31,12 +31,12 @@ struct RecordingProgress {
     std::string problem; ///< why it ended by itself; empty otherwise
 };
 
-/// Writes items on a thread of its own, so that nobody waits for a disk. It ends by itself at the
-/// first item that cannot be written.
+/// Writes items on a thread of its own, so that the program never waits for a disk. It ends by
+/// itself at the first item that cannot be written.
 template <typename Item>
 class BackgroundWriter {
 public:
-    /// Items that wait to be written at most; further ones are missed.
+    /// The most items that wait to be written; further ones are missed.
     static constexpr std::size_t most_waiting = 64;
 
     explicit BackgroundWriter(std::unique_ptr<WriterTarget<Item>> target)
@@ -50,7 +50,7 @@ public:
     BackgroundWriter(const BackgroundWriter&) = delete;
     BackgroundWriter& operator=(const BackgroundWriter&) = delete;
 
-    /// Hands `item` over to be written. Takes no time.
+    /// Hands `item` over to be written, without waiting.
     void add(Item item) {
         {
             const std::lock_guard lock(access_);

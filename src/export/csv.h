@@ -6,9 +6,9 @@
 
 namespace kv408 {
 
-/// `sweep` as comma-separated values: lines that begin with "# " and say what it was taken with,
-/// one line of headings, and a line for each point. The channels share one column of times where
-/// theirs are the same.
+/// `sweep` as comma-separated values: comment lines that begin with "# " and say with which
+/// settings it was taken, one line of headings, and a line for each point. Channels whose times are
+/// the same share one column of times. Seconds and volts.
 [[nodiscard]] std::string csv_text(const ExportedSweep& sweep);
 
 /// Its comment lines about the settings of `sweep` alone, without its date and number.

@@ -12,7 +12,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Between two updates of the texts.
+/// The time between two updates of the texts.
 constexpr std::chrono::nanoseconds between_texts = 500ms;
 
 std::string channel_name(Channel channel) {

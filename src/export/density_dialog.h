@@ -29,15 +29,15 @@ struct DensityControls {
     Button cmdDensityExport{"cmdDensityExport"};
     /// How many sweeps of each channel, since when, and why it began there.
     std::array<Label, 2> state{Label("lblDensityCH1"), Label("lblDensityCH2")};
-    Label lblDensityRemark{"lblDensityRemark"}; ///< what is to be known about the counts
+    Label lblDensityRemark{"lblDensityRemark"}; ///< what makes the counts smaller or wrong
 };
 
 /// The number of sweeps that `text` says a half-life has; nothing where it says none that can be
 /// taken.
 [[nodiscard]] std::optional<int> half_life_in(std::string_view text);
 
-/// The density window `frmDensity`, and what it operates: where the traces have passed how often.
-/// Closing the window leaves that as it is.
+/// The density window `frmDensity`, and what it operates: the counts of how often the traces passed
+/// where. Closing the window leaves these as they are.
 class DensityDialog {
 public:
     /// What it does on the plot.
@@ -65,7 +65,7 @@ public:
     [[nodiscard]] bool is_open() const { return open_; }
     void close() { open_ = false; }
 
-    /// Counts what has come with `sweep`; of each finished one.
+    /// Counts the channels that have come with `sweep`; to be called with each finished one.
     void sweep_finished(const Sweep& sweep);
 
     /// Brings the texts up to date, not more often than people read.
@@ -76,7 +76,7 @@ public:
         return collector_.collected(channel);
     }
 
-    /// What was collected up to now is forgotten; collecting goes on.
+    /// Forgets what was collected up to now; collecting goes on.
     void clear();
 
     /// Writes what was collected of each channel to the file at `path` and its axes to that beside

@@ -12,7 +12,7 @@
 namespace kv408 {
 namespace {
 
-/// Points that the preview shows.
+/// How many points the preview shows.
 constexpr std::size_t previewed_points = 4;
 
 std::vector<std::string> captions() {
@@ -144,7 +144,7 @@ void ExportDialog::cmdExportBrowse_Click() {
 }
 
 void ExportDialog::cmdExport_Click() {
-    // Sweeping goes on behind the question: what is saved is what was there at the press.
+    // Sweeping goes on behind the question: the sweep of the moment of the press is saved.
     const ExportedSweep saved = sweep();
     const ExportRemark remark = export_remark(type(), saved);
     if (!remark.possible) {

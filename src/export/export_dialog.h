@@ -24,9 +24,9 @@ struct ExportControls {
     TextBox txtExportFile{"txtExportFile"};     ///< the file's name with its folders
     Button cmdExportBrowse{"cmdExportBrowse"};  ///< asks for the file in a dialog of the system
     Label lblExportPreview{"lblExportPreview"}; ///< the first lines of the sweep as CSV
-    Label lblExportRemark{"lblExportRemark"};   ///< what is to be known of the kind of file
-    Label lblExportSaved{"lblExportSaved"};     ///< where the last file lies, or what failed
-    Button cmdExport{"cmdExport"};              ///< saves the sweep that is shown
+    Label lblExportRemark{"lblExportRemark"}; ///< what the user should know about this kind of file
+    Label lblExportSaved{"lblExportSaved"};   ///< where the last file lies, or what failed
+    Button cmdExport{"cmdExport"};            ///< saves the sweep that is shown
 };
 
 /// The export dialog `frmExport`: saves the last whole sweep of the channels that are on. It is
@@ -49,9 +49,9 @@ public:
     [[nodiscard]] bool is_open() const { return open_; }
     void close() { open_ = false; }
 
-    /// Shows the first lines of the sweep that is there now, and what its kind of file says of it.
-    /// Takes less than a whole export; to be called when a sweep is complete while the dialog is
-    /// open.
+    /// Shows the first lines of the present sweep, and what the user should know about saving it.
+    /// Takes less time than a whole export; to be called when a sweep is complete while the dialog
+    /// is open.
     void show_sweep();
 
     /// The sweep that is there as a table for the clipboard; empty without one.

@@ -8,11 +8,11 @@
 
 namespace kv408 {
 
-/// What came of saving a file.
+/// How saving a file ended.
 struct SavedFile {
     FileStatus status =
-        FileStatus::done; ///< `exists`: nothing was written, a person is to be asked
-    std::string message;  ///< for the person: where it lies, or which file failed and why
+        FileStatus::done; ///< `exists`: nothing was written, the user is to be asked
+    std::string message;  ///< for the user: where the file lies, or which one failed and why
 };
 
 /// Saves `bytes` as the file at `path` in one step: whatever happens, there is the whole file or

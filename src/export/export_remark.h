@@ -4,7 +4,7 @@
 
 namespace kv408 {
 
-/// What a user is to know before a sweep is saved.
+/// What the user should know before a sweep is saved.
 struct ExportRemark {
     bool possible = true; ///< false: it cannot be saved in this way
     std::string text; ///< why not, or what saving it changes; empty when there is nothing to say

@@ -27,7 +27,7 @@ struct ExportType {
 /// into `export_types`; nothing for any other ending.
 [[nodiscard]] std::optional<std::size_t> export_type_of(const std::filesystem::path& path);
 
-/// What a user is to know before `sweep` is saved as `type`.
+/// What the user should know before `sweep` is saved as `type`.
 [[nodiscard]] ExportRemark export_remark(const ExportType& type, const ExportedSweep& sweep);
 
 /// The name that a file of `type` gets at `time`: "Kv408_261122_130509.csv".

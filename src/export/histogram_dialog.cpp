@@ -14,7 +14,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Between two updates of numbers and bars.
+/// The time between two updates of numbers and bars.
 constexpr std::chrono::nanoseconds between_histograms = 500ms;
 
 constexpr std::size_t shares = 3; // the last values

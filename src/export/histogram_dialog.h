@@ -13,7 +13,7 @@
 
 namespace kv408 {
 
-/// What the histogram window tells, in this order.
+/// The names of the values that the histogram window shows, in this order.
 inline constexpr std::array<std::string_view, 11> histogram_names = {
     "Hits",     "Mean",         "Median",         "Mode",           "Std dev",       "Least",
     "Greatest", "Peak to peak", "Within 1 sigma", "Within 2 sigma", "Within 3 sigma"};
@@ -24,18 +24,18 @@ struct HistogramControls {
     ListBox cmbHistogramChannel{"cmbHistogramChannel"}; ///< whose density
     ListBox cmbHistogramOf{"cmbHistogramOf"};           ///< levels or times
     Button cmdHistogramCopy{"cmdHistogramCopy"};        ///< copies the table
-    Label lblHistogramWindow{"lblHistogramWindow"};     ///< what times and levels the window has
+    Label lblHistogramWindow{"lblHistogramWindow"};     ///< times and levels of the rectangle
     Label lblHistogramNames{"lblHistogramNames"};
-    Label lblHistogramValues{"lblHistogramValues"}; ///< line by line what the names say
-    Label lblHistogramRemark{"lblHistogramRemark"}; ///< what falsifies them
+    Label lblHistogramValues{"lblHistogramValues"}; ///< the values, a line for each name
+    Label lblHistogramRemark{"lblHistogramRemark"}; ///< what makes them wrong, such as clipping
 };
 
 /// The values of `statistics` in the order of `histogram_names`: volts or seconds, shares 0..1.
 [[nodiscard]] std::array<double, histogram_names.size()>
 values_of(const HistogramStatistics& statistics, HistogramOf of);
 
-/// The histogram window `frmHistogram`: a rectangle of the plot that is moved and resized, the
-/// histogram of the hits in it, and what these have in common. Opening it switches the density on.
+/// The histogram window `frmHistogram`: a rectangle of the plot that can be moved and resized, the
+/// histogram of the hits in it, and its statistics. Opening it switches the density on.
 class HistogramDialog {
 public:
     /// What it does on the plot.
@@ -66,20 +66,20 @@ public:
     void set_window(PlotWindow window);
     static constexpr int least_side = 2;
 
-    /// Moves it, or its right and bottom edge, by so many units.
+    /// Moves the rectangle, or its right and bottom edge, by so many units of the plot.
     void nudge(int right, int down);
     void stretch(int right, int down);
 
-    /// Mouse pressed at (`x`, `y`) of the plot: near an edge or a corner it takes hold of that,
-    /// inside of all. False elsewhere and while the window is closed.
+    /// The mouse was pressed at (`x`, `y`) of the plot: near an edge or a corner it takes hold of
+    /// that, elsewhere inside of the whole rectangle. False outside and while the window is closed.
     bool press(double x, double y);
     void drag(double x, double y);
     void release() { held_.reset(); }
 
-    /// The statistics of what is in the rectangle; nothing where nothing was hit.
+    /// The statistics of the hits in the rectangle; nothing where there are none.
     [[nodiscard]] std::optional<HistogramStatistics> statistics() const;
 
-    /// The histogram of it; nothing where there is no density.
+    /// The histogram of the hits in the rectangle; nothing where there is no density.
     [[nodiscard]] std::optional<DensityHistogram> histogram() const;
 
     [[nodiscard]] Channel channel() const { return watch_.channel(); }

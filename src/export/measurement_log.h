@@ -9,11 +9,11 @@
 
 namespace kv408 {
 
-/// The beginning of a log: comments that say of what `origin` it is, and a line of headings.
+/// The beginning of a log: comments that tell its `origin`, and a line of headings.
 [[nodiscard]] std::string measurement_log_headings(const ExportOrigin& origin);
 
-/// The line of the sweep with the number `sweep` that came at `date`: what `statistics` has as
-/// present. A cell is empty where there is none, or it has not settled yet.
+/// The line of the sweep with the number `sweep` that came at `date`: the present values of
+/// `statistics`. A cell is empty where there is no value, or where it has not settled yet.
 [[nodiscard]] std::string measurement_log_line(std::uint64_t sweep, const std::string& date,
                                                const Statistics& statistics);
 
@@ -21,8 +21,8 @@ namespace kv408 {
 /// one that was added.
 class MeasurementLogFile : public WriterTarget<std::string> {
 public:
-    /// Begins the file at `path` with `headings`, in the place of one that is there. `begun` says
-    /// what came of it; unless done, nothing can be added.
+    /// Begins the file at `path` with `headings`; it replaces one that is there. `begun` says how
+    /// that ended; unless done, nothing can be added.
     MeasurementLogFile(Files& files, std::filesystem::path path, const std::string& headings,
                        SavedFile& begun, FreeSpace space = free_space)
         : file_(files, std::move(path), headings, true, begun, std::move(space)) {}

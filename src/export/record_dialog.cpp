@@ -17,7 +17,7 @@ enum Pace { every_sweep, every_nth, every_seconds };
 
 constexpr std::uintmax_t not_known = std::numeric_limits<std::uintmax_t>::max();
 
-/// The whole number of at least 1 that `text` is.
+/// The whole number, 1.., that `text` is; nothing for any other text.
 std::optional<std::uint64_t> count_in(const std::string& text) {
     const auto number = int32_in(text);
     const auto exact = entire_number(text);
@@ -27,7 +27,8 @@ std::optional<std::uint64_t> count_in(const std::string& text) {
     return static_cast<std::uint64_t>(*number);
 }
 
-/// The time that `text` is in seconds, a millisecond to some thirty years.
+/// The time in seconds that `text` is, from a millisecond to some thirty years; nothing for any
+/// other text.
 std::optional<std::chrono::nanoseconds> seconds_in(const std::string& text) {
     constexpr double least = 1e-3;
     constexpr double most = 1e9;
@@ -165,7 +166,7 @@ std::filesystem::path RecordDialog::path() const {
 }
 
 std::unique_ptr<RecordingTarget> RecordDialog::begin(const std::filesystem::path& path) {
-    // The recorder's thread tells what it has found; nobody here asks the disk.
+    // The recorder's thread asks the disk: here nothing may wait for it.
     const FreeSpace watched = [space = space_, found = free_](const std::filesystem::path& file) {
         const auto left = space(file);
         found->store(left.value_or(not_known));

@@ -25,15 +25,15 @@ namespace kv408 {
 /// The controls of the recording dialog.
 struct RecordControls {
     ListBox cmbRecordPace{"cmbRecordPace"};    ///< every sweep, every n-th, or one in a time
-    TextBox txtRecordPace{"txtRecordPace"};    ///< that number, or that time in seconds
+    TextBox txtRecordPace{"txtRecordPace"};    ///< the n, or the time in seconds
     TextBox txtRecordCount{"txtRecordCount"};  ///< sweeps after which it ends; empty: none
     ListBox cmbRecordType{"cmbRecordType"};    ///< one file, or numbered files of a kind
     TextBox txtRecordFile{"txtRecordFile"};    ///< the file's name with its folders
     Button cmdRecordBrowse{"cmdRecordBrowse"}; ///< asks for the file in a dialog of the system
     Label lblRecordDone{"lblRecordDone"};      ///< how many sweeps are in the file
-    Label lblRecordMissed{"lblRecordMissed"};  ///< how many came faster than they were written
-    Label lblRecordFree{"lblRecordFree"};      ///< what is free on the disk
-    Label lblRecordRemark{"lblRecordRemark"};  ///< where it goes, or why it has ended
+    Label lblRecordMissed{"lblRecordMissed"};  ///< how many came faster than they could be written
+    Label lblRecordFree{"lblRecordFree"};      ///< free space on the disk
+    Label lblRecordRemark{"lblRecordRemark"};  ///< where the recording goes, or why it has ended
     Button cmdRecord{"cmdRecord"};             ///< begins
     Button cmdRecordStop{"cmdRecordStop"};     ///< ends
 };
@@ -59,7 +59,7 @@ public:
 
     [[nodiscard]] bool is_open() const { return open_; }
 
-    /// Closes it; while a recording runs only when the user says that it is to end.
+    /// Closes it; while a recording runs only if the user confirms that it is to end.
     void close();
 
     /// Whether sweeps are taken or still being written.
@@ -73,7 +73,7 @@ public:
     /// every tick; without a recording it does nothing.
     void tick();
 
-    /// Sets what shows the dialog, or hides it, as it is open.
+    /// Sets what shows the dialog while it is open, and hides it when it is closed.
     void on_show(std::function<void()> listener) { show_ = std::move(listener); }
 
 private:
@@ -93,8 +93,8 @@ private:
     Host host_;
     Origin origin_;
     FreeSpace space_;
-    /// What was free when it was asked last; shared with the recorder's thread. The largest number:
-    /// not known.
+    /// Free bytes as last asked for; shared with the recorder's thread. The largest number: not
+    /// known.
     std::shared_ptr<std::atomic<std::uintmax_t>> free_;
     RecordControls controls_;
     std::string offered_; ///< the name that the dialog itself has put into the box last

@@ -19,18 +19,19 @@ namespace kv408 {
 using FreeSpace = std::function<std::optional<std::uintmax_t>(const std::filesystem::path& path)>;
 [[nodiscard]] std::optional<std::uintmax_t> free_space(const std::filesystem::path& path);
 
-/// What a recording leaves free at least: whoever else writes there is not to run into a full disk.
+/// What a recording leaves free at least, bytes, so that other programs do not find the disk full.
 inline constexpr std::uintmax_t space_left_free = 64ULL * 1024 * 1024;
 
 /// A file that grows while the disk has room for it and for others.
 class WatchedFile {
 public:
-    /// Begins the file at `path` with `beginning`, in the place of one that is there when `over`.
-    /// `begun` says what came of it; unless done, nothing can be appended.
+    /// Begins the file at `path` with `beginning`; with `over` it replaces one that is there.
+    /// `begun` says how that ended; unless done, nothing can be appended.
     WatchedFile(Files& files, std::filesystem::path path, std::string_view beginning, bool over,
                 SavedFile& begun, FreeSpace space);
 
-    /// Appends `bytes`; not done: that `what`, "the recording", has ended, and why.
+    /// Appends `bytes`. Where that fails the message says that `what`, as "the recording", has
+    /// ended, and why.
     SavedFile append(std::string_view bytes, std::string_view what);
 
     /// Bytes that are in it.
@@ -46,8 +47,8 @@ private:
 /// sweep that was added.
 class OneRecordingFile : public RecordingTarget {
 public:
-    /// Begins the file at `path`, in the place of one that is there when `over`. `begun` says what
-    /// came of it; unless done, nothing can be added.
+    /// Begins the file at `path`; with `over` it replaces one that is there. `begun` says how that
+    /// ended; unless done, nothing can be added.
     OneRecordingFile(Files& files, std::filesystem::path path, bool over, SavedFile& begun,
                      FreeSpace space = free_space);
 

@@ -18,7 +18,7 @@ bool RecordingPace::take(std::chrono::nanoseconds now) {
     } else if (now < due_) {
         return false;
     } else {
-        // Those that were due meanwhile, as in a pause, are not made up for.
+        // Sweeps that were due during a pause are not made up for.
         due_ += plan_.interval * ((now - due_) / plan_.interval + 1);
     }
     ++taken_;

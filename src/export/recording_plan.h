@@ -8,7 +8,7 @@ namespace kv408 {
 
 /// Which sweeps are recorded.
 struct RecordingPlan {
-    std::uint64_t every = 1; ///< each sweep of this number, 1 for all; without an interval
+    std::uint64_t every = 1; ///< every n-th sweep is recorded, 1..; counts without an interval
     std::chrono::nanoseconds interval{0};   ///< above 0: one sweep in this time
     std::optional<std::uint64_t> most = {}; ///< sweeps after which it ends, 1..
 };
@@ -19,8 +19,8 @@ public:
     explicit RecordingPace(const RecordingPlan& plan) : plan_(plan) {}
 
     /// Whether the sweep that is complete at `now`, a time that never goes back, is to be recorded.
-    /// The first is. Sweeps that an interval has been waiting for come at its multiples, so that
-    /// the pace stays right however late one is.
+    /// The first is. With an interval the next is due at the next multiple of it after the first,
+    /// so that a late sweep does not delay those after it.
     [[nodiscard]] bool take(std::chrono::nanoseconds now);
 
     /// All that the plan asked for have been taken.

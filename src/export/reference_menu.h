@@ -22,7 +22,7 @@ namespace kv408 {
 struct ReferenceControls {
     explicit ReferenceControls(std::size_t place);
 
-    CheckBox mnuReferenceShow;  ///< shows it or hides it; enabled where one is kept
+    CheckBox mnuReferenceShow;  ///< shows it or hides it; enabled while one is kept
     Button mnuReferenceKeepCH1; ///< keeps CH1 of the last whole sweep
     Button mnuReferenceKeepCH2; ///< keeps CH2 of it
     Button mnuReferenceLoad;    ///< asks for a file and keeps what it holds

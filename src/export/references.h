@@ -43,9 +43,9 @@ public:
     /// channel, and nothing changes then.
     bool keep(std::size_t place, const ExportedSweep& sweep, std::string_view name);
 
-    /// Keeps the first channel of the file called `name` with the content `csv`, one of our own, in
-    /// `place`, and shows it. What is wrong with the file, in words, where it cannot be taken;
-    /// nothing changes then.
+    /// Keeps the first channel of the file called `name` with the content `csv`, as `csv_text`
+    /// writes it, in `place`, and shows it. Returns what is wrong with a file that cannot be taken,
+    /// and nothing changes then; else an empty text.
     [[nodiscard]] std::string load(std::size_t place, const std::string& name,
                                    std::string_view csv);
 

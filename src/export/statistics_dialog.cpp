@@ -17,8 +17,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Between two updates of table and plot: nobody reads two hundred numbers in less than a second,
-/// and painting them is most of what the open window costs.
+/// The time between two updates of table and plot: nobody reads two hundred numbers in less than a
+/// second, and painting them is most of what the open window costs.
 constexpr std::chrono::nanoseconds between_refreshes = 1s;
 
 constexpr std::array volt_units = {Unit{"uv", 1e-6}, Unit{"mv", 1e-3}, Unit{"v", 1.0}};

@@ -26,12 +26,12 @@ namespace kv408 {
 
 /// The controls of the statistics window.
 struct StatisticsControls {
-    ListBox cmbStatisticsChannel{"cmbStatisticsChannel"}; ///< whose value trend and limits are of
-    ListBox cmbStatisticsValue{"cmbStatisticsValue"};     ///< which of its measurements
+    ListBox cmbStatisticsChannel{"cmbStatisticsChannel"}; ///< whose trend and limits are shown
+    ListBox cmbStatisticsValue{"cmbStatisticsValue"};     ///< the measurement of that value
     TextBox txtStatisticsLow{"txtStatisticsLow"};         ///< its lower limit; empty: none
     TextBox txtStatisticsHigh{"txtStatisticsHigh"};       ///< its upper limit; empty: none
-    ListBox cmbStatisticsColour{"cmbStatisticsColour"};   ///< of a value outside its limits
-    ListBox cmbStatisticsAction{"cmbStatisticsAction"};   ///< what such a value brings about
+    ListBox cmbStatisticsColour{"cmbStatisticsColour"};   ///< shown for a value outside its limits
+    ListBox cmbStatisticsAction{"cmbStatisticsAction"};   ///< what the program does then
     Button cmdStatisticsReset{"cmdStatisticsReset"};      ///< begins anew
     Button cmdStatisticsCopy{"cmdStatisticsCopy"};        ///< copies the table
     Button cmdStatisticsLog{"cmdStatisticsLog"};          ///< begins the log or ends it
@@ -47,7 +47,7 @@ struct LimitRule {
     LimitAction action = LimitAction::none;
 };
 
-/// The colours to choose from for values outside their limits.
+/// A colour that can be chosen for values outside their limits.
 struct LimitColour {
     std::string_view name;
     Colour colour;
@@ -94,7 +94,8 @@ public:
     /// Takes `sweep`, which is complete, and what was measured of it. Waits for nothing.
     void sweep_complete(const Sweep& sweep, Measured measured);
 
-    /// Does what the limits ask for since the tick before, once the picture shows it.
+    /// Acts on values that came outside their limits since the last tick; to be called when the
+    /// picture shows them.
     void tick_over();
 
     /// Begins the log in the file at `path`, in the place of one that is there; what goes wrong is
@@ -149,7 +150,7 @@ private:
     StatisticsControls controls_;
     Statistics statistics_;
     MeasurementState own_;     ///< while the program does not measure
-    bool own_measured_ = true; ///< the sweep before was measured here
+    bool own_measured_ = true; ///< the last sweep was measured here
     std::array<std::vector<ValueTrend>, 2> trends_;
     std::array<std::vector<LimitRule>, 2> rules_;
     std::uint64_t beginnings_ = 0;

@@ -34,7 +34,7 @@ void put_32(std::string& bytes, std::size_t value) {
     put_little_endian(bytes, static_cast<std::uint32_t>(value));
 }
 
-/// What the file's own header and the directory say of it alike.
+/// The fields that a file's own header and its entry in the directory share.
 void put_description(std::string& bytes, const ZipEntry& entry) {
     put_16(bytes, version_needed);
     put_16(bytes, 0); // no flags

@@ -12,7 +12,7 @@ std::string time_per_div_text(double picoseconds) {
             unit = &larger;
         }
     }
-    // Twelve digits drop what the rate of the columns has lost by its division.
+    // Twelve digits round away the error of the division by which the time came about.
     return number_text(picoseconds / unit->worth) + std::string(unit->name);
 }
 

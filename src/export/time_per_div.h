@@ -6,7 +6,7 @@
 
 namespace kv408 {
 
-/// A time per division of `picoseconds`, above 0, as the panel writes it: "20ns", "2.5us".
+/// A time per division of `picoseconds`, which is above 0, as the panel writes it: "20ns", "2.5us".
 [[nodiscard]] std::string time_per_div_text(double picoseconds);
 
 /// The picoseconds that such a text says; nothing for any other text.

@@ -51,7 +51,7 @@ void stop(Instrument& instrument, Client& client) {
     instrument.forget_single();
 }
 
-// "Filter Avg." by its two names.
+// "Filter Avg." has two headers.
 Command type_command(Instrument& instrument) {
     return choice_setting(
         "ACQuire:TYPE", types,

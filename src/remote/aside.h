@@ -12,20 +12,20 @@
 
 namespace kv408 {
 
-/// A thread for answers that take longer to make than the program may be held up. It gets whole
-/// what they are made from and has nothing else of the program's.
+/// A thread for answers that take too long to make for the program to wait. It gets a copy of all
+/// that an answer is made from, and shares nothing else with the program.
 class Aside {
 public:
     /// `wake` is called, on the thread, when an answer has been made.
     explicit Aside(std::function<void()> wake) : wake_(std::move(wake)) {}
 
-    /// Ends what is under way first; what has not been begun is not made.
+    /// Waits for the answer that is being made; those not begun are never made.
     ~Aside();
     Aside(const Aside&) = delete;
     Aside& operator=(const Aside&) = delete;
 
-    /// What `make` gives, once that has been run on the thread; an empty text becomes `-240` with
-    /// `failure`. Not made where the answer has gone before.
+    /// The result of `make`, which is run on the thread; an empty text becomes error `-240` with
+    /// `failure`. `make` is not run when the answer has been destroyed before.
     std::unique_ptr<LongAnswer> answer(std::function<std::string()> make, std::string failure);
 
 private:

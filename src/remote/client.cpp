@@ -7,12 +7,12 @@
 namespace kv408 {
 namespace {
 
-// What waits of a line's reply before it leaves without its end, bytes: a client that never reads
-// holds no more than this and one answer.
+// Above so many bytes a line's reply is sent before it is complete: a client that never reads makes
+// the program hold no more than this and one answer.
 constexpr std::size_t longest_part = std::size_t{64} * 1024;
 
-// Whether `line` is a request line or a "Host:" of the web's protocol: then a web page talks to us
-// through somebody's browser.
+// Whether `line` is a request line or a "Host:" header of HTTP: then a web page is sending to us
+// through a user's browser.
 bool is_of_the_web(std::string_view line) {
     while (!line.empty() && static_cast<unsigned char>(line.back()) <= ' ') {
         line.remove_suffix(1);
@@ -105,7 +105,7 @@ void Client::run_unit() {
     } catch (const Refused& refused) {
         note(refused);
         if (is_command_error(refused.error)) {
-            message_.reset(); // nothing tells where in the tree the rest was meant
+            message_.reset(); // where in the tree the rest belongs is not known
         }
     }
 }

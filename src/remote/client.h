@@ -33,29 +33,29 @@ struct ClientWaveform {
 /// nothing of the network.
 class Client {
 public:
-    /// What holds a client back, and what follows.
+    /// Why a client's next command has to wait.
     enum class Hold {
         none,
         wait,   ///< the next command waits until nothing is pending
-        answer, ///< the same, and the answer is 1, or 0 when time has run out
+        answer, ///< the same; then the answer is 1, or 0 after the time-out
     };
 
     /// A client that sends commands of `table`, which outlives it.
     explicit Client(const CommandTable& table) : table_(table) {}
 
-    /// Takes what has come up to the end of a line, and says how many bytes that were; the rest is
-    /// to be offered again when it is no longer `busy`.
+    /// Takes `bytes` up to the end of a line, and returns how many bytes that were; the rest is to
+    /// be offered again when the client is no longer `busy`.
     std::size_t take(std::string_view bytes);
 
-    /// What it is waiting for, and the time.
+    /// What decides whether a waiting client may go on.
     struct Moment {
         double seconds = 0.0; ///< of a clock that never goes back
         bool pending = false; ///< what was begun before has not been finished yet
     };
 
-    /// Runs the next command of the line that has come, unless it is held back. Returns what of the
-    /// line's reply is to leave now: with its end when that was the last command, a part of it when
-    /// there is much of it already; empty otherwise.
+    /// Runs the next command of the present line, unless it is held back. Returns the bytes of the
+    /// line's reply that are to be sent now: after the last command all that is left, with the line
+    /// end; before that a part once much of it has gathered; else none.
     std::string run(const Moment& moment);
 
     /// True where an answer is being made, and nothing runs before that is done.
@@ -67,7 +67,7 @@ public:
     /// True where `run` would do something now.
     [[nodiscard]] bool can_run(const Moment& moment) const;
 
-    /// True once it has spoken the language of the web: no more is taken or answered.
+    /// True once it has sent an HTTP request: nothing more is taken or answered.
     [[nodiscard]] bool closed() const { return closed_; }
 
     // --- For the commands -------------------------------------------------------------------
@@ -90,7 +90,7 @@ public:
     ClientWaveform waveform;
     ErrorQueue errors;
 
-    /// True when an answer waits that the line has given so far.
+    /// True when answers of the present line wait to be sent.
     [[nodiscard]] bool reply_waits() const { return !reply_.empty(); }
 
 private:
@@ -103,10 +103,10 @@ private:
 
     const CommandTable& table_;
     LineReader reader_;
-    std::optional<MessageReader> message_; ///< the line that is being run
-    std::vector<std::string> path_; ///< where headers of it begin that have no colon in front
-    std::string reply_;             ///< what of it has not left yet
-    bool answered_ = false;         ///< the reply has begun
+    std::optional<MessageReader> message_;    ///< the line that is being run
+    std::vector<std::string> path_;           ///< where its headers without a leading colon begin
+    std::string reply_;                       ///< the part of its reply that has not been sent yet
+    bool answered_ = false;                   ///< the reply has begun
     std::unique_ptr<LongAnswer> long_answer_; ///< that is being given
     bool part_given_ = false;                 ///< of that
     bool closed_ = false;

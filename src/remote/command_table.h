@@ -29,9 +29,10 @@ struct ParameterCount {
 /// A header of the command tree and what it does. The functions throw `Refused` for what cannot be
 /// done.
 struct Command {
-    /// Does what the header says; none where there is only the query.
+    /// Runs the command; not set where there is only the query.
     using Act = std::function<void(const Call&)>;
-    /// The answer; none where there is only the command. Empty where it comes later.
+    /// Gives the query's answer, empty where it comes later; not set where there is only the
+    /// command.
     using Answer = std::function<std::string(const Call&)>;
 
     std::string header; ///< as a `HeaderPattern` is written

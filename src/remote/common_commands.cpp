@@ -28,7 +28,7 @@ Command client_query(std::string header, std::function<std::string(Client&)> ans
     });
 }
 
-// A register that is set and asked for, of all its bits but those in `unused`.
+// The command and query of a register, whose bits in `unused` stay 0.
 template <typename Register>
 Command enable_setting(std::string header, const NumberRange& range, unsigned unused, Register of) {
     NumberSetting setting{range, {}, {}};

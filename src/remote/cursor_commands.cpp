@@ -21,10 +21,10 @@ namespace {
 constexpr std::array<std::string_view, 3> cursor_modes{"OFF", "VOLTage", "TIME"};
 constexpr std::array<std::string_view, 2> cursor_sources{"CH1", "CH2"};
 
-// The positions of the tabs that the modes are, by their index.
+// The position of each mode's tab, in the order of the modes.
 constexpr std::array<int, 3> tab_of_mode{3, 1, 2};
 
-// Row and column of the plot, and volts and seconds; one of the two by the mode.
+// How volts belong to a cursor's row, or seconds to its column.
 struct CursorScale {
     bool volts;
     double per_unit; ///< volts of a row, seconds of a column

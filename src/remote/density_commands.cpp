@@ -97,10 +97,10 @@ std::string preamble(const Collected& collected) {
     return answer;
 }
 
-/// Points of which one answer may have the counters: 3.3 MB.
+/// The most points whose counters one answer may hold: 3.3 MB.
 constexpr int most_points = 200;
 
-/// The counters of the points that `call` names: the first of them, and how many.
+/// The counters of the points that `call` names by the first of them and their number, as a block.
 std::string counts(const Collected& collected, const Call& call) {
     const int points = collected.counts.points();
     const int first = whole_of(call.parameters.at(0), {0.0, points - 1.0, 0.0});

@@ -17,7 +17,7 @@ namespace {
 constexpr std::array<std::string_view, 7> coloured{"CH1",  "CH2",         "BACKground", "TEXT",
                                                    "GRID", "TBACkground", "ANNotation"};
 
-/// The colour of what has the index `item` in that list.
+/// The colour of the item with the index `item` in the list of choices.
 Colour& colour_of(ColourTable& table, std::size_t item) {
     constexpr std::array members{&ColourTable::ch1,        &ColourTable::ch2,
                                  &ColourTable::background, &ColourTable::normal_text,
@@ -26,7 +26,7 @@ Colour& colour_of(ColourTable& table, std::size_t item) {
     return table.*members.at(item);
 }
 
-/// The colour that `text` is, as "#RRGGBB".
+/// The colour that `text` says in the form "#RRGGBB". Throws `Refused` for any other text.
 Colour colour_in(const std::string& text) {
     constexpr std::size_t length = 7;
     constexpr int base = 16;

@@ -13,13 +13,13 @@ namespace kv408 {
 /// where the messages go that it causes.
 class Gate {
 public:
-    /// True while something is under way that no command may fall into.
+    /// True while something is under way that no command may interrupt.
     [[nodiscard]] bool closed() const { return closed_ > 0; }
 
     /// True while messages are collected.
     [[nodiscard]] bool collects() const { return collected_ != nullptr; }
 
-    /// Takes a message that is collected.
+    /// Adds a message to those that are collected.
     void take(const std::string& text) { collected_->push_back(text); }
 
     /// Keeps the gate closed as long as it lives.

@@ -15,21 +15,21 @@
 
 namespace kv408 {
 
-/// What remote commands work on: the program, as long as there is one with its instrument, and what
-/// clients and the person in front of it have agreed on.
+/// What remote commands work on: the program, while there is one with an instrument, and the locks
+/// that clients and the user at the panel have set.
 class Instrument {
 public:
-    /// Runs one action in the program, as a person's is run.
+    /// Runs one action in the program, as an action of the user is run.
     using Act = std::function<void(const std::function<void()>&)>;
 
-    /// Through `gate` go the messages of what is done; `wake` is called on another thread when an
-    /// answer that was made aside is there.
+    /// Messages that commands cause go through `gate`; `wake` is called on another thread when a
+    /// long answer has been made.
     Instrument(Gate& gate, std::function<void()> wake) : gate_(gate), aside_(std::move(wake)) {}
 
     /// From now on commands work on `scope`, whose start is complete, by `act`.
     void attach(Scope& scope, Act act);
 
-    /// There is no program any more, or none with an instrument.
+    /// From now on there is no program, or none with an instrument.
     void detach();
 
     /// True between the two.
@@ -42,24 +42,24 @@ public:
     [[nodiscard]] Scope& scope() const;
     [[nodiscard]] const Parts& parts() const { return scope().parts(); }
 
-    /// Does what sets something, for `client`, as a press by a person. What that shows as a message
-    /// becomes an error of the client. Throws `Refused` where the network is locked out and what
-    /// `press` throws.
+    /// Runs `press`, which sets something for `client`, as a press by the user. Messages that it
+    /// shows become errors of the client. Throws `Refused` where the network is locked out, and
+    /// what `press` throws.
     void act(Client& client, const std::function<void(Scope&)>& press);
 
-    /// Makes answers that take long.
+    /// Makes long answers.
     [[nodiscard]] Aside& aside() { return aside_; }
 
     // --- Sweeps -----------------------------------------------------------------------------
 
-    /// Starts, and stops when a whole new sweep of each channel that is on has come, which is the
-    /// client's then. Where somebody presses Start meanwhile, it stops no more.
+    /// Starts sweeping, and stops it when a whole new sweep of each channel that is on has come,
+    /// which the client then fetches. If somebody presses Start meanwhile, sweeping goes on.
     void single(Client& client);
 
-    /// What `single` has begun is of no interest any more.
+    /// Sweeping that `single` has begun is no longer stopped.
     void forget_single();
 
-    /// True while something that was begun has not been finished.
+    /// True while a single sweep, or a sweep with the present set-up, has not come.
     [[nodiscard]] bool pending() const;
 
     /// How many sweeps have been finished since the program began.
@@ -89,11 +89,11 @@ public:
     /// A client has gone.
     void forget(Client& client);
 
-    /// Whether the person has locked the network out.
+    /// Whether the user at the panel has locked the network out.
     [[nodiscard]] bool network_locked() const { return network_locked_; }
     void lock_network(bool lock) { network_locked_ = lock; }
 
-    /// Sets what follows when the panel has been locked or unlocked.
+    /// Sets what runs when the panel has been locked or unlocked.
     void on_lock(std::function<void()> listener) { lock_listener_ = std::move(listener); }
 
 private:

@@ -9,7 +9,7 @@
 namespace kv408 {
 namespace {
 
-// By the standards.
+// The limits of IEEE 488.2, chapter 7, for words and numbers.
 constexpr std::size_t longest_word = 12;
 constexpr std::size_t most_digits = 255;
 constexpr int largest_exponent = 32000;
@@ -149,7 +149,7 @@ Parameter MessageReader::read_number() {
     bool point = false;
     for (; is_digit(here()) || (here() == '.' && !point); ++place_) {
         point = point || here() == '.';
-        // Zeros in front do not count, nor are they needed.
+        // Leading zeros do not count as digits.
         const bool leading_zero = here() == '0' && digits == 0 && !point;
         digits += is_digit(here()) && !leading_zero ? 1 : 0;
         number.text += here();

@@ -37,7 +37,7 @@ using TcpNumber = asio::detail::socket_option::integer<IPPROTO_TCP, name>;
 void look_after(tcp::socket& socket) {
     std::error_code gone;
     socket.set_option(asio::socket_base::keep_alive(true), gone);
-#ifdef TCP_KEEPIDLE // elsewhere the system's own times hold, which are hours
+#ifdef TCP_KEEPIDLE // elsewhere the system's own times hold: hours
     socket.set_option(TcpNumber<TCP_KEEPIDLE>(30), gone);
     socket.set_option(TcpNumber<TCP_KEEPINTVL>(10), gone);
     socket.set_option(TcpNumber<TCP_KEEPCNT>(3), gone);
@@ -111,7 +111,7 @@ public:
         });
     }
 
-    // Does `act` to the connection's peer on the thread, unless it has gone.
+    // Calls `act` with the connection's peer, on the thread, unless the peer has gone.
     template <typename Act>
     void on_peer(Connection connection, Act act) {
         asio::post(context_, [this, connection, act] {
@@ -160,7 +160,7 @@ private:
             if (failed == asio::error::operation_aborted) {
                 return;
             }
-            if (failed) { // no more files may be open, for one
+            if (failed) { // for example because too many files are open
                 rest_.expires_after(std::chrono::milliseconds(100));
                 rest_.async_wait([this](const std::error_code&) { accept(); });
                 return;

@@ -10,8 +10,8 @@
 namespace kv408 {
 
 /// The sockets of remote control. They live on a thread of their own, which only moves bytes; all
-/// that is decided is decided where `take` is called. What a client sends is read piece by piece,
-/// the next when the last has been dealt with, so that no client can fill the memory.
+/// decisions are made by the caller of `take`. What a client sends is read piece by piece, the next
+/// piece when the last has been dealt with, so that no client can fill the memory.
 class Network {
 public:
     /// Counts the connections from 1; a number is never used again.
@@ -39,9 +39,9 @@ public:
     };
     using Event = std::variant<Opened, Received, Ended>;
 
-    /// Listens at `place` for `most` connections at a time; who comes beyond them is turned away.
+    /// Listens at `place` for `most` connections at a time; further ones are refused.
     /// `wake` is called, on the sockets' thread, when there is something to take. Throws
-    /// `std::system_error` where nobody can be listened for there.
+    /// `std::system_error` where it cannot listen there.
     Network(const Place& place, std::size_t most, std::function<void()> wake);
 
     /// Closes all connections.
@@ -58,7 +58,8 @@ public:
     /// Reads the connection's next piece.
     void read_on(Connection connection);
 
-    /// Sends `bytes`, in one piece where the system takes them so; only when all before has left.
+    /// Sends `bytes`, in one piece where the system takes them so. Only to be called when all that
+    /// was sent before has left.
     void send(Connection connection, std::string bytes);
 
     /// True when all that was to be sent has left; otherwise `wake` is called when it has.

@@ -28,7 +28,7 @@ std::vector<double> times_per_division() {
 // Volts per division, in the order of the list.
 const std::vector<double> volts_per_division{0.5, 0.2, 0.1, 0.05, 0.02, 0.01};
 
-// What the wheel turns by a division, and where it stands for the centre.
+// Wheel steps for one division, and the wheel's value for the centre.
 constexpr double wheel_per_division = 2.0 * plot::division;
 constexpr double wheel_at_centre = plot::wheel_span / 2.0;
 

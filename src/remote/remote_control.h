@@ -32,7 +32,7 @@ public:
     void attach(Scope& scope, Instrument::Act act) { instrument_.attach(scope, std::move(act)); }
     void detach() { instrument_.detach(); }
 
-    /// Begins to listen at `place`. Throws `std::system_error` where nobody can be listened for.
+    /// Begins to listen at `place`. Throws `std::system_error` where that is not possible.
     void open(const Network::Place& place);
 
     /// Disconnects all clients; from now on there is no socket.
@@ -43,11 +43,11 @@ public:
     /// The port that is listened at; 0 while closed.
     [[nodiscard]] std::uint16_t port() const { return server_ ? server_->port() : 0; }
 
-    /// Runs what clients have sent, for `longest` at most but one command; nothing in the middle of
-    /// an exchange. True when it has not come to the end.
+    /// Runs what clients have sent: one command, and more as long as `longest` has not passed;
+    /// nothing in the middle of an exchange. True when commands are left.
     bool serve(std::chrono::nanoseconds longest);
 
-    /// What follows each tick of the program, and belongs between them where there is no program.
+    /// To be called after each tick of the program; where there is no program, as often.
     void tick_over();
 
     /// The clients, in the order in which they came.
@@ -57,16 +57,16 @@ public:
     /// Notes `error` in the queue of each client.
     void tell_all(const Refused& error);
 
-    /// What commands of `client` find now, whose conditions are brought up to date.
+    /// Brings the condition registers of `client` up to date, and tells whether it may go on.
     [[nodiscard]] Client::Moment moment(Client& client);
 
-    /// What clients and person have agreed on, and the program.
+    /// The program that commands work on, and the locks.
     [[nodiscard]] Instrument& instrument() { return instrument_; }
 
     /// All commands.
     [[nodiscard]] const CommandTable& table() const { return table_; }
 
-    /// Sets what follows when a client has come or gone, or a lock has changed.
+    /// Sets what runs when a client has come or gone, or a lock has changed.
     void on_change(std::function<void()> listener) { changed_ = std::move(listener); }
 
 private:

@@ -39,7 +39,7 @@ public:
     /// Sets what shows the window.
     void on_show(std::function<void()> listener) { show_ = std::move(listener); }
 
-    /// Sets what follows when a client has locked or unlocked the panel.
+    /// Sets what runs when a client has locked or unlocked the panel.
     void on_lock(std::function<void(bool locked)> listener) { lock_ = std::move(listener); }
 
 private:

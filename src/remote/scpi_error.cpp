@@ -46,7 +46,7 @@ constexpr std::array<Named, 29> texts = {{
     {ScpiError::time_out, "Time out error"},
 }};
 
-// What an error's string may hold at most, by the standard.
+// The most characters of an error's string, by SCPI-99, volume 2, chapter 21.8.
 constexpr std::size_t longest_text = 255;
 
 std::string entry_of(ScpiError error, const std::string& detail) {

@@ -47,7 +47,7 @@ void Server::take_events() {
 bool Server::step(Clients::iterator at) {
     Remote& remote = at->second;
     if (!network_.all_sent(at->first)) {
-        return false; // who does not read his answers is given no more
+        return false; // a client that does not read its answers is given no more
     }
     const Client::Moment moment = look_(remote.client);
     if (remote.client.can_run(moment)) {

@@ -18,16 +18,16 @@ public:
     /// How many clients there may be at a time.
     static constexpr std::size_t most_clients = 8;
 
-    /// Tells what a client's commands find: the time, and whether what it waits for is pending.
+    /// Gives the time, and whether what the client waits for is pending.
     using Look = std::function<Client::Moment(Client&)>;
 
     /// Serves commands of `table` to clients at `place`. `wake` is called on a thread of its own
-    /// when `serve` is wanted. Throws `std::system_error` where nobody can be listened for there.
+    /// when `serve` is wanted. Throws `std::system_error` where it cannot listen there.
     Server(const CommandTable& table, const Network::Place& place, std::function<void()> wake,
            Look look);
 
-    /// Runs what clients have sent, for `longest` at most but one command. True when it has not
-    /// come to the end: it is to be called again when all else has had its turn.
+    /// Runs what clients have sent: one command, and more as long as `longest` has not passed. True
+    /// when commands are left: it is to be called again when all else has had its turn.
     bool serve(std::chrono::nanoseconds longest);
 
     /// A client as people see it.
@@ -43,13 +43,13 @@ public:
     /// The port that is listened at.
     [[nodiscard]] std::uint16_t port() const { return network_.port(); }
 
-    /// Sets what follows when a client has come or gone.
+    /// Sets what runs when a client has come or gone.
     void on_change(std::function<void()> listener) { changed_ = std::move(listener); }
 
-    /// Sets what follows just before a client goes.
+    /// Sets what runs just before a client is removed.
     void on_gone(std::function<void(Client&)> listener) { gone_ = std::move(listener); }
 
-    /// Does `act` to each client.
+    /// Calls `act` with each client.
     void for_each(const std::function<void(Client&)>& act);
 
 private:
@@ -58,7 +58,7 @@ private:
             : client(table), address(std::move(from)) {}
         Client client;
         std::string address;
-        std::string unread = {}; ///< of the piece that came last
+        std::string unread = {}; ///< the rest of the piece that came last
         bool ended = false;      ///< no more will come
     };
     using Clients = std::map<Network::Connection, Remote>;

@@ -22,7 +22,7 @@ double asked_number(const NumberSetting& setting, const Call& call) {
                                    : limit_of(call.parameters.front(), range_of(setting, call));
 }
 
-// Numbers of the language have their digits rounded; a step is the one that is as near.
+// A client may write a step with rounded digits: a step this near is the one that is meant.
 bool is_step(double number, double step) {
     constexpr double nearness = 1e-9;
     return std::abs(number - step) <= nearness * step;

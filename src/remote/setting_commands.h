@@ -21,7 +21,7 @@ struct NumberSetting {
     NumberRange range;
     std::function<void(const Call&, double)> set;
     std::function<double(const Call&)> get;
-    std::function<NumberRange(const Call&)> range_now = {}; ///< where it changes, in its place
+    std::function<NumberRange(const Call&)> range_now = {}; ///< used instead where it changes
 };
 
 /// Its command, which answers as a real number.

@@ -26,7 +26,7 @@ void load_set_up(Instrument& instrument, const Call& call) {
     }
 }
 
-/// A bitmap is a hundred times as long as what it is made from, and its client may never read it.
+/// A bitmap is a hundred times as long as the picture in memory, and its client may never read it.
 class BitmapAnswer : public LongAnswer {
 public:
     explicit BitmapAnswer(PackedPicture picture) : file_(std::move(picture)) {}
@@ -61,7 +61,7 @@ std::string give_picture(Instrument& instrument, const Call& call) {
     return {};
 }
 
-/// Goes from the step of the set-up where the panel is by `steps`, 1 or -1.
+/// Redoes (`steps` 1) or undoes (-1) one step of the set-up.
 void go_on_steps(Instrument& instrument, const Call& call, int steps) {
     bool done = false;
     instrument.act(call.client, [&](Scope& scope) {

@@ -26,7 +26,7 @@ void take_last(Instrument& instrument, ClientWaveform& waveform) {
     waveform.number = instrument.number_of(*last);
 }
 
-// The part of the client's sweep that it has chosen.
+// The channel of its sweep that the client has chosen.
 const ChannelSweep& part_of(Instrument& instrument, ClientWaveform& waveform) {
     if (!waveform.sweep) {
         take_last(instrument, waveform);

@@ -28,8 +28,8 @@ public:
     Help(const Help&) = delete;
     Help& operator=(const Help&) = delete;
 
-    /// Sets what tells the page that belongs to where the person is: its file's name without an
-    /// ending. Without it the manual opens at its first page.
+    /// Sets what gives the page of the manual about what the user is looking at: its file name
+    /// without extension. Without it, and for an empty name, the manual opens at its first page.
     void on_topic(std::function<std::string()> topic) { topic_ = std::move(topic); }
 
 private:

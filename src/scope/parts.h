@@ -69,7 +69,7 @@ struct Parts : PanelState, SweepState {
     Help help;
     SingleSweep single;
 
-    /// Those among the entries that are what the user does.
+    /// How many of the entries are actions of the user, 0..
     int acts = 0;
 
 private:

@@ -28,7 +28,7 @@ private:
     bool around_; ///< whether the exchange was given up that this entry fell into
 };
 
-/// Counts an act of the user's for as long as it lasts.
+/// Counts an action of the user's for as long as it lasts.
 class UnderWay {
 public:
     explicit UnderWay(int& count) : count_(count) { ++count_; }
@@ -40,7 +40,7 @@ private:
     int& count_;
 };
 
-/// Does one of the last things, whatever comes of it.
+/// Runs one step of shutting down; the steps after it run even if it throws.
 template <typename Act>
 void try_to(const Act& act) noexcept {
     try {

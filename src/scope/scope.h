@@ -43,10 +43,10 @@ struct Machine {
     FileChoosers& choosers;
     Places places;
     PictureCoder& coder;
-    std::ostream& log = std::cerr;   ///< receives what needs no answer, or can get none
-    Diagnose diagnose = {};          ///< what keeps the instrument from being reached
+    std::ostream& log = std::cerr;   ///< receives messages that need no answer, or can get none
+    Diagnose diagnose = {};          ///< finds out what keeps the instrument from being reached
     Browse browse = {};              ///< opens the manual
-    std::function<void()> beep = {}; ///< makes people listen; nothing: in silence
+    std::function<void()> beep = {}; ///< sounds the computer's bell; empty: silent
 };
 
 /// The whole program without its window: owns every part, wires them together, and is the one
@@ -81,7 +81,7 @@ public:
     /// else is lost. Afterwards nothing is sent or drawn. Never throws.
     void abandon() noexcept;
 
-    /// The settings as last known, to be saved by a thread of another kind, at any time.
+    /// The settings as last known, which any thread may save at any time.
     [[nodiscard]] LastSettings& last_settings();
 
     /// True while an entry has not returned.
@@ -126,7 +126,8 @@ public:
     /// The menu "Help".
     [[nodiscard]] Help& help();
 
-    /// How far a set-up is loaded that takes long; without a caption otherwise.
+    /// How far a set-up has been loaded that takes longer than a second; its caption is empty
+    /// otherwise.
     [[nodiscard]] Label& loading();
 
     /// All parts, to look at; they are declared in scope/parts.h.

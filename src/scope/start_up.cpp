@@ -7,7 +7,7 @@
 namespace kv408 {
 namespace {
 
-/// What is known where no device is attached; at the first look also what can be done without one.
+/// What the user is told when no device is attached; the first time also what works without one.
 std::string without_device(bool first) {
     std::string known = "No device is attached.";
     if (first) {

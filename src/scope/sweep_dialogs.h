@@ -13,15 +13,15 @@ namespace kv408 {
 /// The entries into the program that have not returned yet.
 struct Entries {
     int count = 0;
-    int resting = 0; ///< of these those that wait for a person's dialog, and those around them
+    int resting = 0; ///< those of them that wait for the answer to a dialog, and those around these
 
     /// True while one of them holds the ticks.
     [[nodiscard]] bool hold_ticks() const { return count > resting; }
 };
 
-/// Message boxes beside a sweep. Those that come in the middle of an exchange hold it; while others
-/// are open it goes on underneath. What tells of a link failure while a sweep runs may be answered
-/// by Stop, and then no further message of that exchange is shown.
+/// Message boxes during a sweep. A box that opens in the middle of an exchange holds the sweep;
+/// under any other box the sweep goes on. A message about a link failure during a sweep can be
+/// answered with Stop as well; further messages of the same exchange are then not shown.
 class SweepMessageBoxes : public MessageBoxes {
 public:
     /// Shows through `boxes`; `entries` counts the entries into the program that hold its ticks.

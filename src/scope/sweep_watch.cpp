@@ -7,7 +7,8 @@
 namespace kv408 {
 namespace {
 
-/// Measurements start from what the sweeps before gave, and know a changed signal with its third.
+/// Measurements start from the values of earlier sweeps, and are right from the third sweep of a
+/// changed signal on.
 constexpr int sweeps_to_settle = 3;
 
 } // namespace
@@ -40,7 +41,7 @@ void SweepWatch::look() {
     }
     if (word == state_word::set_up || word == state_word::changes || word == state_word::changes1) {
         wanted_ = {true, true};
-        old_under_way_ = false; // the set-up has what is under way thrown away
+        old_under_way_ = false; // uploading the set-up discards the data under way
     }
 }
 
@@ -50,7 +51,7 @@ void SweepWatch::want_new() {
 }
 
 void SweepWatch::take(const std::shared_ptr<const Sweep>& sweep) {
-    look(); // somebody may have pressed something in the middle of it
+    look(); // a control may have been pressed in the middle of the sweep
     for (const Channel channel : both_channels) {
         if (sweep->channel.at(channel) == last_.at(channel)) {
             continue;

@@ -12,8 +12,9 @@ namespace kv408 {
 
 struct Parts;
 
-/// Watches for the sweep that is taken with the set-up as it is: after a change of it, until each
-/// channel that is on has come whole with it, something is pending while the instrument sweeps.
+/// Watches for sweeps that are taken with the present set-up: from a change of the set-up until
+/// each channel that is on has come whole with the new one, a sweep is pending while the instrument
+/// sweeps.
 class SweepWatch {
 public:
     /// Watches `parts`, which outlive it.
@@ -46,10 +47,10 @@ private:
     SetUp seen_;
     std::array<std::shared_ptr<const ChannelSweep>, 2> last_; ///< the parts that came last
     std::array<bool, 2> wanted_ = {true, true};               ///< by channel
-    /// By channel, how many sweeps are still measured with what one gave that may have begun in the
-    /// middle of another.
+    /// By channel, how many sweeps are still measured starting from the values of one that did not
+    /// come alone (`ChannelSweep::alone`).
     std::array<int, 2> unsettled_ = {0, 0};
-    /// What has been asked for already was asked for before the change.
+    /// The data under way were asked for before the change.
     bool old_under_way_ = false;
 };
 

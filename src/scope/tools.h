@@ -34,7 +34,7 @@ public:
         Files& files;
         FileChoosers& choosers;
         Places places;
-        std::function<void()> beep = {}; ///< makes people listen
+        std::function<void()> beep = {}; ///< sounds the computer's bell; empty: silent
     };
 
     /// What they work with besides sweeps and panel.
@@ -96,10 +96,10 @@ public:
     /// Runs in a tick: nothing here waits for a disk.
     void sweep_complete(const std::shared_ptr<const Sweep>& sweep);
 
-    /// Shows what has come of that meanwhile; every tick.
+    /// Shows how far the recording is; to be called every tick.
     void tick() { record_dialog_.tick(); }
 
-    /// What is to be done once a tick has drawn what came in it.
+    /// Brings the tools' windows up to date; to be called after each tick, when it has drawn.
     void tick_over() {
         statistics_.tick_over();
         density_.tick_over();

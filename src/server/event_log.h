@@ -18,7 +18,7 @@ public:
     /// well.
     bool write_trouble(const std::string& text);
 
-    /// All is well.
+    /// All is well again: any trouble from now on is written anew.
     void note_well() { told_.clear(); }
 
 private:

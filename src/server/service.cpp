@@ -14,7 +14,7 @@ namespace {
 
 /// How long clients are served before the time is looked at again.
 constexpr std::chrono::milliseconds serving{1};
-/// How long is waited before the instrument is looked for again.
+/// The pause before the instrument is looked for again.
 constexpr std::chrono::milliseconds search_interval{1000};
 
 } // namespace

@@ -23,8 +23,8 @@
 
 namespace kv408 {
 
-/// The whole program without a window: finds the instrument, again and again, and lets clients
-/// operate it.
+/// The whole program without a window: looks for the instrument until it is found, and again when
+/// it has been lost, and lets clients operate it.
 class Service {
 public:
     /// What it needs of the machine.
@@ -38,8 +38,7 @@ public:
         std::ostream& log; ///< receives a line for each event
     };
 
-    /// Listens at `place` from now on. Throws `std::system_error` where nobody can be listened for
-    /// there.
+    /// Listens at `place` from now on. Throws `std::system_error` where that is not possible.
     Service(const Host& host, const Network::Place& place);
     ~Service();
     Service(const Service&) = delete;
@@ -58,7 +57,7 @@ public:
     [[nodiscard]] std::uint16_t port() const { return control_.port(); }
 
 private:
-    /// Answers for nobody: tells log and clients.
+    /// Message boxes without a window: their texts go to log and clients.
     class Boxes : public MessageBoxes {
     public:
         explicit Boxes(Service& service) : service_(service) {}
@@ -80,7 +79,7 @@ private:
         Service& service_;
     };
 
-    /// Nobody is there to be asked.
+    /// File dialogs without a window: each is cancelled at once.
     class Choosers : public FileChoosers {
     public:
         std::optional<std::filesystem::path> open_file(const FileQuestion&) override { return {}; }
@@ -90,7 +89,7 @@ private:
         }
     };
 
-    /// The set-up of a program whose instrument has gone, for the next.
+    /// What the next program takes over from one whose instrument has been lost.
     struct Carried {
         PanelSetUp set_up;
         bool sweeping = true;

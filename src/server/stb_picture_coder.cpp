@@ -37,7 +37,7 @@ void add_number(std::string& bytes, std::uint32_t value) {
 /// A picture of few colours: each pixel is the place of its colour in the table.
 struct FewColours {
     std::vector<Pixel> table;
-    std::vector<unsigned char> rows; ///< each behind a 0: as they are
+    std::vector<unsigned char> rows; ///< each begins with a 0: no PNG filter
 };
 
 /// None where there are more colours than a byte can name.

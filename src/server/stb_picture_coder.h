@@ -9,7 +9,7 @@ class StbPictureCoder : public PictureCoder {
 public:
     std::string png(const Surface& picture) override;
 
-    /// The strip stays empty: lines of text are asked for in a dialog only.
+    /// The strip below the picture stays empty: only a dialog asks for lines of text in it.
     Surface with_lines(const Surface& picture, const std::vector<TextLine>& lines,
                        Colour background) override;
 };

@@ -14,7 +14,8 @@ void append_word(std::vector<Byte>& bytes, std::int32_t word) {
     bytes.push_back(static_cast<Byte>(word & 0xFF));
 }
 
-/// Chance of its own for the triggers, so that a trigger with noise leaves the sampler's as it is.
+/// The triggers have random numbers of their own, so that noise of a trigger leaves those of the
+/// sampler as they are.
 Noise of_triggers(Noise noise) {
     return Noise(noise.bits());
 }

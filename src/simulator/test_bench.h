@@ -30,7 +30,7 @@ struct Source {
     double noise_mv = 0.0;         ///< white, millivolts rms
     double jitter_ps = 0.0;        ///< random displacement of each edge in time, picoseconds rms
     double sine_jitter_ps = 0.0;   ///< displacement that comes and goes as a sine, picoseconds peak
-    double sine_jitter_hz = 1.0e6; ///< how often a second it does, above 0
+    double sine_jitter_hz = 1.0e6; ///< frequency of that sine, hertz, above 0
     int pattern_bits = 7;          ///< random data repeat after 2^this - 1 bits: 7, 15 or 31
     /// By how much random data are longer high than low, bit by bit, picoseconds; may be negative.
     double distortion_ps = 0.0;

@@ -46,7 +46,7 @@ Source closing_data() {
 }
 
 void connect_eye(TestBench& bench, const Source& data) {
-    // As clean as a generator of its own, whatever the data have.
+    // The clock comes from a clean generator, whatever noise and jitter the data have.
     Source clock;
     clock.frequency_hz = data.frequency_hz;
     clock.rise_time_ps = data.rise_time_ps;

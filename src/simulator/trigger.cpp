@@ -81,7 +81,7 @@ void TriggerEvents::disturb(TriggerEvent& event, Noise& noise) const {
     event.jitter_ps += sine_jitter_at(signal_, event.phase);
     event.late_ps = event.jitter_ps;
     if (signal_.noise_mv > 0.0) {
-        // With so much noise on it the signal itself need only be so high.
+        // With the noise added the signal itself crosses at another height.
         Crossing with_noise = crossing_;
         with_noise.part -= signal_.noise_mv * noise.gaussian() / signal_.amplitude_mvpp;
         with_noise.part = std::clamp(with_noise.part, 0.0, 1.0);

@@ -17,7 +17,7 @@ struct TriggerEvent {
     /// the last whole 1000 s of the clock, where all signals start anew, so that their number stays
     /// exact in a double.
     Phase phase;
-    std::int64_t edge = 0;  ///< that triggered, as `edge_at` counts
+    std::int64_t edge = 0;  ///< number of the edge that triggered, as `edge_at` counts
     double jitter_ps = 0.0; ///< delay of that edge by jitter
     double late_ps = 0.0;   ///< delay of the trigger by jitter and noise
 };
@@ -40,7 +40,8 @@ public:
     /// The event after `event`.
     [[nodiscard]] TriggerEvent next(const TriggerEvent& event) const;
 
-    /// When `event` happens, on the clock that `time` of `first_after` is of.
+    /// When `event` happens, which lies in the same whole 1000 s of the clock as `near`; on the
+    /// same clock as the time of `first_after`.
     [[nodiscard]] std::chrono::nanoseconds time_of(const TriggerEvent& event,
                                                    std::chrono::nanoseconds near) const;
 

@@ -23,8 +23,8 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-/// Makes `bench` reachable from the menus of `window`, and opens it beside that once it has its
-/// place.
+/// Adds an entry for `bench` to the menus of `window`, and opens it beside the window once that has
+/// its place on the screen.
 void offer(kv408::ui::TestBenchWindow& bench, kv408::ui::MainWindow& window) {
     QAction* const entry = window.menuBar()->addAction(u"Simulated &Bench"_s);
     QObject::connect(entry, &QAction::triggered, &bench, [&bench, &window] {

@@ -52,8 +52,8 @@ std::filesystem::path program_folder(const char* name) {
 
 int main(int argc, char** argv) {
 #ifdef __GLIBC__
-    // Pictures and long replies go back to the system: it has them for a moment, and then never
-    // again.
+    // The memory of pictures and long replies goes back to the system at once: it is wanted for a
+    // moment, and seldom again.
     constexpr int large = 64 * 1024;
     mallopt(M_MMAP_THRESHOLD, large);
     mallopt(M_TRIM_THRESHOLD, large);

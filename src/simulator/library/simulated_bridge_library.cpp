@@ -81,7 +81,7 @@ KV408_EXPORT BridgeStatus KV408_BRIDGE_CALL SI_GetProductString(Dword index, voi
     }
     const kv408::SerialNumber serial = bridge().serial_number(index);
     if (serial.status == kv408::bridge_success) {
-        // Only the text and its zero: a caller may know that its strings are short.
+        // Only the text and its zero are written: the caller's buffer may be no longer.
         std::memcpy(text, serial.text.c_str(), serial.text.size() + 1);
     }
     return serial.status;
