@@ -95,8 +95,6 @@ Parts::Parts(const Machine& machine)
         settings_file.tell_progress();
         messages.process_endings();
     });
-    sweeps.on_finished([this](const auto&) { picture.movepersistance(); });
-    sweeps.on_finished([this](const auto&) { measuring.makemeasurement(); });
     sweeps.on_finished([this](const auto& sweep) {
         tools.sweep_finished(*sweep);
         if (sweep->complete) {

@@ -20,10 +20,7 @@ using Texts = std::vector<std::string>;
 struct AcquisitionRig : FakeMachine, PanelState, SweepState, PanelParts, AcquisitionParts {
     AcquisitionRig()
         : PanelParts(static_cast<PanelState&>(*this), outside()),
-          AcquisitionParts(static_cast<PanelParts&>(*this), *this) {
-        sweeps.on_finished([this](const auto&) { screen.movepersistance(); });
-        sweeps.on_finished([this](const auto&) { measuring.makemeasurement(); });
-    }
+          AcquisitionParts(static_cast<PanelParts&>(*this), *this) {}
 
     /// Makes the instrument acknowledge every set-up frame. The sweep and the single point have
     /// replies of their own.

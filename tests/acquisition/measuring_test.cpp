@@ -7,18 +7,6 @@
 namespace kv408 {
 namespace {
 
-/// Notes measuring and showing among what is asked of the screen.
-void note_all(AcquisitionRig& rig) {
-    rig.measuring.on_measure = [&rig] { rig.screen.calls.emplace_back("measure"); };
-    rig.measuring.on_show = [&rig] { rig.screen.calls.emplace_back("show"); };
-}
-
-/// The last `count` things that were asked.
-Texts last(const AcquisitionRig& rig, std::ptrdiff_t count) {
-    const Texts& calls = rig.screen.calls;
-    return {calls.end() - count, calls.end()};
-}
-
 /// A started program that has asked for a block of channel 1. Each time it measures, the instrument
 /// must already have been asked for the next block, so that it does not wait for the program.
 struct AskedRig : AcquisitionRig {
@@ -62,18 +50,23 @@ TEST(Measuring, AnUnfinishedBlockIsNotMeasured) {
     EXPECT_EQ(rig.measuring.measured, 0);
 }
 
-TEST(Measuring, ACompletePassIsMeasuredAfterTheHistoryHasMoved) {
+TEST(Measuring, ACompletePassIsMeasuredOnceWithAllItsPoints) {
     for (const bool second : {false, true}) {
         PassRig rig(true, second);
-        rig.measuring.on_measure = [&rig] { rig.screen.calls.emplace_back("measure"); };
+        rig.measuring.measured = 0;
+        rig.measuring.on_measure = [&] {
+            const auto& sweep = *rig.sweeps.last();
+            EXPECT_EQ(sweep.channel[0]->codes.size(), 640U);
+            EXPECT_EQ(sweep.channel[1]->codes.size(), second ? 640U : 0U);
+        };
         rig.pass.sdisplay1ghzt();
-        EXPECT_EQ(last(rig, 2), (Texts{"movepersistance", "measure"}));
+        EXPECT_EQ(rig.measuring.measured, 1);
     }
 }
 
 TEST(Measuring, APassThatTheStateWordEndsIsMeasuredToo) {
     PassRig rig(true, false);
-    rig.measuring.on_measure = [&rig] { rig.screen.calls.emplace_back("measure"); };
+    rig.measuring.measured = 0;
     rig.answer = [&rig](int point) {
         if (point == 5) {
             rig.acquisition.scopestate = "changes";
@@ -81,7 +74,7 @@ TEST(Measuring, APassThatTheStateWordEndsIsMeasuredToo) {
         return std::vector{8, 0};
     };
     rig.pass.sdisplay1ghzt();
-    EXPECT_EQ(last(rig, 2), (Texts{"movepersistance", "measure"}));
+    EXPECT_EQ(rig.measuring.measured, 1);
 }
 
 TEST(Measuring, APassThatWaitsOrFailsIsNotMeasured) {
@@ -101,11 +94,11 @@ TEST(Measuring, APassWithoutChannelsIsNotMeasured) {
     EXPECT_EQ(rig.measuring.measured, 0);
 }
 
-TEST(Measuring, ResultsAreShownBeforeTheRedraw) {
+TEST(Measuring, TheMarksOfTheResultsAreInThePictureThatIsDrawn) {
     AcquisitionRig rig;
     rig.start();
     rig.state_machine.cmdstop_Click();
-    note_all(rig);
+    rig.measuring.on_show = [&rig] { rig.screen.calls.emplace_back("show"); };
     rig.acquisition.ready = {true, true};
     rig.acquisition.pending_refresh = true;
     rig.tick();

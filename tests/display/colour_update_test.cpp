@@ -9,7 +9,6 @@
 namespace kv408::test {
 namespace {
 
-using Texts = std::vector<std::string>;
 using Colours = std::optional<Colour>;
 
 /// Seven colours of which no two are alike.
@@ -33,13 +32,6 @@ TEST_F(ColourUpdateTest, MakesEveryPartOfThePictureAnew) {
     EXPECT_THAT(screen.calls,
                 testing::UnorderedElementsAre("refresh 1 0", "refresh 2 0", "calcPersistColors",
                                               "ClearTrace 1", "ClearTrace 2", "makegrid"));
-}
-
-TEST_F(ColourUpdateTest, RemapsBeforeItRecoloursAndRecoloursBeforeTheRamps) {
-    Texts order;
-    const Listening listening = panel.picture1.on_shown([&] { order = screen.calls; });
-    update.colorupdate();
-    EXPECT_EQ(order, (Texts{"refresh 1 0", "refresh 2 0"}));
 }
 
 TEST_F(ColourUpdateTest, GivesTheControlsTheirTextColours) {
