@@ -34,7 +34,7 @@ struct Layout {
 
 void put_headers(std::string& bytes, const Layout& layout) {
     constexpr std::uint32_t planes = 1;
-    constexpr std::uint32_t bits_a_pixel = 24;
+    constexpr std::uint32_t bits_per_pixel = 24;
     bytes += "BM";
     put(bytes, headers_bytes + layout.pixels_bytes, 4);
     put(bytes, 0, 4); // reserved
@@ -43,7 +43,7 @@ void put_headers(std::string& bytes, const Layout& layout) {
     put(bytes, layout.width, 4);
     put(bytes, layout.height, 4);
     put(bytes, planes, 2);
-    put(bytes, bits_a_pixel, 2);
+    put(bytes, bits_per_pixel, 2);
     put(bytes, 0, 4); // not compressed
     put(bytes, layout.pixels_bytes, 4);
     put(bytes, 0, 4); // pixels per metre, across and down: not known

@@ -48,9 +48,6 @@ public:
     /// Mouse let go.
     void plot_MouseUp();
 
-    /// True while a cursor line is held.
-    [[nodiscard]] bool holds_cursor() const { return holding_; }
-
 private:
     void grab(std::string_view key);
     [[nodiscard]] bool turns_grabbed() const;

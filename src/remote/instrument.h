@@ -89,8 +89,7 @@ public:
     /// A client has gone.
     void forget(Client& client);
 
-    /// Whether the user at the panel has locked the network out.
-    [[nodiscard]] bool network_locked() const { return network_locked_; }
+    /// Locks the network out, so that no client sets anything, or ends that lock.
     void lock_network(bool lock) { network_locked_ = lock; }
 
     /// Sets what runs when the panel has been locked or unlocked.
@@ -110,7 +109,7 @@ private:
     std::uint64_t counted_before_ = 0; ///< sweeps of programs before
     bool swept_ = false;               ///< whether the last one swept when it went
     const Client* locked_by_ = nullptr;
-    bool network_locked_ = false;
+    bool network_locked_ = false; ///< by the user at the panel
     std::function<void()> lock_listener_;
 };
 

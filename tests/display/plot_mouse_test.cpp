@@ -184,8 +184,11 @@ TEST(CursorLine, WithShiftBothMoveTogetherAndTheModeComesBack) {
 
 TEST(CursorLine, ThereIsNoneToGrabWhileTheCursorsAreOff) {
     MouseRig rig;
+    const CursorState before = rig.cursor_state;
     EXPECT_FALSE(rig.mouse.plot_MouseDown(192, 192, false));
-    EXPECT_FALSE(rig.mouse.holds_cursor());
+    rig.mouse.plot_MouseMove(300, 300);
+    EXPECT_EQ(rig.cursor_state.vpos, before.vpos);
+    EXPECT_EQ(rig.cursor_state.hpos, before.hpos);
 }
 
 TEST(CursorLine, MovedTogetherKeepTheirDistanceThroughASetUpUpload) {
