@@ -10,6 +10,7 @@
 #include <QTest>
 
 #include "mouse.h"
+#include "operable.h"
 #include "program_on_bench.h"
 
 namespace kv408::ui {
@@ -146,15 +147,15 @@ void ColumnTest::the_keyboard_brings_into_sight_what_it_goes_to() {
     QVERIFY(channel.hasFocus());
     QVERIFY(column.in_sight(channel));
 
-    int reached = 0;
+    QStringList reached;
     for (QWidget* focused = QApplication::focusWidget(); column.area->isAncestorOf(focused);
          focused = QApplication::focusWidget()) {
         QVERIFY2(column.in_sight(*focused), qPrintable(focused->objectName()));
-        ++reached;
+        reached += focused->objectName();
         QTest::keyClick(focused, Qt::Key_Backtab, Qt::ShiftModifier);
     }
-    // Counted off the manual's tables: 5 + 7 + 5 + 6 + 8 + 2.
-    QCOMPARE(reached, 33);
+    QCOMPARE(missing_in(reached, operable(column.on.panel(), *column.area)), QString());
+    QVERIFY(reached.size() > 25);
 }
 
 void ColumnTest::a_window_that_comes_to_the_front_stays_as_it_was() {
