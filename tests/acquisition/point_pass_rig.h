@@ -7,7 +7,7 @@
 
 namespace kv408 {
 
-/// A started program in point mode at 12 ps a point, just before a pass over the given channels.
+/// A started program in point mode at 12 ps per point, just before a pass over the given channels.
 /// The n-th point fetched (from 0) answers with the code 1000 + n unless `answer` says otherwise.
 struct PassRig : AcquisitionRig {
     PassRig(bool first, bool second) {

@@ -19,7 +19,7 @@ inline double edge(double time, double length) {
     return (1.0 + std::sin(std::numbers::pi * place)) / 2.0;
 }
 
-/// 640 points, 10 ps apart, from 1000 ps on; 0.25 mV a code, 0 mV at code 2048: -512 to 511 mV.
+/// 640 points, 10 ps apart, from 1000 ps on; 0.25 mV per code, 0 mV at code 2048: -512 to 511 mV.
 inline Collected nothing(bool inverted = false, double time_per_point = 10.0) {
     MeasuredWith with;
     with.first_time = 1000.0;

@@ -12,7 +12,7 @@ TEST(ReadHandlers, PositionMovesMarkerTraceAndOffset) {
     rig.load("ch1text.top\t1024\r\nch2text.top\t0\r\n");
     EXPECT_EQ(rig.channels[0].pos, 0);
     EXPECT_EQ(rig.channels[1].pos, 512);
-    // At 0.1V/div, 0.32 pixels a code: 256 / 0.32 = 800 codes from the centre.
+    // At 0.1V/div, 0.32 pixels per code: 256 / 0.32 = 800 codes from the centre.
     EXPECT_EQ(rig.channels[0].offsetdac, 1248);
     EXPECT_EQ(rig.channels[1].offsetdac, 2848);
     EXPECT_EQ(rig.panel.channel[0].text.marked(), 0);

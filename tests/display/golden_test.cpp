@@ -32,7 +32,7 @@ int falling(int index) {
     return 100 + std::min(index, 300);
 }
 
-// One row a column: every point is its own pixel. They cross at point 150 on row 250.
+// One row per column: every point is its own pixel. They cross at point 150 on row 250.
 TEST_F(GoldenTest, BothTracesCrossing) {
     sweep(ch1, rising);
     sweep(ch2, falling);

@@ -20,7 +20,7 @@ struct PictureScene {
             buffer.raw.fill(zero_volt_code);
         }
         for (ChannelState& channel : channels) {
-            channel.scale = 1.0; // a row a code: row 256 + 2048 - code
+            channel.scale = 1.0; // a row per code: row 256 + 2048 - code
         }
         picture.makegrid();
         refresh_all();

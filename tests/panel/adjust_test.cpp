@@ -176,7 +176,7 @@ TEST(Adjust, TurningTheDelayUpShortensIt) {
     rig.panel.slider1.drag_to(-32768);
     EXPECT_EQ(rig.panel.channel[0].psofset.text(), "65535");
     EXPECT_EQ(rig.panel.channel[1].psofset.text(), "0");
-    // 65535 ps over 313 / 1.0016 ps a point.
+    // 65535 ps over 313 / 1.0016 ps per point.
     EXPECT_EQ(rig.channels[0].delaypts, 210);
     EXPECT_EQ(rig.channels[1].delaypts, 0);
     rig.panel.slider1.drag_to(32767);

@@ -141,7 +141,7 @@ TEST(TriggerFrame, TheWheelSetsTheLevelInStepsOfFourCodes) {
 }
 
 TEST(TriggerFrame, TheTimeMarkerStaysOnTheScreen) {
-    StartedPanelRig rig; // 20ns/div: 313 ps a column
+    StartedPanelRig rig; // 20ns/div: 313 ps per column
     for (const auto& [text, column] :
          {std::pair{"0", 0}, std::pair{"3130", 0}, std::pair{"-3130", 10}, std::pair{"-156", 0},
           std::pair{"-200320", 640}, std::pair{"-9999999999", 640}, std::pair{"x", 640},
@@ -157,11 +157,11 @@ TEST(TriggerFrame, TheTimeMarkerStaysOnTheScreen) {
 }
 
 TEST(TriggerFrame, TheTimeMarkerFollowsTheTimeBase) {
-    StartedPanelRig rig; // 20ns/div: 313 ps a column
+    StartedPanelRig rig; // 20ns/div: 313 ps per column
     rig.panel.delaytrttdis.set_text("-3130");
     rig.panel.delaytrttdis.leave();
     EXPECT_EQ(rig.panel.ltp2.marked(), 10);
-    PanelRig::choose(rig.panel.seltimediv, "5ns/div"); // 79 ps a column
+    PanelRig::choose(rig.panel.seltimediv, "5ns/div"); // 79 ps per column
     EXPECT_EQ(rig.panel.ltp2.marked(), 40);            // 3130 / 79 = 39.6
 }
 

@@ -202,11 +202,11 @@ private:
     OneWay wheel() {
         const int value = random(0, 1024);
         const std::string number = std::to_string(any_channel() + 1);
-        if (random(0, 1) == 0) { // 128 steps a division around 512
+        if (random(0, 1) == 0) { // 128 steps per division around 512
             return {"CHAN" + number + ":POS " + std::to_string((value - 512) / 128.0),
                     turned("CH" + number, value)};
         }
-        const int near_zero = random(500, 524); // 4 mV a step, twice that where the input is halved
+        const int near_zero = random(500, 524); // 4 mV per step, twice that where the input is halved
         const bool halved = random(0, 1) == 1;
         return {"TRIG:SOUR TRIG" + number + ";:CHAN" + number + ":VTR " + (halved ? "1" : "OFF") +
                     ";:TRIG:LEV " + std::to_string((near_zero - 512) * (halved ? 8 : 4)) + "MV",
@@ -225,7 +225,7 @@ private:
         const int row = random(0, 511);
         const std::string number = std::to_string(any_channel() + 1);
         switch (random(0, 3)) {
-        case 3: // 64 rows a division, 0 V in the middle: row 256
+        case 3: // 64 rows per division, 0 V in the middle: row 256
             return {"CHAN2:SCAL 0.1;POS 0;VTR 0;:CURS:SOUR CH2;MODE VOLT;POS" + number + ' ' +
                         std::to_string((256 - row) * 100.0 / 64.0) + "MV",
                     [=](FrontPanel& panel) {

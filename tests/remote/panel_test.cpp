@@ -132,7 +132,7 @@ TEST_F(RemotePanel, TellsLimitsAndRefusesWhatLiesOutside) {
 }
 
 TEST_F(RemotePanel, RoundsToStepsOfTheWheel) {
-    ask("CHAN1:POS 1.003"); // 128 steps a division: 1.003 is 128.384 of them
+    ask("CHAN1:POS 1.003"); // 128 steps per division: 1.003 is 128.384 of them
     EXPECT_EQ(ask("CHAN1:POS?"), "1.000000E+00");
     ask("TRIG:LEV 101MV"); // a step is 4 mV: 25.25 of them
     EXPECT_EQ(ask("TRIG:LEV?"), "1.000000E-01");

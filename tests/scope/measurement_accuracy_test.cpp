@@ -12,7 +12,7 @@ namespace kv408 {
 namespace {
 
 /// Whether `value` is as close as it has to be. Vpp takes in the noise of both its ends; at
-/// 10mV/div, six codes a millivolt, that alone may be more than 1 % of the screen.
+/// 10mV/div, six codes per millivolt, that alone may be more than 1 % of the screen.
 testing::AssertionResult agrees(const KnownValue& value, const VoltsCell& volts) {
     constexpr double codes_per_millivolt = 6.0;
     constexpr double most_noise_codes = 2 * 4.5;

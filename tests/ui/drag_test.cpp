@@ -179,7 +179,7 @@ void DragTest::the_trigger_marker_sets_the_level_once_let_go() {
     mouse.press_pixel(on.window().plot(), start);
     const QPoint up(0, -on.pixel_of_unit(0, 256).y() + on.pixel_of_unit(0, 224).y());
     mouse.drag_to_pixel(on.window().plot(), start + up);
-    // 32 rows up at 0.1V/div are 50 mV, in the marker's factor 2 of low gain 64 rows a division.
+    // 32 rows up at 0.1V/div are 50 mV, in the marker's factor 2 of low gain 64 rows per division.
     // The level is a whole code in mV, of which the wheel has every fourth.
     const double rows = -up.y() / on.window().plot().scale().factor();
     QVERIFY(std::abs(rows - 32.0) <= 0.5);

@@ -223,7 +223,7 @@ void ScreenTest::the_additional_delay_moves_the_trigger_time() {
     QWidget& marker = *on.widget("ltp2");
     QVERIFY(marker.isVisible());
     QCOMPARE(on.panel().ltp2.marked().value(), 0);
-    // 20ns/div are 312.5 ps a column.
+    // 20ns/div are 312.5 ps per column.
     type_over(*on.widget<QLineEdit>("delaytrttdis"), u"-31250"_s);
     const QRect place = marker.geometry();
     on.widget("seltimediv")->setFocus();
