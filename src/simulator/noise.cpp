@@ -16,9 +16,9 @@ double Noise::uniform() {
 }
 
 double Noise::gaussian() {
-    // Teichroew's method (Knuth, The Art of Computer Programming, volume 2, 3.4.1): the sum of twelve
-    // uniform numbers falls off too fast beyond two standard deviations; a polynomial puts that right.
-    // The numbers here are 0..65535, with the mean 32767.5.
+    // Teichroew's method (Knuth, The Art of Computer Programming, volume 2, 3.4.1): the sum of
+    // twelve uniform numbers falls off too fast beyond two standard deviations; a polynomial puts
+    // that right. The numbers here are 0..65535, with the mean 32767.5.
     std::int32_t sum = 0;
     for (int draw = 0; draw < 3; ++draw) {
         const std::uint64_t four = bits();

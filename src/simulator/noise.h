@@ -17,8 +17,8 @@ public:
     /// Uniform in 0..1, 1 excluded.
     [[nodiscard]] double uniform();
 
-    /// Normal with mean 0 and standard deviation 1: up to 4 standard deviations as many lie beyond as
-    /// should, within 5 %; none lies beyond 9.
+    /// Normal with mean 0 and standard deviation 1: up to 4 standard deviations as many lie beyond
+    /// as should, within 5 %; none lies beyond 9.
     [[nodiscard]] double gaussian();
 
 private:

@@ -206,7 +206,8 @@ private:
             return {"CHAN" + number + ":POS " + std::to_string((value - 512) / 128.0),
                     turned("CH" + number, value)};
         }
-        const int near_zero = random(500, 524); // 4 mV per step, twice that where the input is halved
+        const int near_zero =
+            random(500, 524); // 4 mV per step, twice that where the input is halved
         const bool halved = random(0, 1) == 1;
         return {"TRIG:SOUR TRIG" + number + ";:CHAN" + number + ":VTR " + (halved ? "1" : "OFF") +
                     ";:TRIG:LEV " + std::to_string((near_zero - 512) * (halved ? 8 : 4)) + "MV",

@@ -73,7 +73,8 @@ TEST(Noise, GaussianHasTheTailsOfANormalDistribution) {
             beyond[limit] += far > 3.0 + 0.5 * static_cast<double>(limit) ? 1 : 0;
         }
     }
-    // As tables of the normal distribution have them; the last two stand on some 1900 and 250 draws.
+    // As tables of the normal distribution have them; the last two stand on some 1900 and 250
+    // draws.
     EXPECT_NEAR(beyond[0] / (draws * 2.69980e-3), 1.0, 0.04);
     EXPECT_NEAR(beyond[1] / (draws * 4.65258e-4), 1.0, 0.1);
     EXPECT_NEAR(beyond[2] / (draws * 6.33425e-5), 1.0, 0.25);
