@@ -62,9 +62,15 @@ void Generation::set_points(int first, std::span<const TracePoint> points) {
     std::copy(points.begin(), points.end(), points_.begin() + first);
     breaks_ += breaks_between(first, last + 1);
     place_points(first, last);
-    if (is_uniform()) {
-        cover(was_uniform ? first - 1 : plot::first_point,
-              was_uniform ? last + 1 : plot::last_point);
+    first_set_ = was_uniform ? std::min(first_set_, first - 1) : plot::first_point;
+    last_set_ = was_uniform ? std::max(last_set_, last + 1) : plot::last_point;
+}
+
+void Generation::settle() {
+    if (first_set_ <= last_set_ && is_uniform()) {
+        cover(first_set_, last_set_);
+        first_set_ = plot::points;
+        last_set_ = 0;
     }
 }
 

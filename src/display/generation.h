@@ -24,14 +24,17 @@ struct TracePoint {
 ///
 /// As long as every drawn point lies one unit right of the point before (is_uniform), the line
 /// through them covers one run of rows in each column of pixels: the pixels of the thin line in
-/// that column and in its neighbours, widened by the brush. The runs are kept up to date with each
-/// point, so that composing a picture needs no line drawing.
+/// that column and in its neighbours, widened by the brush. The runs are found once a sweep, or
+/// once a point that is drawn by itself, so that composing a picture needs no line drawing.
 class Generation {
 public:
     Generation();
 
     /// Sets the points from index `first` on, all within 0..640.
     void set_points(int first, std::span<const TracePoint> points);
+
+    /// Brings `runs` up to date with the points that were set.
+    void settle();
 
     /// Point `index`, 0..640.
     [[nodiscard]] TracePoint point(int index) const {
@@ -54,7 +57,7 @@ public:
     [[nodiscard]] Columns columns() const;
 
     /// What the line through the drawn points covers in each column of the plot. Only of a uniform
-    /// generation.
+    /// generation, and as it was when it settled.
     [[nodiscard]] std::span<const RowRun> runs() const { return runs_; }
 
     /// What each point and each pixel of a line is drawn with.
@@ -79,6 +82,10 @@ private:
     std::vector<RowRun> runs_;
     /// Drawn points that do not lie one unit right of the drawn point before.
     int breaks_ = drawn - 1;
+    /// Points that were set since it settled, and what lies between them; none: the first is
+    /// higher.
+    int first_set_ = plot::points;
+    int last_set_ = 0;
 };
 
 } // namespace kv408

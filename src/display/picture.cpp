@@ -378,6 +378,12 @@ void Picture::add_columns_to_compose(const Content& next) {
 }
 
 void Picture::compose_what_is_due() {
+    for (ChannelTrace& trace : traces_) {
+        trace.trace.settle();
+        if (trace.drawn) {
+            trace.drawn->settle();
+        }
+    }
     due_.for_each_range([this](Columns columns) { compose(columns); });
     due_.clear();
 }

@@ -20,6 +20,7 @@ Trace::Trace() {
 }
 
 void Trace::fill_history() {
+    settle();
     history_.fill(std::make_shared<Generation>(current_));
 }
 
@@ -60,6 +61,7 @@ Columns Trace::map(const ChannelState& channel, const SampleBuffer& samples, int
 
 void Trace::shift() {
     std::shift_right(history_.begin(), history_.end(), 1);
+    settle();
     history_.front() = std::make_shared<Generation>(current_);
 }
 

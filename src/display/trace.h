@@ -31,6 +31,9 @@ public:
     /// in: none when the point stayed, all when that cannot be told.
     Columns map(const ChannelState& channel, const SampleBuffer& samples, int index);
 
+    /// Brings what the traces cover up to date; to be called before they are drawn.
+    void settle() { current_.settle(); }
+
     /// Moves the history on by one generation; the current trace becomes its newest.
     void shift();
 

@@ -155,6 +155,7 @@ TEST_F(OneTrace, a_shift_moves_every_generation_on_by_one) {
 void set_point(Generation& generation, int index, int x, int y) {
     const TracePoint point{x, static_cast<double>(y)};
     generation.set_points(index, std::span(&point, 1));
+    generation.settle();
 }
 
 /// The runs of a line through rows `rows` from the first drawn point on; flat afterwards.
