@@ -46,6 +46,9 @@ struct OverEye : SteadyProgram {
 
     /// The window `name`, as large as it wants to be.
     QWidget& window_named(const char* name) {
+        // Qt makes a list that has got new entries as small as they are, 20 ms later and for a
+        // moment.
+        QTest::qWait(100);
         auto& found = widget(name);
         found.resize(found.sizeHint());
         return found;
