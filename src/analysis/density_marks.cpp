@@ -15,7 +15,8 @@ std::vector<DensityMark> eye_marks(const Collected& collected, const Eye& eye) {
     };
     const double left = eye.crossing;
     const double right = eye.crossing + eye.interval;
-    const auto& [one, zero] = eye.levels;
+    const LevelHits& one = eye.levels.one;
+    const LevelHits& zero = eye.levels.zero;
     const auto level_line = [&](double level) {
         return DensityMark{place(left, level), place(right, level)};
     };
