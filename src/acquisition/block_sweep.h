@@ -26,6 +26,10 @@ public:
     /// Forgets what was seen of a reply; a new sweep has been asked for.
     void restart() { lastrxcount_ = 0; }
 
+    /// Whether a single word has come of the reply that is awaited: the instrument waits for its
+    /// trigger, or has just begun to send.
+    [[nodiscard]] bool one_word_came() const { return lastrxcount_ == 2; }
+
     /// The last two-byte word taken from a reply.
     [[nodiscard]] std::int16_t lastword() const { return lastword_; }
 

@@ -58,6 +58,9 @@ void Instrument::act(Client& client, const std::function<void(Scope&)>& press) {
         throw Refused{ScpiError::command_protected};
     }
     Scope& scope = this->scope();
+    if (scope.autoset().under_way()) {
+        throw Refused{ScpiError::settings_conflict, "Autoset is under way"};
+    }
     std::optional<Refused> refused;
     const Gate::Closed alone(gate_);
     const Gate::Collecting collecting(gate_);
@@ -74,6 +77,21 @@ void Instrument::act(Client& client, const std::function<void(Scope&)>& press) {
     }
     if (refused) {
         throw Refused(*refused);
+    }
+}
+
+void Instrument::cancel_autoset(Client& client) {
+    if (!scope().autoset().under_way()) {
+        return;
+    }
+    if (network_locked_) {
+        throw Refused{ScpiError::command_protected};
+    }
+    const Gate::Closed alone(gate_);
+    const Gate::Collecting collecting(gate_);
+    act_([this] { scope_->autoset().controls().cmdAutosetCancel.click(); });
+    for (const std::string& text : collecting.texts()) {
+        client.note({ScpiError::hardware_error, text});
     }
 }
 
@@ -99,7 +117,7 @@ bool Instrument::pending() const {
         return swept_; // until the instrument has been found again
     }
     const SingleSweep& single = scope_->single();
-    return single.state().under_way || single.watch().pending();
+    return single.state().under_way || single.watch().pending() || scope_->autoset().under_way();
 }
 
 void Instrument::single_done(bool came) {

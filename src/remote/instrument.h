@@ -47,6 +47,9 @@ public:
     /// what `press` throws.
     void act(Client& client, const std::function<void(Scope&)>& press);
 
+    /// Ends an Autoset that is under way, whoever began it. Throws `Refused` as `act` does.
+    void cancel_autoset(Client& client);
+
     /// Makes long answers.
     [[nodiscard]] Aside& aside() { return aside_; }
 

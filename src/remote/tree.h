@@ -45,6 +45,9 @@ namespace kv408 {
 /// The test of a mask.
 [[nodiscard]] std::vector<Command> mask_commands(Instrument& instrument);
 
+/// Autoset.
+[[nodiscard]] std::vector<Command> autoset_commands(Instrument& instrument);
+
 /// The set-up as a whole, the lock of the panel, the snapshot, the calibration record.
 [[nodiscard]] std::vector<Command> system_commands(Instrument& instrument);
 

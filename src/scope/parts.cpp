@@ -89,7 +89,7 @@ Parts::Parts(const Machine& machine)
              .beep = machine.beep}),
       help(panel, {.files = files, .boxes = boxes, .places = places, .browse = machine.browse},
            KV408_VERSION),
-      single(*this) {
+      single(*this), autoset(autoset_works()) {
     link.on_ending([this] { settings_file.save_at_end(false); });
     link.on_long_work([this] {
         settings_file.tell_progress();
@@ -106,6 +106,23 @@ Parts::Parts(const Machine& machine)
     colour_update.recolour_panel();
     link.on_operation([this] { note_before_bridge(); });
     boxes.on_stop([this] { panel.cmdstop.click(); });
+}
+
+Autoset::Works Parts::autoset_works() {
+    return {.panel = panel,
+            .channels = channels,
+            .sweeps = sweeps,
+            .acquisition = acquisition,
+            .clock = clock,
+            .one_word = [this] { return acquiring.block.one_word_came(); },
+            .keep = [this] { before_autoset_ = set_up_of(panel, settings_file.confirmed_bytes()); },
+            .put_back = [this] { settings_file.put_back(before_autoset_); },
+            .done =
+                [this] {
+                    settings_file.note_for_end();
+                    undo.name("Autoset");
+                    undo.note();
+                }};
 }
 
 void Parts::note_before_bridge() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "acquisition/acquisition_parts.h"
+#include "autoset/autoset.h"
 #include "calibration/calibration.h"
 #include "config/settings_file.h"
 #include "config/undo.h"
@@ -68,12 +69,16 @@ struct Parts : PanelState, SweepState {
     Tools tools;
     Help help;
     SingleSweep single;
+    Autoset autoset;
 
     /// How many of the entries are actions of the user, 0..
     int acts = 0;
 
 private:
+    [[nodiscard]] Autoset::Works autoset_works();
     void note_before_bridge();
+
+    PanelSetUp before_autoset_;
 };
 
 } // namespace kv408

@@ -69,9 +69,20 @@ void Scope::tick() {
         parts_->tools.tick();
         if (!exchange_under_way) {
             parts_->single.tick_over();
+            autoset_tick_over();
             parts_->tools.tick_over();
         }
     });
+}
+
+void Scope::autoset_tick_over() {
+    if (!parts_->autoset.under_way()) {
+        return;
+    }
+    // What it presses is kept as what the user presses is.
+    const UnderWay acting(parts_->acts);
+    parts_->autoset.tick_over();
+    parts_->settings_file.note_for_end();
 }
 
 void Scope::act(const std::function<void()>& action) {
@@ -79,7 +90,7 @@ void Scope::act(const std::function<void()>& action) {
         const UnderWay acting(parts_->acts);
         action();
         parts_->settings_file.note_for_end();
-        if (parts_->acts == 1) {
+        if (parts_->acts == 1 && !parts_->autoset.under_way()) {
             parts_->undo.note(); // what an action does in another one belongs to that
         }
     });
@@ -184,6 +195,10 @@ SingleSweep& Scope::single() {
 
 Help& Scope::help() {
     return parts_->help;
+}
+
+Autoset& Scope::autoset() {
+    return parts_->autoset;
 }
 
 Undo& Scope::undo() {

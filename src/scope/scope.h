@@ -17,6 +17,7 @@
 
 namespace kv408 {
 
+class Autoset;
 class Help;
 class Picture;
 class PlotMouse;
@@ -111,6 +112,9 @@ public:
     /// The finished sweeps.
     [[nodiscard]] Sweeps& sweeps();
 
+    /// Autoset.
+    [[nodiscard]] Autoset& autoset();
+
     /// Single sweeps.
     [[nodiscard]] SingleSweep& single();
 
@@ -135,6 +139,7 @@ public:
 
 private:
     void enter(const std::function<void()>& entry);
+    void autoset_tick_over();
 
     std::unique_ptr<Parts> parts_;
 };

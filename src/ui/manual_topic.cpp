@@ -35,6 +35,7 @@ constexpr std::array windows = {
     Topic(u"frmMask", "eye"),
     Topic(u"frmReadouts", "readouts"),
     Topic(u"frmSpectrum", "spectrum"),
+    Topic(u"frmAutoset", "autoset"),
 };
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include <QMenu>
 
+#include "autoset/autoset.h"
 #include "scope/single_sweep.h"
 #include "scope/tools.h"
 #include "ui/bind.h"
@@ -55,6 +56,9 @@ void fill_tools(QMenu& tools, ScopeDriver& driver) {
     FrontPanel& panel = driver.panel();
     fill_undo_menu(tools, driver);
     tools.addSeparator();
+    add(tools, driver.autoset().controls().mnuautoset, driver,
+        {u"&Autoset"_s, u"Finds the signals and sets everything up to show them"_s,
+         QKeySequence(u"Ctrl+Shift+A"_s)});
     fill_sweep_menu(add_sub_menu(tools, u"S&weep"_s), driver);
     tools.addSeparator();
     add(tools, panel.mnuexport, driver,

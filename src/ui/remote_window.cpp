@@ -168,7 +168,7 @@ void RemoteInWindow::lock(bool locked) {
         }
     }
     for (const QString& name : {u"loadconfig"_s, u"mnucalibration"_s, u"cmdcaloofset"_s,
-                                u"mnusettings"_s, u"mnustart"_s, u"mnusingle"_s}) {
+                                u"mnusettings"_s, u"mnustart"_s, u"mnusingle"_s, u"mnuautoset"_s}) {
         if (auto* const entry = owner_.findChild<QAction*>(name)) {
             entry->setEnabled(!locked);
         }

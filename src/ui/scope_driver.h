@@ -57,6 +57,9 @@ public:
     /// Undo and Redo.
     [[nodiscard]] Undo& undo() { return scope_.undo(); }
 
+    /// Autoset.
+    [[nodiscard]] Autoset& autoset() { return scope_.autoset(); }
+
     /// Single sweeps.
     [[nodiscard]] SingleSweep& single() { return scope_.single(); }
 

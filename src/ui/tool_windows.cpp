@@ -49,6 +49,7 @@ ToolWindows::ToolWindows(Tools& tools, ScopeDriver& driver, QWidget& owner, cons
     tools.mask().on_show([this] { show_mask(); });
     tools.readouts().on_show([this] { show_readouts(); });
     tools.spectrum().on_show([this] { show_spectrum(); });
+    driver.autoset().on_change([this] { show_autoset(); });
 }
 
 ToolWindows::~ToolWindows() {
@@ -62,6 +63,7 @@ ToolWindows::~ToolWindows() {
     tools_.mask().on_show({});
     tools_.readouts().on_show({});
     tools_.spectrum().on_show({});
+    driver_.autoset().on_change({});
 }
 
 void ToolWindows::show_export() {
@@ -138,10 +140,21 @@ void ToolWindows::show_spectrum() {
     present_beside(*spectrum_, owner_, plot_);
 }
 
+void ToolWindows::show_autoset() {
+    if (!autoset_) {
+        autoset_ = new AutosetWindow(driver_.autoset(), driver_, owner_);
+    }
+    if (driver_.autoset().under_way() && !autoset_->isVisible()) {
+        present_beside(*autoset_, owner_, plot_);
+    }
+    autoset_->refresh();
+}
+
 void ToolWindows::close() {
     for (QWidget* const window :
          {export_.data(), recording_.data(), statistics_.data(), density_.data(), histogram_.data(),
-          jitter_.data(), eye_.data(), mask_.data(), readouts_.data(), spectrum_.data()}) {
+          jitter_.data(), eye_.data(), mask_.data(), readouts_.data(), spectrum_.data(),
+          static_cast<QWidget*>(autoset_.data())}) {
         if (window != nullptr) {
             window->hide();
         }

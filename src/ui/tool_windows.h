@@ -5,6 +5,7 @@
 #include <QWidget>
 
 #include "scope/tools.h"
+#include "ui/autoset_window.h"
 #include "ui/scope_driver.h"
 
 namespace kv408::ui {
@@ -36,6 +37,7 @@ private:
     void show_mask();
     void show_readouts();
     void show_spectrum();
+    void show_autoset();
 
     Tools& tools_;
     ScopeDriver& driver_;
@@ -52,6 +54,7 @@ private:
     QPointer<QWidget> mask_;
     QPointer<QWidget> readouts_;
     QPointer<QWidget> spectrum_;
+    QPointer<AutosetWindow> autoset_;
 };
 
 } // namespace kv408::ui

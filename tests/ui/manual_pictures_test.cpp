@@ -66,6 +66,7 @@ private Q_SLOTS:
     void exporting() { show_export(gallery_); }
     void recording() { show_recording(gallery_); }
     void remote() { show_remote(gallery_); }
+    void autoset() { show_autoset(gallery_); }
     void readouts() { show_readouts(gallery_); }
     void spectrum() { show_spectrum(gallery_); }
     void they_are_those_of_the_manual();

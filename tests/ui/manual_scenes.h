@@ -32,6 +32,7 @@ void show_messages(Gallery& gallery);
 void show_export(Gallery& gallery);
 void show_recording(Gallery& gallery);
 void show_remote(Gallery& gallery);
+void show_autoset(Gallery& gallery);
 void show_readouts(Gallery& gallery);
 void show_spectrum(Gallery& gallery);
 

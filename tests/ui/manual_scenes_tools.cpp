@@ -2,6 +2,7 @@
 
 #include "manual_scenes.h"
 
+#include "autoset/autoset.h"
 #include "export/export_dialog.h"
 #include "export/record_dialog.h"
 
@@ -55,6 +56,18 @@ void show_remote(Gallery& gallery) {
     on.start_sweeping();
     on.act([&] { on.panel().mnuremote.click(); });
     gallery.add(u"remote"_s, tool_window(on, "frmRemote"));
+}
+
+void show_autoset(Gallery& gallery) {
+    SteadyProgram on;
+    on.start_sweeping();
+    on.simulation.bench().sources[1].kind = simulator::SignalKind::none;
+    on.ticks(5);
+    on.act([&] { on.program.scope().autoset().controls().mnuautoset.click(); });
+    on.ticks(8);
+    gallery.add(u"autoset-works"_s, tool_window(on, "frmAutoset"));
+    on.ticks(40);
+    gallery.add(u"autoset"_s, tool_window(on, "frmAutoset"));
 }
 
 void show_readouts(Gallery& gallery) {

@@ -1,0 +1,429 @@
+#include "autoset/autoset.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string_view>
+#include <utility>
+
+#include "link/commands.h"
+#include "panel/adjust.h"
+#include "state/samples.h"
+
+namespace kv408 {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// So long it looks for a trigger at most, and so long it waits for a sweep that is on its way.
+constexpr std::chrono::nanoseconds longest_search = 4400ms;
+constexpr std::chrono::nanoseconds longest_wait = 1500ms;
+
+/// What giving up takes of the longest time: the tick that is under way, and to put everything
+/// back.
+constexpr std::chrono::nanoseconds time_to_put_back = 500ms;
+
+/// A sweep of fast triggers comes within two ticks. One that takes longer has triggers some tenths
+/// of a millisecond apart.
+constexpr std::chrono::nanoseconds slow_sweep = 350ms;
+
+/// Long enough for triggers a few milliseconds apart.
+constexpr std::int32_t search_timeout_us = 10000;
+
+/// Distances of the levels from 0 V that are tried, millivolts. A signal that reaches beyond 0 V by
+/// up to three quarters of its height, from a few millivolts on, meets one of them.
+constexpr std::array tried_levels_mv = {20, 100, 4, 500, 1500};
+
+/// Time bases at which the signals are looked at, each of whose sweeps is so much longer than the
+/// one before that a period that does not fit into that has at least some points in this one.
+constexpr std::array<std::string_view, 5> rungs = {"25ps/div", "5ns/div", "200ns/div", "2us/div",
+                                                   "50us/div"};
+
+/// V/div of the instrument's coarse and of its fine range.
+constexpr std::string_view coarse_vdiv = "0.5V";
+constexpr std::string_view fine_vdiv = "50mV";
+
+/// What is lower is looked at again in the fine range, millivolts.
+constexpr double faint = 30.0;
+
+/// How often a plan is pressed at most, and how often where what is measured lies between two
+/// choices and the last one is confirmed.
+constexpr int most_settlings = 8;
+constexpr int enough_settlings = 2;
+
+std::int32_t wheel_of_level(std::int32_t millivolts) {
+    return (zero_volt_code + millivolts) / codes_per_wheel_step;
+}
+
+} // namespace
+
+Autoset::Autoset(Works works) : works_(std::move(works)), presses_(works_.panel) {
+    controls_.mnuautoset.on_click([this] { start(); });
+    controls_.cmdAutosetCancel.on_click([this] { cancel(); });
+}
+
+void Autoset::start() {
+    if (under_way()) {
+        return;
+    }
+    works_.keep();
+    outcome_ = Outcome::under_way;
+    began_ = works_.clock.now();
+    was_sweeping_ = works_.acquisition.acqrunning;
+    tab_ = works_.panel.tabstrip2.selected_key();
+    users_timeout_ = trigger_timeout(works_.panel.trtout.text());
+    other_tried_ = false;
+    back_.reset();
+    found_ = {};
+    settled_ = 0;
+    list_trials();
+    try_trial();
+}
+
+void Autoset::cancel() {
+    if (under_way()) {
+        give_up(Outcome::cancelled, "Cancelled. Everything is as it was.");
+    }
+}
+
+int Autoset::progress() const {
+    constexpr int whole = 100;
+    if (!under_way()) {
+        return whole;
+    }
+    return static_cast<int>(std::min<std::int64_t>(whole * elapsed() / longest, whole - 1));
+}
+
+void Autoset::tick_over() {
+    if (!under_way()) {
+        return;
+    }
+    if (!works_.acquisition.acqrunning) {
+        was_sweeping_ = false; // somebody has pressed Stop
+        give_up(Outcome::cancelled, "Stopped. Everything is as it was.");
+    } else if (works_.clock.now() - asked_ > longest_wait) {
+        give_up(Outcome::not_found, "No data come from the instrument. Everything is as it was.");
+    } else if (elapsed() > longest - time_to_put_back) {
+        give_up(Outcome::not_found, "It took too long. Everything is as it was.");
+    } else if (stage_ == Stage::searching) {
+        search_on();
+    } else if (stage_ == Stage::looking) {
+        look_on();
+    } else {
+        settle_on();
+    }
+    if (change_) {
+        change_();
+    }
+}
+
+// --- Sweeps -------------------------------------------------------------------------------------
+
+/// What is pressed while sweeping waits for what still comes; stopped, it does not.
+void Autoset::sweep_anew(const std::function<void()>& press) {
+    works_.panel.cmdstop.click();
+    press();
+    works_.panel.cmdstartsweep.click();
+    seen_ = works_.sweeps.last()->channel;
+    asked_ = works_.clock.now();
+}
+
+bool Autoset::came(Channel channel) const {
+    const auto& part = works_.sweeps.last()->channel.at(channel);
+    return part != seen_.at(channel) && part->whole;
+}
+
+bool Autoset::all_came() const {
+    return std::all_of(both_channels.begin(), both_channels.end(), [this](Channel channel) {
+        return came(channel) || !works_.panel.channel.at(channel).enable.checked();
+    });
+}
+
+bool Autoset::untriggered() const {
+    return works_.acquisition.activity == Activity::waiting_for_trigger || works_.one_word();
+}
+
+StartedBy Autoset::started_by(Channel channel) const {
+    if (channel != trial_.source) {
+        return StartedBy::unknown;
+    }
+    return works_.panel.trigeredge.text() == "Positive" ? StartedBy::rising : StartedBy::falling;
+}
+
+void Autoset::take_looks() {
+    for (const Channel channel : both_channels) {
+        if (!came(channel)) {
+            continue;
+        }
+        const SignalLook look =
+            look_at(*works_.sweeps.last()->channel.at(channel), started_by(channel));
+        SignalLook& known = found_.at(channel).look;
+        known.clipped = look.clipped;
+        // A longer sweep shows more of the signal; what a shorter one has shown of time is finer.
+        if (look.alive && (!known.alive || look.period || look.edge ||
+                           (!known.period && !known.edge && look.height() > known.height()))) {
+            known = look;
+        }
+    }
+}
+
+// --- Searching a trigger ------------------------------------------------------------------------
+
+void Autoset::list_trials() {
+    const Channel selected = works_.panel.trigsource.text() == "TRIG1" ? ch1 : ch2;
+    trials_.clear();
+    next_trial_ = 0;
+    const std::array sources = {selected, other(selected)};
+    for (const Channel source : sources) {
+        trials_.push_back({.source = source, .wheel = wheel_of_level(0)});
+    }
+    for (const Channel source : sources) {
+        for (const std::int32_t level : tried_levels_mv) {
+            trials_.push_back({.source = source, .wheel = wheel_of_level(level)});
+            trials_.push_back({.source = source, .wheel = wheel_of_level(-level)});
+        }
+    }
+}
+
+void Autoset::try_trial() {
+    stage_ = Stage::searching;
+    rung_ = 0;
+    trial_ = trials_.at(next_trial_++);
+    tell("Looking for a trigger: " + name_of_source(trial_.source) + " at " +
+         std::to_string(trial_.wheel * codes_per_wheel_step - zero_volt_code) + " mV");
+    sweep_anew([this] {
+        FrontPanel& panel = works_.panel;
+        presses_.choose(panel.seltimediv, rungs.front());
+        for (const Channel channel : both_channels) {
+            presses_.check(panel.channel.at(channel).enable, true);
+            presses_.choose(panel.channel.at(channel).vdiv, coarse_vdiv);
+            presses_.type(panel.channel.at(channel).psofset, 0);
+        }
+        presses_.type(panel.trtout, std::max(users_timeout_, search_timeout_us));
+        presses_.trigger(trial_.source, trial_.wheel, 0);
+    });
+}
+
+void Autoset::search_on() {
+    if (came(ch1) || came(ch2)) {
+        slow_ = works_.clock.now() - asked_ > slow_sweep;
+        stage_ = Stage::looking;
+        look_on();
+    } else if (untriggered() && back_) {
+        trial_ = *std::exchange(back_, std::nullopt);
+        settle();
+    } else if (untriggered() && (next_trial_ == trials_.size() || elapsed() > longest_search)) {
+        give_up(Outcome::not_found, "No trigger at TRIG1 or TRIG2. Everything is as it was.");
+    } else if (untriggered()) {
+        try_trial();
+    }
+}
+
+// --- Looking at the signals ---------------------------------------------------------------------
+
+bool Autoset::is_small(Channel channel) const {
+    constexpr double small = 150.0; // millivolts, of the 341 that the finer range has
+    const SignalLook& look = found_.at(channel).look;
+    return !look.clipped && std::max(std::abs(look.low), std::abs(look.high)) < small;
+}
+
+void Autoset::look_with(std::size_t rung) {
+    rung_ = rung;
+    tell("Looking at the signals: " + std::string(rungs.at(rung)));
+    sweep_anew([this] {
+        presses_.choose(works_.panel.seltimediv, rungs.at(rung_));
+        for (const Channel channel : both_channels) {
+            // In its finer range the instrument has a third of the noise.
+            presses_.choose(works_.panel.channel.at(channel).vdiv,
+                            is_small(channel) ? fine_vdiv : coarse_vdiv);
+        }
+    });
+}
+
+void Autoset::look_on() {
+    if (untriggered()) {
+        give_up(Outcome::not_found, "The trigger was lost. Everything is as it was.");
+        return;
+    }
+    if (!all_came()) {
+        return;
+    }
+    take_looks();
+    for (const Channel channel : both_channels) {
+        const bool fine = works_.panel.channel.at(channel).vdiv.text() == fine_vdiv;
+        if (fine && found_.at(channel).look.clipped) {
+            look_with(rung_);
+            return;
+        }
+    }
+    const SignalLook& own = found_.at(trial_.source).look;
+    const SignalLook& beside = found_.at(other(trial_.source)).look;
+    if (own.period || own.edge) {
+        settle();
+        return;
+    }
+    const bool coarse = works_.panel.channel.at(trial_.source).vdiv.text() == coarse_vdiv;
+    const bool again = rung_ == 0 && !slow_ && coarse && own.height() < faint;
+    const std::size_t next = again ? rung_ : rung_ == 0 && slow_ ? rungs.size() - 1 : rung_ + 1;
+    // A period of the other channel is enough where only the slowest look is left.
+    if (next < rungs.size() && (slow_ || next + 1 < rungs.size() || !beside.period)) {
+        look_with(next);
+    } else if (!own.alive && beside.alive && !other_tried_) {
+        look_by_other_source();
+    } else {
+        settle();
+    }
+}
+
+/// The channel of the source has no signal, but the other one: its own source may trigger better.
+void Autoset::look_by_other_source() {
+    other_tried_ = true;
+    back_ = trial_;
+    const Channel source = other(trial_.source);
+    const double division = works_.channels.at(source).vtfactor;
+    trials_ = {{.source = source, .wheel = fit_level(found_.at(source).look, division).wheel}};
+    next_trial_ = 0;
+    try_trial();
+}
+
+// --- Setting up what was found ------------------------------------------------------------------
+
+Plan Autoset::plan() const {
+    return plan_of({.panel = works_.panel,
+                    .channels = works_.channels,
+                    .found = found_,
+                    .source = trial_.source,
+                    .level_wheel = trial_.wheel,
+                    .time_base = rungs.at(rung_),
+                    .timeout = users_timeout_});
+}
+
+void Autoset::settle() {
+    for (FoundSignal& found : found_) {
+        found.on = found.look.alive;
+    }
+    if (!found_[ch1].on && !found_[ch2].on) {
+        give_up(Outcome::not_found, name_of_source(trial_.source) +
+                                        " triggers, but CH1 and CH2 have no signal. "
+                                        "Everything is as it was.");
+        return;
+    }
+    plan_ = plan();
+    press_plan();
+}
+
+void Autoset::press_plan() {
+    stage_ = Stage::settling;
+    ++settled_;
+    tell("Setting up what was found");
+    sweep_anew([this] {
+        FrontPanel& panel = works_.panel;
+        // A delay can be typed up to 200ns/div only.
+        presses_.choose(panel.seltimediv, plan_.time.time_base);
+        for (const Channel channel : both_channels) {
+            ChannelControls& controls = panel.channel.at(channel);
+            presses_.check(controls.enable, found_.at(channel).on);
+            if (found_.at(channel).on) {
+                presses_.choose(controls.vdiv, plan_.vertical.at(channel).vdiv);
+                presses_.turn(channel == ch1 ? adjust_key::ch1 : adjust_key::ch2,
+                              plan_.vertical.at(channel).wheel);
+            }
+            presses_.type(controls.psofset, plan_.time.delay);
+        }
+        presses_.type(panel.trtout, plan_.timeout);
+        presses_.trigger(trial_.source, plan_.level.wheel, plan_.level.hysteresis);
+    });
+}
+
+SignalLook Autoset::own_look() const {
+    return look_at(*works_.sweeps.last()->channel.at(trial_.source), started_by(trial_.source));
+}
+
+/// Whether the source's channel shows again what it was set up for; chance does not come twice.
+bool Autoset::confirmed() const {
+    constexpr double alike = 0.1;
+    constexpr double alike_edges = 0.3;
+    const SignalLook& known = found_.at(trial_.source).look;
+    const SignalLook again = own_look();
+    const auto agree = [](const std::optional<double>& one, const std::optional<double>& other,
+                          double tolerance) {
+        return !one || (other && std::abs(*other - *one) <= tolerance * *one);
+    };
+    return !found_.at(trial_.source).on ||
+           (agree(known.period, again.period, alike) && agree(known.edge, again.edge, alike_edges));
+}
+
+void Autoset::settle_on() {
+    if (untriggered()) {
+        if (settled_ >= most_settlings) {
+            give_up(Outcome::not_found, "The trigger was lost. Everything is as it was.");
+            return;
+        }
+        // What triggered at first does so again.
+        plan_.level = {.wheel = trial_.wheel};
+        plan_.timeout = std::max(users_timeout_, search_timeout_us);
+        press_plan();
+        return;
+    }
+    if (!all_came()) {
+        return;
+    }
+    const bool settled = confirmed();
+    SignalLook& own = found_.at(trial_.source).look;
+    const SignalLook again = own_look();
+    if (!settled && !again.period && !again.edge && rung_ + 1 < rungs.size()) {
+        own.period.reset();
+        own.edge.reset();
+        stage_ = Stage::looking;
+        look_with(rung_ + 1);
+        return;
+    }
+    if (!settled) {
+        own.period.reset();
+        own.edge.reset();
+    }
+    take_looks();
+    Plan better = plan();
+    better.level = plan_.level;
+    better.timeout = plan_.timeout;
+    const bool near = settled && settled_ >= enough_settlings;
+    if (settled_ < most_settlings && !near && !better.same_scales(plan_)) {
+        plan_ = better;
+        press_plan();
+        return;
+    }
+    std::string line = words_of(ch1, found_[ch1], trial_.source) + ", " +
+                       words_of(ch2, found_[ch2], trial_.source);
+    end(Outcome::found, std::move(line) + ". One Undo takes it all back.");
+}
+
+// --- The end ------------------------------------------------------------------------------------
+
+void Autoset::end(Outcome outcome, std::string line) {
+    outcome_ = outcome;
+    int position = 0;
+    if (!hasnotab(works_.panel.tabstrip2, tab_, position)) {
+        works_.panel.tabstrip2.select(position);
+    }
+    works_.done();
+    tell(std::move(line));
+}
+
+void Autoset::give_up(Outcome outcome, std::string line) {
+    outcome_ = outcome;
+    works_.panel.cmdstop.click();
+    works_.put_back();
+    if (was_sweeping_) {
+        works_.panel.cmdstartsweep.click();
+    }
+    tell(std::move(line));
+}
+
+void Autoset::tell(std::string line) {
+    controls_.lblAutoset.set_caption(std::move(line));
+    controls_.cmdAutosetCancel.set_enabled(under_way());
+    if (change_) {
+        change_();
+    }
+}
+
+} // namespace kv408
