@@ -12,7 +12,7 @@
 namespace kv408 {
 namespace {
 
-constexpr std::size_t least_points = 8;
+constexpr std::size_t fewest_points = 8;
 /// What stands for nothing at all.
 constexpr double least_power = 1e-40;
 
@@ -22,7 +22,7 @@ Spectrum spectrum_of(std::span<const double> millivolts, double interval, Spectr
     const std::size_t points = millivolts.size();
     Spectrum spectrum;
     spectrum.window = window;
-    if (points < least_points || !(interval > 0.0)) {
+    if (points < fewest_points || !(interval > 0.0)) {
         return spectrum;
     }
     spectrum.step = picoseconds_per_second / (interval * static_cast<double>(points));

@@ -77,11 +77,11 @@ void fill_tools(QMenu& tools, ScopeDriver& driver) {
     add(tools, driver.tools().eye().controls().mnueye, driver,
         {u"E&ye"_s, u"Shows how open the eye of random data is"_s});
     add(tools, driver.tools().mask().controls().mnumask, driver,
-        {u"&Mask Test"_s, u"Shows whether a trace keeps out of a mask"_s});
+        {u"Mas&k Test"_s, u"Shows whether a trace keeps out of a mask"_s});
     add(tools, driver.tools().readouts().controls().mnureadouts, driver,
         {u"Read-ou&ts"_s, u"Shows what the time cursors tell, and what clips"_s});
     add(tools, driver.tools().spectrum().controls().mnuspectrum, driver,
-        {u"Spectr&um"_s, u"Shows what sines the sweeps are made of"_s});
+        {u"Spectru&m"_s, u"Shows what sines the sweeps are made of"_s});
     add(tools, panel.mnuremote, driver,
         {u"Remote &Control..."_s, u"Lets other programs operate this one (SCPI)"_s});
 }

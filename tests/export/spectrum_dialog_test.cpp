@@ -37,7 +37,7 @@ struct SpectrumDialogTest : testing::Test {
         dialog.tick_over();
     }
 
-    const std::string& peaks() { return controls.lblSpectrumPeaks.caption(); }
+    [[nodiscard]] const std::string& peaks() const { return controls.lblSpectrumPeaks.caption(); }
 
     VirtualClock clock;
     FrontPanel panel;

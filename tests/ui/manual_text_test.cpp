@@ -8,12 +8,9 @@
 #include <QRegularExpression>
 #include <QTabBar>
 
-#include "autoset/autoset.h"
 #include "demo/test_bench_window.h"
 #include "program_on_bench.h"
-#include "scope/tools.h"
 #include "ui/panel_frame.h"
-#include "ui/settings_window.h"
 
 namespace kv408::ui {
 namespace {
@@ -121,42 +118,6 @@ QStringList names_without_caption(const QWidget& top) {
     return names;
 }
 
-/// Has `window` opened, and the tabs of the cursors brought.
-void open(ProgramOnBench& on, const QString& window) {
-    on.program.scope().act([&] {
-        on.panel().tabstrip3.select(1); // brings the tabs of the cursors
-        if (window == u"calibration"_s) {
-            on.panel().mnucalibration.click();
-        } else if (window == u"settings"_s) {
-            on.panel().mnusettings.click();
-        } else if (window == u"export"_s) {
-            on.panel().mnuexport.click();
-        } else if (window == u"record"_s) {
-            on.panel().mnurecord.click();
-        } else if (window == u"statistics"_s) {
-            on.panel().mnustatistics.click();
-        } else if (window == u"density"_s) {
-            on.panel().mnudensity.click();
-        } else if (window == u"histogram"_s) {
-            on.program.scope().tools().histogram().controls().mnuhistogram.click();
-        } else if (window == u"spectrum"_s) {
-            on.program.scope().tools().spectrum().controls().mnuspectrum.click();
-        } else if (window == u"jitter"_s) {
-            on.program.scope().tools().jitter().controls().mnujitter.click();
-        } else if (window == u"mask"_s) {
-            on.program.scope().tools().mask().controls().mnumask.click();
-        } else if (window == u"eye"_s) {
-            on.program.scope().tools().eye().controls().mnueye.click();
-        } else if (window == u"readouts"_s) {
-            on.program.scope().tools().readouts().controls().mnureadouts.click();
-        } else if (window == u"autoset"_s) {
-            on.program.scope().autoset().controls().mnuautoset.click();
-        } else if (window == u"remote"_s) {
-            on.panel().mnuremote.click();
-        }
-    });
-}
-
 class ManualTextTest : public QObject {
     Q_OBJECT
 
@@ -167,52 +128,43 @@ private Q_SLOTS:
 };
 
 void ManualTextTest::captions_are_told_of_data() {
+    QTest::addColumn<QString>("entry"); // of a menu; empty: the window is there already
     QTest::addColumn<QString>("window");
-    for (const char* const window : {"main", "calibration", "settings", "export", "record",
-                                     "statistics", "density", "histogram", "jitter", "eye", "mask",
-                                     "readouts", "spectrum", "autoset", "remote", "bench"}) {
-        QTest::newRow(window) << QString::fromLatin1(window);
-    }
+    QTest::newRow("main") << QString() << QString();
+    QTest::newRow("calibration") << u"mnucalibration"_s << u"frmcalibration"_s;
+    QTest::newRow("settings") << u"mnusettings"_s << u"frmSettings"_s;
+    QTest::newRow("export") << u"mnuexport"_s << u"frmExport"_s;
+    QTest::newRow("record") << u"mnurecord"_s << u"frmRecord"_s;
+    QTest::newRow("statistics") << u"mnustatistics"_s << u"frmStatistics"_s;
+    QTest::newRow("density") << u"mnudensity"_s << u"frmDensity"_s;
+    QTest::newRow("histogram") << u"mnuhistogram"_s << u"frmHistogram"_s;
+    QTest::newRow("jitter") << u"mnujitter"_s << u"frmJitter"_s;
+    QTest::newRow("eye") << u"mnueye"_s << u"frmEye"_s;
+    QTest::newRow("mask") << u"mnumask"_s << u"frmMask"_s;
+    QTest::newRow("readouts") << u"mnureadouts"_s << u"frmReadouts"_s;
+    QTest::newRow("spectrum") << u"mnuspectrum"_s << u"frmSpectrum"_s;
+    QTest::newRow("autoset") << u"mnuautoset"_s << u"frmAutoset"_s;
+    QTest::newRow("remote") << u"mnuremote"_s << u"frmRemote"_s;
+    QTest::newRow("bench") << QString() << u"benchWindow"_s;
 }
 
 void ManualTextTest::captions_are_told_of() {
+    QFETCH(QString, entry);
     QFETCH(QString, window);
     ProgramOnBench on;
     QVERIFY(on.run_until_sweeping());
-    TestBenchWindow bench(on.simulation.bench());
-    open(on, window);
-    const QWidget* top = &on.window();
-    if (window == u"calibration"_s) {
-        top = on.widget("frmcalibration");
-    } else if (window == u"settings"_s) {
-        top = on.window().findChild<SettingsWindow*>(u"frmSettings"_s);
-    } else if (window == u"export"_s) {
-        top = on.window().findChild<QWidget*>(u"frmExport"_s);
-    } else if (window == u"record"_s) {
-        top = on.window().findChild<QWidget*>(u"frmRecord"_s);
-    } else if (window == u"statistics"_s) {
-        top = on.widget("frmStatistics");
-    } else if (window == u"density"_s) {
-        top = on.widget("frmDensity");
-    } else if (window == u"histogram"_s) {
-        top = on.widget("frmHistogram");
-    } else if (window == u"spectrum"_s) {
-        top = on.widget("frmSpectrum");
-    } else if (window == u"jitter"_s) {
-        top = on.widget("frmJitter");
-    } else if (window == u"mask"_s) {
-        top = on.widget("frmMask");
-    } else if (window == u"eye"_s) {
-        top = on.widget("frmEye");
-    } else if (window == u"readouts"_s) {
-        top = on.widget("frmReadouts");
-    } else if (window == u"autoset"_s) {
-        top = on.widget("frmAutoset");
-    } else if (window == u"remote"_s) {
-        top = on.widget("frmRemote");
-    } else if (window == u"bench"_s) {
-        top = &bench;
+    const TestBenchWindow bench(on.simulation.bench());
+    on.program.scope().act([&] { on.panel().tabstrip3.select(1); }); // brings the cursors' tabs
+    if (!entry.isEmpty()) {
+        on.window().findChild<QAction*>(entry)->trigger();
     }
+    const QWidget* top = &on.window();
+    if (window == bench.objectName()) {
+        top = &bench;
+    } else if (!window.isEmpty()) {
+        top = on.window().findChild<QWidget*>(window);
+    }
+    QVERIFY(top != nullptr);
     const QString manual = manual_text();
     QStringList missing;
     const QStringList texts = captions(*top);
