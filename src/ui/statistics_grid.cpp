@@ -1,7 +1,8 @@
 #include "ui/statistics_grid.h"
 
 #include <algorithm>
-#include <utility>
+#include <array>
+#include <optional>
 
 #include <QEvent>
 #include <QGlyphRun>
@@ -68,36 +69,62 @@ private:
     void draw_text(QPainter& painter, const QStyleOptionViewItem& option, const QRect& place,
                    Qt::Alignment alignment, const QString& text) const {
         if (font_ != option.font) {
-            font_ = option.font;
-            letters_ = QRawFont::fromFont(font_);
+            take_font(option.font);
         }
-        constexpr char16_t last_ascii = 0x7E;
-        const bool plain = std::all_of(text.begin(), text.end(),
-                                       [](QChar letter) { return letter <= last_ascii; });
-        const QList<quint32> glyphs = letters_.glyphIndexesForString(text);
-        QList<QPointF> places = letters_.advancesForGlyphIndexes(glyphs);
-        QPointF end;
-        for (QPointF& letter : places) {
-            end += std::exchange(letter, end);
+        const bool plain =
+            raw_font_.isValid() && std::all_of(text.begin(), text.end(), [](QChar letter) {
+                return letter.unicode() < ascii_letters;
+            });
+        QList<quint32> glyphs;
+        QList<QPointF> places;
+        double end = 0.0;
+        if (plain) {
+            glyphs.reserve(text.size());
+            places.reserve(text.size());
+            for (const QChar letter : text) {
+                const Letter& drawn = letters_.at(letter.unicode());
+                glyphs.append(drawn.glyph);
+                places.append(QPointF(end, 0.0));
+                end += drawn.advance;
+            }
         }
-        if (!plain || end.x() > place.width() || !letters_.isValid()) {
+        if (!plain || end > place.width()) {
             painter.drawText(place, static_cast<int>(alignment) | Qt::TextSingleLine, text);
             return;
         }
         QGlyphRun run;
-        run.setRawFont(letters_);
+        run.setRawFont(raw_font_);
         run.setGlyphIndexes(glyphs);
         run.setPositions(places);
         const bool right = alignment.testFlag(Qt::AlignRight);
         const QFontMetrics& metrics = option.fontMetrics;
         const int above = (place.height() - metrics.height()) / 2;
-        painter.drawGlyphRun(QPointF(right ? place.x() + place.width() - end.x() : place.x(),
+        painter.drawGlyphRun(QPointF(right ? place.x() + place.width() - end : place.x(),
                                      place.y() + above + metrics.ascent()),
                              run);
     }
 
-    mutable QFont font_;
-    mutable QRawFont letters_ = QRawFont::fromFont(font_);
+    /// Keeps what the letters of `font` look like: asking for them took most of a cell.
+    void take_font(const QFont& font) const {
+        font_ = font;
+        raw_font_ = QRawFont::fromFont(font);
+        for (std::size_t code = 0; code < ascii_letters; ++code) {
+            const QList<quint32> glyph =
+                raw_font_.glyphIndexesForString(QString(QChar(static_cast<char16_t>(code))));
+            const QList<QPointF> advance = raw_font_.advancesForGlyphIndexes(glyph);
+            letters_.at(code) = glyph.isEmpty() ? Letter{} : Letter{glyph[0], advance[0].x()};
+        }
+    }
+
+    static constexpr std::size_t ascii_letters = 0x7F;
+    struct Letter {
+        quint32 glyph = 0;
+        double advance = 0.0; ///< pixels to the next one
+    };
+
+    mutable std::optional<QFont> font_; ///< nothing before the first cell
+    mutable QRawFont raw_font_;
+    mutable std::array<Letter, ascii_letters> letters_{};
 };
 
 } // namespace
