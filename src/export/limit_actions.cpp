@@ -31,19 +31,23 @@ std::string LimitActions::act() {
         host_.stop();
     }
     const std::chrono::nanoseconds now = host_.clock.now();
-    const bool wanted = is_due(LimitAction::beep) || is_due(LimitAction::snapshot);
-    if (wanted && (!acted_ || now - *acted_ >= between_actions)) {
-        acted_ = now;
-        if (is_due(LimitAction::beep)) {
-            host_.beep();
+    const auto takes_turn = [&](LimitAction action) {
+        auto& acted = acted_.at(static_cast<std::size_t>(action));
+        const bool turn = is_due(action) && (!acted || now - *acted >= between_actions);
+        if (turn) {
+            acted = now;
         }
-        if (is_due(LimitAction::snapshot)) {
-            if (!snapshots_) {
-                snapshots_ =
-                    std::make_unique<BackgroundWriter<Saving>>(std::make_unique<SavingTarget>());
-            }
-            snapshots_->add(host_.snapshot());
+        return turn;
+    };
+    if (takes_turn(LimitAction::beep)) {
+        host_.beep();
+    }
+    if (takes_turn(LimitAction::snapshot)) {
+        if (!snapshots_) {
+            snapshots_ =
+                std::make_unique<BackgroundWriter<Saving>>(std::make_unique<SavingTarget>());
         }
+        snapshots_->add(host_.snapshot());
     }
     std::string problem;
     if (snapshots_ && !snapshots_->progress().running) {

@@ -37,7 +37,8 @@ public:
     void ask(LimitAction action) { due_.at(static_cast<std::size_t>(action)) = true; }
 
     /// Does what was asked for since the last call, to be called once the picture shows why; beeps
-    /// and snapshots at most once a second. What has gone wrong with a snapshot; empty: nothing.
+    /// at most once a second, and as often saves a snapshot. What has gone wrong with a snapshot;
+    /// empty: nothing.
     [[nodiscard]] std::string act();
 
     /// How many snapshots were saved; none where none was asked for, or one has failed since.
@@ -51,8 +52,9 @@ private:
     using Saving = std::function<SavedFile()>;
 
     Host host_;
-    std::array<bool, 4> due_ = {};                  ///< by `LimitAction`
-    std::optional<std::chrono::nanoseconds> acted_; ///< when a beep or snapshot was asked for last
+    std::array<bool, 4> due_ = {}; ///< by `LimitAction`
+    std::array<std::optional<std::chrono::nanoseconds>, 4>
+        acted_; ///< the same: when it was done last
     std::unique_ptr<BackgroundWriter<Saving>> snapshots_;
 };
 

@@ -244,11 +244,27 @@ void RecordDialog::tick() {
     recorder_.reset();
     enable();
     if (progress.problem.empty()) {
-        controls_.lblRecordRemark.set_caption("Saved to " + shown_path(path()));
+        controls_.lblRecordRemark.set_caption(saved_text(progress.recorded));
         return;
     }
     controls_.lblRecordRemark.set_caption(progress.problem);
     host_.boxes.show({.text = progress.problem, .icon = MessageIcon::exclamation});
+}
+
+std::string RecordDialog::saved_text(std::uint64_t sweeps) const {
+    const int kind = controls_.cmbRecordType.index();
+    if (kind == 0) {
+        return "Saved to " + shown_path(path());
+    }
+    if (sweeps == 0) {
+        return "No sweep was saved";
+    }
+    const std::string_view ending = record_type(kind).ending;
+    std::string text = "Saved to " + shown_path(numbered_path(path(), ending, 1));
+    if (sweeps > 1) {
+        text += " to " + shown_path(numbered_path(path(), ending, sweeps).filename());
+    }
+    return text;
 }
 
 void RecordDialog::show_progress(const RecordingProgress& progress) {

@@ -85,6 +85,7 @@ private:
     [[nodiscard]] std::filesystem::path path() const;
     /// Begins the file at `path`; null, told in a message, when that cannot be done.
     [[nodiscard]] std::unique_ptr<RecordingTarget> begin(const std::filesystem::path& path);
+    [[nodiscard]] std::string saved_text(std::uint64_t sweeps) const;
     void show_progress(const RecordingProgress& progress);
     /// Enables what can be used now.
     void enable();

@@ -64,17 +64,22 @@ SavedFile OneRecordingFile::add(const ExportedSweep& sweep) {
     return file_.append(fill_pages(text_.lines(sweep), file_.size()), the_recording);
 }
 
+std::filesystem::path numbered_path(std::filesystem::path path, std::string_view ending,
+                                    std::uint64_t number) {
+    std::array<char, 32> digits = {};
+    std::snprintf(digits.data(), digits.size(), "_%06" PRIu64, number);
+    path.replace_extension();
+    path += digits.data();
+    path += ending;
+    return path;
+}
+
 NumberedRecordingFiles::NumberedRecordingFiles(Files& files, std::filesystem::path path,
                                                const ExportType& type, FreeSpace space)
     : files_(files), path_(std::move(path)), type_(type), space_(std::move(space)) {}
 
 SavedFile NumberedRecordingFiles::add(const ExportedSweep& sweep) {
-    std::array<char, 32> number = {};
-    std::snprintf(number.data(), number.size(), "_%06" PRIu64, ++number_);
-    std::filesystem::path path = path_;
-    path.replace_extension();
-    path += number.data();
-    path += type_.ending;
+    const std::filesystem::path path = numbered_path(path_, type_.ending, ++number_);
     if (auto refused = full(space_, path, the_recording)) {
         return std::move(*refused);
     }

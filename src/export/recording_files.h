@@ -59,6 +59,11 @@ private:
     WatchedFile file_;
 };
 
+/// `path` with `number`, from 1, of six digits or more, and `ending`: of "curve.csv" and 1
+/// "curve_000001.csv".
+[[nodiscard]] std::filesystem::path numbered_path(std::filesystem::path path,
+                                                  std::string_view ending, std::uint64_t number);
+
 /// Each sweep in a file of its own: "curve.csv" begins with "curve_000001.csv". A file that is
 /// there is not written over and ends the recording.
 class NumberedRecordingFiles : public RecordingTarget {

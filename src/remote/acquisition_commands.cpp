@@ -34,6 +34,7 @@ const char* state_of(const AcquisitionState& acquisition) {
 }
 
 void reset(Instrument& instrument, Client& client) {
+    client.tell_completion(false);
     instrument.act(client, [](Scope& scope) {
         scope.panel().cmdstop.click();
         SettingsFile& settings = scope.settings_file();

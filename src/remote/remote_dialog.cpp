@@ -1,8 +1,8 @@
 #include "remote/remote_dialog.h"
 
-#include <algorithm>
 #include <array>
 #include <system_error>
+#include <utility>
 
 #include "state/rounding.h"
 
@@ -81,15 +81,21 @@ void RemoteDialog::cmdRemoteDisconnect_Click() {
 
 void RemoteDialog::show_state() {
     const bool on = control_.is_open();
-    clients_ = control_.clients();
+    const auto index = static_cast<std::size_t>(controls_.cmbRemoteClients.index());
+    const std::vector<Server::Seen> before = std::exchange(clients_, control_.clients());
     std::vector<std::string> addresses;
     std::string all;
     for (const Server::Seen& client : clients_) {
         addresses.push_back(client.address);
         all += (all.empty() ? ": " : ", ") + client.address;
     }
-    const int selected = std::clamp(controls_.cmbRemoteClients.index(), addresses.empty() ? -1 : 0,
-                                    static_cast<int>(addresses.size()) - 1);
+    // Who is chosen stays so while others come and go; else the first one is.
+    int selected = clients_.empty() ? -1 : 0;
+    for (std::size_t place = 0; place < clients_.size(); ++place) {
+        if (index < before.size() && clients_[place].connection == before[index].connection) {
+            selected = static_cast<int>(place);
+        }
+    }
     controls_.cmbRemoteClients.set_entries(addresses);
     controls_.cmbRemoteClients.set_index(selected);
     controls_.cmbRemoteAddress.set_enabled(!on);

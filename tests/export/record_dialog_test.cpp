@@ -208,6 +208,9 @@ TEST(RecordDialog, NumberedFilesAreOfTheChosenKind) {
     rig.finish();
     EXPECT_EQ(content(rig.folder.path() / "run_000002.npy").substr(1, 5), "NUMPY");
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(rig.folder.path()), {}), 2);
+    EXPECT_EQ(rig.controls.lblRecordRemark.caption(),
+              "Saved to " + shown_path(rig.folder.path() / "run_000001.npy") +
+                  " to run_000002.npy");
 }
 
 TEST(RecordDialog, ClosingItAsksFirstWhileItRecords) {

@@ -260,6 +260,21 @@ TEST_F(StatisticsDialogTest, BeepsAndSavesSnapshotsOnceASecondOnAThreadOfTheirOw
     EXPECT_EQ(cells(0, "VMax")[statistics_column::outside], "11");
 }
 
+TEST_F(StatisticsDialogTest, ABeepWithEachSweepDoesNotKeepASnapshotFromBeingSaved) {
+    open();
+    controls().txtStatisticsHigh.set_text("0.3");
+    controls().cmbStatisticsAction.set_index(1); // VMax beeps
+    dialog.choose(0, row_named("VMean"));
+    controls().txtStatisticsHigh.set_text("0.7");
+    controls().cmbStatisticsAction.set_index(3);
+    take_vmax(400.0);
+    EXPECT_EQ(beeps, 1);
+    state.measresults[0][meas::vmean] = 800.0;
+    take(); // a tenth of a second later
+    dialog.wait_until_written();
+    EXPECT_NE(saved_by, std::thread::id());
+}
+
 /// The lines of the file at `path`.
 std::vector<std::string> lines_of(const std::filesystem::path& path) {
     std::vector<std::string> lines;

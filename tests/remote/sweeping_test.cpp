@@ -284,6 +284,12 @@ TEST_F(RemoteSweeping, ResetsToTheFactorySetUp) {
     EXPECT_EQ(error(), "0,\"No error\"");
 }
 
+TEST_F(RemoteSweeping, AResetForgetsThatCompletionWasToBeTold) {
+    ask("*CLS;*OPC;*RST");
+    ticks(20);
+    EXPECT_EQ(ask("*ESR?"), "0");
+}
+
 TEST_F(RemoteSweeping, GivesAndTakesASetUpAsText) {
     ask("CHAN1:SCAL 10MV;POS 1;:DISP:GRID OFF");
     const std::string kept = scope.settings_file().bytes();

@@ -1,5 +1,6 @@
 // Remote control in the window, by its own menu entry and a client's socket.
 
+#include <memory>
 #include <string>
 
 #include <QAction>
@@ -56,6 +57,7 @@ class RemoteTest : public QObject {
 private Q_SLOTS:
     void is_off_and_unseen_at_first();
     void clients_are_shown_and_disconnected();
+    void disconnect_ends_the_client_that_was_chosen();
     void a_command_is_seen_on_the_panel();
     void a_client_locks_the_panel_and_the_person_the_network();
     void a_locked_panel_leaves_no_way_to_its_controls();
@@ -95,6 +97,30 @@ void RemoteTest::clients_are_shown_and_disconnected() {
     on.widget<QCheckBox>("chkRemote")->click();
     QVERIFY(!on.program.remote().is_open());
     QVERIFY(!on.window().menuBar()->cornerWidget()->isVisible());
+}
+
+void RemoteTest::disconnect_ends_the_client_that_was_chosen() {
+    WithRemote on;
+    QVERIFY(on.run_until_sweeping());
+    on.switch_on();
+    auto first = std::make_unique<SocketLine>(on.program.remote().port());
+    QCOMPARE(on.ask(*first, "SYST:VERS?"), std::string("1999.0\n"));
+    const SocketLine second(on.program.remote().port());
+    QCOMPARE(on.ask(second, "SYST:VERS?"), std::string("1999.0\n"));
+    const SocketLine third(on.program.remote().port());
+    QCOMPARE(on.ask(third, "SYST:VERS?"), std::string("1999.0\n"));
+    auto* const clients = on.widget<QComboBox>("cmbRemoteClients");
+    QCOMPARE(clients->count(), 3);
+    QTest::keyClick(clients, Qt::Key_Down);
+    QCOMPARE(clients->currentIndex(), 1);
+    const QString chosen = clients->currentText();
+    first.reset();
+    QTRY_COMPARE_WITH_TIMEOUT(clients->count(), 2, WithRemote::patience);
+    QCOMPARE(clients->currentText(), chosen);
+    on.widget<QPushButton>("cmdRemoteDisconnect")->click();
+    QTRY_COMPARE_WITH_TIMEOUT(clients->count(), 1, WithRemote::patience);
+    QCOMPARE(second.hear(), std::string());
+    QCOMPARE(on.ask(third, "SYST:VERS?"), std::string("1999.0\n"));
 }
 
 void RemoteTest::a_command_is_seen_on_the_panel() {
