@@ -55,7 +55,7 @@ struct Recorded {
             clock.advance(interval - clock.now() % interval);
             scope.tick();
             // Virtual time runs ahead of the disk.
-            while (dialog.recording() && behind() > Recorder::most_waiting / 2) {
+            while (controls.cmdRecordStop.enabled() && behind() > Recorder::most_waiting / 2) {
                 std::this_thread::sleep_for(milliseconds(1));
                 dialog.tick();
             }

@@ -57,7 +57,6 @@ public:
     /// Lets hits fade to a half in `sweeps` sweeps, 1..`longest_half_life`, or not at all. What was
     /// collected before is kept and fades too.
     void set_half_life(std::optional<int> sweeps);
-    [[nodiscard]] std::optional<int> half_life() const { return half_life_; }
 
     /// What was collected of `channel`; null before the first sweep.
     [[nodiscard]] const Collected* collected(Channel channel) const {

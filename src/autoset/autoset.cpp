@@ -169,7 +169,7 @@ void Autoset::take_looks() {
 // --- Searching a trigger ------------------------------------------------------------------------
 
 void Autoset::list_trials() {
-    const Channel selected = works_.panel.trigsource.text() == "TRIG1" ? ch1 : ch2;
+    const Channel selected = works_.panel.selected_source().value_or(ch2);
     trials_.clear();
     next_trial_ = 0;
     const std::array sources = {selected, other(selected)};

@@ -41,9 +41,6 @@ public:
     /// Number of the next point.
     [[nodiscard]] std::int16_t point() const { return point_; }
 
-    /// A run has begun and not come to its end.
-    [[nodiscard]] bool started() const { return started_; }
-
 private:
     void take_point(Byte reported);
     void tell_time_left();
@@ -55,7 +52,7 @@ private:
     CalibrationForm& form_;
     CalibrationNote& note_;
     StateMachine& state_machine_;
-    bool started_ = false;
+    bool started_ = false; ///< a run has begun and not come to its end
     std::int16_t point_ = first_point;
     std::int16_t errors_ = 0;
     std::int16_t largest_ = 0; ///< picoseconds

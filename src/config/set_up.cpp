@@ -1,74 +1,13 @@
 #include "config/set_up.h"
 
-#include <array>
+#include <algorithm>
 #include <cstddef>
-#include <set>
 #include <string_view>
 #include <utility>
 #include <variant>
 
 namespace kv408 {
 namespace {
-
-struct Words {
-    std::string_view key;
-    std::string_view words;
-};
-
-/// A key of the set-up, and what people call it.
-constexpr std::array words_of_keys = {
-    Words{"intcr1vpos", "Voltage cursor 1"},
-    Words{"intcr1hpos", "Time cursor 1"},
-    Words{"intcr2vpos", "Voltage cursor 2"},
-    Words{"intcr2hpos", "Time cursor 2"},
-    Words{"cursorselect", "Cursors measure"},
-    Words{"TabStrip3", "Cursors"},
-    Words{"trigpos1", "Trigger level of TRIG1"},
-    Words{"trigpos2", "Trigger level of TRIG2"},
-    Words{"hyst1", "Hysteresis of TRIG1"},
-    Words{"hyst2", "Hysteresis of TRIG2"},
-    Words{"trigeredge", "Trigger edge"},
-    Words{"trigsource", "Trigger source"},
-    Words{"ch1text.top", "CH1 position"},
-    Words{"ch2text.top", "CH2 position"},
-    Words{"ch1vdiv", "CH1 V/div"},
-    Words{"ch2vdiv", "CH2 V/div"},
-    Words{"inviatr1", "CH1 Input Via Trigger"},
-    Words{"inviatr2", "CH2 Input Via Trigger"},
-    Words{"invert1", "CH1 Invert"},
-    Words{"invert2", "CH2 Invert"},
-    Words{"ch1enable", "CH1"},
-    Words{"ch2enable", "CH2"},
-    Words{"horpos", "CH1 delay"},
-    Words{"horpos2", "CH2 delay"},
-    Words{"slenps1", "Wheel moves the delay of CH1"},
-    Words{"slenps2", "Wheel moves the delay of CH2"},
-    Words{"seltimediv", "Time/div"},
-    Words{"eyeon", "Draw Dot"},
-    Words{"gridenable", "Grid On"},
-    Words{"persist", "Persistence"},
-    Words{"average", "Filter Avg."},
-    Words{"TabStrip2", "Wheel turns"},
-    Words{"displaymeas", "Measure"},
-    Words{"cmbmeas(0)", "Measurement 1"},
-    Words{"cmbmeas(1)", "Measurement 2"},
-    Words{"cmbmeas(2)", "Measurement 3"},
-    Words{"chkmeasanno", "Marked measurement"},
-    Words{"colorch1", "Colour of CH1"},
-    Words{"colorch2", "Colour of CH2"},
-    Words{"colorbgnd", "Colour of the background"},
-    Words{"colorcursor", "Colour of texts"},
-    Words{"colordivbgnd", "Colour behind texts"},
-    Words{"colorgrid", "Colour of the grid"},
-    Words{"colorannos", "Colour of annotations"},
-    Words{"persisttime", "Earlier sweeps shown"},
-    Words{"snapshotpath", "Folder for snapshots"},
-    Words{"snapshotdialog", "Always show Save-Dialog"},
-    Words{"snapshotinvert", "Invert Colors"},
-    Words{"trtout", "Time-out"},
-    Words{"delaytrttdis", "Additional Delay"},
-    Words{"adcspeed", "Speed opt."},
-};
 
 /// What `control` shows, for kinds that show a word or two; empty for others.
 std::string shown_on(Control& control) {
@@ -90,21 +29,30 @@ std::string shown_on(Control& control) {
     return {};
 }
 
-std::string words_of_key(const FrontPanel& panel, const std::string& key) {
-    std::string words = key;
-    for (const Words& row : words_of_keys) {
-        if (row.key == key) {
-            words = row.words;
-        }
+/// The control of `panel` that `key` is kept under, or called where it is not kept; none for what
+/// no control holds.
+Control* control_of(const FrontPanel& panel, const std::string& key) {
+    const auto found = std::find_if(panel.all.begin(), panel.all.end(), [&](const Control* one) {
+        return (one->about().line > 0 ? one->key() : one->name()) == key;
+    });
+    return found == panel.all.end() ? nullptr : *found;
+}
+
+/// What people call the thing at `key`, and what it shows now where that is a word or two.
+std::string words_of_key(const FrontPanel& panel, const std::vector<SettingRow>& rows,
+                         const std::string& key) {
+    std::string words;
+    std::string shown;
+    if (Control* const control = control_of(panel, key)) {
+        words = control->about().words;
+        shown = shown_on(*control);
+    } else {
+        const auto row = std::find_if(rows.begin(), rows.end(),
+                                      [&](const SettingRow& one) { return one.key == key; });
+        words = row == rows.end() ? std::string() : row->words;
     }
-    for (Control* const control : panel.all) {
-        const bool kept = control->about().line > 0;
-        if ((kept ? control->key() : control->name()) == key) {
-            const std::string shown = shown_on(*control);
-            return shown.empty() ? words : words + ' ' + shown;
-        }
-    }
-    return words;
+    words = words.empty() ? key : words;
+    return shown.empty() ? words : words + ' ' + shown;
 }
 
 /// The values of `set_up` by key.
@@ -168,14 +116,15 @@ std::map<std::string, std::string> differences(const PanelSetUp& one, const Pane
     return changed;
 }
 
-std::string words_of(const FrontPanel& panel, const std::map<std::string, std::string>& changed) {
+std::string words_of(const FrontPanel& panel, const std::vector<SettingRow>& rows,
+                     const std::map<std::string, std::string>& changed) {
     constexpr std::size_t most_named = 3;
     if (changed.size() > most_named) {
         return std::to_string(changed.size()) + " settings";
     }
     std::string words;
     for (const auto& [key, value] : changed) {
-        words += (words.empty() ? "" : ", ") + words_of_key(panel, key);
+        words += (words.empty() ? "" : ", ") + words_of_key(panel, rows, key);
     }
     return words;
 }

@@ -2,7 +2,9 @@
 
 #include <map>
 #include <string>
+#include <vector>
 
+#include "config/setting_rows.h"
 #include "panel/front_panel.h"
 
 namespace kv408 {
@@ -30,8 +32,8 @@ void put_unkept(FrontPanel& panel, const PanelSetUp& set_up);
 
 /// What has been set, for people, when `changed`, which are differences to the set-up before, has
 /// just been put on the panel: "CH1 V/div 50mV", "Trigger level of TRIG1, Trigger source TRIG2",
-/// or of more than three how many.
-[[nodiscard]] std::string words_of(const FrontPanel& panel,
+/// or of more than three how many. `rows` are those of what is kept.
+[[nodiscard]] std::string words_of(const FrontPanel& panel, const std::vector<SettingRow>& rows,
                                    const std::map<std::string, std::string>& changed);
 
 } // namespace kv408

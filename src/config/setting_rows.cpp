@@ -48,11 +48,18 @@ std::optional<int> integer_part(std::string_view text, int lowest, int highest) 
     return round_to_int32(number);
 }
 
+/// Where a value stands in the file, and what people call it.
+struct Place {
+    int line;
+    const char* key;
+    const char* words;
+};
+
 /// A 16-bit number that is only stored, held within `lowest`..`highest`.
-SettingRow stored(int line, const char* key, std::int16_t& place, std::int16_t lowest,
-                  std::int16_t highest) {
-    return {.line = line,
-            .key = key,
+SettingRow stored(Place where, std::int16_t& place, std::int16_t lowest, std::int16_t highest) {
+    return {.line = where.line,
+            .key = where.key,
+            .words = where.words,
             .write = [&place] { return Values{printed_field(place)}; },
             .read =
                 [&place, lowest, highest](std::string_view value, bool /*first*/) {
@@ -68,6 +75,7 @@ SettingRow stored(int line, const char* key, std::int16_t& place, std::int16_t l
 SettingRow row_of(ListBox& list) {
     return {.line = list.about().line,
             .key = list.key(),
+            .words = list.about().words,
             .write = [&list] { return Values{printed_field(list.index())}; },
             .read =
                 [&list](std::string_view value, bool /*first*/) {
@@ -90,6 +98,7 @@ std::optional<bool> yes_or_no(const std::optional<Integer>& number) {
 SettingRow row_of(CheckBox& box) {
     return {.line = box.about().line,
             .key = box.key(),
+            .words = box.about().words,
             .write = [&box] { return Values{printed_field(box.checked() ? 1 : 0)}; },
             .read =
                 [&box](std::string_view value, bool /*first*/) {
@@ -102,9 +111,10 @@ SettingRow row_of(CheckBox& box) {
 }
 
 /// An option that is 0 or 1 and that no control of the panel shows.
-SettingRow option(int line, const char* key, bool& place) {
-    return {.line = line,
-            .key = key,
+SettingRow option(Place where, bool& place) {
+    return {.line = where.line,
+            .key = where.key,
+            .words = where.words,
             .write = [&place] { return Values{printed_field(place ? 1 : 0)}; },
             .read =
                 [&place](std::string_view value, bool /*first*/) {
@@ -116,9 +126,10 @@ SettingRow option(int line, const char* key, bool& place) {
                 }};
 }
 
-SettingRow colour(int line, const char* key, Colour& place) {
-    return {.line = line,
-            .key = key,
+SettingRow colour(Place where, Colour& place) {
+    return {.line = where.line,
+            .key = where.key,
+            .words = where.words,
             .write =
                 [&place] {
                     return Values{
@@ -139,6 +150,7 @@ SettingRow position(const KeptSettings& kept, Channel channel) {
     return {
         .line = channel == ch1 ? 13 : 14,
         .key = channel == ch1 ? "ch1text.top" : "ch2text.top",
+        .words = channel == ch1 ? "CH1 position" : "CH2 position",
         .write = [&kept,
                   channel] { return Values{printed_field(kept.channels[channel].marker_wheel)}; },
         .read =
@@ -156,6 +168,7 @@ SettingRow delay(const KeptSettings& kept, Channel channel) {
     const TextBox& box = kept.panel.channel[channel].psofset;
     return {.line = box.about().line,
             .key = box.key(),
+            .words = box.about().words,
             .write =
                 [&kept, channel] {
                     return Values{on_one_line(
@@ -172,6 +185,7 @@ SettingRow delay(const KeptSettings& kept, Channel channel) {
 SettingRow cursor_type(TabStrip& strip) {
     return {.line = strip.about().line,
             .key = strip.key(),
+            .words = strip.about().words,
             .write = [&strip] { return Values{printed_field(strip.selected())}; },
             .read =
                 [&strip](std::string_view value, bool /*first*/) {
@@ -187,6 +201,7 @@ SettingRow cursor_type(TabStrip& strip) {
 SettingRow adjust_target(const KeptSettings& kept) {
     return {.line = kept.panel.tabstrip2.about().line,
             .key = kept.panel.tabstrip2.key(),
+            .words = kept.panel.tabstrip2.about().words,
             .write = [&kept] { return Values{kept.panel.tabstrip2.selected_key()}; },
             .read =
                 [&kept](std::string_view value, bool /*first*/) {
@@ -207,15 +222,16 @@ Values checked_annotations(const FrontPanel& panel) {
 }
 
 /// The checked annotation boxes, a line each.
-SettingRow annotations(int line, const char* key, FrontPanel& panel) {
+SettingRow annotations(Place where, FrontPanel& panel) {
     auto& slots = panel.measurement;
     const auto put = [&slots](const auto& checked) {
         for (std::size_t index = 0; index < slots.size(); ++index) {
             slots[index].annotate.put_checked(checked.at(index));
         }
     };
-    return {.line = line,
-            .key = key,
+    return {.line = where.line,
+            .key = where.key,
+            .words = where.words,
             .write = [&panel] { return checked_annotations(panel); },
             .read =
                 [&slots, put](std::string_view value, bool first) {
@@ -240,9 +256,10 @@ SettingRow annotations(int line, const char* key, FrontPanel& panel) {
             .most_lines = static_cast<int>(slots.size())};
 }
 
-SettingRow folder(int line, const char* key, std::string& place) {
-    return {.line = line,
-            .key = key,
+SettingRow folder(Place where, std::string& place) {
+    return {.line = where.line,
+            .key = where.key,
+            .words = where.words,
             .write = [&place] { return Values{on_one_line(place)}; },
             .read =
                 [&place](std::string_view value, bool /*first*/) {
@@ -259,7 +276,7 @@ void add(Rows& rows, Rows more) {
 Rows control_rows(const KeptSettings& kept) {
     FrontPanel& panel = kept.panel;
     Rows rows = {cursor_type(panel.tabstrip3), adjust_target(kept), delay(kept, ch1),
-                 delay(kept, ch2), annotations(37, "chkmeasanno", panel)};
+                 delay(kept, ch2), annotations({37, "chkmeasanno", "Marked measurement"}, panel)};
     for (Control* const control : panel.all) {
         const AnyControl any = control->kind();
         if (control->about().line == 0) {
@@ -278,14 +295,16 @@ Rows control_rows(const KeptSettings& kept) {
 Rows quantity_rows(const KeptSettings& kept) {
     const auto most = static_cast<std::int16_t>(kept.panel.shyst.maximum());
     return {
-        stored(1, "intcr1vpos", kept.cursors.vpos[0], 0, last_row),
-        stored(2, "intcr1hpos", kept.cursors.hpos[0], 0, last_column),
-        stored(3, "intcr2vpos", kept.cursors.vpos[1], 0, last_row),
-        stored(4, "intcr2hpos", kept.cursors.hpos[1], 0, last_column),
-        stored(7, "trigpos1", kept.trigger.saved_trigpos[0], 0, highest_level),
-        stored(8, "trigpos2", kept.trigger.saved_trigpos[1], 0, highest_level),
-        stored(9, "hyst1", kept.trigger.hyst[0], 0, most),
-        stored(10, "hyst2", kept.trigger.hyst[1], 0, most),
+        stored({1, "intcr1vpos", "Voltage cursor 1"}, kept.cursors.vpos[0], 0, last_row),
+        stored({2, "intcr1hpos", "Time cursor 1"}, kept.cursors.hpos[0], 0, last_column),
+        stored({3, "intcr2vpos", "Voltage cursor 2"}, kept.cursors.vpos[1], 0, last_row),
+        stored({4, "intcr2hpos", "Time cursor 2"}, kept.cursors.hpos[1], 0, last_column),
+        stored({7, "trigpos1", "Trigger level of TRIG1"}, kept.trigger.saved_trigpos[0], 0,
+               highest_level),
+        stored({8, "trigpos2", "Trigger level of TRIG2"}, kept.trigger.saved_trigpos[1], 0,
+               highest_level),
+        stored({9, "hyst1", "Hysteresis of TRIG1"}, kept.trigger.hyst[0], 0, most),
+        stored({10, "hyst2", "Hysteresis of TRIG2"}, kept.trigger.hyst[1], 0, most),
         position(kept, ch1),
         position(kept, ch2),
     };
@@ -294,17 +313,18 @@ Rows quantity_rows(const KeptSettings& kept) {
 /// The rows of what the settings dialog edits.
 Rows settings_dialog_rows(const KeptSettings& kept) {
     return {
-        colour(38, "colorch1", kept.colours.ch1),
-        colour(39, "colorch2", kept.colours.ch2),
-        colour(40, "colorbgnd", kept.colours.background),
-        colour(41, "colorcursor", kept.colours.normal_text),
-        colour(42, "colordivbgnd", kept.colours.text_background),
-        colour(43, "colorgrid", kept.colours.grid),
-        colour(44, "colorannos", kept.colours.annotations),
-        stored(45, "persisttime", kept.display.persisttime, 0, plot::generations),
-        folder(46, "snapshotpath", kept.display.snapshotpath),
-        option(47, "snapshotdialog", kept.display.snapshotdialog),
-        option(48, "snapshotinvert", kept.display.snapshotinvert),
+        colour({38, "colorch1", "Colour of CH1"}, kept.colours.ch1),
+        colour({39, "colorch2", "Colour of CH2"}, kept.colours.ch2),
+        colour({40, "colorbgnd", "Colour of the background"}, kept.colours.background),
+        colour({41, "colorcursor", "Colour of texts"}, kept.colours.normal_text),
+        colour({42, "colordivbgnd", "Colour behind texts"}, kept.colours.text_background),
+        colour({43, "colorgrid", "Colour of the grid"}, kept.colours.grid),
+        colour({44, "colorannos", "Colour of annotations"}, kept.colours.annotations),
+        stored({45, "persisttime", "Earlier sweeps shown"}, kept.display.persisttime, 0,
+               plot::generations),
+        folder({46, "snapshotpath", "Folder for snapshots"}, kept.display.snapshotpath),
+        option({47, "snapshotdialog", "Always show Save-Dialog"}, kept.display.snapshotdialog),
+        option({48, "snapshotinvert", "Invert Colors"}, kept.display.snapshotinvert),
     };
 }
 

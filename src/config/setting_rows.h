@@ -31,6 +31,7 @@ struct KeptSettings {
 struct SettingRow {
     int line; ///< place in the file, from 1
     std::string key;
+    std::string words; ///< what people call it
     /// The values as they stand in the file, UTF-8, one for each line with the key.
     std::function<std::vector<std::string>()> write;
     /// Takes a value without the spaces around it, UTF-8, and runs what setting it runs; `first` on

@@ -52,6 +52,9 @@ public:
     /// Keeps `kept` in files of `host`; connects Load Setup and Save Setup.
     SettingsFile(const KeptSettings& kept, const Host& host, Hooks hooks);
 
+    /// What is kept, in the order of the file.
+    [[nodiscard]] const std::vector<SettingRow>& rows() const { return rows_; }
+
     /// The rows of the table refer to the kept settings in here.
     SettingsFile(const SettingsFile&) = delete;
     SettingsFile& operator=(const SettingsFile&) = delete;

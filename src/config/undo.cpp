@@ -13,7 +13,9 @@ constexpr std::chrono::milliseconds after_release{100};
 
 Undo::Undo(FrontPanel& panel, SettingsFile& settings, const Clock& clock)
     : panel_(panel), settings_(settings), clock_(clock),
-      steps_([&panel](const auto& changed) { return words_of(panel, changed); }) {
+      steps_([&panel, &settings](const auto& changed) {
+          return words_of(panel, settings.rows(), changed);
+      }) {
     controls_.mnuundo.on_click([this] {
         if (steps_.place() > 0) {
             go(steps_.place() - 1);

@@ -83,10 +83,9 @@ void show_labels(FrontPanel& panel, const Channels& channels, const TriggerState
         ChannelControls& controls = panel.channel[channel];
         show_offset(controls, channels[channel]);
     }
-    const std::string source_text = panel.trigsource.text();
     std::int32_t row = 0;
-    if (source_text == "TRIG1" || source_text == "TRIG2") {
-        const Channel source = source_text == "TRIG1" ? ch1 : ch2;
+    if (const std::optional<Channel> selected = panel.selected_source()) {
+        const Channel source = *selected;
         // The marker's top is what is rounded: at a half, rows would fall to the other side.
         const int zero_top = box::marker_top(channels[source].pos);
         row = round_to_int32(zero_top + level_distance(source, trigger, channels)) -

@@ -323,12 +323,11 @@ Overlays Picture::overlays_of(unsigned flags) const {
     overlays.cursors = cursor_lines(inputs_.cursors, inputs_.colours);
     overlays.annotations =
         annotations(inputs_.panel, inputs_.marks, inputs_.colours, inputs_.acquisition);
-    const std::string source = inputs_.panel.trigsource.text();
-    if (inputs_.acquisition.holdoff && (source == "TRIG1" || source == "TRIG2")) {
-        overlays.trigger = {
-            .shown = true,
-            .row = trigger_row(source == "TRIG1" ? ch1 : ch2, inputs_.trigger, inputs_.channels),
-            .colour = pixel_of(inputs_.colours.normal_text)};
+    const std::optional<Channel> source = inputs_.panel.selected_source();
+    if (inputs_.acquisition.holdoff && source) {
+        overlays.trigger = {.shown = true,
+                            .row = trigger_row(*source, inputs_.trigger, inputs_.channels),
+                            .colour = pixel_of(inputs_.colours.normal_text)};
     }
     return overlays;
 }

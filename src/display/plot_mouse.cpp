@@ -53,7 +53,7 @@ void PlotMouse::trigertext_MouseMove(double y) {
     if (!turns_grabbed()) {
         return;
     }
-    const Channel source = panel_.trigsource.text() == "TRIG1" ? ch1 : ch2;
+    const Channel source = panel_.selected_source().value_or(ch2);
     const ChannelState& channel = channels_[source];
     const double row =
         std::clamp<double>(panel_.trigertext.marked().value_or(0) + (y - grab_offset_),

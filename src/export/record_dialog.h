@@ -62,9 +62,6 @@ public:
     /// Closes it; while a recording runs only if the user confirms that it is to end.
     void close();
 
-    /// Whether sweeps are taken or still being written.
-    [[nodiscard]] bool recording() const { return recorder_ != nullptr; }
-
     /// Hands `sweep`, which is complete, to the recording, if one runs and its plan takes it.
     /// Waits for nothing.
     void take(const Sweep& sweep);

@@ -45,6 +45,7 @@ struct About {
     std::string key = {}; ///< in the settings file; empty: its name
     Outside outside = Outside::set;
     std::string_view unit = {}; ///< of the number that is typed or shown; empty: none
+    std::string words = {};     ///< what people call it in the list of steps; empty: its key
 };
 
 /// A listener to a control; whoever has one is told.

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <array>
+#include <optional>
+#include <string>
 
 #include "panel/controls.h"
 #include "panel/thumb_wheel.h"
@@ -30,17 +32,28 @@ struct ChannelControls {
 private:
     /// The lines of both channels stand side by side in the settings file.
     ChannelControls(ControlList& all, const std::string& number, int second)
-        : vdiv(all, {"ch" + number + "vdiv", 15 + second}),
-          enable(all, {"ch" + number + "enable", 21 + second}),
-          inviatr(all, {"inviatr" + number, 17 + second}),
-          invert(all, {"invert" + number, 19 + second}), ofset(all, "ofsetch" + number, "V"),
-          vdivtext(all, "ch" + number + "vdivtext"), text(all, "ch" + number + "text"),
-          label(all, "ch" + number + "label"), labelframe(all, "ch" + number + "labelframe"),
+        : vdiv(all, {.name = "ch" + number + "vdiv",
+                     .line = 15 + second,
+                     .words = "CH" + number + " V/div"}),
+          enable(all,
+                 {.name = "ch" + number + "enable", .line = 21 + second, .words = "CH" + number}),
+          inviatr(all, {.name = "inviatr" + number,
+                        .line = 17 + second,
+                        .words = "CH" + number + " Input Via Trigger"}),
+          invert(
+              all,
+              {.name = "invert" + number, .line = 19 + second, .words = "CH" + number + " Invert"}),
+          ofset(all, "ofsetch" + number, "V"), vdivtext(all, "ch" + number + "vdivtext"),
+          text(all, "ch" + number + "text"), label(all, "ch" + number + "label"),
+          labelframe(all, "ch" + number + "labelframe"),
           psofset(all, {.name = "psofsetch" + number,
                         .line = 23 + second,
                         .key = second == 0 ? "horpos" : "horpos2",
-                        .unit = "ps"}),
-          slenps(all, {"slenps" + number, 25 + second}),
+                        .unit = "ps",
+                        .words = "CH" + number + " delay"}),
+          slenps(all, {.name = "slenps" + number,
+                       .line = 25 + second,
+                       .words = "Wheel moves the delay of CH" + number}),
           hor_delay(all, "lblHorDelay" + number, "ps") {}
 };
 
@@ -48,8 +61,10 @@ private:
 struct MeasurementControls {
     /// The controls of slot `index`, 0..2, added to `all`.
     MeasurementControls(ControlList& all, std::size_t index)
-        : selector(all, {indexed("cmbMeas", index), 34 + static_cast<int>(index),
-                         indexed("cmbmeas", index)}),
+        : selector(all, {.name = indexed("cmbMeas", index),
+                         .line = 34 + static_cast<int>(index),
+                         .key = indexed("cmbmeas", index),
+                         .words = "Measurement " + std::to_string(index + 1)}),
           annotate(all, {indexed("chkMeasAnno", index)}), label(all, indexed("lblMeas", index)),
           ch1(all, indexed("txtMeasCH1", index)), ch2(all, indexed("txtMeasCH2", index)),
           mark(all, indexed("lblAnnoMark", index)) {}
@@ -99,41 +114,66 @@ struct FrontPanel {
     Button snapshot = dialog("Command1");                       ///< Snapshot
 
     // Display frame.
-    CheckBox gridenable{all, {"gridenable", 29}}; ///< "Grid On"
-    CheckBox eyeon{all, {"eyeon", 28}};           ///< "Draw Dot"
-    CheckBox persist{all, {"persist", 30}};       ///< "Persistence"
-    CheckBox average{all, {"average", 31}};       ///< "Filter Avg.": the instrument averages
-    CheckBox adcspeed{all, {"adcspeed"}};         ///< "Speed opt.": the instrument samples faster
+    CheckBox gridenable{all, {.name = "gridenable", .line = 29, .words = "Grid On"}}; ///< "Grid On"
+    CheckBox eyeon{all, {.name = "eyeon", .line = 28, .words = "Draw Dot"}}; ///< "Draw Dot"
+    CheckBox persist{all,
+                     {.name = "persist", .line = 30, .words = "Persistence"}}; ///< "Persistence"
+    CheckBox average{all,
+                     {.name = "average",
+                      .line = 31,
+                      .words = "Filter Avg."}}; ///< "Filter Avg.": the instrument averages
+    CheckBox adcspeed{all,
+                      {.name = "adcspeed",
+                       .words = "Speed opt."}}; ///< "Speed opt.": the instrument samples faster
 
     // Measurement frame.
-    CheckBox check1{all, {"Check1", 33, "displaymeas"}}; ///< measurements on
+    CheckBox check1{all,
+                    {.name = "Check1",
+                     .line = 33,
+                     .key = "displaymeas",
+                     .words = "Measure"}}; ///< measurements on
     std::array<MeasurementControls, 3> measurement{
         MeasurementControls(all, 0), MeasurementControls(all, 1), MeasurementControls(all, 2)};
     Label picmeasure{all, "picMeasure"}; ///< results panel under the plot
 
     // TRIGGER frame.
-    ListBox trigsource{all, {"trigsource", 12}};           ///< "TRIG1", "TRIG2"
-    ListBox trigeredge{all, {"trigeredge", 11}};           ///< "Positive", "Negative"
-    Slider shyst{all, {"shyst"}, 0, 255, 10};              ///< hysteresis, codes
-    Button trzero{all, {"trzero"}};                        ///< "set to zero"
-    Label trlevelmv{all, "trlevelmv", "mV"};               ///< trigger level
-    TextBox trtout{all, {.name = "trtout", .unit = "us"}}; ///< trigger time-out, 10..65535
+    ListBox trigsource{
+        all, {.name = "trigsource", .line = 12, .words = "Trigger source"}}; ///< "TRIG1", "TRIG2"
+    ListBox trigeredge{
+        all,
+        {.name = "trigeredge", .line = 11, .words = "Trigger edge"}}; ///< "Positive", "Negative"
+    Slider shyst{all, {"shyst"}, 0, 255, 10};                         ///< hysteresis, codes
+    Button trzero{all, {"trzero"}};                                   ///< "set to zero"
+    Label trlevelmv{all, "trlevelmv", "mV"};                          ///< trigger level
+    TextBox trtout{
+        all,
+        {.name = "trtout", .unit = "us", .words = "Time-out"}}; ///< trigger time-out, 10..65535
 
     // HORIZONTAL frame; the channels' delay boxes are in ChannelControls.
-    ListBox seltimediv{all, {"seltimediv", 27}};                       ///< time per division
-    TextBox delaytrttdis{all, {.name = "delaytrttdis", .unit = "ps"}}; ///< "Additional Delay"
+    ListBox seltimediv{
+        all, {.name = "seltimediv", .line = 27, .words = "Time/div"}}; ///< time per division
+    TextBox delaytrttdis{all,
+                         {.name = "delaytrttdis",
+                          .unit = "ps",
+                          .words = "Additional Delay"}}; ///< "Additional Delay"
 
     // VERTICAL frame, CH1 and CH2.
     std::array<ChannelControls, 2> channel{ChannelControls(all, ch1), ChannelControls(all, ch2)};
 
     // Cursor frame.
-    TabStrip tabstrip3{all, {"TabStrip3", 6}}; ///< cursor type: voltage, time, off
-    ListBox combocursorselect{
-        all, {"combocursorselect", 5, "cursorselect"}}; ///< channel that the cursors measure
+    TabStrip tabstrip3{
+        all,
+        {.name = "TabStrip3", .line = 6, .words = "Cursors"}}; ///< cursor type: voltage, time, off
+    ListBox combocursorselect{all,
+                              {.name = "combocursorselect",
+                               .line = 5,
+                               .key = "cursorselect",
+                               .words = "Cursors measure"}}; ///< channel that the cursors measure
 
     // Adjust frame.
-    TabStrip tabstrip2{all, {"TabStrip2", 32}}; ///< what the wheel turns
-    ThumbWheel slider1{all, {"Slider1"}};       ///< the adjust wheel
+    TabStrip tabstrip2{
+        all, {.name = "TabStrip2", .line = 32, .words = "Wheel turns"}}; ///< what the wheel turns
+    ThumbWheel slider1{all, {"Slider1"}};                                ///< the adjust wheel
 
     // On and around the plot.
     Label picture1{all, "Picture1"};           ///< the plot box
@@ -145,6 +185,15 @@ struct FrontPanel {
     Label centerfr{all, "centerfr"};           ///< difference of the cursors
     Label lblc1{all, "lblC1"};                 ///< cursor 1
     Label lblc2{all, "lblC2"};                 ///< cursor 2
+
+    /// The channel whose trigger input is the selected source: `ch1` for "TRIG1"; nothing while no
+    /// source is selected.
+    [[nodiscard]] std::optional<Channel> selected_source() const {
+        const std::string source = trigsource.text();
+        return source == "TRIG1"   ? std::optional(ch1)
+               : source == "TRIG2" ? std::optional(ch2)
+                                   : std::nullopt;
+    }
 
 private:
     /// A button that opens a dialog or ends the program.

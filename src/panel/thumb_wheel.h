@@ -53,9 +53,6 @@ public:
     /// Offset of the rib pattern in pixels, 0 .. `TrackWidth` + `TrackDistance` - 1.
     [[nodiscard]] std::int32_t phase() const { return phase_; }
 
-    /// True between mouse-down and mouse-up.
-    [[nodiscard]] bool dragging() const { return dragging_; }
-
     /// True while a drag has changed the value and it has not been committed yet.
     [[nodiscard]] bool uncommitted() const { return scrolled_; }
 
@@ -94,7 +91,7 @@ private:
     std::int32_t phase_ = 0;
     std::int32_t last_x_ = 0;
     std::int32_t last_y_ = 0;
-    bool dragging_ = false;
+    bool dragging_ = false; ///< between mouse-down and mouse-up
     bool scrolled_ = false; ///< a drag has changed the value since the last commit
     Handler change_;
     Handler scroll_;

@@ -46,7 +46,7 @@ struct RecordRig {
 
     /// Ticks until the recording has ended.
     void finish() {
-        while (dialog.recording()) {
+        while (controls.cmdRecordStop.enabled()) {
             std::this_thread::sleep_for(milliseconds(1));
             dialog.tick();
         }
@@ -85,7 +85,6 @@ TEST(RecordDialog, RecordsEverySweepUntilItIsStopped) {
     RecordRig rig;
     rig.sweep(2); // before the press
     rig.controls.cmdRecord.click();
-    EXPECT_TRUE(rig.dialog.recording());
     EXPECT_FALSE(rig.controls.cmdRecord.enabled());
     EXPECT_TRUE(rig.controls.cmdRecordStop.enabled());
     EXPECT_FALSE(rig.controls.txtRecordFile.enabled());
@@ -129,7 +128,7 @@ TEST(RecordDialog, WhatSaysNoPlanIsMarkedAndCannotBegin) {
         EXPECT_TRUE(rig.controls.txtRecordPace.faulty()) << text;
         EXPECT_FALSE(rig.controls.cmdRecord.enabled()) << text;
         rig.controls.cmdRecord.click();
-        EXPECT_FALSE(rig.dialog.recording()) << text;
+        EXPECT_FALSE(rig.controls.cmdRecordStop.enabled()) << text;
     }
     rig.controls.cmbRecordPace.set_index(2);
     rig.controls.txtRecordPace.set_text("2.5");
@@ -148,7 +147,7 @@ TEST(RecordDialog, AFileThatIsThereIsReplacedOnlyWhenTheUserSaysSo) {
     rig.controls.cmdRecord.click();
     EXPECT_EQ(rig.boxes.texts(),
               std::vector{shown_path(rig.file) + " exists already. Replace it?"});
-    EXPECT_FALSE(rig.dialog.recording());
+    EXPECT_FALSE(rig.controls.cmdRecordStop.enabled());
     EXPECT_EQ(content(rig.file), "mine");
     rig.boxes.answers = {MessageAnswer::yes};
     rig.controls.cmdRecord.click();
@@ -181,7 +180,7 @@ TEST(RecordDialog, WhatCannotBeginOrGoOnIsToldOnceWithPathAndReason) {
     ASSERT_EQ(rig.boxes.shown.size(), 1U);
     EXPECT_NE(rig.boxes.shown[0].text.find("run.csv could not be saved: No such file"),
               std::string::npos);
-    EXPECT_FALSE(rig.dialog.recording());
+    EXPECT_FALSE(rig.controls.cmdRecordStop.enabled());
     rig.boxes.shown.clear();
 
     rig.controls.txtRecordFile.set_text(text_of_path(rig.file));

@@ -127,6 +127,29 @@ Findings check_includes(const Arrows& arrows, const SourceTree& tree) {
     return findings;
 }
 
+Findings check_unused(const Arrows& arrows, const SourceTree& tree) {
+    Arrows unused = arrows;
+    for (const SourceFile& file : tree) {
+        const std::string path = path_in_src(file);
+        const auto row = unused.find(node_of(path, arrows));
+        if (path.empty() || row == unused.end()) {
+            continue;
+        }
+        for (const std::string& include : includes_of(file)) {
+            row->second.erase(node_of(include, arrows));
+            row->second.erase(folder_of_node(include));
+        }
+    }
+    Findings findings;
+    for (const auto& [node, targets] : unused) {
+        for (const std::string& target : targets) {
+            findings.push_back("the row of " + node + " allows " + target +
+                               ", which nothing there includes");
+        }
+    }
+    return findings;
+}
+
 Findings check_circles(const SourceTree& tree) {
     Graph graph;
     for (const SourceFile& file : tree) {

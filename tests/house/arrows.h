@@ -34,6 +34,10 @@ using Arrows = Graph;
 /// Every `#include "..."` under src/ that goes where no arrow does, or that names no file there.
 [[nodiscard]] Findings check_includes(const Arrows& arrows, const SourceTree& tree);
 
+/// Every arrow of a row along which nothing under src/ includes anything: it would let in what
+/// nobody has asked for.
+[[nodiscard]] Findings check_unused(const Arrows& arrows, const SourceTree& tree);
+
 /// Files under src/ that include each other in a circle.
 [[nodiscard]] Findings check_circles(const SourceTree& tree);
 

@@ -106,6 +106,19 @@ TEST(Arrows, CellThatNamesNoRowIsFound) {
     EXPECT_THAT(check_table(more, clean), ElementsAre(HasSubstr("row of top names nowhere")));
 }
 
+TEST(Arrows, ArrowThatNobodyGoesAlongIsFound) {
+    const SourceTree tree = {{"src/low/low.h", ""},
+                             {"src/top/top.cpp", "#include \"low/low.h\"\n"},
+                             {"src/top/value.h", ""},
+                             {"src/window/window.cpp", "#include \"top/value.h\"\n"}};
+    const Arrows used = {{"low", {}}, {"top", {"low"}}, {"window", {"top"}}};
+    EXPECT_THAT(check_unused(used, tree), IsEmpty());
+    Arrows more = used;
+    more["window"].insert("low");
+    EXPECT_THAT(check_unused(more, tree),
+                ElementsAre("the row of window allows low, which nothing there includes"));
+}
+
 TEST(Arrows, TableThatGoesRoundIsFound) {
     Arrows more = arrows;
     more["low"].insert("window");

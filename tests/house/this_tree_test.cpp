@@ -32,6 +32,7 @@ TEST_F(ThisTree, TableOfArrowsNamesEveryFolder) {
 
 TEST_F(ThisTree, IncludesFollowTheArrows) {
     EXPECT_THAT(check_includes(arrows_, tree_), IsEmpty());
+    EXPECT_THAT(check_unused(arrows_, tree_), IsEmpty());
 }
 
 TEST_F(ThisTree, NoFilesIncludeEachOther) {

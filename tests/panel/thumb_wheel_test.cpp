@@ -35,7 +35,7 @@ TEST(ThumbWheel, Defaults) {
     EXPECT_EQ(wheel.TrackWidth(), 8);
     EXPECT_EQ(wheel.SlideStep(), 1);
     EXPECT_EQ(wheel.phase(), 0);
-    EXPECT_FALSE(wheel.dragging());
+    EXPECT_FALSE(wheel.uncommitted());
 }
 
 TEST(ThumbWheel, DraggingTenPixelsAtStepFourAddsForty) {

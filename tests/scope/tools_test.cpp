@@ -51,7 +51,7 @@ TEST(Tools, ARecordingSendsNothingAndMissesNothing) {
     for (Program* const program : {&with, &without}) {
         program->ticks(60);
     }
-    while (dialog.recording()) {
+    while (dialog.controls().cmdRecordStop.enabled()) {
         with.ticks(1);
         without.ticks(1);
     }

@@ -198,7 +198,9 @@ TEST_F(UndoTest, EverythingThatIsKeptHasItsWords) {
         EXPECT_TRUE(kept.contains(key)) << key;
     }
     for (const auto& [key, value] : kept) {
-        EXPECT_NE(words_of(scope.panel(), {{key, value}}).substr(0, key.size()), key);
+        EXPECT_NE(words_of(scope.panel(), scope.parts().settings_file.rows(), {{key, value}})
+                      .substr(0, key.size()),
+                  key);
     }
 }
 

@@ -35,7 +35,6 @@ void WheelTest::a_drag_scrolls_and_letting_go_commits() {
     QVERIFY(on.show());
     Mouse mouse(on.widget);
     mouse.press(on.widget, {100, 15});
-    QVERIFY(on.wheel.dragging());
     mouse.drag({10, 0});
     QCOMPARE(on.wheel.Value(), 140);
     QCOMPARE(on.wheel.phase(), 10);
@@ -44,7 +43,7 @@ void WheelTest::a_drag_scrolls_and_letting_go_commits() {
     mouse.release();
     QCOMPARE(on.changes, 1);
     QCOMPARE(on.wheel.Value(), 140);
-    QVERIFY(!on.wheel.dragging());
+    QVERIFY(!on.wheel.uncommitted());
     // Without the button nothing turns.
     mouse.go(on.widget, {150, 15});
     QCOMPARE(on.wheel.Value(), 140);
@@ -101,7 +100,7 @@ void WheelTest::keys_turn_it() {
     QCOMPARE(on.wheel.Value(), value);
     QCOMPARE(on.scrolls, value == 100 ? 0 : 1);
     QCOMPARE(on.changes, value == 100 ? 0 : 1);
-    QVERIFY(!on.wheel.dragging());
+    QVERIFY(!on.wheel.uncommitted());
 }
 
 void WheelTest::the_mouse_wheel_turns_it_by_notches() {
@@ -150,7 +149,7 @@ void WheelTest::an_interrupted_drag_is_let_go() {
     mouse.press(on.widget, {100, 15});
     mouse.drag({5, 0});
     on.wheel.set_enabled(false);
-    QVERIFY(!on.wheel.dragging());
+    QVERIFY(!on.wheel.uncommitted());
     QCOMPARE(on.changes, 1);
     on.wheel.set_enabled(true);
     mouse.release();
@@ -158,14 +157,14 @@ void WheelTest::an_interrupted_drag_is_let_go() {
     mouse.drag({5, 0});
     QEvent left(QEvent::WindowDeactivate);
     QCoreApplication::sendEvent(&on.widget, &left);
-    QVERIFY(!on.wheel.dragging());
+    QVERIFY(!on.wheel.uncommitted());
     QCOMPARE(on.wheel.Value(), 140);
     QCOMPARE(on.changes, 2);
     mouse.release();
     mouse.press(on.widget, {100, 15});
     mouse.drag({5, 0});
     on.widget.hide();
-    QVERIFY(!on.wheel.dragging());
+    QVERIFY(!on.wheel.uncommitted());
     QCOMPARE(on.wheel.Value(), 160);
     QCOMPARE(on.changes, 3);
 }
