@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "export/csv.h"
+#include "export/csv_import.h"
 #include "export/date_text.h"
 #include "export/export_file.h"
 #include "host/path_text.h"
@@ -69,15 +70,37 @@ void ReferenceMenu::mnuReferenceLoad_Click(std::size_t place) {
     }
     std::string bytes;
     const FileResult read = host_.files.read(*path, bytes);
-    const std::string problem = read.status == FileStatus::done
-                                    ? references_.load(place, shown_path(path->filename()), bytes)
-                                    : read.reason;
-    if (read.status != FileStatus::done || !problem.empty()) {
-        host_.boxes.show({.text = shown_path(*path) + " could not be loaded: " + problem,
+    CsvImport found =
+        read.status == FileStatus::done ? csv_import(bytes) : CsvImport{{}, read.reason};
+    if (!found.sweep) {
+        host_.boxes.show({.text = shown_path(*path) + " could not be loaded: " + found.problem,
                           .icon = MessageIcon::critical});
         return;
     }
-    show_all();
+    const std::string name = shown_path(path->filename());
+    if (const auto channel = channel_to_keep(name, *found.sweep)) {
+        references_.keep_loaded(place, name, std::move(*found.sweep), *channel);
+        show_all();
+    }
+}
+
+std::optional<std::size_t> ReferenceMenu::channel_to_keep(const std::string& file,
+                                                          const ExportedSweep& sweep) {
+    if (sweep.channels.size() == 1) {
+        return 0;
+    }
+    const std::string& first = sweep.channels.front().name;
+    const std::string& second = sweep.channels.back().name;
+    const MessageAnswer answer =
+        host_.boxes.show({.text = file + " holds " + first + " and " + second + ".",
+                          .buttons = MessageButtons::ok_cancel,
+                          .icon = MessageIcon::question,
+                          .informative = "OK keeps " + first + ".",
+                          .extra_button = "Keep " + second});
+    if (answer == MessageAnswer::cancel) {
+        return std::nullopt;
+    }
+    return answer == MessageAnswer::extra ? 1 : 0;
 }
 
 void ReferenceMenu::mnuReferenceSave_Click(std::size_t place) {

@@ -3,6 +3,8 @@
 #include <array>
 #include <cstddef>
 #include <functional>
+#include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -53,6 +55,8 @@ public:
 private:
     void mnuReferenceKeep_Click(std::size_t place, std::string_view channel);
     void mnuReferenceLoad_Click(std::size_t place);
+    [[nodiscard]] std::optional<std::size_t> channel_to_keep(const std::string& file,
+                                                             const ExportedSweep& sweep);
     void mnuReferenceSave_Click(std::size_t place);
     void mnuReferenceShow_Click(std::size_t place);
     void mnuReferenceClear_Click(std::size_t place);

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "export/csv_import.h"
 #include "export/number_text.h"
 #include "export/time_per_div.h"
 #include "state/channel.h"
@@ -66,13 +65,9 @@ bool References::keep(std::size_t place, const ExportedSweep& sweep, std::string
     return true;
 }
 
-std::string References::load(std::size_t place, const std::string& name, std::string_view csv) {
-    CsvImport read = csv_import(csv);
-    if (!read.sweep) {
-        return read.problem;
-    }
-    places_.at(place) = reference_of(reference_name(place) + " " + name, std::move(*read.sweep), 0);
-    return {};
+void References::keep_loaded(std::size_t place, const std::string& name, ExportedSweep sweep,
+                             std::size_t channel) {
+    places_.at(place) = reference_of(reference_name(place) + " " + name, std::move(sweep), channel);
 }
 
 void References::toggle(std::size_t place) {

@@ -43,11 +43,10 @@ public:
     /// channel, and nothing changes then.
     bool keep(std::size_t place, const ExportedSweep& sweep, std::string_view name);
 
-    /// Keeps the first channel of the file called `name` with the content `csv`, as `csv_text`
-    /// writes it, in `place`, and shows it. Returns what is wrong with a file that cannot be taken,
-    /// and nothing changes then; else an empty text.
-    [[nodiscard]] std::string load(std::size_t place, const std::string& name,
-                                   std::string_view csv);
+    /// Keeps channel `channel` of `sweep`, which the file called `name` holds, in `place` and shows
+    /// it; `channel` counts from 0.
+    void keep_loaded(std::size_t place, const std::string& name, ExportedSweep sweep,
+                     std::size_t channel);
 
     /// Shows the reference in `place` if it is hidden, or hides it.
     void toggle(std::size_t place);

@@ -215,6 +215,8 @@ void StatisticsDialog::tell_problem(std::string problem) {
         problem = log_->progress().problem;
         log_.reset();
         controls_.cmdStatisticsLog.set_caption("Log...");
+        controls_.cmdStatisticsLog.set_enabled(true);
+        refresh();
     }
     if (!problem.empty()) {
         host_.boxes.show({.text = problem, .icon = MessageIcon::critical});
@@ -279,10 +281,9 @@ void StatisticsDialog::cmdStatisticsReset_Click() {
 
 void StatisticsDialog::cmdStatisticsLog_Click() {
     if (log_) {
+        // What waits is still written; a tick finds it done.
         log_->stop();
-        log_.reset();
-        controls_.cmdStatisticsLog.set_caption("Log...");
-        refresh();
+        controls_.cmdStatisticsLog.set_enabled(false);
         return;
     }
     const auto chosen = host_.choosers.save_file({.title = "Log",

@@ -59,6 +59,8 @@ TEST_F(JitterDialogTest, TellsTheJitterWithoutNoiseAndWithoutTheInstruments) {
     EXPECT_NEAR(number("Random jitter"), 40e-12, 8e-12);
     EXPECT_NEAR(number("Total jitter at 1E-12"),
                 number("Deterministic jitter") + 14.069 * number("Random jitter"), 1e-14);
+    // The random part is right within 10 % after 25 000 hits.
+    EXPECT_EQ(number("Sweeps for 10 %"), std::ceil(25000.0 * 300.0 / number("Hits")));
     EXPECT_NE(value("Random jitter").find("s (estimate, from "), std::string::npos)
         << value("Random jitter");
     dialog.controls().txtJitterOwn.set_text("24ps");

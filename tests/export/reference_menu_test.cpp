@@ -77,6 +77,25 @@ TEST_F(ReferenceMenuTest, ComesBackFromTheFileThatItSaved) {
     EXPECT_TRUE(boxes.shown.empty());
 }
 
+TEST_F(ReferenceMenuTest, AsksWhichChannelOfAFileWithBoth) {
+    files.files["/both.csv"] = csv_text(exported(block_sweep(64.0)));
+    choosers.answers = {"/both.csv", "/both.csv", "/both.csv"};
+    boxes.answers = {MessageAnswer::cancel, MessageAnswer::ok, MessageAnswer::extra};
+    controls(0).mnuReferenceLoad.click();
+    EXPECT_TRUE(shown.empty());
+    controls(0).mnuReferenceLoad.click();
+    controls(1).mnuReferenceLoad.click();
+    ASSERT_EQ(boxes.shown.size(), 3U);
+    EXPECT_EQ(boxes.shown[0].text, "both.csv holds CH1 and CH2.");
+    EXPECT_EQ(boxes.shown[0].informative, "OK keeps CH1.");
+    EXPECT_EQ(boxes.shown[0].extra_button, "Keep CH2");
+    ASSERT_EQ(shown.size(), 2U);
+    EXPECT_EQ(shown[0].curve->channel, ch1);
+    EXPECT_EQ(shown[1].curve->channel, ch2);
+    EXPECT_EQ(shown[1].curve->first_time, 64.0) << "CH2's own delay";
+    EXPECT_EQ(shown[1].caption, "R2 both.csv   0.2V/div   20ns/div");
+}
+
 TEST_F(ReferenceMenuTest, TellsWithThePathWhatCannotBeLoadedOrSaved) {
     finish(block_sweep());
     controls(0).mnuReferenceKeepCH1.click();

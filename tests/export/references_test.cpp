@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "export/csv.h"
+#include "export/csv_import.h"
 #include "export/sample_sweep.h"
 
 namespace kv408 {
@@ -32,10 +33,11 @@ TEST(References, AreKeptFromAChannelShownAndHidden) {
     EXPECT_FALSE(references.at(2));
 }
 
-/// The first channel of a file that says nothing but its points.
+/// A file that says nothing but its points.
 TEST(References, SayOnlyWhatTheyKnow) {
     References references;
-    EXPECT_EQ(references.load(1, "plain.csv", "Time (s),CH2 (V)\n0,0.5\n1e-9,0.25\n"), "");
+    references.keep_loaded(1, "plain.csv",
+                           csv_import("Time (s),CH2 (V)\n0,0.5\n1e-9,0.25\n").sweep.value(), 0);
     EXPECT_EQ(references.at(1)->caption(), "R2 plain.csv");
     EXPECT_EQ(references.at(1)->curve->channel, ch2);
     EXPECT_DOUBLE_EQ(references.at(1)->curve->interval, 1000.0);
@@ -44,14 +46,12 @@ TEST(References, SayOnlyWhatTheyKnow) {
 
 TEST(References, AreLoadedFromAFile) {
     References references;
-    EXPECT_EQ(references.load(0, "curve.csv", csv_text(exported(block_sweep(64.0)))), "");
+    const CsvImport file = csv_import(csv_text(exported(block_sweep(64.0))));
+    references.keep_loaded(0, "curve.csv", file.sweep.value(), 1);
     EXPECT_EQ(references.at(0)->name, "R1 curve.csv");
-    EXPECT_EQ(references.at(0)->channel().name, "CH1");
-    EXPECT_EQ(references.at(0)->channel().v_per_div, 0.1);
+    EXPECT_EQ(references.at(0)->channel().name, "CH2");
+    EXPECT_EQ(references.at(0)->channel().v_per_div, 0.2);
     EXPECT_EQ(references.at(0)->sweep.time_per_div, 20000.0);
-    EXPECT_EQ(references.load(0, "letter.txt", "Dear Sir"),
-              "line 1: no headings of ours: Dear Sir");
-    EXPECT_EQ(references.at(0)->name, "R1 curve.csv");
 }
 
 } // namespace

@@ -311,10 +311,19 @@ TEST_F(StatisticsDialogTest, LogsALineASweepWhetherItIsOpenOrNot) {
     dialog.refresh();
     EXPECT_EQ(controls().lblStatisticsLog.caption(),
               "Log: 3 sweeps, 0 missed: " + text_of_path(path));
-    controls().cmdStatisticsLog.click();
-    EXPECT_EQ(controls().cmdStatisticsLog.caption(), "Log...");
+    // The press waits for no disk: what was taken before it is written afterwards.
     take();
-    EXPECT_EQ(lines_of(path).size(), 6U);
+    controls().cmdStatisticsLog.click();
+    EXPECT_FALSE(controls().cmdStatisticsLog.enabled());
+    take();
+    while (!controls().cmdStatisticsLog.enabled()) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        dialog.tick_over();
+    }
+    EXPECT_EQ(controls().cmdStatisticsLog.caption(), "Log...");
+    EXPECT_EQ(controls().lblStatisticsLog.caption(), "Log ended: " + text_of_path(path));
+    take();
+    EXPECT_EQ(lines_of(path).size(), 7U);
     EXPECT_TRUE(boxes.shown.empty());
 }
 

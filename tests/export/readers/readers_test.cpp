@@ -1,9 +1,11 @@
-// The files as python3-numpy and sigrok-cli read them.
+// The files and tables as python3-numpy, Python and sigrok-cli read them.
 
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -11,10 +13,16 @@
 
 #include <gtest/gtest.h>
 
+#include "export/csv.h"
 #include "export/export_type.h"
+#include "export/measurement_log.h"
+#include "export/recording_files.h"
 #include "export/sample_sweep.h"
 #include "export/sigrok_session.h"
+#include "host/system_files.h"
+#include "measure/statistics.h"
 #include "spectrum/spectrum.h"
+#include "state/measurement_state.h"
 #include "support/temporary_folder.h"
 
 namespace kv408 {
@@ -184,6 +192,77 @@ TEST(NumpyReads, OurCsvWithItsHeadings) {
     }
 }
 
+TEST(NumpyReads, ARecordingWithEachSweepInItsLines) {
+    Exported block(block_sweep(64.0));
+    Exported pass(pass_sweep());
+    pass.sweep.number = 8;
+    const std::filesystem::path path = block.folder.path() / "run.csv";
+    SystemFiles files;
+    SavedFile begun;
+    {
+        OneRecordingFile recording(files, path, false, begun);
+        ASSERT_EQ(recording.add(block.sweep).status, FileStatus::done);
+        ASSERT_EQ(recording.add(pass.sweep).status, FileStatus::done);
+    }
+    const auto rows = rows_in(output_of(
+        "/usr/bin/python3 -c 'import numpy as np; a = np.genfromtxt(\"" + path.string() +
+        "\", delimiter=\",\", names=True, dtype=None, encoding=\"utf-8\", deletechars=\"\"); "
+        "assert a.dtype.names[2:] == (\"Time_CH1_(s)\", \"CH1_(V)\", \"Time_CH2_(s)\", "
+        "\"CH2_(V)\"), a.dtype; [print(*[repr(float(r[n])) for n in (0, 2, 3, 4, 5)], sep=\",\") "
+        "for r in a]'"));
+    const auto of_block = block.rows();
+    const auto of_pass = pass.rows();
+    ASSERT_EQ(rows.size(), of_block.size() + of_pass.size());
+    std::vector<std::vector<double>> wanted;
+    for (const std::vector<double>& row : of_block) {
+        wanted.push_back({7.0, row.at(0), row.at(1), row.at(2), row.at(3)});
+    }
+    expect_rows({rows.begin(), rows.begin() + 650}, wanted, twelve_digits);
+    for (std::size_t point = 0; point < of_pass.size(); ++point) {
+        const std::vector<double>& row = rows.at(650 + point);
+        EXPECT_EQ(row.at(0), 8.0);
+        EXPECT_TRUE(std::isnan(row.at(1)) && std::isnan(row.at(2))) << "CH1 was off";
+        expect_rows({{row.at(3), row.at(4)}}, {of_pass.at(point)}, twelve_digits);
+    }
+}
+
+TEST(PythonReads, TheLogOfTheStatistics) {
+    Exported files(block_sweep());
+    Statistics statistics;
+    MeasurementState measured; // no widths: no edge was found
+    measured.measresults[ch2][meas::vmax] = 125.0;
+    for (int sweep = 0; sweep <= Statistics::settling_sweeps; ++sweep) {
+        statistics.take(block_sweep(), measured);
+    }
+    const std::string path = (files.folder.path() / "log.csv").string();
+    std::ofstream(path) << measurement_log_headings({.version = "1", .serial = "S"})
+                        << measurement_log_line(7, "today", statistics);
+    EXPECT_EQ(output_of("/usr/bin/python3 -c 'import csv; rows = list(csv.DictReader(line for line "
+                        "in open(\"" +
+                        path +
+                        "\") if line[0] != \"#\")); print(len(rows), len(rows[0]), "
+                        "rows[0][\"Sweep\"], rows[0][\"CH2 VMax (V)\"], "
+                        "repr(rows[0][\"CH2 Period (s)\"]))'"),
+              "1 30 7 0.125 \'\'\n");
+}
+
+TEST(PythonReads, TheTableOfTheClipboard) {
+    for (const Sweep& sweep : {block_sweep(), block_sweep(64.0)}) {
+        Exported files(sweep);
+        const std::string path = (files.folder.path() / "table.txt").string();
+        std::ofstream(path) << tab_separated(files.sweep);
+        const std::string text =
+            output_of("/usr/bin/python3 -c 'import csv; rows = list(csv.reader(open(\"" + path +
+                      "\"), delimiter=\"\\t\")); print(rows[0]); "
+                      "[print(*row, sep=\",\") for row in rows[1:]]'");
+        EXPECT_EQ(text.substr(0, text.find('\n')),
+                  files.sweep.same_times()
+                      ? "['Time (s)', 'CH1 (V)', 'CH2 (V)']"
+                      : "['Time CH1 (s)', 'CH1 (V)', 'Time CH2 (s)', 'CH2 (V)']");
+        expect_rows(rows_in(text), files.rows(), twelve_digits);
+    }
+}
+
 TEST(PythonReads, TheSigrokArchiveWithoutAComplaint) {
     Exported files(block_sweep());
     EXPECT_EQ(files.python(".sr", "import zipfile; z = zipfile.ZipFile(f); "
@@ -210,8 +289,10 @@ TEST(SigrokReads, ASession) {
 }
 
 TEST(SigrokReads, OurCsv) {
+    // The columns as the manual tells them; of two columns of times sigrok takes the first.
     for (const auto& [sweep, columns] :
-         {std::pair{block_sweep(), "t,2a"}, std::pair{pass_sweep(), "t,a"}}) {
+         {std::pair{block_sweep(), "t,2a"}, std::pair{pass_sweep(), "t,a"},
+          std::pair{block_sweep(64.0), "t,a,-,a"}}) {
         Exported files(sweep);
         const std::string points = output_of(
             "sigrok-cli -I csv:comment_leader=#:header=yes:column_formats=" + std::string(columns) +
