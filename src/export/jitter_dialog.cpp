@@ -73,6 +73,11 @@ std::vector<ToldValue> jitter_values(const Told<Jitter>& jitter) {
                  return of.interval ? Told<double>(*of.interval)
                                     : Told<double>(WhyNot::one_crossing);
              }),
+        told("Sweeps for 10 %", hits, 1.0,
+             [](const Jitter& of) {
+                 return of.parts ? Told<double>(std::ceil(of.parts_wanted))
+                                 : Told<double>(of.parts.why());
+             }),
         estimate("Random jitter", s, seconds, [](const DualDirac& of) { return of.random; }),
         estimate("Deterministic jitter", s, seconds,
                  [](const DualDirac& of) { return of.deterministic; }),

@@ -30,7 +30,7 @@ TEST(RemoteJitter, IsOperatedAsInItsWindow) {
     for (std::size_t at = 0; at != std::string::npos; at = data.find(',', at + 1)) {
         values.push_back(std::stod(data.substr(at + (at == 0 ? 0 : 1))));
     }
-    ASSERT_EQ(values.size(), 14U);
+    ASSERT_EQ(values.size(), 15U);
     EXPECT_NEAR(values[9], std::sqrt(1.0 + 9.0 / 2.0 + 1.0) * 1e-9, 0.15e-9);
     EXPECT_NEAR(values[10], 80e-9, 0.4e-9) << "12.5 Mbit/s";
     const std::string bathtub = program.ask("JITT:BATH?");
