@@ -1,7 +1,5 @@
 #include "ui/jitter_window.h"
 
-#include <QGridLayout>
-#include <QHBoxLayout>
 #include <QVBoxLayout>
 
 #include "ui/lengths.h"
@@ -50,34 +48,28 @@ QWidget* JitterWindow::make_edge() {
     auto* const frame = new PanelFrame(u"Edge"_s);
     WidgetMaker make(frame, driver_);
     JitterControls& controls = dialog_.controls();
-    auto* const columns = new QHBoxLayout(frame);
-    columns->setContentsMargins(0, 0, 0, 0);
-    columns->setSpacing(window_gap);
-    QGridLayout* const left = make_tool_grid(nullptr);
-    QGridLayout* const right = make_tool_grid(nullptr);
-    columns->addLayout(left, 1);
-    columns->addLayout(right, 1);
-    add_captioned(*left, 0, u"C&hannel"_s,
+    const auto [left, right] = make_two_grids(*frame);
+    add_captioned(left, 0, u"C&hannel"_s,
                   make.list(controls.cmbJitterChannel,
                             {u"Channel of the jitter"_s, u"Whose density is looked at"_s}));
     add_captioned(
-        *right, 0, u"&Edge"_s,
+        right, 0, u"&Edge"_s,
         make.list(controls.cmbJitterEdge,
                   {u"Edge"_s, u"Which edges count; of random data both directions do"_s}));
-    add_captioned(*left, 1, u"&Number"_s,
+    add_captioned(left, 1, u"&Number"_s,
                   make_typed(make, controls.txtJitterNumber, u"in the middle"_s,
                              {u"Number of the edge"_s,
                               u"Which of these edges, 1 the first from the left; empty: the one "
                               u"nearest to the middle of the screen"_s}));
-    add_captioned(*right, 1, u"Le&vel"_s,
+    add_captioned(right, 1, u"Le&vel"_s,
                   make_typed(make, controls.txtJitterLevel, u"50 %"_s,
                              {u"Crossing level"_s, u"The level that the edge crosses, as 50mV; "
                                                    u"empty: half way between zero and one"_s}));
-    add_captioned(*left, 2, u"&Own jitter"_s,
+    add_captioned(left, 2, u"&Own jitter"_s,
                   make_typed(make, controls.txtJitterOwn, u"none"_s,
                              {u"Own jitter of the instrument"_s,
                               u"Its rms value, as 2ps, which is taken off; empty: none"_s}));
-    add_captioned(*right, 2, u"&Unit interval"_s,
+    add_captioned(right, 2, u"&Unit interval"_s,
                   make_typed(make, controls.txtJitterInterval, u"found"_s,
                              {u"Unit interval"_s, u"Of random data, as 8ns; empty: found"_s}));
     return frame;

@@ -41,31 +41,25 @@ QWidget* SpectrumWindow::make_choice() {
     auto* const frame = new PanelFrame(u"Sweeps"_s);
     WidgetMaker make(frame, driver_);
     SpectrumControls& controls = dialog_.controls();
-    auto* const columns = new QHBoxLayout(frame);
-    columns->setContentsMargins(0, 0, 0, 0);
-    columns->setSpacing(window_gap);
-    QGridLayout* const left = make_tool_grid(nullptr);
-    QGridLayout* const right = make_tool_grid(nullptr);
-    columns->addLayout(left, 1);
-    columns->addLayout(right, 1);
-    add_captioned(*left, 0, u"C&hannel"_s,
+    const auto [left, right] = make_two_grids(*frame);
+    add_captioned(left, 0, u"C&hannel"_s,
                   make.list(controls.cmbSpectrumChannel,
                             {u"Channel of the spectrum"_s, u"Whose sweeps are transformed"_s}));
-    add_captioned(*right, 0, u"&Window"_s,
+    add_captioned(right, 0, u"&Window"_s,
                   make.list(controls.cmbSpectrumWindow,
                             {u"Window"_s, u"Hann for most signals, flat top for levels, "
                                           u"Blackman-Harris for small signals beside large ones, "
                                           u"none where whole periods fill the sweep"_s}));
-    add_captioned(*left, 1, u"&Shows"_s,
+    add_captioned(left, 1, u"&Shows"_s,
                   make.list(controls.cmbSpectrumHold,
                             {u"What is shown"_s, u"The last sweep, or of so many sweeps each "
                                                  u"line's mean power or highest power"_s}));
-    add_captioned(*right, 1, u"&Number of sweeps"_s,
+    add_captioned(right, 1, u"&Number of sweeps"_s,
                   make.text_box(controls.txtSpectrumCount,
                                 {u"Number of sweeps"_s,
                                  u"For mean and highest, 1 to 1000: the last so many"_s}));
     add_captioned(
-        *left, 2, u"&Unit"_s,
+        left, 2, u"&Unit"_s,
         make.list(controls.cmbSpectrumUnit,
                   {u"Unit of the levels"_s, u"Decibels above 1 V rms, or above 1 mW in 50 Ohm"_s}));
     auto* const row = new QHBoxLayout;
@@ -75,7 +69,7 @@ QWidget* SpectrumWindow::make_choice() {
     row->addStretch();
     row->addWidget(make.button(controls.cmdSpectrumClear, u"&Begin anew"_s,
                                {u"Begin anew"_s, u"Forgets the sweeps of mean and highest"_s}));
-    right->addLayout(row, 2, 0, 1, 2);
+    right.addLayout(row, 2, 0, 1, 2);
     return frame;
 }
 

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include <QHBoxLayout>
+
 #include "ui/lengths.h"
 #include "ui/window_places.h"
 
@@ -20,6 +22,17 @@ QGridLayout* make_tool_grid(QWidget* frame) {
     grid->setSpacing(window_gap);
     grid->setColumnStretch(1, 1);
     return grid;
+}
+
+TwoGrids make_two_grids(QWidget& frame) {
+    auto* const columns = new QHBoxLayout(&frame);
+    columns->setContentsMargins(0, 0, 0, 0);
+    columns->setSpacing(window_gap);
+    QGridLayout* const left = make_tool_grid(nullptr);
+    QGridLayout* const right = make_tool_grid(nullptr);
+    columns->addLayout(left, 1);
+    columns->addLayout(right, 1);
+    return {*left, *right};
 }
 
 void add_captioned(QGridLayout& grid, int row, const QString& caption, QWidget* widget) {

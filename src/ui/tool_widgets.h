@@ -19,6 +19,15 @@ namespace kv408::ui {
 /// The grid of a tool's frame, whose second column takes what width is spare.
 [[nodiscard]] QGridLayout* make_tool_grid(QWidget* frame);
 
+/// Two grids of a tool's frame, side by side, of the same width.
+struct TwoGrids {
+    QGridLayout& left;
+    QGridLayout& right;
+};
+
+/// The grids of `frame`, whose only content they are.
+[[nodiscard]] TwoGrids make_two_grids(QWidget& frame);
+
 /// Puts `widget` into row `row` of `grid`, behind its `caption`.
 void add_captioned(QGridLayout& grid, int row, const QString& caption, QWidget* widget);
 

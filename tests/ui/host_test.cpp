@@ -63,6 +63,8 @@ private Q_SLOTS:
     void every_button_has_its_answer();
     void closing_a_box_is_an_answer_data();
     void closing_a_box_is_an_answer();
+    void enter_presses_the_button_that_changes_nothing_data();
+    void enter_presses_the_button_that_changes_nothing();
     void retry_finds_an_instrument_that_is_switched_on();
     void cancel_ends_the_program();
     void ticks_go_on_while_a_box_is_open();
@@ -176,6 +178,26 @@ void HostTest::closing_a_box_is_an_answer() {
     WhenBoxOpens escaped([](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); });
     QCOMPARE(boxes.show({.text = "?", .buttons = buttons}), answer);
     WhenBoxOpens dismissed([&boxes](QMessageBox&) { boxes.dismiss(); });
+    QCOMPARE(boxes.show({.text = "?", .buttons = buttons}), answer);
+}
+
+void HostTest::enter_presses_the_button_that_changes_nothing_data() {
+    QTest::addColumn<MessageButtons>("buttons");
+    QTest::addColumn<MessageAnswer>("answer");
+    QTest::newRow("ok") << MessageButtons::ok << MessageAnswer::ok;
+    QTest::newRow("ok of two") << MessageButtons::ok_cancel << MessageAnswer::ok;
+    QTest::newRow("retry") << MessageButtons::retry_cancel << MessageAnswer::retry;
+    QTest::newRow("no") << MessageButtons::yes_no << MessageAnswer::no;
+}
+
+void HostTest::enter_presses_the_button_that_changes_nothing() {
+    QFETCH(MessageButtons, buttons);
+    QFETCH(MessageAnswer, answer);
+    QtMessageBoxes boxes;
+    WhenBoxOpens entered([](QMessageBox& box) {
+        QVERIFY(QTest::qWaitForWindowActive(&box));
+        QTest::keyClick(&box, Qt::Key_Return);
+    });
     QCOMPARE(boxes.show({.text = "?", .buttons = buttons}), answer);
 }
 

@@ -28,7 +28,8 @@ struct ToolsBench {
         simulation.set_calibrated();
         simulator::silence(simulation.bench());
         std::filesystem::create_directories(folder.path() / "bin" / "manual");
-        for (const char* const page : {"index", "window", "trigger", "export", "record"}) {
+        for (const char* const page : {"index", "window", "trigger", "delays", "cursors",
+                                       "measurements", "export", "record"}) {
             files.replace(folder.path() / "bin" / "manual" / (std::string(page) + ".html"), "page");
         }
     }
@@ -289,6 +290,12 @@ void ToolWindowsTest::help_opens_the_page_of_the_frame_in_focus() {
     QCOMPARE(press(source), on.file(u"bin/manual/trigger.html"_s));
     auto& start = *on.window().findChild<QWidget*>(u"cmdstartsweep"_s);
     QCOMPARE(press(start), on.file(u"bin/manual/window.html"_s));
+    for (const auto& [widget, page] :
+         {std::pair{u"psofsetch1"_s, u"delays"_s}, std::pair{u"combocursorselect"_s, u"cursors"_s},
+          std::pair{u"cmbMeas(0)"_s, u"measurements"_s}}) {
+        QCOMPARE(press(*on.window().findChild<QWidget*>(widget)),
+                 on.file(u"bin/manual/"_s + page + u".html"_s));
+    }
     QTest::keyClick(&on.window(), Qt::Key_E, Qt::ControlModifier);
     // Behind the main window it would count as active, too.
     on.shown("frmExport")->activateWindow();
