@@ -5,10 +5,9 @@
 namespace kv408 {
 
 std::vector<DensityMark> eye_marks(const Collected& collected, const Eye& eye) {
-    constexpr double middle_begins = 0.4;
-    constexpr double middle_ends = 0.6;
     constexpr double half = 0.5;
-    constexpr double three_sigma = 3.0;
+    constexpr double middle_begins = half - eye_middle_part / 2.0;
+    constexpr double middle_ends = half + eye_middle_part / 2.0;
     const auto place = [&](double time, double level) {
         return MaskPoint{(time - collected.with.first_time) / collected.with.time_per_point,
                          code_at(collected.with, level)};
@@ -33,11 +32,11 @@ std::vector<DensityMark> eye_marks(const Collected& collected, const Eye& eye) {
     };
     if (eye.height) {
         const double middle = left + half * eye.interval;
-        marks.push_back({place(middle, zero.mean + three_sigma * zero.sigma),
-                         place(middle, one.mean - three_sigma * one.sigma)});
+        marks.push_back({place(middle, zero.mean + eye_sigmas * zero.sigma),
+                         place(middle, one.mean - eye_sigmas * one.sigma)});
     }
     if (eye.width) {
-        const double spread = three_sigma * eye.crossing_sigma;
+        const double spread = eye_sigmas * eye.crossing_sigma;
         marks.push_back(
             {place(left + spread, eye.crossing_level), place(right - spread, eye.crossing_level)});
     }

@@ -11,9 +11,7 @@
 namespace kv408 {
 namespace {
 
-constexpr double middle_part = 0.2;
 constexpr double duration_part = 0.2;
-constexpr double three_sigma = 3.0;
 /// Hits after which a standard deviation is known to 2 % at two standard errors.
 constexpr double wanted_hits = 5000.0;
 
@@ -39,10 +37,10 @@ Told<Crossings> eye_crossings(const Collected& collected, const TwoLevels& level
 /// The hits about the eye's two levels; `levels` are set to these.
 Told<OneAndZero> eye_levels(const Collected& collected, const Crossings& crossings,
                             TwoLevels& levels) {
-    auto middle = middle_of_intervals(collected, crossings, levels.middle(), middle_part);
+    auto middle = middle_of_intervals(collected, crossings, levels.middle(), eye_middle_part);
     if (middle) {
         const double between = (middle->one.mean + middle->zero.mean) / 2.0;
-        middle = middle_of_intervals(collected, crossings, between, middle_part);
+        middle = middle_of_intervals(collected, crossings, between, eye_middle_part);
     }
     if (middle) {
         levels.one = middle->one.mean;
@@ -106,7 +104,7 @@ void tell_levels(Eye& eye, bool clipped) {
         eye.height = eye.q = eye.signal_to_noise = WhyNot::clipped;
         return;
     }
-    eye.height = open_part(eye.amplitude - three_sigma * (one.sigma + zero.sigma));
+    eye.height = open_part(eye.amplitude - eye_sigmas * (one.sigma + zero.sigma));
     if (one.sigma + zero.sigma > 0.0) {
         eye.q = eye.amplitude / (one.sigma + zero.sigma);
         const double rms = std::sqrt((one.sigma * one.sigma + zero.sigma * zero.sigma) / 2.0);
@@ -123,7 +121,7 @@ void tell_crossings(Eye& eye, const CrossingSums& sums, double sweeps) {
     eye.crossing_percentage = 100.0 * (eye.crossing_level - eye.levels.zero.mean) / eye.amplitude;
     eye.distortion = sums.distortion / sums.hits;
     eye.slope = sums.slope / sums.hits;
-    eye.width = open_part(eye.interval - 2.0 * three_sigma * eye.crossing_sigma);
+    eye.width = open_part(eye.interval - 2.0 * eye_sigmas * eye.crossing_sigma);
     eye.sweeps_wanted = sweeps * wanted_hits / sums.hits;
     if (sums.duration_hits > 0.0) {
         eye.rise_time = sums.rise / sums.duration_hits;

@@ -8,6 +8,12 @@
 
 namespace kv408 {
 
+/// The part of the unit interval, in its middle, in which one and zero level are measured, and by
+/// how many standard deviations height and width are less than the distances of levels and
+/// crossings (IEC 61280-2-2).
+inline constexpr double eye_middle_part = 0.2;
+inline constexpr double eye_sigmas = 3.0;
+
 /// What is known of an eye beforehand.
 struct EyeSetup {
     std::optional<double> interval = {}; ///< unit interval, picoseconds; none: found

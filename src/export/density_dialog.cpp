@@ -29,12 +29,9 @@ std::string time_of_day(std::chrono::system_clock::time_point time, const Clock&
 } // namespace
 
 std::optional<int> half_life_in(std::string_view text) {
-    const auto sweeps = quantity_in(text, {});
-    if (!sweeps || *sweeps < 1.0 || *sweeps > DensityCollector::longest_half_life ||
-        *sweeps != round_to_int32(*sweeps)) {
-        return std::nullopt;
-    }
-    return round_to_int32(*sweeps);
+    const auto sweeps = whole_number_in(text);
+    return sweeps && *sweeps >= 1 && *sweeps <= DensityCollector::longest_half_life ? sweeps
+                                                                                    : std::nullopt;
 }
 
 DensityDialog::DensityDialog(const FrontPanel& panel, const DialogHost& host, Plot plot)

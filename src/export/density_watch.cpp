@@ -35,20 +35,30 @@ void DensityWatch::refresh() {
     }
     refreshed_ = clock_.now();
     changes_ = density_.changes();
-    std::string remark;
-    for (const std::string& line : density_.remarks()) {
-        remark.append(remark.empty() ? "" : "\n").append(line);
-    }
-    controls_.remark.set_caption(std::move(remark));
+    controls_.remark.set_caption(remark());
     if (controls_.sweeps != nullptr) {
         controls_.sweeps->set_caption(density_.state_of(channel()));
     }
     show_();
 }
 
+std::string DensityWatch::remark() const {
+    std::string remark;
+    for (const std::string& line : density_.remarks()) {
+        remark.append(remark.empty() ? "" : "\n").append(line);
+    }
+    return remark;
+}
+
+bool DensityWatch::is_due() const {
+    return pace_.each_time || changes_ != density_.changes() ||
+           controls_.remark.caption() != remark() ||
+           (controls_.sweeps != nullptr &&
+            controls_.sweeps->caption() != density_.state_of(channel()));
+}
+
 void DensityWatch::tick_over() {
-    const bool due = pace_.each_time || changes_ != density_.changes();
-    if (open_ && due && clock_.now() - refreshed_ >= pace_.least) {
+    if (open_ && clock_.now() - refreshed_ >= pace_.least && is_due()) {
         refresh();
     }
 }

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
+#include <string>
 
 #include "analysis/collected.h"
 #include "export/density_dialog.h"
@@ -56,6 +57,9 @@ public:
     void on_show(std::function<void()> listener) { present_ = std::move(listener); }
 
 private:
+    [[nodiscard]] std::string remark() const;
+    [[nodiscard]] bool is_due() const;
+
     DensityDialog& density_;
     const Clock& clock_;
     Controls controls_;

@@ -31,8 +31,7 @@ std::string with_unit_of(double value, HistogramOf of) {
 
 std::string percent(double share) {
     constexpr int digits = 4;
-    std::string text = engformat(share * 100.0, digits);
-    return text.append(" %");
+    return plain_text(share * 100.0, digits) + " %";
 }
 
 } // namespace
@@ -163,7 +162,9 @@ std::optional<HistogramStatistics> HistogramDialog::statistics() const {
 }
 
 void HistogramDialog::show_values() {
-    const auto statistics = this->statistics();
+    const auto found = histogram();
+    const auto statistics = found ? statistics_of(*found) : std::nullopt;
+    tell_clipping(found ? found->clipped : 0.0);
     std::string text;
     if (statistics) {
         const auto values = values_of(*statistics, of());
@@ -182,6 +183,15 @@ void HistogramDialog::show_values() {
     }
     controls_.lblHistogramValues.set_caption(std::move(text));
     controls_.lblHistogramWindow.set_caption(place_text());
+}
+
+void HistogramDialog::tell_clipping(double hits) {
+    if (hits > 0.0) {
+        Label& remark = controls_.lblHistogramRemark;
+        remark.set_caption(remark.caption() + (remark.caption().empty() ? "" : "\n") +
+                           "Hits lie at an end of the instrument's scale: what the signal has "
+                           "beyond it is missing.");
+    }
 }
 
 std::string HistogramDialog::place_text() const {

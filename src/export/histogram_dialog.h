@@ -111,6 +111,7 @@ private:
     };
 
     void show_values();
+    void tell_clipping(double hits);
     [[nodiscard]] std::string place_text() const;
 
     Plot plot_;

@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "export/background_writer.h"
 #include "host/clock.h"
@@ -15,6 +16,10 @@ namespace kv408 {
 
 /// What happens when a value is outside its limits, or a trace hits a mask.
 enum class LimitAction { none, beep, stop, snapshot };
+
+/// What people choose them by, in that order.
+inline constexpr std::array<std::string_view, 4> limit_action_names = {"Only count", "Beep", "Stop",
+                                                                       "Snapshot"};
 
 /// Does what limits and masks ask for.
 class LimitActions {
@@ -28,6 +33,7 @@ public:
         std::function<std::function<SavedFile()>()> snapshot;
     };
 
+    /// Does them through `host`, which outlives it.
     explicit LimitActions(Host host);
     ~LimitActions();
     LimitActions(const LimitActions&) = delete;

@@ -87,7 +87,7 @@ MaskDialog::MaskDialog(DensityDialog& density, const EyeDialog& eye, Host host,
         choose();
         refresh();
     });
-    controls_.cmbMaskAction.set_entries({"Only count", "Beep", "Stop", "Snapshot"});
+    controls_.cmbMaskAction.set_entries({limit_action_names.begin(), limit_action_names.end()});
     controls_.cmbMaskAction.set_index(0);
     controls_.cmbMaskAction.on_click([this] { hit_ = false; });
     controls_.txtMaskRatio.on_change([this] {
@@ -231,12 +231,15 @@ void MaskDialog::show_test() {
 void MaskDialog::look_for_first_hit() {
     const auto action = static_cast<LimitAction>(controls_.cmbMaskAction.index());
     const Collected* const collected = watch_.collected();
+    // Where the eye is closed the mask has no place, and yet the verdict is known.
+    const bool closed = shown_.placed.polygons.empty() && shown_.verdict == MaskVerdict::fail;
     if (!is_open() || action == LimitAction::none || looked_at_ == density_.changes() ||
-        shown_.placed.polygons.empty() || collected == nullptr || collected->with != placed_with_) {
+        (shown_.placed.polygons.empty() && !closed) || collected == nullptr ||
+        collected->with != placed_with_) {
         return;
     }
     looked_at_ = density_.changes();
-    const bool any = mask_hits(*collected, shown_.placed).hits > 0.0;
+    const bool any = closed || mask_hits(*collected, shown_.placed).hits > 0.0;
     if (any && !std::exchange(hit_, any)) {
         actions_.ask(action);
         refresh(); // for the snapshot, and for who looks up at the beep

@@ -92,6 +92,7 @@ public:
 
     /// Tests what is collected now, whether the window is open or not.
     [[nodiscard]] MaskTest test();
+    /// The numbers of that.
     [[nodiscard]] std::vector<ToldValue> values() { return test().values; }
 
     /// The numbers of the window as a table for the clipboard.

@@ -44,6 +44,7 @@ public:
         const AcquisitionState& acquisition;
     };
 
+    /// Tells of `source`, of some of it at most as often as people read by `clock`.
     ReadoutsDialog(const Source& source, const Clock& clock);
     ReadoutsDialog(const ReadoutsDialog&) = delete;
     ReadoutsDialog& operator=(const ReadoutsDialog&) = delete;

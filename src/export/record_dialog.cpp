@@ -19,9 +19,8 @@ constexpr std::uintmax_t not_known = std::numeric_limits<std::uintmax_t>::max();
 
 /// The whole number, 1.., that `text` is; nothing for any other text.
 std::optional<std::uint64_t> count_in(const std::string& text) {
-    const auto number = int32_in(text);
-    const auto exact = entire_number(text);
-    if (!number || *number < 1 || *exact != static_cast<double>(*number)) {
+    const auto number = whole_number_in(text);
+    if (!number || *number < 1) {
         return std::nullopt;
     }
     return static_cast<std::uint64_t>(*number);

@@ -78,6 +78,7 @@ Channel SpectrumDialog::channel() const {
 
 void SpectrumDialog::begin_anew() {
     history_.clear();
+    has_clipped_ = false;
     if (open_ && last_) {
         add(*last_);
     }
@@ -97,16 +98,17 @@ void SpectrumDialog::add(const Sweep& sweep) {
     if (sweep.came.at(channel()) && part.whole) {
         const auto window = static_cast<SpectrumWindow>(controls_.cmbSpectrumWindow.index());
         history_.add(spectrum_of(part.mv, part.time_per_point, window));
+        averaged_ = part.averaged;
+        clips_ = clipping_of(part) != Clipping{};
+        has_clipped_ = has_clipped_ || clips_;
     }
 }
 
 void SpectrumDialog::count_typed() {
     TextBox& box = controls_.txtSpectrumCount;
-    const auto count = int32_in(box.text());
-    const auto exact = entire_number(box.text());
+    const auto count = whole_number_in(box.text());
     constexpr auto most = static_cast<std::int32_t>(SpectrumHistory::most);
-    const bool told =
-        count && exact && *exact == static_cast<double>(*count) && *count >= 1 && *count <= most;
+    const bool told = count && *count >= 1 && *count <= most;
     box.set_faulty(!told);
     if (told) {
         history_.set_kept(static_cast<std::size_t>(*count));
@@ -114,8 +116,12 @@ void SpectrumDialog::count_typed() {
     }
 }
 
+SpectrumHold SpectrumDialog::held() const {
+    return static_cast<SpectrumHold>(controls_.cmbSpectrumHold.index());
+}
+
 std::size_t SpectrumDialog::sweeps() const {
-    const bool one = controls_.cmbSpectrumHold.index() == 0;
+    const bool one = held() == SpectrumHold::last;
     return one ? std::min<std::size_t>(history_.count(), 1) : history_.count();
 }
 
@@ -136,7 +142,7 @@ void SpectrumDialog::tick_over() {
 void SpectrumDialog::show() {
     stale_ = false;
     shown_at_ = clock_.now();
-    shown_ = history_.shown(static_cast<SpectrumHold>(controls_.cmbSpectrumHold.index()));
+    shown_ = history_.shown(held());
     peaks_ = peaks_of(shown_, most_peaks);
     purity_ = purity_of(shown_);
     reason_.clear();
@@ -186,7 +192,7 @@ std::string SpectrumDialog::purity_text() const {
     if (purity_->harmonics < 2) {
         text += "not told: no harmonic lies below the limit";
     } else {
-        text += engformat(purity_->distortion * percent, told_digits) + " %, of harmonics 2 to " +
+        text += plain_text(purity_->distortion * percent, told_digits) + " %, of harmonics 2 to " +
                 std::to_string(purity_->harmonics);
     }
     text += "\nSNR ";
@@ -200,17 +206,30 @@ std::string SpectrumDialog::purity_text() const {
 }
 
 std::string SpectrumDialog::remark_text() const {
-    if (!last_ || !last_->came.at(channel())) {
+    if (shown_.power.empty()) {
         return {};
     }
-    const ChannelSweep& part = *last_->channel.at(channel());
-    std::string text;
-    if (clipping_of(part) != Clipping{}) {
-        text = "The trace leaves the instrument's scale: it has harmonics that the signal has not.";
+    if (!panel_.channel.at(channel()).enable.checked()) {
+        return "The channel is off: this is of its last sweeps.";
     }
-    if (part.averaged) {
-        text += text.empty() ? "" : "\n";
-        text += "Filter Avg. is on: noise is smaller than the signal's.";
+    std::string text;
+    const auto say = [&text](std::string_view line) {
+        text.append(text.empty() ? "" : "\n").append(line);
+    };
+    if (held() == SpectrumHold::last ? clips_ : has_clipped_) {
+        say("The trace leaves the instrument's scale: it has harmonics that the signal has not.");
+    }
+    if (averaged_) {
+        say("Filter Avg. is on: noise is smaller than the signal's.");
+    }
+    if (!peaks_.empty() &&
+        peaks_.front().frequency < shown_.frequency(least_periods_of_level(shown_.window))) {
+        say("Few periods of the highest peak are on the screen: its frequency and level are "
+            "rough.");
+    }
+    if (purity_ && held() == SpectrumHold::peak && sweeps() > 1) {
+        say("The highest of sweeps makes noise look higher: SNR and THD are worse than the "
+            "signal's.");
     }
     return text;
 }

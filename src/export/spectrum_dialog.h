@@ -52,6 +52,8 @@ public:
     /// complete sweep, null without any, with which it begins.
     void open(const std::shared_ptr<const Sweep>& last);
     [[nodiscard]] bool is_open() const { return open_; }
+
+    /// Closes it and forgets the sweeps.
     void close();
 
     /// A sweep with which every channel that is on has come.
@@ -93,6 +95,7 @@ public:
 
 private:
     [[nodiscard]] Channel channel() const;
+    [[nodiscard]] SpectrumHold held() const;
     void begin_anew();
     void add(const Sweep& sweep);
     void count_typed();
@@ -107,6 +110,9 @@ private:
     SpectrumControls controls_;
     SpectrumHistory history_;
     std::shared_ptr<const Sweep> last_; ///< the last one that was taken
+    bool averaged_ = false;             ///< the last spectrum is of an averaged sweep
+    bool clips_ = false;                ///< it is of a sweep that clips
+    bool has_clipped_ = false;          ///< or one before it is, since they began anew
     Spectrum shown_;
     std::vector<SpectralPeak> peaks_;
     std::optional<Purity> purity_;

@@ -80,7 +80,8 @@ StatisticsDialog::StatisticsDialog(Host host)
         colours.emplace_back(colour.name);
     }
     controls_.cmbStatisticsColour.set_entries(colours);
-    controls_.cmbStatisticsAction.set_entries({"Only count", "Beep", "Stop", "Snapshot"});
+    controls_.cmbStatisticsAction.set_entries(
+        {limit_action_names.begin(), limit_action_names.end()});
     controls_.cmdStatisticsLog.set_caption("Log...");
     show_limits();
     for (ListBox* const list : {&controls_.cmbStatisticsChannel, &controls_.cmbStatisticsValue}) {

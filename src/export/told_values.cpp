@@ -50,13 +50,12 @@ std::string told_text(double value, ToldUnit unit) {
         return {text.data(), end.ptr};
     }
     std::string text;
-    if (unit == ToldUnit::seconds && value != 0.0 && std::fabs(value) < least_engineering) {
+    if (unit == ToldUnit::percent || unit == ToldUnit::decibels) {
+        text = plain_text(value, digits) + ' ';
+    } else if (unit == ToldUnit::seconds && value != 0.0 && std::fabs(value) < least_engineering) {
         text = engformat(value * femto_per_one, digits).append("f");
     } else {
         text = engformat(value, digits);
-    }
-    if (unit == ToldUnit::percent || unit == ToldUnit::decibels) {
-        text.append(" ");
     }
     return text.append(unit_of(unit));
 }

@@ -34,7 +34,7 @@ std::optional<double> typed_time(TextBox& box, TypedRange range) {
 }
 
 std::optional<int> typed_whole(TextBox& box, TypedRange range) {
-    const auto typed = int32_in(box.text());
+    const auto typed = whole_number_in(box.text());
     const auto found = taken(box, typed ? std::optional<double>(*typed) : std::nullopt, range);
     return found ? typed : std::nullopt;
 }

@@ -74,6 +74,13 @@ std::vector<SpectralPeak> peaks_of(const Spectrum& spectrum, std::size_t most) {
     return peaks;
 }
 
+double least_periods_of_level(SpectrumWindow window) {
+    constexpr double of_narrow_lobes = 2.0;
+    constexpr double of_wide_lobes = 3.0;
+    const bool narrow = window == SpectrumWindow::hann || window == SpectrumWindow::none;
+    return narrow ? of_narrow_lobes : of_wide_lobes;
+}
+
 std::size_t least_line_of_purity(SpectrumWindow window) {
     return 2 * lobe_lines(window) + 1;
 }

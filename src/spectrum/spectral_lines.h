@@ -22,6 +22,12 @@ struct SpectralPeak {
 /// the mean belongs to none.
 [[nodiscard]] std::vector<SpectralPeak> peaks_of(const Spectrum& spectrum, std::size_t most);
 
+/// So many periods of a sine have to be in the sweep for its level and frequency: with fewer its
+/// lines and those of the mirrored sine below zero lie on each other. From there on flat top reads
+/// the level within 0.03 dB and every window the frequency within 2 %, wherever between two lines
+/// the sine lies.
+[[nodiscard]] double least_periods_of_level(SpectrumWindow window);
+
 /// How clean a sine is.
 struct Purity {
     SpectralPeak fundamental;

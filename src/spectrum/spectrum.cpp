@@ -16,6 +16,11 @@ constexpr std::size_t fewest_points = 8;
 /// What stands for nothing at all.
 constexpr double least_power = 1e-40;
 
+double weighted_mean(std::span<const double> values, std::span<const double> weights) {
+    return std::inner_product(values.begin(), values.end(), weights.begin(), 0.0) /
+           std::accumulate(weights.begin(), weights.end(), 0.0);
+}
+
 } // namespace
 
 Spectrum spectrum_of(std::span<const double> millivolts, double interval, SpectrumWindow window) {
@@ -27,8 +32,7 @@ Spectrum spectrum_of(std::span<const double> millivolts, double interval, Spectr
     }
     spectrum.step = picoseconds_per_second / (interval * static_cast<double>(points));
     const std::vector<double> weights = window_weights(window, points);
-    const double mean =
-        std::accumulate(millivolts.begin(), millivolts.end(), 0.0) / static_cast<double>(points);
+    const double mean = weighted_mean(millivolts, window_weights(SpectrumWindow::hann, points));
     std::vector<std::complex<double>> weighted(points);
     std::vector<std::complex<double>> lines(points);
     for (std::size_t point = 0; point < points; ++point) {
@@ -49,10 +53,6 @@ Spectrum spectrum_of(std::span<const double> millivolts, double interval, Spectr
     }
     spectrum.power.front() = mean * mean / (millivolts_per_volt * millivolts_per_volt);
     return spectrum;
-}
-
-double nyquist_limit(double interval) {
-    return picoseconds_per_second / (2.0 * interval);
 }
 
 double dbv(double power) {

@@ -15,7 +15,8 @@ struct Spectrum {
     double step = 0.0; ///< from line to line, hertz: one over the length of the sweep
     /// Each line's power over one ohm, volts rms squared: a sine that lies on a line has the square
     /// of its rms value there, whatever the window; the first is the square of the mean, which is
-    /// taken off before the others are made, so that it does not cover them.
+    /// taken off before the others are made, so that it does not cover them. It is the mean
+    /// weighted with Hann's window, which a few periods and a part of one hardly move.
     std::vector<double> power;
     /// Width of a line for noise, in steps: the lines' powers together are that many times the
     /// power of what is transformed.
@@ -26,13 +27,10 @@ struct Spectrum {
 };
 
 /// The spectrum of `millivolts`, `interval` picoseconds apart, one more line than half of the
-/// points: up to the Nyquist limit. Empty without at least eight points and an interval.
+/// points: up to the Nyquist limit of 1 / (2 interval); what the signal has above it is folded in
+/// below. Empty without at least eight points and an interval.
 [[nodiscard]] Spectrum spectrum_of(std::span<const double> millivolts, double interval,
                                    SpectrumWindow window);
-
-/// The highest frequency of points that are `interval` picoseconds apart, hertz: 1 / (2 interval).
-/// What the signal has above it appears below, folded at it.
-[[nodiscard]] double nyquist_limit(double interval);
 
 /// `power` in decibels above a sine of 1 V rms; the least is -400.
 [[nodiscard]] double dbv(double power);

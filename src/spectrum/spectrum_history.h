@@ -21,11 +21,14 @@ public:
 
     /// How many are kept, 1 to `most`.
     void set_kept(std::size_t kept);
+
+    /// As set, at first 16.
     [[nodiscard]] std::size_t kept() const { return kept_; }
 
     /// Adds `spectrum`; one of other lines or another window begins anew.
     void add(Spectrum spectrum);
 
+    /// Forgets all of them.
     void clear() { spectra_.clear(); }
 
     /// How many there are, up to `kept`.

@@ -148,6 +148,11 @@ std::optional<std::int16_t> int16_in(std::string_view text) {
     return number_within<std::int16_t>(text);
 }
 
+std::optional<std::int32_t> whole_number_in(std::string_view text) {
+    const auto number = entire_number(text);
+    return number && *number == std::trunc(*number) ? int32_in(text) : std::nullopt;
+}
+
 std::optional<std::int32_t> int32_in(std::string_view text) {
     return number_within<std::int32_t>(text);
 }

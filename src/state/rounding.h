@@ -46,6 +46,10 @@ inline constexpr std::array<Unit, 2> microsecond_units = {{{"us", 1.0}, {"ms", 1
 /// that is more or something else.
 [[nodiscard]] std::optional<double> quantity_in(std::string_view text, std::span<const Unit> units);
 
+/// The whole number that the whole of `text` is: nothing for one with a part behind the point, for
+/// a text that is no number, and outside the 32-bit signed range.
+[[nodiscard]] std::optional<std::int32_t> whole_number_in(std::string_view text);
+
 /// The number that the whole of `text` is, rounded halves to even; nothing for a text that is no
 /// number and for one outside the 16-bit or 32-bit signed range.
 [[nodiscard]] std::optional<std::int16_t> int16_in(std::string_view text);

@@ -96,6 +96,24 @@ TEST_F(EyeDialogTest, TakesATypedIntervalAndCrossing) {
     EXPECT_NEAR(number("Crossing time"), 2000e-12, 10e-12) << "found again";
 }
 
+TEST_F(EyeDialogTest, SaysWhatChangesWhileNothingIsCounted) {
+    dialog.open();
+    signal.take(20, data(40.0, 6.0));
+    dialog.refresh();
+    const auto wait = [this] {
+        signal.clock.advance(std::chrono::seconds(1));
+        dialog.tick_over();
+    };
+    signal.density.controls().chkDensityFreeze.set_checked(true);
+    wait();
+    const std::string& state = dialog.controls().lblEyeState.caption();
+    EXPECT_TRUE(state.ends_with(", frozen")) << state;
+    signal.panel.average.put_checked(true);
+    wait();
+    EXPECT_TRUE(dialog.controls().lblEyeRemark.caption().starts_with("Filter Avg. is on"))
+        << dialog.controls().lblEyeRemark.caption();
+}
+
 TEST_F(EyeDialogTest, SaysInWordsWhatIsWrongWithAnEye) {
     dialog.open();
     EXPECT_EQ(found(), "Nothing has been collected");

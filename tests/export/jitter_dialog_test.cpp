@@ -109,6 +109,10 @@ TEST_F(JitterDialogTest, MarksWhatCannotBeTaken) {
     EXPECT_DOUBLE_EQ(*dialog.setup().interval, 8000.0);
     controls.txtJitterNumber.set_text("3");
     EXPECT_EQ(dialog.setup().number, 3);
+    controls.txtJitterNumber.set_text("2.5");
+    EXPECT_TRUE(controls.txtJitterNumber.faulty()) << "there is no such edge";
+    EXPECT_FALSE(dialog.setup().number);
+    controls.txtJitterNumber.set_text("3");
     for (TextBox* const box : {&controls.txtJitterLevel, &controls.txtJitterInterval,
                                &controls.txtJitterNumber, &controls.txtJitterOwn}) {
         EXPECT_FALSE(box->faulty());
@@ -177,6 +181,8 @@ TEST(ToldText, HasDigitsBelowAPicosecondToo) {
     EXPECT_EQ(told_text(0.0, ToldUnit::seconds).back(), 's');
     EXPECT_EQ(told_text(1234567.0, ToldUnit::hits), "1234567");
     EXPECT_EQ(told_text(48.5, ToldUnit::percent), "48.500 %");
+    EXPECT_EQ(told_text(0.5, ToldUnit::percent), "0.50000 %");
+    EXPECT_EQ(told_text(-0.25, ToldUnit::decibels), "-0.25000 dB");
 }
 
 } // namespace

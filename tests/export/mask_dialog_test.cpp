@@ -29,6 +29,11 @@ constexpr std::string_view bands = "name: Bands\n"
                                    "      - [6000, -500]\n"
                                    "      - [2000, -500]\n";
 
+/// A triangle in the middle of an eye.
+constexpr std::string_view in_an_eye =
+    "name: Hexagon\nx: ui\ny: amplitude\npolygons:\n  - points:\n      - [0.3, 0.5]\n"
+    "      - [0.5, 0.3]\n      - [0.7, 0.5]\n";
+
 struct MaskDialogTest : testing::Test {
     MaskDialogTest() {
         signal.files.files["/program/masks/hexagon-40.yaml"] = "name: Hexagon, 40 %\nx: ui\n";
@@ -142,6 +147,25 @@ TEST_F(MaskDialogTest, TheFirstHitStopsBeepsOrTakesASnapshot) {
     EXPECT_EQ(stops, 2) << "it is closed";
 }
 
+TEST_F(MaskDialogTest, AClosedEyeCountsAsAHit) {
+    signal.files.files["/program/masks/hexagon-40.yaml"] = in_an_eye;
+    dialog.open();
+    dialog.controls().cmbMaskAction.set_index(2);
+    // Random data of 800 ps a bit, whose edges come at any time.
+    synthetic::Chance chance(5);
+    const CollectedSignal::Millivolts smeared = [&chance](double time) {
+        const double late = time - 800.0 * chance.uniform();
+        const double before = chance.coin() ? 200.0 : -200.0;
+        const double after = chance.coin() ? 200.0 : -200.0;
+        return before + (after - before) * synthetic::edge(std::remainder(late, 800.0), 600.0);
+    };
+    signal.take(1000, smeared); // so many that chance makes no gaps
+    take(12, smeared);
+    EXPECT_EQ(controls().lblMaskFound.caption(), "The eye is closed");
+    EXPECT_EQ(controls().lblMaskVerdict.caption(), "FAIL");
+    EXPECT_EQ(stops, 1);
+}
+
 TEST_F(MaskDialogTest, SaysInWordsWhyNothingCanBeTested) {
     dialog.open();
     // The file above ends before its polygons.
@@ -159,9 +183,7 @@ TEST_F(MaskDialogTest, SaysInWordsWhyNothingCanBeTested) {
     dialog.load("/own/later.yaml");
     EXPECT_EQ(found, "The mask lies beside the screen: no hit has come in its time");
     EXPECT_EQ(controls().lblMaskVerdict.caption(), "NO RESULT");
-    signal.files.files["/program/masks/hexagon-40.yaml"] =
-        "name: Hexagon\nx: ui\ny: amplitude\npolygons:\n  - points:\n      - [0.3, 0.5]\n"
-        "      - [0.5, 0.3]\n      - [0.7, 0.5]\n";
+    signal.files.files["/program/masks/hexagon-40.yaml"] = in_an_eye;
     dialog.controls().cmbMask.set_index(0);
     EXPECT_EQ(found, "Two crossings have to be on the screen") << "one edge is no eye";
     // A flat line within bands in time and volts passes; only its margin cannot be told.

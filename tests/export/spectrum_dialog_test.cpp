@@ -88,6 +88,7 @@ TEST_F(SpectrumDialogTest, MeanAndHighestAreOfTheLastSweeps) {
 }
 
 TEST_F(SpectrumDialogTest, SaysWhatFalsifiesIt) {
+    panel.channel[ch1].enable.set_checked(true);
     dialog.open(nullptr);
     auto clipped = std::make_shared<Sweep>(*sweep_of(200.0, 26));
     auto part = std::make_shared<ChannelSweep>(*clipped->channel[ch1]);
@@ -100,6 +101,27 @@ TEST_F(SpectrumDialogTest, SaysWhatFalsifiesIt) {
               "Filter Avg. is on: noise is smaller than the signal's.");
     take(sweep_of(200.0, 26));
     EXPECT_EQ(controls.lblSpectrumRemark.caption(), "");
+    // The one before is still in the mean; in the highest noise is too high as well.
+    controls.cmbSpectrumHold.set_index(1);
+    const std::string clips =
+        "The trace leaves the instrument's scale: it has harmonics that the signal has not.";
+    EXPECT_EQ(controls.lblSpectrumRemark.caption(), clips);
+    controls.cmbSpectrumHold.set_index(2);
+    EXPECT_EQ(controls.lblSpectrumRemark.caption(),
+              clips + "\nThe highest of sweeps makes noise look higher: SNR and THD are worse than "
+                      "the signal's.");
+    controls.cmdSpectrumClear.click();
+    EXPECT_EQ(controls.lblSpectrumRemark.caption(), "");
+    take(sweep_of(200.0, 1));
+    EXPECT_EQ(controls.lblSpectrumRemark.caption(),
+              "Few periods of the highest peak are on the screen: its frequency and level are "
+              "rough.");
+    panel.channel[ch1].enable.set_checked(false);
+    auto of_ch2 = std::make_shared<Sweep>(*sweep_of(200.0, 1));
+    of_ch2->came = {false, true};
+    take(of_ch2);
+    EXPECT_EQ(controls.lblSpectrumRemark.caption(),
+              "The channel is off: this is of its last sweeps.");
 }
 
 TEST_F(SpectrumDialogTest, OnlyWholeSweepsOfAChannelThatIsOnWhileItIsOpen) {
@@ -135,6 +157,15 @@ TEST_F(SpectrumDialogTest, TellsDistortionAndNoiseAndOverWhat) {
     // A twentieth in the second harmonic.
     EXPECT_TRUE(
         controls.lblSpectrumPurity.caption().starts_with("THD 5.0000 %, of harmonics 2 to 6\nSNR "))
+        << controls.lblSpectrumPurity.caption();
+    // A hundredth of that: small as it is, it is read without a prefix.
+    for (int point = 0; point < 650; ++point) {
+        part->mv[static_cast<std::size_t>(point)] -=
+            9.0 * std::sin(2.0 * std::numbers::pi * 52.0 * point / 650.0);
+    }
+    take(sum);
+    EXPECT_TRUE(
+        controls.lblSpectrumPurity.caption().starts_with("THD 0.50000 %, of harmonics 2 to 6\n"))
         << controls.lblSpectrumPurity.caption();
     take(sweep_of(200.0, 4));
     EXPECT_EQ(controls.lblSpectrumPurity.caption(),

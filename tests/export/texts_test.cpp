@@ -25,6 +25,15 @@ TEST(NumberText, HasTwelveDigitsAtMostAndSmallExponents) {
     EXPECT_EQ(number_text(649 * 1562500e-12 + 1e-12), "0.001014062501");
 }
 
+TEST(PlainText, HasItsDigitsWithoutAPrefix) {
+    EXPECT_EQ(plain_text(48.5, 5), "48.500");
+    EXPECT_EQ(plain_text(0.5, 5), "0.50000");
+    EXPECT_EQ(plain_text(0.000123, 4), "0.0001");
+    EXPECT_EQ(plain_text(-1234567.8, 5), "-1234568");
+    EXPECT_EQ(plain_text(0.0, 3), "0.000");
+    EXPECT_EQ(plain_text(10.0, 5), "10.000");
+}
+
 TEST(NumberText, HasAPointWhateverTheLocale) {
     // No locale of another name need be installed: the point would come from this one.
     const std::string before = std::setlocale(LC_NUMERIC, nullptr);

@@ -52,6 +52,18 @@ TEST(HistogramOfTheProgram, TellsTheNoiseOfTheBench) {
     EXPECT_FALSE(program.shown());
 }
 
+TEST(HistogramOfTheProgram, SaysThatHitsAreMissing) {
+    WithHistogram program;
+    program.ticks(20);
+    const std::string& remark = program.dialog().controls().lblHistogramRemark.caption();
+    EXPECT_EQ(remark, "");
+    program.simulation.bench().sampler_noise_codes = 1500.0;
+    program.scope.act([&] { program.dialog().set_window({100, 0, 200, 513}); });
+    program.ticks(20);
+    EXPECT_EQ(remark, "Hits lie at an end of the instrument's scale: what the signal has beyond it "
+                      "is missing.");
+}
+
 TEST(HistogramOfTheProgram, CountsOnlyWhatLiesInItsWindow) {
     WithHistogram program;
     program.ticks(20);

@@ -48,7 +48,8 @@ TEST(Spectrum, ASineOnALineHasItsRmsValueThereWhateverTheWindow) {
         EXPECT_NEAR(spectrum.power[0], 0.0009, 1e-12); // the mean's square
         EXPECT_LT(spectrum.power[300], 1e-18);
     }
-    EXPECT_DOUBLE_EQ(nyquist_limit(spacing_ps), 10e9);
+    // The last line is the Nyquist limit, 1 / (2 * 50 ps).
+    EXPECT_NEAR(spectrum_of(points, spacing_ps, {}).frequency(325.0), 10e9, 1e-3);
 }
 
 TEST(Spectrum, FlatTopReadsASineBetweenTwoLinesRight) {
@@ -67,6 +68,21 @@ TEST(Spectrum, FlatTopReadsASineBetweenTwoLinesRight) {
     };
     EXPECT_NEAR(level(SpectrumWindow::hann), -16.9897 - 1.42, 0.02);
     EXPECT_NEAR(level(SpectrumWindow::none), -16.9897 - 3.92, 0.05);
+}
+
+TEST(Spectrum, AFewPeriodsAndAPartOfOneAreReadRightToo) {
+    // As many as are usual on the screen, wherever they begin, beside a mean.
+    for (const double periods : {3.0, 3.25, 3.5, 4.0, 4.5, 5.5}) {
+        for (const double phase : {0.0, 0.125, 0.25, 0.375, 0.5, 0.625, 0.75, 0.875}) {
+            const auto points = points_of_signal(
+                [&](double t) { return 30.0 + 200.0 * sine_of(periods * t + phase); });
+            const auto peak =
+                peaks_of(spectrum_of(points, spacing_ps, SpectrumWindow::flat_top), 1).at(0);
+            EXPECT_NEAR(dbv(peak.power), -16.9897, 0.03) << periods << ", " << phase;
+            EXPECT_NEAR(peak.frequency, periods * line_hz, 0.02 * periods * line_hz)
+                << periods << ", " << phase;
+        }
+    }
 }
 
 TEST(Spectrum, WindowsAreThoseOfTheBooks) {

@@ -164,8 +164,9 @@ TEST(NumpyReads, WhatItsOwnTransformAgreesWithTheSpectrumOf) {
                 ".npy", "a = np.load(f); v = a[\"ch2\"]; n = len(v); t = 2 * np.pi * "
                         "np.arange(n) / n; w = " +
                             std::string(weights) +
-                            "; x = np.fft.rfft((v - v.mean()) * w) / w.sum(); p = 2 * abs(x) ** 2; "
-                            "p[-1] /= 2; p[0] = v.mean() ** 2; print(repr(float(1 / (a[\"time\"][1]"
+                            "; h = 0.5 - 0.5 * np.cos(t); m = (v * h).sum() / h.sum(); "
+                            "x = np.fft.rfft((v - m) * w) / w.sum(); p = 2 * abs(x) ** 2; "
+                            "p[-1] /= 2; p[0] = m ** 2; print(repr(float(1 / (a[\"time\"][1]"
                             " - a[\"time\"][0]) / n))); [print(repr(float(q))) for q in p]");
             const auto rows = rows_in(text);
             ASSERT_EQ(rows.size(), ours.power.size() + 1);
