@@ -45,6 +45,7 @@ void reset(Instrument& instrument, Client& client) {
 
 void run(Instrument& instrument, Client& client) {
     instrument.act(client, [](Scope& scope) { scope.panel().cmdstartsweep.click(); });
+    instrument.note_run(client);
 }
 
 void stop(Instrument& instrument, Client& client) {

@@ -2,8 +2,6 @@
 
 #include <utility>
 
-#include "remote/letters.h"
-
 namespace kv408 {
 namespace {
 
@@ -11,33 +9,21 @@ namespace {
 // the program hold no more than this and one answer.
 constexpr std::size_t longest_part = std::size_t{64} * 1024;
 
-// Whether `line` is a request line or a "Host:" header of HTTP: then a web page is sending to us
-// through a user's browser.
-bool is_of_the_web(std::string_view line) {
-    while (!line.empty() && static_cast<unsigned char>(line.back()) <= ' ') {
-        line.remove_suffix(1);
-    }
-    const std::size_t word = line.rfind(' ');
-    const bool request =
-        word != std::string_view::npos && line.substr(word + 1).starts_with("HTTP/");
-    constexpr std::string_view host = "host:";
-    return request || alike(line.substr(0, host.size()), host);
-}
-
 } // namespace
 
 std::size_t Client::take(std::string_view bytes) {
-    if (closed_ || busy()) {
+    if (closed() || busy()) {
         return 0;
     }
     const std::size_t taken = reader_.take(bytes);
+    web_.take(bytes.substr(0, taken));
     if (auto line = reader_.line()) {
-        closed_ = is_of_the_web(line->text);
         if (line->too_long) {
             note({ScpiError::input_overrun});
-        } else if (!closed_) {
+        } else if (!closed()) {
             message_.emplace(std::move(line->text));
             path_.clear();
+            line_sweep.reset();
         }
     }
     return taken;

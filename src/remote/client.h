@@ -11,9 +11,11 @@
 #include "remote/command_table.h"
 #include "remote/line_reader.h"
 #include "remote/long_answer.h"
+#include "remote/measured_sweep.h"
 #include "remote/message_reader.h"
 #include "remote/scpi_error.h"
 #include "remote/status_registers.h"
+#include "remote/web_watch.h"
 #include "state/sweep.h"
 
 namespace kv408 {
@@ -67,13 +69,18 @@ public:
     /// True where `run` would do something now.
     [[nodiscard]] bool can_run(const Moment& moment) const;
 
-    /// True once it has sent an HTTP request: nothing more is taken or answered.
-    [[nodiscard]] bool closed() const { return closed_; }
+    /// True once a web page has sent something through its user's browser: nothing more is taken or
+    /// answered.
+    [[nodiscard]] bool closed() const { return web_.seen(); }
 
     // --- For the commands -------------------------------------------------------------------
 
-    /// Holds this client back from now on until nothing is pending or `time_out` has passed.
-    void hold(Hold hold) { hold_ = hold; }
+    /// Holds this client back from now on until nothing is pending or `time_out` has passed. The
+    /// rest of the line is about a sweep that comes afterwards.
+    void hold(Hold hold) {
+        hold_ = hold;
+        line_sweep.reset();
+    }
 
     /// Sets "operation complete" as soon as nothing is pending (`*OPC`).
     void tell_completion(bool tell) { tell_completion_ = tell; }
@@ -88,6 +95,9 @@ public:
     double time_out = 10.0;
     StatusRegisters status;
     ClientWaveform waveform;
+    /// The sweep that the present line has been told of first: all of the line is about it. Null
+    /// where there has been none.
+    std::shared_ptr<const MeasuredSweep> line_sweep;
     ErrorQueue errors;
 
     /// True when answers of the present line wait to be sent.
@@ -103,13 +113,13 @@ private:
 
     const CommandTable& table_;
     LineReader reader_;
+    WebWatch web_;
     std::optional<MessageReader> message_;    ///< the line that is being run
     std::vector<std::string> path_;           ///< where its headers without a leading colon begin
     std::string reply_;                       ///< the part of its reply that has not been sent yet
     bool answered_ = false;                   ///< the reply has begun
     std::unique_ptr<LongAnswer> long_answer_; ///< that is being given
     bool part_given_ = false;                 ///< of that
-    bool closed_ = false;
     Hold hold_ = Hold::none;
     std::optional<double> held_until_; ///< seconds; none before the first look at the time
     bool tell_completion_ = false;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -21,6 +22,13 @@ public:
 
     /// Adds a message to those that are collected.
     void take(const std::string& text) { collected_->push_back(text); }
+
+    /// Sets what is asked of each message that is not collected: it gives true where it has taken
+    /// the message, which then is not shown.
+    void on_message(std::function<bool(const Message&)> taker) { taker_ = std::move(taker); }
+
+    /// Whether `message` is taken so.
+    [[nodiscard]] bool takes(const Message& message) const { return taker_ && taker_(message); }
 
     /// Keeps the gate closed as long as it lives.
     class Closed {
@@ -55,6 +63,7 @@ public:
 
 private:
     int closed_ = 0;
+    std::function<bool(const Message&)> taker_;
     std::vector<std::string>* collected_ = nullptr;
 };
 

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "scope/parts.h"
+#include "state/sweeps.h"
 
 namespace kv408 {
 namespace {
@@ -29,6 +30,47 @@ void Instrument::attach(Scope& scope, Act act) {
     act_ = std::move(act);
     scope.single().carry_on(single_before_);
     single_done_ = scope.single().on_done([this](bool came) { single_done(came); });
+    taking_ = std::make_shared<const Scope*>(&scope);
+    // The program has measured a sweep before those are told of it that came later than its parts.
+    scope.sweeps().on_finished([this, alive = std::weak_ptr(taking_)](const auto& sweep) {
+        if (sweep->complete && !alive.expired()) {
+            take(sweep);
+        }
+    });
+}
+
+void Instrument::take(const std::shared_ptr<const Sweep>& sweep) {
+    const Parts& parts = scope_->parts();
+    last_ = std::make_shared<const MeasuredSweep>(
+        MeasuredSweep{.sweep = sweep,
+                      .number = counted_before_ + sweep->number,
+                      .measured = parts.panel.check1.checked(),
+                      .results = parts.measurements.measresults});
+    if (cause_) {
+        cause_->told.clear();
+        if (!cause_->run && !pending()) {
+            cause_.reset();
+        }
+    }
+}
+
+void Instrument::note_run(Client& client) {
+    cause_ = Cause{.client = &client, .run = true};
+}
+
+bool Instrument::take_message(const Message& message,
+                              const std::function<void(const Refused&)>& tell_all) {
+    const bool of_exchange = message.link_failure || message.holds_sweep;
+    if (!of_exchange || !cause_ || !attached() || (!cause_->run && !pending())) {
+        return false;
+    }
+    std::vector<std::string>& told = cause_->told;
+    if (std::find(told.begin(), told.end(), message.text) == told.end()) {
+        told.push_back(message.text);
+        const Refused error{ScpiError::hardware_error, message.text};
+        cause_->client != nullptr ? cause_->client->note(error) : tell_all(error);
+    }
+    return true;
 }
 
 void Instrument::detach() {
@@ -39,6 +81,9 @@ void Instrument::detach() {
     }
     scope_ = nullptr;
     single_done_.reset();
+    taking_.reset();
+    last_.reset();
+    cause_.reset();
 }
 
 bool Instrument::may_run() const {
@@ -72,6 +117,7 @@ void Instrument::act(Client& client, const std::function<void(Scope&)>& press) {
         }
     });
     scope.single().watch().look();
+    cause_ = Cause{.client = &client, .run = cause_ && cause_->run};
     for (const std::string& text : collecting.texts()) {
         client.note({ScpiError::hardware_error, text});
     }
@@ -101,6 +147,7 @@ void Instrument::single(Client& client) {
             throw Refused{ScpiError::settings_conflict, "No channel is on"};
         }
     });
+    note_run(client);
     std::erase(single_clients_, &client);
     single_clients_.push_back(&client);
 }
@@ -122,18 +169,29 @@ bool Instrument::pending() const {
 
 void Instrument::single_done(bool came) {
     const std::vector<Client*> clients = std::exchange(single_clients_, {});
-    if (!came) {
+    if (!came || !last_) {
         return;
     }
     for (Client* const client : clients) {
-        client->waveform.sweep = scope_->parts().sweeps.last_complete();
-        client->waveform.number = sweep_count();
+        client->line_sweep = last_;
+        client->waveform.sweep = last_->sweep;
+        client->waveform.number = last_->number;
     }
 }
 
+const MeasuredSweep& Instrument::sweep_of(Client& client) const {
+    if (!client.line_sweep) {
+        static_cast<void>(scope());
+        if (!last_) {
+            throw Refused{ScpiError::data_stale, "No sweep has been finished"};
+        }
+        client.line_sweep = last_;
+    }
+    return *client.line_sweep;
+}
+
 std::uint64_t Instrument::sweep_count() const {
-    const auto last = scope_ == nullptr ? nullptr : scope_->parts().sweeps.last_complete();
-    return last ? number_of(*last) : counted_before_;
+    return last_ ? last_->number : counted_before_;
 }
 
 void Instrument::show_conditions(Client& client) {
@@ -182,9 +240,16 @@ void Instrument::unlock_panel() {
     }
 }
 
-void Instrument::forget(Client& client) {
+void Instrument::unlock_panel_of(const Client& client) {
     if (locked_by_ == &client) {
         unlock_panel();
+    }
+}
+
+void Instrument::forget(Client& client) {
+    unlock_panel_of(client);
+    if (cause_ && cause_->client == &client) {
+        cause_->client = nullptr;
     }
     std::erase(single_clients_, &client);
 }

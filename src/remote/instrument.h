@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,7 @@
 #include "remote/aside.h"
 #include "remote/client.h"
 #include "remote/gate.h"
+#include "remote/measured_sweep.h"
 #include "scope/scope.h"
 #include "scope/single_sweep.h"
 
@@ -47,6 +49,18 @@ public:
     /// what `press` throws.
     void act(Client& client, const std::function<void(Scope&)>& press);
 
+    /// The run that there is now has been begun by `client`.
+    void note_run(Client& client);
+
+    /// A person has pressed something: what follows is no client's doing.
+    void person_pressed() { cause_.reset(); }
+
+    /// Takes a message of the exchange with the instrument that a client has caused and that comes
+    /// in a tick: in those of the run that it has begun, or until a sweep has come with what it has
+    /// set. It becomes an error of that client, or, where it has gone, of those that `tell_all`
+    /// reaches; each text once until a sweep comes. False for any other message.
+    bool take_message(const Message& message, const std::function<void(const Refused&)>& tell_all);
+
     /// Ends an Autoset that is under way, whoever began it. Throws `Refused` as `act` does.
     void cancel_autoset(Client& client);
 
@@ -65,13 +79,12 @@ public:
     /// True while a single sweep, or a sweep with the present set-up, has not come.
     [[nodiscard]] bool pending() const;
 
+    /// The last finished sweep, and the same one for all of a client's line. Throws `Refused` where
+    /// there is none.
+    [[nodiscard]] const MeasuredSweep& sweep_of(Client& client) const;
+
     /// How many sweeps have been finished since the program began.
     [[nodiscard]] std::uint64_t sweep_count() const;
-
-    /// The number of `sweep`, as `sweep_count` counts.
-    [[nodiscard]] std::uint64_t number_of(const Sweep& sweep) const {
-        return counted_before_ + sweep.number;
-    }
 
     // --- Registers --------------------------------------------------------------------------
 
@@ -89,6 +102,9 @@ public:
     /// Ends the lock, whoever has it.
     void unlock_panel();
 
+    /// Ends the lock if it is that of `client`.
+    void unlock_panel_of(const Client& client);
+
     /// A client has gone.
     void forget(Client& client);
 
@@ -100,6 +116,14 @@ public:
 
 private:
     void single_done(bool came);
+    void take(const std::shared_ptr<const Sweep>& sweep);
+
+    /// The client that has pressed something since a person last did.
+    struct Cause {
+        Client* client = nullptr;           ///< null where it has gone
+        bool run = false;                   ///< the whole run is its doing
+        std::vector<std::string> told = {}; ///< messages since the last sweep
+    };
 
     Gate& gate_;
     Aside aside_;
@@ -109,6 +133,10 @@ private:
     SingleSweep::State single_before_;    ///< of programs before
     SingleSweep::Waiting single_done_;
     ClippingWatch clipping_;
+    std::optional<Cause> cause_;
+    std::shared_ptr<const MeasuredSweep> last_; ///< of the present program; null before the first
+    /// Lives as long as sweeps of the present program are taken.
+    std::shared_ptr<const Scope*> taking_;
     std::uint64_t counted_before_ = 0; ///< sweeps of programs before
     bool swept_ = false;               ///< whether the last one swept when it went
     const Client* locked_by_ = nullptr;

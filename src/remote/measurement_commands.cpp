@@ -12,31 +12,43 @@
 namespace kv408 {
 namespace {
 
-// The value of `row` in `channel`; not a number where there is none.
-double value_of(const Parts& parts, Channel channel, const MeasurementRow& row) {
-    const Sweep& last = *parts.sweeps.last();
-    const ChannelSweep& sweep = *last.channel.at(channel);
-    constexpr double none = std::numeric_limits<double>::quiet_NaN();
-    if (sweep.codes.empty() || !parts.panel.channel.at(channel).enable.checked()) {
-        return none;
-    }
-    return measured_value(row, parts.measurements.measresults.at(channel), sweep.columns_per_second)
+constexpr double none = std::numeric_limits<double>::quiet_NaN();
+
+// The value of `row` of `channel` in `last`; not a number where there is none.
+double value_of(const MeasuredSweep& last, Channel channel, const MeasurementRow& row) {
+    return measured_value(row, last.results.at(channel),
+                          last.sweep->channel.at(channel)->columns_per_second)
         .value.value_or(none);
+}
+
+// The sweep whose results are told; null, with the client's error, where there are none.
+const MeasuredSweep* measured_sweep(const Instrument& instrument, Client& client) {
+    if (!instrument.parts().panel.check1.checked()) {
+        client.note({ScpiError::settings_conflict, "Measure is off"});
+        return nullptr;
+    }
+    try {
+        const MeasuredSweep& last = instrument.sweep_of(client);
+        if (last.measured) {
+            return &last;
+        }
+        client.note({ScpiError::data_stale, "The sweep was not measured"});
+    } catch (const Refused& refused) {
+        client.note(refused);
+    }
+    return nullptr;
 }
 
 // The answer of `rows` for the channel that `call` names.
 std::string answer_of(Instrument& instrument, const Call& call,
                       std::span<const MeasurementRow> rows) {
     const Channel channel = both_channels.at(choice_of(call.parameters.front(), channel_choices));
-    const Parts& parts = instrument.parts();
-    const bool measured = parts.panel.check1.checked();
-    if (!measured) {
-        call.client.note({ScpiError::settings_conflict, "Measure is off"});
-    }
+    const MeasuredSweep* const last = measured_sweep(instrument, call.client);
+    const bool there = last != nullptr && last->sweep->came.at(channel) &&
+                       instrument.parts().panel.channel.at(channel).enable.checked();
     std::string answer;
     for (const MeasurementRow& row : rows) {
-        add_item(answer, real_reply(measured ? value_of(parts, channel, row)
-                                             : std::numeric_limits<double>::quiet_NaN()));
+        add_item(answer, real_reply(there ? value_of(*last, channel, row) : none));
     }
     return answer;
 }

@@ -1,5 +1,6 @@
 #include "remote/network.h"
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <map>
@@ -125,6 +126,10 @@ public:
         on_peer(connection, [this, connection](Peer& peer) { read(connection, peer); });
     }
 
+    void give_way(Connection connection) {
+        on_peer(connection, [](Peer& peer) { peer.gives_way = true; });
+    }
+
     void close(Connection connection) {
         on_peer(connection, [this, connection](Peer& peer) {
             peer.closing = true;
@@ -147,8 +152,10 @@ private:
         std::string leaving;  ///< what is being written
         bool writing = false; ///< something is
         bool closing = false;
-        bool broken = false; ///< sending has failed: nothing more would come of a broken socket
+        bool broken = false;    ///< nothing more would come of the socket
+        bool gives_way = false; ///< to a client that finds no place
     };
+    using Peers = std::map<Connection, std::shared_ptr<Peer>>;
 
     Peer* find(Connection connection) {
         const auto found = peers_.find(connection);
@@ -165,11 +172,22 @@ private:
                 rest_.async_wait([this](const std::error_code&) { accept(); });
                 return;
             }
+            make_place();
             if (peers_.size() < most_) {
                 open(std::move(socket));
             }
             accept();
         });
+    }
+
+    void make_place() {
+        const auto oldest = std::find_if(peers_.begin(), peers_.end(),
+                                         [](const auto& peer) { return peer.second->gives_way; });
+        if (peers_.size() >= most_ && oldest != peers_.end()) {
+            const Connection connection = oldest->first;
+            lost(connection, *oldest->second);
+            drop_peer(connection);
+        }
     }
 
     void open(tcp::socket&& socket) {
@@ -184,21 +202,48 @@ private:
         Peer& peer =
             *peers_.emplace(connection, std::make_shared<Peer>(std::move(socket))).first->second;
         tell(Opened{connection, text_of(end)});
+        watch(connection, peer);
         read(connection, peer);
+    }
+
+    // Sees a reset while nothing is being read: while the client is held back, or says no more.
+    void watch([[maybe_unused]] Connection connection, [[maybe_unused]] Peer& peer) {
+#ifndef _WIN32 // where it waits for urgent bytes alone
+        peer.socket.async_wait(
+            tcp::socket::wait_error,
+            [this, connection, alive = peers_.at(connection)](const std::error_code& failed) {
+                asio::detail::socket_option::integer<SOL_SOCKET, SO_ERROR> reset;
+                std::error_code unknown;
+                if (failed || find(connection) != alive.get()) {
+                    return;
+                }
+                alive->socket.get_option(reset, unknown);
+                if (unknown || reset.value() != 0) {
+                    lost(connection, *alive);
+                } // else urgent bytes have come, which mean nothing here
+            });
+#endif
+    }
+
+    void lost(Connection connection, Peer& peer) {
+        if (!std::exchange(peer.broken, true)) {
+            tell(Lost{connection});
+        }
     }
 
     // The peer stays alive, in the handlers, for as long as its socket has something to do.
     void read(Connection connection, Peer& peer) {
         if (peer.broken) {
-            tell(Ended{connection});
-            return;
+            return; // that has been told
         }
         peer.socket.async_read_some(
             asio::buffer(peer.buffer), [this, connection, alive = peers_.at(connection)](
                                            const std::error_code& failed, std::size_t count) {
-                if (failed) {
+                if (failed == asio::error::eof) {
                     tell(Ended{connection});
-                } else {
+                } else if (failed && find(connection) == alive.get()) {
+                    lost(connection, *alive);
+                } else if (!failed) {
                     tell(Received{connection, std::string(alive->buffer.data(), count)});
                 }
             });
@@ -217,7 +262,9 @@ private:
     void written(Connection connection, Peer& peer, const std::error_code& failed) {
         peer.leaving = std::string(); // with its memory
         peer.writing = false;
-        peer.broken = peer.broken || failed;
+        if (failed) {
+            lost(connection, peer);
+        }
         if (!failed && !peer.unsent.empty()) {
             write(connection, peer);
             return;
@@ -266,7 +313,7 @@ private:
     tcp::acceptor acceptor_;
     asio::steady_timer rest_{context_}; ///< after a failure to accept
     std::uint16_t port_ = 0;
-    std::map<Connection, std::shared_ptr<Peer>> peers_;
+    Peers peers_;
     Connection last_ = 0;
 
     std::mutex mutex_;
@@ -299,6 +346,10 @@ void Network::send(Connection connection, std::string bytes) {
 
 bool Network::all_sent(Connection connection) {
     return sockets_->all_sent(connection);
+}
+
+void Network::give_way(Connection connection) {
+    sockets_->give_way(connection);
 }
 
 void Network::close(Connection connection) {

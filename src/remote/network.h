@@ -37,7 +37,18 @@ public:
     struct Ended {
         Connection connection;
     };
-    using Event = std::variant<Opened, Received, Ended>;
+    /// The connection is broken: nothing comes or goes any more. `drop` it.
+    ///
+    /// Noticed at once, whether or not something is being read, is a reset: the client's program
+    /// has gone with answers unread, or has answered what was sent to it with one. A program that
+    /// ends having read everything says no more than one that only has nothing further to ask:
+    /// `Ended`. Its system tells of it when something is sent to it, or when it is asked whether
+    /// the connection is there, once it has forgotten it: on Linux after one and a half minutes at
+    /// most. On Windows a reset is noticed only in reading and sending.
+    struct Lost {
+        Connection connection;
+    };
+    using Event = std::variant<Opened, Received, Ended, Lost>;
 
     /// Listens at `place` for `most` connections at a time; further ones are refused.
     /// `wake` is called, on the sockets' thread, when there is something to take. Throws
@@ -64,6 +75,10 @@ public:
 
     /// True when all that was to be sent has left; otherwise `wake` is called when it has.
     [[nodiscard]] bool all_sent(Connection connection);
+
+    /// From now on the connection ends, with `Lost`, where another client finds no place: it is one
+    /// that sends no more and waits.
+    void give_way(Connection connection);
 
     /// Ends the connection once all has left.
     void close(Connection connection);

@@ -116,7 +116,7 @@ std::vector<Command> channel_commands(const PanelSettings& settings) {
 
 std::vector<Command> trigger_commands(const PanelSettings& settings) {
     const NumberRange hysteresis{0, 255, 10};
-    const NumberRange time_out{10, 65535, 1000};
+    const NumberRange time_out{10, 65535, 1000, Quantity::microseconds};
     return {
         settings.choice("TRIGger:SOURce", control(&FrontPanel::trigsource), trigger_sources),
         settings.choice("TRIGger:SLOPe", control(&FrontPanel::trigeredge), trigger_slopes),

@@ -104,8 +104,10 @@ Command PanelSettings::type(std::string header, const ControlOf<TextBox>& box,
     setting.get = [&instrument = instrument_, get = std::move(get)](const Call& call) {
         return get(instrument.parts(), call);
     };
-    return range.quantity == Quantity::number ? whole_setting(std::move(header), setting)
-                                              : real_setting(std::move(header), setting);
+    const bool whole =
+        range.quantity == Quantity::number || range.quantity == Quantity::microseconds;
+    return whole ? whole_setting(std::move(header), setting)
+                 : real_setting(std::move(header), setting);
 }
 
 Command PanelSettings::turn(std::string header, const Turned& quantity) const {

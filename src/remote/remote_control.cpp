@@ -21,6 +21,7 @@ RemoteControl::RemoteControl(Host host)
 }
 
 RemoteControl::~RemoteControl() {
+    host_.gate.on_message({});
     changed_ = {};
     close();
 }
@@ -29,6 +30,7 @@ void RemoteControl::open(const Network::Place& place) {
     close();
     server_.emplace(table_, place, host_.wake, [this](Client& client) { return moment(client); });
     server_->on_change([this] { changed(); });
+    server_->on_silent([this](Client& client) { instrument_.unlock_panel_of(client); });
     server_->on_gone([this](Client& client) { instrument_.forget(client); });
     changed();
 }
@@ -73,6 +75,12 @@ void RemoteControl::tell_all(const Refused& error) {
     if (server_) {
         server_->for_each([&error](Client& client) { client.note(error); });
     }
+}
+
+void RemoteControl::spare_person() {
+    host_.gate.on_message([this](const Message& message) {
+        return instrument_.take_message(message, [this](const Refused& error) { tell_all(error); });
+    });
 }
 
 Client::Moment RemoteControl::moment(Client& client) {

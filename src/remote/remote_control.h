@@ -57,6 +57,14 @@ public:
     /// Notes `error` in the queue of each client.
     void tell_all(const Refused& error);
 
+    /// From now on there is a person in front of the program, for whom a message box would wait,
+    /// and all clients with it: what a client has caused and a tick tells becomes the client's
+    /// error, until the person presses something.
+    void spare_person();
+
+    /// The person has pressed something.
+    void person_pressed() { instrument_.person_pressed(); }
+
     /// Brings the condition registers of `client` up to date, and tells whether it may go on.
     [[nodiscard]] Client::Moment moment(Client& client);
 

@@ -30,16 +30,19 @@ void Server::take_events() {
         if (const auto* opened = std::get_if<Network::Opened>(&event)) {
             clients_.try_emplace(opened->connection, table_, opened->address);
             changed();
-        } else if (auto* received = std::get_if<Network::Received>(&event)) {
-            const auto at = clients_.find(received->connection);
-            if (at != clients_.end()) {
-                at->second.unread = std::move(received->bytes);
-            }
+            continue;
+        }
+        const auto at = clients_.find(
+            std::visit([](const auto& any) { return any.connection; }, std::as_const(event)));
+        if (at == clients_.end()) {
+            continue;
+        }
+        if (auto* received = std::get_if<Network::Received>(&event)) {
+            at->second.unread += received->bytes;
+            at->second.reading = false;
         } else {
-            const auto at = clients_.find(std::get<Network::Ended>(event).connection);
-            if (at != clients_.end()) {
-                at->second.ended = true;
-            }
+            at->second.line =
+                std::holds_alternative<Network::Lost>(event) ? Line::lost : Line::ended;
         }
     }
 }
@@ -57,7 +60,37 @@ bool Server::step(Clients::iterator at) {
         }
         return true;
     }
-    return !remote.client.busy() && feed(at);
+    if (remote.client.busy()) {
+        hold(at);
+        return false;
+    }
+    return feed(at);
+}
+
+// What a client sent before it went is run, but is not waited for.
+void Server::hold(Clients::iterator at) {
+    Remote& remote = at->second;
+    // A little is read in advance, to see whether more will come.
+    constexpr std::size_t read_in_advance = std::size_t{16} * 1024;
+    if (remote.unread.size() < read_in_advance) {
+        read_on(at);
+    }
+    if (remote.line == Line::lost) {
+        disconnect(at->first);
+    } else if (remote.line == Line::ended && !remote.client.awaits_answer()) {
+        if (!std::exchange(remote.gives_way, true)) {
+            network_.give_way(at->first);
+        }
+        if (silent_) {
+            silent_(remote.client);
+        }
+    }
+}
+
+void Server::read_on(Clients::iterator at) {
+    if (!std::exchange(at->second.reading, true)) {
+        network_.read_on(at->first);
+    }
 }
 
 bool Server::feed(Clients::iterator at) {
@@ -67,11 +100,11 @@ bool Server::feed(Clients::iterator at) {
         if (remote.client.closed()) {
             disconnect(at->first);
         } else if (remote.unread.empty()) {
-            network_.read_on(at->first);
+            read_on(at);
         }
         return true;
     }
-    if (remote.ended) {
+    if (remote.line != Line::open) { // and all that came before that has been run
         network_.close(at->first);
         remove(at);
     }

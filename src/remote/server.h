@@ -46,6 +46,10 @@ public:
     /// Sets what runs when a client has come or gone.
     void on_change(std::function<void()> listener) { changed_ = std::move(listener); }
 
+    /// Sets what runs when a client is held back that sends no more. It may still want its answers,
+    /// and may as well have gone.
+    void on_silent(std::function<void(Client&)> listener) { silent_ = std::move(listener); }
+
     /// Sets what runs just before a client is removed.
     void on_gone(std::function<void(Client&)> listener) { gone_ = std::move(listener); }
 
@@ -53,25 +57,36 @@ public:
     void for_each(const std::function<void(Client&)>& act);
 
 private:
+    /// What is known of a client's connection.
+    enum class Line {
+        open,
+        ended, ///< no more will come; answers may go
+        lost,  ///< neither
+    };
     struct Remote {
         Remote(const CommandTable& table, std::string from)
             : client(table), address(std::move(from)) {}
         Client client;
         std::string address;
-        std::string unread = {}; ///< the rest of the piece that came last
-        bool ended = false;      ///< no more will come
+        std::string unread = {}; ///< what has come and has not been taken
+        bool reading = true;     ///< the next piece is being read
+        Line line = Line::open;
+        bool gives_way = false; ///< to a client that finds no place
     };
     using Clients = std::map<Network::Connection, Remote>;
 
     void take_events();
     bool step(Clients::iterator at);
     bool feed(Clients::iterator at);
+    void hold(Clients::iterator at);
+    void read_on(Clients::iterator at);
     void remove(Clients::iterator at);
     void changed() const;
 
     const CommandTable& table_;
     Look look_;
     std::function<void()> changed_;
+    std::function<void(Client&)> silent_;
     std::function<void(Client&)> gone_;
     Clients clients_;
     Network network_;

@@ -44,8 +44,10 @@ struct StatusRegisters {
     static constexpr std::uint8_t device_error = 1 << 3;
     static constexpr std::uint8_t execution_error = 1 << 4;
     static constexpr std::uint8_t command_error = 1 << 5;
+    static constexpr std::uint8_t power_on = 1 << 7;
 
-    std::uint8_t event = 0;          ///< standard event status (`*ESR?`)
+    /// Standard event status (`*ESR?`). For a client the instrument is switched on as it connects.
+    std::uint8_t event = power_on;
     std::uint8_t event_enable = 0;   ///< `*ESE`
     std::uint8_t service_enable = 0; ///< `*SRE`; bit 6 stays 0
     EventRegister operation;         ///< `STATus:OPERation`

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <memory>
 
@@ -16,8 +17,25 @@ namespace {
 
 constexpr std::array<std::string_view, 2> picture_kinds{"PNG", "BMP"};
 
+/// `settings` without the folder for snapshots, whose line stays as one that is passed over: the
+/// program keeps its own, and no client says where files are written.
+std::string without_folder(std::string settings) {
+    constexpr std::string_view key = "snapshotpath";
+    std::size_t begin = 0;
+    while (begin < settings.size()) {
+        const std::size_t end = std::min(settings.find('\n', begin), settings.size());
+        const std::string_view line = std::string_view(settings).substr(begin, end - begin);
+        const std::size_t at = line.substr(0, line.find('\t')).find(key);
+        if (at != std::string_view::npos) {
+            settings[begin + at] = '-';
+        }
+        begin = end + 1;
+    }
+    return settings;
+}
+
 void load_set_up(Instrument& instrument, const Call& call) {
-    const std::string bytes = block_of(call.parameters.front());
+    const std::string bytes = without_folder(block_of(call.parameters.front()));
     int bad_line = 0;
     instrument.act(call.client,
                    [&](Scope& scope) { bad_line = scope.settings_file().load_bytes(bytes); });

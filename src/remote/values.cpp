@@ -25,6 +25,7 @@ std::string_view base_unit(Quantity quantity) {
     case Quantity::volts:
         return "V";
     case Quantity::seconds:
+    case Quantity::microseconds:
         return "S";
     case Quantity::hertz:
         return "HZ";
@@ -63,7 +64,8 @@ int power_of(std::string_view unit, Quantity quantity) {
     }
     for (const auto& [name, power] : prefixes) {
         if (name == prefix) {
-            return power;
+            constexpr int second_in_microseconds = 6;
+            return power + (quantity == Quantity::microseconds ? second_in_microseconds : 0);
         }
     }
     throw Refused{ScpiError::invalid_suffix};

@@ -13,8 +13,8 @@
 
 namespace kv408 {
 
-/// What a number counts; bare numbers are in its base unit.
-enum class Quantity { number, volts, seconds, hertz };
+/// What a number counts; bare numbers are in its base unit, with `microseconds` in those.
+enum class Quantity { number, volts, seconds, hertz, microseconds };
 
 /// What a numeric setting may be.
 struct NumberRange {

@@ -17,19 +17,17 @@ namespace {
 constexpr std::array<std::string_view, 3> formats{"ASCii", "WORD", "REAL"};
 constexpr std::array<std::string_view, 2> orders{"MSBFirst", "LSBFirst"};
 
-void take_last(Instrument& instrument, ClientWaveform& waveform) {
-    const auto& last = instrument.parts().sweeps.last_complete();
-    if (!last) {
-        throw Refused{ScpiError::data_stale, "No sweep has been finished"};
-    }
-    waveform.sweep = last;
-    waveform.number = instrument.number_of(*last);
+void take_last(const Instrument& instrument, Client& client) {
+    const MeasuredSweep& last = instrument.sweep_of(client);
+    client.waveform.sweep = last.sweep;
+    client.waveform.number = last.number;
 }
 
 // The channel of its sweep that the client has chosen.
-const ChannelSweep& part_of(Instrument& instrument, ClientWaveform& waveform) {
+const ChannelSweep& part_of(const Instrument& instrument, Client& client) {
+    const ClientWaveform& waveform = client.waveform;
     if (!waveform.sweep) {
-        take_last(instrument, waveform);
+        take_last(instrument, client);
     }
     if (!waveform.sweep->came.at(waveform.source)) {
         throw Refused{ScpiError::data_stale, "The channel is not in this sweep"};
@@ -51,9 +49,9 @@ Line line_of(const Conversion& conversion) {
     return {conversion.inverted ? -per_code : per_code, at_zero * per_code};
 }
 
-std::string preamble(Instrument& instrument, Client& client) {
-    ClientWaveform& waveform = client.waveform;
-    const ChannelSweep& part = part_of(instrument, waveform);
+std::string preamble(const Instrument& instrument, Client& client) {
+    const ClientWaveform& waveform = client.waveform;
+    const ChannelSweep& part = part_of(instrument, client);
     const Line line = line_of(part.conversion);
     const std::array<std::string, 10> fields{
         whole_reply(static_cast<int>(waveform.format)),
@@ -73,9 +71,9 @@ std::string preamble(Instrument& instrument, Client& client) {
     return answer;
 }
 
-std::string data(Instrument& instrument, Client& client) {
-    ClientWaveform& waveform = client.waveform;
-    const ChannelSweep& part = part_of(instrument, waveform);
+std::string data(const Instrument& instrument, Client& client) {
+    const ClientWaveform& waveform = client.waveform;
+    const ChannelSweep& part = part_of(instrument, client);
     std::string bytes;
     switch (waveform.format) {
     case ClientWaveform::Format::ascii:
@@ -134,7 +132,7 @@ std::vector<Command> waveform_commands(Instrument& instrument) {
         return data(instrument, call.client);
     }));
     all.push_back(query_command("WAVeform:SEQuence", [&instrument](const Call& call) {
-        take_last(instrument, call.client.waveform);
+        take_last(instrument, call.client);
         return whole_reply(static_cast<std::int64_t>(call.client.waveform.number));
     }));
     return all;

@@ -41,12 +41,14 @@ void SweepWatch::look() {
     }
     if (word == state_word::set_up || word == state_word::changes || word == state_word::changes1) {
         wanted_ = {true, true};
+        new_ = {};
         old_under_way_ = false; // uploading the set-up discards the data under way
     }
 }
 
 void SweepWatch::want_new() {
     wanted_ = {true, true};
+    new_ = {};
     old_under_way_ = state_word::sweeps(parts_.acquisition.scopestate);
 }
 
@@ -59,12 +61,17 @@ void SweepWatch::take(const std::shared_ptr<const Sweep>& sweep) {
         unsettled_.at(channel) = sweep->channel.at(channel)->alone
                                      ? std::max(unsettled_.at(channel) - 1, 0)
                                      : sweeps_to_settle;
-        if (sweep->came.at(channel) && !old_under_way_ && unsettled_.at(channel) == 0) {
-            wanted_.at(channel) = false;
-        }
+        new_.at(channel) = !old_under_way_ && unsettled_.at(channel) == 0;
     }
     old_under_way_ = false;
     last_ = sweep->channel;
+    bool whole = sweep->complete;
+    for (const Channel channel : both_channels) {
+        whole = whole && (new_.at(channel) || !sweep->came.at(channel));
+    }
+    if (whole) {
+        wanted_ = {!sweep->came[ch1], !sweep->came[ch2]};
+    }
 }
 
 bool SweepWatch::pending() const {

@@ -47,6 +47,7 @@ private:
     SetUp seen_;
     std::array<std::shared_ptr<const ChannelSweep>, 2> last_; ///< the parts that came last
     std::array<bool, 2> wanted_ = {true, true};               ///< by channel
+    std::array<bool, 2> new_{}; ///< by channel: its last part was taken with the new set-up
     /// By channel, how many sweeps are still measured starting from the values of one that did not
     /// come alone (`ChannelSweep::alone`).
     std::array<int, 2> unsettled_ = {0, 0};

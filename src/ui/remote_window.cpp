@@ -12,6 +12,7 @@
 #include <QMainWindow>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QScopedValueRollback>
 #include <QVBoxLayout>
 
 #include "config/undo.h"
@@ -117,9 +118,16 @@ RemoteInWindow::RemoteInWindow(RemoteControl& control, MessageBoxes& boxes, Scop
 
 void RemoteInWindow::attach(Scope& scope) {
     control_.attach(scope, [this](const std::function<void()>& action) { driver_.act(action); });
+    control_.spare_person();
+    driver_.on_press([this] {
+        if (!serving_) {
+            control_.person_pressed();
+        }
+    });
 }
 
 void RemoteInWindow::serve() {
+    const QScopedValueRollback<bool> clients(serving_, true);
     if (!driver_.ended() && control_.serve(serving)) {
         QMetaObject::invokeMethod(
             this, [this] { serve(); }, Qt::QueuedConnection);

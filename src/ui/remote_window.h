@@ -50,6 +50,7 @@ private:
     RemoteDialog dialog_;
     QPointer<QWidget> window_;
     bool locked_ = false;
+    bool serving_ = false; ///< what acts is a client
 };
 
 } // namespace kv408::ui

@@ -17,7 +17,14 @@ void ScopeDriver::tick() {
     enter([this] { scope_.tick(); });
 }
 
+void ScopeDriver::press() const {
+    if (pressed_) {
+        pressed_();
+    }
+}
+
 void ScopeDriver::act(const std::function<void()>& action) {
+    press();
     enter([this, &action] { scope_.act(action); });
 }
 
@@ -41,6 +48,7 @@ void ScopeDriver::run_waiting() {
 }
 
 void ScopeDriver::close() {
+    press();
     enter([this] { scope_.close(); });
 }
 

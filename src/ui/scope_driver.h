@@ -69,10 +69,14 @@ public:
     /// The measuring cursors.
     [[nodiscard]] const CursorState& cursors() const;
 
+    /// Sets what precedes each action and the shut-down that `close` is.
+    void on_press(std::function<void()> listener) { pressed_ = std::move(listener); }
+
     /// Sets what follows each entry, once it no longer counts as busy.
     void on_return(std::function<void()> listener) { listener_ = std::move(listener); }
 
 private:
+    void press() const;
     void enter(const std::function<void()>& entry);
     void run_waiting();
     void fail(const std::string& what);
@@ -82,6 +86,7 @@ private:
     const Control* waits_on_ = nullptr; ///< what `waiting_` is done to
     std::function<void()> waiting_;     ///< what comes after the events, if anything
     QObject events_;                    ///< receives the event that follows them
+    std::function<void()> pressed_;
     std::function<void()> listener_;
 };
 

@@ -117,7 +117,7 @@ TEST_F(Clients, AreGivenAnAnswerThatIsMadePartByPart) {
 TEST_F(Clients, SetAndAreAnsweredInOneLine) {
     EXPECT_EQ(ask("TIM:SCAL 20NS"), "");
     EXPECT_EQ(ask("TIM:SCAL?;:DISP:GRID ON;GRID?;:TRIG:SLOP NEG;SLOPE?\r"), "2.000000E-08;1;NEG\n");
-    EXPECT_EQ(ask("timebase:delay2 7;DEL?;DEL2?;*ESR?;DEL2?"), "0;7;0;7\n");
+    EXPECT_EQ(ask("timebase:delay2 7;DEL?;DEL2?;*ESE?;DEL2?"), "0;7;0;7\n");
     EXPECT_EQ(ask("TIM:SCAL? MIN;SCAL? MAX;SCAL? DEF"), "2.500000E-11;1.000000E-04;1.000000E-09\n");
     EXPECT_EQ(ask("SYST:ERR?;VERS?"), "0,\"No error\";1999.0\n");
 }
@@ -169,6 +169,7 @@ TEST_F(Clients, TwentyErrorsWaitThenTheQueueOverflows) {
 
 TEST_F(Clients, ReadTheirStatus) {
     EXPECT_EQ(ask("*STB?"), "0\n");
+    EXPECT_EQ(ask("*ESR?;*ESR?"), "128;0\n"); // power on
     ask("FOO");
     EXPECT_EQ(ask("*ESE 32;*SRE 255;*SRE?;*STB?"), "191;116\n"); // 4 + 16 + 32 + 64
     EXPECT_EQ(ask("*ESR?;*ESR?"), "32;0\n");
@@ -201,6 +202,7 @@ TEST_F(Clients, AreHeldBackWhileSomethingIsPending) {
 }
 
 TEST_F(Clients, AreHeldBackNoLongerThanTheyWantToBe) {
+    ask("*CLS");
     EXPECT_EQ(ask("ACQ:TIM?;TIM 0.5;TIM? MAX"), "1.000000E+01;3.600000E+03\n");
     moment.pending = true;
     EXPECT_EQ(ask("*OPC?"), "");
@@ -227,6 +229,34 @@ TEST_F(Clients, WebPagesAreNotListenedTo) {
     }
     EXPECT_EQ(ask("HOST?"), "");
     EXPECT_FALSE(client.closed());
+}
+
+// Whatever a browser can be made to send in front of it: a path that is longer than any line,
+// quotes and blocks that go on over line ends, a ticket of an encrypted connection.
+TEST_F(Clients, WebPagesHaveNoWayRoundThat) {
+    const std::string after = "\r\nDISP:GRID ON\n";
+    for (const std::string& prefix :
+         {"GET /" + std::string(200'000, 'x') + " HTTP/1.1", std::string("A#3200 / HTTP/1.1"),
+          "POST /" + std::string(70'000, '\'') + " HTTP/1.0", std::string("*ESE #3200\r\nHost: x"),
+          "hosT:" + std::string(70'000, 'x'), std::string("\x16\x03\x01\x02 ticket")}) {
+        Client page(table);
+        grid = false;
+        const std::string sent = prefix + after + std::string(300, 'x') + after;
+        for (std::size_t at = 0; at < sent.size();) { // in pieces, as they may come
+            const std::size_t taken = page.take(std::string_view(sent).substr(at, 7));
+            if (taken == 0) {
+                break;
+            }
+            at += taken;
+            while (page.can_run(moment)) {
+                page.run(moment);
+            }
+        }
+        EXPECT_TRUE(page.closed()) << prefix.substr(0, 20);
+        EXPECT_FALSE(grid) << prefix.substr(0, 20);
+    }
+    ask("DISP:GRID ON;*ESE? \"of HTTP/1.1 \"");
+    EXPECT_FALSE(client.closed()) << "what only speaks of it";
 }
 
 TEST_F(Clients, AreToldAllHeaders) {

@@ -54,6 +54,9 @@ TEST_F(RemotePanel, IsSetAndAskedCommandByCommand) {
         Set{"TRIG:LEV -0.2", "-2.000000E-01"}, // twice what the wheel says: via trigger
         Set{"TRIG:HYST 25", "25"},
         Set{"TRIG:TIM 2000", "2000"},
+        Set{"TRIG:TIM 1000US", "1000"},
+        Set{"TRIG:TIM 20 ms", "20000"},
+        Set{"TRIG:TIM 3E-5 S", "30"},
         Set{"DISP:GRID OFF", "0"},
         Set{"DISP:DOTS ON", "1"},
         Set{"DISP:PERS ON", "1"},
@@ -112,6 +115,8 @@ TEST_F(RemotePanel, TellsLimitsAndRefusesWhatLiesOutside) {
         Set{"TRIG:TIM 5", "-222,\"Data out of range\""},
         Set{"TIM:SCAL 20V", "-131,\"Invalid suffix\""},
         Set{"TRIG:HYST 5V", "-131,\"Invalid suffix\""},
+        Set{"TRIG:TIM 1000V", "-131,\"Invalid suffix\""},
+        Set{"TRIG:TIM 1S", "-222,\"Data out of range\""},
         Set{"CHAN3:DISP ON", "-114,\"Header suffix out of range\""},
         Set{"MEAS:SLOT4 VPP", "-114,\"Header suffix out of range\""},
         Set{"TRIG:SOUR TRIG3", "-224,\"Illegal parameter value\""},

@@ -27,7 +27,14 @@ struct RemoteProgram {
     void start() {
         scope.start();
         control.attach(scope, [this](const std::function<void()>& action) { scope.act(action); });
+        control.spare_person();
         ticks(2);
+    }
+
+    /// What a person presses.
+    void press(const std::function<void()>& action) {
+        control.person_pressed();
+        scope.act(action);
     }
 
     /// Lets the timer tick `count` times, at whole multiples of 100 ms.

@@ -62,6 +62,8 @@ private Q_SLOTS:
     void a_client_locks_the_panel_and_the_person_the_network();
     void a_locked_panel_leaves_no_way_to_its_controls();
     void a_message_becomes_the_clients_error();
+    void a_clients_run_opens_no_box();
+    void a_client_that_has_gone_locks_nobody_out();
     void a_taken_port_is_told();
     void the_end_of_the_program_ends_it();
 };
@@ -219,6 +221,44 @@ void RemoteTest::a_message_becomes_the_clients_error() {
     QCOMPARE(on.ask(line, "TRIG:SOUR TRIG2;:SYST:ERR?"),
              std::string("-240,\"Hardware error; SETTRIG Comm timed out\"\n"));
     QVERIFY(QApplication::activeModalWidget() == nullptr);
+}
+
+void RemoteTest::a_clients_run_opens_no_box() {
+    WithRemote on;
+    QVERIFY(on.run_until_sweeping());
+    on.switch_on();
+    const SocketLine line(on.program.remote().port());
+    QCOMPARE(on.ask(line, "STOP;:SYST:ERR?"), std::string("0,\"No error\"\n"));
+    on.simulation.bench().devices.front().answers = false;
+    BoxAnswers answers;
+    QCOMPARE(on.ask(line, "RUN;:SYST:ERR?"), std::string("0,\"No error\"\n"));
+    QTRY_VERIFY_WITH_TIMEOUT(on.ask(line, "SYST:ERR:COUN?") != "0\n", WithRemote::patience);
+    QCOMPARE(answers.texts, QStringList());
+    QTest::mouseClick(on.widget("cmdstartsweep"), Qt::LeftButton);
+    QTRY_VERIFY_WITH_TIMEOUT(!answers.texts.isEmpty(), WithRemote::patience);
+    on.simulation.bench().devices.front().answers = true;
+}
+
+void RemoteTest::a_client_that_has_gone_locks_nobody_out() {
+    WithRemote on;
+    QVERIFY(on.run_until_sweeping());
+    on.switch_on();
+    on.simulation.bench().triggers = {simulator::TriggerRoute::disconnected,
+                                      simulator::TriggerRoute::disconnected};
+    for (const bool reset : {true, false}) {
+        auto line = std::make_unique<SocketLine>(on.program.remote().port());
+        QCOMPARE(on.ask(*line, "ACQ:TIM 3600;:SYST:LOCK ON;LOCK?"), std::string("1\n"));
+        line->say("DIG\n");
+        QVERIFY(!on.widget("ch1vdiv")->isEnabled());
+        if (reset) {
+            line->end_by_reset();
+        }
+        line.reset();
+        QTRY_VERIFY_WITH_TIMEOUT(on.widget("ch1vdiv")->isEnabled(), WithRemote::patience);
+        const int left = reset ? 0 : 1; // which may as well still listen
+        QTRY_COMPARE_WITH_TIMEOUT(on.widget<QComboBox>("cmbRemoteClients")->count(), left,
+                                  WithRemote::patience);
+    }
 }
 
 void RemoteTest::a_taken_port_is_told() {

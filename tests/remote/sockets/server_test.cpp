@@ -159,6 +159,44 @@ TEST_F(Servers, WhoIsHeldBackHoldsNobodyElseBack) {
     EXPECT_EQ(waiting.hear(), "1\n");
 }
 
+TEST_F(Servers, WhoHasGoneIsNotWaitedFor) {
+    const Line other(server.port());
+    pending = true;
+    for (const char* const behind : {"", "DISP:GRID ON\n*IDN?\n"}) {
+        const Line waiting(server.port());
+        waiting.say(std::string("ACQ:TIM 3600;*OPC?\n") + behind);
+        EXPECT_EQ(other.ask("SYST:VERS?"), "1999.0\n");
+        wait_for_clients(2);
+        waiting.end_by_reset();
+        waiting.say_no_more();
+        EXPECT_EQ(waiting.hear(100ms), "(nothing)") << "it may still read";
+    }
+    wait_for_clients(1);
+}
+
+TEST_F(Servers, WhoSaysNoMoreIsAnsweredAndKeepsNobodyOut) {
+    pending = true;
+    std::array<std::unique_ptr<Line>, 8> lines;
+    for (auto& line : lines) {
+        line = std::make_unique<Line>(server.port());
+        line->say("ACQ:TIM 3600;*OPC?\nSYST:VERS?\n");
+        line->say_no_more();
+    }
+    // As soon as the server has seen that they say no more.
+    EXPECT_TRUE(
+        Line::comes([this] { return Line(server.port()).ask("SYST:VERS?") == "1999.0\n"; }));
+    EXPECT_EQ(lines[0]->hear(), "") << "the oldest gives its place";
+    pending = false;
+    for (std::size_t i = 1; i < lines.size(); ++i) {
+        std::string heard;
+        for (std::string piece = lines[i]->hear(); !piece.empty(); piece = lines[i]->hear()) {
+            heard += piece;
+        }
+        EXPECT_EQ(heard, "1\n1999.0\n");
+    }
+    wait_for_clients(0);
+}
+
 TEST_F(Servers, WhoNeverReadsHoldsNobodyUp) {
     std::array<std::unique_ptr<Line>, 8> mute;
     std::string questions;
