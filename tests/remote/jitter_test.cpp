@@ -1,5 +1,7 @@
 // What the jitter window is over the network.
 
+#include <cmath>
+
 #include <gtest/gtest.h>
 
 #include "remote_program.h"

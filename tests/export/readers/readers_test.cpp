@@ -13,7 +13,9 @@
 
 #include <gtest/gtest.h>
 
+#include "analysis/synthetic.h"
 #include "export/csv.h"
+#include "export/density_file.h"
 #include "export/export_type.h"
 #include "export/measurement_log.h"
 #include "export/recording_files.h"
@@ -225,6 +227,25 @@ TEST(NumpyReads, ARecordingWithEachSweepInItsLines) {
         EXPECT_TRUE(std::isnan(row.at(1)) && std::isnan(row.at(2))) << "CH1 was off";
         expect_rows({{row.at(3), row.at(4)}}, {of_pass.at(point)}, twelve_digits);
     }
+}
+
+TEST(NumpyReads, ADensityWithItsAxes) {
+    // 640 points of 10 ps from 1 ns on, a quarter of a millivolt per code; two sweeps at 25 mV,
+    // which is code 2148, and one at -25 mV, 1948.
+    Collected collected = synthetic::nothing();
+    synthetic::count(collected, 2, [](double) { return 25.0; });
+    synthetic::count(collected, 1, [](double) { return -25.0; });
+    const TemporaryFolder folder;
+    const std::filesystem::path path = folder.path() / "density.npy";
+    std::ofstream(path, std::ios::binary) << density_file(collected);
+    std::ofstream(density_axes_path(path), std::ios::binary) << density_axes_file(collected);
+    EXPECT_EQ(output_of("/usr/bin/python3 -c 'import numpy as np; a = np.load(\"" + path.string() +
+                        "\"); x = np.load(\"" + density_axes_path(path).string() +
+                        "\"); print(a.shape, a.dtype, a.sum(), (a[:, 2148] == 2).all(), "
+                        "(a[:, 1948] == 1).all()); print(x[\"first_time\"], x[\"time_per_point\"], "
+                        "x[\"sweeps\"], x[\"weight\"]); mean = (a[7] * x[\"levels\"]).sum() / "
+                        "a[7].sum(); print(round(float(mean), 9))'"),
+              "(640, 4096) uint32 1920 True True\n1e-09 1e-11 3 1.0\n0.008333333\n");
 }
 
 TEST(PythonReads, TheLogOfTheStatistics) {
