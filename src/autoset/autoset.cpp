@@ -29,10 +29,6 @@ constexpr std::chrono::nanoseconds slow_sweep = 350ms;
 /// Long enough for triggers a few milliseconds apart.
 constexpr std::int32_t search_timeout_us = 10000;
 
-/// Distances of the levels from 0 V that are tried, millivolts. A signal that reaches beyond 0 V by
-/// up to three quarters of its height, from a few millivolts on, meets one of them.
-constexpr std::array tried_levels_mv = {20, 100, 4, 500, 1500};
-
 /// Time bases at which the signals are looked at, each of whose sweeps is so much longer than the
 /// one before that a period that does not fit into that has at least some points in this one.
 constexpr std::array<std::string_view, 5> rungs = {"25ps/div", "5ns/div", "200ns/div", "2us/div",
@@ -50,10 +46,6 @@ constexpr double faint = 30.0;
 constexpr int most_settlings = 8;
 constexpr int enough_settlings = 2;
 
-std::int32_t wheel_of_level(std::int32_t millivolts) {
-    return (zero_volt_code + millivolts) / codes_per_wheel_step;
-}
-
 } // namespace
 
 Autoset::Autoset(Works works) : works_(std::move(works)), presses_(works_.panel) {
@@ -69,13 +61,16 @@ void Autoset::start() {
     outcome_ = Outcome::under_way;
     began_ = works_.clock.now();
     was_sweeping_ = works_.acquisition.acqrunning;
-    tab_ = works_.panel.tabstrip2.selected_key();
-    users_timeout_ = trigger_timeout(works_.panel.trtout.text());
+    users_ = users_set_up(works_.panel, works_.channels, works_.trigger);
     other_tried_ = false;
     back_.reset();
     found_ = {};
+    beyond_fine_ = {};
     settled_ = 0;
-    list_trials();
+    const Channel selected = works_.panel.selected_source().value_or(ch2);
+    trials_ =
+        trials_of({.source = selected, .wheel = users_.level.at(selected) / codes_per_wheel_step});
+    next_trial_ = 0;
     try_trial();
 }
 
@@ -158,9 +153,12 @@ void Autoset::take_looks() {
             look_at(*works_.sweeps.last()->channel.at(channel), started_by(channel));
         SignalLook& known = found_.at(channel).look;
         known.clipped = look.clipped;
+        const bool fine = works_.panel.channel.at(channel).vdiv.text() == fine_vdiv;
+        beyond_fine_.at(channel) = beyond_fine_.at(channel) || (fine && look.clipped);
         // A longer sweep shows more of the signal; what a shorter one has shown of time is finer.
-        if (look.alive && (!known.alive || look.period || look.edge ||
-                           (!known.period && !known.edge && look.height() > known.height()))) {
+        if (!known.alive ||
+            (look.alive && (look.period || look.edge ||
+                            (!known.period && !known.edge && look.height() > known.height())))) {
             known = look;
         }
     }
@@ -168,28 +166,11 @@ void Autoset::take_looks() {
 
 // --- Searching a trigger ------------------------------------------------------------------------
 
-void Autoset::list_trials() {
-    const Channel selected = works_.panel.selected_source().value_or(ch2);
-    trials_.clear();
-    next_trial_ = 0;
-    const std::array sources = {selected, other(selected)};
-    for (const Channel source : sources) {
-        trials_.push_back({.source = source, .wheel = wheel_of_level(0)});
-    }
-    for (const Channel source : sources) {
-        for (const std::int32_t level : tried_levels_mv) {
-            trials_.push_back({.source = source, .wheel = wheel_of_level(level)});
-            trials_.push_back({.source = source, .wheel = wheel_of_level(-level)});
-        }
-    }
-}
-
 void Autoset::try_trial() {
     stage_ = Stage::searching;
     rung_ = 0;
     trial_ = trials_.at(next_trial_++);
-    tell("Looking for a trigger: " + name_of_source(trial_.source) + " at " +
-         std::to_string(trial_.wheel * codes_per_wheel_step - zero_volt_code) + " mV");
+    tell("Looking for a trigger: " + words_of(trial_));
     sweep_anew([this] {
         FrontPanel& panel = works_.panel;
         presses_.choose(panel.seltimediv, rungs.front());
@@ -198,7 +179,7 @@ void Autoset::try_trial() {
             presses_.choose(panel.channel.at(channel).vdiv, coarse_vdiv);
             presses_.type(panel.channel.at(channel).psofset, 0);
         }
-        presses_.type(panel.trtout, std::max(users_timeout_, search_timeout_us));
+        presses_.type(panel.trtout, std::max(users_.timeout, search_timeout_us));
         presses_.trigger(trial_.source, trial_.wheel, 0);
     });
 }
@@ -223,7 +204,8 @@ void Autoset::search_on() {
 bool Autoset::is_small(Channel channel) const {
     constexpr double small = 150.0; // millivolts, of the 341 that the finer range has
     const SignalLook& look = found_.at(channel).look;
-    return !look.clipped && std::max(std::abs(look.low), std::abs(look.high)) < small;
+    return !look.clipped && !beyond_fine_.at(channel) &&
+           std::max(std::abs(look.low), std::abs(look.high)) < small;
 }
 
 void Autoset::look_with(std::size_t rung) {
@@ -262,7 +244,9 @@ void Autoset::look_on() {
         return;
     }
     const bool coarse = works_.panel.channel.at(trial_.source).vdiv.text() == coarse_vdiv;
-    const bool again = rung_ == 0 && !slow_ && coarse && own.height() < faint;
+    // What has left the finer range is not small any more, so this comes but once.
+    const bool again =
+        rung_ == 0 && !slow_ && coarse && own.height() < faint && is_small(trial_.source);
     const std::size_t next = again ? rung_ : rung_ == 0 && slow_ ? rungs.size() - 1 : rung_ + 1;
     // A period of the other channel is enough where only the slowest look is left.
     if (next < rungs.size() && (slow_ || next + 1 < rungs.size() || !beside.period)) {
@@ -294,7 +278,7 @@ Plan Autoset::plan() const {
                     .source = trial_.source,
                     .level_wheel = trial_.wheel,
                     .time_base = rungs.at(rung_),
-                    .timeout = users_timeout_});
+                    .timeout = users_.timeout});
 }
 
 void Autoset::settle() {
@@ -317,21 +301,36 @@ void Autoset::press_plan() {
     tell("Setting up what was found");
     sweep_anew([this] {
         FrontPanel& panel = works_.panel;
+        for (const Channel channel : both_channels) {
+            presses_.check(panel.channel.at(channel).enable, found_.at(channel).on);
+            if (!found_.at(channel).on) {
+                give_back(channel);
+            }
+        }
         // A delay can be typed up to 200ns/div only.
         presses_.choose(panel.seltimediv, plan_.time.time_base);
         for (const Channel channel : both_channels) {
             ChannelControls& controls = panel.channel.at(channel);
-            presses_.check(controls.enable, found_.at(channel).on);
             if (found_.at(channel).on) {
                 presses_.choose(controls.vdiv, plan_.vertical.at(channel).vdiv);
                 presses_.turn(channel == ch1 ? adjust_key::ch1 : adjust_key::ch2,
                               plan_.vertical.at(channel).wheel);
+                presses_.type(controls.psofset, plan_.time.delay);
             }
-            presses_.type(controls.psofset, plan_.time.delay);
         }
         presses_.type(panel.trtout, plan_.timeout);
         presses_.trigger(trial_.source, plan_.level.wheel, plan_.level.hysteresis);
     });
+}
+
+/// A channel that is switched off gets back what was pressed of it.
+void Autoset::give_back(Channel channel) {
+    ChannelControls& controls = works_.panel.channel.at(channel);
+    presses_.choose(controls.vdiv, users_.vdiv.at(channel));
+    if (controls.psofset.text() != users_.delay.at(channel)) {
+        presses_.choose(works_.panel.seltimediv, rungs.front()); // where a delay can be typed
+        presses_.type(controls.psofset, users_.delay.at(channel));
+    }
 }
 
 SignalLook Autoset::own_look() const {
@@ -360,7 +359,7 @@ void Autoset::settle_on() {
         }
         // What triggered at first does so again.
         plan_.level = {.wheel = trial_.wheel};
-        plan_.timeout = std::max(users_timeout_, search_timeout_us);
+        plan_.timeout = std::max(users_.timeout, search_timeout_us);
         press_plan();
         return;
     }
@@ -391,21 +390,24 @@ void Autoset::settle_on() {
         press_plan();
         return;
     }
-    std::string line = words_of(ch1, found_[ch1], trial_.source) + ", " +
-                       words_of(ch2, found_[ch2], trial_.source);
-    end(Outcome::found, std::move(line) + ". One Undo takes it all back.");
+    end_found();
 }
 
 // --- The end ------------------------------------------------------------------------------------
 
-void Autoset::end(Outcome outcome, std::string line) {
-    outcome_ = outcome;
+void Autoset::end_found() {
+    outcome_ = Outcome::found;
+    // Of the source that is not selected nothing is shown or sent.
+    const Channel unused = other(trial_.source);
+    works_.trigger.saved_trigpos.at(unused) = users_.level.at(unused);
+    works_.trigger.hyst.at(unused) = users_.hysteresis.at(unused);
     int position = 0;
-    if (!hasnotab(works_.panel.tabstrip2, tab_, position)) {
+    if (!hasnotab(works_.panel.tabstrip2, users_.tab, position)) {
         works_.panel.tabstrip2.select(position);
     }
-    works_.done();
-    tell(std::move(line));
+    const std::string line = words_of(ch1, found_[ch1], trial_.source) + ", " +
+                             words_of(ch2, found_[ch2], trial_.source);
+    tell(line + (works_.done() ? ". One Undo takes it all back." : ". Nothing had to be changed."));
 }
 
 void Autoset::give_up(Outcome outcome, std::string line) {

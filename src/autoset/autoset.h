@@ -13,10 +13,13 @@
 #include "autoset/plan.h"
 #include "autoset/presses.h"
 #include "autoset/signal_look.h"
+#include "autoset/trials.h"
+#include "autoset/users_set_up.h"
 #include "host/clock.h"
 #include "state/acquisition_state.h"
 #include "state/channel_state.h"
 #include "state/sweeps.h"
+#include "state/trigger_state.h"
 
 namespace kv408 {
 
@@ -37,22 +40,28 @@ public:
         FrontPanel& panel;
         const Channels& channels;
         const Sweeps& sweeps;
+        TriggerState& trigger; ///< of which the source comes back that does not trigger
         const AcquisitionState& acquisition;
         const Clock& clock;
         /// Whether the reply to the request for a block is no more than one word yet.
         std::function<bool()> one_word;
         std::function<void()> keep;     ///< keeps the set-up that may have to come back
         std::function<void()> put_back; ///< brings it back
-        std::function<void()> done;     ///< what was set is a step of its own
+        /// What is set now was found. True where that makes a step of Undo, false where the set-up
+        /// is the one that was kept.
+        std::function<bool()> done;
     };
 
-    /// What has become of it.
+    /// What has become of it: `none` before the first one; `not_found` and `cancelled`, by Cancel
+    /// or Stop, have put everything back.
     enum class Outcome { none, under_way, found, not_found, cancelled };
 
+    /// Connects the controls; nothing is pressed before the first `start`.
     explicit Autoset(Works works);
     Autoset(const Autoset&) = delete;
     Autoset& operator=(const Autoset&) = delete;
 
+    /// Its entry in the menu "Tools", and the controls of its window.
     [[nodiscard]] AutosetControls& controls() { return controls_; }
 
     /// The longest time that it takes.
@@ -64,37 +73,36 @@ public:
     /// Ends one that is under way and puts everything back.
     void cancel();
 
+    /// True from its start until its end.
     [[nodiscard]] bool under_way() const { return outcome_ == Outcome::under_way; }
+
+    /// What has become of the last one.
     [[nodiscard]] Outcome outcome() const { return outcome_; }
 
-    /// What was found, by channel, and the source that triggers.
+    /// What was found, by channel; it counts while `outcome` is `found`.
     [[nodiscard]] const std::array<FoundSignal, 2>& found() const { return found_; }
+
+    /// The source that triggers; it counts while `outcome` is `found`.
     [[nodiscard]] Channel source() const { return trial_.source; }
 
     /// What it does or has found, in one line.
     [[nodiscard]] const std::string& line() const { return controls_.lblAutoset.caption(); }
 
-    /// How far it is, 0 to 100.
+    /// How much of `longest` has passed, per cent, 0 to 99; 100 while none is under way.
     [[nodiscard]] int progress() const;
 
-    /// What follows a tick.
+    /// Goes on with one that is under way; to be called after each tick, when it has announced
+    /// what has come.
     void tick_over();
 
-    /// Sets what follows a change of all that.
+    /// Sets what follows a change of progress, line or outcome.
     void on_change(std::function<void()> listener) { change_ = std::move(listener); }
 
 private:
     enum class Stage { searching, looking, settling };
 
-    /// A source and a level that may trigger.
-    struct Trial {
-        Channel source = ch1;
-        std::int32_t wheel = 512; ///< the wheel's value for the level
-    };
-
     using Parts = std::array<std::shared_ptr<const ChannelSweep>, 2>;
 
-    void list_trials();
     void sweep_anew(const std::function<void()>& press);
     void try_trial();
     [[nodiscard]] bool is_small(Channel channel) const;
@@ -102,6 +110,7 @@ private:
     void look_by_other_source();
     void settle();
     void press_plan();
+    void give_back(Channel channel);
     [[nodiscard]] Plan plan() const;
     [[nodiscard]] bool came(Channel channel) const;
     [[nodiscard]] bool all_came() const;
@@ -113,7 +122,7 @@ private:
     void search_on();
     void look_on();
     void settle_on();
-    void end(Outcome outcome, std::string line);
+    void end_found();
     void give_up(Outcome outcome, std::string line);
     void tell(std::string line);
     [[nodiscard]] std::chrono::nanoseconds elapsed() const { return works_.clock.now() - began_; }
@@ -129,15 +138,15 @@ private:
     std::chrono::nanoseconds began_{0};
     std::chrono::nanoseconds asked_{0}; ///< when the sweep was asked for that is awaited
     bool was_sweeping_ = false;
-    std::string tab_;                ///< what the wheel turned
-    std::int32_t users_timeout_ = 0; ///< microseconds
+    UsersSetUp users_;
     std::vector<Trial> trials_;
     std::size_t next_trial_ = 0;
     Trial trial_;
     bool other_tried_ = false;
     std::optional<Trial> back_; ///< what triggered before the other source was tried
     std::size_t rung_ = 0;
-    bool slow_ = false; ///< triggers come far apart
+    bool slow_ = false;                 ///< triggers come far apart
+    std::array<bool, 2> beyond_fine_{}; ///< by channel: it has left the fine range
     Parts seen_;
     std::array<FoundSignal, 2> found_;
     Plan plan_;

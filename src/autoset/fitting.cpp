@@ -1,8 +1,9 @@
 #include "autoset/fitting.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
+#include <utility>
+#include <vector>
 
 #include "panel/delay_text.h"
 #include "panel/time_base.h"
@@ -25,12 +26,13 @@ double picoseconds_per_division(const TimeBaseRow& row) {
 } // namespace
 
 VerticalFit fit_vertical(const SignalLook& look, const Place& place) {
-    constexpr std::array entries = {"10mV", "20mV", "50mV", "0.1V", "0.2V", "0.5V"};
     VerticalFit fit;
-    for (const char* const entry : entries) {
+    std::vector<std::string> entries = volts_per_division();
+    std::reverse(entries.begin(), entries.end());
+    for (std::string& entry : entries) {
         const double mv_per_division = vertical_scale(entry)->mv_per_division;
         const double zero = place.centre - look.middle() / mv_per_division;
-        fit.vdiv = entry;
+        fit.vdiv = std::move(entry);
         fit.wheel =
             round_to_int32(plot::wheel_span / 2.0 +
                            std::clamp(zero, -half_screen, half_screen) * 2.0 * plot::division);

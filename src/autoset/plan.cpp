@@ -55,6 +55,9 @@ Plan plan_of(const PlanOf& basis) {
     for (const Channel channel : both_channels) {
         const bool inverted = basis.panel.channel.at(channel).invert.checked();
         const SignalLook& look = basis.found.at(channel).look;
+        if (!look.alive) {
+            continue;
+        }
         const Place place = both
                                 ? Place{.centre = channel == ch1 ? middle_of_half : -middle_of_half,
                                         .height = whole_height / 2.0}

@@ -14,13 +14,13 @@ namespace kv408 {
 
 /// What was found in a channel.
 struct FoundSignal {
-    SignalLook look;
+    SignalLook look; ///< of one without a signal where its steady voltage lies
     bool on = false; ///< it has a signal and is shown
 };
 
 /// All that Autoset sets in the end.
 struct Plan {
-    std::array<VerticalFit, 2> vertical;
+    std::array<VerticalFit, 2> vertical; ///< of a channel without a signal nothing
     TimeFit time;
     LevelFit level;
     std::int32_t timeout = 0; ///< of the trigger, microseconds

@@ -28,8 +28,7 @@ void Presses::turn(std::string_view key, std::int32_t value) const {
     }
 }
 
-void Presses::type(TextBox& box, std::int32_t number) const {
-    const std::string text = std::to_string(number);
+void Presses::type(TextBox& box, const std::string& text) const {
     if (box.enabled() && box.text() != text) {
         box.focus();
         box.set_text(text);

@@ -22,8 +22,9 @@ public:
     /// Turns the wheel to `value` on the tab with `key`; without that tab it does nothing.
     void turn(std::string_view key, std::int32_t value) const;
 
-    /// Types `number` into `box` and leaves it; a box that cannot be used stays as it is.
-    void type(TextBox& box, std::int32_t number) const;
+    /// Types `text` or `number` into `box` and leaves it; a box that cannot be used stays as it is.
+    void type(TextBox& box, const std::string& text) const;
+    void type(TextBox& box, std::int32_t number) const { type(box, std::to_string(number)); }
 
     /// Chooses the trigger source of `channel`, and its level and hysteresis.
     void trigger(Channel source, std::int32_t level_wheel, std::int32_t hysteresis) const;

@@ -3,9 +3,10 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <cstdint>
 #include <span>
 #include <vector>
+
+#include "measure/clipping.h"
 
 namespace kv408 {
 namespace {
@@ -193,12 +194,6 @@ void set_extremes(SignalLook& look, std::span<const double> values, double perio
     look.high = high - off;
 }
 
-bool is_clipped(const ChannelSweep& part) {
-    constexpr std::int16_t highest_code = 4095;
-    const auto at_end = [](std::int16_t code) { return code <= 0 || code >= highest_code; };
-    return std::any_of(part.codes.begin(), part.codes.end(), at_end);
-}
-
 } // namespace
 
 SignalLook look_at(const ChannelSweep& part, StartedBy started) {
@@ -212,7 +207,7 @@ SignalLook look_at(const ChannelSweep& part, StartedBy started) {
     }
     const double code = code_of(part);
     const double noise = std::max(code, std::min(noise_of(values), noise_of(beginning_of(values))));
-    look.clipped = is_clipped(part);
+    look.clipped = clipping_of(part) != Clipping{};
     set_extremes(look, values, 0.0, 0.0);
     look.alive = is_more_than(deviation_of(values), noise);
     if (!look.alive) {

@@ -143,6 +143,10 @@ void SettingsFile::note_for_end() {
     }
 }
 
+void SettingsFile::hold() {
+    held_ = confirmed_bytes();
+}
+
 void SettingsFile::save_without_the_window() {
     if (keeping_ && !saved_at_end_) {
         saved_at_end_ = true;
@@ -152,7 +156,7 @@ void SettingsFile::save_without_the_window() {
 }
 
 void SettingsFile::note() {
-    noted_ = confirmed_bytes();
+    noted_ = held_ ? *held_ : confirmed_bytes();
     last_.note(default_path(), noted_, restored_);
 }
 

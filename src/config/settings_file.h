@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <functional>
 #include <iostream>
+#include <optional>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
@@ -83,6 +84,11 @@ public:
     /// Notes what the end of the program would save now, for an end that another thread brings
     /// about.
     void note_for_end();
+
+    /// From now on the end of the program saves the present settings, whatever is set, until
+    /// `release`: what is only being tried is nobody's setting.
+    void hold();
+    void release() { held_.reset(); }
 
     /// What was noted last; empty before anything was.
     [[nodiscard]] const std::string& noted_bytes() const { return noted_; }
@@ -170,7 +176,8 @@ private:
     bool keeping_ = false;
     FileResult restored_; ///< how the default file could be read at start-up
     LastSettings last_;
-    std::string noted_; ///< in `last_` too
+    std::string noted_;               ///< in `last_` too
+    std::optional<std::string> held_; ///< what is noted in place of the present settings
     bool saved_at_end_ = false;
     std::filesystem::path folder_; ///< that Load Setup or Save Setup used last
     Label loading_{"loading"};

@@ -30,19 +30,21 @@ Undo::Undo(FrontPanel& panel, SettingsFile& settings, const Clock& clock)
     show();
 }
 
-void Undo::note() {
+bool Undo::note() {
     const std::string name = std::exchange(name_, {});
     if (!settings_.keeping()) {
-        return;
+        return false;
     }
     PanelSetUp now = set_up_of(panel_, settings_.noted_bytes());
     if (!steps_.begun()) {
         steps_.begin(std::move(now));
-        show();
     } else if (now != steps_.present()) {
         steps_.note(now, moment(), name);
-        show();
+    } else {
+        return false;
     }
+    show();
+    return true;
 }
 
 void Undo::press_begins() {

@@ -34,8 +34,8 @@ public:
 
     /// To be called after each of the user's actions, when its settings have been noted for the
     /// end: what it has changed is a step, or part of one. The first call after start-up is
-    /// complete begins the steps.
-    void note();
+    /// complete begins the steps. True where it was something new.
+    bool note();
 
     /// Makes what the present action changes one step called `name`.
     void name(std::string name) { name_ = std::move(name); }

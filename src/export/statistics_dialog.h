@@ -94,6 +94,9 @@ public:
     /// Takes `sweep`, which is complete, and what was measured of it. Waits for nothing.
     void sweep_complete(const Sweep& sweep, Measured measured);
 
+    /// Sweeps have come that were not for it, and may have left other thresholds behind.
+    void sweeps_were_missed() { statistics_.pass_over(); }
+
     /// Acts on values that came outside their limits since the last tick; to be called when the
     /// picture shows them.
     void tick_over();

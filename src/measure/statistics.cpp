@@ -73,7 +73,7 @@ bool Statistics::take(const Sweep& sweep, const MeasurementState& state) {
 
 void Statistics::settle() {
     reset();
-    settling_ = settling_sweeps;
+    pass_over();
 }
 
 void Statistics::reset() {

@@ -52,6 +52,9 @@ public:
     /// Begins anew, and passes over the next sweeps until their results have settled.
     void settle();
 
+    /// Goes on with what it has, but passes over the next sweeps until their results have settled.
+    void pass_over() { settling_ = settling_sweeps; }
+
     /// How often they have begun anew.
     [[nodiscard]] std::uint64_t beginnings() const { return beginnings_; }
 

@@ -16,8 +16,11 @@ struct VerticalRow {
     double mv_per_division;
 };
 
+/// Is known, but no list has it.
+constexpr std::string_view not_offered = "1V";
+
 constexpr std::array<VerticalRow, 7> vertical_rows = {{
-    {"1V", low_gain, 1000},
+    {not_offered, low_gain, 1000},
     {"0.5V", low_gain, 500},
     {"0.2V", low_gain, 200},
     {"0.1V", low_gain, 100},
@@ -32,6 +35,16 @@ constexpr std::int16_t unknown_gain = 0;
 constexpr std::array<std::string_view, 2> gain_labels = {"_SET AMP GAIN_", " SET AMP GAIN "};
 
 } // namespace
+
+std::vector<std::string> volts_per_division() {
+    std::vector<std::string> entries;
+    for (const VerticalRow& row : vertical_rows) {
+        if (row.text != not_offered) {
+            entries.emplace_back(row.text);
+        }
+    }
+    return entries;
+}
 
 std::optional<VerticalScale> vertical_scale(std::string_view text) {
     for (const VerticalRow& row : vertical_rows) {
@@ -72,7 +85,7 @@ Vertical::Vertical(const Surroundings& around) : around_(around) {
 
 void Vertical::fill_lists() {
     for (ChannelControls& controls : around_.panel.channel) {
-        controls.vdiv.set_entries({"0.5V", "0.2V", "0.1V", "50mV", "20mV", "10mV"});
+        controls.vdiv.set_entries(volts_per_division());
     }
 }
 

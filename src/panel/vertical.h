@@ -3,7 +3,9 @@
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "panel/surroundings.h"
 #include "state/channel_state.h"
@@ -18,6 +20,9 @@ struct VerticalScale {
                   ///< screen
     double mv_per_division;
 };
+
+/// The entries of the volts-per-division lists, the coarsest first: "0.5V" to "10mV".
+[[nodiscard]] std::vector<std::string> volts_per_division();
 
 /// The scale of `text`, one of "1V" (not offered by the list), "0.5V", "0.2V", "0.1V", "50mV",
 /// "20mV", "10mV"; nothing for any other text.

@@ -112,17 +112,34 @@ Autoset::Works Parts::autoset_works() {
     return {.panel = panel,
             .channels = channels,
             .sweeps = sweeps,
+            .trigger = trigger_state,
             .acquisition = acquisition,
             .clock = clock,
             .one_word = [this] { return acquiring.block.one_word_came(); },
-            .keep = [this] { before_autoset_ = set_up_of(panel, settings_file.confirmed_bytes()); },
-            .put_back = [this] { settings_file.put_back(before_autoset_); },
+            .keep =
+                [this] {
+                    before_autoset_ = set_up_of(panel, settings_file.confirmed_bytes());
+                    settings_file.hold();
+                    tools.set_paused(true);
+                },
+            .put_back =
+                [this] {
+                    // Held until all is back: the program may be ended in the middle of it.
+                    settings_file.put_back(before_autoset_);
+                    autoset_over();
+                },
             .done =
                 [this] {
+                    autoset_over();
                     settings_file.note_for_end();
                     undo.name("Autoset");
-                    undo.note();
+                    return undo.note();
                 }};
+}
+
+void Parts::autoset_over() {
+    settings_file.release();
+    tools.set_paused(false);
 }
 
 void Parts::note_before_bridge() {

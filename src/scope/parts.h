@@ -76,6 +76,7 @@ struct Parts : PanelState, SweepState {
 
 private:
     [[nodiscard]] Autoset::Works autoset_works();
+    void autoset_over();
     void note_before_bridge();
 
     PanelSetUp before_autoset_;

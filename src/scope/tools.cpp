@@ -127,12 +127,21 @@ EyeDialog::ShowMarks Tools::marks_of(Picture::MarksOf tool) {
     };
 }
 
+void Tools::set_paused(bool paused) {
+    if (std::exchange(paused_, paused) && !paused) {
+        statistics_.sweeps_were_missed();
+    }
+}
+
 void Tools::sweep_complete(const std::shared_ptr<const Sweep>& sweep) {
     record_dialog_.take(*sweep);
-    spectrum_.take(sweep);
     if (export_dialog_.is_open()) {
         export_dialog_.show_sweep();
     }
+    if (paused_) {
+        return;
+    }
+    spectrum_.take(sweep);
     statistics_.sweep_complete(*sweep, panel_.check1.checked() ? &shown_.measurements : nullptr);
 }
 

@@ -90,7 +90,15 @@ public:
     [[nodiscard]] const SpectrumDialog& spectrum() const { return spectrum_; }
 
     /// Hands what has come with `sweep` to those tools that count each channel by itself.
-    void sweep_finished(const Sweep& sweep) { density_.sweep_finished(sweep); }
+    void sweep_finished(const Sweep& sweep) {
+        if (!paused_) {
+            density_.sweep_finished(sweep);
+        }
+    }
+
+    /// While they pause, sweeps are taken with set-ups that are only being tried: density,
+    /// statistics and spectrum take none of them, and then go on with what they have.
+    void set_paused(bool paused);
 
     /// Hands `sweep`, with which every channel that is on has come and been measured, to each tool.
     /// Runs in a tick: nothing here waits for a disk.
@@ -133,6 +141,7 @@ private:
     MaskDialog mask_;
     ReadoutsDialog readouts_;
     SpectrumDialog spectrum_;
+    bool paused_ = false;
 };
 
 } // namespace kv408

@@ -3,12 +3,9 @@
 #include <string>
 #include <vector>
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "config/undo.h"
-#include "scope/panel_agreement.h"
-#include "scope/set_up_agreement.h"
+#include "scope/autoset_program.h"
 #include "support/autoset_cases.h"
 #include "support/series_stride.h"
 
@@ -34,39 +31,7 @@ TEST(AutosetCases, AreFoundButForOneInFifty) {
     EXPECT_LE(50 * missed.size(), tried) << testing::PrintToString(missed);
 }
 
-/// The program on the usual bench: a sine of 400 mVpp and 10 MHz at CH1 and TRIG1, a pulse of
-/// 300 mVpp and 20 MHz at CH2 and TRIG2.
-struct AutosetTest : testing::Test, protected Program {
-    AutosetTest() : Program(false) {
-        EXPECT_TRUE(scope.start());
-        ticks(10);
-    }
-
-    [[nodiscard]] Autoset& autoset() { return scope.autoset(); }
-
-    void start() {
-        scope.act([this] { autoset().controls().mnuautoset.click(); });
-    }
-
-    void finish() {
-        for (int tick = 0; autoset().under_way() && tick < 100; ++tick) {
-            ticks(1);
-        }
-        EXPECT_FALSE(autoset().under_way());
-    }
-
-    /// The set-up to the byte.
-    [[nodiscard]] PanelSetUp set_up() {
-        return set_up_of(scope.panel(), scope.settings_file().bytes());
-    }
-
-    /// Panel and instrument agree, and nothing was told in a box.
-    void expect_agreement() {
-        ticks(10);
-        EXPECT_THAT(set_up_differences(scope.parts(), simulation.settings()), testing::IsEmpty());
-        EXPECT_TRUE(boxes.texts().empty()) << testing::PrintToString(boxes.texts());
-    }
-};
+struct AutosetTest : AutosetProgram {};
 
 TEST_F(AutosetTest, ShowsBothSignalsEachInItsHalf) {
     start();
@@ -201,6 +166,39 @@ TEST_F(AutosetTest, TriesTheSourceOfTheChannelThatHasASignal) {
     EXPECT_EQ(autoset().outcome(), Autoset::Outcome::found) << autoset().line();
     EXPECT_EQ(scope.panel().trigsource.text(), "TRIG1");
     expect_agreement();
+}
+
+TEST_F(AutosetTest, FindsWhatOnlyAFarLevelTriggers) {
+    // All of it is above the 341 mV of the fine range, or most.
+    for (const double offset : {400.0, -400.0, 480.0}) {
+        simulation.bench().sources[0].amplitude_mvpp = offset == 480.0 ? 100.0 : 400.0;
+        simulation.bench().sources[0].offset_mv = offset;
+        simulation.bench().sources[1].kind = simulator::SignalKind::none;
+        simulation.bench().triggers[1] = simulator::TriggerRoute::disconnected;
+        start();
+        finish();
+        ASSERT_EQ(autoset().outcome(), Autoset::Outcome::found) << offset << autoset().line();
+        const double height = simulation.bench().sources[0].amplitude_mvpp;
+        EXPECT_NEAR(autoset().found()[ch1].look.height(), height, 0.1 * height) << offset;
+        EXPECT_NEAR(autoset().found()[ch1].look.middle(), offset, 0.1 * height) << offset;
+        expect_agreement();
+    }
+}
+
+TEST_F(AutosetTest, IsNotHeldUpByASteadyVoltageBeyondTheFineRange) {
+    simulator::Source& steady = simulation.bench().sources[0];
+    steady.amplitude_mvpp = 0.0;
+    steady.offset_mv = 600.0;
+    simulation.bench().triggers[0] = simulator::TriggerRoute::clock_2;
+    start();
+    finish();
+    EXPECT_EQ(autoset().outcome(), Autoset::Outcome::found) << autoset().line();
+    EXPECT_THAT(autoset().line(), testing::StartsWith("CH1 no signal, CH2 "));
+    simulation.bench().samplers[1] = simulator::SamplerRoute::disconnected;
+    start();
+    finish();
+    EXPECT_THAT(autoset().line(),
+                testing::MatchesRegex("TRIG. triggers, but CH1 and CH2 have no signal. .*"));
 }
 
 TEST_F(AutosetTest, EndsWhereAPersonPressesStop) {

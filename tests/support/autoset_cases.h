@@ -22,13 +22,29 @@ struct AutosetCase {
     simulator::SignalKind kind = simulator::SignalKind::sine;
     double millivolts = 0.0; ///< peak to peak
     double hertz = 0.0;      ///< periods, or bits, a second
-    double offset = 0.0;     ///< of its height
+    double offset = 0.0;     ///< of its middle from 0 V, millivolts
     double noise = 0.0;      ///< rms, of its height
 };
 
 /// Names of the kinds, as `simulator::SignalKind` counts them.
 inline constexpr std::array<std::string_view, 5> autoset_kinds = {"none", "sine", "square",
                                                                   "pulse 30 %", "data"};
+
+/// Where the middle of a signal of `height` millivolts is put, millivolts: around 0 V, across 0 V,
+/// beside it, and where only the highest level that a channel can show triggers it. What fits into
+/// the instrument's scale, which ends at 1024 mV, is kept in there; what does not is 300 mV off at
+/// most.
+inline std::vector<double> autoset_offsets(double height) {
+    constexpr double room = 1000.0;
+    constexpr double far = 480.0;
+    const double most = std::max(room - height / 2.0, 300.0);
+    std::vector<double> offsets = {0.0, std::min(0.4 * height, most),
+                                   std::max(-0.75 * height, -most)};
+    if (height >= 100.0 && far <= most && far > height) {
+        offsets.insert(offsets.end(), {far, -far});
+    }
+    return offsets;
+}
 
 /// All of them: kinds by heights, frequencies, offsets and noise.
 inline std::vector<AutosetCase> autoset_cases() {
@@ -39,7 +55,7 @@ inline std::vector<AutosetCase> autoset_cases() {
         for (const double height :
              {5.0, 10.0, 20.0, 50.0, 100.0, 200.0, 410.0, 1000.0, 2000.0, 3000.0}) {
             for (const double hertz : {10e3, 70e3, 1e6, 10e6, 120e6, 1e9, 4e9, 15e9}) {
-                for (const double offset : {0.0, 0.4, -0.75}) {
+                for (const double offset : autoset_offsets(height)) {
                     for (const double noise : {0.0, 0.03}) {
                         all.push_back({kind, height, hertz, offset, noise});
                     }
@@ -60,7 +76,7 @@ inline std::string name_of(const AutosetCase& tried) {
     };
     add(tried.millivolts, " mVpp");
     add(tried.hertz / 1e6, " MHz");
-    add(100.0 * tried.offset, " % offset");
+    add(tried.offset, " mV offset");
     add(100.0 * tried.noise, " % noise");
     return name;
 }
@@ -75,7 +91,7 @@ struct AutosetBench : Program {
         bench.sources[0].kind = tried.kind;
         bench.sources[0].amplitude_mvpp = tried.millivolts;
         bench.sources[0].frequency_hz = tried.hertz;
-        bench.sources[0].offset_mv = offset();
+        bench.sources[0].offset_mv = tried.offset;
         bench.sources[0].noise_mv = tried.noise * tried.millivolts;
         bench.sources[0].rise_time_ps = std::min(usual_edge, 0.2 * period);
         bench.sources[0].jitter_ps = std::min(1.0, 0.01 * period);
@@ -122,18 +138,13 @@ struct AutosetBench : Program {
     }
 
 private:
-    [[nodiscard]] double offset() const {
-        constexpr double most = 300.0; // millivolts: the scale ends at 1024
-        return std::clamp(tried_.offset * tried_.millivolts, -most, most);
-    }
-
     /// Height within 10 % and 1 mV, and V/div the finest with room for it, where the true height
     /// is not within that of where the choice changes.
     bool right_height(const SignalLook& look) {
         constexpr double tolerance = 0.1;
         constexpr double scale_end = 1023.0; // millivolts of the coarse range
-        const double high = offset() + tried_.millivolts / 2.0;
-        const double low = offset() - tried_.millivolts / 2.0;
+        const double high = tried_.offset + tried_.millivolts / 2.0;
+        const double low = tried_.offset - tried_.millivolts / 2.0;
         const double height = std::min(high, scale_end) - std::max(low, -scale_end);
         const double off = tolerance * height + 1.0;
         const bool beyond = high > scale_end || low < -scale_end;
