@@ -71,6 +71,12 @@ struct Parts : PanelState, SweepState {
     SingleSweep single;
     Autoset autoset;
 
+    /// The set-up that is the user's: that of the panel, or while Autoset tries others the one
+    /// before it.
+    [[nodiscard]] PanelSetUp chosen_set_up() const {
+        return autoset.under_way() ? before_autoset_ : set_up_of(panel, settings_file.bytes());
+    }
+
     /// How many of the entries are actions of the user, 0..
     int acts = 0;
 

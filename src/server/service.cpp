@@ -99,7 +99,7 @@ void Service::tick_until_ended() {
 }
 
 Service::Carried Service::carried() const {
-    return {.set_up = set_up_of(scope_->parts().panel, scope_->settings_file().bytes()),
+    return {.set_up = scope_->parts().chosen_set_up(),
             .sweeping = scope_->parts().acquisition.acqrunning ||
                         scope_->parts().acquisition.scopestate != state_word::stopped};
 }

@@ -143,6 +143,26 @@ TEST_F(Services, FindTheInstrumentAgainWithTheSameSetUp) {
     EXPECT_THAT(files.files["/settings/kv408/ConfigsLM4RX.TXT"], HasSubstr("ch2vdiv\t 4"));
 }
 
+TEST_F(Services, DoNotCarryOnWithWhatAutosetTried) {
+    start();
+    const SocketLine line(service->port());
+    ASSERT_TRUE(
+        comes(line, "*IDN?", std::string("Tarvo,Kv408,lm4rxa-SIM00001,") + KV408_VERSION + "\n"));
+    line.say("ACQ:TIM 60;:CHAN2:SCAL 20MV;:TRIG:LEV 20MV;:TIM:SCAL 5NS;DEL:ADD 1NS\n");
+    EXPECT_EQ(line.ask("*OPC?"), "1\n");
+    const std::string questions = "CHAN2:SCAL?;:TRIG:LEV?;:TIM:SCAL?;DEL:ADD?";
+    const std::string set_up = line.ask(questions);
+    line.say("AUT\n");
+    ASSERT_TRUE(SocketLine::comes([&] { return line.ask(questions) != set_up; }));
+    bridge.pulled = true;
+    ASSERT_TRUE(comes(line, "STAT:QUES:COND?", "512\n"));
+    bridge.pulled = false;
+    ASSERT_TRUE(comes(line, "STAT:QUES:COND?", "0\n"));
+    EXPECT_EQ(line.ask(questions), set_up);
+    end();
+    EXPECT_THAT(files.files["/settings/kv408/ConfigsLM4RX.TXT"], HasSubstr("ch2vdiv\t 4"));
+}
+
 TEST_F(Services, WaitForAnInstrumentAndEndMeanwhile) {
     bridge.pulled = true;
     start();
