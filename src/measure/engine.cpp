@@ -35,13 +35,18 @@ void place_annotations(const SweepFindings& found, const MeasurementRecord& reco
 
 } // namespace
 
+SweepFindings measure_columns(const SampleBuffer& columns, MeasurementRecord& record) {
+    SweepFindings found = pass_over(columns, record);
+    take_levels(found, record);
+    calcpulsetimes(record, found.crossings.found(), found.rises.found(), found.falls.found());
+    return found;
+}
+
 void measure_sweep(const Sweep& sweep, MeasurementState& state) {
     for (std::size_t channel = 0; channel < sweep.channel.size(); ++channel) {
         const ChannelSweep& taken = *sweep.channel[channel];
         MeasurementRecord& record = state.measresults[channel];
-        const SweepFindings found = pass_over(taken.columns, record);
-        take_levels(found, record);
-        calcpulsetimes(record, found.crossings.found(), found.rises.found(), found.falls.found());
+        const SweepFindings found = measure_columns(taken.columns, record);
         formatmeasvals(state.meastexts[channel], record, taken.columns_per_second);
         place_annotations(found, record, state.annotations[channel]);
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "measure/sweep_pass.h"
 #include "state/measurement_state.h"
 #include "state/sweep.h"
 
@@ -11,5 +12,9 @@ namespace kv408 {
 /// right, the second the levels, the third what is found with their help: rise and fall times,
 /// pulse widths, period and frequency.
 void measure_sweep(const Sweep& sweep, MeasurementState& state);
+
+/// Measures the columns of one trace into its `record`, as above, all but period and frequency,
+/// which follow from the widths. Returns what was found on the way.
+SweepFindings measure_columns(const SampleBuffer& columns, MeasurementRecord& record);
 
 } // namespace kv408

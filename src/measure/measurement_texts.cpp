@@ -2,6 +2,7 @@
 
 #include "measure/measured_value.h"
 #include "measure/measurement_rows.h"
+#include "measure/pulse_times.h"
 #include "state/engineering_format.h"
 
 namespace kv408 {
@@ -19,13 +20,7 @@ std::string text_of(const MeasurementRow& row, const MeasurementRecord& record, 
 } // namespace
 
 void formatmeasvals(MeasurementTexts& texts, MeasurementRecord& record, double samplerate) {
-    const double high = record[meas::pulse_high];
-    const double low = record[meas::pulse_low];
-    if (high > 0.0 && low > 0.0) {
-        const double period = low + high;
-        record[meas::period] = period;
-        record[meas::frequency] = 1.0 / period;
-    }
+    calcperiod(record);
     for (const MeasurementRow& row : measurement_rows()) {
         texts[row.field] = text_of(row, record, samplerate);
     }

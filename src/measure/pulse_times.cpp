@@ -54,4 +54,14 @@ void calcpulsetimes(MeasurementRecord& record, std::span<const double> crossings
     record[meas::pulse_low] = negative.value();
 }
 
+void calcperiod(MeasurementRecord& record) {
+    const double high = record[meas::pulse_high];
+    const double low = record[meas::pulse_low];
+    if (high > 0.0 && low > 0.0) {
+        const double period = low + high;
+        record[meas::period] = period;
+        record[meas::frequency] = 1.0 / period;
+    }
+}
+
 } // namespace kv408

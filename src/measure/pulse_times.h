@@ -15,4 +15,8 @@ namespace kv408 {
 void calcpulsetimes(MeasurementRecord& record, std::span<const double> crossings,
                     std::span<const double> rises, std::span<const double> falls);
 
+/// Writes period and frequency into `record` where it has both pulse widths; otherwise these two
+/// fields stay as they are.
+void calcperiod(MeasurementRecord& record);
+
 } // namespace kv408
