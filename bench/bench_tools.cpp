@@ -1,7 +1,7 @@
 // What a sweep costs with everything that works on finished sweeps: four references, statistics
-// with their window open, the log, and a recording, each alone and all together; against the same
-// without any of it, turn by turn in one run. Real window without a display, virtual clock: the
-// program never waits.
+// with their window open, the log, a recording, density and maths, each alone and all together;
+// against the same without any of it, turn by turn in one run. Real window without a display,
+// virtual clock: the program never waits.
 
 #include <algorithm>
 #include <array>
@@ -47,10 +47,13 @@ struct Tools {
     bool recording = false;
     bool density = false;        ///< of both channels
     bool density_window = false; ///< open beside it
+    bool maths = false;          ///< the difference of the channels, and a derivative
+    bool mean = false;           ///< a mean and an envelope of 16 sweeps
+    bool maths_window = false;   ///< open beside them
 };
 
 /// The first is what the others are compared with, the last all of them.
-constexpr std::array<Tools, 8> cases = {{
+constexpr std::array<Tools, 11> cases = {{
     {.name = "no tool"},
     {.name = "four references", .references = true},
     {.name = "open statistics", .statistics = true},
@@ -58,6 +61,9 @@ constexpr std::array<Tools, 8> cases = {{
     {.name = "recording", .recording = true},
     {.name = "density", .density = true},
     {.name = "density, window open", .density = true, .density_window = true},
+    {.name = "two maths traces", .maths = true},
+    {.name = "mean and envelope", .mean = true},
+    {.name = "two, window open", .maths = true, .maths_window = true},
     {.name = "all of them", .references = true, .statistics = true, .log = true, .recording = true},
 }};
 
@@ -100,6 +106,13 @@ public:
             if (tools.density_window) {
                 scope.panel().mnudensity.click();
             }
+            if (tools.maths || tools.mean) {
+                compute(tools.maths ? MathsFunction::difference : MathsFunction::mean,
+                        tools.maths ? MathsFunction::derivative : MathsFunction::envelope);
+            }
+            if (tools.maths_window) {
+                scope.tools().maths().controls().mnumaths.click();
+            }
             if (tools.density) {
                 scope.tools().density().controls().chkDensity.press(true);
             }
@@ -132,6 +145,12 @@ public:
             if (tools.density_window) {
                 scope.tools().density().close();
             }
+            if (tools.maths || tools.mean) {
+                compute(MathsFunction::off, MathsFunction::off);
+            }
+            if (tools.maths_window) {
+                program_.window().findChild<QWidget*>(QStringLiteral("frmMaths"))->close();
+            }
         });
         recorder_.reset();
     }
@@ -157,6 +176,12 @@ public:
     }
 
 private:
+    void compute(MathsFunction first, MathsFunction second) {
+        MathsDialog& maths = program_.scope().tools().maths();
+        maths.tool(0).controls().cmbMathsFunction.set_index(static_cast<int>(first));
+        maths.tool(1).controls().cmbMathsFunction.set_index(static_cast<int>(second));
+    }
+
     VirtualClock clock_;
     simulator::Simulation simulation_{clock_, {}, 1, nullptr};
     TemporaryFolder folder_;

@@ -84,7 +84,7 @@ void Picture::draw_backdrop() {
         backdrop_.add_all();
     }
     for (const ReferenceLook& reference : drawn_.references) {
-        draw_reference(grid_, scale_, reference);
+        draw_reference(Canvas(grid_), scale_, reference);
     }
     densities_.change_all();
     paint_densities();
@@ -118,6 +118,12 @@ void Picture::movepersistance() {
 
 void Picture::set_references(std::vector<ShownReference> references) {
     references_ = std::move(references);
+}
+
+std::vector<ShownReference> Picture::captioned() const {
+    std::vector<ShownReference> curves = references_;
+    curves.insert(curves.end(), maths_.begin(), maths_.end());
+    return curves;
 }
 
 void Picture::rescale(const PlotScale& scale) {
@@ -201,6 +207,7 @@ Picture::Drawn Picture::drawn() const {
                  .references = drawn_.references,
                  .densities = densities_.views(drawn_.densities),
                  .traces = {},
+                 .maths = drawn_.maths,
                  .overlays = drawn_.overlays};
     for (std::size_t index = 0; index < traces_.size(); ++index) {
         const TraceContent& trace = drawn_.traces[index];
@@ -332,12 +339,11 @@ Overlays Picture::overlays_of(unsigned flags) const {
     return overlays;
 }
 
-std::vector<ReferenceLook> Picture::reference_looks() const {
+std::vector<ReferenceLook> Picture::looks_of(const std::vector<ShownReference>& curves) const {
     std::vector<ReferenceLook> looks;
-    for (const ShownReference& reference : references_) {
-        if (const auto screen =
-                reference_screen(inputs_.panel, inputs_.channels, reference.curve->channel)) {
-            looks.push_back({reference.curve, *screen, pixel_of(reference.colour)});
+    for (const ShownReference& shown : curves) {
+        if (const auto screen = curve_screen(inputs_.panel, inputs_.channels, *shown.curve)) {
+            looks.push_back({shown.curve, *screen, pixel_of(shown.colour)});
         }
     }
     return looks;
@@ -346,7 +352,10 @@ std::vector<ReferenceLook> Picture::reference_looks() const {
 Picture::Content Picture::content(unsigned flags) const {
     Content next;
     next.background = pixel_of(inputs_.colours.background);
-    next.references = reference_looks();
+    next.references = looks_of(references_);
+    if (!inputs_.acquisition.traces_withheld()) {
+        next.maths = looks_of(maths_);
+    }
     next.densities = densities_.looks(
         {inputs_.panel, inputs_.channels, inputs_.acquisition, inputs_.colours}, flags);
     next.overlays = overlays_of(flags);
@@ -360,7 +369,7 @@ Picture::Content Picture::content(unsigned flags) const {
 void Picture::add_columns_to_compose(const Content& next) {
     bool everything = everything_changed_ || next.background != drawn_.background ||
                       next.references != drawn_.references || next.densities != drawn_.densities ||
-                      next.overlays != drawn_.overlays;
+                      next.maths != drawn_.maths || next.overlays != drawn_.overlays;
     for (std::size_t index = 0; index < traces_.size(); ++index) {
         const TraceContent& now = next.traces[index];
         const TraceContent& before = drawn_.traces[index];

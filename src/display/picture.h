@@ -46,11 +46,11 @@ struct PictureInputs {
 /// The picture of the plot area: 641 by 513 pixels at natural size, more at a larger scale.
 ///
 /// It is composed in layers, each of which draws over the ones before: the grid with the references
-/// and the densities on it, the traces with CH1's on top, the cursor lines, the marks of the
-/// annotated measurement, the trigger-level line. A layer draws onto a canvas that may be limited
-/// to some columns, and what it draws from is part of the `Content` or of the traces' points; so a
-/// draw composes only the columns whose pixels can have changed since the draw before, with the
-/// same pixels as composing all of them.
+/// and the densities on it, the traces with CH1's on top, those computed of them, the cursor lines,
+/// the marks of the annotated measurement, the trigger-level line. A layer draws onto a canvas that
+/// may be limited to some columns, and what it draws from is part of the `Content` or of the
+/// traces' points; so a draw composes only the columns whose pixels can have changed since the draw
+/// before, with the same pixels as composing all of them.
 class Picture : public Screen {
 public:
     /// A picture of `inputs` with an empty grid and no points.
@@ -86,7 +86,13 @@ public:
 
     /// Shows `references` under the traces from the next draw on, the last on top.
     void set_references(std::vector<ShownReference> references);
-    [[nodiscard]] const std::vector<ShownReference>& references() const { return references_; }
+
+    /// Shows `traces`, which were computed, over those of the channels from the next draw on, the
+    /// last on top.
+    void set_maths(std::vector<ShownReference> traces) { maths_ = std::move(traces); }
+
+    /// What is shown of both, in this order, for those who write what each is.
+    [[nodiscard]] std::vector<ShownReference> captioned() const;
 
     /// What was collected of each channel, under the traces from the next draw on.
     [[nodiscard]] DensityLayers& densities() { return densities_; }
@@ -112,6 +118,7 @@ public:
         std::vector<ReferenceLook> references; ///< the one that lies on top last
         std::vector<DensityView> densities;    ///< the one that lies on top last
         std::vector<TraceView> traces;         ///< the one that lies on top last; gaps in units
+        std::vector<ReferenceLook> maths;      ///< the one that lies on top last
         Overlays overlays;
     };
 
@@ -141,6 +148,7 @@ private:
         Pixel background = 0;
         std::vector<ReferenceLook> references; ///< as `references_`, those that have a place
         DensityLayers::Looks densities;
+        std::vector<ReferenceLook> maths; ///< as `maths_`, those that are drawn
         Overlays overlays;
 
         friend bool operator==(const Content&, const Content&) = default;
@@ -168,7 +176,8 @@ private:
     [[nodiscard]] Columns pixels_of(Columns units) const;
     [[nodiscard]] Overlays overlays_of(unsigned flags) const;
     [[nodiscard]] PlotMarks shown_marks() const;
-    [[nodiscard]] std::vector<ReferenceLook> reference_looks() const;
+    [[nodiscard]] std::vector<ReferenceLook>
+    looks_of(const std::vector<ShownReference>& curves) const;
     [[nodiscard]] Content content(unsigned flags) const;
     void rescale(const PlotScale& scale);
     void draw_backdrop();
@@ -189,6 +198,7 @@ private:
     Pixel grid_colour_ = pixel_of(Colour{});
     bool grid_dotted_ = false;
     std::vector<ShownReference> references_;
+    std::vector<ShownReference> maths_;
     DensityLayers densities_;
     std::optional<ShownHistogram> histogram_;
     std::array<std::optional<DensityMarks>, 2> marks_; ///< by `MarksOf`

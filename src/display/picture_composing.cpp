@@ -24,6 +24,9 @@ void Picture::compose(Columns columns) {
     } else {
         compose_by_painting(canvas, views);
     }
+    for (const ReferenceLook& trace : drawn_.maths) {
+        draw_reference(canvas, scale_, trace, &inked_);
+    }
     draw_overlays(UnitPainter(canvas, scale_, &inked_), drawn_.overlays);
     changed_.add(inked_, columns);
 }

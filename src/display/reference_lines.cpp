@@ -28,30 +28,66 @@ std::optional<ReferenceScreen> reference_screen(const FrontPanel& panel, const C
                            .first_time = first_time};
 }
 
-std::vector<ReferencePoint> on_screen(const ReferenceCurve& curve, const ReferenceScreen& screen) {
+std::optional<ReferenceScreen> curve_screen(const FrontPanel& panel, const Channels& channels,
+                                            const ReferenceCurve& curve) {
+    auto screen = reference_screen(panel, channels, curve.channel);
+    if (screen && curve.scale.per_division) {
+        screen->mv_per_division = *curve.scale.per_division;
+    }
+    if (screen && curve.scale.position) {
+        screen->zero_row = plot::centre_y - *curve.scale.position * plot::division;
+    }
+    return screen;
+}
+
+std::vector<std::span<const double>> lines_of(const ReferenceCurve& curve) {
+    std::vector<std::span<const double>> lines = {curve.mv};
+    if (!curve.lower.empty()) {
+        lines.emplace_back(curve.lower);
+    }
+    return lines;
+}
+
+std::vector<ReferencePoint> on_screen(const ReferenceCurve& curve, std::span<const double> line,
+                                      const ReferenceScreen& screen) {
     constexpr double picoseconds_per_second = 1e12;
     const double rows_per_mv = plot::division / screen.mv_per_division;
     std::vector<ReferencePoint> points;
-    points.reserve(curve.mv.size());
-    for (std::size_t point = 0; point < curve.mv.size(); ++point) {
+    points.reserve(line.size());
+    for (std::size_t point = 0; point < line.size(); ++point) {
         const double time = curve.first_time + static_cast<double>(point) * curve.interval;
         points.push_back(
             {.column = plot::first_point + (time - screen.first_time) * screen.columns_per_second /
                                                picoseconds_per_second,
-             .row = std::clamp(screen.zero_row - curve.mv[point] * rows_per_mv, highest_row,
-                               lowest_row)});
+             .row =
+                 std::clamp(screen.zero_row - line[point] * rows_per_mv, highest_row, lowest_row)});
     }
     return points;
 }
 
-void draw_reference(Surface& surface, const PlotScale& scale, const ReferenceLook& look) {
-    std::vector<Point> placed;
-    placed.reserve(look.curve->mv.size());
-    for (const ReferencePoint& point : on_screen(*look.curve, look.screen)) {
-        placed.push_back({scale.place(point.column), scale.place(point.row)});
+void draw_reference(const Canvas& canvas, const PlotScale& scale, const ReferenceLook& look,
+                    Tiles* touched) {
+    const Canvas within(canvas.surface(),
+                        common(canvas.columns(), {scale.edge(1), scale.edge(plot::width - 1)}));
+    const Brush brush(scale.line_width());
+    for (const std::span<const double> line : lines_of(*look.curve)) {
+        std::vector<Point> placed;
+        placed.reserve(line.size());
+        for (const ReferencePoint& point : on_screen(*look.curve, line, look.screen)) {
+            placed.push_back({scale.place(point.column), scale.place(point.row)});
+        }
+        draw_polyline(within, placed, brush, look.colour);
+        for (std::size_t point = 1; touched != nullptr && point < placed.size(); ++point) {
+            const auto [left, right] = std::minmax(placed[point - 1].x, placed[point].x);
+            const auto [top, bottom] = std::minmax(placed[point - 1].y, placed[point].y);
+            const Rectangle covered =
+                within.clipped({left - brush.before(), top - brush.before(), right + brush.width(),
+                                bottom + brush.width()});
+            if (covered.left < covered.right && covered.top < covered.bottom) {
+                touched->add(covered);
+            }
+        }
     }
-    const Canvas within(surface, {scale.edge(1), scale.edge(plot::width - 1)});
-    draw_polyline(within, placed, Brush(scale.line_width()), look.colour);
 }
 
 } // namespace kv408

@@ -2,10 +2,12 @@
 
 #include <memory>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "display/canvas.h"
 #include "display/plot_scale.h"
+#include "display/tiles.h"
 #include "panel/front_panel.h"
 #include "state/channel_state.h"
 #include "state/reference_curve.h"
@@ -44,11 +46,20 @@ struct ReferenceLook {
 [[nodiscard]] std::optional<ReferenceScreen>
 reference_screen(const FrontPanel& panel, const Channels& channels, Channel channel);
 
-/// `curve` as it lies on `screen`: where a live trace of the same signal would lie.
-[[nodiscard]] std::vector<ReferencePoint> on_screen(const ReferenceCurve& curve,
-                                                    const ReferenceScreen& screen);
+/// The same for `curve`, which may have a scale of its own.
+[[nodiscard]] std::optional<ReferenceScreen>
+curve_screen(const FrontPanel& panel, const Channels& channels, const ReferenceCurve& curve);
 
-/// Draws `look` onto `surface`, which shows the whole plot at `scale`, within the plot's border.
-void draw_reference(Surface& surface, const PlotScale& scale, const ReferenceLook& look);
+/// The lines of `curve`: its points, and those of the lower line of an envelope.
+[[nodiscard]] std::vector<std::span<const double>> lines_of(const ReferenceCurve& curve);
+
+/// `line` of `curve` as it lies on `screen`: where a live trace of the same signal would lie.
+[[nodiscard]] std::vector<ReferencePoint>
+on_screen(const ReferenceCurve& curve, std::span<const double> line, const ReferenceScreen& screen);
+
+/// Draws `look` onto `canvas`, whose surface shows the whole plot at `scale`, within the plot's
+/// border. What it may have changed is added to `touched`, where there is one.
+void draw_reference(const Canvas& canvas, const PlotScale& scale, const ReferenceLook& look,
+                    Tiles* touched = nullptr);
 
 } // namespace kv408

@@ -12,7 +12,7 @@ namespace kv408 {
 /// What the picture of the plot does not say by itself, as lines to stand under it, in the colours
 /// that the panel shows it in: time per division and the date `time`; volts per division, offset
 /// and delay of each channel that is shown; the results that are shown; and the captions of
-/// `references`.
+/// `references`, kept or computed.
 [[nodiscard]] std::vector<TextLine> scale_lines(const FrontPanel& panel, const LocalTime& time,
                                                 const std::vector<ShownReference>& references = {});
 

@@ -113,7 +113,7 @@ Surface Snapshot::finished(Surface image) const {
 Surface Snapshot::with_scales() const {
     return host_.coder.with_lines(
         plot_box(picture_, panel_),
-        scale_lines(panel_, host_.clock.local_time(), picture_.references()),
+        scale_lines(panel_, host_.clock.local_time(), picture_.captioned()),
         panel_.picture1.back_colour().value_or(Colour{}));
 }
 
@@ -168,7 +168,7 @@ void Snapshot::save_by_dialog(const std::string& name) {
     const Surface scaled = with_scales();
     const Surface shown = shown_plot_box(picture_, panel_);
     const std::string vectors = svg_file(
-        picture_, panel_, scale_lines(panel_, host_.clock.local_time(), picture_.references()),
+        picture_, panel_, scale_lines(panel_, host_.clock.local_time(), picture_.captioned()),
         settings_.snapshotinvert);
     const auto chosen = host_.choosers.save_file({.title = "Save Snapshot",
                                                   .filter = picture_file_kinds,

@@ -189,11 +189,13 @@ void write_graticule(Writer& writer, const Picture::Drawn& drawn) {
 }
 
 void write_reference(Writer& writer, const ReferenceLook& look) {
-    Polyline line(1.0, plot::width - 2.0); // within the border
-    for (const ReferencePoint& point : on_screen(*look.curve, look.screen)) {
-        line.add(point.column, point.row);
+    for (const std::span<const double> values : lines_of(*look.curve)) {
+        Polyline line(1.0, plot::width - 2.0); // within the border
+        for (const ReferencePoint& point : on_screen(*look.curve, values, look.screen)) {
+            line.add(point.column, point.row);
+        }
+        writer.path(line.data(), look.colour, " stroke-linejoin=\"round\"");
     }
-    writer.path(line.data(), look.colour, " stroke-linejoin=\"round\"");
 }
 
 /// Writes each band of a density as lines along its rows.
@@ -319,7 +321,7 @@ void write_cursor_numbers(Writer& writer, const CursorLines& cursors, const Fron
     }
 }
 
-/// Names the references in the upper right corner of the plot.
+/// Names the references and the computed traces in the upper right corner of the plot.
 void write_reference_names(Writer& writer, const std::vector<ShownReference>& references) {
     double y = box::top + line_height;
     for (const ShownReference& reference : references) {
@@ -392,11 +394,14 @@ std::string svg_file(const Picture& picture, const FrontPanel& panel,
             }
         }
     }
+    for (const ReferenceLook& trace : drawn.maths) {
+        write_reference(writer, trace);
+    }
     write_overlays(writer, drawn.overlays);
     writer.raw("</svg>");
     write_labels(writer, panel);
     write_cursor_numbers(writer, drawn.overlays.cursors, panel);
-    write_reference_names(writer, picture.references());
+    write_reference_names(writer, picture.captioned());
     double y = box::height + line_height * 0.7;
     for (const TextLine& line : lines) {
         double x = box::left;

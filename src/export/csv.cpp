@@ -28,7 +28,11 @@ std::string comments(const ExportedSweep& sweep, bool of_one_sweep) {
                                                            : sweep.channels.front().interval /
                                                                  picoseconds_per_second));
     for (const ExportedChannel& channel : sweep.channels) {
-        add(channel.name + " V/div", number_text(channel.v_per_div));
+        if (channel.computed()) {
+            add(channel.name, channel.formula);
+            add(channel.name + " follows", channel.follows == ch1 ? "CH1" : "CH2");
+        }
+        add(channel.name + " " + channel.unit + "/div", number_text(channel.v_per_div));
         add(channel.name + " position (div)", number_text(channel.position));
         add(channel.name + " delay (s)", number_text(channel.delay / picoseconds_per_second));
     }
@@ -58,7 +62,7 @@ std::string table(const ExportedSweep& sweep, char separator) {
         } else if (cells.empty()) {
             cells.emplace_back("Time (s)");
         }
-        cells.push_back(channel.name + " (V)");
+        cells.push_back(channel.name + " (" + channel.unit + ")");
         points = std::max(points, channel.mv.size());
     }
     std::string text;

@@ -8,7 +8,7 @@ namespace kv408 {
 
 /// `sweep` as comma-separated values: comment lines that begin with "# " and say with which
 /// settings it was taken, one line of headings, and a line for each point. Channels whose times are
-/// the same share one column of times. Seconds and volts.
+/// the same share one column of times. Seconds and volts, or the unit of what was computed.
 [[nodiscard]] std::string csv_text(const ExportedSweep& sweep);
 
 /// Its comment lines about the settings of `sweep` alone, without its date and number.

@@ -13,6 +13,15 @@ namespace {
 
 constexpr std::string_view comment_mark = "#";
 constexpr std::string_view program_mark = "Kv408 ";
+constexpr std::string_view per_division = "/div";
+
+/// What the columns of our files are called.
+constexpr std::array<std::string_view, 8> column_names = {
+    "CH1", "CH2", "MATH1", "MATH1MAX", "MATH1MIN", "MATH2", "MATH2MAX", "MATH2MIN"};
+constexpr std::size_t first_computed = 2;
+
+/// What they are in; a channel is always in the first.
+constexpr std::array<std::string_view, 4> column_units = {"V", "V^2", "V/s", "Vs"};
 
 std::string_view without_white_space(std::string_view text) {
     const auto first = text.find_first_not_of(" \t\r");
@@ -99,17 +108,24 @@ private:
     }
 
     bool take_channel_comment(std::string_view name, const std::string& value) {
-        static constexpr std::array<Comment, 3> comments = {{
-            {"V/div", &ExportedChannel::v_per_div, 1.0},
+        static constexpr std::array<Comment, 2> comments = {{
             {"position (div)", &ExportedChannel::position, 1.0},
             {"delay (s)", &ExportedChannel::delay, picoseconds_per_second},
         }};
         for (std::size_t channel = 0; channel < commented_.size(); ++channel) {
             const std::string prefix = channel_name(channel) + ' ';
+            ExportedChannel& told = commented_.at(channel);
+            if (channel >= first_computed && name == channel_name(channel)) {
+                told.formula = value;
+            } else if (name == prefix + "follows") {
+                told.follows = value == "CH2" ? ch2 : ch1;
+            } else if (name.starts_with(prefix) && name.ends_with(per_division)) {
+                return take_number(value, [&](double number) { told.v_per_div = number; });
+            }
             for (const Comment& comment : comments) {
                 if (name.starts_with(prefix) && name.substr(prefix.size()) == comment.name) {
                     return take_number(value, [&](double number) {
-                        commented_.at(channel).*comment.number = number * comment.factor;
+                        told.*comment.number = number * comment.factor;
                     });
                 }
             }
@@ -141,10 +157,7 @@ private:
                 columns_.push_back({.times = true, .channel = 0});
                 continue;
             }
-            std::size_t channel = 0;
-            while (channel < commented_.size() && heading != channel_name(channel) + " (V)") {
-                ++channel;
-            }
+            const std::size_t channel = headed(heading);
             const bool again =
                 std::any_of(columns_.begin(), columns_.end(), [&](const Column& other) {
                     return !other.times && other.channel == channel;
@@ -156,6 +169,21 @@ private:
         }
         values_.resize(columns_.size());
         return columns_.size() > 1 && columns_.front().times && !columns_.back().times;
+    }
+
+    /// The channel that a column with this heading is of, and notes its unit; as many as there are
+    /// for none of ours.
+    std::size_t headed(std::string_view heading) {
+        for (std::size_t channel = 0; channel < commented_.size(); ++channel) {
+            for (const std::string_view unit : column_units) {
+                const bool may_be = channel >= first_computed || unit == column_units.front();
+                if (may_be && heading == channel_name(channel) + " (" + std::string(unit) + ")") {
+                    commented_.at(channel).unit = unit;
+                    return channel;
+                }
+            }
+        }
+        return commented_.size();
     }
 
     bool take_point(std::string_view line) {
@@ -184,6 +212,9 @@ private:
             }
             ExportedChannel channel = commented_.at(columns_[column].channel);
             channel.name = channel_name(columns_[column].channel);
+            if (columns_[column].channel >= first_computed && channel.formula.empty()) {
+                channel.formula = channel.name; // whoever wrote the file left its comments out
+            }
             if (!take_times(*times, channel) || values_[column].size() != times->size()) {
                 return {.sweep = {}, .problem = channel.name + ": the times are not evenly spaced"};
             }
@@ -216,13 +247,13 @@ private:
     }
 
     static std::string channel_name(std::size_t channel) {
-        return "CH" + std::to_string(channel + 1);
+        return std::string(column_names.at(channel));
     }
 
     static constexpr std::size_t longest_shown = 40; ///< bytes of the file in a message
 
     ExportedSweep sweep_;
-    std::array<ExportedChannel, 2> commented_;
+    std::array<ExportedChannel, column_names.size()> commented_;
     std::vector<Column> columns_;
     std::vector<std::vector<double>> values_; ///< by column
     std::size_t line_ = 0;

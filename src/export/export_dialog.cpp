@@ -40,8 +40,9 @@ std::string filter(const ExportType& first) {
 } // namespace
 
 ExportDialog::ExportDialog(const FrontPanel& panel, const Sweeps& sweeps, const Host& host,
-                           Origin origin)
-    : panel_(panel), sweeps_(sweeps), host_(host), origin_(std::move(origin)) {
+                           Origin origin, AddComputed add_computed)
+    : panel_(panel), sweeps_(sweeps), host_(host), origin_(std::move(origin)),
+      add_computed_(std::move(add_computed)) {
     controls_.cmbExportType.set_entries(captions());
     controls_.cmbExportType.set_index(0);
     controls_.cmbExportType.on_click([this] { cmbExportType_Click(); });
@@ -84,9 +85,16 @@ ExportedSweep ExportDialog::sweep(std::size_t most) const {
     }
     ExportOrigin origin = origin_();
     origin.utc_offset = utc_offset(host_.clock);
-    return exported_sweep(
+    ExportedSweep exported = exported_sweep(
         *last, {panel_.channel[ch1].enable.checked(), panel_.channel[ch2].enable.checked()}, origin,
         most);
+    if (add_computed_) {
+        add_computed_(*last, exported);
+        for (ExportedChannel& channel : exported.channels) {
+            channel.mv.resize(std::min(most, channel.mv.size()));
+        }
+    }
+    return exported;
 }
 
 void ExportDialog::show_sweep() {

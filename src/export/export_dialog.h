@@ -36,7 +36,9 @@ public:
     using Host = DialogHost;
     using Origin = TellOrigin;
 
-    ExportDialog(const FrontPanel& panel, const Sweeps& sweeps, const Host& host, Origin origin);
+    /// `add_computed` brings the computed traces, which are saved behind the channels.
+    ExportDialog(const FrontPanel& panel, const Sweeps& sweeps, const Host& host, Origin origin,
+                 AddComputed add_computed = {});
     ExportDialog(const ExportDialog&) = delete;
     ExportDialog& operator=(const ExportDialog&) = delete;
 
@@ -75,6 +77,7 @@ private:
     const Sweeps& sweeps_;
     Host host_;
     Origin origin_;
+    AddComputed add_computed_;
     ExportControls controls_;
     std::string offered_; ///< the name that the dialog itself has put into the box last
     bool open_ = false;

@@ -11,9 +11,19 @@ namespace {
 
 constexpr std::string_view magic_and_version{"\x93NUMPY\x01\x00", 8};
 
-/// "CH1" gives "1".
-std::string number_of(const ExportedChannel& channel) {
-    return channel.name.substr(channel.name.size() - 1);
+/// "CH1" gives "ch1".
+std::string column_of(const ExportedChannel& channel) {
+    std::string name = channel.name;
+    std::transform(name.begin(), name.end(), name.begin(), [](char letter) {
+        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+    });
+    return name;
+}
+
+/// The column of its times, where it has its own: "time1", "time_math1".
+std::string time_column_of(const ExportedChannel& channel) {
+    return channel.computed() ? "time_" + column_of(channel)
+                              : "time" + channel.name.substr(channel.name.size() - 1);
 }
 
 std::string columns_of(const ExportedSweep& sweep) {
@@ -26,9 +36,9 @@ std::string columns_of(const ExportedSweep& sweep) {
     }
     for (const ExportedChannel& channel : sweep.channels) {
         if (!sweep.same_times()) {
-            add("time" + number_of(channel));
+            add(time_column_of(channel));
         }
-        add("ch" + number_of(channel));
+        add(column_of(channel));
     }
     return columns += "]";
 }

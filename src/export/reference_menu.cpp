@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "export/computed_channel.h"
 #include "export/csv.h"
 #include "export/csv_import.h"
 #include "export/date_text.h"
@@ -25,6 +26,8 @@ ReferenceControls::ReferenceControls(std::size_t place)
     : mnuReferenceShow(indexed("mnuReferenceShow", place)),
       mnuReferenceKeepCH1(indexed("mnuReferenceKeepCH1", place)),
       mnuReferenceKeepCH2(indexed("mnuReferenceKeepCH2", place)),
+      mnuReferenceKeepMATH1(indexed("mnuReferenceKeepMATH1", place)),
+      mnuReferenceKeepMATH2(indexed("mnuReferenceKeepMATH2", place)),
       mnuReferenceLoad(indexed("mnuReferenceLoad", place)),
       mnuReferenceSave(indexed("mnuReferenceSave", place)),
       mnuReferenceClear(indexed("mnuReferenceClear", place)),
@@ -32,16 +35,22 @@ ReferenceControls::ReferenceControls(std::size_t place)
     lblReference.set_fore_colour(reference_colours.at(place));
 }
 
-ReferenceMenu::ReferenceMenu(const Sweeps& sweeps, const Host& host, Origin origin, Show show)
-    : sweeps_(sweeps), host_(host), origin_(std::move(origin)),
-      show_(std::move(show)), controls_{ReferenceControls(0), ReferenceControls(1),
-                                        ReferenceControls(2), ReferenceControls(3)} {
+ReferenceMenu::ReferenceMenu(const Sweeps& sweeps, const Host& host, Origin origin, Show show,
+                             AddComputed add_computed)
+    : sweeps_(sweeps), host_(host), origin_(std::move(origin)), show_(std::move(show)),
+      add_computed_(std::move(add_computed)), controls_{ReferenceControls(0), ReferenceControls(1),
+                                                        ReferenceControls(2),
+                                                        ReferenceControls(3)} {
     for (std::size_t place = 0; place < controls_.size(); ++place) {
         ReferenceControls& controls = controls_.at(place);
         controls.mnuReferenceKeepCH1.on_click(
             [this, place] { mnuReferenceKeep_Click(place, "CH1"); });
         controls.mnuReferenceKeepCH2.on_click(
             [this, place] { mnuReferenceKeep_Click(place, "CH2"); });
+        controls.mnuReferenceKeepMATH1.on_click(
+            [this, place] { mnuReferenceKeep_Click(place, maths_name(0)); });
+        controls.mnuReferenceKeepMATH2.on_click(
+            [this, place] { mnuReferenceKeep_Click(place, maths_name(1)); });
         controls.mnuReferenceLoad.on_click([this, place] { mnuReferenceLoad_Click(place); });
         controls.mnuReferenceSave.on_click([this, place] { mnuReferenceSave_Click(place); });
         controls.mnuReferenceShow.on_click([this, place] { mnuReferenceShow_Click(place); });
@@ -50,16 +59,24 @@ ReferenceMenu::ReferenceMenu(const Sweeps& sweeps, const Host& host, Origin orig
     show_controls();
 }
 
-void ReferenceMenu::mnuReferenceKeep_Click(std::size_t place, std::string_view channel) {
+void ReferenceMenu::mnuReferenceKeep_Click(std::size_t place, const std::string& trace) {
     const auto& sweep = sweeps_.last_complete();
     ExportOrigin origin = origin_();
     origin.utc_offset = utc_offset(host_.clock);
-    if (!sweep || !references_.keep(place, exported_sweep(*sweep, sweep->came, origin), channel)) {
-        host_.boxes.show({.text = std::string(channel) + " has no whole sweep to keep.",
-                          .icon = MessageIcon::information});
-        return;
+    bool kept = false;
+    if (sweep) {
+        ExportedSweep exported = exported_sweep(*sweep, sweep->came, origin);
+        if (add_computed_) {
+            add_computed_(*sweep, exported);
+        }
+        kept = references_.keep(place, exported, trace);
     }
-    show_all();
+    if (kept) {
+        show_all();
+    } else {
+        host_.boxes.show(
+            {.text = trace + " has no whole sweep to keep.", .icon = MessageIcon::information});
+    }
 }
 
 void ReferenceMenu::mnuReferenceLoad_Click(std::size_t place) {
@@ -86,21 +103,36 @@ void ReferenceMenu::mnuReferenceLoad_Click(std::size_t place) {
 
 std::optional<std::size_t> ReferenceMenu::channel_to_keep(const std::string& file,
                                                           const ExportedSweep& sweep) {
-    if (sweep.channels.size() == 1) {
-        return 0;
+    std::vector<std::size_t> traces; // where each begins: an envelope has two lines
+    std::string names;
+    for (std::size_t index = 0; index < sweep.channels.size(); ++index) {
+        if (index > 0 && envelope_at(sweep, index - 1)) {
+            continue;
+        }
+        names += traces.empty() ? "" : ", ";
+        names += trace_of(sweep.channels[index]);
+        traces.push_back(index);
     }
-    const std::string& first = sweep.channels.front().name;
-    const std::string& second = sweep.channels.back().name;
-    const MessageAnswer answer =
-        host_.boxes.show({.text = file + " holds " + first + " and " + second + ".",
-                          .buttons = MessageButtons::ok_cancel,
-                          .icon = MessageIcon::question,
-                          .informative = "OK keeps " + first + ".",
-                          .extra_button = "Keep " + second});
-    if (answer == MessageAnswer::cancel) {
-        return std::nullopt;
+    const auto name = [&](std::size_t place) { return trace_of(sweep.channels[traces[place]]); };
+    if (traces.size() > 1) {
+        names.replace(names.rfind(", "), 2, " and ");
     }
-    return answer == MessageAnswer::extra ? 1 : 0;
+    for (std::size_t place = 0; place + 1 < traces.size(); ++place) {
+        const bool two_left = place + 2 == traces.size();
+        const MessageAnswer answer =
+            host_.boxes.show({.text = file + " holds " + names + ".",
+                              .buttons = MessageButtons::ok_cancel,
+                              .icon = MessageIcon::question,
+                              .informative = "OK keeps " + name(place) + ".",
+                              .extra_button = two_left ? "Keep " + name(place + 1) : "Another"});
+        if (answer == MessageAnswer::cancel) {
+            return std::nullopt;
+        }
+        if (answer != MessageAnswer::extra) {
+            return traces[place];
+        }
+    }
+    return traces.back();
 }
 
 void ReferenceMenu::mnuReferenceSave_Click(std::size_t place) {
@@ -113,7 +145,7 @@ void ReferenceMenu::mnuReferenceSave_Click(std::size_t place) {
     const auto chosen = host_.choosers.save_file(
         {.title = "Save " + reference_name(place),
          .filter = csv_files,
-         .default_name = reference_name(place) + "_" + reference->channel().name + ".csv",
+         .default_name = reference_name(place) + "_" + trace_of(reference->channel()) + ".csv",
          .default_suffix = "csv"});
     if (!chosen) {
         return;

@@ -5,7 +5,6 @@
 #include <functional>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "export/dialog_host.h"
@@ -24,12 +23,14 @@ namespace kv408 {
 struct ReferenceControls {
     explicit ReferenceControls(std::size_t place);
 
-    CheckBox mnuReferenceShow;  ///< shows it or hides it; enabled while one is kept
-    Button mnuReferenceKeepCH1; ///< keeps CH1 of the last whole sweep
-    Button mnuReferenceKeepCH2; ///< keeps CH2 of it
-    Button mnuReferenceLoad;    ///< asks for a file and keeps what it holds
-    Button mnuReferenceSave;    ///< asks for a file and saves it there
-    Button mnuReferenceClear;   ///< forgets it
+    CheckBox mnuReferenceShow;    ///< shows it or hides it; enabled while one is kept
+    Button mnuReferenceKeepCH1;   ///< keeps CH1 of the last whole sweep
+    Button mnuReferenceKeepCH2;   ///< keeps CH2 of it
+    Button mnuReferenceKeepMATH1; ///< keeps the first computed trace
+    Button mnuReferenceKeepMATH2; ///< keeps the second one
+    Button mnuReferenceLoad;      ///< asks for a file and keeps what it holds
+    Button mnuReferenceSave;      ///< asks for a file and saves it there
+    Button mnuReferenceClear;     ///< forgets it
     Label lblReference; ///< name, volts and time per division in its colour; hidden without one
 };
 
@@ -43,7 +44,9 @@ public:
     /// Who draws the references that are shown.
     using Show = std::function<void(std::vector<ShownReference>)>;
 
-    ReferenceMenu(const Sweeps& sweeps, const Host& host, Origin origin, Show show);
+    /// `add_computed` brings the computed traces, of which any reference can be made too.
+    ReferenceMenu(const Sweeps& sweeps, const Host& host, Origin origin, Show show,
+                  AddComputed add_computed = {});
     ReferenceMenu(const ReferenceMenu&) = delete;
     ReferenceMenu& operator=(const ReferenceMenu&) = delete;
 
@@ -53,7 +56,7 @@ public:
     [[nodiscard]] const References& references() const { return references_; }
 
 private:
-    void mnuReferenceKeep_Click(std::size_t place, std::string_view channel);
+    void mnuReferenceKeep_Click(std::size_t place, const std::string& trace);
     void mnuReferenceLoad_Click(std::size_t place);
     [[nodiscard]] std::optional<std::size_t> channel_to_keep(const std::string& file,
                                                              const ExportedSweep& sweep);
@@ -67,6 +70,7 @@ private:
     Host host_;
     Origin origin_;
     Show show_;
+    AddComputed add_computed_;
     References references_;
     std::array<ReferenceControls, References::count> controls_;
 };

@@ -14,8 +14,9 @@ namespace kv408 {
 
 /// A curve that was kept to compare the live traces with, in its own units.
 struct Reference {
-    std::string name;                            ///< "R1 CH2 sweep 7" or that of the file
-    ExportedSweep sweep;                         ///< with the one channel that was kept
+    std::string name; ///< "R1 CH2 sweep 7" or that of the file
+    /// With the one channel that was kept, or the two lines of an envelope.
+    ExportedSweep sweep;
     std::shared_ptr<const ReferenceCurve> curve; ///< its points, for the picture
     bool shown = true;
 
@@ -39,8 +40,9 @@ public:
         return places_.at(place);
     }
 
-    /// Keeps channel `name` of `sweep` in `place` and shows it. False where the sweep has no such
-    /// channel, and nothing changes then.
+    /// Keeps channel `name` of `sweep` in `place` and shows it; "MATH1" is a computed trace, both
+    /// of its lines where it is an envelope. False where the sweep has no such channel, and nothing
+    /// changes then.
     bool keep(std::size_t place, const ExportedSweep& sweep, std::string_view name);
 
     /// Keeps channel `channel` of `sweep`, which the file called `name` holds, in `place` and shows

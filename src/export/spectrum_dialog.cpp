@@ -8,6 +8,7 @@
 #include "measure/clipping.h"
 #include "state/engineering_format.h"
 #include "state/rounding.h"
+#include "state/units.h"
 
 namespace kv408 {
 namespace {
@@ -17,6 +18,7 @@ using namespace std::chrono_literals;
 /// Between two updates of the window.
 constexpr std::chrono::nanoseconds between_spectra = 200ms;
 constexpr int told_digits = 5;
+constexpr int channels = 2; ///< that stand before the computed traces
 
 std::string hertz_text(double hertz) {
     std::string text = engformat(hertz, told_digits);
@@ -32,9 +34,10 @@ std::string decibels_text(double decibels, std::string_view unit) {
 
 } // namespace
 
-SpectrumDialog::SpectrumDialog(const FrontPanel& panel, const Clock& clock)
-    : panel_(panel), clock_(clock) {
-    controls_.cmbSpectrumChannel.set_entries({"CH1", "CH2"});
+SpectrumDialog::SpectrumDialog(const FrontPanel& panel, const Clock& clock,
+                               FindComputed find_computed)
+    : panel_(panel), clock_(clock), find_computed_(std::move(find_computed)) {
+    controls_.cmbSpectrumChannel.set_entries({"CH1", "CH2", "MATH1", "MATH2"});
     controls_.cmbSpectrumWindow.set_entries({window_names.begin(), window_names.end()});
     controls_.cmbSpectrumUnit.set_entries({"dBV", "dBm in 50 Ohm"});
     controls_.cmbSpectrumHold.set_entries({"Last sweep", "Mean of sweeps", "Highest of sweeps"});
@@ -72,13 +75,39 @@ void SpectrumDialog::close() {
     show();
 }
 
+std::optional<std::size_t> SpectrumDialog::computed_place() const {
+    const int chosen = controls_.cmbSpectrumChannel.index();
+    return chosen < channels ? std::nullopt
+                             : std::optional(static_cast<std::size_t>(chosen - channels));
+}
+
+SpectrumDialog::Computed SpectrumDialog::computed() const {
+    const auto place = computed_place();
+    return place && find_computed_ ? find_computed_(*place)
+                                   : Computed{.trace = nullptr, .reason = "Off"};
+}
+
+/// The channel that is chosen, or A of the computed trace.
 Channel SpectrumDialog::channel() const {
+    if (computed_place()) {
+        return definition_.a;
+    }
     return controls_.cmbSpectrumChannel.index() == 1 ? ch2 : ch1;
+}
+
+void SpectrumDialog::computed_changed() {
+    if (open_ && computed_place()) {
+        const Computed now = computed();
+        if (!now.trace || now.trace->definition != definition_) {
+            begin_anew();
+        }
+    }
 }
 
 void SpectrumDialog::begin_anew() {
     history_.clear();
     has_clipped_ = false;
+    definition_ = {};
     if (open_ && last_) {
         add(*last_);
     }
@@ -94,14 +123,43 @@ void SpectrumDialog::take(const std::shared_ptr<const Sweep>& sweep) {
 }
 
 void SpectrumDialog::add(const Sweep& sweep) {
+    const auto window = static_cast<SpectrumWindow>(controls_.cmbSpectrumWindow.index());
+    if (computed_place()) {
+        add_computed_spectrum(sweep, window);
+        return;
+    }
     const ChannelSweep& part = *sweep.channel.at(channel());
     if (sweep.came.at(channel()) && part.whole) {
-        const auto window = static_cast<SpectrumWindow>(controls_.cmbSpectrumWindow.index());
         history_.add(spectrum_of(part.mv, part.time_per_point, window));
-        averaged_ = part.averaged;
-        clips_ = clipping_of(part) != Clipping{};
-        has_clipped_ = has_clipped_ || clips_;
+        note(part, clipping_of(part) != Clipping{});
     }
+}
+
+void SpectrumDialog::note(const ChannelSweep& part, bool clips) {
+    averaged_ = part.averaged;
+    clips_ = clips;
+    has_clipped_ = has_clipped_ || clips;
+}
+
+void SpectrumDialog::add_computed_spectrum(const Sweep& sweep, SpectrumWindow window) {
+    const Computed now = computed();
+    if (!now.trace || now.trace->sweep != sweep.number) {
+        history_.clear();
+        return;
+    }
+    if (now.trace->definition != definition_) {
+        history_.clear();
+        definition_ = now.trace->definition;
+    }
+    std::vector<double> thousandths = now.trace->values;
+    for (double& value : thousandths) {
+        value *= millivolts_per_volt;
+    }
+    history_.add(spectrum_of(thousandths, now.trace->time_per_point, window));
+    const ChannelSweep& part = *sweep.channel.at(definition_.a);
+    const bool other_clips = definition_.has_two_channels() &&
+                             clipping_of(*sweep.channel.at(definition_.b)) != Clipping{};
+    note(part, other_clips || clipping_of(part) != Clipping{});
 }
 
 void SpectrumDialog::count_typed() {
@@ -126,10 +184,14 @@ std::size_t SpectrumDialog::sweeps() const {
 }
 
 double SpectrumDialog::level(double power) const {
-    return controls_.cmbSpectrumUnit.index() == 0 ? dbv(power) : dbm(power);
+    return controls_.cmbSpectrumUnit.index() == 0 || !in_volts() ? dbv(power) : dbm(power);
 }
 
 std::string SpectrumDialog::unit() const {
+    if (!in_volts()) {
+        std::string text = "dB(";
+        return text.append(unit_name(definition_.unit())).append(")");
+    }
     return controls_.cmbSpectrumUnit.index() == 0 ? "dBV" : "dBm";
 }
 
@@ -147,9 +209,13 @@ void SpectrumDialog::show() {
     purity_ = purity_of(shown_);
     reason_.clear();
     if (shown_.power.empty()) {
-        reason_ = panel_.channel.at(channel()).enable.checked() ? "No whole sweep has come yet"
-                                                                : "The channel is off";
+        const std::string why = computed_place() ? computed().reason : std::string();
+        reason_ = why == "Off" ? "No function is chosen for " + controls_.cmbSpectrumChannel.text()
+                  : !why.empty()                                  ? why
+                  : panel_.channel.at(channel()).enable.checked() ? "No whole sweep has come yet"
+                                                                  : "The channel is off";
     }
+    controls_.cmbSpectrumUnit.set_enabled(in_volts());
     controls_.txtSpectrumCount.set_enabled(controls_.cmbSpectrumHold.index() != 0);
     controls_.cmdSpectrumCopy.set_enabled(reason_.empty());
     controls_.lblSpectrumState.set_caption(state_text());

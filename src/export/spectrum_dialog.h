@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "host/clock.h"
+#include "maths/maths_trace.h"
 #include "panel/controls.h"
 #include "panel/front_panel.h"
 #include "spectrum/spectral_lines.h"
@@ -19,7 +20,7 @@ namespace kv408 {
 /// The controls of the spectrum window.
 struct SpectrumControls {
     Button mnuspectrum{"mnuspectrum"};                ///< Tools: opens it
-    ListBox cmbSpectrumChannel{"cmbSpectrumChannel"}; ///< whose sweeps
+    ListBox cmbSpectrumChannel{"cmbSpectrumChannel"}; ///< whose sweeps, or which computed trace
     ListBox cmbSpectrumWindow{"cmbSpectrumWindow"};   ///< in the order of `window_names`
     ListBox cmbSpectrumUnit{"cmbSpectrumUnit"};       ///< dBV, dBm in 50 ohms
     ListBox cmbSpectrumHold{"cmbSpectrumHold"};       ///< as `SpectrumHold`
@@ -40,8 +41,16 @@ public:
     /// How many peaks are told.
     static constexpr std::size_t most_peaks = 5;
 
-    /// Watches what `panel` has on; all outlive it.
-    SpectrumDialog(const FrontPanel& panel, const Clock& clock);
+    /// A computed trace, 0 the first: null where there is none, and then the reason why.
+    struct Computed {
+        std::shared_ptr<const MathsTrace> trace;
+        std::string reason;
+    };
+    using FindComputed = std::function<Computed(std::size_t)>;
+
+    /// Watches what `panel` has on; all outlive it. `find_computed` finds the computed traces,
+    /// which have taken each sweep before the dialog does.
+    SpectrumDialog(const FrontPanel& panel, const Clock& clock, FindComputed find_computed = {});
     SpectrumDialog(const SpectrumDialog&) = delete;
     SpectrumDialog& operator=(const SpectrumDialog&) = delete;
 
@@ -55,6 +64,9 @@ public:
 
     /// Closes it and forgets the sweeps.
     void close();
+
+    /// Begins anew if the computed trace whose spectrum is shown is another one now.
+    void computed_changed();
 
     /// A sweep with which every channel that is on has come.
     void take(const std::shared_ptr<const Sweep>& sweep);
@@ -77,7 +89,7 @@ public:
     /// The level of `power` in the chosen unit, decibels.
     [[nodiscard]] double level(double power) const;
 
-    /// "dBV" or "dBm".
+    /// "dBV" or "dBm"; of what is no voltage decibels above its unit rms, "dB(V/s)".
     [[nodiscard]] std::string unit() const;
 
     /// Why there is no spectrum; empty where there is one.
@@ -94,9 +106,15 @@ public:
     void on_computed(std::function<void()> listener) { computed_ = std::move(listener); }
 
 private:
+    /// The place of the computed trace that is chosen; nothing where a channel is.
+    [[nodiscard]] std::optional<std::size_t> computed_place() const;
+    [[nodiscard]] Computed computed() const;
+    [[nodiscard]] bool in_volts() const { return definition_.unit() == MathsUnit::volt; }
     [[nodiscard]] Channel channel() const;
     [[nodiscard]] SpectrumHold held() const;
+    void add_computed_spectrum(const Sweep& sweep, SpectrumWindow window);
     void begin_anew();
+    void note(const ChannelSweep& part, bool clips);
     void add(const Sweep& sweep);
     void count_typed();
     void show();
@@ -108,6 +126,8 @@ private:
     const FrontPanel& panel_;
     const Clock& clock_;
     SpectrumControls controls_;
+    FindComputed find_computed_;
+    MathsDefinition definition_; ///< of the computed trace whose spectra are kept
     SpectrumHistory history_;
     std::shared_ptr<const Sweep> last_; ///< the last one that was taken
     bool averaged_ = false;             ///< the last spectrum is of an averaged sweep

@@ -13,8 +13,8 @@ RemoteControl::RemoteControl(Host host)
     for (const auto& commands :
          {acquisition_commands, panel_commands, display_commands, cursor_commands,
           measurement_commands, waveform_commands, density_commands, histogram_commands,
-          jitter_commands, eye_commands, mask_commands, spectrum_commands, autoset_commands,
-          system_commands}) {
+          jitter_commands, eye_commands, mask_commands, maths_commands, spectrum_commands,
+          autoset_commands, system_commands}) {
         table_.add(commands(instrument_));
     }
     instrument_.on_lock([this] { changed(); });

@@ -11,6 +11,8 @@ namespace {
 
 constexpr std::array<std::string_view, 4> window_choices{"HANN", "FLATtop", "BLACkmanharris",
                                                          "NONE"};
+constexpr std::array<std::string_view, 4> source_choices{"CHANnel1", "CHANnel2", "MATH1", "MATH2"};
+constexpr std::array<std::string_view, 2> axis_choices{"LINear", "LOGarithmic"};
 constexpr std::array<std::string_view, 2> unit_choices{"DBV", "DBM"};
 constexpr std::array<std::string_view, 3> hold_choices{"LAST", "MEAN", "PEAK"};
 
@@ -85,9 +87,19 @@ std::vector<Command> spectrum_commands(Instrument& instrument) {
                 });
             },
             [window](const Call&) { return window.dialog().is_open(); }),
-        window.list("SPECtrum:SOURce", channel_choices, &Controls::cmbSpectrumChannel),
+        window.list("SPECtrum:SOURce", source_choices, &Controls::cmbSpectrumChannel),
         window.list("SPECtrum:WINDow", window_choices, &Controls::cmbSpectrumWindow),
         window.list("SPECtrum:UNIT", unit_choices, &Controls::cmbSpectrumUnit),
+        choice_setting(
+            "SPECtrum:AXIS", axis_choices,
+            [&instrument](const Call& call, std::size_t index) {
+                instrument.act(call.client, [index](Scope& scope) {
+                    scope.tools().spectrum().controls().chkSpectrumLog.set_checked(index == 1);
+                });
+            },
+            [window](const Call&) -> std::size_t {
+                return window.dialog().controls().chkSpectrumLog.checked() ? 1 : 0;
+            }),
         window.list("SPECtrum:HOLD", hold_choices, &Controls::cmbSpectrumHold),
         window.type("SPECtrum:COUNt", {{1.0, static_cast<double>(SpectrumHistory::most), 16.0},
                                        &Controls::txtSpectrumCount,

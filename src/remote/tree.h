@@ -33,6 +33,9 @@ namespace kv408 {
 /// The histogram of a part of that.
 [[nodiscard]] std::vector<Command> histogram_commands(Instrument& instrument);
 
+/// The traces that are computed from the channels.
+[[nodiscard]] std::vector<Command> maths_commands(Instrument& instrument);
+
 /// The spectrum of a channel.
 [[nodiscard]] std::vector<Command> spectrum_commands(Instrument& instrument);
 

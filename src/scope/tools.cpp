@@ -14,14 +14,22 @@ DialogHost dialog_host(const Tools::Host& host) {
 
 Tools::Tools(FrontPanel& panel, const Sweeps& sweeps, const Shown& shown, const Host& host)
     : panel_(panel), shown_(shown), places_(host.places),
-      export_dialog_(panel, sweeps, dialog_host(host), [this] { return origin(); }),
+      maths_(
+          panel, sweeps, host.clock,
+          [this](std::vector<ShownReference> traces) {
+              shown_.picture.set_maths(std::move(traces));
+          },
+          [this] { shown_.picture.draw(draw_flags::all); }),
+      export_dialog_(
+          panel, sweeps, dialog_host(host), [this] { return origin(); }, add_computed()),
       record_dialog_(panel, dialog_host(host), [this] { return origin(); }),
       references_(
           sweeps, dialog_host(host), [this] { return origin(); },
           [this](std::vector<ShownReference> references) {
               shown_.picture.set_references(std::move(references));
               shown_.picture.draw(draw_flags::all);
-          }),
+          },
+          add_computed()),
       statistics_(statistics_host(host)), density_(panel, dialog_host(host), density_plot()),
       histogram_(density_, host.clock, histogram_plot()), jitter_(density_, host.clock),
       eye_(density_, host.clock, marks_of(Picture::MarksOf::eye)),
@@ -30,7 +38,7 @@ Tools::Tools(FrontPanel& panel, const Sweeps& sweeps, const Shown& shown, const 
              .program = host.places.program,
              .actions = limit_host(host)},
             marks_of(Picture::MarksOf::mask)),
-      readouts_(shown.readouts, host.clock), spectrum_(panel, host.clock) {
+      readouts_(shown.readouts, host.clock), spectrum_(panel, host.clock, find_computed()) {
     for (Button* const entry : {&panel.mnuexport, &panel.exportdata}) {
         entry->on_click([this] { export_dialog_.open(places_.documents); });
     }
@@ -41,12 +49,32 @@ Tools::Tools(FrontPanel& panel, const Sweeps& sweeps, const Shown& shown, const 
     jitter_.controls().mnujitter.on_click([this] { jitter_.open(); });
     eye_.controls().mnueye.on_click([this] { eye_.open(); });
     mask_.controls().mnumask.on_click([this] { mask_.open(); });
+    maths_.controls().mnumaths.on_click([this] { maths_.open(); });
+    maths_.on_changed([this] { maths_changed(); });
     spectrum_.controls().mnuspectrum.on_click(
         [this, &sweeps] { spectrum_.open(sweeps.last_complete()); });
 }
 
 ExportOrigin Tools::origin() const {
     return {.version = KV408_VERSION, .serial = panel_.device.text()};
+}
+
+AddComputed Tools::add_computed() const {
+    return [this](const Sweep& sweep, ExportedSweep& exported) { maths_.add_to(sweep, exported); };
+}
+
+SpectrumDialog::FindComputed Tools::find_computed() const {
+    return [this](std::size_t place) {
+        const MathsTool& tool = maths_.tool(place);
+        return SpectrumDialog::Computed{.trace = tool.trace(), .reason = tool.reason()};
+    };
+}
+
+void Tools::maths_changed() {
+    spectrum_.computed_changed();
+    if (export_dialog_.is_open()) {
+        export_dialog_.show_sweep();
+    }
 }
 
 LimitActions::Host Tools::limit_host(const Host& host) {
@@ -134,6 +162,7 @@ void Tools::set_paused(bool paused) {
 }
 
 void Tools::sweep_complete(const std::shared_ptr<const Sweep>& sweep) {
+    maths_.take(*sweep); // first: others take what it computes
     record_dialog_.take(*sweep);
     if (export_dialog_.is_open()) {
         export_dialog_.show_sweep();

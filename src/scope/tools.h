@@ -11,6 +11,7 @@
 #include "export/histogram_dialog.h"
 #include "export/jitter_dialog.h"
 #include "export/mask_dialog.h"
+#include "export/maths_dialog.h"
 #include "export/readouts_dialog.h"
 #include "export/record_dialog.h"
 #include "export/reference_menu.h"
@@ -85,6 +86,10 @@ public:
     /// The mask window.
     [[nodiscard]] MaskDialog& mask() { return mask_; }
 
+    /// The maths window.
+    [[nodiscard]] MathsDialog& maths() { return maths_; }
+    [[nodiscard]] const MathsDialog& maths() const { return maths_; }
+
     /// The spectrum window.
     [[nodiscard]] SpectrumDialog& spectrum() { return spectrum_; }
     [[nodiscard]] const SpectrumDialog& spectrum() const { return spectrum_; }
@@ -116,11 +121,15 @@ public:
         eye_.tick_over();
         mask_.tick_over();
         readouts_.tick_over();
+        maths_.tick_over();
         spectrum_.tick_over();
     }
 
 private:
     [[nodiscard]] ExportOrigin origin() const;
+    [[nodiscard]] AddComputed add_computed() const;
+    [[nodiscard]] SpectrumDialog::FindComputed find_computed() const;
+    void maths_changed();
     [[nodiscard]] LimitActions::Host limit_host(const Host& host);
     [[nodiscard]] StatisticsDialog::Host statistics_host(const Host& host);
     [[nodiscard]] DensityDialog::Plot density_plot();
@@ -130,6 +139,7 @@ private:
     FrontPanel& panel_;
     Shown shown_;
     Places places_;
+    MathsDialog maths_;
     ExportDialog export_dialog_;
     RecordDialog record_dialog_;
     ReferenceMenu references_;

@@ -53,7 +53,7 @@ MainWindow::MainWindow(Scope& scope, const Dialogs& dialogs)
     const QSize room = screen()->availableSize() - QSize(0, title_bar_height);
     resize(sizeHint().boundedTo(room).expandedTo(minimumSizeHint()));
     take_plot_drags(plot(), driver_);
-    screen_->add_references(scope.tools().references(), driver_);
+    screen_->add_references(scope.tools().references(), scope.tools().maths(), driver_);
     screen_->add_clipping_marks(scope.tools().readouts().controls());
     listen_to_settings();
     follow(scope.calibration_form(), *this, plot(), driver_);

@@ -34,6 +34,7 @@ constexpr std::array windows = {
     Topic(u"frmEye", "eye"),
     Topic(u"frmMask", "eye"),
     Topic(u"frmReadouts", "readouts"),
+    Topic(u"frmMaths", "maths"),
     Topic(u"frmSpectrum", "spectrum"),
     Topic(u"frmAutoset", "autoset"),
 };

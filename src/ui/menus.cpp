@@ -71,7 +71,7 @@ void fill_tools(QMenu& tools, ScopeDriver& driver) {
     add(tools, panel.mnudensity, driver,
         {u"&Density"_s, u"Shows how often the traces have passed where"_s});
     add(tools, driver.tools().histogram().controls().mnuhistogram, driver,
-        {u"&Histogram"_s, u"Shows how the hits of a part of the plot spread"_s});
+        {u"Histo&gram"_s, u"Shows how the hits of a part of the plot spread"_s});
     add(tools, driver.tools().jitter().controls().mnujitter, driver,
         {u"&Jitter"_s, u"Shows by how much the time of an edge varies"_s});
     add(tools, driver.tools().eye().controls().mnueye, driver,
@@ -80,6 +80,8 @@ void fill_tools(QMenu& tools, ScopeDriver& driver) {
         {u"Mas&k Test"_s, u"Shows whether a trace keeps out of a mask"_s});
     add(tools, driver.tools().readouts().controls().mnureadouts, driver,
         {u"Read-ou&ts"_s, u"Shows what the time cursors tell, and what clips"_s});
+    add(tools, driver.tools().maths().controls().mnumaths, driver,
+        {u"Mat&hs"_s, u"Shows traces that are computed from the channels"_s});
     add(tools, driver.tools().spectrum().controls().mnuspectrum, driver,
         {u"Spectru&m"_s, u"Shows what sines the sweeps are made of"_s});
     add(tools, panel.mnuremote, driver,

@@ -8,6 +8,7 @@
 #include "state/plot_geometry.h"
 #include "ui/bind.h"
 #include "ui/colours.h"
+#include "ui/plate.h"
 #include "ui/widget_maker.h"
 
 namespace kv408::ui {
@@ -33,7 +34,8 @@ protected:
 
 } // namespace
 
-ReferencePlates::ReferencePlates(PlotWidget* plot, ReferenceMenu& references, ScopeDriver& driver)
+ReferencePlates::ReferencePlates(PlotWidget* plot, ReferenceMenu& references, MathsDialog& maths,
+                                 ScopeDriver& driver)
     : QWidget(plot), plot_(*plot) {
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -52,6 +54,12 @@ ReferencePlates::ReferencePlates(PlotWidget* plot, ReferenceMenu& references, Sc
             show_colours(*plate, label.fore_colour(), {});
             plate->setVisible(label.visible());
         });
+        layout->addWidget(plate, 0, Qt::AlignRight);
+    }
+    for (std::size_t place = 0; place < MathsDialog::count; ++place) {
+        auto* const plate = new Plate(this);
+        describe(*plate, {u"Computed trace"_s, u"What Tools, Maths computes, and its scale"_s});
+        bind(plate, maths.tool(place).controls().lblMaths);
         layout->addWidget(plate, 0, Qt::AlignRight);
     }
 }

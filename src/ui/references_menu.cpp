@@ -28,6 +28,10 @@ void fill_one(QMenu& menu, ReferenceControls& controls, ScopeDriver& driver) {
               u"Keeps CH1 of the last whole sweep"_s);
     add_entry(menu, controls.mnuReferenceKeepCH2, driver, u"Keep CH&2"_s,
               u"Keeps CH2 of the last whole sweep"_s);
+    add_entry(menu, controls.mnuReferenceKeepMATH1, driver, u"Keep &MATH1"_s,
+              u"Keeps the first trace of the maths window"_s);
+    add_entry(menu, controls.mnuReferenceKeepMATH2, driver, u"Keep M&ATH2"_s,
+              u"Keeps the second trace of the maths window"_s);
     add_entry(menu, controls.mnuReferenceLoad, driver, u"&Load..."_s,
               u"Keeps the first channel of a file that this program has written"_s);
     add_entry(menu, controls.mnuReferenceSave, driver, u"&Save..."_s,

@@ -61,8 +61,9 @@ ScreenPanel::ScreenPanel(ScaledPicture picture, FrontPanel& panel, QWidget* pare
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
 
-void ScreenPanel::add_references(ReferenceMenu& references, ScopeDriver& driver) {
-    references_ = new ReferencePlates(plot_, references, driver);
+void ScreenPanel::add_references(ReferenceMenu& references, MathsDialog& maths,
+                                 ScopeDriver& driver) {
+    references_ = new ReferencePlates(plot_, references, maths, driver);
 }
 
 void ScreenPanel::add_clipping_marks(ReadoutsControls& controls) {

@@ -28,7 +28,7 @@ public:
     [[nodiscard]] PlotWidget& plot() { return *plot_; }
 
     /// Shows on the plot what `references` are there.
-    void add_references(ReferenceMenu& references, ScopeDriver& driver);
+    void add_references(ReferenceMenu& references, MathsDialog& maths, ScopeDriver& driver);
 
     /// Shows at the plot's edges what leaves the instrument's scale there.
     void add_clipping_marks(ReadoutsControls& controls);

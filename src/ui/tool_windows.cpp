@@ -9,6 +9,7 @@
 #include "ui/histogram_window.h"
 #include "ui/jitter_window.h"
 #include "ui/mask_window.h"
+#include "ui/maths_window.h"
 #include "ui/readouts_window.h"
 #include "ui/record_window.h"
 #include "ui/spectrum_window.h"
@@ -48,6 +49,7 @@ ToolWindows::ToolWindows(Tools& tools, ScopeDriver& driver, QWidget& owner, cons
     tools.eye().on_show([this] { show_eye(); });
     tools.mask().on_show([this] { show_mask(); });
     tools.readouts().on_show([this] { show_readouts(); });
+    tools.maths().on_show([this] { show_maths(); });
     tools.spectrum().on_show([this] { show_spectrum(); });
     driver.autoset().on_change([this] { show_autoset(); });
 }
@@ -62,6 +64,7 @@ ToolWindows::~ToolWindows() {
     tools_.eye().on_show({});
     tools_.mask().on_show({});
     tools_.readouts().on_show({});
+    tools_.maths().on_show({});
     tools_.spectrum().on_show({});
     driver_.autoset().on_change({});
 }
@@ -133,6 +136,13 @@ void ToolWindows::show_readouts() {
     present_beside(*readouts_, owner_, plot_);
 }
 
+void ToolWindows::show_maths() {
+    if (!maths_) {
+        maths_ = new MathsWindow(tools_.maths(), driver_, &owner_);
+    }
+    present_beside(*maths_, owner_, plot_);
+}
+
 void ToolWindows::show_spectrum() {
     if (!spectrum_) {
         spectrum_ = new SpectrumWindow(tools_.spectrum(), driver_, &owner_);
@@ -153,8 +163,8 @@ void ToolWindows::show_autoset() {
 void ToolWindows::close() {
     for (QWidget* const window :
          {export_.data(), recording_.data(), statistics_.data(), density_.data(), histogram_.data(),
-          jitter_.data(), eye_.data(), mask_.data(), readouts_.data(), spectrum_.data(),
-          static_cast<QWidget*>(autoset_.data())}) {
+          jitter_.data(), eye_.data(), mask_.data(), readouts_.data(), maths_.data(),
+          spectrum_.data(), static_cast<QWidget*>(autoset_.data())}) {
         if (window != nullptr) {
             window->hide();
         }

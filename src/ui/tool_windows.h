@@ -36,6 +36,7 @@ private:
     void show_eye();
     void show_mask();
     void show_readouts();
+    void show_maths();
     void show_spectrum();
     void show_autoset();
 
@@ -53,6 +54,7 @@ private:
     QPointer<QWidget> eye_;
     QPointer<QWidget> mask_;
     QPointer<QWidget> readouts_;
+    QPointer<QWidget> maths_;
     QPointer<QWidget> spectrum_;
     QPointer<AutosetWindow> autoset_;
 };

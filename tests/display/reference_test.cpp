@@ -22,7 +22,8 @@ ReferenceCurve curve(std::vector<double> mv) {
 
 TEST(Reference, LiesWhereALiveTraceOfItsSignalWould) {
     // 50 mV are one division of 64 rows up; 10 ns are half a division of 64 columns.
-    const auto points = on_screen(curve({0.0, 50.0, -100.0, 500.0}), usual);
+    const ReferenceCurve kept = curve({0.0, 50.0, -100.0, 500.0});
+    const auto points = on_screen(kept, kept.mv, usual);
     ASSERT_EQ(points.size(), 4U);
     EXPECT_EQ(points[0], (ReferencePoint{1.0, 256.0}));
     EXPECT_EQ(points[1], (ReferencePoint{33.0, 192.0}));
@@ -36,7 +37,8 @@ TEST(Reference, FollowsThePanelInItsOwnUnits) {
     screen.zero_row = 96.0;
     screen.columns_per_second = 6.4e9; // 10ns/div
     screen.first_time = 5000.0;        // delayed by half a division
-    const auto points = on_screen(curve({0.0, 50.0}), screen);
+    const ReferenceCurve kept = curve({0.0, 50.0});
+    const auto points = on_screen(kept, kept.mv, screen);
     EXPECT_EQ(points[0], (ReferencePoint{-31.0, 96.0}));
     EXPECT_EQ(points[1], (ReferencePoint{33.0, 64.0}));
 }
@@ -178,8 +180,7 @@ TEST(PictureReferences, EndAtTheBorderInTheVectorsAndBearTheirNames) {
     // rows.
     EXPECT_NE(svg.find("L609,256L639,196\" fill=\"none\" stroke=\"#ff8c00\""), std::string::npos)
         << svg.substr(svg.find("M1,256"), 900);
-    const auto name =
-        svg.find("text-anchor=\"end\">" + scene.picture.references()[0].caption + "<");
+    const auto name = svg.find("text-anchor=\"end\">" + scene.picture.captioned()[0].caption + "<");
     EXPECT_NE(name, std::string::npos);
 }
 

@@ -68,6 +68,7 @@ private Q_SLOTS:
     void remote() { show_remote(gallery_); }
     void autoset() { show_autoset(gallery_); }
     void readouts() { show_readouts(gallery_); }
+    void maths() { show_maths(gallery_); }
     void spectrum() { show_spectrum(gallery_); }
     void they_are_those_of_the_manual();
 };

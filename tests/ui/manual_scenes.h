@@ -34,6 +34,7 @@ void show_recording(Gallery& gallery);
 void show_remote(Gallery& gallery);
 void show_autoset(Gallery& gallery);
 void show_readouts(Gallery& gallery);
+void show_maths(Gallery& gallery);
 void show_spectrum(Gallery& gallery);
 
 } // namespace kv408::ui

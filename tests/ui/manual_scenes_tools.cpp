@@ -85,6 +85,24 @@ void show_readouts(Gallery& gallery) {
     gallery.add(u"clipping"_s, *on.window().findChild<QWidget*>(u"Picture1"_s));
 }
 
+void show_maths(Gallery& gallery) {
+    SteadyProgram on;
+    on.start_sweeping();
+    on.act([&] {
+        MathsDialog& maths = on.program.scope().tools().maths();
+        maths.controls().mnumaths.click();
+        MathsControls& first = maths.tool(0).controls();
+        first.cmbMathsFunction.set_index(static_cast<int>(MathsFunction::difference));
+        first.txtMathsScale.set_text("200mV");
+        first.txtMathsPosition.set_text("-2");
+        maths.tool(1).controls().cmbMathsFunction.set_index(
+            static_cast<int>(MathsFunction::derivative));
+    });
+    on.ticks(20);
+    gallery.add(u"maths"_s, on.screen());
+    gallery.add(u"maths-window"_s, tool_window(on, "frmMaths"));
+}
+
 void show_spectrum(Gallery& gallery) {
     SteadyProgram on;
     on.start_sweeping();

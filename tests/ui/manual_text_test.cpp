@@ -30,9 +30,9 @@ QString manual_text() {
     QString text;
     for (const QString& name :
          {u"window"_s, u"first-picture"_s, u"trigger"_s, u"delays"_s, u"cursors"_s, u"readouts"_s,
-          u"autoset"_s, u"spectrum"_s, u"measurements"_s, u"references"_s, u"statistics"_s,
-          u"density"_s, u"eye"_s, u"calibration"_s, u"settings"_s, u"export"_s, u"record"_s,
-          u"automation"_s}) {
+          u"autoset"_s, u"spectrum"_s, u"maths"_s, u"measurements"_s, u"references"_s,
+          u"statistics"_s, u"density"_s, u"eye"_s, u"calibration"_s, u"settings"_s, u"export"_s,
+          u"record"_s, u"automation"_s}) {
         text += page(name);
     }
     text.remove(u"**"_s).remove(u'`').remove(u'\\');
@@ -142,6 +142,7 @@ void ManualTextTest::captions_are_told_of_data() {
     QTest::newRow("eye") << u"mnueye"_s << u"frmEye"_s;
     QTest::newRow("mask") << u"mnumask"_s << u"frmMask"_s;
     QTest::newRow("readouts") << u"mnureadouts"_s << u"frmReadouts"_s;
+    QTest::newRow("maths") << u"mnumaths"_s << u"frmMaths"_s;
     QTest::newRow("spectrum") << u"mnuspectrum"_s << u"frmSpectrum"_s;
     QTest::newRow("autoset") << u"mnuautoset"_s << u"frmAutoset"_s;
     QTest::newRow("remote") << u"mnuremote"_s << u"frmRemote"_s;

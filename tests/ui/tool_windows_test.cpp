@@ -127,6 +127,7 @@ void ToolWindowsTest::every_widget_is_described_and_reached_by_keyboard_data() {
     QTest::newRow("jitter") << u"mnujitter"_s << u"frmJitter"_s;
     QTest::newRow("mask") << u"mnumask"_s << u"frmMask"_s;
     QTest::newRow("eye") << u"mnueye"_s << u"frmEye"_s;
+    QTest::newRow("maths") << u"mnumaths"_s << u"frmMaths"_s;
     QTest::newRow("spectrum") << u"mnuspectrum"_s << u"frmSpectrum"_s;
     QTest::newRow("remote") << u"mnuremote"_s << u"frmRemote"_s;
 }

@@ -1,4 +1,4 @@
-// References and statistics, in the running window.
+// References, statistics and maths, in the running window.
 
 #include <QAction>
 #include <QCheckBox>
@@ -14,6 +14,7 @@
 #include "program_on_bench.h"
 #include "scope/tools.h"
 #include "ui/colours.h"
+#include "ui/picture_folder.h"
 
 namespace kv408::ui {
 namespace {
@@ -74,6 +75,8 @@ private Q_SLOTS:
     void statistics_are_shown_chosen_and_copied();
     void a_limit_marks_its_value_and_stops_the_sweep();
     void statistics_are_reached_and_left_by_the_keyboard();
+    void maths_is_chosen_by_keys_and_stays_when_its_window_is_closed_data();
+    void maths_is_chosen_by_keys_and_stays_when_its_window_is_closed();
 };
 
 void ToolsTest::references_are_kept_and_shown_by_one_click_or_key() {
@@ -204,6 +207,62 @@ void ToolsTest::statistics_are_reached_and_left_by_the_keyboard() {
     QTest::keyClick(&window, Qt::Key_Escape);
     QVERIFY(!window.isVisible());
     QVERIFY(!on.statistics().is_open());
+}
+
+void ToolsTest::maths_is_chosen_by_keys_and_stays_when_its_window_is_closed_data() {
+    QTest::addColumn<QSize>("size");
+    QTest::newRow("small screen") << QSize(1280, 800);
+    QTest::newRow("large screen") << QSize(1920, 1080);
+}
+
+void ToolsTest::maths_is_chosen_by_keys_and_stays_when_its_window_is_closed() {
+    QFETCH(QSize, size);
+    WithTools on;
+    on.window().resize(size);
+    QVERIFY(on.run_until_sweeping());
+    auto* const plate = on.widget<QLabel>("lblMaths(0)");
+    QVERIFY(!plate->isVisible());
+    on.choose("mnumaths");
+    QWidget* const window = on.widget("frmMaths");
+    QVERIFY(window->isVisible());
+    QVERIFY2(window->height() <= 740 && window->width() <= 700,
+             "beside the plot on a small screen");
+    auto* const function = on.widget<QComboBox>("cmbMathsFunction(0)");
+    QTRY_COMPARE(QApplication::activeWindow(), window);
+    QTest::keyClick(window, Qt::Key_F, Qt::AltModifier);
+    QCOMPARE(QApplication::focusWidget(), function);
+    QTest::keyClick(function, Qt::Key_Down);
+    QTest::keyClick(function, Qt::Key_Down);
+    QCOMPARE(function->currentText(), u"A - B"_s);
+    QTRY_COMPARE(plate->text(), u"MATH1 CH1 - CH2   100mV/div"_s);
+    const QWidget& plot = on.window().plot();
+    QVERIFY(plot.rect().contains(QRect(plate->mapTo(&plot, QPoint()), plate->size())));
+    auto* const second = on.widget<QComboBox>("cmbMathsFunction(1)");
+    second->setFocus();
+    QTest::keyClick(second, Qt::Key_End); // the envelope
+    QTRY_VERIFY(on.widget<QLabel>("lblMathsState(1)")->text().startsWith(u"Envelope of CH1, "_s));
+    // Sine and rectangle without noise: 400 mV and 300 mV from crest to crest.
+    QTRY_VERIFY(on.widget<QLabel>("lblMathsValues(1)")->text().contains(u"400"_s));
+    for (const char* const name :
+         {"lblMathsState(0)", "lblMathsRemark(0)", "lblMathsState(1)", "lblMathsRemark(1)"}) {
+        const auto* const told = on.widget<QLabel>(name);
+        QVERIFY2(told->heightForWidth(told->width()) <= told->height(), name); // wholly seen
+    }
+    QVERIFY(window->grab().save(picture_folder() +
+                                u"/screenshot-maths-window-%1.png"_s.arg(size.width())));
+    QVERIFY(on.window().grab().save(picture_folder() +
+                                    u"/screenshot-maths-%1.png"_s.arg(size.width())));
+    QTest::mouseClick(on.widget<QPushButton>("cmdMathsCopy"), Qt::LeftButton);
+    QVERIFY(QApplication::clipboard()->text().startsWith(
+        u"Measurement\tMATH1 CH1 - CH2\tUnit\tMATH2 Envelope of CH1\tUnit\nVMax\t"_s));
+    QTest::keyClick(window, Qt::Key_Escape);
+    QVERIFY(!window->isVisible());
+    QVERIFY(plate->isVisible());
+    on.choose("mnuReferenceKeepMATH1(0)");
+    QVERIFY(on.plate(0).text().startsWith(u"R1 CH1 - CH2 sweep "_s));
+    on.choose("mnumaths");
+    QTest::keyClick(function, Qt::Key_Home);
+    QTRY_VERIFY(!plate->isVisible());
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <span>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -14,6 +15,7 @@
 #include <gtest/gtest.h>
 
 #include "analysis/synthetic.h"
+#include "export/computed_channel.h"
 #include "export/csv.h"
 #include "export/density_file.h"
 #include "export/export_type.h"
@@ -22,6 +24,7 @@
 #include "export/sample_sweep.h"
 #include "export/sigrok_session.h"
 #include "host/system_files.h"
+#include "maths/maths_evaluator.h"
 #include "measure/statistics.h"
 #include "spectrum/spectrum.h"
 #include "state/measurement_state.h"
@@ -181,6 +184,91 @@ TEST(NumpyReads, WhatItsOwnTransformAgreesWithTheSpectrumOf) {
                 EXPECT_NEAR(rows[line + 1][0], ours.power[line], 1e-9 * highest) << line;
             }
         }
+    }
+}
+
+/// Adds to `files`, those of the last of `sweeps`, what `functions` compute of them.
+void compute(const std::vector<Sweep>& sweeps, std::span<const MathsFunction> functions,
+             Exported& files) {
+    for (std::size_t place = 0; place < functions.size(); ++place) {
+        MathsEvaluator maths;
+        maths.define({functions[place], ch1, ch2});
+        for (const Sweep& sweep : sweeps) {
+            maths.take(sweep);
+        }
+        add_computed(*maths.trace(), maths_name(place), 1.0, 0.0, sweeps.back(), files.sweep);
+    }
+}
+
+/// Points that no formula has by chance alike: noise of a generator that is the same everywhere.
+Sweep noisy_sweep(double delay, unsigned seed) {
+    Sweep sweep = block_sweep(delay);
+    std::minstd_rand random(seed);
+    for (auto& channel : sweep.channel) {
+        ChannelSweep part = *channel;
+        for (double& level : part.mv) {
+            level = static_cast<double>(random() % 4096) / 6.0 - 340.0;
+        }
+        channel = std::make_shared<const ChannelSweep>(part);
+    }
+    return sweep;
+}
+
+// What docs/manual/maths.md defines; SciPy's cumulative_trapezoid is the sum that stands here.
+TEST(NumpyReads, WhatItComputesItselfOfTheChannelsAgreesWithTheMaths) {
+    const std::string begin = "a = np.load(f); m = a[\"math1\"]; ok = ~np.isnan(m); m = m[ok]; x = "
+                              "a[\"ch1\"]; y = a[\"ch2\"]; n = a.dtype.names; t1 = a[n[0]]; t2 = "
+                              "a[\"time2\"] if \"time2\" in n else t1; T = t1[1] - t1[0]; "
+                              "s = (t1 >= t2[0]) & (t1 <= t2[-1]); w = ";
+    const std::string end = "; print(repr(float(np.abs(m - w).max() / np.abs(w).max())), "
+                            "len(m), sep=\",\")";
+    const std::array formulas = {
+        std::pair{MathsFunction::sum, "(x + np.interp(t1, t2, y))[s]"},
+        std::pair{MathsFunction::difference, "(x - np.interp(t1, t2, y))[s]"},
+        std::pair{MathsFunction::product, "(x * np.interp(t1, t2, y))[s]"},
+        std::pair{MathsFunction::negative, "-x"},
+        std::pair{MathsFunction::derivative, "np.gradient(x, T)"},
+        std::pair{MathsFunction::integral,
+                  "np.concatenate([[0], np.cumsum(T * (x[1:] + x[:-1]) / 2)])"}};
+    for (const double delay : {0.0, 100.0, 64000.0}) {
+        for (const auto& [function, formula] : formulas) {
+            const Sweep sweep = noisy_sweep(delay, 7);
+            Exported files(sweep);
+            compute({sweep}, std::array{function}, files);
+            const bool two = std::string_view(formula).ends_with("[s]");
+            // Delayed by 64 ns the second channel begins 204.5 points later.
+            const std::size_t points = !two || delay == 0.0 ? 650 : delay < 313.0 ? 649 : 445;
+            const auto rows = rows_in(files.python(".npy", begin + formula + end));
+            ASSERT_EQ(rows.size(), 1U) << formula;
+            EXPECT_LT(rows[0][0], 1e-9) << formula << " at " << delay;
+            EXPECT_EQ(rows[0][1], static_cast<double>(points)) << formula << " at " << delay;
+        }
+    }
+}
+
+TEST(NumpyReads, MeanAndEnvelopeOfTheSweepsAsTheMathsHasThem) {
+    std::vector<Sweep> sweeps;
+    for (unsigned seed = 1; seed <= 5; ++seed) {
+        sweeps.push_back(noisy_sweep(0.0, seed));
+    }
+    Exported files(sweeps.back());
+    compute(sweeps, std::array{MathsFunction::mean, MathsFunction::envelope}, files);
+    for (std::size_t sweep = 0; sweep < sweeps.size(); ++sweep) {
+        const Exported one(sweeps[sweep]);
+        std::filesystem::copy(one.file(".npy"),
+                              files.folder.path() / (std::to_string(sweep) + "one.npy"));
+    }
+    const auto rows = rows_in(files.python(
+        ".npy", "import glob, os; a = np.load(f); s = np.array([np.load(g)[\"ch1\"] for g in "
+                "sorted(glob.glob(os.path.dirname(f) + \"/*one.npy\"))]); "
+                "print(len(s), *[repr(float(np.abs(a[c] - w).max() / np.abs(w).max())) for c, w in "
+                "[(\"math1\", s.mean(0)), (\"math2max\", s.max(0)), (\"math2min\", s.min(0))]], "
+                "sep=\",\")"));
+    ASSERT_EQ(rows.size(), 1U);
+    ASSERT_EQ(rows[0].size(), 4U);
+    EXPECT_EQ(rows[0][0], 5.0);
+    for (std::size_t line = 1; line < 4; ++line) {
+        EXPECT_LT(rows[0][line], 1e-9);
     }
 }
 
