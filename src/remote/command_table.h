@@ -40,6 +40,9 @@ struct Command {
     ParameterCount takes = {};
     Answer answer = {};
     ParameterCount query_takes = {};
+    /// What it takes, as the manual has it: "boolean", "`A`, `B`", "0 to 255, at first 10". Empty
+    /// where it takes nothing.
+    std::string value = {};
 };
 
 /// All that clients may send. A header stands in it once.

@@ -86,7 +86,8 @@ PanelSettings::Turned cursor_position() {
                 [](const Parts& parts, const Call& call) {
                     const CursorScale scale = scale_of(parts);
                     return scale.value(place_of(parts.cursor_state, scale, cursor_of(call)));
-                }};
+                },
+            .told = "volts or seconds, by the mode"};
 }
 
 Command mode_command(Instrument& instrument) {
@@ -143,6 +144,7 @@ Command crossing_query(const char* header, Instrument& instrument,
             pick(found, call).volts.value_or(std::numeric_limits<double>::quiet_NaN()));
     };
     command.query_takes = {1, 1};
+    command.value = choices_text(channel_choices);
     return command;
 }
 

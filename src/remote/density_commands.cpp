@@ -130,6 +130,7 @@ std::vector<Command> density_commands(Instrument& instrument) {
         return counts(collected_of(instrument, call), call);
     };
     counters.query_takes = {2, 2};
+    counters.value = "first point, from 0, and how many: 1 to " + std::to_string(most_points);
     return {
         box_command("DENSity:STATe", instrument,
                     [](DensityControls& controls, const Call&) -> CheckBox& {

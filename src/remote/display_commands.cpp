@@ -67,7 +67,8 @@ Command colour_command(Instrument& instrument) {
                 ColourTable table = instrument.parts().colours;
                 return string_reply(colour_text(colour_of(table, item)));
             },
-            {1, 1}};
+            {1, 1},
+            choices_text(coloured) + " and `\"#RRGGBB\"`"};
 }
 
 Command depth_command(Instrument& instrument) {

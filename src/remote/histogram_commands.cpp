@@ -33,6 +33,8 @@ Command window_command(Instrument& instrument) {
                        [window](Scope& scope) { scope.tools().histogram().set_window(window); });
     };
     command.takes = {4, 4};
+    command.value = "left, top, right, bottom: 0 to " + std::to_string(plot::width) +
+                    " across, 0 to " + std::to_string(plot::height) + " down";
     command.answer = [&instrument](const Call&) {
         const PlotWindow& window = dialog_of(instrument).window();
         std::string answer;

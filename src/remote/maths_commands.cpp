@@ -102,6 +102,7 @@ public:
             });
         };
         command.takes = {1, 1};
+        command.value = "1 to " + std::to_string(References::count);
         return command;
     }
 
@@ -204,7 +205,7 @@ std::vector<Command> maths_commands(Instrument& instrument) {
         maths.list("MATH<n>:SOURce:SECond", channel_choices, &Controls::cmbMathsB),
         maths.count(),
         maths.begin_anew(),
-        maths.type("MATH<n>:SCALe", {1.0 / greatest, greatest, 1.0}, &Controls::txtMathsScale,
+        maths.type("MATH<n>:SCALe", {1.0 / greatest, greatest, 0.1}, &Controls::txtMathsScale,
                    &MathsTool::per_division),
         maths.automatic("MATH<n>:SCALe:AUTO", &Controls::txtMathsScale, &MathsTool::per_division),
         maths.type("MATH<n>:POSition", {-most, most, 0.0}, &Controls::txtMathsPosition,

@@ -5,6 +5,7 @@
 #include "measure/measurement_rows.h"
 #include "remote/choices.h"
 #include "remote/replies.h"
+#include "remote/setting_commands.h"
 #include "remote/tree.h"
 #include "remote/values.h"
 #include "scope/parts.h"
@@ -12,13 +13,13 @@
 namespace kv408 {
 namespace {
 
-constexpr double none = std::numeric_limits<double>::quiet_NaN();
+constexpr double not_measured = std::numeric_limits<double>::quiet_NaN();
 
 // The value of `row` of `channel` in `last`; not a number where there is none.
 double value_of(const MeasuredSweep& last, Channel channel, const MeasurementRow& row) {
     return measured_value(row, last.results.at(channel),
                           last.sweep->channel.at(channel)->columns_per_second)
-        .value.value_or(none);
+        .value.value_or(not_measured);
 }
 
 // The sweep whose results are told; null, with the client's error, where there are none.
@@ -48,7 +49,7 @@ std::string answer_of(Instrument& instrument, const Call& call,
                        instrument.parts().panel.channel.at(channel).enable.checked();
     std::string answer;
     for (const MeasurementRow& row : rows) {
-        add_item(answer, real_reply(there ? value_of(*last, channel, row) : none));
+        add_item(answer, real_reply(there ? value_of(*last, channel, row) : not_measured));
     }
     return answer;
 }
@@ -60,6 +61,7 @@ Command measurement_query(const std::string& header, Instrument& instrument,
         return answer_of(instrument, call, rows);
     };
     command.query_takes = {1, 1};
+    command.value = choices_text(channel_choices);
     return command;
 }
 

@@ -32,22 +32,22 @@ const std::vector<double> volts_per_division{0.5, 0.2, 0.1, 0.05, 0.02, 0.01};
 constexpr double wheel_per_division = 2.0 * plot::division;
 constexpr double wheel_at_centre = plot::wheel_span / 2.0;
 
+// Divisions.
+constexpr NumberRange position_range{-4.0, 4.0, 0.0};
+
 PanelSettings::Turned channel_position() {
     return {
         .tab = [](const Parts&,
                   const Call& call) { return "CH" + std::to_string(call.suffixes.front()); },
-        .range =
-            [](const Parts&, const Call&) {
-                constexpr double divisions = 4.0;
-                return NumberRange{-divisions, divisions, 0.0};
-            },
+        .range = [](const Parts&, const Call&) { return position_range; },
         .wheel = [](const Parts&, const Call&,
                     double divisions) { return wheel_at_centre + divisions * wheel_per_division; },
         .get =
             [](const Parts& parts, const Call& call) {
                 return (parts.channels.at(channel_of(call)).marker_wheel - wheel_at_centre) /
                        wheel_per_division;
-            }};
+            },
+        .told = range_text(position_range)};
 }
 
 // Level codes are millivolts behind what "Input Via Trigger" takes off.
@@ -71,7 +71,8 @@ PanelSettings::Turned trigger_level() {
             .get =
                 [](const Parts& parts, const Call&) {
                     return (parts.trigger_state.trigpos - zero_volt_code) * volts_per_code(parts);
-                }};
+                },
+            .told = "volts, at first 0 V"};
 }
 
 std::vector<Command> time_base_commands(const PanelSettings& settings) {

@@ -113,6 +113,7 @@ Command PanelSettings::type(std::string header, const ControlOf<TextBox>& box,
 Command PanelSettings::turn(std::string header, const Turned& quantity) const {
     Instrument& instrument = instrument_;
     NumberSetting setting{{}, {}, {}};
+    setting.told = quantity.told;
     setting.range_now = [&instrument, quantity](const Call& call) {
         return quantity.range(instrument.parts(), call);
     };

@@ -77,6 +77,7 @@ public:
         /// The value of the wheel for a value of the quantity.
         std::function<double(const Parts&, const Call&, double)> wheel;
         std::function<double(const Parts&, const Call&)> get;
+        std::string told; ///< what it takes, as the manual has it
     };
     [[nodiscard]] Command turn(std::string header, const Turned& quantity) const;
 

@@ -14,7 +14,7 @@ RemoteControl::RemoteControl(Host host)
          {acquisition_commands, panel_commands, display_commands, cursor_commands,
           measurement_commands, waveform_commands, density_commands, histogram_commands,
           jitter_commands, eye_commands, mask_commands, maths_commands, spectrum_commands,
-          autoset_commands, system_commands}) {
+          statistics_commands, autoset_commands, system_commands}) {
         table_.add(commands(instrument_));
     }
     instrument_.on_lock([this] { changed(); });

@@ -1,15 +1,19 @@
 #include "remote/remote_dialog.h"
 
+#include <algorithm>
 #include <array>
 #include <system_error>
 #include <utility>
 
+#include "remote/own_addresses.h"
 #include "state/rounding.h"
 
 namespace kv408 {
 namespace {
 
-constexpr std::array<const char*, 2> listened_at{"127.0.0.1", "0.0.0.0"};
+/// What the list begins with; the addresses by which the network reaches this computer follow.
+constexpr std::array<const char*, 2> usual_names{"This computer only", "The network too"};
+constexpr std::array<const char*, 2> usual_addresses{"127.0.0.1", "0.0.0.0"};
 
 std::string clients_text(std::size_t count) {
     return std::to_string(count) + (count == 1 ? " client" : " clients");
@@ -19,7 +23,9 @@ std::string clients_text(std::size_t count) {
 
 RemoteDialog::RemoteDialog(RemoteControl& control, MessageBoxes& boxes)
     : control_(control), boxes_(boxes) {
-    controls_.cmbRemoteAddress.set_entries({"This computer only", "The network too"});
+    offer_addresses();
+    controls_.txtRemoteAddress.on_change([this] { address_typed(); });
+    controls_.cmbRemoteAddress.on_click([this] { address_chosen(); });
     controls_.cmbRemoteAddress.set_index(0);
     controls_.txtRemotePort.set_text("5025");
     controls_.chkRemote.on_click([this] { chkRemote_Click(); });
@@ -40,7 +46,36 @@ RemoteDialog::~RemoteDialog() {
     control_.on_change({});
 }
 
-void RemoteDialog::open() const {
+void RemoteDialog::offer_addresses() {
+    addresses_.assign(usual_addresses.begin(), usual_addresses.end());
+    std::vector<std::string> entries(usual_names.begin(), usual_names.end());
+    for (const std::string& address : own_addresses()) {
+        addresses_.push_back(address);
+        entries.push_back("Through " + address);
+    }
+    controls_.cmbRemoteAddress.set_entries(std::move(entries));
+}
+
+void RemoteDialog::address_chosen() {
+    const auto chosen = static_cast<std::size_t>(controls_.cmbRemoteAddress.index());
+    if (!filling_ && chosen < addresses_.size()) {
+        controls_.txtRemoteAddress.set_text(addresses_[chosen]);
+    }
+}
+
+void RemoteDialog::address_typed() {
+    const std::string& address = controls_.txtRemoteAddress.text();
+    controls_.txtRemoteAddress.set_faulty(!is_address(address));
+    const auto known = std::find(addresses_.begin(), addresses_.end(), address);
+    filling_ = true;
+    controls_.cmbRemoteAddress.set_index(
+        known == addresses_.end() ? -1 : static_cast<int>(known - addresses_.begin()));
+    filling_ = false;
+}
+
+void RemoteDialog::open() {
+    offer_addresses(); // a network may have come or gone
+    address_typed();
     if (show_) {
         show_();
     }
@@ -56,12 +91,15 @@ void RemoteDialog::chkRemote_Click() {
 }
 
 void RemoteDialog::switch_on() {
-    std::string reason = "The port is no number from 0 to 65535.";
-    if (!controls_.txtRemotePort.faulty()) {
-        const auto address = static_cast<std::size_t>(controls_.cmbRemoteAddress.index());
+    std::string reason;
+    if (controls_.txtRemotePort.faulty()) {
+        reason = "The port is no number from 0 to 65535.";
+    } else if (controls_.txtRemoteAddress.faulty()) {
+        reason = "The address is none: 192.168.1.5 and fd00::5 are such.";
+    } else {
         const auto port = int32_in(controls_.txtRemotePort.text()).value_or(0);
         try {
-            control_.open({listened_at.at(address), static_cast<std::uint16_t>(port)});
+            control_.open({controls_.txtRemoteAddress.text(), static_cast<std::uint16_t>(port)});
             return;
         } catch (const std::system_error& error) {
             reason = error.code().message();
@@ -99,6 +137,7 @@ void RemoteDialog::show_state() {
     controls_.cmbRemoteClients.set_entries(addresses);
     controls_.cmbRemoteClients.set_index(selected);
     controls_.cmbRemoteAddress.set_enabled(!on);
+    controls_.txtRemoteAddress.set_enabled(!on);
     controls_.txtRemotePort.set_enabled(!on);
     controls_.cmdRemoteDisconnect.set_enabled(!clients_.empty());
     controls_.cmdRemoteUnlock.set_enabled(control_.instrument().panel_locked());

@@ -12,7 +12,8 @@ namespace kv408 {
 /// The controls of the remote control window.
 struct RemoteControls {
     CheckBox chkRemote{"chkRemote"};                   ///< on, until the program ends
-    ListBox cmbRemoteAddress{"cmbRemoteAddress"};      ///< this computer only, or the network too
+    ListBox cmbRemoteAddress{"cmbRemoteAddress"};      ///< fills the address
+    TextBox txtRemoteAddress{"txtRemoteAddress"};      ///< of this computer: where it listens
     TextBox txtRemotePort{"txtRemotePort"};            ///< TCP port; 0: any that is free
     Label lblRemoteState{"lblRemoteState"};            ///< where it listens
     ListBox cmbRemoteClients{"cmbRemoteClients"};      ///< the clients by their addresses
@@ -34,7 +35,7 @@ public:
     [[nodiscard]] RemoteControls& controls() { return controls_; }
 
     /// Opens the window; one that is open already is brought to the front.
-    void open() const;
+    void open();
 
     /// Sets what shows the window.
     void on_show(std::function<void()> listener) { show_ = std::move(listener); }
@@ -45,13 +46,18 @@ public:
 private:
     void chkRemote_Click();
     void cmdRemoteDisconnect_Click();
+    void offer_addresses();
+    void address_chosen();
+    void address_typed();
     void switch_on();
     void show_state();
 
     RemoteControl& control_;
     MessageBoxes& boxes_;
     RemoteControls controls_;
-    std::vector<Server::Seen> clients_; ///< as they stand in the list
+    std::vector<std::string> addresses_; ///< that the list of addresses stands for
+    bool filling_ = false;               ///< list or box are being brought to what the other says
+    std::vector<Server::Seen> clients_;  ///< as they stand in the list
     std::function<void()> show_;
     std::function<void(bool)> lock_;
 };

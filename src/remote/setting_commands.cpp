@@ -1,7 +1,9 @@
 #include "remote/setting_commands.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstdio>
 #include <utility>
 
 #include "remote/replies.h"
@@ -28,7 +30,72 @@ bool is_step(double number, double step) {
     return std::abs(number - step) <= nearness * step;
 }
 
+// "20 ns", "−4": without a prefix that people do not use.
+std::string number_text(double value, Quantity quantity) {
+    constexpr std::array<std::string_view, 5> scale_prefixes{"", "m", "u", "n", "p"};
+    constexpr double thousand = 1000.0;
+    constexpr double nearly_one = 1 - 1e-9;
+    std::size_t prefix = 0;
+    std::string_view unit;
+    switch (quantity) {
+    case Quantity::volts:
+        unit = "V";
+        break;
+    case Quantity::seconds:
+        unit = "s";
+        break;
+    case Quantity::hertz:
+        unit = "Hz";
+        break;
+    case Quantity::microseconds:
+        unit = "us";
+        break;
+    case Quantity::number:
+        break;
+    }
+    double number = std::abs(value);
+    if (quantity == Quantity::volts || quantity == Quantity::seconds) {
+        while (number > 0 && number < nearly_one && prefix + 1 < scale_prefixes.size()) {
+            number *= thousand;
+            ++prefix;
+        }
+    }
+    std::array<char, 32> digits{};
+    std::snprintf(digits.data(), digits.size(), "%.10g", number);
+    std::string text = value < 0 ? "−" : "";
+    text += digits.data();
+    if (!unit.empty()) {
+        text.append(" ").append(scale_prefixes.at(prefix)).append(unit);
+    }
+    return text;
+}
+
+std::string ends_text(const NumberRange& range) {
+    return number_text(range.least, range.quantity) + " to " +
+           number_text(range.most, range.quantity);
+}
+
+std::string preset_text(const NumberRange& range) {
+    return ", at first " + number_text(range.preset, range.quantity);
+}
+
+std::string value_text(const NumberSetting& setting) {
+    return setting.range_now ? setting.told : range_text(setting.range);
+}
+
 } // namespace
+
+std::string range_text(const NumberRange& range) {
+    return ends_text(range) + preset_text(range);
+}
+
+std::string choices_text(std::span<const std::string_view> choices) {
+    std::string text;
+    for (const std::string_view choice : choices) {
+        text.append(text.empty() ? "`" : ", `").append(choice).append("`");
+    }
+    return text;
+}
 
 Command query_command(std::string header, Command::Answer answer) {
     Command command{std::move(header)};
@@ -44,6 +111,7 @@ Command real_setting(std::string header, const NumberSetting& setting) {
     command.answer = [setting](const Call& call) {
         return real_reply(asked_number(setting, call));
     };
+    command.value = value_text(setting);
     return command;
 }
 
@@ -55,6 +123,7 @@ Command whole_setting(std::string header, const NumberSetting& setting) {
     command.answer = [setting](const Call& call) {
         return whole_reply(round_to_int32(asked_number(setting, call)));
     };
+    command.value = value_text(setting);
     return command;
 }
 
@@ -75,6 +144,8 @@ Command step_setting(std::string header, const StepSetting& setting) {
         return real_reply(call.parameters.empty() ? setting.steps.at(setting.get(call))
                                                   : limit_of(call.parameters.front(), range));
     };
+    command.value = ends_text(range) + " in " + std::to_string(setting.steps.size()) + " steps" +
+                    preset_text(range);
     return command;
 }
 
@@ -85,6 +156,7 @@ Command boolean_setting(std::string header, std::function<void(const Call&, bool
         set(call, boolean_of(call.parameters.front()));
     };
     command.answer = [get = std::move(get)](const Call& call) { return boolean_reply(get(call)); };
+    command.value = "boolean";
     return command;
 }
 
@@ -98,6 +170,7 @@ Command choice_setting(std::string header, std::span<const std::string_view> cho
     command.answer = [get = std::move(get), choices](const Call& call) {
         return short_form(choices[get(call)]);
     };
+    command.value = choices_text(choices);
     return command;
 }
 

@@ -13,6 +13,14 @@
 
 namespace kv408 {
 
+// Each command says what it takes (`Command::value`).
+
+/// The short forms of choices, as the manual writes them: "`NORMal`, `AVERage`".
+[[nodiscard]] std::string choices_text(std::span<const std::string_view> choices);
+
+/// What `range` is: "0.1 s to 3600 s, at first 10 s".
+[[nodiscard]] std::string range_text(const NumberRange& range);
+
 /// A query without parameters.
 [[nodiscard]] Command query_command(std::string header, Command::Answer answer);
 
@@ -22,6 +30,7 @@ struct NumberSetting {
     std::function<void(const Call&, double)> set;
     std::function<double(const Call&)> get;
     std::function<NumberRange(const Call&)> range_now = {}; ///< used instead where it changes
+    std::string told = {};                                  ///< what it takes then
 };
 
 /// Its command, which answers as a real number.

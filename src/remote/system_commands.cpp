@@ -122,13 +122,16 @@ std::vector<Command> system_commands(Instrument& instrument) {
         return give_picture(instrument, call);
     };
     picture_query.query_takes = {1, 1};
+    picture_query.value = choices_text(picture_kinds);
     return {
         {"SYSTem:SETup",
          [&instrument](const Call& call) { load_set_up(instrument, call); },
          {1, 1},
          [&instrument](const Call&) {
              return block_reply(instrument.scope().settings_file().bytes());
-         }},
+         },
+         {},
+         "block"},
         boolean_setting(
             "SYSTem:LOCK",
             [&instrument](const Call& call, bool lock) {

@@ -48,6 +48,9 @@ namespace kv408 {
 /// The test of a mask.
 [[nodiscard]] std::vector<Command> mask_commands(Instrument& instrument);
 
+/// The statistics of the measurements over many sweeps.
+[[nodiscard]] std::vector<Command> statistics_commands(Instrument& instrument);
+
 /// Autoset.
 [[nodiscard]] std::vector<Command> autoset_commands(Instrument& instrument);
 

@@ -5,10 +5,11 @@
 namespace kv408 {
 namespace {
 
-constexpr std::string_view host = "host:";
-constexpr std::string_view version = "HTTP/";
+constexpr std::string_view host_header = "host:";
+constexpr std::string_view http_version = "HTTP/";
 
-// A record of the protocol TLS begins with its kind, a handshake, and the version's first byte.
+// A record of the protocol TLS begins with its kind, a handshake, and the http_version's first
+// byte.
 constexpr char handshake_record = 0x16;
 constexpr char record_version = 0x03;
 
@@ -31,7 +32,7 @@ void WebWatch::take(char byte) {
     }
     if (byte == '\n') {
         const bool request =
-            second_word_ && std::string_view(word_.data(), word_.size()) == version;
+            second_word_ && std::string_view(word_.data(), word_.size()) == http_version;
         seen_ = seen_ || request;
         bytes_ = 0;
         word_bytes_ = 0;
@@ -45,7 +46,7 @@ void WebWatch::take(char byte) {
     }
     ++bytes_;
     seen_ = seen_ || (bytes_ == first_.size() &&
-                      alike(std::string_view(first_.data(), first_.size()), host));
+                      alike(std::string_view(first_.data(), first_.size()), host_header));
     const bool blank = byte == ' ' || byte == '\t' || byte == '\r';
     if (!blank) {
         if (blank_) { // blanks at the end of the line begin no word

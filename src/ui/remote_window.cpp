@@ -17,6 +17,7 @@
 
 #include "config/undo.h"
 #include "ui/bind.h"
+#include "ui/corner_text.h"
 #include "ui/panel_frame.h"
 #include "ui/tool_widgets.h"
 #include "ui/widget_maker.h"
@@ -41,14 +42,22 @@ QWidget* make_network_frame(RemoteControls& controls, ScopeDriver& driver) {
     QComboBox* const address = make.list(
         controls.cmbRemoteAddress,
         {u"Who may connect"_s, u"There is no password: the network too is everybody in it"_s});
+    // However long the addresses of this computer are, the window is no wider for it.
+    constexpr int shown_letters = 20;
+    address->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    address->setMinimumContentsLength(shown_letters);
     add_captioned(*grid, 1, u"&Who may connect:"_s, address);
+    QLineEdit* const typed =
+        make.text_box(controls.txtRemoteAddress,
+                      {u"Address"_s, u"An address of this computer, or 0.0.0.0 for all of them"_s});
+    add_captioned(*grid, 2, u"&Address:"_s, typed);
     QLineEdit* const port = make.text_box(
         controls.txtRemotePort, {u"TCP port"_s, u"0 to 65535; 0 takes any that is free"_s});
-    add_captioned(*grid, 2, u"&TCP port:"_s, port);
+    add_captioned(*grid, 3, u"&TCP port:"_s, port);
     grid->addWidget(
         make_told(make, controls.lblRemoteState,
                   {u"Remote control's state"_s, u"Where it listens, and for how many"_s}),
-        3, 0, 1, 2);
+        4, 0, 1, 2);
     return frame;
 }
 
@@ -101,17 +110,15 @@ RemoteInWindow::RemoteInWindow(RemoteControl& control, MessageBoxes& boxes, Scop
     Label& told = dialog_.controls().lblRemote;
     // Made with its first use: without one the window is as it always was.
     keep_shown(*this, told, [this, &told] {
-        auto* label = static_cast<QLabel*>(owner_.menuBar()->cornerWidget());
+        auto* label = static_cast<CornerText*>(owner_.menuBar()->cornerWidget());
         if (label == nullptr && told.visible()) {
-            label = new QLabel(owner_.menuBar());
+            label = new CornerText(*owner_.menuBar());
             label->setObjectName(object_name(told));
             describe(*label, {u"Remote control"_s, u"Programs that operate this one"_s});
-            owner_.menuBar()->setCornerWidget(label);
         }
         if (label != nullptr) {
-            label->setText(QString::fromStdString(told.caption()) + u"  "_s);
             label->setVisible(told.visible());
-            owner_.menuBar()->adjustSize();
+            label->tell(QString::fromStdString(told.caption()));
         }
     });
 }

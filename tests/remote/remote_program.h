@@ -1,8 +1,11 @@
 #pragma once
 
 #include <chrono>
+#include <cstdlib>
+#include <sstream>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "remote/remote_control.h"
 #include "scope/parts.h"
@@ -14,6 +17,16 @@
 #include "support/virtual_clock.h"
 
 namespace kv408 {
+
+/// The numbers of `list`, which has commas between them.
+inline std::vector<double> numbers_in(const std::string& list) {
+    std::vector<double> numbers;
+    std::istringstream fields(list);
+    for (std::string field; std::getline(fields, field, ',');) {
+        numbers.push_back(std::strtod(field.c_str(), nullptr));
+    }
+    return numbers;
+}
 
 /// The whole program on the simulated instrument with remote control, all of it on the virtual
 /// clock; the network alone is left out.

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <thread>
 
+#include <arpa/inet.h>
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
@@ -20,11 +21,12 @@ public:
     /// computer may have much else to do, and under the sanitizers everything takes longer.
     static constexpr std::chrono::milliseconds patience = std::chrono::minutes(1);
 
-    explicit SocketLine(std::uint16_t port) : socket_(::socket(AF_INET, SOCK_STREAM, 0)) {
+    explicit SocketLine(std::uint16_t port, const std::string& address = "127.0.0.1")
+        : socket_(::socket(AF_INET, SOCK_STREAM, 0)) {
         sockaddr_in to{};
         to.sin_family = AF_INET;
         to.sin_port = htons(port);
-        to.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        inet_pton(AF_INET, address.c_str(), &to.sin_addr);
         connected_ = connect(socket_, reinterpret_cast<const sockaddr*>(&to), sizeof to) == 0;
     }
     ~SocketLine() { ::close(socket_); }

@@ -79,7 +79,9 @@ QStringList captions(const QWidget& top) {
     for (const QComboBox* const list : top.findChildren<QComboBox*>()) {
         if (list->objectName() != u"cmbDevice"_s) {
             for (int entry = 0; entry < list->count(); ++entry) {
-                texts.append(list->itemText(entry).simplified());
+                // Through which addresses the network comes is the computer's.
+                const bool own = list->itemText(entry).startsWith(u"Through "_s);
+                texts.append(own ? u"Through"_s : list->itemText(entry).simplified());
             }
         }
     }

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <QAction>
 #include <QApplication>
@@ -29,9 +30,15 @@ using namespace Qt::StringLiterals;
 struct WithRemote : ProgramOnBench {
     static constexpr int patience = int{SocketLine::patience.count()}; ///< milliseconds
 
+    /// Types `text` in the place of what stands in the box `name`.
+    void type(const char* name, const QString& text) {
+        auto* const box = widget<QLineEdit>(name);
+        box->selectAll();
+        QTest::keyClicks(box, text);
+    }
     void open() {
         window().findChild<QAction*>(u"mnuremote"_s)->trigger();
-        widget<QLineEdit>("txtRemotePort")->setText(u"0"_s);
+        type("txtRemotePort", u"0"_s);
     }
     void switch_on() {
         open();
@@ -64,6 +71,8 @@ private Q_SLOTS:
     void a_message_becomes_the_clients_error();
     void a_clients_run_opens_no_box();
     void a_client_that_has_gone_locks_nobody_out();
+    void eight_clients_leave_the_menus_their_room();
+    void the_network_may_connect_through_a_named_address();
     void a_taken_port_is_told();
     void the_end_of_the_program_ends_it();
 };
@@ -261,6 +270,78 @@ void RemoteTest::a_client_that_has_gone_locks_nobody_out() {
     }
 }
 
+void RemoteTest::eight_clients_leave_the_menus_their_room() {
+    WithRemote on;
+    QVERIFY(on.run_until_sweeping());
+    on.switch_on();
+    std::vector<std::unique_ptr<SocketLine>> lines;
+    for (int i = 0; i < 8; ++i) {
+        lines.push_back(std::make_unique<SocketLine>(on.program.remote().port()));
+        QCOMPARE(on.ask(*lines.back(), "SYST:VERS?"), std::string("1999.0\n"));
+    }
+    QMenuBar& bar = *on.window().menuBar();
+    auto* const told = on.widget<QLabel>("lblRemote");
+    const auto* const clients = on.widget<QComboBox>("cmbRemoteClients");
+    QTRY_COMPARE(clients->count(), 8);
+    for (const int width : {on.window().width(), on.window().minimumWidth(), 1600}) {
+        on.window().resize(width, on.window().height());
+        QTRY_COMPARE(bar.width(), on.window().width());
+        for (QAction* const menu : bar.actions()) {
+            const QRect place = bar.actionGeometry(menu);
+            QVERIFY2(!place.isEmpty() && place.right() < told->x() + 1, qPrintable(menu->text()));
+        }
+    }
+    QVERIFY(told->text().startsWith(u"Remote control: 8 clients"_s));
+    for (int i = 0; i < clients->count(); ++i) {
+        QVERIFY(told->toolTip().contains(clients->itemText(i)));
+    }
+}
+
+void RemoteTest::the_network_may_connect_through_a_named_address() {
+    WithRemote on;
+    QVERIFY(on.run_until_sweeping());
+    on.open();
+    auto* const who = on.widget<QComboBox>("cmbRemoteAddress");
+    auto* const address = on.widget<QLineEdit>("txtRemoteAddress");
+    auto* const remote = on.widget<QCheckBox>("chkRemote");
+    QCOMPARE(address->text(), u"127.0.0.1"_s);
+    const std::string second_loopback = "127.0.0.2";
+    remote->click();
+    QVERIFY(!SocketLine(on.program.remote().port(), second_loopback).connected());
+    QVERIFY(!address->isEnabled() && !who->isEnabled());
+    remote->click();
+
+    QTest::keyClick(who, Qt::Key_Down);
+    QCOMPARE(who->currentText(), u"The network too"_s);
+    QCOMPARE(address->text(), u"0.0.0.0"_s);
+    remote->click();
+    for (const std::string& one : {std::string("127.0.0.1"), second_loopback}) {
+        const SocketLine line(on.program.remote().port(), one);
+        QCOMPARE(on.ask(line, "SYST:VERS?"), std::string("1999.0\n"));
+    }
+    remote->click();
+
+    on.type("txtRemoteAddress", QString::fromStdString(second_loopback));
+    QCOMPARE(who->currentIndex(), -1);
+    remote->click();
+    QVERIFY(!SocketLine(on.program.remote().port()).connected());
+    QVERIFY(SocketLine(on.program.remote().port(), second_loopback).connected());
+    remote->click();
+
+    BoxAnswers answers;
+    for (const QString& none : {u"198.51.100.1"_s, u"here"_s}) { // not this computer's; not any
+        on.type("txtRemoteAddress", none);
+        remote->click();
+        QVERIFY(!remote->isChecked() && !on.program.remote().is_open());
+    }
+    const QString begin = u"Remote control could not be switched on: "_s;
+    QCOMPARE(answers.texts,
+             (QStringList{begin + u"Cannot assign requested address"_s,
+                          begin + u"The address is none: 192.168.1.5 and fd00::5 are such."_s}));
+    on.type("txtRemoteAddress", u"127.0.0.1"_s);
+    QCOMPARE(who->currentIndex(), 0);
+}
+
 void RemoteTest::a_taken_port_is_told() {
     WithRemote one;
     WithRemote other;
@@ -268,7 +349,7 @@ void RemoteTest::a_taken_port_is_told() {
     QVERIFY(other.run_until_sweeping());
     one.switch_on();
     other.open();
-    other.widget<QLineEdit>("txtRemotePort")->setText(QString::number(one.program.remote().port()));
+    other.type("txtRemotePort", QString::number(one.program.remote().port()));
     BoxAnswers answers;
     other.widget<QCheckBox>("chkRemote")->click();
     QCOMPARE(answers.texts,

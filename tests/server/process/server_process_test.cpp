@@ -50,9 +50,12 @@ public:
     }
 
 protected:
-    ServerProcess() {
-        const std::string command =
-            "APPDATA='" + folder.path().string() + "' exec " + program() + " --simulated --port 0";
+    ServerProcess() : ServerProcess("127.0.0.1", "") {}
+
+    /// Started with `options`, it listens at `address`.
+    ServerProcess(const std::string& address, const std::string& options) {
+        const std::string command = "APPDATA='" + folder.path().string() + "' exec " + program() +
+                                    " --simulated --port 0 " + options;
         std::array<int, 2> ends{};
         EXPECT_EQ(pipe(ends.data()), 0);
         id = fork();
@@ -67,7 +70,7 @@ protected:
         const std::string first = next_line();
         port = static_cast<std::uint16_t>(
             std::atoi(first.substr(first.find_last_of(' ') + 1).c_str()));
-        EXPECT_THAT(first, HasSubstr("Listening at 127.0.0.1 port "));
+        EXPECT_THAT(first, HasSubstr("Listening at " + address + " port "));
         EXPECT_EQ(next_line(), "Instrument lm4rxa-SIM00001 found\n");
     }
     std::string next_line() {
@@ -123,6 +126,33 @@ protected:
     FILE* out = nullptr;
     std::uint16_t port = 0;
 };
+
+/// One that listens at one address of several.
+class NamedServer : public ServerProcess {
+protected:
+    NamedServer() : ServerProcess("127.0.0.2", "--listen 127.0.0.2") {}
+};
+
+/// One that listens at all of them.
+class OpenServer : public ServerProcess {
+protected:
+    OpenServer() : ServerProcess("0.0.0.0", "--listen 0.0.0.0") {}
+};
+
+TEST_F(ServerProcess, IsReachedAtTheLoopbackAlone) {
+    EXPECT_TRUE(SocketLine(port).connected());
+    EXPECT_FALSE(SocketLine(port, "127.0.0.2").connected());
+}
+
+TEST_F(NamedServer, IsReachedAtThatAddressAlone) {
+    EXPECT_EQ(SocketLine(port, "127.0.0.2").ask("SYST:VERS?"), "1999.0\n");
+    EXPECT_FALSE(SocketLine(port).connected());
+}
+
+TEST_F(OpenServer, IsReachedAtEach) {
+    EXPECT_EQ(SocketLine(port).ask("SYST:VERS?"), "1999.0\n");
+    EXPECT_EQ(SocketLine(port, "127.0.0.2").ask("SYST:VERS?"), "1999.0\n");
+}
 
 TEST_F(ServerProcess, AnswersLxiTools) {
     EXPECT_EQ(run("lxi scpi" + lxi() + "'*IDN?'").output,
