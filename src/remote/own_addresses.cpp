@@ -66,6 +66,7 @@ std::vector<std::string> own_addresses() {
     std::sort(all.begin(), all.end());
     all.erase(std::unique(all.begin(), all.end()), all.end());
     std::vector<std::string> texts;
+    texts.reserve(all.size());
     for (const address& one : all) {
         texts.push_back(one.to_string());
     }
