@@ -1,33 +1,16 @@
 #include "autoset/autoset.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <string_view>
 #include <utility>
 
-#include "link/commands.h"
+#include "autoset/limits.h"
 #include "panel/adjust.h"
-#include "state/samples.h"
 
 namespace kv408 {
 namespace {
-
-using namespace std::chrono_literals;
-
-/// So long it looks for a trigger at most, and so long it waits for a sweep that is on its way.
-constexpr std::chrono::nanoseconds longest_search = 4400ms;
-constexpr std::chrono::nanoseconds longest_wait = 1500ms;
-
-/// What giving up takes of the longest time: the tick that is under way, and to put everything
-/// back.
-constexpr std::chrono::nanoseconds time_to_put_back = 500ms;
-
-/// A sweep of fast triggers comes within two ticks. One that takes longer has triggers some tenths
-/// of a millisecond apart.
-constexpr std::chrono::nanoseconds slow_sweep = 350ms;
-
-/// Long enough for triggers a few milliseconds apart.
-constexpr std::int32_t search_timeout_us = 10000;
 
 /// Time bases at which the signals are looked at, each of whose sweeps is so much longer than the
 /// one before that a period that does not fit into that has at least some points in this one.
@@ -37,14 +20,6 @@ constexpr std::array<std::string_view, 5> rungs = {"25ps/div", "5ns/div", "200ns
 /// V/div of the instrument's coarse and of its fine range.
 constexpr std::string_view coarse_vdiv = "0.5V";
 constexpr std::string_view fine_vdiv = "50mV";
-
-/// What is lower is looked at again in the fine range, millivolts.
-constexpr double faint = 30.0;
-
-/// How often a plan is pressed at most, and how often where what is measured lies between two
-/// choices and the last one is confirmed.
-constexpr int most_settlings = 8;
-constexpr int enough_settlings = 2;
 
 } // namespace
 
@@ -95,9 +70,9 @@ void Autoset::tick_over() {
     if (!works_.acquisition.acqrunning) {
         was_sweeping_ = false; // somebody has pressed Stop
         give_up(Outcome::cancelled, "Stopped. Everything is as it was.");
-    } else if (works_.clock.now() - asked_ > longest_wait) {
+    } else if (works_.clock.now() - asked_ > autoset_limit::wait) {
         give_up(Outcome::not_found, "No data come from the instrument. Everything is as it was.");
-    } else if (elapsed() > longest - time_to_put_back) {
+    } else if (elapsed() > longest - autoset_limit::to_put_back) {
         give_up(Outcome::not_found, "It took too long. Everything is as it was.");
     } else if (stage_ == Stage::searching) {
         search_on();
@@ -155,10 +130,11 @@ void Autoset::take_looks() {
         known.clipped = look.clipped;
         const bool fine = works_.panel.channel.at(channel).vdiv.text() == fine_vdiv;
         beyond_fine_.at(channel) = beyond_fine_.at(channel) || (fine && look.clipped);
+        // Of what is far lower than what was seen before only a level is in sight, with its noise.
+        const bool tells_time = (look.period || look.edge) && look.height() > known.height() / 2.0;
         // A longer sweep shows more of the signal; what a shorter one has shown of time is finer.
-        if (!known.alive ||
-            (look.alive && (look.period || look.edge ||
-                            (!known.period && !known.edge && look.height() > known.height())))) {
+        if (!known.alive || (look.alive && (tells_time || (!known.period && !known.edge &&
+                                                           look.height() > known.height())))) {
             known = look;
         }
     }
@@ -179,20 +155,21 @@ void Autoset::try_trial() {
             presses_.choose(panel.channel.at(channel).vdiv, coarse_vdiv);
             presses_.type(panel.channel.at(channel).psofset, 0);
         }
-        presses_.type(panel.trtout, std::max(users_.timeout, search_timeout_us));
+        presses_.type(panel.trtout, std::max(users_.timeout, autoset_limit::search_timeout));
         presses_.trigger(trial_.source, trial_.wheel, 0);
     });
 }
 
 void Autoset::search_on() {
     if (came(ch1) || came(ch2)) {
-        slow_ = works_.clock.now() - asked_ > slow_sweep;
+        slow_ = works_.clock.now() - asked_ > autoset_limit::fast_sweep;
         stage_ = Stage::looking;
         look_on();
     } else if (untriggered() && back_) {
         trial_ = *std::exchange(back_, std::nullopt);
         settle();
-    } else if (untriggered() && (next_trial_ == trials_.size() || elapsed() > longest_search)) {
+    } else if (untriggered() &&
+               (next_trial_ == trials_.size() || elapsed() > autoset_limit::search)) {
         give_up(Outcome::not_found, "No trigger at TRIG1 or TRIG2. Everything is as it was.");
     } else if (untriggered()) {
         try_trial();
@@ -202,10 +179,9 @@ void Autoset::search_on() {
 // --- Looking at the signals ---------------------------------------------------------------------
 
 bool Autoset::is_small(Channel channel) const {
-    constexpr double small = 150.0; // millivolts, of the 341 that the finer range has
     const SignalLook& look = found_.at(channel).look;
     return !look.clipped && !beyond_fine_.at(channel) &&
-           std::max(std::abs(look.low), std::abs(look.high)) < small;
+           std::max(std::abs(look.low), std::abs(look.high)) < autoset_limit::small;
 }
 
 void Autoset::look_with(std::size_t rung) {
@@ -245,8 +221,8 @@ void Autoset::look_on() {
     }
     const bool coarse = works_.panel.channel.at(trial_.source).vdiv.text() == coarse_vdiv;
     // What has left the finer range is not small any more, so this comes but once.
-    const bool again =
-        rung_ == 0 && !slow_ && coarse && own.height() < faint && is_small(trial_.source);
+    const bool again = rung_ == 0 && !slow_ && coarse && own.height() < autoset_limit::faint &&
+                       is_small(trial_.source);
     const std::size_t next = again ? rung_ : rung_ == 0 && slow_ ? rungs.size() - 1 : rung_ + 1;
     // A period of the other channel is enough where only the slowest look is left.
     if (next < rungs.size() && (slow_ || next + 1 < rungs.size() || !beside.period)) {
@@ -339,8 +315,6 @@ SignalLook Autoset::own_look() const {
 
 /// Whether the source's channel shows again what it was set up for; chance does not come twice.
 bool Autoset::confirmed() const {
-    constexpr double alike = 0.1;
-    constexpr double alike_edges = 0.3;
     const SignalLook& known = found_.at(trial_.source).look;
     const SignalLook again = own_look();
     const auto agree = [](const std::optional<double>& one, const std::optional<double>& other,
@@ -348,18 +322,19 @@ bool Autoset::confirmed() const {
         return !one || (other && std::abs(*other - *one) <= tolerance * *one);
     };
     return !found_.at(trial_.source).on ||
-           (agree(known.period, again.period, alike) && agree(known.edge, again.edge, alike_edges));
+           (agree(known.period, again.period, autoset_limit::alike) &&
+            agree(known.edge, again.edge, autoset_limit::alike_edges));
 }
 
 void Autoset::settle_on() {
     if (untriggered()) {
-        if (settled_ >= most_settlings) {
+        if (settled_ >= autoset_limit::most_settlings) {
             give_up(Outcome::not_found, "The trigger was lost. Everything is as it was.");
             return;
         }
         // What triggered at first does so again.
         plan_.level = {.wheel = trial_.wheel};
-        plan_.timeout = std::max(users_.timeout, search_timeout_us);
+        plan_.timeout = std::max(users_.timeout, autoset_limit::search_timeout);
         press_plan();
         return;
     }
@@ -384,8 +359,9 @@ void Autoset::settle_on() {
     Plan better = plan();
     better.level = plan_.level;
     better.timeout = plan_.timeout;
-    const bool near = settled && settled_ >= enough_settlings;
-    if (settled_ < most_settlings && !near && !better.same_scales(plan_)) {
+    const bool sure =
+        settled && (settled_ >= autoset_limit::enough_settlings || better.same_scales(plan_));
+    if (settled_ < autoset_limit::most_settlings && !sure) {
         plan_ = better;
         press_plan();
         return;

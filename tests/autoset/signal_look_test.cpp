@@ -17,11 +17,11 @@ constexpr double two_pi = 2.0 * std::numbers::pi;
 /// 650 points, `step` picoseconds apart from the trigger on, of what `signal` makes of a time in
 /// picoseconds: millivolts, two codes each, with `noise` millivolts rms.
 ChannelSweep look_sweep(double step, const std::function<double(double)>& signal,
-                        double noise = 0.5) {
+                        double noise = 0.5, unsigned seed = 7) {
     ChannelSweep part;
     part.time_per_point = step;
     part.whole = true;
-    std::mt19937 chance(7);
+    std::mt19937 chance(seed);
     std::normal_distribution<double> normal(0.0, noise);
     for (int point = 0; point < 650; ++point) {
         const double code = std::round(2.0 * (signal(point * step) + normal(chance))) + 2048.0;
@@ -62,6 +62,42 @@ TEST(SignalLook, TakesTheEdgeThatStartedTheSweepForTheFirstOfTwo) {
     const SignalLook look = look_at(part, StartedBy::rising);
     ASSERT_TRUE(look.period);
     EXPECT_NEAR(*look.period, 130e3, 1e3);
+}
+
+TEST(SignalLook, ReadsAPeriodOffTheEdgesThatItSees) {
+    // 1.9 periods from a level far above the middle on, whose edge came 6.5 % of a period before:
+    // two falling edges tell more than one rising edge and the trigger.
+    const auto late = [](double time) { return look_sine(400.0, 100e3)(time + 6.55e3); };
+    const SignalLook look = look_at(look_sweep(190e3 / 650, late), StartedBy::rising);
+    ASSERT_TRUE(look.period);
+    EXPECT_NEAR(*look.period, 100e3, 1e3);
+}
+
+TEST(SignalLook, ReadsAPeriodOutOfNoise) {
+    // 1.9 periods of 20 mVpp, begun a quarter of a period before, with 0.8 mV of noise: a point of
+    // the edges is known to 0.8 mV / (pi 20 mV / 342 points) = 4.4 points, or 1.3 % of a period.
+    const auto early = [](double time) { return look_sine(20.0, 100e3)(time + 25e3); };
+    double squares = 0.0;
+    constexpr unsigned sweeps = 100;
+    for (unsigned seed = 0; seed < sweeps; ++seed) {
+        const SignalLook look =
+            look_at(look_sweep(190e3 / 650, early, 0.8, seed), StartedBy::unknown);
+        ASSERT_TRUE(look.period) << seed;
+        squares += std::pow(*look.period / 100e3 - 1.0, 2.0);
+    }
+    EXPECT_LT(std::sqrt(squares / sweeps), 0.005);
+}
+
+TEST(SignalLook, TakesNoNoiseForData) {
+    // A steady level with 5 mV of noise.
+    int taken = 0;
+    constexpr unsigned sweeps = 400;
+    for (unsigned seed = 0; seed < sweeps; ++seed) {
+        const ChannelSweep part = look_sweep(
+            100.0, [](double) { return 100.0; }, 5.0, seed);
+        taken += look_at(part, StartedBy::rising).edge ? 1 : 0;
+    }
+    EXPECT_LE(taken, static_cast<int>(sweeps) / 100);
 }
 
 TEST(SignalLook, TakesNoPartOfAPeriodForOne) {

@@ -31,6 +31,12 @@ TEST(AutosetCases, AreFoundButForOneInFifty) {
     EXPECT_LE(50 * missed.size(), tried) << testing::PrintToString(missed);
 }
 
+TEST(AutosetCases, ThatLeaveTheScaleAreNotTheirOwnNoise) {
+    // While it is high its noise alone is seen below the end of the scale, and that is like data.
+    AutosetBench bench({simulator::SignalKind::square, 3000.0, 10e3, -300.0, 0.03});
+    EXPECT_EQ(bench.fault(bench.run()), "");
+}
+
 struct AutosetTest : AutosetProgram {};
 
 TEST_F(AutosetTest, ShowsBothSignalsEachInItsHalf) {
@@ -183,6 +189,26 @@ TEST_F(AutosetTest, FindsWhatOnlyAFarLevelTriggers) {
         EXPECT_NEAR(autoset().found()[ch1].look.middle(), offset, 0.1 * height) << offset;
         expect_agreement();
     }
+}
+
+TEST_F(AutosetTest, TriesTheLevelThatIsChosen) {
+    // 275 to 325 mV lie between the levels that are tried.
+    simulation.bench().sources[0].amplitude_mvpp = 50.0;
+    simulation.bench().sources[0].offset_mv = 300.0;
+    simulation.bench().triggers[1] = simulator::TriggerRoute::disconnected;
+    start();
+    finish();
+    EXPECT_EQ(autoset().line(), "No trigger at TRIG1 or TRIG2. Everything is as it was.");
+    scope.act([this] {
+        scope.panel().tabstrip2.select(3); // "Trigger"
+        scope.panel().slider1.turn_to((2048 + 304) / 4);
+    });
+    ticks(5);
+    start();
+    finish();
+    EXPECT_EQ(autoset().outcome(), Autoset::Outcome::found) << autoset().line();
+    EXPECT_THAT(autoset().line(), testing::ContainsRegex("CH1 .* (49|50|51)[.].* on TRIG1"));
+    EXPECT_EQ(scope.panel().trigsource.text(), "TRIG1");
 }
 
 TEST_F(AutosetTest, IsNotHeldUpByASteadyVoltageBeyondTheFineRange) {
