@@ -84,11 +84,18 @@ void Picture::draw_backdrop() {
         backdrop_.add_all();
     }
     for (const ReferenceLook& reference : drawn_.references) {
-        draw_reference(Canvas(grid_), scale_, reference);
+        draw_reference(Canvas(grid_), scale_, placed(reference, scale_));
     }
     densities_.change_all();
     paint_densities();
     inked_.add_all(); // what is shown has the grid of before
+}
+
+void Picture::place_maths() {
+    placed_maths_.clear();
+    for (const ReferenceLook& trace : drawn_.maths) {
+        placed_maths_.push_back(placed(trace, scale_));
+    }
 }
 
 /// Paints what has changed of the densities onto the grid. Hits only become more until all is drawn
@@ -144,6 +151,7 @@ void Picture::rescale(const PlotScale& scale) {
         }
     }
     draw_backdrop();
+    place_maths();
     due_ = DirtyColumns(scale.width());
     due_.add({0, scale.width()});
 }
@@ -241,7 +249,11 @@ void Picture::draw(unsigned flags) {
     add_columns_to_compose(next);
     const bool backdrop_changed =
         next.references != drawn_.references || next.densities != drawn_.densities;
+    const bool maths_changed = next.maths != drawn_.maths;
     drawn_ = next;
+    if (maths_changed) {
+        place_maths();
+    }
     densities_.show(drawn_.densities);
     if (backdrop_changed) {
         draw_backdrop();

@@ -181,6 +181,7 @@ private:
     [[nodiscard]] Content content(unsigned flags) const;
     void rescale(const PlotScale& scale);
     void draw_backdrop();
+    void place_maths();
     Columns paint_densities();
     void add_columns_to_compose(const Content& next);
     void compose_what_is_due();
@@ -199,6 +200,7 @@ private:
     bool grid_dotted_ = false;
     std::vector<ShownReference> references_;
     std::vector<ShownReference> maths_;
+    std::vector<PlacedReference> placed_maths_; ///< those that were drawn last
     DensityLayers densities_;
     std::optional<ShownHistogram> histogram_;
     std::array<std::optional<DensityMarks>, 2> marks_; ///< by `MarksOf`

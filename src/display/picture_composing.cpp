@@ -24,7 +24,7 @@ void Picture::compose(Columns columns) {
     } else {
         compose_by_painting(canvas, views);
     }
-    for (const ReferenceLook& trace : drawn_.maths) {
+    for (const PlacedReference& trace : placed_maths_) {
         draw_reference(canvas, scale_, trace, &inked_);
     }
     draw_overlays(UnitPainter(canvas, scale_, &inked_), drawn_.overlays);

@@ -65,21 +65,41 @@ std::vector<ReferencePoint> on_screen(const ReferenceCurve& curve, std::span<con
     return points;
 }
 
-void draw_reference(const Canvas& canvas, const PlotScale& scale, const ReferenceLook& look,
+PlacedReference placed(const ReferenceLook& look, const PlotScale& scale) {
+    PlacedReference result{.lines = {}, .colour = look.colour};
+    for (const std::span<const double> line : lines_of(*look.curve)) {
+        std::vector<Point>& points = result.lines.emplace_back();
+        points.reserve(line.size());
+        for (const ReferencePoint& point : on_screen(*look.curve, line, look.screen)) {
+            points.push_back({scale.place(point.column), scale.place(point.row)});
+        }
+    }
+    return result;
+}
+
+void draw_reference(const Canvas& canvas, const PlotScale& scale, const PlacedReference& reference,
                     Tiles* touched) {
     const Canvas within(canvas.surface(),
                         common(canvas.columns(), {scale.edge(1), scale.edge(plot::width - 1)}));
     const Brush brush(scale.line_width());
-    for (const std::span<const double> line : lines_of(*look.curve)) {
-        std::vector<Point> placed;
-        placed.reserve(line.size());
-        for (const ReferencePoint& point : on_screen(*look.curve, line, look.screen)) {
-            placed.push_back({scale.place(point.column), scale.place(point.row)});
+    const Columns columns = within.columns();
+    for (const std::vector<Point>& points : reference.lines) {
+        // Only what comes near to the columns: they may be a few of many.
+        const auto beyond = [&](int column) {
+            return std::partition_point(points.begin(), points.end(),
+                                        [column](const Point& point) { return point.x < column; });
+        };
+        auto first = beyond(columns.left - brush.width());
+        auto end = beyond(columns.right + brush.width());
+        first -= first == points.begin() ? 0 : 1;
+        end += end == points.end() ? 0 : 1;
+        if (columns.empty() || end - first < 2) {
+            continue;
         }
-        draw_polyline(within, placed, brush, look.colour);
-        for (std::size_t point = 1; touched != nullptr && point < placed.size(); ++point) {
-            const auto [left, right] = std::minmax(placed[point - 1].x, placed[point].x);
-            const auto [top, bottom] = std::minmax(placed[point - 1].y, placed[point].y);
+        draw_polyline(within, {first, end}, brush, reference.colour);
+        for (auto point = first + 1; touched != nullptr && point != end; ++point) {
+            const auto [left, right] = std::minmax((point - 1)->x, point->x);
+            const auto [top, bottom] = std::minmax((point - 1)->y, point->y);
             const Rectangle covered =
                 within.clipped({left - brush.before(), top - brush.before(), right + brush.width(),
                                 bottom + brush.width()});

@@ -57,9 +57,18 @@ curve_screen(const FrontPanel& panel, const Channels& channels, const ReferenceC
 [[nodiscard]] std::vector<ReferencePoint>
 on_screen(const ReferenceCurve& curve, std::span<const double> line, const ReferenceScreen& screen);
 
-/// Draws `look` onto `canvas`, whose surface shows the whole plot at `scale`, within the plot's
-/// border. What it may have changed is added to `touched`, where there is one.
-void draw_reference(const Canvas& canvas, const PlotScale& scale, const ReferenceLook& look,
+/// A reference as it lies on a surface.
+struct PlacedReference {
+    std::vector<std::vector<Point>> lines; ///< pixels, from left to right
+    Pixel colour = 0;
+};
+
+/// `look` on a surface that shows the whole plot at `scale`.
+[[nodiscard]] PlacedReference placed(const ReferenceLook& look, const PlotScale& scale);
+
+/// Draws `reference` onto `canvas`, whose surface shows the whole plot at `scale`, within the
+/// plot's border. What it may have changed is added to `touched`, where there is one.
+void draw_reference(const Canvas& canvas, const PlotScale& scale, const PlacedReference& reference,
                     Tiles* touched = nullptr);
 
 } // namespace kv408

@@ -12,7 +12,7 @@ namespace {
 using namespace std::chrono_literals;
 
 /// Between two updates of the texts.
-constexpr std::chrono::nanoseconds between_maths_texts = 200ms;
+constexpr std::chrono::nanoseconds between_maths_texts = 500ms;
 
 } // namespace
 

@@ -6,6 +6,7 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
+#include "ui/changing_text.h"
 #include "ui/lengths.h"
 #include "ui/panel_frame.h"
 #include "ui/told_window.h"
@@ -45,12 +46,13 @@ Captions captions_of(std::size_t place) {
 
 /// A text of at most `lines` lines that changes while it is read: one that can be selected is laid
 /// out anew far more slowly. It keeps its room, since the window does not grow with it.
-QLabel* make_changing(WidgetMaker& make, Label& control, int lines, const Words& words) {
+QWidget* make_changing(WidgetMaker& make, Label& control, int lines, const Words& words) {
     QLabel* const label = make_told(make, control, words);
     label->setTextInteractionFlags(Qt::NoTextInteraction);
     label->setAlignment(Qt::AlignTop | Qt::AlignLeft);
-    label->setMinimumHeight(lines * label->fontMetrics().lineSpacing());
-    return label;
+    auto* const room = new ChangingText(label);
+    room->setMinimumHeight(lines * label->fontMetrics().lineSpacing());
+    return room;
 }
 
 } // namespace

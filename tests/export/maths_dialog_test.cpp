@@ -45,7 +45,7 @@ struct MathsDialogTest : testing::Test {
         sweeps.finish(SweepMode::block, {}, parts,
                       {panel.channel[ch1].enable.checked(), panel.channel[ch2].enable.checked()});
         dialog.take(*sweeps.last_complete());
-        clock.advance(std::chrono::milliseconds(200));
+        clock.advance(std::chrono::milliseconds(500));
         dialog.tick_over();
     }
 
@@ -150,7 +150,7 @@ TEST_F(MathsDialogTest, SaysWhichChannelIsOffAndTakesTheTraceAway) {
     panel.channel[ch2].enable.set_checked(false);
     come({100.0}, {300.0});
     panel.channel[ch2].enable.set_checked(true);
-    clock.advance(std::chrono::milliseconds(200));
+    clock.advance(std::chrono::milliseconds(500));
     dialog.tick_over();
     EXPECT_TRUE(shown.empty()) << "it is not in the sweep that came meanwhile";
     EXPECT_EQ(first().lblMathsState.caption(), "CH2 is not in the last sweep.");

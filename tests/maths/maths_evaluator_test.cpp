@@ -5,10 +5,10 @@
 namespace kv408 {
 namespace {
 
-using Levels = std::vector<double>;
+using TraceLevels = std::vector<double>;
 
 /// A channel's points in millivolts, 20 ps apart.
-ChannelSweep points_of(Levels mv) {
+ChannelSweep points_of(TraceLevels mv) {
     ChannelSweep part;
     part.whole = true;
     part.time_per_point = 20.0;
@@ -35,7 +35,7 @@ MathsEvaluator computing(MathsFunction function, Channel a = ch1, Channel b = ch
 }
 
 /// What `function` makes of CH1 and CH2.
-Levels result_of(MathsFunction function, const Levels& one, const Levels& two) {
+TraceLevels result_of(MathsFunction function, const TraceLevels& one, const TraceLevels& two) {
     MathsEvaluator maths = computing(function);
     const ChannelSweep second = points_of(two);
     maths.take(sweep_with(points_of(one), &second));
@@ -43,18 +43,18 @@ Levels result_of(MathsFunction function, const Levels& one, const Levels& two) {
 }
 
 TEST(MathsEvaluation, ComputesInBaseUnits) {
-    const Levels one = {1000.0, -500.0, 2000.0};
-    const Levels two = {250.0, 500.0, -4000.0};
-    EXPECT_EQ(result_of(MathsFunction::sum, one, two), (Levels{1.25, 0.0, -2.0}));
-    EXPECT_EQ(result_of(MathsFunction::difference, one, two), (Levels{0.75, -1.0, 6.0}));
-    EXPECT_EQ(result_of(MathsFunction::product, one, two), (Levels{0.25, -0.25, -8.0}));
-    EXPECT_EQ(result_of(MathsFunction::negative, one, two), (Levels{-1.0, 0.5, -2.0}));
-    const Levels slopes = result_of(MathsFunction::derivative, one, two);
+    const TraceLevels one = {1000.0, -500.0, 2000.0};
+    const TraceLevels two = {250.0, 500.0, -4000.0};
+    EXPECT_EQ(result_of(MathsFunction::sum, one, two), (TraceLevels{1.25, 0.0, -2.0}));
+    EXPECT_EQ(result_of(MathsFunction::difference, one, two), (TraceLevels{0.75, -1.0, 6.0}));
+    EXPECT_EQ(result_of(MathsFunction::product, one, two), (TraceLevels{0.25, -0.25, -8.0}));
+    EXPECT_EQ(result_of(MathsFunction::negative, one, two), (TraceLevels{-1.0, 0.5, -2.0}));
+    const TraceLevels slopes = result_of(MathsFunction::derivative, one, two);
     ASSERT_EQ(slopes.size(), 3U);
     EXPECT_DOUBLE_EQ(slopes[0], -1.5 / 20e-12);
     EXPECT_DOUBLE_EQ(slopes[1], 1.0 / 40e-12);
     EXPECT_DOUBLE_EQ(slopes[2], 2.5 / 20e-12);
-    const Levels sums = result_of(MathsFunction::integral, one, two);
+    const TraceLevels sums = result_of(MathsFunction::integral, one, two);
     EXPECT_EQ(sums[0], 0.0);
     EXPECT_DOUBLE_EQ(sums[1], 0.25 * 20e-12);
     EXPECT_DOUBLE_EQ(sums[2], 1.0 * 20e-12);
@@ -82,7 +82,7 @@ TEST(MathsEvaluation, KnowsWhereItLiesAndOfWhichSweepItIs) {
     EXPECT_EQ(maths.trace()->first_point, 2U);
     EXPECT_EQ(maths.trace()->time_per_point, 20.0);
     EXPECT_EQ(maths.trace()->sweep, 5U);
-    EXPECT_EQ(maths.trace()->values, (Levels{-0.005, -0.015}));
+    EXPECT_EQ(maths.trace()->values, (TraceLevels{-0.005, -0.015}));
     two.first_time = 100.0;
     maths.take(sweep_with(points_of({0.0, 0.0, 0.0, 0.0, 0.0}), &two));
     EXPECT_EQ(maths.trace(), nullptr);
@@ -102,7 +102,7 @@ TEST(MathsEvaluation, SaysWhyThereIsNothing) {
     EXPECT_EQ(maths.reason(), "CH2 is not in the last sweep");
     maths.define({MathsFunction::negative, ch1, ch2}); // CH2 does not count
     maths.take(sweep_with(points_of({1.0})));
-    EXPECT_EQ(maths.trace()->values, Levels{-0.001});
+    EXPECT_EQ(maths.trace()->values, TraceLevels{-0.001});
     EXPECT_EQ(maths.reason(), "");
     maths.define({MathsFunction::derivative, ch1, ch2});
     maths.take(sweep_with(points_of({1.0})));
@@ -122,21 +122,21 @@ TEST(MathsOfSweeps, MeanAndEnvelopeAreOfTheLastOnes) {
             maths->take(sweep_with(points_of({level, -level})));
         }
     }
-    EXPECT_EQ(mean.trace()->values, (Levels{2.0, -2.0}));
+    EXPECT_EQ(mean.trace()->values, (TraceLevels{2.0, -2.0}));
     EXPECT_EQ(mean.trace()->sweeps, 3U);
     EXPECT_TRUE(mean.trace()->lowest.empty());
-    EXPECT_EQ(envelope.trace()->values, (Levels{5.0, 1.0}));
-    EXPECT_EQ(envelope.trace()->lowest, (Levels{-1.0, -5.0}));
+    EXPECT_EQ(envelope.trace()->values, (TraceLevels{5.0, 1.0}));
+    EXPECT_EQ(envelope.trace()->lowest, (TraceLevels{-1.0, -5.0}));
     mean.set_kept(2); // the last two at once
-    EXPECT_EQ(mean.trace()->values, (Levels{2.0, -2.0}));
+    EXPECT_EQ(mean.trace()->values, (TraceLevels{2.0, -2.0}));
     envelope.set_kept(1);
-    EXPECT_EQ(envelope.trace()->values, (Levels{5.0, -5.0}));
-    EXPECT_EQ(envelope.trace()->lowest, (Levels{5.0, -5.0}));
+    EXPECT_EQ(envelope.trace()->values, (TraceLevels{5.0, -5.0}));
+    EXPECT_EQ(envelope.trace()->lowest, (TraceLevels{5.0, -5.0}));
     EXPECT_EQ(envelope.trace()->sweeps, 1U);
     mean.clear();
     EXPECT_EQ(mean.trace(), nullptr);
     mean.take(sweep_with(points_of({3000.0})));
-    EXPECT_EQ(mean.trace()->values, Levels{3.0});
+    EXPECT_EQ(mean.trace()->values, TraceLevels{3.0});
 }
 
 TEST(MathsOfSweeps, BeginAnewWithASweepThatWasTakenOtherwise) {
@@ -169,7 +169,7 @@ TEST(MathsOfSweeps, BeginAnewWithASweepThatWasTakenOtherwise) {
     moved.position = 2.0;
     moved.mv_per_division = 10.0;
     maths.take(sweep_with(moved));
-    EXPECT_EQ(maths.trace()->values, Levels{2.0});
+    EXPECT_EQ(maths.trace()->values, TraceLevels{2.0});
 }
 
 TEST(MathsColumns, AreTheLastPointsUpToTheirTimes) {
@@ -182,12 +182,12 @@ TEST(MathsColumns, AreTheLastPointsUpToTheirTimes) {
     const auto columns = screen_columns(trace);
     ASSERT_EQ(columns.size(), 640U);
     EXPECT_EQ(std::vector<double>(columns.begin(), columns.begin() + 6),
-              (Levels{0.0, 0.0, 1.0, 2.0, 3.0, 3.0})); // 0, 0.78, 1.56, 2.34, 3.125, 3.9
-    EXPECT_EQ(columns.back(), 499.0);                  // 639 / 1.28 = 499.2
+              (TraceLevels{0.0, 0.0, 1.0, 2.0, 3.0, 3.0})); // 0, 0.78, 1.56, 2.34, 3.125, 3.9
+    EXPECT_EQ(columns.back(), 499.0);                       // 639 / 1.28 = 499.2
     // Begins at A's point 3, and has two of them.
     trace.first_point = 3;
     trace.values = {10.0, 11.0};
-    EXPECT_EQ(screen_columns(trace), (Levels{10.0, 10.0, 11.0}));
+    EXPECT_EQ(screen_columns(trace), (TraceLevels{10.0, 10.0, 11.0}));
     trace.values.clear();
     EXPECT_TRUE(screen_columns(trace).empty());
 }

@@ -27,7 +27,7 @@ std::vector<double> trapezoid(int count, int period, double scale) {
 }
 
 /// The value of the measurement called `name`.
-double measured(const std::vector<MeasuredValue>& values, std::string_view name) {
+double curve_value(const std::vector<MeasuredValue>& values, std::string_view name) {
     const auto rows = measurement_rows();
     for (std::size_t row = 0; row < rows.size(); ++row) {
         if (rows[row].name == name) {
@@ -42,35 +42,35 @@ TEST(CurveMeasurements, TellLevelsAndTimesOfAnyUnitAtOnce) {
     for (const double scale : {1e-12, 1.0, 3e11}) {
         const auto found = curve_measurements(trapezoid(640, 160, scale), 1e9);
         EXPECT_EQ(found.size(), measurement_rows().size());
-        EXPECT_NEAR(measured(found, "VMax"), 6.0 * scale, 1e-12 * scale);
-        EXPECT_NEAR(measured(found, "VMin"), -2.4 * scale, 1e-12 * scale);
-        EXPECT_NEAR(measured(found, "Vpp"), 8.4 * scale, 1e-12 * scale);
-        EXPECT_NEAR(measured(found, "VAmpl+"), 6.0 * scale, 1e-9 * scale);
-        EXPECT_NEAR(measured(found, "VAmpl-"), -2.0 * scale, 1e-9 * scale);
-        EXPECT_NEAR(measured(found, "VMean"), (2.0 - 0.4 / 640.0) * scale, 1e-9 * scale);
-        EXPECT_NEAR(measured(found, "Period"), 160e-9, 1e-15);
-        EXPECT_NEAR(measured(found, "Frequency"), 6.25e6, 1e-3);
-        EXPECT_NEAR(measured(found, "tRise"), 0.8 * 16e-9, 1e-15); // 10 % to 90 %
-        EXPECT_NEAR(measured(found, "tFall"), 0.8 * 16e-9, 1e-15);
-        EXPECT_NEAR(measured(found, "tPuls+"), 80.8e-9, 1e-15); // at 1.8
-        EXPECT_NEAR(measured(found, "tPuls-"), 79.2e-9, 1e-15);
+        EXPECT_NEAR(curve_value(found, "VMax"), 6.0 * scale, 1e-12 * scale);
+        EXPECT_NEAR(curve_value(found, "VMin"), -2.4 * scale, 1e-12 * scale);
+        EXPECT_NEAR(curve_value(found, "Vpp"), 8.4 * scale, 1e-12 * scale);
+        EXPECT_NEAR(curve_value(found, "VAmpl+"), 6.0 * scale, 1e-9 * scale);
+        EXPECT_NEAR(curve_value(found, "VAmpl-"), -2.0 * scale, 1e-9 * scale);
+        EXPECT_NEAR(curve_value(found, "VMean"), (2.0 - 0.4 / 640.0) * scale, 1e-9 * scale);
+        EXPECT_NEAR(curve_value(found, "Period"), 160e-9, 1e-15);
+        EXPECT_NEAR(curve_value(found, "Frequency"), 6.25e6, 1e-3);
+        EXPECT_NEAR(curve_value(found, "tRise"), 0.8 * 16e-9, 1e-15); // 10 % to 90 %
+        EXPECT_NEAR(curve_value(found, "tFall"), 0.8 * 16e-9, 1e-15);
+        EXPECT_NEAR(curve_value(found, "tPuls+"), 80.8e-9, 1e-15); // at 1.8
+        EXPECT_NEAR(curve_value(found, "tPuls-"), 79.2e-9, 1e-15);
     }
 }
 
 TEST(CurveMeasurements, HaveTheTimesOfACurveThatCoversHalfOfTheScreen) {
     const auto found = curve_measurements(trapezoid(320, 80, 1.0), 1e9);
-    EXPECT_NEAR(measured(found, "Period"), 80e-9, 0.5e-9);
-    EXPECT_NEAR(measured(found, "VMean"), 2.0 - 0.4 / 320.0, 1e-9);
-    EXPECT_NEAR(measured(found, "VMax"), 6.0, 1e-12);
+    EXPECT_NEAR(curve_value(found, "Period"), 80e-9, 0.5e-9);
+    EXPECT_NEAR(curve_value(found, "VMean"), 2.0 - 0.4 / 320.0, 1e-9);
+    EXPECT_NEAR(curve_value(found, "VMax"), 6.0, 1e-12);
 }
 
 TEST(CurveMeasurements, OfALineHaveLevelsAndNoTimes) {
     for (const std::vector<double>& line : {std::vector<double>{0.0}, std::vector<double>(640)}) {
         const auto found = curve_measurements(line, 1e9);
-        EXPECT_EQ(measured(found, "VMax"), 0.0);
-        EXPECT_EQ(measured(found, "VRMS"), 0.0);
-        EXPECT_TRUE(std::isnan(measured(found, "Frequency")));
-        EXPECT_TRUE(std::isnan(measured(found, "tPuls+")));
+        EXPECT_EQ(curve_value(found, "VMax"), 0.0);
+        EXPECT_EQ(curve_value(found, "VRMS"), 0.0);
+        EXPECT_TRUE(std::isnan(curve_value(found, "Frequency")));
+        EXPECT_TRUE(std::isnan(curve_value(found, "tPuls+")));
     }
 }
 
