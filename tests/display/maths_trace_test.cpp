@@ -59,7 +59,7 @@ TEST(PictureMaths, LieOverTheTracesInAScaleOfTheirOwnOrThatOfTheirChannel) {
     EXPECT_EQ(scene.red_rows(300), std::vector<int>{336});
     scene.show(std::vector<double>(30, 0.0), CurveScale{});
     EXPECT_EQ(scene.red_rows(300), std::vector<int>{256}) << "over CH1's own line";
-    EXPECT_EQ(scene.at(0, 256), bare[256 * 641]) << "not on the border";
+    EXPECT_EQ(scene.at(0, 256), bare[std::size_t{256} * 641]) << "not on the border";
     scene.show(std::vector<double>(30, 100.0), CurveScale{});
     EXPECT_EQ(scene.red_rows(300), std::vector<int>{256 - 64});
     scene.picture.set_maths({});
@@ -77,9 +77,9 @@ TEST(PictureMaths, HaveBothLinesOfAnEnvelope) {
 // A point-by-point pass composes some columns at a time.
 TEST(PictureMaths, StayWholeWhereOnlySomeColumnsAreComposed) {
     MathsScene scene;
-    std::vector<double> zigzag;
-    for (int point = 0; point < 30; ++point) {
-        zigzag.push_back(point % 2 == 0 ? -3.0 : 3.0);
+    std::vector<double> zigzag(30, -3.0);
+    for (std::size_t point = 1; point < zigzag.size(); point += 2) {
+        zigzag[point] = 3.0;
     }
     for (const double factor : {1.0, 1.25, 3.0}) {
         scene.picture.set_scale(PlotScale(factor));

@@ -27,7 +27,7 @@ struct MathsDialogTest : testing::Test {
     }
 
     /// Announces a sweep with these points, millivolts, as the program does.
-    void come(std::vector<double> one, std::vector<double> two) {
+    void come(const std::vector<double>& one, const std::vector<double>& two) {
         Sweeps::Parts parts;
         for (const Channel channel : both_channels) {
             auto part = std::make_shared<ChannelSweep>();
