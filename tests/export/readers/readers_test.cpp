@@ -305,7 +305,6 @@ TEST(NumpyReads, ARecordingWithEachSweepInItsLines) {
     const auto of_pass = pass.rows();
     std::vector<std::vector<double>> wanted;
     wanted.reserve(of_block.size());
-    std::vector<std::vector<double>> wanted;
     for (const std::vector<double>& row : of_block) {
         wanted.push_back({7.0, row.at(0), row.at(1), row.at(2), row.at(3)});
     }
