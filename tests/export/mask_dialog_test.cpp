@@ -2,6 +2,8 @@
 
 #include "export/mask_dialog.h"
 
+#include <cmath>
+
 #include <gtest/gtest.h>
 
 #include "analysis/mask_file.h"

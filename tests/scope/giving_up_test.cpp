@@ -2,6 +2,7 @@
 // of it.
 
 #include <algorithm>
+#include <deque>
 #include <string>
 #include <vector>
 

@@ -1,5 +1,8 @@
 // Single sweeps by the menu, and the window of read-outs, over the whole program.
 
+#include <cmath>
+#include <sstream>
+
 #include <gtest/gtest.h>
 
 #include "scope/program.h"

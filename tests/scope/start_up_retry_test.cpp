@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <deque>
 
 #include <gtest/gtest.h>
 

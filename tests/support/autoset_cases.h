@@ -133,8 +133,10 @@ struct AutosetBench : Program {
         }
         const auto before = scope.sweeps().last_complete();
         ticks(10);
-        const bool sweeps = scope.sweeps().last_complete() != before;
-        return sweeps ? "" : "does not trigger: " + autoset.line();
+        if (scope.sweeps().last_complete() == before) {
+            return "does not trigger: " + autoset.line();
+        }
+        return on_screen() ? "" : "not on the screen: " + autoset.line();
     }
 
 private:
@@ -151,19 +153,39 @@ private:
         if (std::abs(look.height() - height) > off || (beyond && !look.clipped)) {
             return false;
         }
-        const Place place;
-        const auto vdiv = [&place](double lowest, double highest) {
-            SignalLook of_height;
-            of_height.low = lowest;
-            of_height.high = highest;
-            return vertical_scale(fit_vertical(of_height, place).vdiv)->mv_per_division;
-        };
         const double shown = vertical_scale(channel(0).vdiv.text())->mv_per_division;
-        const double least =
-            vdiv(std::max(low, -scale_end) + off / 2.0, std::min(high, scale_end) - off / 2.0);
-        const double most =
-            vdiv(std::max(low, -scale_end) - off / 2.0, std::min(high, scale_end) + off / 2.0);
-        return shown >= least && shown <= most;
+        const double top = std::min(high, scale_end);
+        const double bottom = std::max(low, -scale_end);
+        return shown >= finest(bottom + off / 2.0, top - off / 2.0) &&
+               shown <= finest(bottom - off / 2.0, top + off / 2.0);
+    }
+
+    /// The finest V/div, millivolts, at which what lies between `bottom` and `top` is at most six
+    /// and a half divisions high, and the zero line need not leave the screen to have it in the
+    /// middle; the coarsest where none is.
+    static double finest(double bottom, double top) {
+        constexpr double most_divisions = 6.5;
+        constexpr double half_screen_divisions = 4.0;
+        constexpr std::array<double, 6> all = {10.0, 20.0, 50.0, 100.0, 200.0, 500.0};
+        for (const double candidate : all) {
+            if (top - bottom <= most_divisions * candidate &&
+                std::abs(top + bottom) / 2.0 <= half_screen_divisions * candidate) {
+                return candidate;
+            }
+        }
+        return all.back();
+    }
+
+    /// The whole trace of the last sweep lies on the screen, and its middle within a division of
+    /// the screen's.
+    bool on_screen() {
+        constexpr double half_screen_divisions = 4.0;
+        const ChannelSweep& part = *scope.sweeps().last_complete()->channel[ch1];
+        const auto [lowest, highest] = std::minmax_element(part.mv.begin(), part.mv.end());
+        const double bottom = part.position + *lowest / part.mv_per_division;
+        const double top = part.position + *highest / part.mv_per_division;
+        return bottom >= -half_screen_divisions && top <= half_screen_divisions &&
+               std::abs(top + bottom) / 2.0 <= 1.0;
     }
 
     /// Two to five periods of the right length; of data the next bit's edge where steps of 2.5 and
