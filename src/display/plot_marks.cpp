@@ -42,35 +42,6 @@ std::optional<PlotMark> within_plot(const PlotMark& mark) {
                     mark.from_x + end * right, mark.from_y + end * down, mark.dotted};
 }
 
-/// Draws a line that is neither a row nor a column: in each row, or column, that it passes through,
-/// the units that it has there.
-void draw_slant(const UnitPainter& painter, const PlotMark& mark, Pixel colour) {
-    const double right = mark.to_x - mark.from_x;
-    const double down = mark.to_y - mark.from_y;
-    const bool steep = std::fabs(down) > std::fabs(right);
-    const double from = steep ? mark.from_x : mark.from_y;
-    const double along_from = steep ? mark.from_y : mark.from_x;
-    const double slope = steep ? right / down : down / right;
-    const int first = round_to_int32(std::min(along_from, steep ? mark.to_y : mark.to_x));
-    const int last = round_to_int32(std::max(along_from, steep ? mark.to_y : mark.to_x));
-    const auto across = [&](int along) {
-        return round_to_int32(from + (along - along_from) * slope);
-    };
-    for (int begin = first; begin <= last;) {
-        const int here = across(begin);
-        int end = begin + 1;
-        while (end <= last && across(end) == here) {
-            ++end;
-        }
-        if (steep) {
-            painter.draw_column(here, begin, end, colour);
-        } else {
-            painter.draw_row(here, begin, end, colour);
-        }
-        begin = end;
-    }
-}
-
 } // namespace
 
 void add_marks(const DensityMarks& marks, const DensityScreen& screen,
@@ -105,7 +76,7 @@ void draw_marks(const UnitPainter& painter, const PlotMarks& marks) {
         } else if (left == right) {
             painter.draw_column(left, top, bottom + 1, marks.colour, style);
         } else {
-            draw_slant(painter, mark, marks.colour);
+            painter.draw_slant({mark.from_x, mark.from_y}, {mark.to_x, mark.to_y}, marks.colour);
         }
     }
 }

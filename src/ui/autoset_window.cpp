@@ -40,7 +40,7 @@ AutosetWindow::AutosetWindow(Autoset& autoset, ScopeDriver& driver, QWidget& own
                                {u"Close"_s, u"Closes the window"_s}, [this] { reject(); });
     ending->addWidget(cancel_);
     ending->addWidget(close_);
-    layout->addLayout(ending);
+    add_ending(*this, ending);
 }
 
 void AutosetWindow::refresh() {

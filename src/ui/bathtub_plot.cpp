@@ -13,7 +13,7 @@ namespace {
 using namespace Qt::StringLiterals;
 
 constexpr int decades = 15;
-constexpr int decades_a_line = 3;
+constexpr int decades_per_line = 3;
 constexpr int quarters = 4;
 
 /// The row of `ratio`, of which `area` has those down to 1E-15.
@@ -66,7 +66,7 @@ void BathtubPlot::paint_grid(QPainter& painter, const QRectF& area) const {
     const int letters = fontMetrics().height();
     const QColor text = palette().color(QPalette::Text);
     const QColor line = palette().color(QPalette::Mid);
-    for (int decade = 0; decade <= decades; decade += decades_a_line) {
+    for (int decade = 0; decade <= decades; decade += decades_per_line) {
         const double y = row_of_ratio(area, std::pow(10.0, -decade));
         painter.setPen(line);
         painter.drawLine(QPointF(area.left(), y), QPointF(area.right(), y));

@@ -11,6 +11,7 @@ namespace kv408::ui {
 /// told. Without a curve the reason stands in its place.
 class BathtubPlot : public QWidget {
 public:
+    /// Shows what `dialog`, which outlives it, has computed.
     explicit BathtubPlot(const JitterDialog& dialog, QWidget* parent = nullptr);
 
     [[nodiscard]] QSize sizeHint() const override;

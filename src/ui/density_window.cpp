@@ -24,7 +24,7 @@ DensityWindow::DensityWindow(DensityDialog& dialog, ScopeDriver& driver, QWidget
     QVBoxLayout* const layout = make_window_layout(*this);
     layout->addWidget(make_collecting());
     layout->addWidget(make_collected(), 1);
-    layout->addLayout(make_ending());
+    add_ending(*this, make_ending());
 }
 
 QWidget* DensityWindow::make_collecting() {
@@ -67,15 +67,13 @@ QWidget* DensityWindow::make_collected() {
     DensityControls& controls = dialog_.controls();
     auto* const layout = new QVBoxLayout(frame);
     layout->setContentsMargins(0, 0, 0, 0);
-    frame->setMinimumWidth(least_width);
+    frame->keep_width(least_width);
     for (Label& state : controls.state) {
-        QLabel* const label =
-            make_told(make, state,
-                      {u"State of "_s + (&state == &controls.state.front() ? u"CH1"_s : u"CH2"_s),
-                       u"Sweeps that were counted, since when, and what made them begin anew"_s});
-        // It changes twice a second; text that can be selected is laid out anew far more slowly.
-        label->setTextInteractionFlags(Qt::NoTextInteraction);
-        layout->addWidget(label);
+        const QString channel = &state == &controls.state.front() ? u"CH1"_s : u"CH2"_s;
+        layout->addWidget(make_changing(
+            make, state,
+            {u"State of "_s + channel,
+             u"Sweeps that were counted, since when, and what made them begin anew"_s}));
     }
     layout->addWidget(make_told(make, controls.lblDensityRemark,
                                 {u"Remarks"_s, u"What makes the counts smaller or wrong"_s}));

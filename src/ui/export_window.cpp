@@ -28,15 +28,15 @@ QWidget* make_preview(ExportControls& controls, ScopeDriver& driver) {
     lines->setTextFormat(Qt::PlainText);
     lines->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     lines->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    auto* const inner = new QVBoxLayout(content);
-    inner->setContentsMargins(0, 0, 0, 0);
-    inner->addWidget(lines);
-    auto* const area = new ScrollingArea(content);
     const QFontMetrics letters(lines->font());
+    auto* const inner = new QGridLayout(content);
+    inner->setContentsMargins(0, 0, 0, 0);
+    inner->addWidget(lines, 0, 0);
+    inner->setColumnMinimumWidth(0, shown_columns * letters.averageCharWidth());
+    inner->setRowMinimumHeight(0, shown_lines * letters.lineSpacing());
+    auto* const area = new ScrollingArea(content);
     area->setMinimumSize(shown_columns * letters.averageCharWidth() / 2,
                          shown_lines * letters.lineSpacing() / 3);
-    content->setMinimumSize(shown_columns * letters.averageCharWidth(),
-                            shown_lines * letters.lineSpacing());
     auto* const layout = new QVBoxLayout(frame);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(area);

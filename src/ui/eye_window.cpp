@@ -29,7 +29,7 @@ EyeWindow::EyeWindow(EyeDialog& dialog, ScopeDriver& driver, QWidget* owner)
                                        .reason = &controls.lblEyeFound},
                                       least_eye_width),
                       1);
-    layout->addLayout(make_told_ending(*this, driver, controls.cmdEyeCopy,
+    add_ending(*this, make_told_ending(*this, driver, controls.cmdEyeCopy,
                                        u"Copies the values to the clipboard"_s, u"cmdEyeClose"_s));
     copy_to_clipboard(controls.cmdEyeCopy, [&dialog] { return dialog.table(); });
 }

@@ -32,7 +32,7 @@ HistogramWindow::HistogramWindow(HistogramDialog& dialog, ScopeDriver& driver, Q
                                        .subject = u"histogram"_s},
                                       least_width),
                       1);
-    layout->addLayout(make_told_ending(*this, driver, controls.cmdHistogramCopy,
+    add_ending(*this, make_told_ending(*this, driver, controls.cmdHistogramCopy,
                                        u"Copies values and histogram to the clipboard"_s,
                                        u"cmdHistogramClose"_s));
     copy_to_clipboard(controls.cmdHistogramCopy, [&dialog] { return dialog.table(); });

@@ -32,9 +32,9 @@ JitterWindow::JitterWindow(JitterDialog& dialog, ScopeDriver& driver, QWidget* o
                                        .reason = &controls.lblJitterEdge},
                                       least_values_width));
     layout->addWidget(make_bathtub(), 1);
-    layout->addLayout(make_told_ending(*this, driver, controls.cmdJitterCopy,
-                                       u"Copies the values to the clipboard"_s,
-                                       u"cmdJitterClose"_s));
+    add_ending(*this,
+               make_told_ending(*this, driver, controls.cmdJitterCopy,
+                                u"Copies the values to the clipboard"_s, u"cmdJitterClose"_s));
     copy_to_clipboard(controls.cmdJitterCopy, [&dialog] { return dialog.table(); });
     dialog.on_computed([this] { plot_->update(); });
 }

@@ -32,7 +32,7 @@ MaskWindow::MaskWindow(MaskDialog& dialog, ScopeDriver& driver, QWidget* owner)
                                        .state = &controls.lblMaskState,
                                        .reason = &controls.lblMaskFound},
                                       least_mask_width));
-    layout->addLayout(make_told_ending(*this, driver, controls.cmdMaskCopy,
+    add_ending(*this, make_told_ending(*this, driver, controls.cmdMaskCopy,
                                        u"Copies the values to the clipboard"_s, u"cmdMaskClose"_s));
     copy_to_clipboard(controls.cmdMaskCopy, [&dialog] { return dialog.table(); });
 }

@@ -44,17 +44,6 @@ Captions captions_of(std::size_t place) {
                      u"Per &division"_s, u"Pos&ition"_s, u"B&egin anew"_s};
 }
 
-/// A text of at most `lines` lines that changes while it is read: one that can be selected is laid
-/// out anew far more slowly. It keeps its room, since the window does not grow with it.
-QWidget* make_changing(WidgetMaker& make, Label& control, int lines, const Words& words) {
-    QLabel* const label = make_told(make, control, words);
-    label->setTextInteractionFlags(Qt::NoTextInteraction);
-    label->setAlignment(Qt::AlignTop | Qt::AlignLeft);
-    auto* const room = new ChangingText(label);
-    room->setMinimumHeight(lines * label->fontMetrics().lineSpacing());
-    return room;
-}
-
 } // namespace
 
 MathsWindow::MathsWindow(MathsDialog& dialog, ScopeDriver& driver, QWidget* owner)
@@ -68,7 +57,7 @@ MathsWindow::MathsWindow(MathsDialog& dialog, ScopeDriver& driver, QWidget* owne
         traces->addWidget(make_trace(place), 1);
     }
     layout->addLayout(traces, 1);
-    layout->addLayout(make_ending());
+    add_ending(*this, make_ending());
     copy_to_clipboard(dialog.controls().cmdMathsCopy, [&dialog] { return dialog.table(); });
 }
 
@@ -79,19 +68,24 @@ MathsWindow::~MathsWindow() {
 QWidget* MathsWindow::make_trace(std::size_t place) {
     MathsTool& tool = dialog_.tool(place);
     auto* const frame = new PanelFrame(QString::fromStdString(tool.name()));
-    frame->setMinimumWidth(least_width);
+    frame->keep_width(least_width);
     WidgetMaker make(frame, driver_);
     MathsControls& controls = tool.controls();
     auto* const column = new QVBoxLayout(frame);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(window_gap);
     column->addLayout(make_settings(make, place));
-    column->addWidget(make_changing(
-        make, controls.lblMathsState, 2,
-        {u"State of the trace"_s, u"What is shown, or why there is nothing to show"_s}));
+    ToldText* const state = make_changing(
+        make, controls.lblMathsState,
+        {u"State of the trace"_s, u"What is shown, or why there is nothing to show"_s});
+    state->keep_lines(2);
+    column->addWidget(new ChangingText(state));
     column->addLayout(make_values(make, controls));
-    column->addWidget(make_changing(make, controls.lblMathsRemark, 5,
-                                    {u"Remarks on the trace"_s, u"What has to be known of it"_s}));
+    ToldText* const remark =
+        make_changing(make, controls.lblMathsRemark,
+                      {u"Remarks on the trace"_s, u"What has to be known of it"_s});
+    remark->keep_lines(5);
+    column->addWidget(new ChangingText(remark));
     column->addStretch(1);
     return frame;
 }
@@ -133,14 +127,8 @@ QLayout* MathsWindow::make_settings(WidgetMaker& make, std::size_t place) {
 QLayout* MathsWindow::make_values(WidgetMaker& make, MathsControls& controls) {
     auto* const grid = new QGridLayout;
     grid->setHorizontalSpacing(2 * window_gap);
-    grid->addWidget(make.label(controls.lblMathsNames,
-                               {u"Names of the measurements"_s, u"What stands beside them"_s}),
-                    0, 0, Qt::AlignTop);
-    grid->addWidget(
-        make.label(controls.lblMathsValues,
-                   {u"Measurements of the trace"_s, u"Of an envelope those of its upper line"_s}),
-        0, 1, Qt::AlignTop);
-    grid->setColumnStretch(1, 1);
+    add_values(make, *grid, 0, controls.lblMathsNames, controls.lblMathsValues,
+               {u"Measurements of the trace"_s, u"Of an envelope those of its upper line"_s});
     return grid;
 }
 

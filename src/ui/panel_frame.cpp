@@ -60,6 +60,15 @@ void PanelFrame::resizeEvent(QResizeEvent* event) {
     place_note();
 }
 
+void PanelFrame::keep_width(int width) {
+    kept_width_ = width;
+    updateGeometry();
+}
+
+QSize PanelFrame::minimumSizeHint() const {
+    return QFrame::minimumSizeHint().expandedTo({kept_width_, 0});
+}
+
 QBoxLayout& PanelFrame::make_parts(int gap) {
     parts_ = new QBoxLayout(QBoxLayout::LeftToRight, this);
     parts_->setContentsMargins(0, 0, 0, 0);

@@ -20,6 +20,9 @@ public:
     /// Puts `note`, a child of the frame, to the right of the title, wide enough for `longest`.
     void set_note(QLabel* note, const QString& longest);
 
+    /// Keeps the frame at least `width` pixels wide, and as wide as what lies in it needs.
+    void keep_width(int width);
+
     /// Makes the layout for parts that lie side by side, `gap` apart.
     [[nodiscard]] QBoxLayout& make_parts(int gap);
 
@@ -29,6 +32,8 @@ public:
 
     /// The least width that shows all of it, with its parts one below the other or side by side.
     [[nodiscard]] int least_width(bool stacked) const;
+
+    [[nodiscard]] QSize minimumSizeHint() const override;
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -46,7 +51,8 @@ private:
     QLabel* note_ = nullptr;
     QString longest_note_;
     QBoxLayout* parts_ = nullptr;
-    int gap_ = 0; ///< between parts side by side
+    int gap_ = 0;        ///< between parts side by side
+    int kept_width_ = 0; ///< it is never less wide
 };
 
 } // namespace kv408::ui

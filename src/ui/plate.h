@@ -7,6 +7,7 @@ namespace kv408::ui {
 /// A text on a translucent plate, which lets the picture shine through.
 class Plate : public QLabel {
 public:
+    /// A plate over `parent`, which owns it.
     explicit Plate(QWidget* parent);
 
 protected:

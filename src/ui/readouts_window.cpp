@@ -6,6 +6,7 @@
 
 #include "ui/lengths.h"
 #include "ui/panel_frame.h"
+#include "ui/told_window.h"
 #include "ui/tool_widgets.h"
 #include "ui/widget_maker.h"
 
@@ -28,27 +29,21 @@ ReadoutsWindow::ReadoutsWindow(ReadoutsDialog& dialog, ScopeDriver& driver, QWid
     ending->addWidget(make_plain_button(*this, u"cmdReadoutsClose"_s, u"C&lose"_s,
                                         {u"Close"_s, u"Closes the window"_s},
                                         [this] { reject(); }));
-    layout->addLayout(ending);
+    add_ending(*this, ending);
 }
 
 QWidget* ReadoutsWindow::make_values() {
     constexpr int least_width = 430; // for the longest reason
     auto* const frame = new PanelFrame(u"Time cursors"_s);
-    frame->setMinimumWidth(least_width);
+    frame->keep_width(least_width);
     WidgetMaker make(frame, driver_);
     ReadoutsControls& controls = dialog_.controls();
     auto* const grid = new QGridLayout(frame);
     grid->setContentsMargins(0, 0, 0, 0);
     grid->setHorizontalSpacing(2 * window_gap);
-    grid->addWidget(make.label(controls.lblReadoutsNames,
-                               {u"Names of the read-outs"_s, u"What stands beside them"_s}),
-                    0, 0, Qt::AlignTop);
-    grid->addWidget(
-        make.label(controls.lblReadoutsValues,
-                   {u"Read-outs"_s, u"Time and frequency between the time cursors, and the "
-                                    u"voltages where these cross the traces"_s}),
-        0, 1, Qt::AlignTop);
-    grid->setColumnStretch(1, 1);
+    add_values(make, *grid, 0, controls.lblReadoutsNames, controls.lblReadoutsValues,
+               {u"Read-outs"_s, u"Time and frequency between the time cursors, and the voltages "
+                                u"where these cross the traces"_s});
     grid->setRowStretch(1, 1);
     return frame;
 }
@@ -63,11 +58,9 @@ QWidget* ReadoutsWindow::make_clipping() {
                                  {u"Mark clipping"_s,
                                   u"Says at the upper and lower edge of the plot which channel "
                                   u"leaves the instrument's scale there"_s}));
-    QLabel* const told =
-        make_told(make, controls.lblReadoutsClipping,
-                  {u"Clipping"_s, u"Which channels leave the instrument's scale"_s});
-    told->setTextInteractionFlags(Qt::NoTextInteraction);
-    column->addWidget(told);
+    column->addWidget(
+        make_changing(make, controls.lblReadoutsClipping,
+                      {u"Clipping"_s, u"Which channels leave the instrument's scale"_s}));
     return frame;
 }
 

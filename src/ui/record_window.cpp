@@ -104,7 +104,7 @@ RecordWindow::RecordWindow(RecordDialog& dialog, ScopeDriver& driver, QWidget* o
         *this, u"cmdRecordClose"_s, u"C&lose"_s,
         {u"Close"_s, u"Closes the window; asks first while sweeps are being recorded"_s},
         [this] { reject(); }));
-    layout->addLayout(row);
+    add_ending(*this, row);
 }
 
 void RecordWindow::reject() {

@@ -98,7 +98,7 @@ RemoteWindow::RemoteWindow(RemoteDialog& dialog, ScopeDriver& driver, QWidget* o
     row->addWidget(make_plain_button(*this, u"cmdRemoteClose"_s, u"&Close"_s,
                                      {u"Close"_s, u"Closes the window; remote control stays"_s},
                                      [this] { reject(); }));
-    layout->addLayout(row);
+    add_ending(*this, row);
 }
 
 RemoteInWindow::RemoteInWindow(RemoteControl& control, MessageBoxes& boxes, ScopeDriver& driver,

@@ -14,8 +14,8 @@ namespace {
 using namespace Qt::StringLiterals;
 
 constexpr double shown_decibels = 100.0;
-constexpr double decibels_a_line = 20.0;
-constexpr double decibels_a_step = 10.0; // the upper edge is a multiple of it
+constexpr double decibels_per_line = 20.0;
+constexpr double decibels_per_step = 10.0; // the upper edge is a multiple of it
 constexpr int frequency_lines = 4;
 
 QString hertz_on_axis(double hertz) {
@@ -63,7 +63,7 @@ SpectrumPlot::Axes SpectrumPlot::axes() const {
     axes.lowest = axes.logarithmic ? spectrum.step : 0.0;
     axes.highest = spectrum.frequency(static_cast<double>(spectrum.power.size() - 1));
     const double most = *std::max_element(spectrum.power.begin(), spectrum.power.end());
-    axes.top = std::ceil(dialog_.level(most) / decibels_a_step + 0.2) * decibels_a_step;
+    axes.top = std::ceil(dialog_.level(most) / decibels_per_step + 0.2) * decibels_per_step;
     return axes;
 }
 
@@ -88,7 +88,7 @@ void SpectrumPlot::paintEvent(QPaintEvent* /*event*/) {
 
 void SpectrumPlot::paint_levels(QPainter& painter, const Axes& axes) const {
     const int letters = fontMetrics().height();
-    for (double below = 0.0; below <= shown_decibels; below += decibels_a_line) {
+    for (double below = 0.0; below <= shown_decibels; below += decibels_per_line) {
         const double level = axes.top - below;
         const double y = axes.y(level);
         painter.setPen(palette().color(QPalette::Mid));
@@ -100,33 +100,50 @@ void SpectrumPlot::paint_levels(QPainter& painter, const Axes& axes) const {
     }
 }
 
-void SpectrumPlot::paint_frequencies(QPainter& painter, const Axes& axes) const {
-    if (!axes.logarithmic) {
-        for (int line = 0; line <= frequency_lines; ++line) {
-            paint_frequency(painter, axes, axes.highest * line / frequency_lines);
-        }
-        return;
-    }
-    // The lowest line, the decades above it, and the limit.
-    constexpr double decade = 10.0;
-    constexpr double apart = 1.6; // so that texts do not touch
-    paint_frequency(painter, axes, axes.lowest);
-    for (double at = std::pow(decade, std::ceil(std::log10(axes.lowest * apart)));
-         at * apart < axes.highest; at *= decade) {
-        paint_frequency(painter, axes, at);
-    }
-    paint_frequency(painter, axes, axes.highest);
+SpectrumPlot::FrequencyText SpectrumPlot::text_at(const Axes& axes, double frequency) const {
+    const QString text = hertz_on_axis(frequency);
+    const double wide = fontMetrics().horizontalAdvance(text);
+    return {frequency, text,
+            QRectF(axes.x(frequency) - wide / 2.0, axes.area.bottom() + window_gap, wide,
+                   fontMetrics().height())};
 }
 
-void SpectrumPlot::paint_frequency(QPainter& painter, const Axes& axes, double frequency) const {
-    constexpr double half_text = 60.0;
-    const double x = axes.x(frequency);
-    painter.setPen(palette().color(QPalette::Mid));
-    painter.drawLine(QPointF(x, axes.area.top()), QPointF(x, axes.area.bottom()));
-    painter.setPen(palette().color(QPalette::Text));
-    painter.drawText(QRectF(x - half_text, axes.area.bottom() + window_gap, 2.0 * half_text,
-                            fontMetrics().height()),
-                     Qt::AlignCenter, hertz_on_axis(frequency));
+std::vector<SpectrumPlot::FrequencyText> SpectrumPlot::frequency_texts() const {
+    if (dialog_.spectrum().power.empty()) {
+        return {};
+    }
+    const Axes shown = axes();
+    std::vector<FrequencyText> texts;
+    if (!shown.logarithmic) {
+        for (int line = 0; line <= frequency_lines; ++line) {
+            texts.push_back(text_at(shown, shown.highest * line / frequency_lines));
+        }
+        return texts;
+    }
+    // The lowest line, the limit, and of the decades between them those that have room.
+    constexpr double decade = 10.0;
+    const FrequencyText limit = text_at(shown, shown.highest);
+    texts.push_back(text_at(shown, shown.lowest));
+    for (double at = std::pow(decade, std::ceil(std::log10(shown.lowest))); at < shown.highest;
+         at *= decade) {
+        const FrequencyText next = text_at(shown, at);
+        if (next.place.left() >= texts.back().place.right() + window_gap &&
+            next.place.right() + window_gap <= limit.place.left()) {
+            texts.push_back(next);
+        }
+    }
+    texts.push_back(limit);
+    return texts;
+}
+
+void SpectrumPlot::paint_frequencies(QPainter& painter, const Axes& axes) const {
+    for (const FrequencyText& shown : frequency_texts()) {
+        const double x = axes.x(shown.frequency);
+        painter.setPen(palette().color(QPalette::Mid));
+        painter.drawLine(QPointF(x, axes.area.top()), QPointF(x, axes.area.bottom()));
+        painter.setPen(palette().color(QPalette::Text));
+        painter.drawText(shown.place.adjusted(-1.0, 0.0, 1.0, 0.0), Qt::AlignCenter, shown.text);
+    }
 }
 
 void SpectrumPlot::paint_lines(QPainter& painter, const Axes& axes) const {

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <vector>
+
+#include <QString>
 #include <QWidget>
 
 #include "export/spectrum_dialog.h"
@@ -11,10 +14,22 @@ namespace kv408::ui {
 /// reason stands in its place.
 class SpectrumPlot : public QWidget {
 public:
+    /// Shows what `dialog`, which outlives it, has computed.
     explicit SpectrumPlot(const SpectrumDialog& dialog, QWidget* parent = nullptr);
 
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
+
+    /// A frequency at the axis, as a text that has its place below it.
+    struct FrequencyText {
+        double frequency = 0.0; ///< hertz
+        QString text;
+        QRectF place; ///< as wide as the text
+    };
+
+    /// The texts at the axis of frequencies, from the left, none of which touches another; none
+    /// without a spectrum.
+    [[nodiscard]] std::vector<FrequencyText> frequency_texts() const;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -35,7 +50,7 @@ private:
     [[nodiscard]] Axes axes() const;
     void paint_levels(QPainter& painter, const Axes& axes) const;
     void paint_frequencies(QPainter& painter, const Axes& axes) const;
-    void paint_frequency(QPainter& painter, const Axes& axes, double frequency) const;
+    [[nodiscard]] FrequencyText text_at(const Axes& axes, double frequency) const;
     void paint_lines(QPainter& painter, const Axes& axes) const;
     void paint_peaks(QPainter& painter, const Axes& axes) const;
 

@@ -25,9 +25,10 @@ SpectrumWindow::SpectrumWindow(SpectrumDialog& dialog, ScopeDriver& driver, QWid
     layout->addWidget(make_choice());
     layout->addWidget(make_spectrum(), 1);
     layout->addWidget(make_values());
-    layout->addLayout(make_told_ending(*this, driver, controls.cmdSpectrumCopy,
+    add_ending(*this, make_told_ending(*this, driver, controls.cmdSpectrumCopy,
                                        u"Copies frequencies and levels to the clipboard"_s,
-                                       u"cmdSpectrumClose"_s));
+                                       u"cmdSpectrumClose"_s,
+                                       u"Closes the window; its sweeps are forgotten"_s));
     copy_to_clipboard(controls.cmdSpectrumCopy, [&dialog] { return dialog.table(); });
     dialog.on_computed([this] { plot_->update(); });
 }
@@ -64,7 +65,7 @@ QWidget* SpectrumWindow::make_choice() {
                   {u"Unit of the levels"_s, u"Decibels above 1 V rms, or above 1 mW in 50 Ohm"_s}));
     auto* const row = new QHBoxLayout;
     row->addWidget(make.check(
-        controls.chkSpectrumLog, u"&Logarithmic"_s,
+        controls.chkSpectrumLog, u"Lo&garithmic"_s,
         {u"Logarithmic"_s, u"The axis of frequencies is logarithmic; the mean is not on it"_s}));
     row->addStretch();
     row->addWidget(make.button(controls.cmdSpectrumClear, u"&Begin anew"_s,
@@ -83,12 +84,9 @@ QWidget* SpectrumWindow::make_spectrum() {
                       u"The level of each line over its frequency; triangles mark the highest "
                       u"peaks"_s});
     layout->addWidget(plot_, 1);
-    QLabel* const state = make_told(
+    layout->addWidget(make_changing(
         make, dialog_.controls().lblSpectrumState,
-        {u"State of the spectrum"_s, u"Sweeps that are in it, and how far the axis goes"_s});
-    // It changes five times a second; text that can be selected is laid out anew far more slowly.
-    state->setTextInteractionFlags(Qt::NoTextInteraction);
-    layout->addWidget(state);
+        {u"State of the spectrum"_s, u"Sweeps that are in it, and how far the axis goes"_s}));
     return frame;
 }
 
@@ -100,8 +98,7 @@ QWidget* SpectrumWindow::make_values() {
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(window_gap);
     const auto told = [&](Label& control, const Words& words) {
-        QLabel* const label = make_told(make, control, words);
-        label->setTextInteractionFlags(Qt::NoTextInteraction);
+        QLabel* const label = make_changing(make, control, words);
         label->setAlignment(Qt::AlignTop | Qt::AlignLeft);
         return label;
     };

@@ -35,17 +35,15 @@ StatisticsWindow::StatisticsWindow(StatisticsDialog& dialog, ScopeDriver& driver
     parts->addWidget(make_trend(), 1);
     parts->addWidget(make_limits());
     layout->addLayout(parts, 2);
-    QLabel* const state = make_told(make, controls.lblStatisticsState,
-                                    {u"State"_s, u"Sweeps so far, since when, and the last value "
-                                                 u"outside its limits"_s});
-    // It changes with each refresh; text that can be selected is laid out anew far more slowly.
-    state->setTextInteractionFlags(Qt::NoTextInteraction);
-    layout->addWidget(new ChangingText(state));
+    layout->addWidget(new ChangingText(
+        make_changing(make, controls.lblStatisticsState,
+                      {u"State"_s, u"Sweeps so far, since when, and the last value outside its "
+                                   u"limits"_s})));
     QLabel* const log = make_told(make, controls.lblStatisticsLog,
                                   {u"Log"_s, u"Where the log lies, and how far it is"_s});
     const auto selectable = log->textInteractionFlags();
     layout->addWidget(new ChangingText(log));
-    layout->addLayout(make_ending());
+    add_ending(*this, make_ending());
     controls.cmdStatisticsCopy.on_click([&dialog] {
         QGuiApplication::clipboard()->setText(
             QString::fromStdString(statistics_table(dialog.statistics())));

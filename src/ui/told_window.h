@@ -1,8 +1,9 @@
 #pragma once
 
-// What the windows that tell numbers of a density have in common.
+// What the windows that tell numbers of many sweeps have in common.
 
 #include <QDialog>
+#include <QGridLayout>
 #include <QLayout>
 
 #include "ui/widget_maker.h"
@@ -24,9 +25,17 @@ struct ToldLabels {
 [[nodiscard]] QWidget* make_told_frame(ScopeDriver& driver, const ToldLabels& labels,
                                        int least_width);
 
-/// The buttons below it: Copy, of `copy`, tells `copied`; Close, named `close`, rejects `window`.
-[[nodiscard]] QLayout* make_told_ending(QDialog& window, ScopeDriver& driver, Button& copy,
-                                        const QString& copied, const QString& close);
+/// Adds row `row` to `grid`: the lines of `names`, and beside them those of `values`, which `told`
+/// describes.
+void add_values(WidgetMaker& make, QGridLayout& grid, int row, Label& names, Label& values,
+                const Words& told);
+
+/// The buttons below it: Copy, of `copy`, tells `copied`; Close, named `close`, tells `closes` and
+/// rejects `window`.
+[[nodiscard]] QLayout*
+make_told_ending(QDialog& window, ScopeDriver& driver, Button& copy, const QString& copied,
+                 const QString& close,
+                 const QString& closes = QStringLiteral("Closes the window; the density stays on"));
 
 /// A box for `control` that shows `without` while it is empty.
 [[nodiscard]] QLineEdit* make_typed(WidgetMaker& make, TextBox& control, const QString& without,

@@ -5,6 +5,7 @@
 #include <QHBoxLayout>
 
 #include "ui/lengths.h"
+#include "ui/tool_area.h"
 #include "ui/window_places.h"
 
 namespace kv408::ui {
@@ -13,7 +14,16 @@ QVBoxLayout* make_window_layout(QWidget& window) {
     auto* const layout = new QVBoxLayout(&window);
     layout->setContentsMargins(window_gap, window_gap, window_gap, window_gap);
     layout->setSpacing(window_gap);
-    return layout;
+    auto* const area = new ToolArea(&window);
+    layout->addWidget(area, 1);
+    auto* const parts = new QVBoxLayout(&area->content());
+    parts->setContentsMargins(0, 0, 0, 0);
+    parts->setSpacing(window_gap);
+    return parts;
+}
+
+void add_ending(QWidget& window, QLayout* row) {
+    static_cast<QVBoxLayout*>(window.layout())->addLayout(row);
 }
 
 QGridLayout* make_tool_grid(QWidget* frame) {
@@ -41,10 +51,15 @@ void add_captioned(QGridLayout& grid, int row, const QString& caption, QWidget* 
 }
 
 QLabel* make_told(WidgetMaker& make, Label& control, const Words& words) {
-    QLabel* const line = make.label(control, words);
-    line->setTextFormat(Qt::PlainText);
-    line->setWordWrap(true);
+    QLabel* const line = make_changing(make, control, words);
     line->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    return line;
+}
+
+ToldText* make_changing(WidgetMaker& make, Label& control, const Words& words) {
+    auto* const line = new ToldText(make.frame());
+    describe(*line, words);
+    bind(line, control);
     return line;
 }
 

@@ -9,12 +9,17 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "ui/told_text.h"
 #include "ui/widget_maker.h"
 
 namespace kv408::ui {
 
-/// The layout of `window`, a tool's: its parts stand one below the other.
+/// The layout of `window`, a tool's: its parts stand one below the other and are scrolled where the
+/// screen has too little room for them.
 [[nodiscard]] QVBoxLayout* make_window_layout(QWidget& window);
+
+/// Puts `row`, the buttons of `window`, below its parts, where they are always in sight.
+void add_ending(QWidget& window, QLayout* row);
 
 /// The grid of a tool's frame, whose second column takes what width is spare.
 [[nodiscard]] QGridLayout* make_tool_grid(QWidget* frame);
@@ -33,6 +38,10 @@ void add_captioned(QGridLayout& grid, int row, const QString& caption, QWidget* 
 
 /// A text of `control` that may be long: broken into lines, to be selected and copied.
 [[nodiscard]] QLabel* make_told(WidgetMaker& make, Label& control, const Words& words);
+
+/// The same for a text that changes every second or more often. It cannot be selected: text that
+/// can be is laid out anew far more slowly.
+[[nodiscard]] ToldText* make_changing(WidgetMaker& make, Label& control, const Words& words);
 
 /// A button of `window` named `name` that no control stands behind: it does `pressed`.
 [[nodiscard]] QPushButton* make_plain_button(QWidget& window, const QString& name,

@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QScreen>
+#include <QStyle>
 
 #include "ui/input_block.h"
 #include "ui/lengths.h"
@@ -92,7 +93,11 @@ QPoint place_beside(const QSize& size, const Surroundings& around) {
 void put_beside(QWidget& window, const QWidget& main_window, const QWidget& keep) {
     const QRect room = main_window.screen()->availableGeometry();
     const QMargins borders = borders_like(main_window);
-    const QSize size = window.sizeHint().grownBy(borders).boundedTo(room.size());
+    QSize wanted = window.sizeHint().grownBy(borders);
+    if (wanted.height() > room.height()) {
+        wanted.rwidth() += window.style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    }
+    const QSize size = wanted.boundedTo(room.size());
     const QRect kept(keep.mapToGlobal(QPoint()), keep.size());
     const QPoint corner = place_beside(size, {.room = room,
                                               .main_window = main_window.frameGeometry(),

@@ -82,5 +82,48 @@ TEST(PlotMarks, AreLinesOfUnits) {
               (Units{{10, 20}, {10, 21}, {11, 22}, {12, 23}, {12, 24}}));
 }
 
+/// How many pieces, connected by sides or corners, `mark` is made of at `factor`.
+int pieces_of(const PlotMark& mark, double factor) {
+    const PlotScale scale(factor);
+    Surface surface(scale.width(), scale.height());
+    draw_marks(UnitPainter(Canvas(surface), scale), {.lines = {mark}, .colour = line_colour});
+    int pieces = 0;
+    for (int y = 0; y < surface.height(); ++y) {
+        for (int x = 0; x < surface.width(); ++x) {
+            if (surface.at(x, y) != line_colour) {
+                continue;
+            }
+            ++pieces;
+            std::vector<Point> open = {{x, y}};
+            while (!open.empty()) {
+                const Point at = open.back();
+                open.pop_back();
+                if (at.x < 0 || at.y < 0 || at.x >= surface.width() || at.y >= surface.height() ||
+                    surface.at(at.x, at.y) != line_colour) {
+                    continue;
+                }
+                surface.at(at.x, at.y) = 0;
+                for (int beside = 0; beside < 9; ++beside) {
+                    open.push_back({at.x + beside % 3 - 1, at.y + beside / 3 - 1});
+                }
+            }
+        }
+    }
+    return pieces;
+}
+
+TEST(PlotMarks, SlantWithoutHolesAtAnyScale) {
+    const std::vector<PlotMark> slants = {
+        {100.0, 100.0, 160.0, 160.0}, {160.0, 100.0, 100.0, 160.0}, {100.0, 100.0, 180.0, 127.0},
+        {100.0, 127.0, 180.0, 100.0}, {100.0, 100.0, 119.5, 163.3}, {120.0, 300.0, 100.0, 383.0},
+        {620.0, 480.0, 640.0, 512.0}, {0.0, 40.0, 33.0, 0.0}};
+    for (const double factor : {1.0, 1.25, 1.3, 1.4, 1.45, 1.5, 1.9, 2.05, 2.3, 2.45, 3.4, 4.7}) {
+        for (const PlotMark& slant : slants) {
+            EXPECT_EQ(pieces_of(slant, factor), 1)
+                << factor << " to " << slant.to_x << ' ' << slant.to_y;
+        }
+    }
+}
+
 } // namespace
 } // namespace kv408

@@ -42,6 +42,12 @@ inline bool is_scrolled(const QWidget& widget) {
     return area != nullptr && area->widget() == &widget;
 }
 
+/// The height of the lines of `text`, which are not wrapped.
+inline int height_of_lines(const QWidget& widget, const QString& text) {
+    const int lines = static_cast<int>(text.count(u'\n')) + 1;
+    return widget.fontMetrics().height() + (lines - 1) * widget.fontMetrics().lineSpacing();
+}
+
 /// What is cut off below `top`, in words; empty when nothing is.
 inline QStringList cut_off(const QWidget& top) {
     QStringList findings;
@@ -77,8 +83,9 @@ inline QStringList cut_off(const QWidget& top) {
                 fits = label->heightForWidth(label->width()) <= label->height();
                 plain = false;
             }
+            const QString text = label != nullptr ? label->text() : QString();
             fits &= !plain || (widget->width() >= needed.width() &&
-                               widget->height() >= widget->fontMetrics().height());
+                               widget->height() >= height_of_lines(*widget, text));
         }
         if (!fits) {
             findings.append(u"too small: "_s + described(*widget));

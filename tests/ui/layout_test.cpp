@@ -18,6 +18,7 @@
 #include "operable.h"
 #include "program_on_bench.h"
 #include "state/plot_geometry.h"
+#include "text_size.h"
 #include "ui/colours.h"
 #include "ui/look.h"
 #include "ui/marker.h"
@@ -27,22 +28,6 @@ namespace kv408::ui {
 namespace {
 
 using namespace Qt::StringLiterals;
-
-/// Lets every text be `percent` of its usual size as long as this lives.
-class TextSize {
-public:
-    explicit TextSize(int percent) {
-        QFont larger = usual_;
-        larger.setPointSizeF(usual_.pointSizeF() * percent / 100.0);
-        QApplication::setFont(larger);
-    }
-    ~TextSize() { QApplication::setFont(usual_); }
-    TextSize(const TextSize&) = delete;
-    TextSize& operator=(const TextSize&) = delete;
-
-private:
-    QFont usual_ = QApplication::font();
-};
 
 /// The scroll area around `widget`.
 QScrollArea& area_around(const QWidget& widget) {

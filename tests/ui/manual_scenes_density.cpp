@@ -43,16 +43,6 @@ struct OverEye : SteadyProgram {
         }
         ticks(10); // for what is brought up to date once a second
     }
-
-    /// The window `name`, as large as it wants to be.
-    QWidget& window_named(const char* name) {
-        // Qt makes a list that has got new entries as small as they are, 20 ms later and for a
-        // moment.
-        QTest::qWait(100);
-        auto& found = widget(name);
-        found.resize(found.sizeHint());
-        return found;
-    }
 };
 
 } // namespace
@@ -61,17 +51,17 @@ void show_density(Gallery& gallery) {
     OverEye on(simulator::TestConnection::eye_jitter_noise);
     on.collect(on.panel().mnudensity);
     gallery.add(u"density"_s, on.screen());
-    gallery.add(u"density-window"_s, on.window_named("frmDensity"));
+    gallery.add(u"density-window"_s, on.tool_window("frmDensity"));
     on.collect(on.tools().histogram().controls().mnuhistogram);
     on.act([&] { on.tools().histogram().set_window({295, 60, 345, 450}); });
     gallery.add(u"histogram"_s, on.screen());
-    gallery.add(u"histogram-window"_s, on.window_named("frmHistogram"));
+    gallery.add(u"histogram-window"_s, on.tool_window("frmHistogram"));
 }
 
 void show_jitter(Gallery& gallery) {
     OverEye on(simulator::TestConnection::eye_jitter_noise);
     on.collect(on.tools().jitter().controls().mnujitter, 600);
-    gallery.add(u"jitter"_s, on.window_named("frmJitter"));
+    gallery.add(u"jitter"_s, on.tool_window("frmJitter"));
 }
 
 void show_mask(Gallery& gallery) {
@@ -79,14 +69,14 @@ void show_mask(Gallery& gallery) {
     on.act([&] { on.tools().mask().controls().cmbMask.set_index(1); });
     on.collect(on.tools().mask().controls().mnumask);
     gallery.add(u"mask"_s, on.screen());
-    gallery.add(u"mask-window"_s, on.window_named("frmMask"));
+    gallery.add(u"mask-window"_s, on.tool_window("frmMask"));
 }
 
 void show_eye(Gallery& gallery) {
     OverEye on(simulator::TestConnection::eye_jitter_noise);
     on.collect(on.tools().eye().controls().mnueye, 600);
     gallery.add(u"eye"_s, on.screen());
-    gallery.add(u"eye-window"_s, on.window_named("frmEye"));
+    gallery.add(u"eye-window"_s, on.tool_window("frmEye"));
 }
 
 } // namespace kv408::ui

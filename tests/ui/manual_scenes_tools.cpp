@@ -7,19 +7,6 @@
 #include "export/record_dialog.h"
 
 namespace kv408::ui {
-namespace {
-
-/// The window `name` of the program, as large as it wants to be.
-QWidget& tool_window(SteadyProgram& on, const char* name) {
-    auto* const window = on.window().findChild<QWidget*>(QString::fromLatin1(name));
-    if (window == nullptr) {
-        qFatal("no window %s", name);
-    }
-    window->resize(window->sizeHint());
-    return *window;
-}
-
-} // namespace
 
 void show_export(Gallery& gallery) {
     SteadyProgram on;
@@ -33,7 +20,7 @@ void show_export(Gallery& gallery) {
         controls.txtExportFile.set_text("/home/me/edge.csv");
         controls.cmdExport.click();
     });
-    gallery.add(u"export"_s, tool_window(on, "frmExport"));
+    gallery.add(u"export"_s, on.tool_window("frmExport"));
 }
 
 void show_recording(Gallery& gallery) {
@@ -48,14 +35,14 @@ void show_recording(Gallery& gallery) {
         controls.txtRecordCount.set_text("360");
         controls.txtRecordFile.set_text("/home/me/drift.csv");
     });
-    gallery.add(u"record"_s, tool_window(on, "frmRecord"));
+    gallery.add(u"record"_s, on.tool_window("frmRecord"));
 }
 
 void show_remote(Gallery& gallery) {
     SteadyProgram on;
     on.start_sweeping();
     on.act([&] { on.panel().mnuremote.click(); });
-    gallery.add(u"remote"_s, tool_window(on, "frmRemote"));
+    gallery.add(u"remote"_s, on.tool_window("frmRemote"));
 }
 
 void show_autoset(Gallery& gallery) {
@@ -65,9 +52,9 @@ void show_autoset(Gallery& gallery) {
     on.ticks(5);
     on.act([&] { on.program.scope().autoset().controls().mnuautoset.click(); });
     on.ticks(8);
-    gallery.add(u"autoset-works"_s, tool_window(on, "frmAutoset"));
+    gallery.add(u"autoset-works"_s, on.tool_window("frmAutoset"));
     on.ticks(40);
-    gallery.add(u"autoset"_s, tool_window(on, "frmAutoset"));
+    gallery.add(u"autoset"_s, on.tool_window("frmAutoset"));
 }
 
 void show_readouts(Gallery& gallery) {
@@ -81,7 +68,7 @@ void show_readouts(Gallery& gallery) {
     });
     on.simulation.bench().sources[0].amplitude_mvpp = 2400.0; // beyond +-1.02 V
     on.ticks(20);
-    gallery.add(u"readouts"_s, tool_window(on, "frmReadouts"));
+    gallery.add(u"readouts"_s, on.tool_window("frmReadouts"));
     gallery.add(u"clipping"_s, *on.window().findChild<QWidget*>(u"Picture1"_s));
 }
 
@@ -100,7 +87,7 @@ void show_maths(Gallery& gallery) {
     });
     on.ticks(20);
     gallery.add(u"maths"_s, on.screen());
-    gallery.add(u"maths-window"_s, tool_window(on, "frmMaths"));
+    gallery.add(u"maths-window"_s, on.tool_window("frmMaths"));
 }
 
 void show_spectrum(Gallery& gallery) {
@@ -114,7 +101,7 @@ void show_spectrum(Gallery& gallery) {
         controls.cmbSpectrumHold.set_index(1);
     });
     on.ticks(60);
-    gallery.add(u"spectrum"_s, tool_window(on, "frmSpectrum"));
+    gallery.add(u"spectrum"_s, on.tool_window("frmSpectrum"));
 }
 
 } // namespace kv408::ui

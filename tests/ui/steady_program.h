@@ -145,6 +145,17 @@ struct SteadyProgram {
         return *found;
     }
 
+    /// The window `name` of a tool, as large as it wants to be.
+    [[nodiscard]] QWidget& tool_window(const char* name) {
+        // Qt makes a list that has got new entries as small as they are, 20 ms later and for a
+        // moment.
+        QTest::qWait(100);
+        QWidget& found = widget(name);
+        found.resize(found.sizeHint());
+        QApplication::processEvents();
+        return found;
+    }
+
     /// The screen: the plot with all that stands around it.
     [[nodiscard]] QImage screen() { return picture_of(*widget("Picture1").parentWidget()); }
 
