@@ -1,5 +1,7 @@
 #include "simulator/noise.h"
 
+#include <initializer_list>
+
 namespace kv408::simulator {
 
 std::uint64_t Noise::bits() {

@@ -1,5 +1,7 @@
 #include "ui/tool_windows.h"
 
+#include <utility>
+
 #include <QClipboard>
 #include <QGuiApplication>
 
@@ -38,116 +40,53 @@ QAction& make_copy_table(Tools& tools, QWidget& owner) {
 } // namespace
 
 ToolWindows::ToolWindows(Tools& tools, ScopeDriver& driver, QWidget& owner, const QWidget& plot)
-    : tools_(tools), driver_(driver), owner_(owner), plot_(plot),
-      copy_table_(make_copy_table(tools, owner)) {
-    tools.export_dialog().on_show([this] { show_export(); });
-    tools.record_dialog().on_show([this] { show_recording(); });
-    tools.statistics().on_show([this] { show_statistics(); });
-    tools.density().on_show([this] { show_density(); });
-    tools.histogram().on_show([this] { show_histogram(); });
-    tools.jitter().on_show([this] { show_jitter(); });
-    tools.eye().on_show([this] { show_eye(); });
-    tools.mask().on_show([this] { show_mask(); });
-    tools.readouts().on_show([this] { show_readouts(); });
-    tools.maths().on_show([this] { show_maths(); });
-    tools.spectrum().on_show([this] { show_spectrum(); });
+    : driver_(driver), owner_(owner), plot_(plot), copy_table_(make_copy_table(tools, owner)) {
+    add(tools.export_dialog(), [this](ExportDialog& dialog) {
+        return new ExportWindow(dialog, driver_, copy_table_, &owner_);
+    });
+    add<RecordWindow>(tools.record_dialog());
+    add<StatisticsWindow>(tools.statistics());
+    add<DensityWindow>(tools.density());
+    add<HistogramWindow>(tools.histogram());
+    add<JitterWindow>(tools.jitter());
+    add<EyeWindow>(tools.eye());
+    add<MaskWindow>(tools.mask());
+    add<ReadoutsWindow>(tools.readouts());
+    add<MathsWindow>(tools.maths());
+    add<SpectrumWindow>(tools.spectrum());
     driver.autoset().on_change([this] { show_autoset(); });
 }
 
 ToolWindows::~ToolWindows() {
-    tools_.export_dialog().on_show({});
-    tools_.record_dialog().on_show({});
-    tools_.statistics().on_show({});
-    tools_.density().on_show({});
-    tools_.histogram().on_show({});
-    tools_.jitter().on_show({});
-    tools_.eye().on_show({});
-    tools_.mask().on_show({});
-    tools_.readouts().on_show({});
-    tools_.maths().on_show({});
-    tools_.spectrum().on_show({});
+    for (const auto& tool : tools_) {
+        tool->listen({});
+    }
     driver_.autoset().on_change({});
 }
 
-void ToolWindows::show_export() {
-    if (!export_) {
-        export_ = new ExportWindow(tools_.export_dialog(), driver_, copy_table_, &owner_);
-    }
-    present_beside(*export_, owner_, plot_);
+template <typename Dialog, typename Maker>
+void ToolWindows::add(Dialog& dialog, Maker make) {
+    Tool& tool = *tools_.emplace_back(std::make_unique<Tool>());
+    tool.is_open = [&dialog] { return dialog.is_open(); };
+    tool.make = [&dialog, make] { return make(dialog); };
+    tool.listen = [&dialog](std::function<void()> show) { dialog.on_show(std::move(show)); };
+    tool.listen([this, &tool] { show(tool); });
 }
 
-void ToolWindows::show_recording() {
-    if (!recording_) {
-        recording_ = new RecordWindow(tools_.record_dialog(), driver_, &owner_);
-    }
-    if (!tools_.record_dialog().is_open()) {
-        recording_->hide();
-        return;
-    }
-    present_beside(*recording_, owner_, plot_);
+template <typename Window, typename Dialog>
+void ToolWindows::add(Dialog& dialog) {
+    add(dialog, [this](Dialog& shown) { return new Window(shown, driver_, &owner_); });
 }
 
-void ToolWindows::show_statistics() {
-    if (!statistics_) {
-        statistics_ = new StatisticsWindow(tools_.statistics(), driver_, &owner_);
+void ToolWindows::show(Tool& tool) {
+    if (!tool.window) {
+        tool.window = tool.make();
     }
-    present_beside(*statistics_, owner_, plot_);
-}
-
-void ToolWindows::show_density() {
-    if (!density_) {
-        density_ = new DensityWindow(tools_.density(), driver_, &owner_);
+    if (tool.is_open()) {
+        present_beside(*tool.window, owner_, plot_);
+    } else {
+        tool.window->hide();
     }
-    present_beside(*density_, owner_, plot_);
-}
-
-void ToolWindows::show_histogram() {
-    if (!histogram_) {
-        histogram_ = new HistogramWindow(tools_.histogram(), driver_, &owner_);
-    }
-    present_beside(*histogram_, owner_, plot_);
-}
-
-void ToolWindows::show_jitter() {
-    if (!jitter_) {
-        jitter_ = new JitterWindow(tools_.jitter(), driver_, &owner_);
-    }
-    present_beside(*jitter_, owner_, plot_);
-}
-
-void ToolWindows::show_mask() {
-    if (!mask_) {
-        mask_ = new MaskWindow(tools_.mask(), driver_, &owner_);
-    }
-    present_beside(*mask_, owner_, plot_);
-}
-
-void ToolWindows::show_eye() {
-    if (!eye_) {
-        eye_ = new EyeWindow(tools_.eye(), driver_, &owner_);
-    }
-    present_beside(*eye_, owner_, plot_);
-}
-
-void ToolWindows::show_readouts() {
-    if (!readouts_) {
-        readouts_ = new ReadoutsWindow(tools_.readouts(), driver_, &owner_);
-    }
-    present_beside(*readouts_, owner_, plot_);
-}
-
-void ToolWindows::show_maths() {
-    if (!maths_) {
-        maths_ = new MathsWindow(tools_.maths(), driver_, &owner_);
-    }
-    present_beside(*maths_, owner_, plot_);
-}
-
-void ToolWindows::show_spectrum() {
-    if (!spectrum_) {
-        spectrum_ = new SpectrumWindow(tools_.spectrum(), driver_, &owner_);
-    }
-    present_beside(*spectrum_, owner_, plot_);
 }
 
 void ToolWindows::show_autoset() {
@@ -161,13 +100,13 @@ void ToolWindows::show_autoset() {
 }
 
 void ToolWindows::close() {
-    for (QWidget* const window :
-         {export_.data(), recording_.data(), statistics_.data(), density_.data(), histogram_.data(),
-          jitter_.data(), eye_.data(), mask_.data(), readouts_.data(), maths_.data(),
-          spectrum_.data(), static_cast<QWidget*>(autoset_.data())}) {
-        if (window != nullptr) {
-            window->hide();
+    for (const auto& tool : tools_) {
+        if (tool->window) {
+            tool->window->hide();
         }
+    }
+    if (autoset_) {
+        autoset_->hide();
     }
 }
 

@@ -1,5 +1,9 @@
 #pragma once
 
+#include <functional>
+#include <memory>
+#include <vector>
+
 #include <QAction>
 #include <QPointer>
 #include <QWidget>
@@ -27,35 +31,28 @@ public:
     void close();
 
 private:
-    void show_export();
-    void show_recording();
-    void show_statistics();
-    void show_density();
-    void show_histogram();
-    void show_jitter();
-    void show_eye();
-    void show_mask();
-    void show_readouts();
-    void show_maths();
-    void show_spectrum();
+    /// A tool's window, and what it shows.
+    struct Tool {
+        std::function<bool()> is_open;                     ///< the window is to be seen
+        std::function<QWidget*()> make;                    ///< makes it
+        std::function<void(std::function<void()>)> listen; ///< sets what follows its opening
+        QPointer<QWidget> window;                          ///< null before
+    };
+
+    /// Adds the window of `dialog`, which `make` makes of it; or one like the others.
+    template <typename Dialog, typename Maker>
+    void add(Dialog& dialog, Maker make);
+    template <typename Window, typename Dialog>
+    void add(Dialog& dialog);
+
+    void show(Tool& tool);
     void show_autoset();
 
-    Tools& tools_;
     ScopeDriver& driver_;
     QWidget& owner_;
     const QWidget& plot_;
     QAction& copy_table_;
-    QPointer<QWidget> export_;
-    QPointer<QWidget> recording_;
-    QPointer<QWidget> statistics_;
-    QPointer<QWidget> density_;
-    QPointer<QWidget> histogram_;
-    QPointer<QWidget> jitter_;
-    QPointer<QWidget> eye_;
-    QPointer<QWidget> mask_;
-    QPointer<QWidget> readouts_;
-    QPointer<QWidget> maths_;
-    QPointer<QWidget> spectrum_;
+    std::vector<std::unique_ptr<Tool>> tools_;
     QPointer<AutosetWindow> autoset_;
 };
 

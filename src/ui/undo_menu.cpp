@@ -6,26 +6,15 @@
 #include <QActionGroup>
 #include <QCoreApplication>
 #include <QEvent>
-#include <QKeySequence>
 #include <QMouseEvent>
 
 #include "config/undo.h"
-#include "ui/bind.h"
+#include "ui/menu_entry.h"
 
 namespace kv408::ui {
 namespace {
 
 using namespace Qt::StringLiterals;
-
-QAction* add_entry(QMenu& menu, Button& control, ScopeDriver& driver, const QString& caption,
-                   const QString& tip, const QKeySequence& keys) {
-    auto* const action = new QAction(caption, &menu);
-    action->setToolTip(tip);
-    action->setShortcut(keys);
-    bind(action, control, driver);
-    menu.addAction(action);
-    return action;
-}
 
 /// Fills `menu` with the steps as they are now, the newest at the top.
 void list_steps(QMenu& menu, ScopeDriver& driver) {
@@ -54,10 +43,11 @@ void list_steps(QMenu& menu, ScopeDriver& driver) {
 
 void fill_undo_menu(QMenu& menu, ScopeDriver& driver) {
     UndoControls& controls = driver.undo().controls();
-    add_entry(menu, controls.mnuundo, driver, u"&Undo"_s, u"Takes the last step back"_s,
-              QKeySequence(u"Ctrl+Z"_s));
-    add_entry(menu, controls.mnuredo, driver, u"Red&o"_s,
-              u"Takes the step again that was taken back last"_s, QKeySequence(u"Ctrl+Shift+Z"_s));
+    add_entry(menu, controls.mnuundo, driver,
+              {u"&Undo"_s, u"Takes the last step back"_s, QKeySequence(u"Ctrl+Z"_s)});
+    add_entry(menu, controls.mnuredo, driver,
+              {u"Red&o"_s, u"Takes the step again that was taken back last"_s,
+               QKeySequence(u"Ctrl+Shift+Z"_s)});
     QMenu* const steps = menu.addMenu(u"Ste&ps"_s);
     steps->setObjectName(object_name(controls.lststeps));
     steps->setAccessibleName(u"Steps"_s);

@@ -11,7 +11,7 @@ namespace {
 
 constexpr Pixel line_colour = 0xFF00FF00U;
 
-/// Ten columns a point from column 1 on; a code of the channel lies two rows above the one below
+/// Ten columns per point from column 1 on; a code of the channel lies two rows above the one below
 /// it, code 2048 on the centre row.
 DensityMarks marks_of(std::vector<DensityMark> lines) {
     DensityMarks marks;

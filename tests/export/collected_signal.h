@@ -1,11 +1,14 @@
 #pragma once
 
+#include <cmath>
 #include <functional>
 #include <memory>
+#include <span>
 #include <vector>
 
 #include "analysis/synthetic.h"
 #include "export/density_dialog.h"
+#include "export/told_values.h"
 #include "panel/front_panel.h"
 #include "support/fake_files.h"
 #include "support/fake_host.h"
@@ -14,7 +17,7 @@
 namespace kv408 {
 
 /// A density that is fed with made-up sweeps: 640 points of 10 ps from 1000 ps on, a quarter of a
-/// millivolt a code, -512 to 511 mV.
+/// millivolt per code, -512 to 511 mV.
 struct CollectedSignal {
     using Millivolts = std::function<double(double)>;
 
@@ -65,6 +68,16 @@ struct CollectedSignal {
                            .colour = [](std::size_t) {},
                            .draw = [] {}}};
 };
+
+/// The number of `name` among `values`; not a number where there is none.
+inline double number_of_told(std::span<const ToldValue> values, std::string_view name) {
+    for (const ToldValue& told : values) {
+        if (told.name == name && told.value) {
+            return *told.value;
+        }
+    }
+    return NAN;
+}
 
 /// The line of `values` beside `name` in `names`.
 inline std::string line_beside(const Label& names, const Label& values, std::string_view name) {

@@ -25,12 +25,7 @@ struct EyeDialogTest : testing::Test {
         };
     }
     [[nodiscard]] double number(std::string_view name) const {
-        for (const ToldValue& told : dialog.values()) {
-            if (told.name == name && told.value) {
-                return *told.value;
-            }
-        }
-        return NAN;
+        return number_of_told(dialog.values(), name);
     }
     [[nodiscard]] std::string value(std::string_view name) {
         return line_beside(dialog.controls().lblEyeNames, dialog.controls().lblEyeValues, name);
@@ -62,7 +57,8 @@ TEST_F(EyeDialogTest, TellsTheEyeAndMarksItInThePlot) {
     EXPECT_NEAR(number("Rise time"), 245.8e-12, 15e-12);
     EXPECT_NEAR(number("Fall time"), 245.8e-12, 15e-12);
     EXPECT_NEAR(number("Duty-cycle distortion"), 0.0, 12e-12);
-    // One level: across the interval, which is points 100 to 400, a quarter of a millivolt a code.
+    // One level: across the interval, which is points 100 to 400, a quarter of a millivolt per
+    // code.
     ASSERT_TRUE(marks);
     ASSERT_EQ(marks->lines.size(), 8U);
     const DensityMark& one = marks->lines[0];

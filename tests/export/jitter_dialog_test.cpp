@@ -30,12 +30,7 @@ struct JitterDialogTest : testing::Test {
         return dialog.controls().lblJitterEdge.caption();
     }
     [[nodiscard]] double number(std::string_view name) const {
-        for (const ToldValue& told : dialog.values()) {
-            if (told.name == name && told.value) {
-                return *told.value;
-            }
-        }
-        return NAN;
+        return number_of_told(dialog.values(), name);
     }
 
     synthetic::Chance chance{7};

@@ -21,7 +21,7 @@ namespace kv408 {
 struct AutosetCase {
     simulator::SignalKind kind = simulator::SignalKind::sine;
     double millivolts = 0.0; ///< peak to peak
-    double hertz = 0.0;      ///< periods, or bits, a second
+    double hertz = 0.0;      ///< periods, or bits, per second
     double offset = 0.0;     ///< of its middle from 0 V, millivolts
     double noise = 0.0;      ///< rms, of its height
 };

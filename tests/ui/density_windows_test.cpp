@@ -10,8 +10,8 @@
 
 #include "demo/test_bench_window.h"
 #include "dragging.h"
-#include "host/system_files.h"
 #include "scope/tools.h"
+#include "shipped_files.h"
 
 namespace kv408::ui {
 namespace {
@@ -20,15 +20,7 @@ using namespace Qt::StringLiterals;
 
 /// The program over a bench, with the masks that come with it.
 struct OverBench : Dragging {
-    OverBench() {
-        SystemFiles disk;
-        for (const std::string_view file : shipped_masks) {
-            std::string text;
-            disk.read(std::filesystem::path(KV408_SOURCE_ROOT) / "packaging" / "masks" / file,
-                      text);
-            files.files["/program/masks/" + std::string(file)] = text;
-        }
-    }
+    OverBench() { add_shipped_masks(files, "/program/masks"); }
 
     Tools& tools() { return program.scope().tools(); }
 

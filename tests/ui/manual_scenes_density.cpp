@@ -2,8 +2,8 @@
 
 #include "manual_scenes.h"
 
-#include "host/system_files.h"
 #include "scope/tools.h"
+#include "shipped_files.h"
 #include "simulator/test_connections.h"
 
 namespace kv408::ui {
@@ -13,13 +13,7 @@ namespace {
 struct OverEye : SteadyProgram {
     explicit OverEye(simulator::TestConnection connection) {
         simulator::connect(simulation.bench(), connection);
-        SystemFiles disk;
-        for (const std::string_view file : shipped_masks) {
-            std::string text;
-            disk.read(std::filesystem::path(KV408_SOURCE_ROOT) / "packaging" / "masks" / file,
-                      text);
-            files.files["/home/you/kv408/masks/" + std::string(file)] = text;
-        }
+        add_shipped_masks(files, "/home/you/kv408/masks");
         start_sweeping();
         act([this] {
             channel(ch2).enable.set_checked(false);

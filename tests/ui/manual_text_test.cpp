@@ -132,28 +132,30 @@ private Q_SLOTS:
 void ManualTextTest::captions_are_told_of_data() {
     QTest::addColumn<QString>("entry"); // of a menu; empty: the window is there already
     QTest::addColumn<QString>("window");
-    QTest::newRow("main") << QString() << QString();
-    QTest::newRow("calibration") << u"mnucalibration"_s << u"frmcalibration"_s;
-    QTest::newRow("settings") << u"mnusettings"_s << u"frmSettings"_s;
-    QTest::newRow("export") << u"mnuexport"_s << u"frmExport"_s;
-    QTest::newRow("record") << u"mnurecord"_s << u"frmRecord"_s;
-    QTest::newRow("statistics") << u"mnustatistics"_s << u"frmStatistics"_s;
-    QTest::newRow("density") << u"mnudensity"_s << u"frmDensity"_s;
-    QTest::newRow("histogram") << u"mnuhistogram"_s << u"frmHistogram"_s;
-    QTest::newRow("jitter") << u"mnujitter"_s << u"frmJitter"_s;
-    QTest::newRow("eye") << u"mnueye"_s << u"frmEye"_s;
-    QTest::newRow("mask") << u"mnumask"_s << u"frmMask"_s;
-    QTest::newRow("readouts") << u"mnureadouts"_s << u"frmReadouts"_s;
-    QTest::newRow("maths") << u"mnumaths"_s << u"frmMaths"_s;
-    QTest::newRow("spectrum") << u"mnuspectrum"_s << u"frmSpectrum"_s;
-    QTest::newRow("autoset") << u"mnuautoset"_s << u"frmAutoset"_s;
-    QTest::newRow("remote") << u"mnuremote"_s << u"frmRemote"_s;
-    QTest::newRow("bench") << QString() << u"benchWindow"_s;
+    QTest::addColumn<int>("least"); // texts that are read in it
+    QTest::newRow("main") << QString() << QString() << 8;
+    QTest::newRow("calibration") << u"mnucalibration"_s << u"frmcalibration"_s << 8;
+    QTest::newRow("settings") << u"mnusettings"_s << u"frmSettings"_s << 8;
+    QTest::newRow("export") << u"mnuexport"_s << u"frmExport"_s << 8;
+    QTest::newRow("record") << u"mnurecord"_s << u"frmRecord"_s << 8;
+    QTest::newRow("statistics") << u"mnustatistics"_s << u"frmStatistics"_s << 8;
+    QTest::newRow("density") << u"mnudensity"_s << u"frmDensity"_s << 8;
+    QTest::newRow("histogram") << u"mnuhistogram"_s << u"frmHistogram"_s << 8;
+    QTest::newRow("jitter") << u"mnujitter"_s << u"frmJitter"_s << 8;
+    QTest::newRow("eye") << u"mnueye"_s << u"frmEye"_s << 8;
+    QTest::newRow("mask") << u"mnumask"_s << u"frmMask"_s << 8;
+    QTest::newRow("readouts") << u"mnureadouts"_s << u"frmReadouts"_s << 4;
+    QTest::newRow("maths") << u"mnumaths"_s << u"frmMaths"_s << 8;
+    QTest::newRow("spectrum") << u"mnuspectrum"_s << u"frmSpectrum"_s << 8;
+    QTest::newRow("autoset") << u"mnuautoset"_s << u"frmAutoset"_s << 2;
+    QTest::newRow("remote") << u"mnuremote"_s << u"frmRemote"_s << 8;
+    QTest::newRow("bench") << QString() << u"benchWindow"_s << 8;
 }
 
 void ManualTextTest::captions_are_told_of() {
     QFETCH(QString, entry);
     QFETCH(QString, window);
+    QFETCH(int, least);
     ProgramOnBench on;
     QVERIFY(on.run_until_sweeping());
     const TestBenchWindow bench(on.simulation.bench());
@@ -171,7 +173,7 @@ void ManualTextTest::captions_are_told_of() {
     const QString manual = manual_text();
     QStringList missing;
     const QStringList texts = captions(*top);
-    QVERIFY(texts.size() >= 2);
+    QVERIFY2(texts.size() >= least, qPrintable(QString::number(texts.size())));
     for (const QString& text : texts) {
         if (!has(manual, text, Qt::CaseSensitive)) {
             missing.append(text);

@@ -45,6 +45,7 @@ private Q_SLOTS:
     void a_text_box_keeps_its_own_undo();
     void a_locked_panel_takes_nothing_back();
     void each_entry_of_a_menu_has_a_letter_of_its_own();
+    void each_menu_is_named_for_who_hears_it();
 };
 
 void UndoTest::keys_take_steps_back_and_again() {
@@ -154,6 +155,20 @@ void UndoTest::each_entry_of_a_menu_has_a_letter_of_its_own() {
         }
     }
     QVERIFY(letters > 20);
+}
+
+void UndoTest::each_menu_is_named_for_who_hears_it() {
+    WithSteps on;
+    QVERIFY(on.run_until_sweeping());
+    QCOMPARE(on.window().menuBar()->accessibleName(), u"Menus"_s);
+    QList<QMenu*> menus = on.window().menuBar()->findChildren<QMenu*>();
+    menus.removeIf([](const QMenu* menu) { return menu->title().isEmpty(); }); // the bar's own
+    // Six in the bar; the steps, the sweep, the references, and each of four references.
+    QVERIFY(menus.size() >= 13);
+    for (const QMenu* const menu : menus) {
+        QVERIFY2(!menu->accessibleName().isEmpty(), qPrintable(menu->title()));
+        QVERIFY2(!menu->accessibleName().contains(u'&'), qPrintable(menu->accessibleName()));
+    }
 }
 
 } // namespace
