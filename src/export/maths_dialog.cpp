@@ -60,7 +60,7 @@ void MathsDialog::show_traces() {
     std::vector<ShownReference> shown;
     for (std::size_t place = count; place-- > 0;) { // the first comes to lie on top
         auto trace = tools_.at(place)->shown();
-        seen_.at(place) = trace.has_value();
+        seen_.at(place) = trace ? trace->caption : std::string();
         if (trace) {
             shown.push_back(std::move(*trace));
         }
@@ -85,10 +85,10 @@ void MathsDialog::tick_over() {
     if (!any_on()) {
         return;
     }
-    // A channel may have been switched off or on without another sweep.
+    // A channel may have been switched off or on, or scaled, without another sweep.
     bool differs = false;
     for (std::size_t place = 0; place < count; ++place) {
-        differs = differs || seen_.at(place) != (tools_.at(place)->trace() != nullptr);
+        differs = differs || seen_.at(place) != tools_.at(place)->caption();
     }
     if (differs) {
         show_traces();

@@ -76,7 +76,7 @@ private:
     const Clock& clock_;
     MathsWindowControls controls_;
     std::array<std::unique_ptr<MathsTool>, count> tools_;
-    std::array<bool, count> seen_{}; ///< whether there was a trace when they were shown last
+    std::array<std::string, count> seen_; ///< how each was captioned when they were shown last
     std::function<void()> present_;
     std::function<void()> changed_;
     bool open_ = false;

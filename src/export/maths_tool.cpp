@@ -13,6 +13,7 @@
 #include "measure/curve_measurements.h"
 #include "measure/measurement_rows.h"
 #include "state/engineering_format.h"
+#include "state/plot_geometry.h"
 #include "state/rounding.h"
 #include "state/units.h"
 
@@ -89,7 +90,7 @@ MathsTool::MathsTool(std::size_t place, const FrontPanel& panel,
     for (TextBox* const box : {&controls_.txtMathsScale, &controls_.txtMathsPosition}) {
         box->on_change([this] { place_typed(); });
     }
-    controls_.cmdMathsClear.on_click([this] { define(); });
+    controls_.cmdMathsClear.on_click([this] { begin_anew(definition()); });
     show(false);
 }
 
@@ -103,15 +104,28 @@ bool MathsTool::is_off(Channel channel) const {
 
 void MathsTool::define() {
     const auto channel = [](const ListBox& list) { return list.index() == 1 ? ch2 : ch1; };
-    const MathsDefinition before = definition();
-    evaluator_.define({static_cast<MathsFunction>(controls_.cmbMathsFunction.index()),
-                       channel(controls_.cmbMathsA), channel(controls_.cmbMathsB)});
-    if (before.unit() != definition().unit()) {
-        found_scale_ = 0.0;
-        typed_scale_.reset();
-        place_typed(); // what is typed may say something else now
+    MathsDefinition chosen{static_cast<MathsFunction>(controls_.cmbMathsFunction.index()),
+                           channel(controls_.cmbMathsA), channel(controls_.cmbMathsB)};
+    if (!chosen.has_two_channels()) {
+        chosen.b = MathsDefinition{}.b; // does not count: the trace stays the same
+    }
+    if (chosen == definition()) {
         return;
     }
+    if (chosen.function != MathsFunction::off &&
+        std::exchange(scale_unit_, chosen.unit()) != chosen.unit()) {
+        evaluator_.define(chosen); // no scale is to be found of what was
+        found_scale_ = 0.0;
+        if (!controls_.txtMathsScale.text().empty()) {
+            controls_.txtMathsScale.set_text({}); // it says nothing in another unit
+        }
+    }
+    begin_anew(chosen);
+}
+
+/// Forgets what there is, and computes `definition` of the last sweep at once.
+void MathsTool::begin_anew(const MathsDefinition& definition) {
+    evaluator_.define(definition);
     if (const auto last = last_()) {
         take(*last);
     }
@@ -145,9 +159,6 @@ void MathsTool::place_typed() {
     if (!position.faulty()) {
         typed_position_ = blank(position) ? std::nullopt : divisions;
     }
-    if (const auto last = last_(); last && !evaluator_.trace()) {
-        take(*last);
-    }
     find_scale();
     changed_();
 }
@@ -156,13 +167,14 @@ void MathsTool::take(const Sweep& sweep) {
     if (!is_on()) {
         return;
     }
-    evaluator_.take(sweep);
     const ChannelSweep& part = *sweep.channel.at(definition().a);
     taken_scale_ = part.mv_per_division / millivolts_per_volt;
     taken_position_ = part.position;
-    clipped_ = clipping_of(part) != Clipping{} ||
-               (definition().has_two_channels() &&
-                clipping_of(*sweep.channel.at(definition().b)) != Clipping{});
+    const auto clips = [&sweep](Channel channel) {
+        return clipping_of(*sweep.channel.at(channel)) != Clipping{};
+    };
+    evaluator_.take(sweep, clips(definition().a) ||
+                               (definition().has_two_channels() && clips(definition().b)));
     find_scale();
 }
 
@@ -218,8 +230,11 @@ double MathsTool::per_division() const {
 }
 
 double MathsTool::position() const {
-    const bool as_channel = definition().unit() == MathsUnit::volt;
-    return typed_position_.value_or(as_channel ? taken_position_ : 0.0);
+    if (typed_position_ || definition().unit() != MathsUnit::volt) {
+        return typed_position_.value_or(0.0);
+    }
+    const auto row = panel_.channel.at(definition().a).text.marked();
+    return row ? static_cast<double>(plot::centre_y - *row) / plot::division : taken_position_;
 }
 
 std::optional<ShownReference> MathsTool::shown() const {
@@ -268,13 +283,18 @@ const std::vector<MeasuredValue>& MathsTool::values() const {
 void MathsTool::add_to(const Sweep& sweep, ExportedSweep& exported) const {
     const auto computed = trace();
     if (computed && computed->sweep == sweep.number) {
-        const bool volts = definition().unit() == MathsUnit::volt && !typed_scale_;
-        add_computed(*computed, name_, volts ? taken_scale_ : per_division(), position(), sweep,
+        // As the sweep was taken, whatever the panel has now.
+        const bool volts = definition().unit() == MathsUnit::volt;
+        add_computed(*computed, name_, volts && !typed_scale_ ? taken_scale_ : per_division(),
+                     volts ? typed_position_.value_or(taken_position_) : position(), sweep,
                      exported);
     }
 }
 
 std::string MathsTool::caption() const {
+    if (!trace()) {
+        return {};
+    }
     return name_ + " " + definition().label() + "   " + scale_text(per_division(), unit()) + "/div";
 }
 
@@ -286,9 +306,8 @@ void MathsTool::show(bool with_values) {
     controls_.cmdMathsClear.set_enabled(sweeps);
     controls_.txtMathsScale.set_enabled(is_on());
     controls_.txtMathsPosition.set_enabled(is_on());
-    const bool there = trace() != nullptr;
-    controls_.lblMaths.set_caption(there ? caption() : std::string());
-    controls_.lblMaths.set_visible(there);
+    controls_.lblMaths.set_caption(caption());
+    controls_.lblMaths.set_visible(trace() != nullptr);
     controls_.lblMathsState.set_caption(state_text());
     controls_.lblMathsValues.set_caption(with_values ? values_text() : std::string());
     controls_.lblMathsRemark.set_caption(remark_text());
@@ -329,7 +348,8 @@ std::string MathsTool::values_text() const {
 }
 
 std::string MathsTool::remark_text() const {
-    if (!trace()) {
+    const auto computed = trace();
+    if (!computed) {
         return {};
     }
     std::string text;
@@ -337,7 +357,7 @@ std::string MathsTool::remark_text() const {
         text = "The channels are swept one after the other: what changes from sweep to sweep does "
                "not cancel.";
     }
-    if (clipped_) {
+    if (computed->clipped) {
         text += text.empty() ? "" : "\n";
         text += "A channel leaves the instrument's scale: the trace is wrong there.";
     }

@@ -75,8 +75,9 @@ public:
     /// The unit of the trace: "V", "V^2", "V/s" or "Vs".
     [[nodiscard]] std::string unit() const;
 
-    /// How the trace is shown now, typed or found: units per division and divisions above the
-    /// middle. Without a trace in volts that of the panel.
+    /// How the trace is shown now: units per division and divisions of the zero line above the
+    /// middle. What is not typed is in volts that of A on the panel, stopped as well; else it is
+    /// found.
     [[nodiscard]] double per_division() const;
     [[nodiscard]] double position() const;
 
@@ -93,13 +94,16 @@ public:
     /// Brings the texts up to date; the measurements are made only `with_values`.
     void show(bool with_values);
 
+    /// What stands beside the plot, "MATH1 CH1 - CH2   100mV/div"; empty without a trace.
+    [[nodiscard]] std::string caption() const;
+
 private:
     void define();
+    void begin_anew(const MathsDefinition& definition);
     void count_typed();
     void place_typed();
     void find_scale();
     [[nodiscard]] bool is_off(Channel channel) const;
-    [[nodiscard]] std::string caption() const;
     [[nodiscard]] std::string state_text() const;
     [[nodiscard]] std::string values_text() const;
     [[nodiscard]] std::string remark_text() const;
@@ -110,12 +114,12 @@ private:
     std::string name_;
     MathsControls controls_;
     MathsEvaluator evaluator_;
+    MathsUnit scale_unit_ = MathsUnit::volt; ///< of the typed scale
     std::optional<double> typed_scale_;
     std::optional<double> typed_position_;
-    double found_scale_ = 0.0; ///< units per division of what is no voltage; 0: none yet
-    double taken_scale_ = 0.0; ///< volts per division that A was taken with
-    double taken_position_ = 0.0;
-    bool clipped_ = false; ///< a channel of the last sweep leaves the instrument's scale
+    double found_scale_ = 0.0;    ///< units per division of what is no voltage; 0: none yet
+    double taken_scale_ = 0.0;    ///< volts per division that A was taken with
+    double taken_position_ = 0.0; ///< of A then, divisions above the middle
     mutable std::shared_ptr<const MathsTrace> measured_; ///< what `values_` are of
     mutable std::vector<MeasuredValue> values_;
 };

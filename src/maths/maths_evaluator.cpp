@@ -60,7 +60,7 @@ void MathsEvaluator::say(std::string reason) {
     reason_ = std::move(reason);
 }
 
-void MathsEvaluator::take(const Sweep& sweep) {
+void MathsEvaluator::take(const Sweep& sweep, bool clipped) {
     if (definition_.function == MathsFunction::off) {
         return;
     }
@@ -80,6 +80,8 @@ void MathsEvaluator::take(const Sweep& sweep) {
                      .first_time = part.first_time,
                      .time_per_point = part.time_per_point,
                      .columns_per_second = part.columns_per_second,
+                     .averaged = part.averaged,
+                     .clipped = clipped,
                      .values = {},
                      .lowest = {}};
     if (definition_.has_two_channels()) {
@@ -143,22 +145,24 @@ void MathsEvaluator::collect(const Sweep& sweep, MathsTrace trace) {
     while (sweeps_.size() >= kept_) {
         sweeps_.pop_front();
     }
-    sweeps_.push_back(volts_of(part));
+    sweeps_.push_back({.volts = volts_of(part), .clipped = trace.clipped});
     compute_of_sweeps(std::move(trace));
 }
 
 /// Mean or envelope of the sweeps that are kept, with all else that `trace` says.
 void MathsEvaluator::compute_of_sweeps(MathsTrace trace) {
     trace.sweeps = sweeps_.size();
-    trace.values = sweeps_.front();
+    trace.clipped = std::any_of(sweeps_.begin(), sweeps_.end(),
+                                [](const Kept& sweep) { return sweep.clipped; });
+    trace.values = sweeps_.front().volts;
     trace.lowest.clear();
     const bool mean = definition_.function == MathsFunction::mean;
     if (!mean) {
-        trace.lowest = sweeps_.front();
+        trace.lowest = trace.values;
     }
     for (auto sweep = sweeps_.begin() + 1; sweep != sweeps_.end(); ++sweep) {
-        for (std::size_t index = 0; index < sweep->size(); ++index) {
-            const double volts = (*sweep)[index];
+        for (std::size_t index = 0; index < sweep->volts.size(); ++index) {
+            const double volts = sweep->volts[index];
             if (mean) {
                 trace.values[index] += volts;
             } else {

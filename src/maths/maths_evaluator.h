@@ -33,8 +33,9 @@ public:
 
     /// Takes `sweep`, with which every channel that is on has come. Mean and envelope begin anew
     /// with one that was taken otherwise: with another time base, delay, range, correction,
-    /// inversion or trigger, another averaging or number of points.
-    void take(const Sweep& sweep);
+    /// inversion or trigger, another averaging or number of points. `clipped` tells that a channel
+    /// of the definition leaves the instrument's scale in it.
+    void take(const Sweep& sweep, bool clipped = false);
 
     /// What was computed; null where there is nothing.
     [[nodiscard]] const std::shared_ptr<const MathsTrace>& trace() const { return trace_; }
@@ -57,6 +58,12 @@ private:
         friend bool operator==(const TakenWith&, const TakenWith&) = default;
     };
 
+    /// A sweep of mean or envelope.
+    struct Kept {
+        std::vector<double> volts;
+        bool clipped = false;
+    };
+
     void say(std::string reason);
     void take_two(const Sweep& sweep, MathsTrace trace);
     void take_one(const ChannelSweep& part, MathsTrace trace);
@@ -65,8 +72,8 @@ private:
 
     MathsDefinition definition_;
     std::size_t kept_ = 16;
-    std::deque<std::vector<double>> sweeps_; ///< of mean and envelope, volts, the oldest first
-    TakenWith with_;                         ///< what they were taken with
+    std::deque<Kept> sweeps_; ///< of mean and envelope, the oldest first
+    TakenWith with_;          ///< what they were taken with
     std::shared_ptr<const MathsTrace> trace_;
     std::string reason_ = "Off";
 };

@@ -66,6 +66,8 @@ struct MathsTrace {
     double time_per_point = 0.0;     ///< picoseconds
     std::size_t first_point = 0;     ///< the point of A at whose time the first value lies
     double columns_per_second = 0.0; ///< of the screen
+    bool averaged = false;           ///< A of its last sweep came averaged
+    bool clipped = false;            ///< one of its sweeps leaves the instrument's scale
 
     std::vector<double> values; ///< in the unit of the definition; of an envelope the highest
     std::vector<double> lowest; ///< of an envelope, as many; else none

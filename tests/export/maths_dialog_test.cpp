@@ -129,9 +129,50 @@ TEST_F(MathsDialogTest, FindsAScaleForWhatIsNoVoltageAndKeepsItWhileItFits) {
     EXPECT_EQ(shown[0].caption, "MATH1 Integral of CH1   5pVs/div");
     first().txtMathsScale.set_text("50fVs");
     EXPECT_DOUBLE_EQ(dialog.tool(0).per_division(), 50e-15);
-    choose(MathsFunction::product); // is no V^2
-    EXPECT_TRUE(first().txtMathsScale.faulty());
-    EXPECT_EQ(dialog.tool(0).per_division(), 0.5);
+    choose(MathsFunction::off); // has no unit: what is typed stays
+    choose(MathsFunction::integral);
+    EXPECT_DOUBLE_EQ(dialog.tool(0).per_division(), 50e-15);
+    for (const char* const typed : {"50fVs", "2e9"}) { // says nothing in another unit
+        choose(MathsFunction::integral);
+        first().txtMathsScale.set_text(typed);
+        choose(MathsFunction::product);
+        EXPECT_EQ(first().txtMathsScale.text(), "") << typed;
+        EXPECT_FALSE(first().txtMathsScale.faulty()) << typed;
+        EXPECT_EQ(dialog.tool(0).per_division(), 0.5) << typed;
+    }
+}
+
+TEST_F(MathsDialogTest, FollowsScaleAndMarkerOfItsChannelWhenStopped) {
+    panel.channel[ch1].text.mark(256 - 2 * 64);
+    choose(MathsFunction::negative);
+    come({100.0}, {300.0});
+    EXPECT_EQ(dialog.tool(0).position(), 2.0);
+    panel.channel[ch1].vdiv.set_index(1);
+    panel.channel[ch1].text.mark(256 + 96);
+    dialog.tick_over();
+    EXPECT_EQ(shown.at(0).caption, "MATH1 -CH1   50mV/div");
+    EXPECT_EQ(first().lblMaths.caption(), shown[0].caption);
+    EXPECT_EQ(dialog.tool(0).position(), -1.5);
+    ExportedSweep exported = exported_sweep(*sweeps.last_complete(), {true, true}, sample_origin);
+    dialog.add_to(*sweeps.last_complete(), exported);
+    EXPECT_EQ(exported.channels.at(2).position, 2.0) << "that of its sweep";
+    EXPECT_EQ(exported.channels.at(2).v_per_div, 0.1);
+    const int before = times_shown;
+    dialog.tick_over();
+    EXPECT_EQ(times_shown, before);
+}
+
+TEST_F(MathsDialogTest, ASettingThatChangesNothingKeepsTheSweeps) {
+    choose(MathsFunction::mean);
+    come({250.0}, {0.0});
+    come({500.0}, {0.0});
+    choose(MathsFunction::mean);
+    first().cmbMathsA.set_index(0);
+    first().cmbMathsB.set_index(0); // of one channel: B does not count
+    come({750.0}, {0.0});
+    EXPECT_EQ(shown.at(0).curve->mv, std::vector<double>{500.0});
+    choose(MathsFunction::sum); // now it does
+    EXPECT_EQ(shown.at(0).curve->mv, std::vector<double>{1500.0});
 }
 
 TEST_F(MathsDialogTest, SaysWhichChannelIsOffAndTakesTheTraceAway) {
@@ -203,11 +244,22 @@ TEST_F(MathsDialogTest, SaysThatAChannelClips) {
     auto part = std::make_shared<ChannelSweep>(*clipped.channel[ch1]);
     part->codes[7] = 4095;
     clipped.channel[ch1] = part;
-    dialog.take(clipped);
-    clock.advance(std::chrono::seconds(1));
-    dialog.tick_over();
-    EXPECT_EQ(first().lblMathsRemark.caption(),
-              "A channel leaves the instrument's scale: the trace is wrong there.");
+    const auto remark_after = [this](const Sweep& sweep) {
+        dialog.take(sweep);
+        clock.advance(std::chrono::seconds(1));
+        dialog.tick_over();
+        return first().lblMathsRemark.caption();
+    };
+    const std::string clips = "A channel leaves the instrument's scale: the trace is wrong there.";
+    EXPECT_EQ(remark_after(clipped), clips);
+    EXPECT_EQ(remark_after(block_sweep()), "");
+    // A mean says so as long as it holds such a sweep.
+    choose(MathsFunction::mean);
+    first().txtMathsCount.set_text("3");
+    EXPECT_EQ(remark_after(clipped), clips);
+    EXPECT_EQ(remark_after(block_sweep()), clips);
+    EXPECT_EQ(remark_after(block_sweep()), clips);
+    EXPECT_EQ(remark_after(block_sweep()), "");
 }
 
 TEST_F(MathsDialogTest, MeasuresWhileItsWindowIsOpen) {
