@@ -33,7 +33,7 @@ QList<Quantity> quantities() {
     return {
         {u"Amplitude"_s, u"amplitude"_s, u"From the lowest to the highest value, volts"_s,
          &Source::amplitude_mvpp, u"Vpp"_s, milli, 0.0, 10e3},
-        {u"Frequency"_s, u"frequency"_s, u"Periods, or bits of random data, a second"_s,
+        {u"Frequency"_s, u"frequency"_s, u"Periods, or bits of random data, per second"_s,
          &Source::frequency_hz, u"Hz"_s, 1.0, 1.0, 20e9},
         {u"Offset"_s, u"offset"_s, u"Middle between the lowest and the highest value, volts"_s,
          &Source::offset_mv, u"V"_s, milli, -5e3, 5e3},
@@ -47,7 +47,7 @@ QList<Quantity> quantities() {
         {u"Sine jitter"_s, u"sine_jitter"_s,
          u"Jitter that comes and goes as a sine, seconds from its middle to its peak"_s,
          &Source::sine_jitter_ps, u"s"_s, pico, 0.0, 1e6},
-        {u"Its rate"_s, u"sine_jitter_rate"_s, u"Periods of the sine jitter a second"_s,
+        {u"Its rate"_s, u"sine_jitter_rate"_s, u"Periods of the sine jitter per second"_s,
          &Source::sine_jitter_hz, u"Hz"_s, 1.0, 1.0, 1e9},
         {u"Distortion"_s, u"distortion"_s,
          u"By how much random data are longer high than low, seconds; at most a bit less its edge"_s,

@@ -89,7 +89,7 @@ std::string file_of(FewColours few, const Surface& picture) {
     std::string header;
     add_number(header, static_cast<std::uint32_t>(picture.width()));
     add_number(header, static_cast<std::uint32_t>(picture.height()));
-    header += std::string_view("\x08\x03\0\0\0", 5); // 8 bits a pixel, by the table
+    header += std::string_view("\x08\x03\0\0\0", 5); // 8 bits per pixel, by the table
     std::string table;
     for (const Pixel pixel : few.table) {
         add_colour(table, pixel);

@@ -8,7 +8,7 @@
 namespace kv408 {
 namespace {
 
-/// Four points from 1000 ps on, 8 ps apart; half a millivolt a code, 0 mV at code 2048.
+/// Four points from 1000 ps on, 8 ps apart; half a millivolt per code, 0 mV at code 2048.
 Collected collected(bool inverted = false) {
     MeasuredWith with;
     with.first_time = 1000.0;

@@ -16,7 +16,7 @@ std::vector<int> bytes_of(const std::string& text) {
     return bytes;
 }
 
-// Three pixels a row are nine bytes and three of padding; 54 + 2 * 12 = 78 bytes in all.
+// Three pixels per row are nine bytes and three of padding; 54 + 2 * 12 = 78 bytes in all.
 TEST(BitmapFile, OfThreeByTwoPixels) {
     Surface picture(3, 2);
     picture.at(0, 0) = pixel_of(rgb(255, 0, 0));
@@ -28,11 +28,11 @@ TEST(BitmapFile, OfThreeByTwoPixels) {
     const std::vector<int> expected = {
         'B', 'M', 78,  0, 0,   0, 0,   0, 0, 0, 54, 0, 0, 0, // file header
         40,  0,   0,   0, 3,   0, 0,   0, 2, 0, 0,  0,       // size of this header, width, height
-        1,   0,   24,  0, 0,   0, 0,   0,                    // planes, bits a pixel, no compression
-        24,  0,   0,   0, 0,   0, 0,   0, 0, 0, 0,  0,       // bytes of the pixels, pixels a metre
-        0,   0,   0,   0, 0,   0, 0,   0,                    // no palette
-        3,   2,   1,   6, 5,   4, 9,   8, 7, 0, 0,  0,       // the bottom row, blue first
-        0,   0,   255, 0, 255, 0, 255, 0, 0, 0, 0,  0};      // the top row
+        1,   0,   24,  0, 0,   0, 0,   0,               // planes, bits per pixel, no compression
+        24,  0,   0,   0, 0,   0, 0,   0, 0, 0, 0,  0,  // bytes of the pixels, pixels per metre
+        0,   0,   0,   0, 0,   0, 0,   0,               // no palette
+        3,   2,   1,   6, 5,   4, 9,   8, 7, 0, 0,  0,  // the bottom row, blue first
+        0,   0,   255, 0, 255, 0, 255, 0, 0, 0, 0,  0}; // the top row
     EXPECT_EQ(bytes_of(bitmap_file(picture)), expected);
 }
 
@@ -50,7 +50,7 @@ TEST(BitmapFile, RowsOfOneAndTwoPixelsArePadded) {
     EXPECT_EQ(bitmap_file(Surface(2, 5)).size(), 54U + 5U * 8U);
 }
 
-// 705 pixels a row are 2115 bytes and one of padding: 2116 = 0x844. 54 + 540 * 2116 = 1142694, or
+// 705 pixels per row are 2115 bytes and one of padding: 2116 = 0x844. 54 + 540 * 2116 = 1142694, or
 // 0x116FA6 in hexadecimal; the pixels' 1142640 are 0x116F70.
 TEST(BitmapFile, OfThePlotBoxBearsItsSizes) {
     const std::string file = bitmap_file(Surface(705, 540));

@@ -139,7 +139,7 @@ TEST(Density, LiesUnderItsTrace) {
 
 TEST(Density, AddsTheCodesThatFallIntoOneRow) {
     DensityScene scene;
-    scene.channels[ch1].scale = 0.25; // four codes a row
+    scene.channels[ch1].scale = 0.25; // four codes per row
     scene.withhold_traces();
     scene.show();
     scene.count(scene.flat(2048), 3);

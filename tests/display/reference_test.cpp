@@ -58,7 +58,7 @@ TEST(Reference, HasTheScreenThatThePanelSets) {
     choose("20ns/div");
     scene.panel.channel[0].psofset.set_text("5ns");
     scene.channels[0].mv_per_division = 200.0;
-    // At 0.2V/div two codes are a millivolt and 8 divisions: 0.16 rows a code.
+    // At 0.2V/div two codes are a millivolt and 8 divisions: 0.16 rows per code.
     scene.channels[0].scale = 0.16;
     scene.channels[0].offsetdac = 2048 - 400; // 64 rows
     EXPECT_EQ(reference_screen(scene.panel, scene.channels, ch1),

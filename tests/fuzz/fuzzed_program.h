@@ -65,7 +65,7 @@ inline void demand_sane_acquisition(const FuzzedProgram& program) {
             demand(code <= highest_code, "no code is above the limit of its high byte");
         }
         for (const double mv : samples.mv) {
-            // The coarsest range is half a millivolt a code, "Input Via Trigger" doubles it.
+            // The coarsest range is half a millivolt per code, "Input Via Trigger" doubles it.
             demand(std::abs(mv) <= highest_code - zero_code, "no sample is beyond its code");
         }
     }

@@ -175,7 +175,7 @@ TEST(MathsOfSweeps, BeginAnewWithASweepThatWasTakenOtherwise) {
 TEST(MathsColumns, AreTheLastPointsUpToTheirTimes) {
     MathsTrace trace;
     trace.time_per_point = 4.0;
-    trace.columns_per_second = 320e9; // 1.28 columns a point
+    trace.columns_per_second = 320e9; // 1.28 columns per point
     for (int point = 0; point < 650; ++point) {
         trace.values.push_back(point);
     }

@@ -218,7 +218,7 @@ TEST_F(RemoteSweeping, TellsPointsInEachForm) {
     EXPECT_EQ(preamble[1], 650);
     EXPECT_DOUBLE_EQ(preamble[3], 313e-12);
     EXPECT_DOUBLE_EQ(preamble[4], 2e-9);
-    EXPECT_DOUBLE_EQ(preamble[6], -0.0005); // half a millivolt a code, upside down
+    EXPECT_DOUBLE_EQ(preamble[6], -0.0005); // half a millivolt per code, upside down
     EXPECT_DOUBLE_EQ(preamble[7], 1.024);
     EXPECT_EQ(preamble[9], 1);
     const std::string words = ask("WAV:DATA?");

@@ -34,7 +34,7 @@ TEST(HistogramOfTheProgram, TellsTheNoiseOfTheBench) {
     program.ticks(60);
     const auto statistics = program.dialog().statistics();
     ASSERT_TRUE(statistics);
-    // 64 columns of points, each of which has a hit a sweep; a code of 0.1V/div is half a
+    // 64 columns of points, each of which has a hit per sweep; a code of 0.1V/div is half a
     // millivolt.
     const double sweeps =
         static_cast<double>(program.scope.tools().density().collected(ch1)->sweeps);

@@ -101,7 +101,7 @@ private:
         differences_.compare("time/div label", panel_.tdivtext.caption(), panel_.seltimediv.text());
         differences_.compare("point mode", parts_.acquisition.pointmode, point_by_point());
         differences_.expect(
-            "points a second",
+            "points per second",
             std::abs(parts_.time_base_state.samplerate * time_.division / 64e12 - 1.0) < 1e-12);
         differences_.expect("step", parts_.time_base_state.tbresolution == time_.tbresolution);
         differences_.compare("\"Filter Avg.\" over the plot", panel_.avglabel.visible(),
