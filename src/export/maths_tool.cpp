@@ -28,15 +28,22 @@ constexpr std::array<Colour, 2> maths_colours = {rgb(240, 75, 60), rgb(90, 130, 
 
 /// The least of 1, 2, 5, 10 and so on, times a power of ten, that is at least `needed`, above 0.
 double step_from(double needed) {
-    constexpr double ten = 10.0;
-    constexpr double rounding = 1.0 + 1e-9; // of the powers
-    const double power = std::pow(ten, std::floor(std::log10(needed)));
-    for (const double step : {1.0, 2.0, 5.0}) {
-        if (needed <= step * power * rounding) {
-            return step * power;
+    constexpr double rounding = 1.0 + 1e-9; // of the logarithm
+    const int power = static_cast<int>(std::floor(std::log10(needed)));
+    // As text, for no system's powers of ten are other ones then.
+    const auto step_of = [](const char* digit, int exponent) {
+        std::string text = digit;
+        text += 'e';
+        text += std::to_string(exponent);
+        return entire_number(text).value_or(0.0);
+    };
+    for (const char* const digit : {"1", "2", "5"}) {
+        const double step = step_of(digit, power);
+        if (needed <= step * rounding) {
+            return step;
         }
     }
-    return ten * power;
+    return step_of("1", power + 1);
 }
 
 std::string channel_name(Channel channel) {

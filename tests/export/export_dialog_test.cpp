@@ -1,12 +1,14 @@
 #include "export/export_dialog.h"
 
 #include <algorithm>
+#include <filesystem>
 
 #include <gtest/gtest.h>
 
 #include "export/csv.h"
 #include "export/date_text.h"
 #include "export/sample_sweep.h"
+#include "host/path_text.h"
 #include "support/fake_files.h"
 #include "support/fake_host.h"
 #include "support/virtual_clock.h"
@@ -15,6 +17,14 @@ namespace kv408 {
 namespace {
 
 constexpr const char* csv_name = "/data/Kv408_261122_130509.csv";
+
+/// What people read of the file called `name` in the folder of the tests: with this system's
+/// separator.
+std::string in_data(const char* name) {
+    return text_of_path(std::filesystem::path("/data") / name);
+}
+
+const std::string csv_shown = in_data("Kv408_261122_130509.csv");
 
 /// The dialog over files in memory; both channels are on, and a sweep has come.
 struct ExportRig {
@@ -59,7 +69,7 @@ TEST(ExportDialog, OpensWithANameFromDateAndTimeAndTheFirstLines) {
     ExportRig rig;
     rig.dialog.open("/data");
     EXPECT_TRUE(rig.dialog.is_open());
-    EXPECT_EQ(rig.controls.txtExportFile.text(), csv_name);
+    EXPECT_EQ(rig.controls.txtExportFile.text(), csv_shown);
     EXPECT_EQ(rig.controls.cmbExportType.text(), "Comma-separated values (*.csv)");
     const std::string preview = rig.controls.lblExportPreview.caption();
     EXPECT_EQ(preview.find("# Kv408 1.6.0\n"), 0U);
@@ -67,7 +77,7 @@ TEST(ExportDialog, OpensWithANameFromDateAndTimeAndTheFirstLines) {
     EXPECT_EQ(std::count(preview.begin(), preview.end(), '\n'), 16 + 4);
     rig.dialog.open("/elsewhere");
     EXPECT_EQ(rig.shown, 2) << "brought to the front";
-    EXPECT_EQ(rig.controls.txtExportFile.text(), csv_name);
+    EXPECT_EQ(rig.controls.txtExportFile.text(), csv_shown);
 }
 
 TEST(ExportDialog, ANameThatTheUserTypedStays) {
@@ -76,7 +86,7 @@ TEST(ExportDialog, ANameThatTheUserTypedStays) {
     rig.dialog.close();
     rig.clock.set_local_time({.year = 2026, .month = 12, .day = 1});
     rig.dialog.open("/data");
-    EXPECT_EQ(rig.controls.txtExportFile.text(), "/data/Kv408_261201_000000.csv");
+    EXPECT_EQ(rig.controls.txtExportFile.text(), in_data("Kv408_261201_000000.csv"));
     rig.controls.txtExportFile.set_text("/data/mine.csv");
     rig.dialog.close();
     rig.dialog.open("/data");
@@ -87,7 +97,7 @@ TEST(ExportDialog, KindAndEndingFollowEachOther) {
     ExportRig rig;
     rig.dialog.open("/data");
     rig.controls.cmbExportType.set_index(2);
-    EXPECT_EQ(rig.controls.txtExportFile.text(), "/data/Kv408_261122_130509.npy");
+    EXPECT_EQ(rig.controls.txtExportFile.text(), in_data("Kv408_261122_130509.npy"));
     rig.controls.txtExportFile.set_text("/data/a.SR");
     EXPECT_EQ(rig.controls.cmbExportType.index(), 1);
     EXPECT_EQ(rig.controls.txtExportFile.text(), "/data/a.SR");
@@ -101,7 +111,7 @@ TEST(ExportDialog, SavesTheWholeSweepThatIsThereAndStaysOpen) {
     ExportRig rig;
     rig.dialog.open("/data");
     rig.controls.cmdExport.click();
-    EXPECT_EQ(rig.saved(), std::string("Saved to ") + csv_name);
+    EXPECT_EQ(rig.saved(), "Saved to " + csv_shown);
     const std::string wanted = rig.csv();
     EXPECT_EQ(rig.files.files[csv_name], wanted);
     EXPECT_TRUE(rig.dialog.is_open());
@@ -114,8 +124,7 @@ TEST(ExportDialog, AFileThatIsThereIsReplacedOnlyWhenTheUserSaysSo) {
     rig.files.files[csv_name] = "mine";
     rig.boxes.answers = {MessageAnswer::no};
     rig.controls.cmdExport.click();
-    EXPECT_EQ(rig.boxes.texts(),
-              (std::vector{std::string(csv_name) + " exists already. Replace it?"}));
+    EXPECT_EQ(rig.boxes.texts(), (std::vector{csv_shown + " exists already. Replace it?"}));
     EXPECT_EQ(rig.boxes.shown[0].buttons, MessageButtons::yes_no);
     EXPECT_EQ(rig.files.files[csv_name], "mine");
     EXPECT_EQ(rig.saved(), "");
@@ -137,8 +146,7 @@ TEST(ExportDialog, TheSecondExportInOneSecondAsksBeforeItTakesTheNameOfTheFirst)
     rig.dialog.open("/data");
     rig.boxes.answers = {MessageAnswer::no};
     rig.controls.cmdExport.click();
-    EXPECT_EQ(rig.boxes.texts(),
-              (std::vector{std::string(csv_name) + " exists already. Replace it?"}));
+    EXPECT_EQ(rig.boxes.texts(), (std::vector{csv_shown + " exists already. Replace it?"}));
     EXPECT_EQ(rig.files.files[csv_name], first);
     EXPECT_EQ(rig.files.files.size(), 1U) << "no half file beside it";
 }
@@ -148,7 +156,7 @@ TEST(ExportDialog, AFailureIsToldWithPathAndReason) {
     rig.dialog.open("/data");
     rig.files.refusal = "No space left on device";
     rig.controls.cmdExport.click();
-    const std::string told = std::string(csv_name) + " could not be saved: No space left on device";
+    const std::string told = csv_shown + " could not be saved: No space left on device";
     EXPECT_EQ(rig.boxes.texts(), std::vector{told});
     EXPECT_EQ(rig.saved(), told) << "and stays to be read";
     EXPECT_TRUE(rig.files.files.empty());
