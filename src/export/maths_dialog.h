@@ -25,6 +25,7 @@ struct MathsWindowControls {
 /// as long as a function is chosen, whether the window is open or not.
 class MathsDialog {
 public:
+    /// How many traces there are.
     static constexpr std::size_t count = 2;
 
     /// What is to be drawn over the traces.
@@ -37,6 +38,7 @@ public:
     MathsDialog(const MathsDialog&) = delete;
     MathsDialog& operator=(const MathsDialog&) = delete;
 
+    /// The controls that it has once, for the window and the menu.
     [[nodiscard]] MathsWindowControls& controls() { return controls_; }
 
     /// The trace in `place`, 0 or 1.
@@ -45,7 +47,11 @@ public:
 
     /// Opens the window; one that is open already is only brought to the front.
     void open();
+
+    /// Whether the window is open.
     [[nodiscard]] bool is_open() const { return open_; }
+
+    /// Notes that it is closed: measurements are no longer made for it.
     void close() { open_ = false; }
 
     /// A sweep with which every channel that is on has come. Costs nothing while both are off.

@@ -46,10 +46,6 @@ double step_from(double needed) {
     return step_of("1", power + 1);
 }
 
-std::string channel_name(Channel channel) {
-    return "CH" + std::to_string(number_of(channel));
-}
-
 /// What the boxes of volts per division say: "50mV" in volts.
 double volts_of(const ListBox& scale) {
     return quantity_typed(scale.text(), "V").value_or(0.0);
@@ -70,7 +66,7 @@ MathsControls::MathsControls(std::size_t place)
     cmbMathsFunction.set_entries({maths_function_names.begin(), maths_function_names.end()});
     cmbMathsFunction.set_index(0);
     for (ListBox* const list : {&cmbMathsA, &cmbMathsB}) {
-        list->set_entries({channel_name(ch1), channel_name(ch2)});
+        list->set_entries({channel_label(ch1), channel_label(ch2)});
         list->set_index(list == &cmbMathsA ? 0 : 1);
     }
     std::string names;
@@ -215,7 +211,7 @@ std::string MathsTool::reason() const {
     if (is_on()) {
         for (const Channel channel : {definition().a, definition().b}) {
             if (is_off(channel) && (channel == definition().a || definition().has_two_channels())) {
-                return channel_name(channel) + " is off";
+                return channel_label(channel) + " is off";
             }
         }
     }

@@ -19,6 +19,8 @@ namespace kv408 {
 
 /// The controls of one computed trace.
 struct MathsControls {
+    /// Those of the trace in `place`, 0 or 1: switched off, with both lists and its colour filled
+    /// in.
     explicit MathsControls(std::size_t place);
 
     ListBox cmbMathsFunction; ///< as `MathsFunction`; the first switches the trace off
@@ -50,13 +52,17 @@ public:
     MathsTool(const MathsTool&) = delete;
     MathsTool& operator=(const MathsTool&) = delete;
 
+    /// Its controls; setting one is its user's press.
     [[nodiscard]] MathsControls& controls() { return controls_; }
     [[nodiscard]] const MathsControls& controls() const { return controls_; }
 
     /// "MATH1" or "MATH2".
     [[nodiscard]] const std::string& name() const { return name_; }
 
+    /// Whether a function is chosen.
     [[nodiscard]] bool is_on() const;
+
+    /// What it computes; B is CH2 where it does not count.
     [[nodiscard]] const MathsDefinition& definition() const { return evaluator_.definition(); }
 
     /// How many sweeps mean and envelope are of at most.

@@ -72,6 +72,7 @@ void SpectrumDialog::close() {
     open_ = false;
     history_.clear();
     last_.reset();
+    of_.reset();
     show();
 }
 
@@ -96,11 +97,8 @@ Channel SpectrumDialog::channel() const {
 }
 
 void SpectrumDialog::computed_changed() {
-    if (open_ && computed_place()) {
-        const Computed now = computed();
-        if (!now.trace || now.trace->definition != definition_) {
-            begin_anew();
-        }
+    if (open_ && computed_place() && (!of_ || computed().trace != of_)) {
+        begin_anew();
     }
 }
 
@@ -108,7 +106,10 @@ void SpectrumDialog::begin_anew() {
     history_.clear();
     has_clipped_ = false;
     definition_ = {};
-    if (open_ && last_) {
+    of_.reset();
+    if (open_ && computed_place()) {
+        add_computed(computed().trace); // that is on the plot, of whichever sweep
+    } else if (open_ && last_) {
         add(*last_);
     }
     show();
@@ -123,43 +124,41 @@ void SpectrumDialog::take(const std::shared_ptr<const Sweep>& sweep) {
 }
 
 void SpectrumDialog::add(const Sweep& sweep) {
-    const auto window = static_cast<SpectrumWindow>(controls_.cmbSpectrumWindow.index());
     if (computed_place()) {
-        add_computed_spectrum(sweep, window);
+        const auto trace = computed().trace;
+        add_computed(trace && trace->sweep == sweep.number ? trace : nullptr);
         return;
     }
     const ChannelSweep& part = *sweep.channel.at(channel());
     if (sweep.came.at(channel()) && part.whole) {
-        history_.add(spectrum_of(part.mv, part.time_per_point, window));
-        note(part, clipping_of(part) != Clipping{});
+        history_.add(spectrum_of(part.mv, part.time_per_point, window()));
+        note(part.averaged, clipping_of(part) != Clipping{});
     }
 }
 
-void SpectrumDialog::note(const ChannelSweep& part, bool clips) {
-    averaged_ = part.averaged;
+void SpectrumDialog::note(bool averaged, bool clips) {
+    averaged_ = averaged;
     clips_ = clips;
     has_clipped_ = has_clipped_ || clips;
 }
 
-void SpectrumDialog::add_computed_spectrum(const Sweep& sweep, SpectrumWindow window) {
-    const Computed now = computed();
-    if (!now.trace || now.trace->sweep != sweep.number) {
+/// Adds the spectrum of `trace`; without one those before it are forgotten.
+void SpectrumDialog::add_computed(const std::shared_ptr<const MathsTrace>& trace) {
+    of_ = trace;
+    if (!trace) {
         history_.clear();
         return;
     }
-    if (now.trace->definition != definition_) {
+    if (trace->definition != definition_) {
         history_.clear();
-        definition_ = now.trace->definition;
+        definition_ = trace->definition;
     }
-    std::vector<double> thousandths = now.trace->values;
+    std::vector<double> thousandths = trace->values;
     for (double& value : thousandths) {
         value *= millivolts_per_volt;
     }
-    history_.add(spectrum_of(thousandths, now.trace->time_per_point, window));
-    const ChannelSweep& part = *sweep.channel.at(definition_.a);
-    const bool other_clips = definition_.has_two_channels() &&
-                             clipping_of(*sweep.channel.at(definition_.b)) != Clipping{};
-    note(part, other_clips || clipping_of(part) != Clipping{});
+    history_.add(spectrum_of(thousandths, trace->time_per_point, window()));
+    note(trace->averaged, trace->clipped);
 }
 
 void SpectrumDialog::count_typed() {
@@ -172,6 +171,10 @@ void SpectrumDialog::count_typed() {
         history_.set_kept(static_cast<std::size_t>(*count));
         show();
     }
+}
+
+SpectrumWindow SpectrumDialog::window() const {
+    return static_cast<SpectrumWindow>(controls_.cmbSpectrumWindow.index());
 }
 
 SpectrumHold SpectrumDialog::held() const {

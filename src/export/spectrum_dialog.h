@@ -65,7 +65,8 @@ public:
     /// Closes it and forgets the sweeps.
     void close();
 
-    /// Begins anew if the computed trace whose spectrum is shown is another one now.
+    /// Begins anew if the computed trace whose spectrum is shown is not the one that was taken
+    /// last, with another function as with other sweeps.
     void computed_changed();
 
     /// A sweep with which every channel that is on has come.
@@ -112,9 +113,10 @@ private:
     [[nodiscard]] bool in_volts() const { return definition_.unit() == MathsUnit::volt; }
     [[nodiscard]] Channel channel() const;
     [[nodiscard]] SpectrumHold held() const;
-    void add_computed_spectrum(const Sweep& sweep, SpectrumWindow window);
+    [[nodiscard]] SpectrumWindow window() const;
+    void add_computed(const std::shared_ptr<const MathsTrace>& trace);
     void begin_anew();
-    void note(const ChannelSweep& part, bool clips);
+    void note(bool averaged, bool clips);
     void add(const Sweep& sweep);
     void count_typed();
     void show();
@@ -127,7 +129,8 @@ private:
     const Clock& clock_;
     SpectrumControls controls_;
     FindComputed find_computed_;
-    MathsDefinition definition_; ///< of the computed trace whose spectra are kept
+    std::shared_ptr<const MathsTrace> of_; ///< the computed trace that was taken last
+    MathsDefinition definition_;           ///< of the computed trace whose spectra are kept
     SpectrumHistory history_;
     std::shared_ptr<const Sweep> last_; ///< the last one that was taken
     bool averaged_ = false;             ///< the last spectrum is of an averaged sweep

@@ -70,7 +70,7 @@ void MathsEvaluator::take(const Sweep& sweep, bool clipped) {
     for (const Channel channel : {definition_.a, definition_.b}) {
         if ((channel == definition_.a || definition_.has_two_channels()) && missing(channel)) {
             sweeps_.clear();
-            say("CH" + std::to_string(number_of(channel)) + " is not in the last sweep");
+            say(channel_label(channel) + " is not in the last sweep");
             return;
         }
     }

@@ -7,13 +7,10 @@
 #include "state/units.h"
 
 namespace kv408 {
-namespace {
 
-std::string name_of(Channel channel) {
+std::string channel_label(Channel channel) {
     return "CH" + std::to_string(number_of(channel));
 }
-
-} // namespace
 
 std::string_view unit_name(MathsUnit unit) {
     constexpr std::array<std::string_view, 4> names = {"V", "V^2", "V/s", "Vs"};
@@ -45,7 +42,9 @@ MathsUnit MathsDefinition::unit() const {
 std::string MathsDefinition::label() const {
     std::string text;
     for (const char letter : maths_function_names.at(static_cast<std::size_t>(function))) {
-        text += letter == 'A' ? name_of(a) : letter == 'B' ? name_of(b) : std::string(1, letter);
+        text += letter == 'A'   ? channel_label(a)
+                : letter == 'B' ? channel_label(b)
+                                : std::string(1, letter);
     }
     return text;
 }

@@ -11,6 +11,9 @@
 
 namespace kv408 {
 
+/// What `channel` is called in texts: "CH1", "CH2".
+[[nodiscard]] std::string channel_label(Channel channel);
+
 /// What is computed from one channel, A, or from two, A and B.
 enum class MathsFunction {
     off,

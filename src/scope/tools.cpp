@@ -162,7 +162,9 @@ void Tools::set_paused(bool paused) {
 }
 
 void Tools::sweep_complete(const std::shared_ptr<const Sweep>& sweep) {
-    maths_.take(*sweep); // first: others take what it computes
+    if (!paused_) {
+        maths_.take(*sweep); // first: others take what it computes
+    }
     record_dialog_.take(*sweep);
     if (export_dialog_.is_open()) {
         export_dialog_.show_sweep();

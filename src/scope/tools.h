@@ -102,7 +102,7 @@ public:
     }
 
     /// While they pause, sweeps are taken with set-ups that are only being tried: density,
-    /// statistics and spectrum take none of them, and then go on with what they have.
+    /// statistics, maths and spectrum take none of them, and then go on with what they have.
     void set_paused(bool paused);
 
     /// Hands `sweep`, with which every channel that is on has come and been measured, to each tool.

@@ -18,6 +18,7 @@ public:
     /// None: the menus come first.
     [[nodiscard]] QSize minimumSizeHint() const override;
 
+    /// Fits the text anew when the bar, which it watches, has another size; swallows no event.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include "maths/maths_evaluator.h"
 #include "support/virtual_clock.h"
 
 namespace kv408 {
@@ -85,6 +86,33 @@ TEST_F(SpectrumDialogTest, MeanAndHighestAreOfTheLastSweeps) {
     take(sweep_of(300.0, 26));
     controls.cmdSpectrumClear.click(); // begins with the last sweep
     EXPECT_EQ(dialog.sweeps(), 1U);
+}
+
+TEST(SpectrumOfAMathsTrace, IsOfWhatIsOnThePlot) {
+    VirtualClock clock;
+    FrontPanel panel;
+    SpectrumDialog::Computed found;
+    SpectrumDialog dialog(panel, clock, [&found](std::size_t) { return found; });
+    const auto mean_of = [](double millivolts) {
+        const auto sweep = SpectrumDialogTest::sweep_of(millivolts, 26);
+        MathsEvaluator maths;
+        maths.define({MathsFunction::mean, ch1, ch2});
+        maths.take(*sweep);
+        return maths.trace();
+    };
+    dialog.controls().cmbSpectrumChannel.set_index(2);
+    dialog.open(nullptr);
+    found.trace = mean_of(200.0);
+    dialog.computed_changed();
+    EXPECT_EQ(dialog.controls().lblSpectrumPeaks.caption(), "800.00MHz   -16.99 dBV");
+    found.trace = mean_of(100.0); // of fewer sweeps, or begun anew
+    dialog.computed_changed();
+    EXPECT_EQ(dialog.controls().lblSpectrumPeaks.caption(), "800.00MHz   -23.01 dBV");
+    dialog.controls().cmbSpectrumHold.set_index(1);
+    dialog.take(SpectrumDialogTest::sweep_of(100.0, 26));
+    EXPECT_EQ(dialog.sweeps(), 2U);
+    dialog.computed_changed(); // of its look: the trace is the same
+    EXPECT_EQ(dialog.sweeps(), 2U);
 }
 
 TEST_F(SpectrumDialogTest, SaysWhatFalsifiesIt) {

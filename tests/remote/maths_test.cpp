@@ -11,16 +11,6 @@
 namespace kv408 {
 namespace {
 
-std::vector<double> points_in(const std::string& text) {
-    std::vector<double> numbers;
-    for (std::size_t at = 0; at < text.size();) {
-        const std::size_t comma = std::min(text.find(',', at), text.size());
-        numbers.push_back(std::stod(text.substr(at, comma - at)));
-        at = comma + 1;
-    }
-    return numbers;
-}
-
 TEST(RemoteMaths, IsOperatedAsInItsWindow) {
     RemoteProgram program;
     program.start();
@@ -36,11 +26,11 @@ TEST(RemoteMaths, IsOperatedAsInItsWindow) {
     const std::string preamble = program.ask("MATH1:PRE?");
     EXPECT_EQ(preamble.substr(0, 6), "650,1,");
     EXPECT_TRUE(preamble.ends_with(",\"V\",\"CH1 - CH2\"")) << preamble;
-    const auto one = points_in(program.ask("WAV:SOUR CHAN1;DATA?"));
-    const auto two = points_in(program.ask("WAV:SOUR CHAN2;DATA?"));
-    const auto difference = points_in(program.ask("MATH1:DATA?"));
-    const auto upper = points_in(program.ask("MATH2:DATA?"));
-    const auto lower = points_in(program.ask("MATH2:DATA:LOW?"));
+    const auto one = numbers_in(program.ask("WAV:SOUR CHAN1;DATA?"));
+    const auto two = numbers_in(program.ask("WAV:SOUR CHAN2;DATA?"));
+    const auto difference = numbers_in(program.ask("MATH1:DATA?"));
+    const auto upper = numbers_in(program.ask("MATH2:DATA?"));
+    const auto lower = numbers_in(program.ask("MATH2:DATA:LOW?"));
     ASSERT_EQ(difference.size(), 650U);
     ASSERT_EQ(upper.size(), 650U);
     ASSERT_EQ(lower.size(), 650U);
@@ -55,7 +45,7 @@ TEST(RemoteMaths, IsOperatedAsInItsWindow) {
     double second = 0.0; // as this machine has it, to the last bit
     std::memcpy(&second, block.data() + 6 + sizeof second, sizeof second);
     EXPECT_EQ(second, program.scope.tools().maths().tool(0).trace()->values[1]);
-    const auto measured = points_in(program.ask("MATH1:MEAS:ALL?"));
+    const auto measured = numbers_in(program.ask("MATH1:MEAS:ALL?"));
     ASSERT_EQ(measured.size(), 14U);
     EXPECT_NEAR(measured[2], measured[0] - measured[1], 1e-6) << "Vpp";
     EXPECT_NEAR(measured[0], *std::max_element(difference.begin(), difference.end()), 0.01);
@@ -71,7 +61,9 @@ TEST(RemoteMaths, HasScaleAndPositionAndIsKeptAsAReference) {
               "2.000000E+09;0;-1.500000E+00;0");
     const ReferenceCurve& curve = *program.scope.tools().maths().tool(0).shown()->curve;
     EXPECT_EQ(curve.scale, (CurveScale{.per_division = 2e12, .position = -1.5}));
-    program.ask("MATH1:SCAL:AUTO ON");
+    EXPECT_EQ(program.ask("MATH1:FUNC INT;SCAL:AUTO?"), "1") << "another unit";
+    EXPECT_NE(program.ask("MATH1:SCAL?"), "2.000000E+09");
+    program.ask("MATH1:FUNC DIFF;SCAL 2E9;SCAL:AUTO ON");
     EXPECT_NE(program.ask("MATH1:SCAL?"), "2.000000E+09");
     const std::string found = program.ask("MATH1:SCAL?");
     program.ask("MATH1:SCAL:AUTO OFF");
@@ -101,8 +93,8 @@ TEST(RemoteMaths, HasASpectrum) {
     EXPECT_EQ(program.ask("SPEC:SOUR CHAN1;PEAK?"), negative) << "of -a as of a";
     // The derivative of a sine at f is 2 pi f times as high.
     program.ask("MATH2:FUNC DIFF;:SPEC:SOUR MATH2");
-    const auto sine = points_in(negative);
-    const auto slope = points_in(program.ask("SPEC:PEAK?"));
+    const auto sine = numbers_in(negative);
+    const auto slope = numbers_in(program.ask("SPEC:PEAK?"));
     EXPECT_NEAR(slope[1] - sine[1], 20.0 * std::log10(2.0 * 3.14159265358979 * 10e6), 0.2);
     EXPECT_EQ(program.error(), "0,\"No error\"");
     program.ask("MATH2:FUNC OFF");

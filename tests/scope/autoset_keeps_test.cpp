@@ -106,6 +106,37 @@ TEST_F(AutosetKeeps, TheOtherSourceAndTheChannelThatIsOff) {
     }
 }
 
+TEST_F(AutosetKeeps, AMathsTraceAndItsSpectrumWhenStopped) {
+    const MathsTool& tool = scope.tools().maths().tool(0);
+    SpectrumControls& spectrum = scope.tools().spectrum().controls();
+    scope.act([&] {
+        scope.tools().maths().tool(0).controls().cmbMathsFunction.set_index(
+            static_cast<int>(MathsFunction::mean));
+        spectrum.mnuspectrum.click();
+        spectrum.cmbSpectrumChannel.set_index(2);
+    });
+    ticks(20);
+    scope.act([this] { scope.panel().cmdstop.click(); });
+    ticks(5);
+    const auto before = tool.trace();
+    ASSERT_NE(before, nullptr);
+    start();
+    ticks(5);
+    ASSERT_TRUE(autoset().under_way());
+    scope.act([this] { autoset().controls().cmdAutosetCancel.click(); });
+    ticks(10);
+    EXPECT_EQ(tool.trace(), before);
+    scope.act([&] { spectrum.cmbSpectrumWindow.set_index(1); });
+    EXPECT_FALSE(scope.tools().spectrum().peaks().empty()) << spectrum.lblSpectrumState.caption();
+    // A function that is chosen then is of the last sweep there was, and so is its spectrum.
+    scope.act([&] {
+        scope.tools().maths().tool(0).controls().cmbMathsFunction.set_index(
+            static_cast<int>(MathsFunction::negative));
+    });
+    EXPECT_FALSE(scope.tools().spectrum().spectrum().power.empty())
+        << spectrum.lblSpectrumState.caption();
+}
+
 TEST_F(AutosetKeeps, WhatWasCollectedWhenItIsCancelled) {
     for (const bool measuring : {true, false}) {
         scope.act([&] {
