@@ -15,7 +15,7 @@ namespace {
 TEST(GrowingFile, GoesOnBehindWhatIsThere) {
     const TemporaryFolder folder;
     const auto path = folder.path() / "log";
-    std::ofstream(path) << "begun\n";
+    std::ofstream(path, std::ios::binary) << "begun\n";
     GrowingFile file(path);
     EXPECT_EQ(file.append("one\n").status, FileStatus::done);
     EXPECT_EQ(content(path), "begun\none\n") << "while it is open";
