@@ -1,8 +1,10 @@
 // Autoset on the simulated instrument: what it finds, and that everything comes back.
 
+#include <regex>
 #include <string>
 #include <vector>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "scope/autoset_program.h"
@@ -11,6 +13,11 @@
 
 namespace kv408 {
 namespace {
+
+/// The text has a part that `pattern` describes: gMock's own matcher knows less on Windows.
+MATCHER_P(Says, pattern, "") {
+    return std::regex_search(std::string(arg), std::regex(pattern));
+}
 
 TEST(AutosetCases, AreFoundButForOneInFifty) {
     // bench/autoset_table tries all of them; docs/manual/autoset-table.md names those that are
@@ -43,9 +50,8 @@ TEST_F(AutosetTest, ShowsBothSignalsEachInItsHalf) {
     start();
     finish();
     ASSERT_EQ(autoset().outcome(), Autoset::Outcome::found) << autoset().line();
-    EXPECT_THAT(autoset().line(),
-                testing::MatchesRegex("CH1 (10.0|9.9.) MHz [34].. mVpp on TRIG1, CH2 .* [23].. "
-                                      "mVpp. One Undo takes it all back."));
+    EXPECT_THAT(autoset().line(), Says("^CH1 (10.0|9.9.) MHz [34].. mVpp on TRIG1, CH2 .* [23].. "
+                                       "mVpp. One Undo takes it all back."));
     // 400 mV and 300 mV in 3.25 divisions each: 0.2 V and 0.1 V; two divisions up and down.
     EXPECT_EQ(channel(0).vdiv.text(), "0.2V");
     EXPECT_EQ(channel(1).vdiv.text(), "0.1V");
@@ -146,8 +152,7 @@ TEST_F(AutosetTest, SwitchesOnTheChannelThatHasASignal) {
     finish();
     EXPECT_EQ(autoset().outcome(), Autoset::Outcome::found) << autoset().line();
     // Three digits, of which what follows is cut off.
-    EXPECT_THAT(autoset().line(),
-                testing::ContainsRegex("CH1 no signal, CH2 (20.0|19.9) MHz .* on TRIG2"));
+    EXPECT_THAT(autoset().line(), Says("CH1 no signal, CH2 (20.0|19.9) MHz .* on TRIG2"));
     EXPECT_FALSE(channel(0).enable.checked());
     EXPECT_TRUE(channel(1).enable.checked());
     EXPECT_EQ(scope.panel().trigsource.text(), "TRIG2");
@@ -207,7 +212,7 @@ TEST_F(AutosetTest, TriesTheLevelThatIsChosen) {
     start();
     finish();
     EXPECT_EQ(autoset().outcome(), Autoset::Outcome::found) << autoset().line();
-    EXPECT_THAT(autoset().line(), testing::ContainsRegex("CH1 .* (49|50|51)[.].* on TRIG1"));
+    EXPECT_THAT(autoset().line(), Says("CH1 .* (49|50|51)[.].* on TRIG1"));
     EXPECT_EQ(scope.panel().trigsource.text(), "TRIG1");
 }
 
@@ -223,8 +228,7 @@ TEST_F(AutosetTest, IsNotHeldUpByASteadyVoltageBeyondTheFineRange) {
     simulation.bench().samplers[1] = simulator::SamplerRoute::disconnected;
     start();
     finish();
-    EXPECT_THAT(autoset().line(),
-                testing::MatchesRegex("TRIG. triggers, but CH1 and CH2 have no signal. .*"));
+    EXPECT_THAT(autoset().line(), Says("^TRIG. triggers, but CH1 and CH2 have no signal. .*"));
 }
 
 TEST_F(AutosetTest, EndsWhereAPersonPressesStop) {

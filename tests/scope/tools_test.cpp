@@ -1,11 +1,14 @@
 // The tools beside a sweeping instrument: what they get, and that nothing else changes.
 
 #include <filesystem>
+#include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
 #include "export/export_dialog.h"
 #include "export/record_dialog.h"
+#include "host/shown_text.h"
 #include "scope/help.h"
 #include "scope/program.h"
 
@@ -60,6 +63,11 @@ TEST(Tools, ARecordingSendsNothingAndMissesNothing) {
     EXPECT_EQ(frames_of(with), frames_of(without));
 }
 
+/// `path` as people read it here: with this system's separators.
+std::string shown_here(const char* path) {
+    return shown_path(std::filesystem::path(path).make_preferred());
+}
+
 /// The program with the manual's page at `page`, and what was browsed.
 struct Helped {
     explicit Helped(const std::string& page) { files.files[page] = "<html>"; }
@@ -106,13 +114,14 @@ TEST(Help, SaysWhereToLookWhereThePageOrTheBrowserIsMissing) {
     ASSERT_EQ(on.boxes.shown.size(), 1U);
     EXPECT_EQ(on.boxes.shown[0].text, "No browser could be started.");
     EXPECT_EQ(on.boxes.shown[0].informative,
-              "The page of the manual is /usr/bin/manual/index.html");
+              "The page of the manual is " + shown_here("/usr/bin/manual/index.html"));
     on.files.files.clear();
     on.panel.menuhelp.click();
     EXPECT_EQ(on.boxes.shown[1].text, "The manual has not been found.");
     EXPECT_EQ(on.boxes.shown[1].informative,
-              "It was looked for here:\n/usr/bin/manual/index.html\n"
-              "/usr/share/doc/kv408/manual/index.html\n/docs/manual/index.md");
+              "It was looked for here:\n" + shown_here("/usr/bin/manual/index.html") + '\n' +
+                  shown_here("/usr/share/doc/kv408/manual/index.html") + '\n' +
+                  shown_here("/docs/manual/index.md"));
 }
 
 TEST(Help, AboutTellsVersionLicencesAndPaths) {
@@ -122,10 +131,11 @@ TEST(Help, AboutTellsVersionLicencesAndPaths) {
     const Message& about = on.boxes.shown[0];
     EXPECT_EQ(about.title, "About Kv408");
     EXPECT_EQ(about.text, "Kv408 1.6.0");
-    for (const char* const told :
-         {"Licence: MIT", "Qt 6 (GNU LGPL version 3)", "Asio (Boost Software License 1.0)",
-          "KissFFT (copyright Mark Borgerding, BSD 3-Clause License)",
-          "Settings: /home/me/.config/kv408\n", "Manual: /usr/share/doc/kv408/manual/index.html"}) {
+    for (const std::string& told : std::vector<std::string>{
+             "Licence: MIT", "Qt 6 (GNU LGPL version 3)", "Asio (Boost Software License 1.0)",
+             "KissFFT (copyright Mark Borgerding, BSD 3-Clause License)",
+             "Settings: /home/me/.config/kv408\n",
+             "Manual: " + shown_here("/usr/share/doc/kv408/manual/index.html")}) {
         EXPECT_NE(about.informative.find(told), std::string::npos) << told;
     }
 #ifdef _WIN32
