@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "maths/maths_trace.h"
 #include "scope/parts.h"
+#include "scope/tools.h"
 #include "state/sweeps.h"
 
 namespace kv408 {
@@ -21,6 +23,18 @@ bool is_set_up(const AcquisitionState& acquisition) {
     const std::string& word = acquisition.scopestate;
     return word == state_word::set_up || word == state_word::changes ||
            word == state_word::changes1;
+}
+
+/// What was computed of `sweep` itself.
+std::array<std::shared_ptr<const MathsTrace>, 2> traces_of(Scope& scope, const Sweep& sweep) {
+    std::array<std::shared_ptr<const MathsTrace>, 2> traces;
+    for (std::size_t place = 0; place < traces.size(); ++place) {
+        const auto trace = scope.tools().maths().tool(place).trace();
+        if (trace && trace->sweep == sweep.number) {
+            traces.at(place) = trace;
+        }
+    }
+    return traces;
 }
 
 } // namespace
@@ -45,7 +59,8 @@ void Instrument::take(const std::shared_ptr<const Sweep>& sweep) {
         MeasuredSweep{.sweep = sweep,
                       .number = counted_before_ + sweep->number,
                       .measured = parts.panel.check1.checked(),
-                      .results = parts.measurements.measresults});
+                      .results = parts.measurements.measresults,
+                      .maths = traces_of(*scope_, *sweep)});
     if (cause_) {
         cause_->told.clear();
         if (!cause_->run && !pending()) {
@@ -59,17 +74,22 @@ void Instrument::note_run(Client& client) {
 }
 
 bool Instrument::take_message(const Message& message,
-                              const std::function<void(const Refused&)>& tell_all) {
+                              const std::function<bool(const Refused&)>& tell_all) {
     const bool of_exchange = message.link_failure || message.holds_sweep;
     if (!of_exchange || !cause_ || !attached() || (!cause_->run && !pending())) {
         return false;
     }
     std::vector<std::string>& told = cause_->told;
-    if (std::find(told.begin(), told.end(), message.text) == told.end()) {
-        told.push_back(message.text);
-        const Refused error{ScpiError::hardware_error, message.text};
-        cause_->client != nullptr ? cause_->client->note(error) : tell_all(error);
+    if (std::find(told.begin(), told.end(), message.text) != told.end()) {
+        return true;
     }
+    const Refused error{ScpiError::hardware_error, message.text};
+    if (cause_->client != nullptr) {
+        cause_->client->note(error);
+    } else if (!tell_all(error)) {
+        return false; // there is nobody but the person
+    }
+    told.push_back(message.text);
     return true;
 }
 
@@ -248,8 +268,9 @@ void Instrument::unlock_panel_of(const Client& client) {
 
 void Instrument::forget(Client& client) {
     unlock_panel_of(client);
-    if (cause_ && cause_->client == &client) {
+    if (cause_ && (cause_->client == nullptr || cause_->client == &client)) {
         cause_->client = nullptr;
+        cause_->told.clear(); // it may have been the only one that was told
     }
     std::erase(single_clients_, &client);
 }

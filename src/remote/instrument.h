@@ -58,8 +58,9 @@ public:
     /// Takes a message of the exchange with the instrument that a client has caused and that comes
     /// in a tick: in those of the run that it has begun, or until a sweep has come with what it has
     /// set. It becomes an error of that client, or, where it has gone, of those that `tell_all`
-    /// reaches; each text once until a sweep comes. False for any other message.
-    bool take_message(const Message& message, const std::function<void(const Refused&)>& tell_all);
+    /// reaches, which returns whether that is anybody; each text once until a sweep comes. False
+    /// for any other message, and for one that no client would be told of.
+    bool take_message(const Message& message, const std::function<bool(const Refused&)>& tell_all);
 
     /// Ends an Autoset that is under way, whoever began it. Throws `Refused` as `act` does.
     void cancel_autoset(Client& client);

@@ -5,6 +5,9 @@
 #include <string>
 #include <type_traits>
 
+#include "maths/maths_trace.h"
+#include "measure/curve_measurements.h"
+#include "measure/measurement_rows.h"
 #include "remote/choices.h"
 #include "remote/client.h"
 #include "remote/instrument.h"
@@ -21,6 +24,8 @@ namespace {
 constexpr std::array<std::string_view, 9> function_choices{"OFF",       "ADD",     "SUBTract",
                                                            "MULTiply",  "NEGate",  "DIFFerentiate",
                                                            "INTegrate", "AVERage", "ENVelope"};
+
+constexpr double no_number = std::numeric_limits<double>::quiet_NaN();
 
 /// The place, 0 or 1, that the header names.
 std::size_t place_of(const Call& call) {
@@ -106,16 +111,25 @@ public:
         return command;
     }
 
-    /// A query that is an error without a trace.
+    /// A query about the trace that the client's line is about; an error without one.
     template <typename Answer>
     [[nodiscard]] Command reply(std::string header, Answer answer) const {
         return query_command(std::move(header), [self = *this, answer](const Call& call) {
-            const MathsTool& found = self.with_trace(call);
-            if constexpr (std::is_invocable_v<Answer, const MathsTool&>) {
-                return answer(found);
+            const auto trace = self.trace_of(call);
+            if constexpr (std::is_invocable_v<Answer, const MathsTrace&>) {
+                return answer(*trace);
             } else {
-                return answer(found, call.client);
+                return answer(*trace, call.client);
             }
+        });
+    }
+
+    /// The number of the last sweep in that trace.
+    [[nodiscard]] Command sequence() const {
+        return query_command("MATH<n>:SEQuence", [self = *this](const Call& call) {
+            (void)self.trace_of(call);
+            return whole_reply(
+                static_cast<std::int64_t>(self.instrument_.sweep_of(call.client).number));
         });
     }
 
@@ -135,6 +149,21 @@ private:
         return found;
     }
 
+    /// The trace as it was with the sweep of the client's line.
+    [[nodiscard]] std::shared_ptr<const MathsTrace> trace_of(const Call& call) const {
+        const MathsTool& found = with_trace(call);
+        const auto now = found.trace();
+        const MeasuredSweep& line = instrument_.sweep_of(call.client);
+        if (now->sweep == line.sweep->number) {
+            return now;
+        }
+        const auto& then = line.maths.at(place_of(call));
+        if (!then || then->definition != now->definition) {
+            throw Refused{ScpiError::data_stale, found.name() + " is of a later sweep"};
+        }
+        return then;
+    }
+
     template <typename Get>
     [[nodiscard]] NumberSetting typing(const NumberRange& range, TextBox MathsControls::*box,
                                        Get get) const {
@@ -152,23 +181,24 @@ private:
     void act(const Call& call, const Action& action) const {
         instrument_.act(call.client,
                         [&](Scope& scope) { action(scope.tools().maths().tool(place_of(call))); });
+        call.client.line_sweep.reset(); // it is computed anew, of the last sweep
     }
 
     Instrument& instrument_;
 };
 
-std::string preamble_reply(const MathsTool& tool) {
-    const auto trace = tool.trace();
-    std::string answer = whole_reply(static_cast<std::int64_t>(trace->values.size()));
-    add_item(answer, whole_reply(static_cast<std::int64_t>(trace->sweeps)));
-    add_item(answer, real_reply(trace->time_per_point / picoseconds_per_second));
-    add_item(answer, real_reply(trace->first_time / picoseconds_per_second));
-    add_item(answer, string_reply(tool.unit()));
-    add_item(answer, string_reply(tool.definition().label()));
+std::string preamble_reply(const MathsTrace& trace) {
+    std::string answer = whole_reply(static_cast<std::int64_t>(trace.values.size()));
+    add_item(answer, whole_reply(static_cast<std::int64_t>(trace.sweeps)));
+    add_item(answer, real_reply(trace.time_per_point / picoseconds_per_second));
+    add_item(answer, real_reply(trace.first_time / picoseconds_per_second));
+    add_item(answer, string_reply(unit_name(trace.definition.unit())));
+    add_item(answer, string_reply(trace.definition.label()));
     return answer;
 }
 
-/// As the client wants its sweeps: a block of 64-bit numbers, or numbers with commas.
+/// As the client wants its sweeps: a block of 64-bit numbers, or numbers with commas; without any
+/// an empty block, or 9.91E+37.
 std::string points_reply(const std::vector<double>& values, const Client& client) {
     std::string answer;
     if (client.waveform.format == ClientWaveform::Format::real) {
@@ -180,14 +210,18 @@ std::string points_reply(const std::vector<double>& values, const Client& client
     for (const double value : values) {
         add_item(answer, real_reply(value));
     }
-    return answer;
+    return answer.empty() ? real_reply(no_number) : answer;
 }
 
-std::string measurements_reply(const MathsTool& tool) {
+std::string measurements_reply(const MathsTrace& trace) {
+    const std::vector<double> columns = screen_columns(trace);
+    std::vector<MeasuredValue> values(measurement_rows().size()); // none is known
+    if (!columns.empty()) {
+        values = curve_measurements(columns, trace.columns_per_second);
+    }
     std::string answer;
-    for (const MeasuredValue& measured : tool.values()) {
-        add_item(answer,
-                 real_reply(measured.value.value_or(std::numeric_limits<double>::quiet_NaN())));
+    for (const MeasuredValue& measured : values) {
+        add_item(answer, real_reply(measured.value.value_or(no_number)));
     }
     return answer;
 }
@@ -212,14 +246,15 @@ std::vector<Command> maths_commands(Instrument& instrument) {
                    &MathsTool::position),
         maths.automatic("MATH<n>:POSition:AUTO", &Controls::txtMathsPosition, &MathsTool::position),
         maths.keep(),
+        maths.sequence(),
         maths.reply("MATH<n>:PREamble", preamble_reply),
         maths.reply("MATH<n>:DATA",
-                    [](const MathsTool& tool, const Client& client) {
-                        return points_reply(tool.trace()->values, client);
+                    [](const MathsTrace& trace, const Client& client) {
+                        return points_reply(trace.values, client);
                     }),
         maths.reply("MATH<n>:DATA:LOWer",
-                    [](const MathsTool& tool, const Client& client) {
-                        return points_reply(tool.trace()->lowest, client);
+                    [](const MathsTrace& trace, const Client& client) {
+                        return points_reply(trace.lowest, client);
                     }),
         maths.reply("MATH<n>:MEASure:ALL", measurements_reply),
     };

@@ -71,15 +71,21 @@ void RemoteControl::disconnect(Network::Connection connection) {
     }
 }
 
-void RemoteControl::tell_all(const Refused& error) {
+bool RemoteControl::tell_all(const Refused& error) {
+    bool anybody = false;
     if (server_) {
-        server_->for_each([&error](Client& client) { client.note(error); });
+        server_->for_each([&](Client& client) {
+            client.note(error);
+            anybody = true;
+        });
     }
+    return anybody;
 }
 
 void RemoteControl::spare_person() {
     host_.gate.on_message([this](const Message& message) {
-        return instrument_.take_message(message, [this](const Refused& error) { tell_all(error); });
+        return instrument_.take_message(message,
+                                        [this](const Refused& error) { return tell_all(error); });
     });
 }
 

@@ -54,8 +54,8 @@ public:
     [[nodiscard]] std::vector<Server::Seen> clients() const;
     void disconnect(Network::Connection connection);
 
-    /// Notes `error` in the queue of each client.
-    void tell_all(const Refused& error);
+    /// Notes `error` in the queue of each client; false where there is none.
+    bool tell_all(const Refused& error);
 
     /// From now on there is a person in front of the program, for whom a message box would wait,
     /// and all clients with it: what a client has caused and a tick tells becomes the client's

@@ -5,7 +5,6 @@
 #include <system_error>
 #include <utility>
 
-#include "remote/own_addresses.h"
 #include "state/rounding.h"
 
 namespace kv408 {
@@ -21,9 +20,9 @@ std::string clients_text(std::size_t count) {
 
 } // namespace
 
-RemoteDialog::RemoteDialog(RemoteControl& control, MessageBoxes& boxes)
-    : control_(control), boxes_(boxes) {
-    offer_addresses();
+RemoteDialog::RemoteDialog(RemoteControl& control, MessageBoxes& boxes, FindAddresses find)
+    : control_(control), boxes_(boxes), find_(std::move(find)) {
+    offer({});
     controls_.txtRemoteAddress.on_change([this] { address_typed(); });
     controls_.cmbRemoteAddress.on_click([this] { address_chosen(); });
     controls_.cmbRemoteAddress.set_index(0);
@@ -46,10 +45,10 @@ RemoteDialog::~RemoteDialog() {
     control_.on_change({});
 }
 
-void RemoteDialog::offer_addresses() {
+void RemoteDialog::offer(const std::vector<std::string>& own) {
     addresses_.assign(usual_addresses.begin(), usual_addresses.end());
     std::vector<std::string> entries(usual_names.begin(), usual_names.end());
-    for (const std::string& address : own_addresses()) {
+    for (const std::string& address : own) {
         addresses_.push_back(address);
         entries.push_back("Through " + address);
     }
@@ -74,7 +73,7 @@ void RemoteDialog::address_typed() {
 }
 
 void RemoteDialog::open() {
-    offer_addresses(); // a network may have come or gone
+    offer(find_()); // a network may have come or gone
     address_typed();
     if (show_) {
         show_();

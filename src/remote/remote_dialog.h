@@ -1,10 +1,12 @@
 #pragma once
 
 #include <functional>
+#include <string>
 #include <vector>
 
 #include "host/message_boxes.h"
 #include "panel/controls.h"
+#include "remote/own_addresses.h"
 #include "remote/remote_control.h"
 
 namespace kv408 {
@@ -26,8 +28,12 @@ struct RemoteControls {
 /// The window `frmRemote`: switches remote control on and off for this session. It is modeless.
 class RemoteDialog {
 public:
-    /// Operates `control`, which outlives it; what goes wrong is told through `boxes`.
-    RemoteDialog(RemoteControl& control, MessageBoxes& boxes);
+    /// Tells the addresses of this computer; see `own_addresses`.
+    using FindAddresses = std::function<std::vector<std::string>()>;
+
+    /// Operates `control`, which outlives it; what goes wrong is told through `boxes`. The system
+    /// is asked by `find` only when the window is opened: till then nothing touches the network.
+    RemoteDialog(RemoteControl& control, MessageBoxes& boxes, FindAddresses find = own_addresses);
     ~RemoteDialog();
     RemoteDialog(const RemoteDialog&) = delete;
     RemoteDialog& operator=(const RemoteDialog&) = delete;
@@ -46,7 +52,7 @@ public:
 private:
     void chkRemote_Click();
     void cmdRemoteDisconnect_Click();
-    void offer_addresses();
+    void offer(const std::vector<std::string>& own);
     void address_chosen();
     void address_typed();
     void switch_on();
@@ -54,6 +60,7 @@ private:
 
     RemoteControl& control_;
     MessageBoxes& boxes_;
+    FindAddresses find_;
     RemoteControls controls_;
     std::vector<std::string> addresses_; ///< that the list of addresses stands for
     bool filling_ = false;               ///< list or box are being brought to what the other says

@@ -44,7 +44,12 @@ std::string preamble_reply(const SpectrumDialog& dialog) {
     return answer;
 }
 
+/// Frequency and level of each; 9.91E+37 for both where there is none.
 std::string peaks_reply(const SpectrumDialog& dialog) {
+    if (dialog.peaks().empty()) {
+        const std::string none = real_reply(std::nan(""));
+        return none + ',' + none;
+    }
     std::string answer;
     for (const SpectralPeak& peak : dialog.peaks()) {
         add_item(answer, real_reply(peak.frequency));

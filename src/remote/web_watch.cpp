@@ -8,8 +8,7 @@ namespace {
 constexpr std::string_view host_header = "host:";
 constexpr std::string_view http_version = "HTTP/";
 
-// A record of the protocol TLS begins with its kind, a handshake, and the http_version's first
-// byte.
+// A record of the protocol TLS begins with its kind, a handshake, and the version's first byte.
 constexpr char handshake_record = 0x16;
 constexpr char record_version = 0x03;
 

@@ -39,7 +39,7 @@ TEST(RemoteMaths, IsOperatedAsInItsWindow) {
         EXPECT_GE(upper[point], two[point]);
         EXPECT_LE(lower[point], two[point]);
     }
-    EXPECT_EQ(program.ask("MATH1:DATA:LOW?"), "");
+    EXPECT_EQ(program.ask("MATH1:DATA:LOW?;:MATH1:SEQ?"), "9.91E+37;" + program.ask("ACQ:COUN?"));
     const std::string block = program.ask("WAV:FORM REAL;BYT LSBF;:MATH1:DATA?");
     ASSERT_EQ(block.substr(0, 6), "#45200");
     double second = 0.0; // as this machine has it, to the last bit
@@ -80,6 +80,42 @@ TEST(RemoteMaths, HasScaleAndPositionAndIsKeptAsAReference) {
     program.ask("CHAN1:DISP OFF");
     EXPECT_EQ(program.ask("MATH1:REF 1"), "");
     EXPECT_EQ(program.error(), "-230,\"Data corrupt or stale;CH1 is off\"");
+}
+
+TEST(RemoteMaths, IsOfOneSweepInOneLine) {
+    RemoteProgram program;
+    auto& source = program.simulation.bench().sources[0]; // each sweep has another level
+    program.simulation.bench().sources[1] = source;
+    source.amplitude_mvpp = 0;
+    program.start();
+    program.ask("TRIG:SOUR TRIG2;:MATH1:FUNC NEG;:MATH2:FUNC ENV;COUN 3");
+    program.ticks(20);
+    const std::string line = "MATH1:SEQ?;DATA?;MEAS:ALL?;:MATH2:PRE?;DATA?;DATA:LOW?;:WAV:SEQ?";
+    const std::string one = program.ask(line);
+    EXPECT_EQ(one.substr(0, one.find(';')), one.substr(one.rfind(';') + 1));
+    program.client.take(line + '\n');
+    program.client.run(program.control.moment(program.client));
+    source.offset_mv = 60; // the rest of the line is run when sweeps have come
+    program.ticks(20);
+    EXPECT_EQ(program.go_on(program.client), one);
+    const std::string other = program.ask(line);
+    EXPECT_NE(other, one);
+    EXPECT_NE(other.substr(0, other.find(';')), one.substr(0, one.find(';')));
+
+    // What is set is computed anew, of the last sweep.
+    program.client.take("MATH1:SEQ?;:MATH2:FUNC INT;SEQ?\n");
+    program.client.run(program.control.moment(program.client));
+    program.ticks(20);
+    const std::string anew = program.go_on(program.client);
+    EXPECT_EQ(anew, other.substr(0, other.find(';') + 1) + program.ask("ACQ:COUN?"));
+    // Another function that a person has chosen is of no sweep before.
+    program.client.take("MATH1:SEQ?;DATA?\n");
+    program.client.run(program.control.moment(program.client));
+    program.ticks(20);
+    program.press(
+        [&] { program.scope.tools().maths().tool(0).controls().cmbMathsFunction.set_index(1); });
+    EXPECT_EQ(program.go_on(program.client).find(','), std::string::npos);
+    EXPECT_EQ(program.error(), "-230,\"Data corrupt or stale;MATH1 is of a later sweep\"");
 }
 
 TEST(RemoteMaths, HasASpectrum) {

@@ -139,5 +139,18 @@ TEST_F(RemoteResults, TellsTheClientWhatFailsInItsRun) {
     control.instrument().forget(other);
 }
 
+// Where every client has gone a person is the one to tell, for whom a box is opened.
+TEST_F(RemoteResults, TellsThePersonWhatFailsInTheRunOfAClientThatHasGone) {
+    ask_and_wait("STOP;*OPC?");
+    simulation.bench().devices[0].answers = false;
+    ask("RUN");
+    ticks(5);
+    EXPECT_NE(ask("SYST:ERR:COUN?"), "0");
+    EXPECT_TRUE(boxes.shown.empty());
+    control.instrument().forget(client);
+    ticks(5);
+    EXPECT_FALSE(boxes.shown.empty()) << "with a text that only that client was told";
+}
+
 } // namespace
 } // namespace kv408

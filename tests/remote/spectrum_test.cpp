@@ -38,5 +38,17 @@ TEST(RemoteSpectrum, IsOperatedAsInItsWindow) {
     EXPECT_EQ(program.error(), "0,\"No error\"");
 }
 
+// A query without an answer would make its client wait in vain.
+TEST(RemoteSpectrum, TellsThatThereIsNoPeak) {
+    RemoteProgram program;
+    program.simulation.bench().sources[1] = program.simulation.bench().sources[0];
+    program.simulation.bench().sources[0].amplitude_mvpp = 0;
+    program.start();
+    program.ask("TRIG:SOUR TRIG2;:SPEC:STAT ON");
+    program.ticks(20);
+    EXPECT_EQ(program.ask("SPEC:PEAK?;COUN?"), "9.91E+37,9.91E+37;16");
+    EXPECT_EQ(program.error(), "0,\"No error\"");
+}
+
 } // namespace
 } // namespace kv408
