@@ -93,6 +93,7 @@ void MainWindow::tick() {
     if (!driver_.ended()) {
         driver_.tick();
         remote_.tick_over();
+        tools_.tick_over();
     }
 }
 

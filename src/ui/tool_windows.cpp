@@ -99,6 +99,14 @@ void ToolWindows::show_autoset() {
     autoset_->refresh();
 }
 
+void ToolWindows::tick_over() {
+    for (const auto& tool : tools_) {
+        if (tool->window && tool->window->isVisible() && !tool->is_open()) {
+            tool->window->hide();
+        }
+    }
+}
+
 void ToolWindows::close() {
     for (const auto& tool : tools_) {
         if (tool->window) {

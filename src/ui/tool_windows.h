@@ -27,6 +27,10 @@ public:
     /// The menu entry that copies the sweep as a table to the clipboard.
     [[nodiscard]] QAction& copy_table() { return copy_table_; }
 
+    /// Hides each whose tool has been closed from elsewhere, as by a client of remote control; to
+    /// be called after each tick.
+    void tick_over();
+
     /// Closes all of them.
     void close();
 

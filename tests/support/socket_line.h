@@ -21,8 +21,18 @@ public:
     /// computer may have much else to do, and under the sanitizers everything takes longer.
     static constexpr std::chrono::milliseconds patience = std::chrono::minutes(1);
 
+    /// To `address`, IPv4 or IPv6.
     explicit SocketLine(std::uint16_t port, const std::string& address = "127.0.0.1")
-        : socket_(::socket(AF_INET, SOCK_STREAM, 0)) {
+        : socket_(::socket(address.find(':') == std::string::npos ? AF_INET : AF_INET6, SOCK_STREAM,
+                           0)) {
+        if (address.find(':') != std::string::npos) {
+            sockaddr_in6 to{};
+            to.sin6_family = AF_INET6;
+            to.sin6_port = htons(port);
+            inet_pton(AF_INET6, address.c_str(), &to.sin6_addr);
+            connected_ = connect(socket_, reinterpret_cast<const sockaddr*>(&to), sizeof to) == 0;
+            return;
+        }
         sockaddr_in to{};
         to.sin_family = AF_INET;
         to.sin_port = htons(port);
@@ -32,6 +42,17 @@ public:
     ~SocketLine() { ::close(socket_); }
     SocketLine(const SocketLine&) = delete;
     SocketLine& operator=(const SocketLine&) = delete;
+
+    /// Whether this computer has IPv6 at all.
+    [[nodiscard]] static bool has_ipv6() {
+        const int tried = ::socket(AF_INET6, SOCK_STREAM, 0);
+        sockaddr_in6 own{};
+        own.sin6_family = AF_INET6;
+        own.sin6_addr = in6addr_loopback;
+        const bool bound = bind(tried, reinterpret_cast<const sockaddr*>(&own), sizeof own) == 0;
+        ::close(tried);
+        return bound;
+    }
 
     [[nodiscard]] bool connected() const { return connected_; }
 

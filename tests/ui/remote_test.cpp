@@ -73,6 +73,7 @@ private Q_SLOTS:
     void a_client_that_has_gone_locks_nobody_out();
     void eight_clients_leave_the_menus_their_room();
     void the_network_may_connect_through_a_named_address();
+    void a_client_closes_the_windows_that_it_has_opened();
     void a_taken_port_is_told();
     void the_end_of_the_program_ends_it();
 };
@@ -328,6 +329,16 @@ void RemoteTest::the_network_may_connect_through_a_named_address() {
     QVERIFY(SocketLine(on.program.remote().port(), second_loopback).connected());
     remote->click();
 
+    const std::string ipv6 = "::1";
+    if (SocketLine::has_ipv6()) { // some computers have not
+        on.type("txtRemoteAddress", QString::fromStdString(ipv6));
+        remote->click();
+        QVERIFY(!SocketLine(on.program.remote().port()).connected());
+        const SocketLine line(on.program.remote().port(), ipv6);
+        QCOMPARE(on.ask(line, "SYST:VERS?"), std::string("1999.0\n"));
+        remote->click();
+    }
+
     BoxAnswers answers;
     for (const QString& none : {u"198.51.100.1"_s, u"here"_s}) { // not this computer's; not any
         on.type("txtRemoteAddress", none);
@@ -340,6 +351,31 @@ void RemoteTest::the_network_may_connect_through_a_named_address() {
                           begin + u"The address is none: 192.168.1.5 and fd00::5 are such."_s}));
     on.type("txtRemoteAddress", u"127.0.0.1"_s);
     QCOMPARE(who->currentIndex(), 0);
+}
+
+void RemoteTest::a_client_closes_the_windows_that_it_has_opened() {
+    WithRemote on;
+    QVERIFY(on.run_until_sweeping());
+    on.switch_on();
+    const SocketLine line(on.program.remote().port());
+    const auto asked = [&](const std::string& text) {
+        return on.ask(line, text + ";:SYST:ERR?") == "0,\"No error\"\n";
+    };
+    for (const auto& [name, command] : {std::pair{u"frmStatistics"_s, "STAT:STAT"},
+                                        {u"frmSpectrum"_s, "SPEC:STAT"},
+                                        {u"frmHistogram"_s, "HIST:STAT"},
+                                        {u"frmJitter"_s, "JITT:STAT"},
+                                        {u"frmEye"_s, "EYE:STAT"},
+                                        {u"frmMask"_s, "MASK:STAT"}}) {
+        const std::string state = command;
+        QVERIFY2(asked(state + " ON"), command);
+        auto* const window = on.window().findChild<QDialog*>(name);
+        QVERIFY2(window != nullptr && window->isVisible(), command);
+        QVERIFY2(asked(state + " OFF"), command);
+        QTRY_VERIFY_WITH_TIMEOUT(!window->isVisible(), WithRemote::patience);
+        QVERIFY2(asked(state + " ON"), command);
+        QVERIFY2(window->isVisible(), command);
+    }
 }
 
 void RemoteTest::a_taken_port_is_told() {

@@ -133,6 +133,16 @@ protected:
     NamedServer() : ServerProcess("127.0.0.2", "--listen 127.0.0.2") {}
 };
 
+/// One that listens at the loopback of IPv6.
+class NewerServer : public ServerProcess {
+public:
+    NewerServer() : ServerProcess("::1", "--listen ::1") {}
+    void TestBody() override {
+        EXPECT_EQ(SocketLine(port, "::1").ask("SYST:VERS?"), "1999.0\n");
+        EXPECT_FALSE(SocketLine(port).connected());
+    }
+};
+
 /// One that listens at all of them.
 class OpenServer : public ServerProcess {
 protected:
@@ -147,6 +157,12 @@ TEST_F(ServerProcess, IsReachedAtTheLoopbackAlone) {
 TEST_F(NamedServer, IsReachedAtThatAddressAlone) {
     EXPECT_EQ(SocketLine(port, "127.0.0.2").ask("SYST:VERS?"), "1999.0\n");
     EXPECT_FALSE(SocketLine(port).connected());
+}
+
+TEST(ServerOfIpv6, IsReachedThere) {
+    if (SocketLine::has_ipv6()) { // some computers have not
+        NewerServer().TestBody();
+    }
 }
 
 TEST_F(OpenServer, IsReachedAtEach) {
