@@ -98,7 +98,8 @@ void UnitPainter::draw_slant(UnitPlace from, UnitPlace to, Pixel colour) const {
     const int last = round_to_int32(std::max(along_from, along_to));
     const auto along = [&](double unit) { return steep ? row(unit) : column(unit); };
     const auto across = [&](std::int32_t pixel) {
-        const double middle = static_cast<double>(pixel + scale_.line_width() / 2) + 0.5;
+        const int half_width = scale_.line_width() / 2;
+        const double middle = pixel + half_width + 0.5;
         const double unit = std::clamp(middle / scale_.factor() - 0.5, double(first), double(last));
         const double place = (steep ? from.x : from.y) + (unit - along_from) * slope;
         return steep ? column(place) : row(place);

@@ -152,7 +152,7 @@ private:
     /// The trace as it was with the sweep of the client's line.
     [[nodiscard]] std::shared_ptr<const MathsTrace> trace_of(const Call& call) const {
         const MathsTool& found = with_trace(call);
-        const auto now = found.trace();
+        auto now = found.trace();
         const MeasuredSweep& line = instrument_.sweep_of(call.client);
         if (now->sweep == line.sweep->number) {
             return now;

@@ -73,6 +73,7 @@ private Q_SLOTS:
     void a_client_that_has_gone_locks_nobody_out();
     void eight_clients_leave_the_menus_their_room();
     void the_network_may_connect_through_a_named_address();
+    void an_address_that_is_none_is_told();
     void a_client_closes_the_windows_that_it_has_opened();
     void a_taken_port_is_told();
     void the_end_of_the_program_ends_it();
@@ -339,6 +340,15 @@ void RemoteTest::the_network_may_connect_through_a_named_address() {
         remote->click();
     }
 
+    on.type("txtRemoteAddress", u"127.0.0.1"_s);
+    QCOMPARE(who->currentIndex(), 0);
+}
+
+void RemoteTest::an_address_that_is_none_is_told() {
+    WithRemote on;
+    QVERIFY(on.run_until_sweeping());
+    on.open();
+    auto* const remote = on.widget<QCheckBox>("chkRemote");
     BoxAnswers answers;
     for (const QString& none : {u"198.51.100.1"_s, u"here"_s}) { // not this computer's; not any
         on.type("txtRemoteAddress", none);
@@ -349,8 +359,6 @@ void RemoteTest::the_network_may_connect_through_a_named_address() {
     QCOMPARE(answers.texts,
              (QStringList{begin + u"Cannot assign requested address"_s,
                           begin + u"The address is none: 192.168.1.5 and fd00::5 are such."_s}));
-    on.type("txtRemoteAddress", u"127.0.0.1"_s);
-    QCOMPARE(who->currentIndex(), 0);
 }
 
 void RemoteTest::a_client_closes_the_windows_that_it_has_opened() {
