@@ -22,6 +22,7 @@
 #include "scope/parts.h"
 #include "scope/tools.h"
 #include "simulator/simulation.h"
+#include "simulator/test_connections.h"
 #include "support/fake_files.h"
 #include "support/fake_host.h"
 #include "support/temporary_folder.h"
@@ -47,13 +48,15 @@ struct Tools {
     bool recording = false;
     bool density = false;        ///< of both channels
     bool density_window = false; ///< open beside it
+    bool eye = false;            ///< random data at CH1, whose eye has jitter and noise
+    bool eye_windows = false;    ///< those of jitter, eye and mask open beside the density
     bool maths = false;          ///< the difference of the channels, and a derivative
     bool mean = false;           ///< a mean and an envelope of 16 sweeps
     bool maths_window = false;   ///< open beside them
 };
 
 /// The first is what the others are compared with, the last all of them.
-constexpr std::array<Tools, 11> cases = {{
+constexpr std::array<Tools, 13> cases = {{
     {.name = "no tool"},
     {.name = "four references", .references = true},
     {.name = "open statistics", .statistics = true},
@@ -61,6 +64,8 @@ constexpr std::array<Tools, 11> cases = {{
     {.name = "recording", .recording = true},
     {.name = "density", .density = true},
     {.name = "density, window open", .density = true, .density_window = true},
+    {.name = "density of an eye", .density = true, .eye = true},
+    {.name = "its jitter, eye, mask open", .density = true, .eye = true, .eye_windows = true},
     {.name = "two maths traces", .maths = true},
     {.name = "mean and envelope", .mean = true},
     {.name = "two, window open", .maths = true, .maths_window = true},
@@ -106,6 +111,15 @@ public:
             if (tools.density_window) {
                 scope.panel().mnudensity.click();
             }
+            if (tools.eye) {
+                simulator::connect(simulation_.bench(),
+                                   simulator::TestConnection::eye_jitter_noise);
+            }
+            if (tools.eye_windows) {
+                scope.tools().jitter().controls().mnujitter.click();
+                scope.tools().eye().controls().mnueye.click();
+                scope.tools().mask().controls().mnumask.click();
+            }
             if (tools.maths || tools.mean) {
                 compute(tools.maths ? MathsFunction::difference : MathsFunction::mean,
                         tools.maths ? MathsFunction::derivative : MathsFunction::envelope);
@@ -145,6 +159,14 @@ public:
             if (tools.density_window) {
                 scope.tools().density().close();
             }
+            if (tools.eye) {
+                simulator::connect(simulation_.bench(), simulator::TestConnection::delivery);
+            }
+            if (tools.eye_windows) {
+                scope.tools().jitter().close();
+                scope.tools().eye().close();
+                scope.tools().mask().close();
+            }
             if (tools.maths || tools.mean) {
                 compute(MathsFunction::off, MathsFunction::off);
             }
@@ -153,6 +175,9 @@ public:
             }
         });
         recorder_.reset();
+        while (scope.tools().statistics().logging()) { // a tick finds what waited written
+            run(1);
+        }
     }
 
     /// Lets `count` sweeps of both channels come and be shown; each channel's block takes a tick.

@@ -20,7 +20,7 @@
 namespace kv408 {
 namespace {
 
-constexpr int told_digits = 4;
+constexpr int maths_digits = 4;
 
 /// Each differs from the colours that traces, references and marks have by default, and is seen on
 /// a dark and on a white background.
@@ -344,8 +344,8 @@ std::string MathsTool::values_text() const {
         const MeasuredValue& value = measured[row];
         const bool level = rows[row].unit == MeasurementUnit::volt;
         text += !value.value ? std::string(reason_text(value.why))
-                : level      ? quantity_text(*value.value, unit(), told_digits)
-                        : engformat(*value.value, told_digits).append(unit_name(rows[row].unit));
+                : level      ? quantity_text(*value.value, unit(), maths_digits)
+                        : engformat(*value.value, maths_digits).append(unit_name(rows[row].unit));
     }
     return text;
 }

@@ -25,7 +25,7 @@ constexpr std::array<std::string_view, 9> function_choices{"OFF",       "ADD",  
                                                            "MULTiply",  "NEGate",  "DIFFerentiate",
                                                            "INTegrate", "AVERage", "ENVelope"};
 
-constexpr double no_number = std::numeric_limits<double>::quiet_NaN();
+constexpr double no_maths_number = std::numeric_limits<double>::quiet_NaN();
 
 /// The place, 0 or 1, that the header names.
 std::size_t place_of(const Call& call) {
@@ -187,7 +187,7 @@ private:
     Instrument& instrument_;
 };
 
-std::string preamble_reply(const MathsTrace& trace) {
+std::string maths_preamble_reply(const MathsTrace& trace) {
     std::string answer = whole_reply(static_cast<std::int64_t>(trace.values.size()));
     add_item(answer, whole_reply(static_cast<std::int64_t>(trace.sweeps)));
     add_item(answer, real_reply(trace.time_per_point / picoseconds_per_second));
@@ -210,7 +210,7 @@ std::string points_reply(const std::vector<double>& values, const Client& client
     for (const double value : values) {
         add_item(answer, real_reply(value));
     }
-    return answer.empty() ? real_reply(no_number) : answer;
+    return answer.empty() ? real_reply(no_maths_number) : answer;
 }
 
 std::string measurements_reply(const MathsTrace& trace) {
@@ -221,7 +221,7 @@ std::string measurements_reply(const MathsTrace& trace) {
     }
     std::string answer;
     for (const MeasuredValue& measured : values) {
-        add_item(answer, real_reply(measured.value.value_or(no_number)));
+        add_item(answer, real_reply(measured.value.value_or(no_maths_number)));
     }
     return answer;
 }
@@ -247,7 +247,7 @@ std::vector<Command> maths_commands(Instrument& instrument) {
         maths.automatic("MATH<n>:POSition:AUTO", &Controls::txtMathsPosition, &MathsTool::position),
         maths.keep(),
         maths.sequence(),
-        maths.reply("MATH<n>:PREamble", preamble_reply),
+        maths.reply("MATH<n>:PREamble", maths_preamble_reply),
         maths.reply("MATH<n>:DATA",
                     [](const MathsTrace& trace, const Client& client) {
                         return points_reply(trace.values, client);

@@ -11,7 +11,7 @@ namespace {
 
 using Cell = const MeasurementStatistics&;
 
-constexpr double no_number = std::numeric_limits<double>::quiet_NaN();
+constexpr double no_statistic = std::numeric_limits<double>::quiet_NaN();
 constexpr std::array<std::string_view, 3> colour_choices{"RED", "ORANge", "VIOLet"};
 static_assert(colour_choices.size() == limit_colours.size());
 constexpr std::array<std::string_view, 4> limit_actions{"NONE", "BEEP", "STOP", "SNAPshot"};
@@ -22,7 +22,7 @@ std::string count_reply(std::uint64_t count) {
 
 /// A number of `cell` that there is only once a value has come.
 std::string of_values(Cell cell, double (RunningStatistics::*number)() const) {
-    return real_reply(cell.values.count() > 0 ? (cell.values.*number)() : no_number);
+    return real_reply(cell.values.count() > 0 ? (cell.values.*number)() : no_statistic);
 }
 
 /// What the window tells of one value, column by column.
@@ -33,8 +33,8 @@ struct StatisticsColumn {
 constexpr std::array statistics_columns{
     StatisticsColumn{"CURRent",
                      [](Cell cell) {
-                         return real_reply(cell.present ? cell.present->value.value_or(no_number)
-                                                        : no_number);
+                         return real_reply(cell.present ? cell.present->value.value_or(no_statistic)
+                                                        : no_statistic);
                      }},
     StatisticsColumn{"MEAN", [](Cell cell) { return of_values(cell, &RunningStatistics::mean); }},
     StatisticsColumn{"DEViation",
@@ -103,7 +103,7 @@ Command limit_command(Instrument& instrument, const char* header, const Limit& l
         const StatisticsDialog& dialog = instrument.scope().tools().statistics();
         const ValueLimits& limits =
             dialog.statistics().limits(dialog.chosen_channel(), dialog.chosen_row());
-        return (limits.*limit.value).value_or(no_number);
+        return (limits.*limit.value).value_or(no_statistic);
     };
     return real_setting(header, setting);
 }

@@ -17,7 +17,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr int least_width = 300; // of a trace's frame, for its sentences
+constexpr int least_maths_width = 300; // of a trace's frame, for its sentences
 
 /// The captions of a trace's settings, with letters that the other one has not.
 struct Captions {
@@ -68,7 +68,7 @@ MathsWindow::~MathsWindow() {
 QWidget* MathsWindow::make_trace(std::size_t place) {
     MathsTool& tool = dialog_.tool(place);
     auto* const frame = new PanelFrame(QString::fromStdString(tool.name()));
-    frame->keep_width(least_width);
+    frame->keep_width(least_maths_width);
     WidgetMaker make(frame, driver_);
     MathsControls& controls = tool.controls();
     auto* const column = new QVBoxLayout(frame);
