@@ -24,18 +24,17 @@ double value_of(const MeasuredSweep& last, Channel channel, const MeasurementRow
 
 // The sweep whose results are told; null, with the client's error, where there are none.
 const MeasuredSweep* measured_sweep(const Instrument& instrument, Client& client) {
-    if (!instrument.parts().panel.check1.checked()) {
-        client.note({ScpiError::settings_conflict, "Measure is off"});
-        return nullptr;
-    }
     try {
-        const MeasuredSweep& last = instrument.sweep_of(client);
-        if (last.measured) {
-            return &last;
+        if (!instrument.parts().panel.check1.checked()) {
+            throw Refused{ScpiError::settings_conflict, "Measure is off"};
         }
-        client.note({ScpiError::data_stale, "The sweep was not measured"});
+        const MeasuredSweep& last = instrument.sweep_of(client);
+        if (!last.measured) {
+            throw Refused{ScpiError::data_stale, "The sweep was not measured"};
+        }
+        return &last;
     } catch (const Refused& refused) {
-        client.note(refused);
+        client.note(refused); // and the answer is that nothing can be measured
     }
     return nullptr;
 }

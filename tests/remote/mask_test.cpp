@@ -2,28 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include "host/system_files.h"
-#include "remote_program.h"
+#include "remote/with_masks.h"
 #include "scope/tools.h"
-#include "simulator/test_connections.h"
 
 namespace kv408 {
 namespace {
-
-/// The program with the masks that come with it, over an eye.
-struct WithMasks : RemoteProgram {
-    explicit WithMasks(simulator::TestConnection connection) {
-        simulator::connect(simulation.bench(), connection);
-        SystemFiles disk;
-        for (const std::string_view file : shipped_masks) {
-            std::string text;
-            disk.read(std::filesystem::path(KV408_SOURCE_ROOT) / "packaging" / "masks" / file,
-                      text);
-            files.files["/program/masks/" + std::string(file)] = text;
-        }
-        start();
-    }
-};
 
 TEST(RemoteMask, IsOperatedAsInItsWindow) {
     WithMasks program(simulator::TestConnection::eye_clean);
