@@ -56,6 +56,13 @@ struct WithRemote : ProgramOnBench {
             patience);
         return came ? answer : "(nothing)";
     }
+    /// Stops the sweep by a client's command; then the instrument answers no more. False where the
+    /// command has failed.
+    bool stop_and_silence(const SocketLine& line) {
+        const bool stopped = ask(line, "STOP;:SYST:ERR?") == "0,\"No error\"\n";
+        simulation.bench().devices.front().answers = false;
+        return stopped;
+    }
 };
 
 class RemoteTest : public QObject {
@@ -227,8 +234,7 @@ void RemoteTest::a_message_becomes_the_clients_error() {
     QVERIFY(on.run_until_sweeping());
     on.switch_on();
     const SocketLine line(on.program.remote().port());
-    QCOMPARE(on.ask(line, "STOP;:SYST:ERR?"), std::string("0,\"No error\"\n"));
-    on.simulation.bench().devices.front().answers = false;
+    QVERIFY(on.stop_and_silence(line));
     QCOMPARE(on.ask(line, "TRIG:SOUR TRIG2;:SYST:ERR?"),
              std::string("-240,\"Hardware error; SETTRIG Comm timed out\"\n"));
     QVERIFY(QApplication::activeModalWidget() == nullptr);
@@ -239,8 +245,7 @@ void RemoteTest::a_clients_run_opens_no_box() {
     QVERIFY(on.run_until_sweeping());
     on.switch_on();
     const SocketLine line(on.program.remote().port());
-    QCOMPARE(on.ask(line, "STOP;:SYST:ERR?"), std::string("0,\"No error\"\n"));
-    on.simulation.bench().devices.front().answers = false;
+    QVERIFY(on.stop_and_silence(line));
     BoxAnswers answers;
     QCOMPARE(on.ask(line, "RUN;:SYST:ERR?"), std::string("0,\"No error\"\n"));
     QTRY_VERIFY_WITH_TIMEOUT(on.ask(line, "SYST:ERR:COUN?") != "0\n", WithRemote::patience);
