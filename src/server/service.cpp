@@ -100,6 +100,7 @@ void Service::tick_until_ended() {
 
 Service::Carried Service::carried() const {
     return {.set_up = scope_->parts().chosen_set_up(),
+            .tools = settings_of(scope_->tools()),
             .sweeping = scope_->parts().acquisition.acqrunning ||
                         scope_->parts().acquisition.scopestate != state_word::stopped};
 }
@@ -110,6 +111,7 @@ void Service::carry_on() {
     }
     scope_->act([this] {
         scope_->settings_file().put_back(carried_->set_up);
+        set_tools(scope_->tools(), carried_->tools);
         if (!carried_->sweeping) {
             scope_->panel().cmdstop.click();
         }

@@ -18,6 +18,7 @@
 #include "link/bridge.h"
 #include "remote/remote_control.h"
 #include "scope/scope.h"
+#include "scope/tool_settings.h"
 #include "server/event_log.h"
 #include "server/waker.h"
 
@@ -92,6 +93,7 @@ private:
     /// What the next program takes over from one whose instrument has been lost.
     struct Carried {
         PanelSetUp set_up;
+        ToolSettings tools;
         bool sweeping = true;
     };
 

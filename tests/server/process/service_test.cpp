@@ -8,10 +8,12 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <memory>
 #include <sstream>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -161,6 +163,77 @@ TEST_F(Services, DoNotCarryOnWithWhatAutosetTried) {
     EXPECT_EQ(line.ask(questions), set_up);
     end();
     EXPECT_THAT(files.files["/settings/kv408/ConfigsLM4RX.TXT"], HasSubstr("ch2vdiv\t 4"));
+}
+
+/// The queries of all that clients set in the tools, of the program's own list of headers.
+std::vector<std::string> tool_queries(const SocketLine& line) {
+    std::istringstream headers(line.ask("SYST:HELP:HEAD?"));
+    std::vector<std::string> queries;
+    for (std::string header; std::getline(headers, header);) {
+        const auto tool = header.substr(0, header.find_first_of(":<"));
+        const bool is_tool =
+            std::string(" DENSity HISTogram JITTer EYE MASK MATH SPECtrum STATistics ")
+                .find(' ' + tool + ' ') != std::string::npos;
+        const bool only_acts = header.ends_with(":CLEar") || header.ends_with(":RESet") ||
+                               header.ends_with(":REFerence");
+        if (!is_tool || only_acts || header.ends_with('?')) {
+            continue;
+        }
+        const auto suffix = header.find("<n>");
+        for (const char* const number : {"1", "2"}) {
+            if (suffix != std::string::npos) {
+                queries.push_back(std::string(header).replace(suffix, 3, number) + '?');
+            }
+        }
+        if (suffix == std::string::npos) {
+            queries.push_back(header + '?');
+        }
+    }
+    return queries;
+}
+
+/// The answers to `queries`, each behind its query.
+std::map<std::string, std::string> answers_to(const std::vector<std::string>& queries,
+                                              const SocketLine& line) {
+    std::map<std::string, std::string> answers;
+    for (const std::string& query : queries) {
+        answers[query] = line.ask(query);
+    }
+    return answers;
+}
+
+// A measurement that runs for days goes on as it was begun.
+TEST_F(Services, FindTheInstrumentAgainWithTheSameTools) {
+    start();
+    const SocketLine line(service->port());
+    ASSERT_TRUE(
+        comes(line, "*IDN?", std::string("Tarvo,Kv408,lm4rxa-SIM00001,") + KV408_VERSION + "\n"));
+    const std::vector<std::string> queries = tool_queries(line);
+    EXPECT_GT(queries.size(), 50U);
+    const auto at_first = answers_to(queries, line);
+    line.say("DENS:CHAN1 OFF;CHAN2 OFF;FRE ON;HALF 77;PAL CHAN\n"
+             "HIST:STAT ON;SOUR CHAN2;OF TIM;WIND 10,20,30,40\n"
+             "JITT:STAT ON;SOUR CHAN2;EDGE FALL;NUMB 3;LEV 0.25;INST 2PS;INT 8NS\n"
+             "EYE:STAT ON;SOUR CHAN2;INT 80NS;CROS 82NS\n"
+             "MASK:STAT ON;SOUR CHAN2;NAME STM1;RAT 0.001;ACT BEEP\n"
+             "MATH1:FUNC DIFF;SOUR:FIRS CHAN2;:MATH1:COUN 7;SCAL 2E9;POS -1.5\n"
+             "MATH2:FUNC AVER;SOUR:FIRS CHAN2;SEC CHAN1;:MATH1:SOUR:SEC CHAN1\n"
+             "MATH2:COUN 9;SCAL 0.3;POS 2\n"
+             "SPEC:STAT ON;SOUR MATH1;WIND FLAT;UNIT DBM;AXIS LOG;HOLD PEAK;COUN 5\n"
+             "STAT:SOUR CHAN1;VAL VPP;LOW 0.125\n"
+             "STAT:STAT ON;SOUR CHAN2;VAL FREQ;LOW 1E6;HIGH 2E6;COL VIOL;ACT BEEP\n");
+    ASSERT_EQ(line.ask("SYST:ERR?"), "0,\"No error\"\n");
+    const auto set = answers_to(queries, line);
+    for (const auto& [query, answer] : set) {
+        EXPECT_NE(answer, at_first.at(query)) << query << ": set it here, so that it is tried";
+    }
+    bridge.pulled = true;
+    ASSERT_TRUE(comes(line, "STAT:QUES:COND?", "512\n"));
+    bridge.pulled = false;
+    ASSERT_TRUE(comes(line, "STAT:QUES:COND?", "0\n"));
+    EXPECT_EQ(answers_to(queries, line), set);
+    EXPECT_EQ(line.ask("STAT:SOUR CHAN1;VAL VPP;LOW?"), "1.250000E-01\n") << "of another value";
+    end();
 }
 
 TEST_F(Services, WaitForAnInstrumentAndEndMeanwhile) {
