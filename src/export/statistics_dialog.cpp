@@ -310,6 +310,7 @@ void StatisticsDialog::begin_log(const std::filesystem::path& path) {
     log_path_ = shown_path(path);
     log_ = std::make_unique<BackgroundWriter<std::string>>(std::move(file));
     controls_.cmdStatisticsLog.set_caption("Stop Log");
+    controls_.cmdStatisticsLog.set_enabled(true); // the one before it may be ending
     refresh();
 }
 

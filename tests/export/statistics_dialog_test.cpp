@@ -347,5 +347,16 @@ TEST_F(StatisticsDialogTest, TellsWhyALogCannotBeginOrGoOn) {
     EXPECT_EQ(controls().cmdStatisticsLog.caption(), "Log...");
 }
 
+TEST_F(StatisticsDialogTest, ALogThatTakesTheStoppedOnesPlaceCanBeStopped) {
+    choosers.answers = {text_of_path(folder.path() / "one.csv")};
+    controls().cmdStatisticsLog.click();
+    controls().cmdStatisticsLog.click(); // and what waits is still being written
+    EXPECT_FALSE(controls().cmdStatisticsLog.enabled());
+    dialog.begin_log(folder.path() / "other.csv");
+    EXPECT_EQ(controls().cmdStatisticsLog.caption(), "Stop Log");
+    EXPECT_TRUE(controls().cmdStatisticsLog.enabled());
+    EXPECT_TRUE(dialog.logging());
+}
+
 } // namespace
 } // namespace kv408

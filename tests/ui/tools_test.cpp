@@ -13,6 +13,7 @@
 #include "export/statistics_table.h"
 #include "program_on_bench.h"
 #include "scope/tools.h"
+#include "ui/box_answers.h"
 #include "ui/colours.h"
 #include "ui/picture_folder.h"
 
@@ -75,6 +76,7 @@ private Q_SLOTS:
     void statistics_are_shown_chosen_and_copied();
     void a_limit_marks_its_value_and_stops_the_sweep();
     void statistics_are_reached_and_left_by_the_keyboard();
+    void a_log_that_has_ended_or_could_not_begin_can_be_begun();
     void maths_is_chosen_by_keys_and_stays_when_its_window_is_closed_data();
     void maths_is_chosen_by_keys_and_stays_when_its_window_is_closed();
 };
@@ -207,6 +209,37 @@ void ToolsTest::statistics_are_reached_and_left_by_the_keyboard() {
     QTest::keyClick(&window, Qt::Key_Escape);
     QVERIFY(!window.isVisible());
     QVERIFY(!on.statistics().is_open());
+}
+
+void ToolsTest::a_log_that_has_ended_or_could_not_begin_can_be_begun() {
+    constexpr int patience = 60'000; // the computer may have much else to do
+    WithTools on;
+    QVERIFY(on.run_until_sweeping());
+    QVERIFY(on.open_statistics());
+    auto* const button = on.widget<QPushButton>("cmdStatisticsLog");
+    const auto begin = [&on] {
+        on.program.scope().act([&on] { on.statistics().begin_log("/nowhere/log.csv"); });
+    };
+    const auto can_begin = [button] {
+        return button->isEnabled() && button->text().remove(u'&') == u"Log..."_s;
+    };
+    BoxAnswers answers;
+    on.files.refusal = "No space left on device";
+    begin();
+    QTRY_COMPARE_WITH_TIMEOUT(answers.texts.size(), 1, patience);
+    QVERIFY(can_begin());
+    on.files.refusal.clear();
+    begin(); // in memory; the first line finds no file on the disk
+    QTRY_COMPARE_WITH_TIMEOUT(answers.texts.size(), 2, patience);
+    QTRY_VERIFY_WITH_TIMEOUT(can_begin(), patience);
+    QTest::mouseClick(on.widget("cmdstop"), Qt::LeftButton);
+    QTRY_COMPARE_WITH_TIMEOUT(on.state(), std::string(state_word::stopped), patience);
+    begin();
+    QCOMPARE(button->text().remove(u'&'), u"Stop Log"_s);
+    QTest::mouseClick(button, Qt::LeftButton);
+    QVERIFY(!button->isEnabled());
+    QTRY_VERIFY_WITH_TIMEOUT(can_begin(), patience);
+    QCOMPARE(answers.texts.size(), 2);
 }
 
 void ToolsTest::maths_is_chosen_by_keys_and_stays_when_its_window_is_closed_data() {
