@@ -12,8 +12,11 @@ using Value = std::variant<bool, int, std::string>;
 /// The controls that hold a value, each behind those that decide what it means.
 std::vector<Control*> controls_with_values(Tools& tools) {
     DensityControls& density = tools.density().controls();
-    std::vector<Control*> all{&density.channel[0], &density.channel[1], &density.cmbDensityPalette,
-                              &density.txtDensityHalfLife, &density.chkDensityFreeze};
+    std::vector<Control*> all{&density.cmbDensityPalette, &density.txtDensityHalfLife,
+                              &density.chkDensityFreeze};
+    for (CheckBox& channel : density.channel) {
+        all.push_back(&channel);
+    }
     for (std::size_t place = 0; place < MathsDialog::count; ++place) {
         MathsControls& maths = tools.maths().tool(place).controls();
         all.insert(all.end(),

@@ -51,7 +51,6 @@ AskedTexts headers_asked(const std::string& pattern) {
 
 /// What the queries take that want something, by how their headers begin.
 AskedTexts wanted_parameters(const Command& command) {
-    const AskedTexts channels = {" CHAN1", " CHAN2"};
     if (command.header == "DISPlay:COLor") {
         return {" CH1", " CH2", " BACK", " TEXT", " GRID", " TBAC", " ANN"};
     }
@@ -65,7 +64,7 @@ AskedTexts wanted_parameters(const Command& command) {
         return {" CHAN1,VMAX", " CHAN2,NWID"};
     }
     if (command.header.starts_with("MEASure:") || command.header.starts_with("CURSor:VOLTage")) {
-        return channels;
+        return {" CHAN1", " CHAN2"};
     }
     ADD_FAILURE() << command.header << "? wants parameters: name them here";
     return {};
