@@ -8,6 +8,7 @@
 set(KV408_PRECOMPILED_STANDARD
   <algorithm> <array> <cassert> <chrono> <cstddef> <cstdint> <functional> <optional> <span> <string>
   <string_view> <utility> <vector>)
+set(KV408_PRECOMPILED_SMALL ${KV408_PRECOMPILED_STANDARD})
 set(KV408_PRECOMPILED_WIDGETS
   ${KV408_PRECOMPILED_STANDARD} <filesystem> <memory>
   <QAbstractButton> <QAction> <QCheckBox> <QColor> <QComboBox> <QFrame> <QGridLayout> <QHBoxLayout>

@@ -31,8 +31,18 @@ if(KV408_MERGE_SOURCES)
   set(merge_sources UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 0 KV408_MERGED ON)
 endif()
 
+# What serves people, clients and files, and no samples, is compiled for size: its code is a third of what
+# kv408-server takes of the small machine's memory that stands beside an instrument, which runs Linux.
+set(small_folders autoset calibration config doctor export remote scope server)
+set(small_options "")
+if(NOT WIN32)
+  set(small_options $<$<CONFIG:Release>:-Os>)
+endif()
+
 include(Kv408Precompiled)
 kv408_precompile(standard)
+kv408_precompile(small)
+target_compile_options(kv408_precompiled_small PRIVATE ${small_options})
 
 # kv408_library(<folder> <library>...): the library kv408_<folder> out of every source file of
 # the current folder and, but on Windows, of its folder posix; the libraries it names are the folders
@@ -52,6 +62,9 @@ function(kv408_library folder)
     endif()
     if(folder MATCHES "^(ui|demo)$")
       kv408_use_precompiled(kv408_${folder} widgets)
+    elseif(folder IN_LIST small_folders)
+      target_compile_options(kv408_${folder} PRIVATE ${small_options})
+      kv408_use_precompiled(kv408_${folder} small)
     else()
       kv408_use_precompiled(kv408_${folder} standard)
     endif()
