@@ -60,6 +60,7 @@ struct WithRemote : ProgramOnBench {
     /// command has failed.
     bool stop_and_silence(const SocketLine& line) {
         const bool stopped = ask(line, "STOP;:SYST:ERR?") == "0,\"No error\"\n";
+        clock.sleep(std::chrono::seconds(1)); // in which what was still on its way comes
         simulation.bench().devices.front().answers = false;
         return stopped;
     }
@@ -235,8 +236,8 @@ void RemoteTest::a_message_becomes_the_clients_error() {
     on.switch_on();
     const SocketLine line(on.program.remote().port());
     QVERIFY(on.stop_and_silence(line));
-    QCOMPARE(on.ask(line, "TRIG:SOUR TRIG2;:SYST:ERR?"),
-             std::string("-240,\"Hardware error; SETTRIG Comm timed out\"\n"));
+    QCOMPARE(QString::fromStdString(on.ask(line, "TRIG:SOUR TRIG2;:SYST:ERR?")),
+             u"-240,\"Hardware error; SETTRIG Comm timed out\"\n"_s);
     QVERIFY(QApplication::activeModalWidget() == nullptr);
 }
 
