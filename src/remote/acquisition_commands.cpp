@@ -7,6 +7,7 @@
 #include "remote/setting_commands.h"
 #include "remote/tree.h"
 #include "scope/parts.h"
+#include "scope/tool_settings.h"
 
 namespace kv408 {
 namespace {
@@ -35,10 +36,11 @@ const char* state_of(const AcquisitionState& acquisition) {
 
 void reset(Instrument& instrument, Client& client) {
     client.tell_completion(false);
-    instrument.act(client, [](Scope& scope) {
+    instrument.act(client, [&instrument](Scope& scope) {
         scope.panel().cmdstop.click();
         SettingsFile& settings = scope.settings_file();
         settings.put_back(set_up_of(FrontPanel(), settings.factory_bytes()));
+        set_tools(scope.tools(), *instrument.tools_at_first());
     });
     instrument.forget_single();
 }

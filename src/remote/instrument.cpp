@@ -5,6 +5,7 @@
 
 #include "maths/maths_trace.h"
 #include "scope/parts.h"
+#include "scope/tool_settings.h"
 #include "scope/tools.h"
 #include "state/sweeps.h"
 
@@ -42,6 +43,9 @@ std::array<std::shared_ptr<const MathsTrace>, 2> traces_of(Scope& scope, const S
 void Instrument::attach(Scope& scope, Act act) {
     scope_ = &scope;
     act_ = std::move(act);
+    if (!tools_at_first_) {
+        tools_at_first_ = std::make_shared<const ToolSettings>(settings_of(scope.tools()));
+    }
     scope.single().carry_on(single_before_);
     single_done_ = scope.single().on_done([this](bool came) { single_done(came); });
     taking_ = std::make_shared<const Scope*>(&scope);

@@ -17,6 +17,8 @@
 
 namespace kv408 {
 
+struct ToolSettings;
+
 /// What remote commands work on: the program, while there is one with an instrument, and the locks
 /// that clients and the user at the panel have set.
 class Instrument {
@@ -43,6 +45,9 @@ public:
     /// The program. Throws `Refused` where there is none.
     [[nodiscard]] Scope& scope() const;
     [[nodiscard]] const Parts& parts() const { return scope().parts(); }
+
+    /// What was set in the tools when the first program had started: nothing. Null before that.
+    [[nodiscard]] const ToolSettings* tools_at_first() const { return tools_at_first_.get(); }
 
     /// Runs `press`, which sets something for `client`, as a press by the user. Messages that it
     /// shows become errors of the client. Throws `Refused` where the network is locked out, and
@@ -130,6 +135,7 @@ private:
     Aside aside_;
     Scope* scope_ = nullptr;
     Act act_;
+    std::shared_ptr<const ToolSettings> tools_at_first_;
     std::vector<Client*> single_clients_; ///< that have asked for a single sweep and not gone
     SingleSweep::State single_before_;    ///< of programs before
     SingleSweep::Waiting single_done_;

@@ -83,12 +83,20 @@ void set_value(Control& control, const Value& value) {
     }
 }
 
+bool are_alike(const LimitRule& one, const LimitRule& other) {
+    return one.low == other.low && one.high == other.high && one.colour == other.colour &&
+           one.action == other.action;
+}
+
 /// Types each limit in the place of the value that it belongs to.
 void set_limits(StatisticsDialog& statistics, const std::array<std::vector<LimitRule>, 2>& limits) {
     StatisticsControls& controls = statistics.controls();
     for (std::size_t channel = 0; channel < limits.size(); ++channel) {
         for (std::size_t row = 0; row < limits.at(channel).size(); ++row) {
             const LimitRule& rule = limits.at(channel)[row];
+            if (are_alike(statistics.rule(channel, row), rule)) {
+                continue;
+            }
             statistics.choose(channel, row);
             set_value(controls.txtStatisticsLow, rule.low);
             set_value(controls.txtStatisticsHigh, rule.high);
@@ -98,20 +106,24 @@ void set_limits(StatisticsDialog& statistics, const std::array<std::vector<Limit
     }
 }
 
-void open_tools(Tools& tools, const ToolSettings::Open& open) {
-    const auto open_if = [](bool wanted, Button& entry) {
-        if (wanted) {
-            entry.click();
-        }
-    };
-    if (open.statistics) {
-        tools.statistics().open();
+/// Opens the window of `tool` by `entry`, or closes it.
+template <typename Tool>
+void set_open(Tool& tool, bool open, Button& entry) {
+    if (tool.is_open() != open) {
+        open ? entry.click() : tool.close();
     }
-    open_if(open.histogram, tools.histogram().controls().mnuhistogram);
-    open_if(open.jitter, tools.jitter().controls().mnujitter);
-    open_if(open.eye, tools.eye().controls().mnueye);
-    open_if(open.mask, tools.mask().controls().mnumask);
-    open_if(open.spectrum, tools.spectrum().controls().mnuspectrum);
+}
+
+void set_open_tools(Tools& tools, const ToolSettings::Open& open) {
+    StatisticsDialog& statistics = tools.statistics();
+    if (statistics.is_open() != open.statistics) {
+        open.statistics ? statistics.open() : statistics.close();
+    }
+    set_open(tools.histogram(), open.histogram, tools.histogram().controls().mnuhistogram);
+    set_open(tools.jitter(), open.jitter, tools.jitter().controls().mnujitter);
+    set_open(tools.eye(), open.eye, tools.eye().controls().mnueye);
+    set_open(tools.mask(), open.mask, tools.mask().controls().mnumask);
+    set_open(tools.spectrum(), open.spectrum, tools.spectrum().controls().mnuspectrum);
 }
 
 } // namespace
@@ -144,7 +156,7 @@ void set_tools(Tools& tools, const ToolSettings& settings) {
         set_value(*controls[i], settings.values.at(i));
     }
     tools.histogram().set_window(settings.histogram_window);
-    open_tools(tools, settings.open);
+    set_open_tools(tools, settings.open);
     // Last, because those that work on a density switch it on.
     set_value(tools.density().controls().chkDensity, settings.density);
 }

@@ -9,8 +9,9 @@
 
 namespace kv408 {
 
-/// What has been set in the tools, as the next program takes it over from one whose instrument has
-/// been lost. What the tools have collected, computed, kept or loaded is no part of it.
+/// What has been set in the tools: what the next program takes over from one whose instrument has
+/// been lost, and what a reset brings back. What the tools have collected, computed, kept or loaded
+/// is no part of it.
 struct ToolSettings {
     /// Which of them are open.
     struct Open {
@@ -33,7 +34,7 @@ struct ToolSettings {
 /// What is set in `tools`.
 [[nodiscard]] ToolSettings settings_of(Tools& tools);
 
-/// Sets `tools`, in which nobody has set anything, to `settings`.
+/// Sets `tools` to `settings`, by presses of what differs.
 void set_tools(Tools& tools, const ToolSettings& settings);
 
 } // namespace kv408

@@ -254,6 +254,24 @@ TEST_F(RemoteSweeping, ResetsToTheFactorySetUp) {
     EXPECT_EQ(error(), "0,\"No error\"");
 }
 
+// What a script finds in the tools is no matter of who was there before it.
+TEST_F(RemoteSweeping, ResetsTheToolsToo) {
+    const std::string questions =
+        "DENS:STAT?;HALF?;CHAN2?;:HIST:STAT?;OF?;WIND?;:JITT:STAT?;LEV:AUTO?;:EYE:STAT?;INT?;"
+        ":MASK:STAT?;NAME?;ACT?;:MATH1:FUNC?;SCAL:AUTO?;:MATH2:COUN?;:SPEC:STAT?;SOUR?;AXIS?;"
+        ":STAT:STAT?;SOUR?;VAL?;LOW?;ACT?";
+    const std::string first = ask(questions);
+    ask("DENS:HALF 5;CHAN2 OFF;:HIST:STAT ON;OF TIM;WIND 1,2,3,4;:JITT:STAT ON;LEV 0.1;:EYE:STAT "
+        "ON;INT 80NS;:MASK:STAT ON;NAME STM1;ACT STOP;:MATH1:FUNC DIFF;SCAL 2E9;:MATH2:COUN 5");
+    ask("SPEC:STAT ON;SOUR MATH1;AXIS LOG;:STAT:STAT ON;SOUR CHAN2;VAL VPP;LOW 0.125;ACT STOP");
+    ticks(5);
+    ask("*RST");
+    EXPECT_EQ(ask(questions), first);
+    EXPECT_EQ(ask("STAT:SOUR CHAN2;VAL VPP;LOW?;ACT?"), "9.91E+37;NONE");
+    EXPECT_EQ(ask("DENS:SWE1?"), "0");
+    EXPECT_EQ(error(), "0,\"No error\"");
+}
+
 TEST_F(RemoteSweeping, AResetForgetsThatCompletionWasToBeTold) {
     ask("*CLS;*OPC;*RST");
     ticks(20);
