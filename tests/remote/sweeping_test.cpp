@@ -10,6 +10,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "calibration/calibration_form.h"
 #include "config/settings_file.h"
 #include "link/commands.h"
 #include "remote/remote_program.h"
@@ -52,6 +53,19 @@ TEST_F(RemoteSweeping, RunsAndStops) {
     EXPECT_EQ(ask("ACQ:STAT?"), "RUN");
     EXPECT_EQ(ask("STAT:OPER?"), "10"); // both have begun since
     EXPECT_EQ(ask("STAT:OPER?"), "0");
+}
+
+TEST_F(RemoteSweeping, TellsThatALinearityRunGoesOn) {
+    ask("STOP");
+    ticks(5);
+    ask("STAT:OPER?");
+    CalibrationForm& form = scope.calibration_form();
+    press([&form] { form.cmdsetforlinearitycal.click(); });
+    press([&form] { form.cmdcalint.click(); });
+    ticks(1);
+    EXPECT_EQ(ask("STAT:OPER:COND?"), "1");
+    ask("STOP");
+    EXPECT_EQ(ask("STAT:OPER:COND?;EVEN?"), "0;1");
 }
 
 TEST(RemoteStart, WaitsForTheFirstSweep) {
