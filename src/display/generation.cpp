@@ -2,22 +2,12 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <limits>
 
 namespace kv408 {
 namespace {
 
 /// Columns beside the plot from which the widest brush still reaches into it.
 constexpr int margin = static_cast<int>(PlotScale::largest);
-
-/// No row: adding one to it gives that row alone.
-constexpr RowRun none{std::numeric_limits<std::int16_t>::max(),
-                      std::numeric_limits<std::int16_t>::min()};
-
-void extend(RowRun& run, int top, int end) {
-    run.top = std::min(run.top, static_cast<std::int16_t>(top));
-    run.end = std::max(run.end, static_cast<std::int16_t>(end));
-}
 
 } // namespace
 
@@ -31,7 +21,7 @@ void Generation::rescale(const PlotScale& scale) {
     }
     scale_ = scale;
     brush_ = Brush(scale.line_width());
-    thin_.assign(static_cast<std::size_t>(scale.width() + 2 * margin), none);
+    thin_.assign(static_cast<std::size_t>(scale.width() + 2 * margin), no_rows);
     runs_.assign(static_cast<std::size_t>(scale.width()), RowRun{});
     place_points(0, plot::points - 1);
     if (is_uniform()) {
@@ -94,7 +84,7 @@ void Generation::cover(int first, int last) {
     if (part.empty()) {
         return;
     }
-    std::fill(&thin(part.left), &thin(part.left) + (part.right - part.left), none);
+    std::fill(&thin(part.left), &thin(part.left) + (part.right - part.left), no_rows);
     const int end = std::min(last + 1, plot::last_point);
     for (int index = std::max(first - 1, plot::first_point); index < end; ++index) {
         draw_thin(placed(index), placed(index + 1), part);

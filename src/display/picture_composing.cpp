@@ -52,16 +52,20 @@ void Picture::compose_by_runs(const Canvas& canvas, const TraceViews& views) {
 }
 
 void Picture::compose_block(const Canvas& canvas, const TraceViews& views) {
-    for (std::size_t first = 0; first < views.size(); first += TraceRaster::most_traces) {
-        const std::size_t count = std::min(TraceRaster::most_traces, views.size() - first);
+    const std::size_t at_a_time = TraceRaster::drawn_at_a_time(views, drawn_.background);
+    for (std::size_t first = 0; first < views.size(); first += at_a_time) {
+        const std::size_t count = std::min(at_a_time, views.size() - first);
         raster_.paint(canvas.columns(), std::span(views).subspan(first, count), drawn_.background);
-        // The grid comes back band by band too, so that each band is written while it is in the
+        const Backdrop backdrop =
+            first == 0 ? Backdrop{grid_, &backdrop_, grid_background_} : Backdrop{canvas.surface()};
+        // What was there goes band by band too, so that each band is written while it is in the
         // cache.
         for (int top = 0; top < scale_.height(); top += TraceRaster::band_rows) {
             if (first == 0) {
+                raster_.take_covered_out(inked_, canvas.columns(), top);
                 take_off(canvas, top);
             }
-            raster_.write_band(canvas, top, inked_);
+            raster_.write_band(canvas, top, backdrop, inked_);
         }
     }
 }

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
+#include <limits>
 #include <vector>
 
 #include "display/surface.h"
@@ -15,6 +17,16 @@ struct RowRun {
 
     friend constexpr bool operator==(const RowRun&, const RowRun&) = default;
 };
+
+/// No row: extending it by one gives that row alone.
+inline constexpr RowRun no_rows{std::numeric_limits<std::int16_t>::max(),
+                                std::numeric_limits<std::int16_t>::min()};
+
+/// Makes `run` reach from `top`, or above, to `end`, or below.
+constexpr void extend(RowRun& run, int top, int end) {
+    run.top = std::min(run.top, static_cast<std::int16_t>(top));
+    run.end = std::max(run.end, static_cast<std::int16_t>(end));
+}
 
 /// Where the plot's units, 641 columns by 513 rows, lie on a surface that shows the plot at some
 /// scale. At scale 1, the natural size, a unit is a pixel.

@@ -30,6 +30,22 @@ public:
     /// that pixel column `column` is in.
     void add(int column, int top, Stack stack) { at(column / side, top / band_rows) |= stack; }
 
+    /// Which tiles the set has of the stack in the band that has row `top`, and in the tiles'
+    /// column that pixel column `column` is in.
+    [[nodiscard]] Stack stack(int column, int top) const {
+        return at(column / side, top / band_rows);
+    }
+
+    /// Whether the set has the tile with the pixel in column `x` and row `y`.
+    [[nodiscard]] bool has(int x, int y) const {
+        return (stack(x, y) >> (y % band_rows / side) & 1U) != 0;
+    }
+
+    /// Takes out the tiles of `stack` that lie there.
+    void remove(int column, int top, Stack stack) {
+        at(column / side, top / band_rows) &= static_cast<Stack>(~stack);
+    }
+
     /// Adds the tile that has the pixel in column `x` and row `y`, which must lie on the surface.
     void add_pixel(int x, int y) { add(x, y, static_cast<Stack>(1U << (y % band_rows / side))); }
 

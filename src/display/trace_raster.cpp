@@ -4,66 +4,9 @@
 #include <bit>
 #include <cassert>
 #include <cstring>
-#include <utility>
 
 namespace kv408 {
 namespace {
-
-constexpr int touched_columns = 8; // that one number notes for a band
-
-/// Rows that a run is painted in at a time: most runs are not longer.
-constexpr int stroke_rows = 32;
-using Stroke = std::array<std::uint8_t, stroke_rows>;
-
-/// For 0..32 rows, the stroke that has all bits in the first so many and none in the others.
-constexpr std::array<Stroke, stroke_rows + 1> first_rows_table() {
-    std::array<Stroke, stroke_rows + 1> table = {};
-    for (std::size_t count = 0; count < table.size(); ++count) {
-        std::fill_n(table[count].begin(), count, std::uint8_t{0xFF});
-    }
-    return table;
-}
-
-constexpr auto first_rows = first_rows_table();
-
-template <typename Data>
-Data load(const std::uint8_t* from) {
-    Data data = {};
-    std::memcpy(&data, from, sizeof data);
-    return data;
-}
-
-template <typename Data>
-void store(std::uint8_t* to, Data data) {
-    std::memcpy(to, &data, sizeof data);
-}
-
-/// Sets the bits of `number` in `rows` bytes from `at` on and leaves only those of `keep` besides.
-inline void paint_bytes(std::uint8_t* at, int rows, std::uint8_t number, std::uint8_t keep) {
-    for (; rows > stroke_rows; rows -= stroke_rows, at += stroke_rows) {
-        auto bytes = load<Stroke>(at);
-        for (std::uint8_t& byte : bytes) {
-            byte = static_cast<std::uint8_t>((byte & keep) | number);
-        }
-        store(at, bytes);
-    }
-    const Stroke& selected = first_rows[static_cast<std::size_t>(rows)];
-    auto bytes = load<Stroke>(at);
-    for (std::size_t index = 0; index < bytes.size(); ++index) {
-        bytes[index] = static_cast<std::uint8_t>((bytes[index] & (keep | ~selected[index])) |
-                                                 (number & selected[index]));
-    }
-    store(at, bytes);
-}
-
-/// The tiles of a band in which any of eight columns was painted on.
-Tiles::Stack stack_of(std::uint64_t touched) {
-    static_assert(Tiles::side == touched_columns);
-    for (int half = 32; half >= touched_columns; half /= 2) {
-        touched |= touched >> half;
-    }
-    return static_cast<Tiles::Stack>(touched);
-}
 
 /// Number of the layers of `look` that can be seen. The oldest ones in the background colour have
 /// nothing below to hide.
@@ -73,6 +16,21 @@ int visible_layers(const TraceLook& look, Pixel background) {
         --count;
     }
     return count;
+}
+
+/// The number of layer `layer` of the trace at `place` among those drawn together, 0 the lowest:
+/// the higher one is seen.
+std::uint8_t number_of(std::size_t place, int layer) {
+    return static_cast<std::uint8_t>((place + 1) * most_layers - static_cast<std::size_t>(layer));
+}
+
+std::size_t stack_of(int column) {
+    return static_cast<std::size_t>(column % TraceRaster::block_columns / Tiles::side);
+}
+
+/// The pixels `left` and `right` as they lie beside each other.
+std::uint64_t pair_of(Pixel left, Pixel right) {
+    return std::bit_cast<std::uint64_t>(std::array{left, right});
 }
 
 } // namespace
@@ -89,186 +47,221 @@ bool TraceRaster::can_draw(const TraceView& view) {
     return true;
 }
 
+std::size_t TraceRaster::drawn_at_a_time(std::span<const TraceView> views, Pixel background) {
+    const auto hides = [background](const TraceView& view) {
+        const int layers = visible_layers(view.look, background);
+        for (int layer = 0; layer < layers; ++layer) {
+            if (layer_colour(view.look, layer) == background) {
+                return true;
+            }
+        }
+        return false;
+    };
+    return std::any_of(views.begin(), views.end(), hides) ? 1 : most_traces;
+}
+
 TraceRaster::TraceRaster(int height)
-    : height_(height), bands_((height + band_rows - 1) / band_rows),
-      // Room for a run to be painted beyond its end. An odd number, for the cells of a band not to
-      // share the same few places of the cache.
-      cells_(static_cast<std::size_t>((height + stroke_rows + band_rows - 1) / band_rows) | 1U),
-      sheet_(block_columns * cells_),
-      touched_(std::size_t{block_columns / touched_columns} * static_cast<std::size_t>(bands_)) {}
-
-inline TraceRaster::Finder TraceRaster::finder() {
-    return {sheet_.front().seen.data(), cells_ * band_rows, touched_.data(), bands_};
-}
-
-inline std::uint8_t* TraceRaster::seen(int column, int top) {
-    return sheet_[static_cast<std::size_t>(column % block_columns) * cells_].seen.data() + top;
-}
-
-inline TraceRaster::Touched& TraceRaster::touched(int column, int band) {
-    const auto first = static_cast<std::size_t>(column % block_columns / touched_columns) *
-                       static_cast<std::size_t>(bands_);
-    return touched_[first + static_cast<std::size_t>(band)];
-}
+    : height_(height), sheet_(height), covered_(block_columns, height), dyes_(1) {}
 
 void TraceRaster::paint(Columns columns, std::span<const TraceView> views, Pixel background) {
+    static_assert(most_traces * most_layers < numbers);
     assert(views.size() <= most_traces);
-    choose_palette(views, background);
     assert(columns.left / block_columns == (columns.right - 1) / block_columns);
+    choose_palette(views, background);
+    for (auto& trace : painted_) {
+        trace.fill(no_rows);
+    }
     for (int left = columns.left; left < columns.right; left += strip_columns) {
         const Columns strip = common(columns, {left, left + strip_columns});
-        int shift = 0;
-        for (const TraceView& view : views) {
-            paint_trace(strip, view, background, shift);
-            shift += trace_bits;
+        for (std::size_t place = 0; place < views.size(); ++place) {
+            paint_trace(strip, views[place], background, place);
+        }
+    }
+    note_covered();
+}
+
+void TraceRaster::note_covered() {
+    covered_.clear();
+    for (const auto& trace : painted_) {
+        int left = 0;
+        for (const RowRun rows : trace) {
+            covered_.add({left, rows.top, left + Tiles::side, rows.end});
+            left += Tiles::side;
         }
     }
 }
 
 void TraceRaster::choose_palette(std::span<const TraceView> views, Pixel background) {
-    palette_ = {};
-    // What lies on top comes last, over all that may lie below.
-    int step = 1;
-    for (const TraceView& view : views) {
-        for (int layer = visible_layers(view.look, background); layer > 0; --layer) {
-            for (int below = 0; below < step; ++below) {
-                palette_[static_cast<std::size_t>(layer * step + below)] = {
-                    0, layer_colour(view.look, layer - 1)};
-            }
+    std::array<Pixel, numbers> palette = {};
+    for (std::size_t place = 0; place < views.size(); ++place) {
+        const TraceLook& look = views[place].look;
+        for (int layer = 0; layer < visible_layers(look, background); ++layer) {
+            const Pixel colour = layer_colour(look, layer);
+            palette[number_of(place, layer)] = colour == background ? 0 : colour;
         }
-        step <<= trace_bits;
+    }
+    if (palette == palette_) {
+        return; // at first no number has a colour, and none is painted
+    }
+    palette_ = palette;
+    Dyes& dyes = dyes_.front();
+    const auto kept = [](Pixel colour) { return colour == 0 ? ~Pixel{0} : Pixel{0}; };
+    for (std::size_t right = 0; right <= most_traces * most_layers; ++right) {
+        for (std::size_t left = 0; left <= most_traces * most_layers; ++left) {
+            const std::size_t two = left | right << number_bits;
+            dyes.keep[two] = pair_of(kept(palette[left]), kept(palette[right]));
+            dyes.colour[two] = pair_of(palette[left], palette[right]);
+        }
     }
 }
 
-void TraceRaster::paint_trace(Columns columns, const TraceView& view, Pixel background, int shift) {
-    constexpr int trace_mask = (1 << trace_bits) - 1;
-    const auto keep = static_cast<std::uint8_t>(~(trace_mask << shift));
+void TraceRaster::paint_trace(Columns columns, const TraceView& view, Pixel background,
+                              std::size_t place) {
     for (int layer = visible_layers(view.look, background) - 1; layer >= 0; --layer) {
-        const bool seen = layer_colour(view.look, layer) != background;
-        const Ink ink{static_cast<std::uint8_t>((seen ? layer + 1 : 0) << shift), keep};
         const Generation& generation = layer_of(view, layer);
         const Columns reached = common(columns, generation.columns());
         const std::array parts{Columns{reached.left, std::min(reached.right, view.gap.left)},
                                Columns{std::max(reached.left, view.gap.right), reached.right}};
         for (const Columns part : parts) {
             if (view.look.dots) {
-                paint_dots(part, generation, ink);
+                paint_dots(part, generation, number_of(place, layer), place);
             } else {
-                paint_lines(part, generation, ink);
+                paint_lines(part, generation, number_of(place, layer), place);
             }
         }
     }
 }
 
-void TraceRaster::paint_lines(Columns columns, const Generation& generation, Ink ink) {
+void TraceRaster::paint_lines(Columns columns, const Generation& generation, std::uint8_t number,
+                              std::size_t place) {
     const auto runs = generation.runs();
-    // By copies of what finds a column: painting bytes might change the members, for all that the
-    // compiler knows.
-    const Finder find = finder();
-    for (int column = columns.left; column < columns.right; ++column) {
-        paint_run(find, column, runs[static_cast<std::size_t>(column)], ink);
+    for (int column = columns.left; column < columns.right;) {
+        RowRun& painted = painted_[place][stack_of(column)];
+        RowRun all = no_rows;
+        const int end = std::min(column / Tiles::side * Tiles::side + Tiles::side, columns.right);
+        for (; column < end; ++column) {
+            const RowRun run = runs[static_cast<std::size_t>(column)];
+            if (run.top < run.end) {
+                extend(all, run.top, run.end);
+                sheet_.paint(column % block_columns, run, number);
+            }
+        }
+        extend(painted, all.top, all.end);
     }
 }
 
-void TraceRaster::paint_dots(Columns columns, const Generation& generation, Ink ink) {
+void TraceRaster::paint_dots(Columns columns, const Generation& generation, std::uint8_t number,
+                             std::size_t place) {
     const auto points = generation.drawn_points();
     const Brush& brush = generation.brush();
-    const Finder find = finder();
-    const int height = height_;
     const int left = columns.left + brush.before() - brush.width();
     auto point = std::upper_bound(points.begin(), points.end(), left,
                                   [](int column, const Point& at) { return column < at.x; });
     for (; point != points.end() && point->x - brush.before() < columns.right; ++point) {
         int column = point->x - brush.before();
         for (const RowRun rows : brush.columns()) {
-            if (column >= columns.left && column < columns.right) {
-                const RowRun run{static_cast<std::int16_t>(std::max(point->y + rows.top, 0)),
-                                 static_cast<std::int16_t>(std::min(point->y + rows.end, height))};
-                paint_run(find, column, run, ink);
+            const RowRun run{static_cast<std::int16_t>(std::max(point->y + rows.top, 0)),
+                             static_cast<std::int16_t>(std::min(point->y + rows.end, height_))};
+            if (column >= columns.left && column < columns.right && run.top < run.end) {
+                extend(painted_[place][stack_of(column)], run.top, run.end);
+                sheet_.paint(column % block_columns, run, number);
             }
             ++column;
         }
     }
 }
 
-inline void TraceRaster::paint_run(const Finder& find, int column, RowRun run, Ink ink) {
-    if (run.top >= run.end) {
-        return;
-    }
-    column %= block_columns;
-    paint_bytes(find.sheet + static_cast<std::size_t>(column) * find.pitch + run.top,
-                run.end - run.top, ink.number, ink.keep);
-    Touched* const touched = find.touched + std::ptrdiff_t{column / touched_columns} * find.bands;
-    const int shift = column % touched_columns * word_rows;
-    const int last = (run.end - 1) / word_rows;
-    for (int group = run.top / word_rows; group <= last;) {
-        // All bits from the first group's to the last one's in this band.
-        const int end = std::min(last, group | (word_rows - 1));
-        touched[group / word_rows] |=
-            ((Touched{2} << (end % word_rows)) - (Touched{1} << (group % word_rows))) << shift;
-        group = end + 1;
+void TraceRaster::take_covered_out(Tiles& tiles, Columns columns, int top) const {
+    for (int left = columns.left / Tiles::side * Tiles::side; left < columns.right;
+         left += Tiles::side) {
+        tiles.remove(left, top, covered_.stack(left % block_columns, top));
     }
 }
 
-void TraceRaster::write_band(const Canvas& canvas, int top, Tiles& tiles) {
+void TraceRaster::write_band(const Canvas& canvas, int top, const Backdrop& backdrop,
+                             Tiles& tiles) {
+    constexpr int tiles_of_piece = RunSheet::piece_rows / Tiles::side;
+    constexpr unsigned whole_piece = (1U << tiles_of_piece) - 1;
     const Columns columns = canvas.columns();
-    for (int left = columns.left / touched_columns * touched_columns; left < columns.right;
-         left += touched_columns) {
-        Touched rest = std::exchange(touched(left, top / band_rows), 0);
-        if (rest == 0) {
-            continue;
-        }
-        tiles.add(left, top, stack_of(rest));
-        if (rest == ~Touched{0}) {
-            for (int row = top; row < std::min(top + band_rows, height_); row += word_rows) {
-                write_block(canvas.surface(), left, row, std::min(word_rows, height_ - row));
+    for (int left = columns.left / Tiles::side * Tiles::side; left < columns.right;
+         left += Tiles::side) {
+        const Tiles::Stack stack = covered_.stack(left % block_columns, top);
+        tiles.add(left, top, stack);
+        int row = top;
+        for (unsigned rest = stack; rest != 0; rest >>= tiles_of_piece) {
+            if ((rest & whole_piece) != 0) {
+                write_piece(canvas, {left, row}, rest & whole_piece, backdrop);
             }
+            row += RunSheet::piece_rows;
+        }
+    }
+}
+
+/// Takes what begins at `corner` off the sheet and writes those of its tiles whose bits `tiles`
+/// has, the lowest for the upper one.
+void TraceRaster::write_piece(const Canvas& canvas, Point corner, unsigned tiles,
+                              const Backdrop& backdrop) {
+    int column = corner.x % block_columns;
+    for (RunSheet::TwoPieces& two : places_) {
+        sheet_.take_two(column, corner.y, number_bits, two);
+        column += 2;
+    }
+    std::array<Pixel, Tiles::side> bare = {};
+    bare.fill(backdrop.ground);
+    const bool whole =
+        canvas.columns().left <= corner.x && canvas.columns().right >= corner.x + Tiles::side;
+    for (int first = 0; tiles != 0; first += Tiles::side, tiles >>= 1U) {
+        if ((tiles & 1U) == 0) {
             continue;
         }
-        for (; rest != 0; rest &= rest - 1) {
-            const int bit = std::countr_zero(rest);
-            const int row = top + bit % word_rows * word_rows;
-            write_rows(canvas.surface(), left + bit / word_rows, row,
-                       std::min(word_rows, height_ - row));
+        const Point at{corner.x, corner.y + first};
+        const bool drawn = backdrop.drawn == nullptr || backdrop.drawn->has(at.x, at.y);
+        const Under under = drawn
+                                ? Under{&backdrop.surface.row(at.y)[static_cast<std::size_t>(at.x)],
+                                        backdrop.surface.width()}
+                                : Under{bare.data(), 0};
+        if (whole) {
+            write_tile(canvas.surface(), at, first, under);
+        } else {
+            write_part(canvas, at, first, under);
         }
     }
 }
 
-inline void TraceRaster::write_block(Surface& surface, int left, int top, int rows) {
-    std::array<const std::uint8_t*, touched_columns> columns = {};
-    for (int column = 0; column < touched_columns; ++column) {
-        columns[static_cast<std::size_t>(column)] = seen(left + column, top);
-    }
-    for (int row = 0; row < rows; ++row) {
-        using Pixels = std::array<Pixel, touched_columns>;
-        Pixels colours = {};
-        for (std::size_t index = 0; index < colours.size(); ++index) {
-            colours[index] = palette_[columns[index][row]].colour;
-        }
-        // By bits and on copies, for several pixels to be told apart at a time.
-        Pixel* const place = &surface.at(left, top + row);
-        Pixels pixels = {};
-        std::memcpy(&pixels, place, sizeof pixels);
-        for (std::size_t index = 0; index < colours.size(); ++index) {
-            pixels[index] &= colours[index] == 0 ? ~Pixel{0} : Pixel{0};
-            pixels[index] |= colours[index];
-        }
-        std::memcpy(place, &pixels, sizeof pixels);
-    }
-    for (int column = 0; column < touched_columns; ++column) {
-        store<std::uint64_t>(seen(left + column, top), 0);
-    }
-}
-
-inline void TraceRaster::write_rows(Surface& surface, int column, int top, int rows) {
-    std::uint8_t* const bytes = seen(column, top);
-    Pixel* pixel = &surface.at(column, top);
+/// Writes a tile whose first row is row `first` of what was taken.
+void TraceRaster::write_tile(Surface& surface, Point corner, int first, const Under& under) const {
+    const Dyes& dyes = dyes_.front();
+    const int end = first + std::min(Tiles::side, height_ - corner.y);
     const int pitch = surface.width();
-    for (int row = 0; row < rows; ++row, pixel += pitch) {
-        const Dye& dye = palette_[bytes[row]];
-        *pixel = (*pixel & dye.keep) | dye.colour;
+    const Pixel* from = under.corner;
+    Pixel* to = &surface.at(corner.x, corner.y);
+    for (int row = first; row < end; ++row, from += under.pitch, to += pitch) {
+        for (std::size_t pair = 0; pair < pairs; ++pair) {
+            const std::size_t two = places_[pair][row];
+            Pair pixels = 0;
+            std::memcpy(&pixels, from + 2 * pair, sizeof pixels);
+            pixels = (pixels & dyes.keep[two]) | dyes.colour[two];
+            std::memcpy(to + 2 * pair, &pixels, sizeof pixels);
+        }
     }
-    store<std::uint64_t>(bytes, 0);
+}
+
+/// The same for a tile that only in part lies on `canvas`, pixel by pixel.
+void TraceRaster::write_part(const Canvas& canvas, Point corner, int first,
+                             const Under& under) const {
+    const int left = std::max(canvas.columns().left - corner.x, 0);
+    const int right = std::min(canvas.columns().right - corner.x, Tiles::side);
+    const int end = first + std::min(Tiles::side, height_ - corner.y);
+    const int pitch = canvas.surface().width();
+    const Pixel* from = under.corner;
+    Pixel* to = &canvas.surface().at(corner.x, corner.y);
+    for (int row = first; row < end; ++row, from += under.pitch, to += pitch) {
+        for (int column = left; column < right; ++column) {
+            const std::size_t two = places_[column / 2][row];
+            const Pixel colour = palette_[(two >> (column % 2 * number_bits)) % numbers];
+            to[column] = colour == 0 ? from[column] : colour;
+        }
+    }
 }
 
 } // namespace kv408

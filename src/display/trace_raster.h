@@ -6,30 +6,36 @@
 #include <vector>
 
 #include "display/canvas.h"
+#include "display/run_sheet.h"
 #include "display/tiles.h"
 #include "display/trace_look.h"
 
 namespace kv408 {
 
-/// Draws two traces at a time, straight onto the picture, with the pixels that painting each of
-/// them onto a surface of its own and copying it over with the background transparent gives.
+/// What lies under traces.
+struct Backdrop {
+    const Surface& surface;       ///< of the size of the picture; it may be the picture's own
+    const Tiles* drawn = nullptr; ///< what is not bare ground; nullptr: everything
+    Pixel ground = 0;
+};
+
+/// Draws up to two traces at a time on a backdrop, with the pixels that painting each of them onto
+/// a surface of its own and copying it over with the background transparent gives.
 ///
 /// It needs no line drawing, as a generation covers one run of rows in each column (Generation).
-/// The generations' runs are painted from the oldest to the newest onto a sheet that has one byte
-/// for each pixel, column after column, so that a run is a few whole words. A byte holds, in four
-/// bits for each trace, which of its generations is seen there; 0 is none, also for one in the
-/// background colour. Only the pixels whose byte is not 0 are then written to the picture; for
-/// them to be found quickly, a bit for every eight rows of a column notes what was painted on.
+/// The runs are painted onto a sheet with one number for each pixel (RunSheet), on which the higher
+/// number is seen: the trace on top has higher ones, and of each trace the newer generation. Then
+/// every pixel of the tiles that some run may have reached is written once, two columns at a time
+/// through a table of the pixels that belong to two numbers.
 class TraceRaster {
 public:
     /// Rows that are best written at a time, so that the picture's part in hand stays in the cache.
     static constexpr int band_rows = Tiles::band_rows;
 
-    /// Columns that are drawn at a time, from a multiple of it on: few enough for their sheet to
-    /// stay in the cache from one picture's block to the next.
-    static constexpr int block_columns = 128;
+    /// Columns that are drawn at a time, from a multiple of it on.
+    static constexpr int block_columns = RunSheet::columns;
 
-    /// Traces that are drawn at a time.
+    /// Traces that can be drawn at a time.
     static constexpr std::size_t most_traces = 2;
 
     /// Whether `view` can be drawn this way: each point of every generation that it shows lies one
@@ -37,69 +43,74 @@ public:
     /// every generation must begin in the same column.
     [[nodiscard]] static bool can_draw(const TraceView& view);
 
+    /// How many of `views`, at most two, can be drawn at a time. What a generation in the colour of
+    /// the background hides of its own trace's history must not hide the trace below: the traces
+    /// are then drawn one by one.
+    [[nodiscard]] static std::size_t drawn_at_a_time(std::span<const TraceView> views,
+                                                     Pixel background);
+
     /// For surfaces of `height` rows.
     explicit TraceRaster(int height);
 
-    /// Paints `columns`, all of one block, of `views`, at most two, the one that lies on top last,
-    /// onto the sheet.
+    /// Paints `columns`, all of one block, of `views`, no more than can be drawn at a time, the one
+    /// that lies on top last, onto the sheet.
     void paint(Columns columns, std::span<const TraceView> views, Pixel background);
 
-    /// Writes the rows of the sheet from `top`, a multiple of band_rows, up to the next such
-    /// multiple onto `canvas`, in the columns painted last, and clears them. What it may have
-    /// changed is added to `tiles`.
-    void write_band(const Canvas& canvas, int top, Tiles& tiles);
+    /// Takes the tiles out of `tiles` that lie in the band from row `top`, a multiple of band_rows,
+    /// and that write_band will write in `columns`, those painted last.
+    void take_covered_out(Tiles& tiles, Columns columns, int top) const;
+
+    /// Writes the tiles of the band from row `top` that the sheet has something of, on `backdrop`,
+    /// onto `canvas`, which has the columns painted last, clears the sheet there and adds the tiles
+    /// to `tiles`.
+    void write_band(const Canvas& canvas, int top, const Backdrop& backdrop, Tiles& tiles);
 
 private:
-    static constexpr int trace_bits = 4;
     static constexpr int strip_columns = 32; // few enough for their part of the sheet to stay near
-    static constexpr int word_rows = 8;
+    static constexpr int stacks = block_columns / Tiles::side;
+    static constexpr int number_bits = 5;
+    static constexpr std::size_t numbers = std::size_t{1} << number_bits;
+    static constexpr std::size_t twos = numbers * numbers;
+    static constexpr std::size_t pairs = Tiles::side / 2;
 
-    /// How the runs of one generation change the sheet's bytes.
-    struct Ink {
-        std::uint8_t number = 0; ///< bits of the trace to set
-        std::uint8_t keep = 0;   ///< bits of the other trace
+    /// The pixels of two neighbouring columns.
+    using Pair = std::uint64_t;
+
+    /// What two numbers of the sheet have to do with two pixels; a table for each, as the processor
+    /// finds a place in it without computing.
+    struct Dyes {
+        std::array<Pair, twos> keep = {};   ///< bits of the backdrop that are seen
+        std::array<Pair, twos> colour = {}; ///< bits that come instead
     };
 
-    /// How a byte of the sheet changes a pixel of the picture: either member is 0.
-    struct Dye {
-        Pixel keep = ~Pixel{0}; ///< bits of the pixel that stay
-        Pixel colour = 0;       ///< bits that come instead
-    };
+    /// For each pair of columns of a stack, the places of the dyes of rows taken at a time.
+    using Places = std::array<RunSheet::TwoPieces, pairs>;
 
-    /// One column's bytes for the rows of one band: a line of the cache.
-    struct alignas(band_rows) Cell {
-        std::array<std::uint8_t, band_rows> seen = {};
-    };
-
-    /// For eight columns of a band, which groups of eight rows were painted on: bit 8c + r for
-    /// column c and the rows from 8r.
-    using Touched = std::uint64_t;
-
-    /// Where the bytes and bits of a column of the block lie, from the block's first.
-    struct Finder {
-        std::uint8_t* sheet = nullptr;
-        std::size_t pitch = 0; ///< bytes from a column to the next
-        Touched* touched = nullptr;
-        int bands = 0; ///< numbers for each eight columns
+    /// The backdrop's pixels from a tile's corner on.
+    struct Under {
+        const Pixel* corner = nullptr;
+        int pitch = 0; ///< pixels from a row to the next
     };
 
     void choose_palette(std::span<const TraceView> views, Pixel background);
-    void paint_trace(Columns columns, const TraceView& view, Pixel background, int shift);
-    void paint_lines(Columns columns, const Generation& generation, Ink ink);
-    void paint_dots(Columns columns, const Generation& generation, Ink ink);
-    [[nodiscard]] Finder finder();
-    static void paint_run(const Finder& find, int column, RowRun run, Ink ink);
-    [[nodiscard]] std::uint8_t* seen(int column, int top);
-    [[nodiscard]] Touched& touched(int column, int band);
-    void write_block(Surface& surface, int left, int top, int rows);
-    void write_rows(Surface& surface, int column, int top, int rows);
+    void paint_trace(Columns columns, const TraceView& view, Pixel background, std::size_t place);
+    void paint_lines(Columns columns, const Generation& generation, std::uint8_t number,
+                     std::size_t place);
+    void paint_dots(Columns columns, const Generation& generation, std::uint8_t number,
+                    std::size_t place);
+    void note_covered();
+    void write_piece(const Canvas& canvas, Point corner, unsigned tiles, const Backdrop& backdrop);
+    void write_tile(Surface& surface, Point corner, int first, const Under& under) const;
+    void write_part(const Canvas& canvas, Point corner, int first, const Under& under) const;
 
     int height_;
-    int bands_;
-    std::size_t cells_;       ///< of a column
-    std::vector<Cell> sheet_; ///< all 0 but for what is painted and not yet written
-    std::vector<Touched> touched_;
-    std::array<Dye, 1U << (2 * trace_bits)> palette_ = {}; ///< of each value of a byte
+    RunSheet sheet_;
+    /// Of each trace, the rows between which it was painted on in each eight columns of the block.
+    std::array<std::array<RowRun, stacks>, most_traces> painted_ = {};
+    Tiles covered_; ///< of the block, those that were painted on, and maybe more
+    std::array<Pixel, numbers> palette_ = {}; ///< of each number; 0: the backdrop is seen
+    std::vector<Dyes> dyes_;                  ///< of two numbers, the left one in the lower bits
+    Places places_ = {};                      ///< what was taken last
 };
 
 } // namespace kv408
