@@ -138,8 +138,8 @@ void CursorDragTest::shift_moves_both_cursor_lines() {
     QCOMPARE(on.cursors().cursormode, cursor_mode::time_2);
     QCOMPARE(on.widget<QLabel>("centerfr")->text(), distance);
     // Without Shift again only the one that is grabbed.
-    mouse.press(on.window().plot(), on.on_plot(before[0] - 60, 300));
-    mouse.drag(on.units(10, 0));
+    mouse.press_pixel(on.window().plot(), on.pixel_of_unit(before[0] - 60, 300));
+    mouse.drag_to_pixel(on.window().plot(), on.pixel_of_unit(before[0] - 50, 300));
     mouse.release();
     QCOMPARE(static_cast<int>(on.cursors().hpos[0]), before[0] - 50);
     QCOMPARE(static_cast<int>(on.cursors().hpos[1]), before[1] - 60);
