@@ -166,7 +166,7 @@ void Snapshot::save_by_dialog(const std::string& name) {
     // Copies: sweeping goes on behind the dialog.
     const Surface plain = plot_box(picture_, panel_);
     const Surface scaled = with_scales();
-    const Surface shown = shown_plot_box(picture_, panel_);
+    const Surface shown = screen_ ? screen_() : shown_plot_box(picture_, panel_);
     const std::string vectors = svg_file(
         picture_, panel_, scale_lines(panel_, host_.clock.local_time(), picture_.captioned()),
         settings_.snapshotinvert);

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <functional>
 #include <string>
+#include <utility>
 
 #include "display/packed_picture.h"
 #include "display/picture.h"
@@ -57,6 +58,11 @@ public:
     /// The plot as it is now, not inverted, with the scales under it.
     [[nodiscard]] Surface with_scales() const;
 
+    /// Sets what gives the picture that the screen shows around and on the plot, with all that
+    /// stands there, for the kind of file that has it; it is called within the click. Without it
+    /// that kind has the plot with its margin at the size at which it is shown.
+    void show_by(std::function<Surface()> screen) { screen_ = std::move(screen); }
+
 private:
     [[nodiscard]] Surface finished(Surface image) const;
     void save_silently(const Surface& image, const std::string& name);
@@ -71,6 +77,7 @@ private:
     Picture& picture_;
     DisplaySettings& settings_;
     Host host_;
+    std::function<Surface()> screen_;
 };
 
 } // namespace kv408

@@ -15,7 +15,8 @@ namespace {
 
 constexpr int line_height = 20;
 constexpr int text_gap = 12;
-constexpr int letter_width = 8;
+constexpr int letter_width = 8;  ///< about: no program's font is known here
+constexpr int text_column = 170; ///< from text to text of the lines below the plot
 constexpr int letters = 13;
 
 /// `value` with at most two decimals.
@@ -321,6 +322,15 @@ void write_cursor_numbers(Writer& writer, const CursorLines& cursors, const Fron
     }
 }
 
+/// Letters of `text`, UTF-8.
+int letters_in(std::string_view text) {
+    return static_cast<int>(std::count_if(text.begin(), text.end(), [](char byte) {
+        constexpr unsigned kind_of_byte = 0xC0U;
+        constexpr unsigned inside_letter = 0x80U;
+        return (static_cast<unsigned char>(byte) & kind_of_byte) != inside_letter;
+    }));
+}
+
 /// Names the references and the computed traces in the upper right corner of the plot.
 void write_reference_names(Writer& writer, const std::vector<ShownReference>& references) {
     double y = box::top + line_height;
@@ -407,7 +417,7 @@ std::string svg_file(const Picture& picture, const FrontPanel& panel,
         double x = box::left;
         for (const PictureText& piece : line) {
             writer.text(x, y, pixel_of(piece.colour), piece.text);
-            x += static_cast<double>(piece.text.size()) * letter_width + text_gap;
+            x += std::max(text_column, letters_in(piece.text) * letter_width + text_gap);
         }
         y += line_height;
     }

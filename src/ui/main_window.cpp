@@ -22,6 +22,7 @@
 #include "ui/menus.h"
 #include "ui/plot_drags.h"
 #include "ui/qt_picture_coder.h"
+#include "ui/screen_picture.h"
 #include "ui/undo_menu.h"
 #include "ui/view_actions.h"
 #include "ui/window_halves.h"
@@ -60,6 +61,7 @@ MainWindow::MainWindow(Scope& scope, const Dialogs& dialogs)
     scope.help().on_topic([] { return manual_topic(QApplication::focusWidget()); });
     driver_.on_return([this] { entry_returned(); });
     scope.picture().on_drawn([this](Columns /*columns*/) { plot().show_changes(); });
+    scope.snapshot().show_by([this] { return picture_of_screen(*screen_); });
     timer_.setObjectName(u"Timer1"_s);
     timer_.setInterval(tick_interval);
     timer_.setTimerType(Qt::PreciseTimer);
@@ -73,6 +75,7 @@ MainWindow::~MainWindow() {
     // A drag under way is let go now, not when there is no driver any more to tell.
     hide();
     scope_.picture().on_drawn({});
+    scope_.snapshot().show_by({});
     scope_.help().on_topic({});
     scope_.settings_dialog().on_show({});
     scope_.settings_dialog().on_close({});

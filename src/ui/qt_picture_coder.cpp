@@ -15,6 +15,16 @@ QImage image_of(const Surface& surface) {
             QImage::Format_RGB32};
 }
 
+Surface surface_of(const QImage& image, const QRect& part) {
+    Surface surface(part.width(), part.height());
+    for (int y = 0; y < part.height(); ++y) {
+        const auto* const row =
+            reinterpret_cast<const Pixel*>(image.constScanLine(part.top() + y)) + part.left();
+        std::copy(row, row + part.width(), surface.row(y).begin());
+    }
+    return surface;
+}
+
 std::string QtPictureCoder::png(const Surface& picture) {
     QByteArray bytes;
     QBuffer buffer(&bytes);
@@ -52,12 +62,7 @@ Surface QtPictureCoder::with_lines(const Surface& picture, const std::vector<Tex
         top += line_height;
     }
     painter.end();
-    Surface surface(image.width(), image.height());
-    for (int y = 0; y < image.height(); ++y) {
-        const auto* const row = reinterpret_cast<const Pixel*>(image.constScanLine(y));
-        std::copy(row, row + image.width(), surface.row(y).begin());
-    }
-    return surface;
+    return surface_of(image, image.rect());
 }
 
 } // namespace kv408::ui

@@ -9,6 +9,9 @@ namespace kv408::ui {
 /// The pixels of `surface` as an image that must not outlive it.
 [[nodiscard]] QImage image_of(const Surface& surface);
 
+/// A copy of the pixels of `part`, which lies within `image`, whose format is RGB32.
+[[nodiscard]] Surface surface_of(const QImage& image, const QRect& part);
+
 /// Encodes pictures by Qt.
 class QtPictureCoder : public PictureCoder {
 public:

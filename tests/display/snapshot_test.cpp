@@ -165,6 +165,25 @@ TEST_F(SnapshotTest, AsOnTheScreenItHasTheSizeThatIsShownAndOtherwiseTheNatural)
     EXPECT_EQ(coder.pictures.back().at(32 + 300, 20 + 100), yellow);
 }
 
+TEST_F(SnapshotTest, AsOnTheScreenItIsWhatTheWindowShowsAtTheClick) {
+    settings.snapshotdialog = true;
+    settings.snapshotinvert = true;
+    Surface screen(9, 7);
+    screen.at(8, 6) = yellow;
+    snapshot.show_by([&screen] { return screen; });
+    choosers.on_ask = [&screen] { screen.at(8, 6) = white; };
+    choosers.kind = 5;
+    choosers.answers = {"/mine.png"};
+    snapshot.Command1_Click();
+    EXPECT_EQ(coder.pictures.back().width(), 9);
+    EXPECT_EQ(coder.pictures.back().height(), 7);
+    EXPECT_EQ(coder.pictures.back().at(8, 6), pixel_of(rgb(0, 0, 255)));
+    choosers.kind = 2;
+    choosers.answers = {"/mine.png"};
+    snapshot.Command1_Click();
+    EXPECT_EQ(coder.pictures.back().width(), 705) << "the plain kind stays as it is";
+}
+
 TEST_F(SnapshotTest, AnSvgHasGraticuleTracesCursorsMarkersAndScalesAsVectors) {
     settings.snapshotdialog = true;
     cursors.cursormode = cursor_mode::voltage_1;
@@ -186,7 +205,9 @@ TEST_F(SnapshotTest, AnSvgHasGraticuleTracesCursorsMarkersAndScalesAsVectors) {
     // No further, for programs that do not cut off what sticks out.
     EXPECT_TRUE(has("M64,-0.5v4") && has("M64,508.5v4")) << "ticks at top and bottom";
     EXPECT_TRUE(has("<text x=\"20\" y=\"124\" fill=\"#ffff00\">&lt;1&gt;</text>"));
-    EXPECT_TRUE(has(">2026-11-16 01:09:37</text>"));
+    // In columns of 170 from the plot's edge on, as below a bitmap.
+    EXPECT_TRUE(has("<text x=\"202\" y=\"554\" fill=\"#ffffff\">2026-11-16 01:09:37</text>"));
+    EXPECT_TRUE(has("<text x=\"372\" y=\"574\" fill=\"#ffff00\">Offset"));
     EXPECT_FALSE(has("stroke=\"#80dcff\"")) << "CH2 is off";
     settings.snapshotinvert = true;
     choosers.answers = {"/other.svg"};
