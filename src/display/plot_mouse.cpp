@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <string>
+#include <utility>
 
 #include "state/plot_geometry.h"
 #include "state/rounding.h"
@@ -87,8 +88,8 @@ bool PlotMouse::plot_MouseDown(double x, double y, bool together) {
     }
     grab(held_ == 0 ? adjust_key::cursor_1 : adjust_key::cursor_2);
     held_voltage_ = voltage;
-    last_x_ = x;
-    last_y_ = y;
+    last_x_ = round_to_int32(x);
+    last_y_ = round_to_int32(y);
     mode_before_ = cursors_.cursormode;
     if (together) {
         cursors_.cursormode = voltage ? cursor_mode::voltage_both : cursor_mode::time_both;
@@ -110,10 +111,11 @@ void PlotMouse::plot_MouseMove(double x, double y) {
     const bool voltage = cursor_mode::is_voltage(cursors_.cursormode);
     if (cursors_.cursormode == cursor_mode::voltage_both ||
         cursors_.cursormode == cursor_mode::time_both) {
-        double& last = voltage ? last_y_ : last_x_;
-        const int distance = round_to_int32((voltage ? y : x) - last);
-        last += distance;
-        move_both(distance);
+        // From unit to unit, as a single line goes: pixels that are no whole number of units apart
+        // would come to another distance at each scale.
+        int& last = voltage ? last_y_ : last_x_;
+        const int now = round_to_int32(voltage ? y : x);
+        move_both(now - std::exchange(last, now));
     } else if (voltage) {
         turn_to_row(round_to_int32(y)); // the line stands on whole rows
     } else {

@@ -66,8 +66,8 @@ private:
     bool holding_ = false;      ///< a cursor line is held
     std::size_t held_ = 0;      ///< which one
     bool held_voltage_ = false; ///< it was a voltage cursor's, and not a time cursor's
-    double last_x_ = 0.0;       ///< as far as both cursors have followed
-    double last_y_ = 0.0;
+    int last_x_ = 0;            ///< unit as far as which both cursors have followed
+    int last_y_ = 0;
     std::int16_t mode_before_ = 0; ///< cursor mode to return to after moving both
 };
 

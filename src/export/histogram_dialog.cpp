@@ -115,8 +115,8 @@ bool HistogramDialog::press(double x, double y) {
               .top = near_to(y, window_.top),
               .right = near_to(x, window_.right),
               .bottom = near_to(y, window_.bottom),
-              .x = x,
-              .y = y,
+              .x = std::lround(x),
+              .y = std::lround(y),
               .before = window_};
     // Of a narrow window the right and the lower edge can be taken; inside all of it.
     held.left = held.left && !held.right;
@@ -129,8 +129,9 @@ void HistogramDialog::drag(double x, double y) {
     if (!held_) {
         return;
     }
-    const auto right = static_cast<int>(std::lround(x - held_->x));
-    const auto down = static_cast<int>(std::lround(y - held_->y));
+    // From unit to unit, so that it is as many of them at each scale of the plot.
+    const auto right = static_cast<int>(std::lround(x) - held_->x);
+    const auto down = static_cast<int>(std::lround(y) - held_->y);
     PlotWindow window = held_->before;
     if (!held_->left && !held_->top && !held_->right && !held_->bottom) {
         const int by_x = std::clamp(right, -window.left, plot::width - window.right);

@@ -105,8 +105,8 @@ private:
         bool top = false;
         bool right = false;
         bool bottom = false;
-        double x = 0.0; ///< where it was taken
-        double y = 0.0;
+        long x = 0; ///< unit where it was taken
+        long y = 0;
         PlotWindow before;
     };
 

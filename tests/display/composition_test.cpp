@@ -269,10 +269,13 @@ TEST_P(Composition, between_single_points_follows_everything_else) {
     }
 }
 
-/// Random contents at random scales, among them those at which a unit is just not a pixel more.
+/// Random contents at random scales, among them those at which a unit is just not a pixel more. A
+/// window shows a whole number of pixels for the plot's 641 columns.
 TEST_P(Composition, at_any_scale_equals_the_plain_picture) {
     fill_history();
-    for (const double factor : {1.25, 1.49, 1.5, 1.9, 2.0, random(11, 29) / 10.0}) {
+    for (const double factor :
+         {644.0 / 641, 722.0 / 641, 1.25, 1.49, 1.5, 1078.0 / 641, 1.9, 2.0, 1465.0 / 641,
+          random(11, 29) / 10.0, random(642, 704) / 641.0, random(705, 1923) / 641.0}) {
         set_factor(factor);
         for (int round = 0; round < 2; ++round) {
             set_panel();
@@ -293,10 +296,12 @@ TEST_P(Composition, at_large_scales_equals_the_plain_picture) {
     set_panel();
     set_overlays();
     constexpr std::array factors{3.4, 4.7, 5.0, 8.0};
-    set_factor(factors[GetParam() % factors.size()]);
-    for (const bool dots : {false, true}) {
-        scene_.panel.eyeon.set_checked(dots);
-        ASSERT_TRUE(same_after(draw_flags::all)) << dots;
+    for (const double factor : {factors[GetParam() % factors.size()], random(1924, 5128) / 641.0}) {
+        set_factor(factor);
+        for (const bool dots : {false, true}) {
+            scene_.panel.eyeon.set_checked(dots);
+            ASSERT_TRUE(same_after(draw_flags::all)) << dots << " at " << factor;
+        }
     }
 }
 

@@ -62,7 +62,7 @@ void PlainPen::line(Point from, Point to, Pixel colour) const {
 }
 
 /// The first pixel of a unit's line; a unit of the plot lies wholly on the surface.
-int PlainPen::start(int unit, bool across) const {
+int PlainPen::start(double unit, bool across) const {
     const int pixels = across ? surface_->width() : surface_->height();
     const int first = place(unit) - width_ / 2;
     const bool inside = unit >= 0 && unit <= (across ? 640 : 512);
@@ -97,10 +97,31 @@ void PlainPen::column(int unit, int from, int to, Pixel colour, bool dotted) con
     }
 }
 
+/// The pixel edge nearest to the beginning of a unit.
+int PlainPen::edge(int unit) const {
+    return static_cast<int>(std::floor(unit * factor_ + 0.5));
+}
+
+void PlainPen::unit(int x, int y, Pixel colour) const {
+    fill({edge(x), edge(y), edge(x + 1), edge(y + 1)}, colour);
+}
+
+void PlainPen::slant(double from_x, double from_y, double to_x, double to_y, Pixel colour) const {
+    const bool steep = std::abs(to_y - from_y) > std::abs(to_x - from_x);
+    const auto [first, last] = steep ? std::minmax(from_y, to_y) : std::minmax(from_x, to_x);
+    for (int at = start(first, !steep); at < start(last + 1, !steep); ++at) {
+        const double unit = std::clamp((at + width_ / 2 + 0.5) / factor_ - 0.5, first, last);
+        if (steep) {
+            const double x = from_x + (to_x - from_x) * (unit - from_y) / (to_y - from_y);
+            fill({start(x, true), at, start(x, true) + width_, at + 1}, colour);
+        } else {
+            const double y = from_y + (to_y - from_y) * (unit - from_x) / (to_x - from_x);
+            fill({at, start(y, false), at + 1, start(y, false) + width_}, colour);
+        }
+    }
+}
+
 void PlainPen::circle(int left, int top, int size, Pixel colour) const {
-    const auto edge = [this](int unit) {
-        return static_cast<int>(std::floor(unit * factor_ + 0.5));
-    };
     const int pixels = static_cast<int>(std::floor(size * factor_ + 0.5));
     const double middle = pixels / 2.0;
     for (int down = 0; down < pixels; ++down) {

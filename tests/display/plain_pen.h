@@ -27,6 +27,14 @@ public:
     void row(int unit, int from, int to, Pixel colour, bool dotted) const;
     void column(int unit, int from, int to, Pixel colour, bool dotted) const;
 
+    /// A line that is neither a row nor a column from unit (`from_x`, `from_y`) to unit (`to_x`,
+    /// `to_y`): along the axis on which it goes further, each pixel as far across as the line is
+    /// there.
+    void slant(double from_x, double from_y, double to_x, double to_y, Pixel colour) const;
+
+    /// The pixels that unit (`x`, `y`) has to itself.
+    void unit(int x, int y, Pixel colour) const;
+
     /// A filled circle of `size` units from unit (`left`, `top`) on.
     void circle(int left, int top, int size, Pixel colour) const;
 
@@ -34,7 +42,8 @@ public:
     void graticule(Pixel background, Pixel colour, bool dotted) const;
 
 private:
-    [[nodiscard]] int start(int unit, bool across) const;
+    [[nodiscard]] int start(double unit, bool across) const;
+    [[nodiscard]] int edge(int unit) const;
     [[nodiscard]] std::vector<Columns> pieces(int from, int to, bool across, bool dotted) const;
 
     Surface* surface_;

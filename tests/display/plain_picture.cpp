@@ -102,6 +102,7 @@ void PlainPicture::draw_trace(Surface& picture, Channel channel) const {
 }
 
 void PlainPicture::draw_overlays(const PlainPen& pen) const {
+    extras.draw_marks(pen, pixel_of(scene_->colours.annotations));
     const CursorState& cursors = scene_->cursors;
     const CursorLines lines = cursor_lines(cursors, scene_->colours);
     for (const std::size_t cursor : {0U, 1U}) {
@@ -134,11 +135,14 @@ Surface PlainPicture::draw(unsigned flags) const {
     const PlainPen pen(picture, factor_);
     pen.graticule(pixel_of(scene_->colours.background), pixel_of(scene_->colours.grid),
                   scene_->panel.gridenable.checked());
+    extras.draw_curves(picture, factor_, extras.references);
+    extras.draw_densities(pen);
     for (const Channel channel : {ch2, ch1}) {
         if (shows(channel, flags)) {
             draw_trace(picture, channel);
         }
     }
+    extras.draw_curves(picture, factor_, extras.maths);
     if ((flags & draw_flags::overlays) != 0) {
         draw_overlays(pen);
     }

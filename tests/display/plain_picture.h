@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "picture_scene.h"
+#include "plain_extras.h"
 #include "plain_pen.h"
 
 namespace kv408::test {
@@ -22,6 +23,9 @@ public:
     void set_newest_point(int index) { newest_point_ = index; }
     void set_depth(int depth) { depth_ = depth; }
     void set_factor(double factor) { factor_ = factor; }
+
+    /// What is shown besides.
+    PlainExtras extras;
 
     /// The picture that the parts `flags` give now.
     [[nodiscard]] Surface draw(unsigned flags) const;

@@ -88,7 +88,9 @@ void DragTest::a_channel_marker_follows_every_pixel() {
     scale = on.window().plot().scale().factor();
     Mouse mouse(on.window());
     // The zero line is on row 256, where the wheel stands at 512.
-    const QPoint start = on.pixel_of_unit(-10, 256);
+    const QRect marker = on.widget("ch1text")->geometry();
+    const qreal ratio = on.window().devicePixelRatioF();
+    const QPoint start(static_cast<int>(marker.center().x() * ratio), on.pixel_of_unit(0, 256).y());
     mouse.press_pixel(on.window().plot(), start);
     const std::int32_t& wheel = on.parts().channels[0].marker_wheel;
     std::set<int> reached;

@@ -31,9 +31,30 @@ inline std::vector<double> drag_scales() {
 /// Scales in pixels of the screen, `ratio` of which are a unit of the window. Some show a unit of
 /// the plot smaller than that, as far as the least window goes.
 inline std::vector<double> pixel_scales(qreal ratio) {
-    std::vector<double> scales = {1.0, 1.3, 1.5, 1.9, 2.0, 2.6};
+    std::vector<double> scales = {1.0, 1078.0 / 641, 1.3, 1.5, 1.9, 2.0, 2.6};
+    if (series_stride == 1) {
+        scales.insert(scales.end(), {3.4, 5.0});
+    }
     std::erase_if(scales, [ratio](double scale) { return scale < 0.85 * ratio; });
     return scales;
+}
+
+/// The pixel of the screen in which unit (`x`, `y`) of the plot lies, from the first of `plot`.
+inline QPoint pixel_of_unit(const PlotWidget& plot, int x, int y) {
+    const double factor = plot.scale().factor();
+    const auto pixel = [factor](int margin, int unit) {
+        return static_cast<int>(std::floor(margin * factor + 0.5) +
+                                std::floor((unit + 0.5) * factor));
+    };
+    return {pixel(box::left, x), pixel(box::top, y)};
+}
+
+/// Makes `window` just wide enough for the plot at `scale`.
+inline void make_room(MainWindow& window, const PlotScale& scale) {
+    const qreal ratio = window.devicePixelRatioF();
+    const int beside = window.controls().sizeHint().width() + 3 * 8 + 2 * 4;
+    window.resize(beside + PlotWidget::size_at(scale, ratio).width(),
+                  static_cast<int>(600 * scale.factor() / ratio) + 400);
 }
 
 /// The program sweeping, and the mouse over its window.
@@ -43,9 +64,7 @@ struct Dragging : ProgramOnBench {
     [[nodiscard]] bool begin(double scale = 1.0) {
         const qreal ratio = window().devicePixelRatioF();
         const PlotScale wanted(scale * ratio);
-        const int beside = window().controls().sizeHint().width() + 3 * 8 + 2 * 4;
-        window().resize(beside + PlotWidget::size_at(wanted, ratio).width(),
-                        static_cast<int>(600 * scale) + 400);
+        make_room(window(), wanted);
         return run_until_sweeping() &&
                std::abs(window().plot().scale().width() - wanted.width()) <= std::ceil(ratio) - 1;
     }
@@ -65,15 +84,8 @@ struct Dragging : ProgramOnBench {
         mouse.drag_to_pixel(window().plot(), {x, pixel_of_unit(0, to).y()});
     }
 
-    /// The pixel of the screen in which unit (`x`, `y`) of the plot lies, from the plot widget's
-    /// first.
     [[nodiscard]] QPoint pixel_of_unit(int x, int y) {
-        const PlotScale& scale = window().plot().scale();
-        const auto pixel = [&](int margin, int unit) {
-            return static_cast<int>(std::floor(margin * scale.factor() + 0.5) +
-                                    std::floor((unit + 0.5) * scale.factor()));
-        };
-        return {pixel(box::left, x), pixel(box::top, y)};
+        return ui::pixel_of_unit(window().plot(), x, y);
     }
 
     /// Units of the window for as many units of the plot.

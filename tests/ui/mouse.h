@@ -48,9 +48,9 @@ public:
 
     /// Presses the left button on the pixel `pixel` of the screen's, counted from the first one of
     /// `widget`, as a screen tells it that has several pixels for each unit of the window.
-    void press_pixel(const QWidget& widget, QPoint pixel) {
+    void press_pixel(const QWidget& widget, QPoint pixel, Qt::KeyboardModifiers modifiers = {}) {
         point_at(widget, pixel);
-        send(QEvent::MouseButtonPress, Qt::LeftButton, Qt::LeftButton);
+        send(QEvent::MouseButtonPress, Qt::LeftButton, Qt::LeftButton, modifiers);
     }
 
     /// Drags to such a pixel.
@@ -90,9 +90,10 @@ private:
     }
 
     /// Sends what happens at `on_pixel_` with `button`, after which `held` are held.
-    void send(QEvent::Type type, Qt::MouseButton button, Qt::MouseButtons held) {
+    void send(QEvent::Type type, Qt::MouseButton button, Qt::MouseButtons held,
+              Qt::KeyboardModifiers modifiers = {}) {
         QMouseEvent event(type, *on_pixel_, *on_pixel_, top_.mapToGlobal(*on_pixel_), button, held,
-                          Qt::NoModifier);
+                          modifiers);
         QSpontaneKeyEvent::setSpontaneous(&event);
         qApp->notify(top_.windowHandle(), &event);
     }
