@@ -91,6 +91,7 @@ void ControlPanel::take_status_back() {
     // Above the row of buttons.
     auto& rest = static_cast<QVBoxLayout&>(*rest_->layout());
     rest.insertWidget(rest.count() - 1, &status());
+    status().stack_parts(columns_ == 1);
     status().show();
 }
 

@@ -1,6 +1,7 @@
 #include "ui/main_window.h"
 
 #include <chrono>
+#include <cmath>
 
 #include <QAction>
 #include <QApplication>
@@ -38,6 +39,17 @@ constexpr std::chrono::milliseconds tick_interval = 100ms;
 /// How long the start-up waits at most for the window to be on the screen.
 constexpr std::chrono::milliseconds longest_wait_for_screen = 500ms;
 
+/// The largest size in whole units, each of `ratio` pixels, that is no larger than the screen's
+/// whose size in units has been rounded to `rounded`.
+QSize whole_units(QSize rounded, qreal ratio) {
+    constexpr double rounding_error = 1e-6;
+    const auto within = [&](int units) {
+        const double pixels = std::floor(units * ratio + rounding_error);
+        return static_cast<int>(std::floor(pixels / ratio + rounding_error));
+    };
+    return {within(rounded.width()), within(rounded.height())};
+}
+
 } // namespace
 
 MainWindow::MainWindow(Scope& scope, const Dialogs& dialogs)
@@ -51,7 +63,8 @@ MainWindow::MainWindow(Scope& scope, const Dialogs& dialogs)
       remote_(dialogs.remote, dialogs.asked, driver_, *this, plot()) {
     setWindowTitle(u"Kv408 - Tarvo  V1.6"_s);
     lay_out();
-    const QSize room = screen()->availableSize() - QSize(0, title_bar_height);
+    const QSize room = whole_units(screen()->availableSize(), screen()->devicePixelRatio()) -
+                       QSize(0, title_bar_height);
     resize(sizeHint().boundedTo(room).expandedTo(minimumSizeHint()));
     take_plot_drags(plot(), driver_);
     screen_->add_references(scope.tools().references(), scope.tools().maths(), driver_);

@@ -81,6 +81,8 @@ void PanelFrame::stack_parts(bool stacked) {
     if (parts_ != nullptr) {
         parts_->setDirection(stacked ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
         parts_->setSpacing(stacked ? frame_measure::row_spacing : gap_);
+        // The layout that the frame lies in does not notice by itself.
+        updateGeometry();
     }
 }
 
@@ -96,6 +98,25 @@ int PanelFrame::least_width(bool stacked) const {
         together += width + gap_;
     }
     return (stacked ? widest : together) + 2 * side_margin;
+}
+
+bool PanelFrame::shows_both_halves_in(int width) const {
+    return width >= 2 * least_width(true);
+}
+
+int PanelFrame::usual_height(bool stacked) const {
+    if (parts_ == nullptr) {
+        return sizeHint().height();
+    }
+    int highest = 0;
+    int together = -frame_measure::row_spacing;
+    for (int index = 0; index < parts_->count(); ++index) {
+        const int height = parts_->itemAt(index)->sizeHint().height();
+        highest = std::max(highest, height);
+        together += height + frame_measure::row_spacing;
+    }
+    const QMargins around = contentsMargins();
+    return (stacked ? together : highest) + around.top() + around.bottom();
 }
 
 void PanelFrame::leave_room_for_title() {

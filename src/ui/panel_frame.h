@@ -33,6 +33,12 @@ public:
     /// The least width that shows all of it, with its parts one below the other or side by side.
     [[nodiscard]] int least_width(bool stacked) const;
 
+    /// Whether in `width` each half is wide enough for the widest part.
+    [[nodiscard]] bool shows_both_halves_in(int width) const;
+
+    /// The usual height with its parts one below the other or side by side.
+    [[nodiscard]] int usual_height(bool stacked) const;
+
     [[nodiscard]] QSize minimumSizeHint() const override;
 
 protected:

@@ -1,6 +1,7 @@
 #include "ui/results_panel.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -16,9 +17,7 @@ namespace {
 using namespace Qt::StringLiterals;
 
 constexpr int rows = results_rows;
-constexpr int mark_width = 14;
 constexpr int usual_name_width = 90;
-constexpr int rule_gap = 10; ///< ahead of the second channel, with the rule in its middle
 
 /// Covers results that are old, so that they are shown faintly.
 class Veil : public QWidget {
@@ -36,6 +35,15 @@ protected:
         QPainter(this).fillRect(rect(), ground);
     }
 };
+
+/// Fills `place` in whole pixels of the screen: what is as thick wherever it lies looks so.
+void fill_pixels(QPainter& painter, const QRect& place, const QColor& colour) {
+    const QTransform to_pixels = painter.deviceTransform();
+    const QRectF exact = to_pixels.mapRect(QRectF(place));
+    const QRectF whole(std::round(exact.left()), std::round(exact.top()), std::round(exact.width()),
+                       std::round(exact.height()));
+    painter.fillRect(to_pixels.inverted().mapRect(whole), colour);
+}
 
 /// The panel with a rule above each of its rows and one between the channels.
 class ResultsPanel : public QWidget {
@@ -66,13 +74,22 @@ protected:
         const QMargins margins = layout()->contentsMargins();
         const QColor rule = palette().color(QPalette::WindowText);
         for (int row = 0; row < rows; ++row) {
-            painter.fillRect(margins.left(), row * height() / rows,
-                             width() - margins.left() - margins.right(), 1, rule);
+            const int top = row * height() / rows;
+            fill_pixels(painter,
+                        {margins.left(), top, width() - margins.left() - margins.right(), 1}, rule);
         }
-        painter.fillRect(width() / 2 - rule_gap / 2, 0, 1, height(), rule);
+        fill_pixels(painter, {between_channels() - results_measure::rule_gap / 2, 0, 1, height()},
+                    rule);
     }
 
 private:
+    /// Where the half of the second channel begins.
+    [[nodiscard]] int between_channels() const {
+        const auto& halves = static_cast<const QHBoxLayout&>(*layout());
+        return halves.stretch(0) == halves.stretch(1) ? width() / 2
+                                                      : halves.itemAt(1)->geometry().left();
+    }
+
     QGridLayout* names_ = nullptr;
     Veil* veil_ = new Veil(this);
 };
@@ -109,8 +126,8 @@ QWidget* make_results_panel(FrontPanel& panel, QWidget* parent) {
     halves->setContentsMargins(0, 0, 0, 0);
     halves->setSpacing(0);
     QGridLayout* const left = make_half(results);
-    left->setContentsMargins(0, 1, rule_gap, 0);
-    left->setColumnMinimumWidth(0, mark_width);
+    left->setContentsMargins(0, 1, results_measure::rule_gap, 0);
+    left->setColumnMinimumWidth(0, results_measure::mark_width);
     results->set_names(left);
     left->setColumnStretch(2, 1);
     QGridLayout* const right = make_half(results);

@@ -32,6 +32,23 @@ constexpr double growth_step = 0.25; ///< of the texts
 constexpr double most_growth = 2.0;  ///< of the texts
 constexpr int most_lines = 6;        ///< of read-outs: four above the plot, two below it
 
+/// The outermost columns of the plot box are empty.
+constexpr int empty_columns = 2;
+
+/// Parts of the column right of the plot that CH1, with the names, and CH2 take.
+constexpr int first_part = 7;
+constexpr int second_part = 5;
+/// A column with room to spare is so much wider than it has to be, at most.
+constexpr double ease_of_column = 1.25;
+
+/// The longest texts below the plot.
+QString longest_volts() {
+    return u"50mV (VT) (inv)"_s;
+}
+QString longest_result() {
+    return u"-123.456mV "_s;
+}
+
 /// A scale at which the plot is `pixels` wide.
 PlotScale scale_of_width(int pixels) {
     return PlotScale(static_cast<double>(pixels) / plot::width);
@@ -139,7 +156,54 @@ QWidget* ScreenPanel::make_cursor_read_outs(FrontPanel& panel) {
     return column;
 }
 
-QSize ScreenPanel::size_of_rows(int lines, const RowHeights& heights) {
+void ScreenPanel::set_beside(PanelFrame* status) {
+    if (beside_ == status) {
+        return;
+    }
+    beside_ = status;
+    if (status != nullptr) {
+        status->setParent(this);
+        status->show();
+    }
+    for (QWidget* const row : {footer_, results_}) {
+        auto& halves = static_cast<QHBoxLayout&>(*row->layout());
+        halves.setStretch(0, status != nullptr ? first_part : 0);
+        halves.setStretch(1, status != nullptr ? second_part : 0);
+    }
+    updateGeometry();
+    fit();
+}
+
+ScreenPanel::Room ScreenPanel::present_room() const {
+    return {.size = size(), .ratio = devicePixelRatioF(), .beside = beside_};
+}
+
+std::optional<PlotScale> ScreenPanel::scale_in(QSize size, const PanelFrame* beside) const {
+    const QSize least = least_size(beside);
+    if (least.width() > size.width() || least.height() > size.height()) {
+        return std::nullopt;
+    }
+    return largest_scale({.size = size, .ratio = devicePixelRatioF(), .beside = beside});
+}
+
+int ScreenPanel::column_width(const PanelFrame& beside, double growth) const {
+    const auto width_of = [&](const QString& text) {
+        return std::ceil(fontMetrics().horizontalAdvance(text) * growth);
+    };
+    const double first = width_of(u"Vmean "_s + longest_result()) + results_measure::mark_width +
+                         results_measure::rule_gap;
+    const double second = width_of(longest_volts());
+    const double parts = std::max(first / first_part, second / second_part);
+    return std::max(static_cast<int>(std::ceil(parts * (first_part + second_part))),
+                    beside.least_width(true));
+}
+
+QSize ScreenPanel::size_of_rows(int lines, double growth, const RowHeights& heights,
+                                const PanelFrame* beside) const {
+    if (beside != nullptr) {
+        // The plot box ends with a margin of its own.
+        return {2 * padding + column_width(*beside, growth), lines * heights.line + padding};
+    }
     return {2 * padding, lines * heights.line + results_rows * heights.result + 2 * padding};
 }
 
@@ -162,7 +226,7 @@ int ScreenPanel::footer_lines(int columns, double growth) const {
     QFont bold = font();
     bold.setBold(true);
     const int longest = QFontMetrics(bold).horizontalAdvance(u"CH2"_s) + footer_spacing +
-                        fontMetrics().horizontalAdvance(u"50mV (VT) (inv)"_s);
+                        fontMetrics().horizontalAdvance(longest_volts());
     return 2 * longest * growth <= columns ? 1 : 2;
 }
 
@@ -195,42 +259,51 @@ void ScreenPanel::grow_texts(double growth) {
     }
 }
 
-int ScreenPanel::lines_around(const PlotScale& scale, qreal ratio) const {
-    const double growth = growth_at(scale, ratio);
-    const int columns = PlotWidget::size_at(scale, ratio).width() * plot::width / box::width;
-    return header_->lines_within(columns, growth) + footer_lines(columns, growth);
+int ScreenPanel::lines_around(const PlotScale& scale, const Room& room) const {
+    const double growth = growth_at(scale, room.ratio);
+    const int columns = PlotWidget::size_at(scale, room.ratio).width() * plot::width / box::width;
+    const int above = header_->lines_within(columns, growth);
+    return room.beside != nullptr ? above : above + footer_lines(columns, growth);
 }
 
-QSize ScreenPanel::size_around(const PlotScale& scale, qreal ratio,
+QSize ScreenPanel::size_around(const PlotScale& scale, const Room& room,
                                const RowHeights& heights) const {
-    return PlotWidget::size_at(scale, ratio) + size_of_rows(lines_around(scale, ratio), heights);
+    return PlotWidget::size_at(scale, room.ratio) + size_of_rows(lines_around(scale, room),
+                                                                 growth_at(scale, room.ratio),
+                                                                 heights, room.beside);
 }
 
 QSize ScreenPanel::sizeHint() const {
     const qreal ratio = std::max(1.0, devicePixelRatioF());
-    return size_around(PlotScale(ratio), ratio, usual_heights(1.0)) + QSize(0, padding);
+    const Room room{.size = {}, .ratio = ratio, .beside = nullptr};
+    return size_around(PlotScale(ratio), room, usual_heights(1.0)) + QSize(0, padding);
+}
+
+QSize ScreenPanel::least_size(const PanelFrame* beside) const {
+    const Room room{.size = {}, .ratio = std::max(1.0, devicePixelRatioF()), .beside = beside};
+    const int sides = beside != nullptr ? 1 : 2;
+    return size_around(PlotScale(), room, least_heights()) -
+           QSize(sides * (padding + empty_columns), 0);
 }
 
 QSize ScreenPanel::minimumSizeHint() const {
-    // The outermost columns of the plot box are empty.
-    constexpr int empty = 2;
-    return size_around(PlotScale(), std::max(1.0, devicePixelRatioF()), least_heights()) -
-           QSize(2 * (padding + empty), 0);
+    return least_size(beside_);
 }
 
-bool ScreenPanel::fits(const PlotScale& scale) const {
-    const QSize needed = size_around(scale, ratio_, usual_heights(growth_at(scale, ratio_)));
-    return needed.width() <= width() && needed.height() <= height();
+bool ScreenPanel::fits(const PlotScale& scale, const Room& room) const {
+    const QSize needed = size_around(scale, room, usual_heights(growth_at(scale, room.ratio)));
+    return needed.width() <= room.size.width() && needed.height() <= room.size.height();
 }
 
-PlotScale ScreenPanel::largest_scale() const {
+PlotScale ScreenPanel::largest_scale(const Room& room) const {
     // A larger plot may need less height, as its texts stand in fewer lines. With texts of one size
     // in a given number of lines it always needs more.
+    const int least_lines = room.beside != nullptr ? 1 : 2;
     for (double growth = most_growth; growth >= 1.0; growth -= growth_step) {
-        for (int lines = 2; lines <= most_lines; ++lines) {
-            const PlotScale scale = largest_with(growth, lines);
-            if (growth_at(scale, ratio_) == growth && lines_around(scale, ratio_) <= lines &&
-                fits(scale)) {
+        for (int lines = least_lines; lines <= most_lines; ++lines) {
+            const PlotScale scale = largest_with(growth, lines, room);
+            if (growth_at(scale, room.ratio) == growth && lines_around(scale, room) <= lines &&
+                fits(scale, room)) {
                 return scale;
             }
         }
@@ -238,12 +311,12 @@ PlotScale ScreenPanel::largest_scale() const {
     return PlotScale();
 }
 
-PlotScale ScreenPanel::largest_with(double growth, int lines) const {
-    const QSize room = size() - size_of_rows(lines, usual_heights(growth));
+PlotScale ScreenPanel::largest_with(double growth, int lines, const Room& room) const {
+    const QSize free = room.size - size_of_rows(lines, growth, usual_heights(growth), room.beside);
     const auto fitting = [&](const PlotScale& scale) {
-        const QSize needed = PlotWidget::size_at(scale, ratio_);
-        return growth_at(scale, ratio_) <= growth && needed.width() <= room.width() &&
-               needed.height() <= room.height();
+        const QSize needed = PlotWidget::size_at(scale, room.ratio);
+        return growth_at(scale, room.ratio) <= growth && needed.width() <= free.width() &&
+               needed.height() <= free.height();
     };
     int widest = plot::width;
     int beyond = PlotScale(PlotScale::largest).width() + 1;
@@ -257,7 +330,7 @@ PlotScale ScreenPanel::largest_with(double growth, int lines) const {
     const double twentieths = scale_of_width(widest).factor() * steps;
     for (const double whole : {std::ceil(twentieths), std::floor(twentieths)}) {
         const PlotScale even(whole / steps);
-        if (widest - even.width() < ratio_ && fitting(even)) {
+        if (widest - even.width() < room.ratio && fitting(even)) {
             return even;
         }
     }
@@ -275,11 +348,12 @@ void ScreenPanel::resizeEvent(QResizeEvent* event) {
 }
 
 void ScreenPanel::fit() {
-    ratio_ = devicePixelRatioF();
-    const PlotScale scale = largest_scale();
-    grow_texts(growth_at(scale, ratio_));
+    const Room room = present_room();
+    ratio_ = room.ratio;
+    const PlotScale scale = largest_scale(room);
+    grow_texts(growth_at(scale, room.ratio));
     plot_->set_scale(scale);
-    place_parts(fits(scale) ? usual_heights(growth_) : least_heights());
+    place_parts(fits(scale, room) ? usual_heights(growth_) : least_heights());
 }
 
 void ScreenPanel::place_parts(const RowHeights& heights) {
@@ -289,20 +363,36 @@ void ScreenPanel::place_parts(const RowHeights& heights) {
     const int left = edge(box::left);
     const int right = plot_->width() - edge(box::left + plot::width);
     const int columns = plot_->width() - left - right;
-    const int footer = footer_lines(columns, growth_);
     // The results have their place also while they are hidden.
-    const int needed = size_around(plot_->scale(), ratio_, heights).height();
+    const int needed = size_around(plot_->scale(), present_room(), heights).height();
     int top = (height() - needed + padding) / 2;
+    int column = 0;
+    if (beside_ != nullptr) {
+        const int least = column_width(*beside_, growth_);
+        column = std::clamp(width() - padding - plot_->width() - padding, least,
+                            static_cast<int>(least * ease_of_column));
+    }
+    const int from = (width() - plot_->width() - column) / 2;
     const auto place = [&](QWidget* widget, int high) {
-        widget->setGeometry((width() - plot_->width()) / 2, top, plot_->width(), high);
+        widget->setGeometry(from, top, plot_->width(), high);
         top += high;
     };
-    stack_footer(footer);
     header_->set_margins(left, right);
     place(header_, header_->lines_within(columns, growth_) * heights.line);
     place(plot_, plot_->height());
-    place(footer_, footer * heights.line);
-    place(results_, results_rows * heights.result);
+    const bool beneath = beside_ == nullptr;
+    for (const QWidget* row : {footer_, results_}) {
+        row->layout()->setContentsMargins(beneath ? left : 0, 0, beneath ? right : 0, 0);
+    }
+    if (beneath) {
+        const int footer = footer_lines(columns, growth_);
+        stack_footer(footer);
+        place(footer_, footer * heights.line);
+        place(results_, results_rows * heights.result);
+    } else {
+        const int area = plot_->y() + static_cast<int>(plot_->place_of(0, box::top).y());
+        place_column({from + plot_->width(), area, column, height() - area}, heights);
+    }
     constexpr int from_edge = 8;
     cursor_read_outs_->move(plot_->place_of(box::left + from_edge, box::top + from_edge).toPoint());
     cursor_numbers_->fit();
@@ -312,9 +402,22 @@ void ScreenPanel::place_parts(const RowHeights& heights) {
     for (ClippingMarks* const marks : clipping_marks_) {
         marks->fit();
     }
-    for (const QWidget* row : {footer_, results_}) {
-        row->layout()->setContentsMargins(left, 0, right, 0);
-    }
+}
+
+void ScreenPanel::place_column(const QRect& place, const RowHeights& heights) {
+    int top = place.top();
+    const auto put = [&](QWidget* widget, int high) {
+        widget->setGeometry(place.left(), top, place.width(), high);
+        top += high;
+    };
+    const int footer = footer_lines(place.width(), growth_);
+    stack_footer(footer);
+    put(footer_, footer * heights.line);
+    put(results_, results_rows * heights.result);
+    top += heights.result;
+    const bool stacked = !beside_->shows_both_halves_in(place.width());
+    beside_->stack_parts(stacked);
+    put(beside_, beside_->usual_height(stacked));
 }
 
 bool ScreenPanel::eventFilter(QObject* watched, QEvent* event) {

@@ -10,6 +10,7 @@
 #include "panel/front_panel.h"
 #include "ui/clipping_marks.h"
 #include "ui/cursor_numbers.h"
+#include "ui/panel_frame.h"
 #include "ui/plot_widget.h"
 #include "ui/reference_plates.h"
 #include "ui/screen_header.h"
@@ -19,6 +20,7 @@ namespace kv408::ui {
 /// The left half of the window: the plot on a surround of its colour with the read-outs above and
 /// below it and the results of the measurements. The plot is as large as its room lets it be; the
 /// texts around it grow with it by quarters up to twice their size. All of it stays in the middle.
+/// What stands below the plot may stand in a column to its right instead.
 class ScreenPanel : public QWidget {
 public:
     /// Shows `picture` and the controls of `panel` that lie on the screen.
@@ -36,11 +38,23 @@ public:
     /// Puts the numbers of the cursors to the lines that `cursors` shows.
     void show_cursors(const CursorState& cursors) { cursor_numbers_->show(cursors); }
 
+    /// Puts the read-outs below the plot and the results into a column to its right, and under them
+    /// `status`, which becomes a child; null puts them below the plot again, and leaves the frame
+    /// that was there to the caller. The size hint stays what it is with them below the plot.
+    void set_beside(PanelFrame* status);
+
+    /// The scale that the plot has in `size` with `beside` in the column to its right, or without a
+    /// column where that is null; none where not even natural size fits.
+    [[nodiscard]] std::optional<PlotScale> scale_in(QSize size, const PanelFrame* beside) const;
+
+    /// Room for everything with a pixel of the picture as large as one of the screen and the texts
+    /// close to it, with `beside` in the column, or without one.
+    [[nodiscard]] QSize least_size(const PanelFrame* beside) const;
+
     /// Room for everything with a pixel of the picture as large as a unit of the window.
     [[nodiscard]] QSize sizeHint() const override;
 
-    /// Room for everything with a pixel of the picture as large as one of the screen and the texts
-    /// close to it.
+    /// The least size with what is beside the plot now.
     [[nodiscard]] QSize minimumSizeHint() const override;
 
 protected:
@@ -56,6 +70,16 @@ private:
         int result; ///< of a row of the results
     };
 
+    /// What the plot has to fit into.
+    struct Room {
+        QSize size;
+        qreal ratio;              ///< pixels of the screen for each unit of the window
+        const PanelFrame* beside; ///< what stands in the column right of the plot, or null
+    };
+
+    /// The room that there is now.
+    [[nodiscard]] Room present_room() const;
+
     /// As high as the rows are where there is room, and as low as they may become.
     [[nodiscard]] RowHeights usual_heights(double growth) const;
     [[nodiscard]] RowHeights least_heights() const;
@@ -64,21 +88,26 @@ private:
     /// `ratio` pixels for each unit of the window.
     [[nodiscard]] static double growth_at(const PlotScale& scale, qreal ratio);
 
-    /// Lines of read-outs above and below a plot of `scale` on such a screen.
-    [[nodiscard]] int lines_around(const PlotScale& scale, qreal ratio) const;
+    /// Lines of read-outs above and, where there is no column, below a plot of `scale`.
+    [[nodiscard]] int lines_around(const PlotScale& scale, const Room& room) const;
 
-    /// What the plot's size grows by with `lines` lines of read-outs and the results around it.
-    [[nodiscard]] static QSize size_of_rows(int lines, const RowHeights& heights);
+    /// The least width of the column with `beside` in it and texts `growth` times the desktop's.
+    [[nodiscard]] int column_width(const PanelFrame& beside, double growth) const;
 
-    /// The size of all of it around a plot of `scale` on such a screen.
-    [[nodiscard]] QSize size_around(const PlotScale& scale, qreal ratio,
+    /// What the plot's size grows by with `lines` lines of read-outs and the results around it, in
+    /// texts `growth` times as large as the desktop's.
+    [[nodiscard]] QSize size_of_rows(int lines, double growth, const RowHeights& heights,
+                                     const PanelFrame* beside) const;
+
+    /// The size of all of it around a plot of `scale`.
+    [[nodiscard]] QSize size_around(const PlotScale& scale, const Room& room,
                                     const RowHeights& heights) const;
-    [[nodiscard]] bool fits(const PlotScale& scale) const;
-    [[nodiscard]] PlotScale largest_scale() const;
+    [[nodiscard]] bool fits(const PlotScale& scale, const Room& room) const;
+    [[nodiscard]] PlotScale largest_scale(const Room& room) const;
     /// The largest scale with which there is room for `lines` lines of texts `growth` times as
     /// large as the desktop's, and which has texts no larger than that; natural size where there is
     /// none.
-    [[nodiscard]] PlotScale largest_with(double growth, int lines) const;
+    [[nodiscard]] PlotScale largest_with(double growth, int lines, const Room& room) const;
     /// Lines of the read-outs below a plot of `columns` units of the window: 1, or 2 where the
     /// channels' names stand above their values.
     [[nodiscard]] int footer_lines(int columns, double growth) const;
@@ -86,6 +115,8 @@ private:
     void grow_texts(double growth);
     void fit();
     void place_parts(const RowHeights& heights);
+    /// Puts what stands in the column into `place`, from its top down.
+    void place_column(const QRect& place, const RowHeights& heights);
     [[nodiscard]] QWidget* make_footer(FrontPanel& panel);
     void make_markers(FrontPanel& panel);
     [[nodiscard]] QWidget* make_cursor_read_outs(FrontPanel& panel);
@@ -95,6 +126,7 @@ private:
     std::vector<QBoxLayout*> footer_halves_;
     QWidget* footer_;
     QWidget* results_;
+    PanelFrame* beside_ = nullptr; ///< in the column right of the plot, while there is one
     QWidget* cursor_read_outs_;
     ReferencePlates* references_ = nullptr; ///< once they have been added
     std::vector<ClippingMarks*> clipping_marks_;

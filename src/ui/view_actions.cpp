@@ -21,9 +21,10 @@ ViewActions::ViewActions(QMainWindow& window, WindowHalves& halves)
     : full_screen(make(window, u"&Full Screen"_s, u"fullScreen"_s,
                        u"Shows the window on the whole screen, and as it was again"_s,
                        Qt::Key_F11)),
-      hide_panel(make(window, u"&Hide Panel"_s, u"hidePanel"_s,
-                      u"Leaves the plot the room of the panel, and shows the panel again"_s,
-                      Qt::Key_F9)) {
+      hide_panel(make(
+          window, u"&Hide Panel"_s, u"hidePanel"_s,
+          u"Leaves the plot the room of the panel, but for its Status, and shows the panel again"_s,
+          Qt::Key_F9)) {
     QObject::connect(full_screen, &QAction::toggled, &window, [&window](bool on) {
         window.setWindowState(window.windowState().setFlag(Qt::WindowFullScreen, on));
     });

@@ -1,8 +1,11 @@
 #include "ui/window_halves.h"
 
 #include <algorithm>
+#include <optional>
 
+#include <QApplication>
 #include <QEvent>
+#include <QPointer>
 #include <QStyle>
 
 #include "ui/lengths.h"
@@ -22,9 +25,9 @@ WindowHalves::WindowHalves(ScreenPanel* screen, ControlPanel* controls)
 
 void WindowHalves::hide_controls(bool hidden) {
     if (hidden) {
-        controls_->status().setParent(this);
-        controls_->status().show();
+        move_status(false);
     } else {
+        screen_->set_beside(nullptr);
         controls_->take_status_back();
     }
     controls_->setVisible(!hidden);
@@ -54,13 +57,53 @@ void WindowHalves::resizeEvent(QResizeEvent* event) {
     lay_out();
 }
 
+bool WindowHalves::gains_by_column(QSize whole, QSize above_status) const {
+    const PanelFrame& status = controls_->status();
+    const std::optional<PlotScale> beside = screen_->scale_in(whole, &status);
+    const std::optional<PlotScale> beneath = screen_->scale_in(above_status, nullptr);
+    if (beside && beneath) {
+        return beside->width() > beneath->width();
+    }
+    // Where not even natural size has room, what has to be scrolled one way only is the better.
+    return beside || (!beneath && screen_->least_size(&status).width() <= whole.width());
+}
+
+void WindowHalves::move_status(bool beside) {
+    PanelFrame& status = controls_->status();
+    QWidget* const place = beside ? static_cast<QWidget*>(screen_) : this;
+    if (status.parentWidget() == place) {
+        return;
+    }
+    // What moves to another parent loses the keyboard.
+    const QPointer<QWidget> focused = QApplication::focusWidget();
+    screen_->set_beside(beside ? &status : nullptr);
+    if (!beside) {
+        status.setParent(this);
+        status.show();
+    }
+    if (focused && status.isAncestorOf(focused)) {
+        focused->setFocus(Qt::OtherFocusReason);
+    }
+}
+
+void WindowHalves::lay_out_hidden() {
+    PanelFrame& status = controls_->status();
+    const QSize whole(width() - 2 * window_gap, height() - 2 * window_gap);
+    const bool stacked = !status.shows_both_halves_in(whole.width());
+    const int high = status.usual_height(stacked);
+    const QSize above_status = whole - QSize(0, high + window_gap);
+    const bool beside = gains_by_column(whole, above_status);
+    move_status(beside);
+    area_->setGeometry({{window_gap, window_gap}, beside ? whole : above_status});
+    if (!beside) {
+        status.stack_parts(stacked);
+        status.setGeometry(window_gap, height() - window_gap - high, whole.width(), high);
+    }
+}
+
 void WindowHalves::lay_out() {
     if (controls_->isHidden()) {
-        PanelFrame& status = controls_->status();
-        const int high = status.sizeHint().height();
-        area_->setGeometry(window_gap, window_gap, width() - 2 * window_gap,
-                           height() - high - 3 * window_gap);
-        status.setGeometry(window_gap, height() - window_gap - high, area_->width(), high);
+        lay_out_hidden();
         return;
     }
     const QSize room(width() - 3 * window_gap, height() - 2 * window_gap);

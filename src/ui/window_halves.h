@@ -9,15 +9,17 @@
 namespace kv408::ui {
 
 /// What lies in the main window: the screen on the left, the controls on the right. The controls
-/// take what they need, the screen the rest; hidden, they leave the screen all of it. In a window
-/// too small for both the controls become narrower first, then both are scrolled.
+/// take what they need, the screen the rest; hidden, they leave the screen all of it but for their
+/// Status frame. In a window too small for both the controls become narrower first, then both are
+/// scrolled.
 class WindowHalves : public QWidget {
 public:
     /// Shows `screen` and `controls`, and owns them.
     WindowHalves(ScreenPanel* screen, ControlPanel* controls);
 
-    /// Hides the controls but for their Status frame, which then stands under the screen, or shows
-    /// them again.
+    /// Hides the controls but for their Status frame, which then stands under the results, or shows
+    /// them again. The results and that frame stand below the plot, or in a column to its right
+    /// where the plot becomes larger so.
     void hide_controls(bool hidden);
 
     /// Room for everything at its natural size.
@@ -32,6 +34,11 @@ protected:
 
 private:
     void lay_out();
+    void lay_out_hidden();
+    /// Whether the plot gains by a column to its right.
+    [[nodiscard]] bool gains_by_column(QSize whole, QSize above_status) const;
+    /// Puts the Status frame into the column beside the plot, or below the screen.
+    void move_status(bool beside);
 
     ScreenPanel* screen_;
     ScrollingArea* area_; ///< around the screen

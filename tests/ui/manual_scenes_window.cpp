@@ -100,7 +100,7 @@ void show_sizes(Gallery& gallery) {
     on.turn("CH2", 256);
     on.ticks(20);
     gallery.add(u"window-large"_s, on.window());
-    on.window().resize(1000, 940);
+    on.window().resize(1280, 800);
     on.window().findChild<QAction*>(u"hidePanel"_s)->trigger();
     on.ticks(1);
     gallery.add(u"window-panel-hidden"_s, on.window());

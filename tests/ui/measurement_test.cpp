@@ -1,8 +1,10 @@
 // The Measurement frame and the results panel on a simulated instrument.
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <utility>
+#include <vector>
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -69,6 +71,7 @@ private Q_SLOTS:
     void a_selector_chooses_what_its_row_shows();
     void an_empty_slot_is_an_empty_row();
     void the_master_box_hides_the_results_and_brings_them_back();
+    void the_rules_of_the_results_are_of_one_thickness();
     void annotation_boxes_exclude_each_other_and_mark_the_picture();
     void a_channel_that_is_off_has_no_result();
 };
@@ -141,6 +144,45 @@ void MeasurementTest::the_master_box_hides_the_results_and_brings_them_back() {
     on.click(on.widget<QCheckBox>("Check1"));
     QVERIFY(QTest::qWaitFor([&] { return panel->isVisible(); }));
     QCOMPARE(panel->geometry(), place);
+}
+
+void MeasurementTest::the_rules_of_the_results_are_of_one_thickness() {
+    ProgramOnBench on;
+    const double ratio = on.window().devicePixelRatioF();
+    const auto thickness = static_cast<int>(std::lround(ratio));
+    QVERIFY(on.run_until_sweeping());
+    const QWidget& results = *on.widget("picMeasure");
+    // Each window has the results at another height.
+    for (int high = 800; high < 808; ++high) {
+        on.window().resize(1280, high);
+        QTest::qWait(20);
+        const QImage shown = on.window().grab().toImage();
+        const QRectF place(QPointF(results.mapTo(&on.window(), QPoint())) * ratio,
+                           QSizeF(results.size()) * ratio);
+        const QRgb rule = results.palette().color(QPalette::WindowText).rgb();
+        // Between the rule in the middle and the values of CH2 there is no text.
+        const int column = static_cast<int>(place.center().x() - 2 * ratio);
+        std::vector<int> rules;
+        bool within = false;
+        for (int row = static_cast<int>(place.top()) - 2; row < place.bottom(); ++row) {
+            const bool on_rule = shown.pixel(column, row) == rule;
+            if (on_rule && !within) {
+                rules.push_back(0);
+            }
+            if (on_rule) {
+                ++rules.back();
+            }
+            within = on_rule;
+        }
+        QCOMPARE(rules, std::vector<int>(3, thickness));
+        const int row = static_cast<int>(place.center().y());
+        int across = 0;
+        for (int pixel = static_cast<int>(place.center().x() - 9 * ratio); pixel <= column;
+             ++pixel) {
+            across += shown.pixel(pixel, row) == rule ? 1 : 0;
+        }
+        QCOMPARE(across, thickness);
+    }
 }
 
 void MeasurementTest::annotation_boxes_exclude_each_other_and_mark_the_picture() {

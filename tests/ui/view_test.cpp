@@ -1,5 +1,7 @@
 // The window shows the plot full screen, or in the panel's room, and comes back as it was.
 
+#include <array>
+
 #include <QTest>
 
 #include "cut_off.h"
@@ -25,6 +27,9 @@ class ViewTest : public QObject {
 
 private Q_SLOTS:
     void f9_leaves_the_plot_the_panels_room_and_brings_it_back();
+    void the_plot_gains_by_f9_data();
+    void the_plot_gains_by_f9();
+    void f9_and_f11_come_back_in_any_order();
     void f11_shows_the_window_full_screen_and_as_it_was();
     void what_is_dragged_follows_while_the_panel_is_hidden();
     void the_frames_keep_their_size_in_any_window();
@@ -58,6 +63,86 @@ void ViewTest::f9_leaves_the_plot_the_panels_room_and_brings_it_back() {
     QCOMPARE(places(on), before);
     QVERIFY(on.widget("cmdstartsweep")->isVisible());
     QCOMPARE(on.window().plot().scale().factor(), scale);
+}
+
+// Sizes in pixels of the screen.
+void ViewTest::the_plot_gains_by_f9_data() {
+    QTest::addColumn<QSize>("size");
+    for (const QSize size : {QSize(1024, 600), QSize(1280, 800), QSize(1366, 768),
+                             QSize(1920, 1080), QSize(2560, 1440), QSize(3840, 2160),
+                             QSize(1080, 1920), QSize(1300, 1000), QSize(1280, 1024)}) {
+        QTest::addRow("%dx%d", size.width(), size.height()) << size;
+    }
+}
+
+void ViewTest::the_plot_gains_by_f9() {
+    QFETCH(QSize, size);
+    ProgramOnBench on;
+    const double ratio = on.window().devicePixelRatioF();
+    const QSize wanted = size / ratio;
+    on.window().resize(wanted);
+    QVERIFY(on.run_until_sweeping());
+    QCOMPARE(on.window().size(), wanted);
+    const auto plot_width = [&] { return on.window().plot().scale().width(); };
+    const auto in_sight = [&] {
+        const QSize seen = on.widget("Picture1")->visibleRegion().boundingRect().size();
+        return seen.width() * seen.height();
+    };
+    const int with_panel = plot_width();
+    const int seen_with_panel = in_sight();
+    QTest::keyClick(&on.window(), Qt::Key_F9);
+    QTest::qWait(20);
+    QVERIFY2(plot_width() >= with_panel,
+             qPrintable(u"%1, with the panel %2"_s.arg(plot_width()).arg(with_panel)));
+    QVERIFY(in_sight() >= seen_with_panel);
+    // What 600 units of height leave is natural size.
+    QVERIFY(plot_width() > with_panel || wanted.height() <= 600);
+    QCOMPARE(cut_off(on.window()).join(u'\n'), QString());
+    const auto place = [&](const char* name) {
+        const QWidget& widget = *on.widget(name);
+        return QRect(widget.mapTo(&on.window(), QPoint()), widget.size());
+    };
+    QVERIFY(!place("picMeasure").intersects(place("Picture1")));
+    if (on.widget("picMeasure")->visibleRegion().boundingRect() ==
+        on.widget("picMeasure")->rect()) {
+        QVERIFY(place("textstatus").top() >= place("picMeasure").bottom());
+        QVERIFY(!place("textstatus").intersects(place("Picture1")));
+        // In a wide window both stand in a column beside the plot, in a narrow one below it.
+        const bool beside = place("picMeasure").left() >= place("Picture1").right();
+        QVERIFY(beside || 2 * size.width() < 3 * size.height());
+        QVERIFY(!beside || size.width() > size.height());
+    }
+    save_picture(on.window(), u"hidden-"_s + QString::fromLatin1(QTest::currentDataTag()));
+}
+
+void ViewTest::f9_and_f11_come_back_in_any_order() {
+    ProgramOnBench on;
+    MainWindow& window = on.window();
+    window.resize(QSize(1366, 720) / window.devicePixelRatioF());
+    QVERIFY(on.run_until_sweeping());
+    for (const bool maximised : {false, true}) {
+        if (maximised) {
+            window.showMaximized();
+            QTRY_VERIFY(window.isMaximized());
+        }
+        QTest::qWait(20);
+        const QRect geometry = window.geometry();
+        const QList<QRect> before = places(on);
+        const double scale = window.plot().scale().factor();
+        for (const auto& keys : {std::array{Qt::Key_F9, Qt::Key_F11, Qt::Key_F9, Qt::Key_F11},
+                                 std::array{Qt::Key_F9, Qt::Key_F11, Qt::Key_F11, Qt::Key_F9},
+                                 std::array{Qt::Key_F11, Qt::Key_F9, Qt::Key_F11, Qt::Key_F9},
+                                 std::array{Qt::Key_F11, Qt::Key_F9, Qt::Key_F9, Qt::Key_F11}}) {
+            for (const Qt::Key key : keys) {
+                QTest::keyClick(&window, key);
+                QTest::qWait(20);
+            }
+            QCOMPARE(window.isMaximized(), maximised);
+            QTRY_COMPARE(window.geometry(), geometry);
+            QTRY_COMPARE(places(on), before);
+            QCOMPARE(window.plot().scale().factor(), scale);
+        }
+    }
 }
 
 void ViewTest::f11_shows_the_window_full_screen_and_as_it_was() {
