@@ -1,5 +1,7 @@
 // Snapshots and the clipboard, out of the running window.
 
+#include <cstdlib>
+
 #include <QClipboard>
 #include <QComboBox>
 #include <QFile>
@@ -133,6 +135,7 @@ private Q_SLOTS:
     void goes_where_the_dialog_says();
     void a_png_is_one();
     void the_kind_that_is_chosen_changes_the_names_ending();
+    void as_on_the_screen_it_has_each_pixel_of_the_window_around_and_on_the_plot();
     void is_copied_to_the_clipboard();
     void is_copied_with_its_scales();
     void its_scales_follow_the_panel();
@@ -241,6 +244,61 @@ void SnapshotTest::the_kind_that_is_chosen_changes_the_names_ending() {
     QFile file(picture_folder() + u"/snapshot.svg"_s);
     QVERIFY(file.open(QFile::WriteOnly));
     file.write(QByteArray::fromStdString(on.files.files[on.files.written.back()]));
+}
+
+/// The pixels of the window in which `part` of `widget` lies.
+QRect pixels_of(const QWidget& widget, const QRect& part) {
+    const qreal ratio = widget.devicePixelRatioF();
+    const QPointF corner = widget.mapTo(widget.window(), part.topLeft());
+    return QRectF(corner * ratio, QSizeF(part.size()) * ratio).toAlignedRect();
+}
+
+/// Whether `picture`, of the window's pixels of `place`, has letters in the label `name`, which are
+/// faint where the results are old.
+bool has_letters_of(Stopped& on, const QImage& picture, const QRect& place, const char* name) {
+    const QWidget& label = *on.widget(name);
+    const QRect pixels = pixels_of(label, label.rect()) & place;
+    const QImage letters = picture.copy(pixels.translated(-place.topLeft()));
+    const int ground = letters.isNull() ? 0 : qGray(letters.pixel(0, 0));
+    int count = 0;
+    for (int y = 0; y < letters.height(); ++y) {
+        for (int x = 0; x < letters.width(); ++x) {
+            count += std::abs(qGray(letters.pixel(x, y)) - ground) > 40 ? 1 : 0;
+        }
+    }
+    return count > 4;
+}
+
+void SnapshotTest::as_on_the_screen_it_has_each_pixel_of_the_window_around_and_on_the_plot() {
+    Stopped on;
+    QVERIFY(on.stopped);
+    on.always_ask();
+    QWidget& screen = *on.window().plot().parentWidget();
+    for (const QSize size : {QSize(1917, 1080), QSize(1366, 768), QSize(760, 480)}) {
+        on.window().resize(size);
+        QImage window = on.window().grab().toImage().convertToFormat(QImage::Format_RGB32);
+        window.setDevicePixelRatio(1.0); // the file tells none
+        const QRect place = pixels_of(screen, screen.childrenRect());
+        QCOMPARE(snapshot_of_kind(on, 1), u"261116_010937.png"_s);
+        const QImage shown =
+            on.saved(on.files.written.back()).convertToFormat(QImage::Format_RGB32);
+        QCOMPARE(shown.size(), place.size());
+        // In the smallest window a part is scrolled out of sight, and in the file all the same;
+        // what is in sight has the frame's round corners on it.
+        const QWidget& area = *screen.parentWidget();
+        const bool scrolled = size.height() == 480;
+        const int corner = scrolled ? 3 : 0;
+        const QRect seen =
+            place & pixels_of(area, area.rect().adjusted(corner, corner, -corner, -corner));
+        QCOMPARE(seen == place, !scrolled);
+        QCOMPARE(shown.copy(seen.translated(-place.topLeft())), window.copy(seen));
+        for (const char* const name :
+             {"tdivtext", "ch1text", "ch1vdivtext", "lblMeas(0)", "txtMeasCH1(0)"}) {
+            QVERIFY2(has_letters_of(on, shown, place, name), name);
+        }
+        QCOMPARE(snapshot_of_kind(on, 4), u"261116_010937.png"_s); // PNG
+        QVERIFY(on.is_plot_box(on.saved(on.files.written.back())));
+    }
 }
 
 void SnapshotTest::is_copied_with_its_scales() {
