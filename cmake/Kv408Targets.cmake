@@ -31,7 +31,7 @@ if(KV408_MERGE_SOURCES)
   set(merge_sources UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 0 KV408_MERGED ON)
 endif()
 
-# What serves people, clients and files, and no samples, is compiled for size: its code is a third of what
+# What is not on the way from samples to pixels is compiled for size: its code is a third of what
 # kv408-server takes of the small machine's memory that stands beside an instrument, which runs Linux.
 set(small_folders autoset calibration config doctor export remote scope server)
 set(small_options "")

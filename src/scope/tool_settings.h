@@ -34,7 +34,8 @@ struct ToolSettings {
 /// What is set in `tools`.
 [[nodiscard]] ToolSettings settings_of(Tools& tools);
 
-/// Sets `tools` to `settings`, by presses of what differs.
+/// Sets `tools` to `settings`, by presses of what differs; the value that the statistics show is
+/// chosen last, as the limits are those of the value that is chosen.
 void set_tools(Tools& tools, const ToolSettings& settings);
 
 } // namespace kv408

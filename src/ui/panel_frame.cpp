@@ -78,12 +78,18 @@ QBoxLayout& PanelFrame::make_parts(int gap) {
 }
 
 void PanelFrame::stack_parts(bool stacked) {
-    if (parts_ != nullptr) {
-        parts_->setDirection(stacked ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
-        parts_->setSpacing(stacked ? frame_measure::row_spacing : gap_);
-        // The layout that the frame lies in does not notice by itself.
-        updateGeometry();
+    if (parts_ == nullptr) {
+        return;
     }
+    const auto direction = stacked ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight;
+    const int spacing = stacked ? frame_measure::row_spacing : gap_;
+    if (parts_->direction() == direction && parts_->spacing() == spacing) {
+        return; // whoever lays the frame out may ask for it each time
+    }
+    parts_->setDirection(direction);
+    parts_->setSpacing(spacing);
+    // The layout that the frame lies in does not notice by itself.
+    updateGeometry();
 }
 
 int PanelFrame::least_width(bool stacked) const {

@@ -101,7 +101,7 @@ QLabel* make_result(QWidget* parent, Label& control, const Words& words) {
     return label;
 }
 
-/// One half of the panel, as wide as the other whatever it holds.
+/// One half of the panel, as wide as its stretch in the layout says, whatever it holds.
 QGridLayout* make_half(QWidget* panel) {
     auto* const half = new QWidget(panel);
     half->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);

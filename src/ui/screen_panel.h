@@ -73,8 +73,9 @@ private:
     /// What the plot has to fit into.
     struct Room {
         QSize size;
-        qreal ratio;              ///< pixels of the screen for each unit of the window
-        const PanelFrame* beside; ///< what stands in the column right of the plot, or null
+        qreal ratio = 1.0; ///< pixels of the screen for each unit of the window
+        const PanelFrame* beside =
+            nullptr; ///< what stands in the column right of the plot, or null
     };
 
     /// The room that there is now.

@@ -26,12 +26,24 @@ WindowHalves::WindowHalves(ScreenPanel* screen, ControlPanel* controls)
 void WindowHalves::hide_controls(bool hidden) {
     if (hidden) {
         move_status(false);
+        controls_->hide();
     } else {
-        screen_->set_beside(nullptr);
-        controls_->take_status_back();
+        keeping_keyboard([this] {
+            screen_->set_beside(nullptr);
+            controls_->take_status_back();
+            controls_->show();
+        });
     }
-    controls_->setVisible(!hidden);
     lay_out();
+}
+
+void WindowHalves::keeping_keyboard(const std::function<void()>& move) {
+    // What moves to another parent loses the keyboard.
+    const QPointer<QWidget> focused = QApplication::focusWidget();
+    move();
+    if (focused && controls_->status().isAncestorOf(focused)) {
+        focused->setFocus(Qt::OtherFocusReason);
+    }
 }
 
 QSize WindowHalves::sizeHint() const {
@@ -74,16 +86,13 @@ void WindowHalves::move_status(bool beside) {
     if (status.parentWidget() == place) {
         return;
     }
-    // What moves to another parent loses the keyboard.
-    const QPointer<QWidget> focused = QApplication::focusWidget();
-    screen_->set_beside(beside ? &status : nullptr);
-    if (!beside) {
-        status.setParent(this);
-        status.show();
-    }
-    if (focused && status.isAncestorOf(focused)) {
-        focused->setFocus(Qt::OtherFocusReason);
-    }
+    keeping_keyboard([&] {
+        screen_->set_beside(beside ? &status : nullptr);
+        if (!beside) {
+            status.setParent(this);
+            status.show();
+        }
+    });
 }
 
 void WindowHalves::lay_out_hidden() {

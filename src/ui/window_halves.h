@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include <QWidget>
 
 #include "ui/control_panel.h"
@@ -39,6 +41,8 @@ private:
     [[nodiscard]] bool gains_by_column(QSize whole, QSize above_status) const;
     /// Puts the Status frame into the column beside the plot, or below the screen.
     void move_status(bool beside);
+    /// Does `move`, after which the Status frame has the keyboard as before.
+    void keeping_keyboard(const std::function<void()>& move);
 
     ScreenPanel* screen_;
     ScrollingArea* area_; ///< around the screen

@@ -96,7 +96,7 @@ protected:
                                   .mv = std::move(values),
                                   .lower = {},
                                   .scale = {.per_division = per_division, .position = position}};
-        return {{std::make_shared<const ReferenceCurve>(made), colour, ""}, std::move(plain)};
+        return {{std::make_shared<const ReferenceCurve>(made), colour, ""}, plain};
     }
 
     void set_curves() {

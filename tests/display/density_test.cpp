@@ -4,6 +4,7 @@
 #include <random>
 
 #include "display/density_layers.h"
+#include "display/histogram_marks.h"
 #include "display/picture_scene.h"
 #include "display/svg_file.h"
 #include "panel/time_base.h"
@@ -97,6 +98,25 @@ TEST(DensityBand, EndsAtHalvesOfTheMost) {
     EXPECT_EQ(density_band(1, 2), 5);
     EXPECT_EQ(density_band(1, highest_count), 0);
     EXPECT_EQ(density_band(highest_count, highest_count), 6);
+}
+
+TEST(DensityLayer, AShiftMovesEachPointToTheRightAndASingleHitHasAWholeBar) {
+    std::vector<std::int16_t> codes(npoints, 2048);
+    codes[100] = 2148;
+    Collected collected{.counts = Density(npoints), .with = {}};
+    collected.sweeps = 1;
+    collected.counts.add(codes, 1);
+    const DensityScreen screen{
+        .centre_code = 2048.0, .rows_per_code = 1.0, .aligned = true, .shift = 7};
+    DensityLayer layer;
+    layer.show(collected, screen);
+    const auto row = layer.row(256 - 100);
+    for (int column = 0; column < plot::width; ++column) {
+        EXPECT_EQ(row[static_cast<std::size_t>(column)], column == 1 + 100 + 7 ? 1 : 0) << column;
+    }
+    const PlotWindow window{.left = 100, .top = 150, .right = 120, .bottom = 160};
+    EXPECT_EQ(histogram_on(layer, window, true).bars,
+              (std::vector{0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0}));
 }
 
 TEST(Density, LiesUnderItsTrace) {

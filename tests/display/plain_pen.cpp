@@ -108,9 +108,10 @@ void PlainPen::unit(int x, int y, Pixel colour) const {
 
 void PlainPen::slant(double from_x, double from_y, double to_x, double to_y, Pixel colour) const {
     const bool steep = std::abs(to_y - from_y) > std::abs(to_x - from_x);
+    const int above = width_ / 2; // of a line of even width one pixel more lies ahead of its middle
     const auto [first, last] = steep ? std::minmax(from_y, to_y) : std::minmax(from_x, to_x);
     for (int at = start(first, !steep); at < start(last + 1, !steep); ++at) {
-        const double unit = std::clamp((at + width_ / 2 + 0.5) / factor_ - 0.5, first, last);
+        const double unit = std::clamp((at + above + 0.5) / factor_ - 0.5, first, last);
         if (steep) {
             const double x = from_x + (to_x - from_x) * (unit - from_y) / (to_y - from_y);
             fill({start(x, true), at, start(x, true) + width_, at + 1}, colour);

@@ -127,7 +127,7 @@ struct ScaledDragging : SteadyProgram {
     }
 
     /// Ends the program, which saves its settings.
-    [[nodiscard]] DragOutcome outcome(QStringList texts, PlotWindow rectangle) {
+    [[nodiscard]] DragOutcome outcome(const QStringList& texts, PlotWindow rectangle) {
         window().close();
         DragOutcome result{
             .files = files.files, .frames = {}, .texts = texts, .rectangle = rectangle};
@@ -143,14 +143,13 @@ struct ScaledDragging : SteadyProgram {
 class ScaleDragTest : public QObject {
     Q_OBJECT
 
-private Q_SLOTS:
-    void the_same_drags_give_the_same_data();
-    void the_same_drags_give_the_same();
-
-private:
     void drag_all(double scale, DragOutcome& outcome);
 
     std::optional<DragOutcome> natural_;
+
+private Q_SLOTS:
+    void the_same_drags_give_the_same_data();
+    void the_same_drags_give_the_same();
 };
 
 /// Drags everything at `scale`, and looks at what is known of it.

@@ -29,6 +29,7 @@ private Q_SLOTS:
     void f9_leaves_the_plot_the_panels_room_and_brings_it_back();
     void the_plot_gains_by_f9_data();
     void the_plot_gains_by_f9();
+    void f9_leaves_the_window_at_rest_and_the_keyboard_where_it_is();
     void f9_and_f11_come_back_in_any_order();
     void f11_shows_the_window_full_screen_and_as_it_was();
     void what_is_dragged_follows_while_the_panel_is_hidden();
@@ -113,6 +114,55 @@ void ViewTest::the_plot_gains_by_f9() {
         QVERIFY(!beside || size.width() > size.height());
     }
     save_picture(on.window(), u"hidden-"_s + QString::fromLatin1(QTest::currentDataTag()));
+}
+
+/// Counts how often the widgets of a window ask to be laid out.
+class LayoutRequests : public QObject {
+public:
+    explicit LayoutRequests(const QWidget& window) : window_(window) {
+        qApp->installEventFilter(this);
+    }
+
+    int count = 0;
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        const auto* const widget = qobject_cast<QWidget*>(watched);
+        count += event->type() == QEvent::LayoutRequest && widget != nullptr &&
+                         widget->window() == &window_
+                     ? 1
+                     : 0;
+        return false;
+    }
+
+private:
+    const QWidget& window_;
+};
+
+void ViewTest::f9_leaves_the_window_at_rest_and_the_keyboard_where_it_is() {
+    // The frame below the plot, in two rows and in one, and in the column.
+    for (const QSize size : {QSize(700, 900), QSize(1000, 1000), QSize(1900, 1000)}) {
+        ProgramOnBench on;
+        on.window().resize(size);
+        QVERIFY(on.run_until_sweeping());
+        QTest::mouseClick(on.widget("cmdstop"), Qt::LeftButton);
+        QWidget& device = *on.widget("cmbDevice");
+        on.panel().device.set_enabled(true); // as where there are two instruments
+        device.setFocus();
+        QVERIFY(device.hasFocus());
+        QTest::keyClick(&on.window(), Qt::Key_F9);
+        QTest::qWait(100);
+        QVERIFY(device.hasFocus());
+        LayoutRequests requests(on.window());
+        constexpr int rounds = 100;
+        for (int round = 0; round < rounds; ++round) {
+            QCoreApplication::processEvents();
+            QTest::qWait(1);
+        }
+        QVERIFY2(requests.count < rounds / 4, qPrintable(QString::number(requests.count)));
+        QTest::keyClick(&on.window(), Qt::Key_F9);
+        QTest::qWait(20);
+        QVERIFY(device.hasFocus());
+    }
 }
 
 void ViewTest::f9_and_f11_come_back_in_any_order() {
