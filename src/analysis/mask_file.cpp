@@ -8,13 +8,14 @@
 #include <vector>
 
 #include "state/rounding.h"
+#include "state/text.h"
 #include "state/units.h"
 
 namespace kv408 {
 namespace {
 
 /// A line that is not empty, without remark.
-struct TextLine {
+struct FileLine {
     int number = 0;
     std::size_t indent = 0;
     std::string_view text; ///< without blanks around it and without a remark
@@ -27,14 +28,6 @@ struct Wrong {
 
 [[noreturn]] void wrong(int line, std::string what) {
     throw Wrong{{line, std::move(what)}};
-}
-
-std::string_view trimmed(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(' ');
-    if (first == std::string_view::npos) {
-        return {};
-    }
-    return text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 
 /// `text` up to a remark, which begins at a # at the start or behind a blank, outside quotes.
@@ -53,8 +46,8 @@ std::string_view without_remark(std::string_view text) {
     return text;
 }
 
-std::vector<TextLine> lines_of(std::string_view text) {
-    std::vector<TextLine> lines;
+std::vector<FileLine> lines_of(std::string_view text) {
+    std::vector<FileLine> lines;
     int number = 0;
     while (!text.empty()) {
         ++number;
@@ -73,25 +66,25 @@ std::vector<TextLine> lines_of(std::string_view text) {
         line = without_remark(line);
         const std::size_t indent = line.find_first_not_of(' ');
         if (indent != std::string_view::npos) {
-            lines.push_back({number, indent, trimmed(line)});
+            lines.push_back({number, indent, without_blanks(line)});
         }
     }
     return lines;
 }
 
 /// The key of `line`, and what stands behind its colon.
-std::pair<std::string_view, std::string_view> key_and_value(const TextLine& line,
+std::pair<std::string_view, std::string_view> key_and_value(const FileLine& line,
                                                             std::string_view text) {
     const std::size_t colon = text.find(':');
     if (colon == std::string_view::npos || colon == 0 ||
         (colon + 1 < text.size() && text[colon + 1] != ' ')) {
         wrong(line.number, "A key with a colon and a blank behind it is expected");
     }
-    return {text.substr(0, colon), trimmed(text.substr(colon + 1))};
+    return {text.substr(0, colon), without_blanks(text.substr(colon + 1))};
 }
 
 /// A text as YAML writes it: plain, or in quotes without anything special between them.
-std::string words(const TextLine& line, std::string_view value) {
+std::string words(const FileLine& line, std::string_view value) {
     if (value.empty()) {
         wrong(line.number, "A text is missing behind the colon");
     }
@@ -112,9 +105,9 @@ std::string words(const TextLine& line, std::string_view value) {
     return std::string(value);
 }
 
-double number(const TextLine& line, std::string_view value) {
+double number(const FileLine& line, std::string_view value) {
     const auto found = entire_number(value);
-    if (!found || trimmed(value).empty() || !std::isfinite(*found) ||
+    if (!found || without_blanks(value).empty() || !std::isfinite(*found) ||
         std::fabs(*found) > largest_mask_value) {
         wrong(line.number, "A number from -1e9 to 1e9 is expected");
     }
@@ -137,7 +130,7 @@ constexpr std::array<AxisUnit, 3> y_units = {{{"amplitude", MaskUnits::interval_
                                               {"mV", MaskUnits::time_level, 1.0}}};
 
 template <std::size_t Size>
-const AxisUnit& unit_of(const std::array<AxisUnit, Size>& units, const TextLine& line,
+const AxisUnit& unit_of(const std::array<AxisUnit, Size>& units, const FileLine& line,
                         std::string_view value, const char* expected) {
     for (const AxisUnit& unit : units) {
         if (unit.name == value) {
@@ -150,7 +143,7 @@ const AxisUnit& unit_of(const std::array<AxisUnit, Size>& units, const TextLine&
 /// Reads the lines one after the other.
 class MaskReader {
 public:
-    explicit MaskReader(std::vector<TextLine> lines) : lines_(std::move(lines)) {}
+    explicit MaskReader(std::vector<FileLine> lines) : lines_(std::move(lines)) {}
 
     Mask read() {
         while (next_ < lines_.size()) {
@@ -167,7 +160,7 @@ public:
 
 private:
     void read_key() {
-        const TextLine& line = lines_[next_++];
+        const FileLine& line = lines_[next_++];
         if (line.indent != 0) {
             wrong(line.number, "The indentation does not fit");
         }
@@ -199,7 +192,7 @@ private:
         }
     }
 
-    void read_polygons(const TextLine& key, std::string_view value) {
+    void read_polygons(const FileLine& key, std::string_view value) {
         if (x_ == nullptr || y_ == nullptr) {
             wrong(key.number, "x and y stand before the polygons");
         }
@@ -220,15 +213,15 @@ private:
     }
 
     void read_polygon(std::size_t indent) {
-        const TextLine& first = lines_[next_];
+        const FileLine& first = lines_[next_];
         if (first.indent != indent || first.text.substr(0, 2) != "- ") {
             wrong(first.number, "A polygon begins with \"- \", each indented alike");
         }
         MaskPolygon polygon;
         const std::size_t inner = indent + first.text.find_first_not_of(' ', 1);
-        std::string_view text = trimmed(first.text.substr(1));
+        std::string_view text = without_blanks(first.text.substr(1));
         while (true) {
-            const TextLine& line = lines_[next_++];
+            const FileLine& line = lines_[next_++];
             const auto [key, value] = key_and_value(line, text);
             if (key == "points" && value.empty()) {
                 read_points(polygon, line, inner);
@@ -246,12 +239,12 @@ private:
         mask_.polygons.push_back(std::move(polygon));
     }
 
-    void read_points(MaskPolygon& polygon, const TextLine& key, std::size_t above) {
+    void read_points(MaskPolygon& polygon, const FileLine& key, std::size_t above) {
         std::optional<std::size_t> indent;
         while (next_ < lines_.size() && lines_[next_].indent >= above &&
                lines_[next_].text.substr(0, 2) == "- " &&
-               trimmed(lines_[next_].text.substr(1)).front() == '[') {
-            const TextLine& line = lines_[next_++];
+               without_blanks(lines_[next_].text.substr(1)).front() == '[') {
+            const FileLine& line = lines_[next_++];
             if (line.indent != indent.value_or(line.indent)) {
                 wrong(line.number, "The indentation does not fit");
             }
@@ -266,8 +259,8 @@ private:
         }
     }
 
-    [[nodiscard]] MaskPoint point_in(const TextLine& line) const {
-        const std::string_view pair = trimmed(line.text.substr(1));
+    [[nodiscard]] MaskPoint point_in(const FileLine& line) const {
+        const std::string_view pair = without_blanks(line.text.substr(1));
         const std::size_t comma = pair.find(',');
         if (pair.back() != ']' || comma == std::string_view::npos) {
             wrong(line.number, "A point is written [x, y]");
@@ -276,7 +269,7 @@ private:
                 number(line, pair.substr(comma + 1, pair.size() - comma - 2)) * y_->worth};
     }
 
-    std::vector<TextLine> lines_;
+    std::vector<FileLine> lines_;
     std::size_t next_ = 0;
     std::set<std::string_view> seen_;
     const AxisUnit* x_ = nullptr;

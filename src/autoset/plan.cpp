@@ -19,10 +19,6 @@ std::string quantity_text(double value, std::string_view unit) {
     return text.append(1, ' ').append(number, prefix).append(unit);
 }
 
-std::string name_of(Channel channel) {
-    return "CH" + std::to_string(number_of(channel));
-}
-
 SignalLook upside_down(const SignalLook& look) {
     SignalLook turned = look;
     turned.low = -look.high;
@@ -86,7 +82,7 @@ std::string name_of_source(Channel source) {
 
 std::string words_of(Channel channel, const FoundSignal& found, Channel source) {
     const auto& [look, on] = found;
-    std::string words = name_of(channel);
+    std::string words = channel_label(channel);
     if (!on) {
         return words + " no signal";
     }

@@ -12,7 +12,7 @@ namespace kv408 {
 namespace {
 
 /// Of fewer points neither noise nor extremes can be told.
-constexpr std::size_t fewest_points = 32;
+constexpr std::size_t fewest_points_to_judge = 32;
 
 /// A trace that is so much higher than its noise's deviation is more than noise. 99 % of 650 points
 /// of normal noise lie within 5.1 deviations on average; what is read of both scatters, and of
@@ -81,7 +81,7 @@ struct Passes {
 };
 
 /// The straight line through points, by least squares.
-class Line {
+class StraightLine {
 public:
     void add(double x, double y) {
         count_ += 1.0;
@@ -113,7 +113,7 @@ Passes passes_of(std::span<const double> values, double middle, double reach) {
     Passes found;
     int side = 0;
     double left = 0.0; // where the side was left
-    Line line;         // since then
+    StraightLine line; // since then
     for (std::size_t i = 0; i < values.size(); ++i) {
         const auto place = static_cast<double>(i);
         const double above = values[i] - middle;
@@ -235,7 +235,7 @@ void set_extremes(SignalLook& look, std::span<const double> values, double perio
 
 SignalLook look_at(const ChannelSweep& part, StartedBy started) {
     SignalLook look;
-    if (part.mv.size() < fewest_points) {
+    if (part.mv.size() < fewest_points_to_judge) {
         return look;
     }
     std::vector<double> values = part.mv;

@@ -13,6 +13,7 @@
 #include "state/engineering_format.h"
 #include "state/plot_geometry.h"
 #include "state/rounding.h"
+#include "state/text.h"
 
 namespace kv408 {
 namespace {
@@ -24,7 +25,7 @@ constexpr std::int16_t last_row = plot::height - 1;
 constexpr std::int16_t last_column = plot::width - 1;
 /// The adjust wheel's end in level codes.
 constexpr std::int16_t highest_level = plot::wheel_span * codes_per_wheel_step;
-constexpr std::uint32_t colour_bits = 0xFFFFFF;
+constexpr std::uint32_t saved_colour_bits = 0xFFFFFF;
 
 /// `text` as a line of the file can hold it, and as it comes back: control characters, which would
 /// part or end its fields, count as the spaces around a value do.
@@ -33,9 +34,7 @@ std::string on_one_line(std::string_view text) {
     std::replace_if(
         line.begin(), line.end(), [](char character) { return character >= 0 && character < ' '; },
         ' ');
-    line.erase(0, std::min(line.find_first_not_of(' '), line.size()));
-    line.erase(line.find_last_not_of(' ') + 1);
-    return line;
+    return std::string(without_blanks(line));
 }
 
 /// The integer part of the number that the whole of `text` is, when it lies within
@@ -49,14 +48,15 @@ std::optional<int> integer_part(std::string_view text, int lowest, int highest) 
 }
 
 /// Where a value stands in the file, and what people call it.
-struct Place {
+struct PlaceInFile {
     int line;
     const char* key;
     const char* words;
 };
 
 /// A 16-bit number that is only stored, held within `lowest`..`highest`.
-SettingRow stored(Place where, std::int16_t& place, std::int16_t lowest, std::int16_t highest) {
+SettingRow stored(PlaceInFile where, std::int16_t& place, std::int16_t lowest,
+                  std::int16_t highest) {
     return {.line = where.line,
             .key = where.key,
             .words = where.words,
@@ -111,7 +111,7 @@ SettingRow row_of(CheckBox& box) {
 }
 
 /// An option that is 0 or 1 and that no control of the panel shows.
-SettingRow option(Place where, bool& place) {
+SettingRow option(PlaceInFile where, bool& place) {
     return {.line = where.line,
             .key = where.key,
             .words = where.words,
@@ -126,20 +126,20 @@ SettingRow option(Place where, bool& place) {
                 }};
 }
 
-SettingRow colour(Place where, Colour& place) {
+SettingRow colour(PlaceInFile where, Colour& place) {
     return {.line = where.line,
             .key = where.key,
             .words = where.words,
             .write =
                 [&place] {
                     return Values{
-                        printed_field(static_cast<std::int32_t>(place.value & colour_bits))};
+                        printed_field(static_cast<std::int32_t>(place.value & saved_colour_bits))};
                 },
             .read =
                 [&place](std::string_view value, bool /*first*/) {
                     const auto number = int32_in(value);
                     if (number) {
-                        place.value = static_cast<std::uint32_t>(*number) & colour_bits;
+                        place.value = static_cast<std::uint32_t>(*number) & saved_colour_bits;
                     }
                     return number.has_value();
                 }};
@@ -222,7 +222,7 @@ Values checked_annotations(const FrontPanel& panel) {
 }
 
 /// The checked annotation boxes, a line each.
-SettingRow annotations(Place where, FrontPanel& panel) {
+SettingRow annotations(PlaceInFile where, FrontPanel& panel) {
     auto& slots = panel.measurement;
     const auto put = [&slots](const auto& checked) {
         for (std::size_t index = 0; index < slots.size(); ++index) {
@@ -256,7 +256,7 @@ SettingRow annotations(Place where, FrontPanel& panel) {
             .most_lines = static_cast<int>(slots.size())};
 }
 
-SettingRow folder(Place where, std::string& place) {
+SettingRow folder(PlaceInFile where, std::string& place) {
     return {.line = where.line,
             .key = where.key,
             .words = where.words,

@@ -9,6 +9,7 @@
 #include "host/path_text.h"
 #include "host/shown_text.h"
 #include "host/text_encoding.h"
+#include "state/text.h"
 
 namespace kv408 {
 namespace {
@@ -23,11 +24,6 @@ constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 /// that the program can be ended.
 constexpr std::chrono::milliseconds unshown_loading{1000};
 constexpr std::chrono::milliseconds undisturbed_loading{500};
-
-std::string_view without_blanks(std::string_view text) {
-    text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
-    return text.substr(0, text.find_last_not_of(' ') + 1);
-}
 
 /// Takes the first line off `lines`, without its end: line feed, alone or after a carriage return.
 std::string_view take_line(std::string_view& lines) {

@@ -14,7 +14,7 @@ PictureText piece(const Control& control, std::string text) {
     return {.text = std::move(text), .colour = control.fore_colour().value_or(unless_told)};
 }
 
-std::string date_text(const LocalTime& time) {
+std::string local_date_text(const LocalTime& time) {
     std::array<char, 96> text = {};
     std::snprintf(text.data(), text.size(), "%04d-%02d-%02d %02d:%02d:%02d", time.year, time.month,
                   time.day, time.hour, time.minute, time.second);
@@ -53,8 +53,8 @@ TextLine result_line(const MeasurementControls& slot) {
 
 std::vector<TextLine> scale_lines(const FrontPanel& panel, const LocalTime& time,
                                   const std::vector<ShownReference>& references) {
-    std::vector<TextLine> lines = {
-        {piece(panel.tdivtext, panel.seltimediv.text()), piece(panel.tdivtext, date_text(time))}};
+    std::vector<TextLine> lines = {{piece(panel.tdivtext, panel.seltimediv.text()),
+                                    piece(panel.tdivtext, local_date_text(time))}};
     for (std::size_t index = 0; index < panel.channel.size(); ++index) {
         if (panel.channel.at(index).enable.checked()) {
             lines.push_back(

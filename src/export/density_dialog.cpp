@@ -6,6 +6,7 @@
 #include "export/density_file.h"
 #include "panel/time_base.h"
 #include "state/rounding.h"
+#include "state/text.h"
 
 namespace kv408 {
 namespace {
@@ -14,10 +15,6 @@ using namespace std::chrono_literals;
 
 /// The time between two updates of the texts.
 constexpr std::chrono::nanoseconds between_texts = 500ms;
-
-std::string channel_name(Channel channel) {
-    return "CH" + std::to_string(number_of(channel));
-}
 
 /// The time of day of `time`, "13:05:09".
 std::string time_of_day(std::chrono::system_clock::time_point time, const Clock& clock) {
@@ -85,7 +82,7 @@ void DensityDialog::collect() {
 
 void DensityDialog::half_life_typed() {
     const std::string& text = controls_.txtDensityHalfLife.text();
-    const bool none = text.find_first_not_of(' ') == std::string::npos;
+    const bool none = is_blank(text);
     const auto sweeps = half_life_in(text);
     controls_.txtDensityHalfLife.set_faulty(!none && !sweeps);
     if (none || sweeps) {
@@ -132,7 +129,7 @@ void DensityDialog::refresh() {
 }
 
 std::string DensityDialog::state_of(Channel channel) const {
-    std::string text = channel_name(channel) + ": ";
+    std::string text = channel_label(channel) + ": ";
     if (!collector_.collects(channel)) {
         return text + "off";
     }
@@ -162,11 +159,11 @@ std::vector<std::string> DensityDialog::remarks() const {
             continue;
         }
         if (collected->averaged > 0) {
-            remarks.push_back(channel_name(channel) + ": " + std::to_string(collected->averaged) +
+            remarks.push_back(channel_label(channel) + ": " + std::to_string(collected->averaged) +
                               " of its sweeps were averaged.");
         }
         if (collected->counts.saturated()) {
-            remarks.push_back(channel_name(channel) + ": a counter has reached " +
+            remarks.push_back(channel_label(channel) + ": a counter has reached " +
                               std::to_string(highest_count) +
                               ", the highest; the counts are too small.");
         }

@@ -15,6 +15,7 @@
 #include "state/engineering_format.h"
 #include "state/plot_geometry.h"
 #include "state/rounding.h"
+#include "state/text.h"
 #include "state/units.h"
 
 namespace kv408 {
@@ -148,9 +149,7 @@ void MathsTool::count_typed() {
 void MathsTool::place_typed() {
     TextBox& scale = controls_.txtMathsScale;
     TextBox& position = controls_.txtMathsPosition;
-    const auto blank = [](const TextBox& box) {
-        return box.text().find_first_not_of(' ') == std::string::npos;
-    };
+    const auto blank = [](const TextBox& box) { return is_blank(box.text()); };
     const auto typed = quantity_typed(scale.text(), unit());
     const bool possible = typed && *typed <= greatest_scale && *typed >= 1.0 / greatest_scale;
     scale.set_faulty(!blank(scale) && !possible);

@@ -10,20 +10,20 @@
 namespace kv408 {
 namespace {
 
-struct Prefix {
+struct PrefixLetter {
     char letter;
     double worth;
 };
 
-constexpr std::array<Prefix, 9> prefixes = {{{'f', 1e-15},
-                                             {'p', 1e-12},
-                                             {'n', 1e-9},
-                                             {'u', 1e-6},
-                                             {'m', 1e-3},
-                                             {'k', 1e3},
-                                             {'M', 1e6},
-                                             {'G', 1e9},
-                                             {'T', 1e12}}};
+constexpr std::array<PrefixLetter, 9> prefix_letters = {{{'f', 1e-15},
+                                                         {'p', 1e-12},
+                                                         {'n', 1e-9},
+                                                         {'u', 1e-6},
+                                                         {'m', 1e-3},
+                                                         {'k', 1e3},
+                                                         {'M', 1e6},
+                                                         {'G', 1e9},
+                                                         {'T', 1e12}}};
 
 std::string_view without_blanks_at_the_end(std::string_view text) {
     return text.substr(0, text.find_last_not_of(' ') + 1);
@@ -80,7 +80,7 @@ std::optional<double> quantity_typed(std::string_view text, std::string_view uni
         text = without_blanks_at_the_end(text.substr(0, text.size() - unit.size()));
     }
     double worth = 1.0;
-    for (const Prefix& prefix : prefixes) {
+    for (const PrefixLetter& prefix : prefix_letters) {
         if (text.ends_with(prefix.letter)) {
             worth = prefix.worth;
             text = text.substr(0, text.size() - 1);

@@ -36,7 +36,7 @@ ReadoutsDialog::ReadoutsDialog(const Source& source, const Clock& clock)
     }
     controls_.lblReadoutsNames.set_caption(std::move(names));
     for (const Channel channel : both_channels) {
-        const std::string caption = "CH" + std::to_string(number_of(channel)) + " clips";
+        const std::string caption = channel_label(channel) + " clips";
         for (Label* const mark : {&controls_.above.at(channel), &controls_.below.at(channel)}) {
             mark->set_caption(caption);
             mark->set_visible(false);

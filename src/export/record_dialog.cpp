@@ -9,6 +9,7 @@
 #include "host/path_text.h"
 #include "host/shown_text.h"
 #include "state/rounding.h"
+#include "state/text.h"
 
 namespace kv408 {
 namespace {
@@ -144,7 +145,7 @@ std::optional<RecordingPlan> RecordDialog::plan() {
         plan.interval = interval.value_or(plan.interval);
     }
     const std::string& most = controls_.txtRecordCount.text();
-    const bool until_stopped = most.find_first_not_of(' ') == std::string::npos;
+    const bool until_stopped = is_blank(most);
     if (!until_stopped) {
         plan.most = count_in(most);
     }

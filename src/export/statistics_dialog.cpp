@@ -11,6 +11,7 @@
 #include "measure/engine.h"
 #include "measure/measurement_rows.h"
 #include "state/rounding.h"
+#include "state/text.h"
 
 namespace kv408 {
 namespace {
@@ -26,10 +27,6 @@ constexpr std::array second_units = {Unit{"ps", 1e-12}, Unit{"ns", 1e-9}, Unit{"
                                      Unit{"ms", 1e-3}, Unit{"s", 1.0}};
 constexpr std::array hertz_units = {Unit{"hz", 1.0}, Unit{"khz", 1e3}, Unit{"mhz", 1e6},
                                     Unit{"ghz", 1e9}};
-
-bool blank(std::string_view text) {
-    return text.find_first_not_of(' ') == std::string_view::npos;
-}
 
 std::string time_text(const LocalTime& time) {
     std::array<char, 64> text = {};
@@ -48,7 +45,7 @@ std::vector<std::string> value_names() {
 } // namespace
 
 std::optional<double> limit_in(std::string_view text, MeasurementUnit unit) {
-    if (blank(text)) {
+    if (is_blank(text)) {
         return std::nullopt;
     }
     switch (unit) {
@@ -254,7 +251,7 @@ void StatisticsDialog::show_limits() {
     controls_.cmbStatisticsColour.set_index(static_cast<int>(rule.colour));
     controls_.cmbStatisticsAction.set_index(static_cast<int>(rule.action));
     for (TextBox* const box : {&controls_.txtStatisticsLow, &controls_.txtStatisticsHigh}) {
-        box->set_faulty(!blank(box->text()) &&
+        box->set_faulty(!is_blank(box->text()) &&
                         !limit_in(box->text(), measurement_rows()[chosen_row()].unit));
     }
 }

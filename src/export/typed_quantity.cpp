@@ -2,6 +2,7 @@
 
 #include "export/statistics_dialog.h"
 #include "state/rounding.h"
+#include "state/text.h"
 #include "state/units.h"
 
 namespace kv408 {
@@ -9,7 +10,7 @@ namespace {
 
 /// `found` where it lies in `range`; marks `box` where something else is typed.
 std::optional<double> taken(TextBox& box, std::optional<double> found, TypedRange range) {
-    const bool none = box.text().find_first_not_of(' ') == std::string::npos;
+    const bool none = is_blank(box.text());
     if (none || (found && (*found < range.least || *found > range.most))) {
         found.reset();
     }

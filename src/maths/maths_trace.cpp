@@ -8,10 +8,6 @@
 
 namespace kv408 {
 
-std::string channel_label(Channel channel) {
-    return "CH" + std::to_string(number_of(channel));
-}
-
 std::string_view unit_name(MathsUnit unit) {
     constexpr std::array<std::string_view, 4> names = {"V", "V^2", "V/s", "Vs"};
     return names.at(static_cast<std::size_t>(unit));

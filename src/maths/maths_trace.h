@@ -11,9 +11,6 @@
 
 namespace kv408 {
 
-/// What `channel` is called in texts: "CH1", "CH2".
-[[nodiscard]] std::string channel_label(Channel channel);
-
 /// What is computed from one channel, A, or from two, A and B.
 enum class MathsFunction {
     off,

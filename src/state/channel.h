@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <string>
 
 namespace kv408 {
 
@@ -16,6 +17,11 @@ inline constexpr std::array<Channel, 2> both_channels = {ch1, ch2};
 /// The number of `channel` in names, in texts and on the wire, 1 or 2.
 [[nodiscard]] constexpr int number_of(Channel channel) {
     return channel == ch1 ? 1 : 2;
+}
+
+/// What `channel` is called in texts: "CH1", "CH2".
+[[nodiscard]] inline std::string channel_label(Channel channel) {
+    return "CH" + std::to_string(number_of(channel));
 }
 
 /// The channel that `channel` is not.

@@ -7,6 +7,8 @@
 #include <string>
 #include <system_error>
 
+#include "state/text.h"
+
 namespace kv408 {
 namespace {
 
@@ -61,7 +63,7 @@ std::optional<double> read_number(std::string_view& text) {
     return negative ? -value : value;
 }
 
-std::string_view trimmed(std::string_view text) {
+std::string_view without_blanks_and_tabs(std::string_view text) {
     text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
     text.remove_suffix(text.size() - (text.find_last_not_of(" \t") + 1));
     return text;
@@ -126,16 +128,16 @@ double leading_number(std::string_view text) {
 
 std::optional<double> entire_number(std::string_view text) {
     const auto number = read_number(text);
-    return text.find_first_not_of(' ') == std::string_view::npos ? number : std::nullopt;
+    return is_blank(text) ? number : std::nullopt;
 }
 
 std::optional<double> quantity_in(std::string_view text, std::span<const Unit> units) {
-    text = trimmed(text);
+    text = without_blanks_and_tabs(text);
     if (text.empty()) {
         return 0.0;
     }
     const auto number = read_number(text);
-    const std::string name = unit_name(trimmed(text));
+    const std::string name = unit_name(without_blanks_and_tabs(text));
     if (!number || name.empty()) {
         return name.empty() ? number : std::nullopt;
     }
