@@ -40,11 +40,11 @@ TextLine result_line(const MeasurementControls& slot) {
     if (slot.label.caption().empty()) {
         return {};
     }
-    TextLine line = {piece(slot.label, slot.label.caption())};
-    for (const Label* const result : {&slot.ch1, &slot.ch2}) {
-        if (!result->caption().empty()) {
-            line.push_back(piece(*result, result->caption()));
-        }
+    TextLine line = {piece(slot.label, slot.label.caption()), piece(slot.ch1, slot.ch1.caption()),
+                     piece(slot.ch2, slot.ch2.caption())};
+    // Only what stands last may be left out: the pieces are columns.
+    while (line.back().text.empty()) {
+        line.pop_back();
     }
     return line;
 }

@@ -33,9 +33,7 @@ ReadoutsWindow::ReadoutsWindow(ReadoutsDialog& dialog, ScopeDriver& driver, QWid
 }
 
 QWidget* ReadoutsWindow::make_values() {
-    constexpr int least_width = 430; // for the longest reason
     auto* const frame = new PanelFrame(u"Time cursors"_s);
-    frame->keep_width(least_width);
     WidgetMaker make(frame, driver_);
     ReadoutsControls& controls = dialog_.controls();
     auto* const grid = new QGridLayout(frame);
@@ -44,6 +42,9 @@ QWidget* ReadoutsWindow::make_values() {
     add_values(make, *grid, 0, controls.lblReadoutsNames, controls.lblReadoutsValues,
                {u"Read-outs"_s, u"Time and frequency between the time cursors, and the voltages "
                                 u"where these cross the traces"_s});
+    // The longest of them must not widen a window that has its place already.
+    const QString longest = u"--- (no time cursors: choose Time in the frame Cursor)"_s;
+    grid->setColumnMinimumWidth(1, fontMetrics().horizontalAdvance(longest));
     grid->setRowStretch(1, 1);
     return frame;
 }

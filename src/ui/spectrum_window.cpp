@@ -113,6 +113,9 @@ QWidget* SpectrumWindow::make_values() {
     layout->addWidget(
         told(controls.lblSpectrumRemark, {u"Remarks on the spectrum"_s, u"What falsifies it"_s}), 1,
         0, 1, 2);
+    // A frequency and its level stand in one line.
+    const QString longest = u"123.456MHz   -123.45 dBm"_s;
+    layout->setColumnMinimumWidth(0, fontMetrics().horizontalAdvance(longest));
     layout->setColumnStretch(1, 1);
     return frame;
 }

@@ -176,7 +176,7 @@ TEST_P(Contents, OfAllKindsEqualThePlainPictureAtTheScalesOfWindows) {
           random(705, 2000) / 641.0, 2.0, random(2001, 5128) / 641.0}) {
         scene_.picture.set_scale(PlotScale(factor));
         plain_.set_factor(factor);
-        for (int round = 0; round < 2; ++round) {
+        for (int round = 0; round < (series_stride == 1 ? 2 : 1); ++round) {
             sweep_traces();
             collect(chance(50) ? ch1 : ch2);
             set_curves();

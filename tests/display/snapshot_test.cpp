@@ -333,6 +333,8 @@ TEST_F(SnapshotTest, TheScalesAreThoseOfTheClickAndInItsColours) {
     panel.measurement[0].ch2.set_caption("---");
     panel.measurement[2].label.set_caption("Vpp");
     panel.measurement[2].ch1.set_caption("100.0mV");
+    panel.measurement[1].label.set_caption("Vmean");
+    panel.measurement[1].ch2.set_caption("1.500V");
     ColourUpdate(panel, colours, picture).recolour_panel();
     settings.snapshotdialog = true;
     choosers.on_ask = [this] { panel.seltimediv.set_index(1); };
@@ -341,7 +343,7 @@ TEST_F(SnapshotTest, TheScalesAreThoseOfTheClickAndInItsColours) {
     EXPECT_EQ(texts_of(coder.lines),
               (Texts{"20ns/div | 2026-11-16 01:09:37", "CH1 | 0.1V/div (inv) | " + offset,
                      "CH2 | 0.1V/div (inv) | " + offset + " | Delay:  500ps",
-                     "Freq | 10.00MHz | ---", "Vpp | 100.0mV"}));
+                     "Freq | 10.00MHz | ---", "Vmean |  | 1.500V", "Vpp | 100.0mV"}));
     EXPECT_EQ(coder.lines[0][0].colour, rgb(255, 255, 255));
     EXPECT_EQ(coder.lines[1][0].colour, rgb(255, 255, 0));
     EXPECT_EQ(coder.lines[2][2].colour, rgb(128, 220, 255));

@@ -66,12 +66,14 @@ class ToolLayoutTest : public QObject {
 
 private Q_SLOTS:
     void values_stay_whole_while_texts_grow();
+    void none_gets_wider_once_it_is_placed();
     void clipping_takes_nothing_from_the_readouts();
     void a_high_window_grows_with_its_texts();
     void small_screens_have_room();
     void large_letters_leave_the_buttons_in_sight();
     void mnemonics_are_unique();
     void frequencies_at_the_axis_do_not_touch();
+    void each_peak_of_the_spectrum_has_a_line();
 };
 
 void ToolLayoutTest::values_stay_whole_while_texts_grow() {
@@ -92,6 +94,21 @@ void ToolLayoutTest::values_stay_whole_while_texts_grow() {
         }
         QApplication::processEvents();
         QTRY_COMPARE(cut_off(*tool).join(u'\n'), QString());
+        tool->hide();
+    }
+}
+
+void ToolLayoutTest::none_gets_wider_once_it_is_placed() {
+    OneTool on;
+    QVERIFY(on.run_until_sweeping());
+    for (const auto& [entry, window, operated] : tool_entries) {
+        on.widget<QAction>(entry)->trigger();
+        auto* const tool = on.window().findChild<QWidget*>(QString::fromLatin1(window));
+        QVERIFY2(tool != nullptr, window);
+        const int width = tool->width();
+        QVERIFY(QTest::qWaitForWindowExposed(tool));
+        QTest::qWait(20);
+        QVERIFY2(tool->width() == width, qPrintable(described(*tool) + size_text(tool->size())));
         tool->hide();
     }
 }
@@ -220,6 +237,21 @@ void ToolLayoutTest::frequencies_at_the_axis_do_not_touch() {
                      qPrintable(QString::fromStdString(time) + u' ' + texts[next - 1].text + u' ' +
                                 texts[next].text));
         }
+    }
+}
+
+void ToolLayoutTest::each_peak_of_the_spectrum_has_a_line() {
+    OneTool on;
+    QVERIFY(on.open("mnuspectrum", "frmSpectrum") != nullptr);
+    auto* const peaks = on.widget<QLabel>("lblSpectrumPeaks");
+    QTRY_VERIFY(!peaks->text().isEmpty());
+    QTest::qWait(20);
+    for (const int count : {1, 2, 5}) {
+        peaks->setText(u"123.456MHz   -116.77 dBV\n"_s.repeated(count).chopped(1));
+        QTest::qWait(20);
+        QVERIFY2(peaks->heightForWidth(peaks->width()) <
+                     (count + 1) * peaks->fontMetrics().height(),
+                 qPrintable(size_text(peaks->size())));
     }
 }
 
