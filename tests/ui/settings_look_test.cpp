@@ -3,6 +3,7 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QSlider>
 #include <QTest>
 
@@ -42,6 +43,8 @@ private Q_SLOTS:
     void no_two_mnemonics_are_alike();
     void looks_well_data();
     void looks_well();
+    void handles_of_scroll_bars_stand_out_data() { looks_well_data(); }
+    void handles_of_scroll_bars_stand_out();
     void the_screen_is_readable_on_white();
     void one_press_sets_colours_on_white_and_on_black();
     void follows_the_desktop_while_it_runs();
@@ -132,6 +135,20 @@ void SettingsLookTest::looks_well() {
 }
 
 // Dark traces on white, as for printing: every text of the screen can still be read.
+void SettingsLookTest::handles_of_scroll_bars_stand_out() {
+    QFETCH(Look, look);
+    apply_look(look);
+    QScrollBar bar(Qt::Vertical);
+    bar.resize(bar.sizeHint().width(), 200);
+    bar.setRange(0, 100);
+    bar.setPageStep(100); // half of the bar, at its upper end
+    const QImage picture = bar.grab().toImage();
+    const QColor handle = picture.pixelColor(bar.width() / 2, 60);
+    const QColor groove = picture.pixelColor(bar.width() / 2, 150);
+    QVERIFY2(std::abs(handle.lightness() - groove.lightness()) > 25,
+             qPrintable(handle.name() + u" on "_s + groove.name()));
+}
+
 void SettingsLookTest::the_screen_is_readable_on_white() {
     apply_look(Look::light);
     OpenSettings on;
