@@ -73,7 +73,7 @@ Command type_command(Instrument& instrument) {
 }
 
 bool works(const Instrument& instrument) {
-    return instrument.attached() && !instrument.parts().acquisition.data.silence();
+    return instrument.attached() && !instrument.silent();
 }
 
 } // namespace

@@ -218,6 +218,15 @@ std::uint64_t Instrument::sweep_count() const {
     return last_ ? last_->number : counted_before_;
 }
 
+bool Instrument::silent() const {
+    return scope_ != nullptr && !scope_->ended() &&
+           scope_->parts().acquisition.data.silence().has_value();
+}
+
+bool Instrument::sweeping() const {
+    return scope_ != nullptr && !scope_->ended() && scope_->parts().acquisition.acqrunning;
+}
+
 void Instrument::show_conditions(Client& client) {
     unsigned operation = 0;
     unsigned questionable = 0;
@@ -230,7 +239,7 @@ void Instrument::show_conditions(Client& client) {
         operation |= is_set_up(acquisition) ? set_up_bit : 0U;
         operation |= state_word::sweeps(acquisition.scopestate) ? sweeping_bit : 0U;
         operation |= acquisition.activity == Activity::waiting_for_trigger ? waiting_bit : 0U;
-        questionable |= acquisition.data.silence() ? no_data_bit : 0U;
+        questionable |= silent() ? no_data_bit : 0U;
         for (const Channel channel : both_channels) {
             const Clipping clips =
                 clipping_.look(channel, parts.sweeps.last()->channel.at(channel));

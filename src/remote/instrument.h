@@ -94,6 +94,12 @@ public:
 
     // --- Registers --------------------------------------------------------------------------
 
+    /// True while a sweep runs and no data come for longer than is usual.
+    [[nodiscard]] bool silent() const;
+
+    /// True while a sweep runs.
+    [[nodiscard]] bool sweeping() const;
+
     /// Brings the conditions of `client` up to date.
     void show_conditions(Client& client);
 

@@ -56,9 +56,29 @@ void RemoteControl::tick_over() {
     if (!instrument_.may_run()) {
         return;
     }
+    watch_silence();
     if (server_) {
         server_->for_each([this](Client& client) { instrument_.show_conditions(client); });
     }
+}
+
+void RemoteControl::watch_silence() {
+    const bool silent = instrument_.silent();
+    if (std::exchange(silent_, silent) == silent) {
+        return;
+    }
+    if (silent) {
+        tell_all({ScpiError::hardware_error, "No data from the instrument"});
+    }
+    // Stopped, nothing has come: nobody waits for it any more.
+    if (silence_ && (silent || instrument_.sweeping())) {
+        silence_(silent);
+    }
+}
+
+void RemoteControl::detach() {
+    instrument_.detach();
+    silent_ = false; // the loss is told instead
 }
 
 std::vector<Server::Seen> RemoteControl::clients() const {
@@ -82,11 +102,13 @@ bool RemoteControl::tell_all(const Refused& error) {
     return anybody;
 }
 
+bool RemoteControl::tell_cause(const Message& message) {
+    return instrument_.take_message(message,
+                                    [this](const Refused& error) { return tell_all(error); });
+}
+
 void RemoteControl::spare_person() {
-    host_.gate.on_message([this](const Message& message) {
-        return instrument_.take_message(message,
-                                        [this](const Refused& error) { return tell_all(error); });
-    });
+    host_.gate.on_message([this](const Message& message) { return tell_cause(message); });
 }
 
 Client::Moment RemoteControl::moment(Client& client) {

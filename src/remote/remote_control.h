@@ -30,7 +30,7 @@ public:
 
     /// See `Instrument`.
     void attach(Scope& scope, Instrument::Act act) { instrument_.attach(scope, std::move(act)); }
-    void detach() { instrument_.detach(); }
+    void detach();
 
     /// Begins to listen at `place`. Throws `std::system_error` where that is not possible.
     void open(const Network::Place& place);
@@ -47,15 +47,23 @@ public:
     /// nothing in the middle of an exchange. True when commands are left.
     bool serve(std::chrono::nanoseconds longest);
 
-    /// To be called after each tick of the program; where there is no program, as often.
+    /// To be called after each tick of the program; where there is no program, as often. Tells all
+    /// clients when the instrument sends no data any more.
     void tick_over();
 
     /// The clients, in the order in which they came.
     [[nodiscard]] std::vector<Server::Seen> clients() const;
     void disconnect(Network::Connection connection);
 
+    /// Sets what runs when the instrument sends no data any more, and when data have come again.
+    void on_silence(std::function<void(bool silent)> listener) { silence_ = std::move(listener); }
+
     /// Notes `error` in the queue of each client; false where there is none.
     bool tell_all(const Refused& error);
+
+    /// Makes `message` an error of the client that has caused it, or of all where that has gone;
+    /// see `Instrument::take_message`. False where no client is told of it.
+    bool tell_cause(const Message& message);
 
     /// From now on there is a person in front of the program, for whom a message box would wait,
     /// and all clients with it: what a client has caused and a tick tells becomes the client's
@@ -79,12 +87,15 @@ public:
 
 private:
     void changed() const;
+    void watch_silence();
 
     Host host_;
     Instrument instrument_;
     CommandTable table_;
     std::optional<Server> server_;
     std::function<void()> changed_;
+    std::function<void(bool)> silence_;
+    bool silent_ = false; ///< at the last tick
 };
 
 } // namespace kv408

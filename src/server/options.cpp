@@ -24,7 +24,7 @@ constexpr const char* help_text =
     "  --help            shows this text\n"
     "  --version         shows the version\n"
     "\n"
-    "Settings are those of kv408. INT and TERM save them and end it.\n"
+    "Settings are those of kv408. INT, TERM and HUP save them and end it.\n"
     "Exit code: 0 it was asked to end, 1 it could not listen, 2 wrong use.\n";
 
 constexpr int wrong_use = 2;

@@ -23,6 +23,9 @@ Service::Service(const Host& host, const Network::Place& place)
     : host_(host), log_(host.log),
       control_({.clock = host.clock, .gate = gate_, .wake = [this] { waker_.wake(); }}) {
     control_.on_change([this] { show_clients(); });
+    control_.on_silence([this](bool silent) {
+        log_.write(silent ? "No data from the instrument" : "Data from the instrument again");
+    });
     control_.open(place);
     log_.write("Listening at " + place.address + " port " + std::to_string(port()));
 }
@@ -59,7 +62,7 @@ void Service::run_once() {
     started_ = false;
     if (scope_->start()) {
         started_ = true;
-        log_.note_well();
+        note_well();
         log_.write("Instrument " + scope_->parts().panel.device.text() + " found");
         carry_on();
         control_.attach(*scope_,
@@ -77,7 +80,7 @@ void Service::run_once() {
 }
 
 void Service::tick_until_ended() {
-    scope_->sweeps().on_finished([this](const auto&) { log_.note_well(); });
+    scope_->sweeps().on_finished([this](const auto&) { note_well(); });
     TickPace pace(host_.clock.now());
     while (!scope_->ended()) {
         if (end_asked_) {
@@ -119,8 +122,10 @@ void Service::carry_on() {
 }
 
 MessageAnswer Service::tell(const Message& message) {
-    if (log_.write_trouble(message.text +
-                           (message.informative.empty() ? "" : " " + message.informative))) {
+    const std::string text =
+        message.text + (message.informative.empty() ? "" : " " + message.informative);
+    log_.write_trouble(text);
+    if (!control_.tell_cause(message) && told_all_.first(text)) {
         control_.tell_all({ScpiError::hardware_error, message.text});
     }
     switch (message.buttons) {
@@ -140,6 +145,11 @@ MessageAnswer Service::tell(const Message& message) {
 void Service::Messages::process_pending() {
     service_.end_if_asked();
     service_.control_.serve(serving);
+}
+
+void Service::note_well() {
+    log_.note_well();
+    told_all_.forget();
 }
 
 void Service::end_if_asked() {

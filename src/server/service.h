@@ -102,6 +102,7 @@ private:
     void carry_on();
     [[nodiscard]] Carried carried() const;
     MessageAnswer tell(const Message& message);
+    void note_well();
     void end_if_asked();
     /// Serves clients meanwhile, unless the end is asked for.
     void wait(std::chrono::nanoseconds duration);
@@ -109,6 +110,7 @@ private:
 
     Host host_;
     EventLog log_;
+    ToldOnce told_all_; ///< what all clients were told, nobody having caused it
     Waker waker_;
     std::atomic<bool> end_asked_ = false;
     Gate gate_;

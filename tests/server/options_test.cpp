@@ -41,6 +41,7 @@ TEST(ServerOptions, AskForTexts) {
     EXPECT_FALSE(help.line.options);
     EXPECT_EQ(help.line.exit_code, 0);
     EXPECT_THAT(help.out.str(), HasSubstr("Usage: kv408-server"));
+    EXPECT_THAT(help.out.str(), HasSubstr("INT, TERM and HUP save"));
     EXPECT_EQ(Read({"--version"}).out.str(), std::string("kv408-server ") + KV408_VERSION + '\n');
 }
 

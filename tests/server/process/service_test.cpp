@@ -38,6 +38,7 @@ public:
     explicit PulledBridge(Bridge& bridge) : bridge_(bridge) {}
 
     std::atomic<bool> pulled = false;
+    std::atomic<bool> switched_off = false; ///< the cable is there, and nobody at its end
 
     Counted count_devices() override {
         return pulled ? Counted{bridge_success, 0} : bridge_.count_devices();
@@ -53,14 +54,17 @@ public:
     BridgeStatus set_time_out(std::uint32_t ms) override { return bridge_.set_time_out(ms); }
     BridgeStatus flush() override { return pulled ? bridge_failed : bridge_.flush(); }
     BridgeStatus write(std::span<const Byte> bytes) override {
-        return pulled ? bridge_failed : bridge_.write(bytes);
+        return pulled ? bridge_failed : switched_off ? bridge_success : bridge_.write(bytes);
     }
     Counted read(std::span<Byte> bytes) override {
-        return pulled ? Counted{bridge_failed, 0} : bridge_.read(bytes);
+        return nothing_comes() ? nothing() : bridge_.read(bytes);
     }
-    Counted waiting() override { return pulled ? Counted{bridge_failed, 0} : bridge_.waiting(); }
+    Counted waiting() override { return nothing_comes() ? nothing() : bridge_.waiting(); }
 
 private:
+    [[nodiscard]] bool nothing_comes() const { return pulled || switched_off; }
+    [[nodiscard]] Counted nothing() const { return {pulled ? bridge_failed : bridge_success, 0}; }
+
     Bridge& bridge_;
 };
 
@@ -102,6 +106,16 @@ protected:
         return SocketLine::comes([&] { return line.ask(question) == wanted; });
     }
 
+    /// The client's errors, oldest first, each with its line's end.
+    static std::string errors_of(const SocketLine& line) {
+        std::string errors;
+        for (std::string error = line.ask("SYST:ERR?"); error != "0,\"No error\"\n";
+             error = line.ask("SYST:ERR?")) {
+            errors += error;
+        }
+        return errors;
+    }
+
     StoppedClock clock;
     simulator::Simulation simulation{clock};
     PulledBridge bridge{simulation.bridge()};
@@ -127,11 +141,7 @@ TEST_F(Services, FindTheInstrumentAgainWithTheSameSetUp) {
     const long sweeps = std::stol(line.ask("ACQ:COUN?"));
     bridge.pulled = true;
     ASSERT_TRUE(comes(line, "STAT:QUES:COND?", "512\n"));
-    std::string errors;
-    for (std::string error; error != "0,\"No error\"\n"; errors += error) {
-        error = line.ask("SYST:ERR?");
-    }
-    EXPECT_THAT(errors, HasSubstr("-240,\"Hardware error;The instrument is lost\""));
+    EXPECT_THAT(errors_of(line), HasSubstr("-240,\"Hardware error;The instrument is lost\""));
     bridge.pulled = false;
     ASSERT_TRUE(comes(line, "STAT:QUES:COND?", "0\n"));
     EXPECT_EQ(line.ask(questions), set_up);
@@ -258,6 +268,64 @@ TEST_F(Services, StayStoppedOverALoss) {
     ASSERT_TRUE(comes(line, "STAT:QUES:COND?", "0\n"));
     EXPECT_EQ(line.ask("ACQ:STAT?;:TRIG:SOUR?"), "STOP;TRIG2\n");
     end();
+}
+
+/// How often `text` stands in `all`.
+std::size_t count_of(const std::string& text, const std::string& all) {
+    std::size_t count = 0;
+    for (auto at = all.find(text); at != std::string::npos; at = all.find(text, at + 1)) {
+        ++count;
+    }
+    return count;
+}
+
+TEST_F(Services, TellAFailureToTheClientThatCausedItEachTime) {
+    start();
+    const SocketLine one(service->port());
+    const SocketLine other(service->port());
+    ASSERT_TRUE(comes(one, "ACQ:STAT?", "RUN\n"));
+    bridge.switched_off = true;
+    ASSERT_TRUE(comes(one, "STAT:QUES:COND?", "512\n"));
+    one.say("*CLS\n");
+    other.say("*CLS\n");
+    const std::string failure = "-240,\"Hardware error;Error Sending Data.\"\n";
+    for (const char* const position : {"0.3", "0.4", "0.5"}) {
+        one.say(std::string("CHAN1:POS ") + position + '\n');
+        std::string errors;
+        EXPECT_TRUE(SocketLine::comes([&] {
+            errors += errors_of(one);
+            return errors.find(failure) != std::string::npos;
+        })) << position;
+        EXPECT_EQ(errors_of(other), "");
+    }
+    other.say("CHAN1:POS 0.6\n");
+    std::string errors;
+    EXPECT_TRUE(SocketLine::comes([&] {
+        errors += errors_of(other);
+        return errors.find(failure) != std::string::npos;
+    }));
+    const std::string told = end();
+    EXPECT_EQ(count_of("Error Sending Data.\n", told), 1U) << told;
+}
+
+TEST_F(Services, TellThatNoDataCome) {
+    start();
+    const SocketLine one(service->port());
+    const SocketLine other(service->port());
+    ASSERT_TRUE(comes(one, "ACQ:STAT?", "RUN\n"));
+    EXPECT_EQ(other.ask("SYST:ERR?"), "0,\"No error\"\n");
+    for (int time = 0; time < 2; ++time) {
+        bridge.switched_off = true;
+        ASSERT_TRUE(comes(one, "STAT:QUES:COND?", "512\n"));
+        bridge.switched_off = false;
+        ASSERT_TRUE(comes(one, "STAT:QUES:COND?", "0\n"));
+        for (const SocketLine* const line : {&one, &other}) {
+            EXPECT_EQ(errors_of(*line), "-240,\"Hardware error;No data from the instrument\"\n");
+        }
+    }
+    const std::string told = end();
+    EXPECT_EQ(count_of("No data from the instrument\n", told), 2U) << told;
+    EXPECT_EQ(count_of("Data from the instrument again\n", told), 2U) << told;
 }
 
 // What another program reads of the picture's PNG, row by row.
