@@ -21,6 +21,10 @@ using asio::ip::tcp;
 
 constexpr std::size_t piece = std::size_t{16} * 1024;
 
+/// How long who finds no place waits for that of one that is going: longer than an exchange with
+/// the instrument, during which nobody is let go.
+constexpr std::chrono::seconds longest_wait{5};
+
 std::string text_of(const tcp::endpoint& end) {
     const std::string address = end.address().to_string();
     return (end.address().is_v6() ? '[' + address + ']' : address) + ':' +
@@ -118,6 +122,7 @@ public:
         asio::post(context_, [this, connection, act] {
             if (Peer* const peer = find(connection)) {
                 act(*peer);
+                admit(); // it may have gone
             }
         });
     }
@@ -152,6 +157,7 @@ private:
         std::string leaving;  ///< what is being written
         bool writing = false; ///< something is
         bool closing = false;
+        bool ended = false;     ///< it sends no more
         bool broken = false;    ///< nothing more would come of the socket
         bool gives_way = false; ///< to a client that finds no place
     };
@@ -172,12 +178,46 @@ private:
                 rest_.async_wait([this](const std::error_code&) { accept(); });
                 return;
             }
-            make_place();
-            if (peers_.size() < most_) {
-                open(std::move(socket));
-            }
-            accept();
+            newcomer_.emplace(std::move(socket));
+            patience_.expires_after(longest_wait);
+            patience_.async_wait([this](const std::error_code& decided) {
+                if (!decided) {
+                    admit();
+                }
+            });
+            admit();
         });
+    }
+
+    // Decides about the one that has come last. Behind one that has closed, and whose end the
+    // program has not dealt with, it waits; those behind it wait in the system's queue.
+    void admit() {
+        if (!newcomer_) {
+            return;
+        }
+        make_place();
+        const bool place = peers_.size() < most_;
+        if (!place && patience_.expiry() > asio::steady_timer::clock_type::now() &&
+            std::any_of(peers_.begin(), peers_.end(),
+                        [](const auto& peer) { return goes(*peer.second); })) {
+            return;
+        }
+        patience_.cancel();
+        tcp::socket socket = std::move(*newcomer_);
+        newcomer_.reset();
+        if (place) {
+            open(std::move(socket));
+        }
+        accept();
+    }
+
+    // Whether the peer has ended its side, seen or not yet seen in reading, or is being closed.
+    static bool goes(Peer& peer) {
+        std::array<char, 1> next{};
+        std::error_code failed;
+        peer.socket.receive(asio::buffer(next), tcp::socket::message_peek, failed);
+        return peer.ended || peer.broken || peer.closing ||
+               (failed && failed != asio::error::would_block);
     }
 
     void make_place() {
@@ -197,6 +237,7 @@ private:
             return;
         }
         socket.set_option(tcp::no_delay(true), gone);
+        socket.non_blocking(true, gone); // for those who only look
         look_after(socket);
         const Connection connection = ++last_;
         Peer& peer =
@@ -240,6 +281,7 @@ private:
             asio::buffer(peer.buffer), [this, connection, alive = peers_.at(connection)](
                                            const std::error_code& failed, std::size_t count) {
                 if (failed == asio::error::eof) {
+                    alive->ended = true;
                     tell(Ended{connection});
                 } else if (failed && find(connection) == alive.get()) {
                     lost(connection, *alive);
@@ -273,6 +315,7 @@ private:
         sent(connection);
         if (peer.closing && find(connection) == &peer) {
             drop_peer(connection);
+            admit();
         }
     }
 
@@ -311,7 +354,9 @@ private:
     std::size_t most_;
     asio::io_context context_{1};
     tcp::acceptor acceptor_;
-    asio::steady_timer rest_{context_}; ///< after a failure to accept
+    asio::steady_timer rest_{context_};     ///< after a failure to accept
+    std::optional<tcp::socket> newcomer_;   ///< has come, and nothing is decided about it
+    asio::steady_timer patience_{context_}; ///< ends when it has waited long enough
     std::uint16_t port_ = 0;
     Peers peers_;
     Connection last_ = 0;

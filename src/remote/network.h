@@ -50,7 +50,8 @@ public:
     };
     using Event = std::variant<Opened, Received, Ended, Lost>;
 
-    /// Listens at `place` for `most` connections at a time; further ones are refused.
+    /// Listens at `place` for `most` connections at a time; further ones are refused. While one of
+    /// these has ended its side the next waits a few seconds for its place.
     /// `wake` is called, on the sockets' thread, when there is something to take. Throws
     /// `std::system_error` where it cannot listen there.
     Network(const Place& place, std::size_t most, std::function<void()> wake);

@@ -52,6 +52,11 @@ protected:
                         ++big;
                         return std::string(300000, 'x');
                     }},
+                   {"BUSY",
+                    [this](const Call&) {
+                        busy = true;
+                        static_cast<void>(Line::comes([this] { return !busy; }));
+                    }},
                    {"SLOW", [this](const Call&) {
                         std::this_thread::sleep_for(1ms);
                         ++slow;
@@ -88,6 +93,7 @@ protected:
 
     std::atomic<bool> grid = false;
     std::atomic<bool> pending = false;
+    std::atomic<bool> busy = false; ///< the program is, until this is set to false
     std::atomic<int> big = 0;       ///< how many big answers have been made
     int slow = 0;                   ///< how many slow commands the server has run at a time
     std::atomic<int> most_slow = 0; ///< the most
@@ -146,6 +152,30 @@ TEST_F(Servers, TakeEightAndTurnTheNextAway) {
     wait_for_clients(7);
     EXPECT_EQ(Line(server.port()).ask("SYST:VERS?"), "1999.0\n");
     EXPECT_EQ(lines[7]->ask("SYST:VERS?"), "1999.0\n");
+}
+
+// A script that ends and the next one, which begins at once, while the program has no time.
+TEST_F(Servers, TakeWhoComesInThePlaceOfOneThatHasGone) {
+    std::array<std::unique_ptr<Line>, 8> lines;
+    for (auto& line : lines) {
+        line = std::make_unique<Line>(server.port());
+        EXPECT_EQ(line->ask("SYST:VERS?"), "1999.0\n");
+    }
+    for (const bool says_something : {false, true}) {
+        lines[0]->say("BUSY\n");
+        ASSERT_TRUE(Line::comes([this] { return busy.load(); }));
+        if (says_something) {
+            lines[3]->say("DISP:GRID ON\n");
+        }
+        lines[3].reset();
+        lines[3] = std::make_unique<Line>(server.port());
+        lines[3]->say("SYST:VERS?\n");
+        EXPECT_EQ(lines[3]->hear(100ms), "(nothing)") << "it waits";
+        busy = false;
+        EXPECT_EQ(lines[3]->hear(), "1999.0\n");
+        EXPECT_EQ(Line(server.port()).ask("SYST:VERS?"), "") << "now there are eight";
+    }
+    EXPECT_TRUE(grid) << "what it had said before it went is run";
 }
 
 TEST_F(Servers, WhoIsHeldBackHoldsNobodyElseBack) {
