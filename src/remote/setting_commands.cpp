@@ -132,7 +132,7 @@ Command step_setting(std::string header, const StepSetting& setting) {
     const NumberRange range{*least, *most, setting.steps.at(setting.preset), setting.quantity};
     Command command{std::move(header), {}, one, {}, {0, 1}};
     command.act = [setting, range](const Call& call) {
-        const double number = number_of(call.parameters.front(), range);
+        const double number = any_number_of(call.parameters.front(), range);
         const auto step = std::find_if(setting.steps.begin(), setting.steps.end(),
                                        [number](double each) { return is_step(number, each); });
         if (step == setting.steps.end()) {

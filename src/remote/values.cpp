@@ -107,21 +107,21 @@ double held_in(double value, const NumberRange& range) {
     return value;
 }
 
-double unchecked_number(const Parameter& parameter, const NumberRange& range) {
+} // namespace
+
+double any_number_of(const Parameter& parameter, const NumberRange& range) {
     if (const auto limit = named_limit(parameter, range)) {
         return *limit;
     }
     return value_of(of_kind(parameter, Parameter::Kind::number), range.quantity);
 }
 
-} // namespace
-
 double number_of(const Parameter& parameter, const NumberRange& range) {
-    return held_in(unchecked_number(parameter, range), range);
+    return held_in(any_number_of(parameter, range), range);
 }
 
 std::int32_t whole_of(const Parameter& parameter, const NumberRange& range) {
-    return round_to_int32(held_in(round_half_even(unchecked_number(parameter, range)), range));
+    return round_to_int32(held_in(round_half_even(any_number_of(parameter, range)), range));
 }
 
 double limit_of(const Parameter& parameter, const NumberRange& range) {

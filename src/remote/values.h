@@ -28,7 +28,11 @@ struct NumberRange {
 /// for its ends and its preset.
 [[nodiscard]] double number_of(const Parameter& parameter, const NumberRange& range);
 
-/// The same as a whole number: halves are rounded to even before the range is looked at.
+/// The number that `parameter` is, whatever it is; `MIN`, `MAX` and `DEF` as above.
+[[nodiscard]] double any_number_of(const Parameter& parameter, const NumberRange& range);
+
+/// The same as `number_of` as a whole number: halves are rounded to even before the range is looked
+/// at.
 [[nodiscard]] std::int32_t whole_of(const Parameter& parameter, const NumberRange& range);
 
 /// The number that a query about `range` is to answer: that of `MIN`, `MAX` or `DEF`.

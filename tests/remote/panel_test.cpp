@@ -32,6 +32,11 @@ TEST_F(RemotePanel, IsSetAndAskedCommandByCommand) {
         Set{"TIM:SCAL 5NS", "5.000000E-09"},
         Set{"TIMEBASE:SCALE 1e-7", "1.000000E-07"},
         Set{":tim:scal 25 ps", "2.500000E-11"},
+        Set{"TIM:SCAL 2.4999999999999998e-11", "2.500000E-11"}, // rounded digits mean the step
+        Set{"TIM:SCAL 1.0000000000000002e-04", "1.000000E-04"},
+        Set{"TIM:SCAL 2.00000000001E-8", "2.000000E-08"},
+        Set{"TIM:SCAL MIN", "2.500000E-11"},
+        Set{"TIM:SCAL MAX", "1.000000E-04"},
         Set{"TIM:SCAL DEF", "2.000000E-08"},
         Set{"TIM:DEL1 1500PS", "1.500000E-09"},
         Set{"TIM:DEL2 65.535E-9", "6.553500E-08"},
@@ -43,6 +48,8 @@ TEST_F(RemotePanel, IsSetAndAskedCommandByCommand) {
         Set{"CHAN2:DISP 1", "1"},
         Set{"CHAN1:SCAL 50MV", "5.000000E-02"},
         Set{"CHANNEL2:SCALE 0.5", "5.000000E-01"},
+        Set{"CHAN1:SCAL 0.5000000001", "5.000000E-01"},
+        Set{"CHAN1:SCAL 0.00999999999999999", "1.000000E-02"},
         Set{"CHAN1:SCAL MIN", "1.000000E-02"},
         Set{"CHAN1:POS -1.5", "-1.500000E+00"},
         Set{"CHAN2:POS MAX", "4.000000E+00"},
@@ -108,6 +115,11 @@ TEST_F(RemotePanel, TellsLimitsAndRefusesWhatLiesOutside) {
     }
     constexpr std::array refused{
         Set{"TIM:SCAL 30NS", "-222,\"Data out of range\""},
+        Set{"TIM:SCAL 2.49999E-11", "-222,\"Data out of range\""},
+        Set{"TIM:SCAL 1.00000001E-4", "-222,\"Data out of range\""},
+        Set{"CHAN1:SCAL 0.50000001", "-222,\"Data out of range\""},
+        Set{"CHAN1:SCAL 0.00999999", "-222,\"Data out of range\""},
+        Set{"CHAN1:SCAL 0", "-222,\"Data out of range\""},
         Set{"CHAN1:SCAL 1V", "-222,\"Data out of range\""},
         Set{"CHAN1:SCAL 50MAV", "-222,\"Data out of range\""},
         Set{"CHAN1:POS 4.1", "-222,\"Data out of range\""},
