@@ -55,6 +55,13 @@ void Autoset::cancel() {
     }
 }
 
+void Autoset::end_if_stopped() {
+    if (under_way() && !works_.acquisition.acqrunning) {
+        was_sweeping_ = false;
+        give_up(Outcome::cancelled, "Stopped. Everything is as it was.");
+    }
+}
+
 int Autoset::progress() const {
     constexpr int whole = 100;
     if (!under_way()) {
@@ -68,8 +75,7 @@ void Autoset::tick_over() {
         return;
     }
     if (!works_.acquisition.acqrunning) {
-        was_sweeping_ = false; // somebody has pressed Stop
-        give_up(Outcome::cancelled, "Stopped. Everything is as it was.");
+        end_if_stopped();
     } else if (works_.clock.now() - asked_ > autoset_limit::wait) {
         give_up(Outcome::not_found, "No data come from the instrument. Everything is as it was.");
     } else if (elapsed() > longest - autoset_limit::to_put_back) {

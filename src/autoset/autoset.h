@@ -73,6 +73,9 @@ public:
     /// Ends one that is under way and puts everything back.
     void cancel();
 
+    /// Ends one during which somebody has pressed Stop, as the next tick would.
+    void end_if_stopped();
+
     /// True from its start until its end.
     [[nodiscard]] bool under_way() const { return outcome_ == Outcome::under_way; }
 

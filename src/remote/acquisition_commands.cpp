@@ -36,8 +36,7 @@ const char* state_of(const AcquisitionState& acquisition) {
 
 void reset(Instrument& instrument, Client& client) {
     client.tell_completion(false);
-    instrument.act(client, [&instrument](Scope& scope) {
-        scope.panel().cmdstop.click();
+    instrument.stop_and_act(client, [&instrument](Scope& scope) {
         SettingsFile& settings = scope.settings_file();
         settings.put_back(set_up_of(FrontPanel(), settings.factory_bytes()));
         set_tools(scope.tools(), *instrument.tools_at_first());
@@ -51,7 +50,7 @@ void run(Instrument& instrument, Client& client) {
 }
 
 void stop(Instrument& instrument, Client& client) {
-    instrument.act(client, [](Scope& scope) { scope.panel().cmdstop.click(); });
+    instrument.stop_and_act(client, [](const Scope&) {});
     instrument.forget_single();
 }
 

@@ -123,13 +123,25 @@ Scope& Instrument::scope() const {
 }
 
 void Instrument::act(Client& client, const std::function<void(Scope&)>& press) {
+    if (!network_locked_ && scope().autoset().under_way()) {
+        throw Refused{ScpiError::settings_conflict, "Autoset is under way"};
+    }
+    press_for(client, press);
+}
+
+void Instrument::stop_and_act(Client& client, const std::function<void(Scope&)>& press) {
+    press_for(client, [&press](Scope& scope) {
+        scope.panel().cmdstop.click();
+        scope.autoset().end_if_stopped();
+        press(scope);
+    });
+}
+
+void Instrument::press_for(Client& client, const std::function<void(Scope&)>& press) {
     if (network_locked_) {
         throw Refused{ScpiError::command_protected};
     }
     Scope& scope = this->scope();
-    if (scope.autoset().under_way()) {
-        throw Refused{ScpiError::settings_conflict, "Autoset is under way"};
-    }
     std::optional<Refused> refused;
     const Gate::Closed alone(gate_);
     const Gate::Collecting collecting(gate_);

@@ -50,9 +50,12 @@ public:
     [[nodiscard]] const ToolSettings* tools_at_first() const { return tools_at_first_.get(); }
 
     /// Runs `press`, which sets something for `client`, as a press by the user. Messages that it
-    /// shows become errors of the client. Throws `Refused` where the network is locked out, and
-    /// what `press` throws.
+    /// shows become errors of the client. Throws `Refused` where the network is locked out, while
+    /// an Autoset is under way, and what `press` throws.
     void act(Client& client, const std::function<void(Scope&)>& press);
+
+    /// The same for `press` after Stop, which ends an Autoset that is under way.
+    void stop_and_act(Client& client, const std::function<void(Scope&)>& press);
 
     /// The run that there is now has been begun by `client`.
     void note_run(Client& client);
@@ -127,6 +130,7 @@ public:
     void on_lock(std::function<void()> listener) { lock_listener_ = std::move(listener); }
 
 private:
+    void press_for(Client& client, const std::function<void(Scope&)>& press);
     void single_done(bool came);
     void take(const std::shared_ptr<const Sweep>& sweep);
 
