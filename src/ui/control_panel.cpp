@@ -79,12 +79,9 @@ int ControlPanel::least_width(int columns) const {
     return widest + style()->pixelMetric(QStyle::PM_ScrollBarExtent);
 }
 
-int ControlPanel::width_within(int room) const {
-    if (const int least = least_width(2); room >= least) {
-        return std::min(room, std::max(least, usual_width));
-    }
-    const int least = least_width(1);
-    return std::max(least, std::min(room, usual_column));
+int ControlPanel::width_within(int columns, int room) const {
+    return std::max(least_width(columns),
+                    std::min(room, columns == 2 ? usual_width : usual_column));
 }
 
 void ControlPanel::take_status_back() {
@@ -162,7 +159,9 @@ void ControlPanel::put_frames(int columns, bool with_rest) {
         add(*all, entry);
     }
     for (PanelFrame* const frame : in_sight_) {
-        frame->stack_parts(stacked);
+        if (isAncestorOf(frame)) { // the Status frame may stand elsewhere
+            frame->stack_parts(stacked);
+        }
     }
     if (with_rest) {
         all->addWidget(rest_);

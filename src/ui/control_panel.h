@@ -19,9 +19,9 @@ public:
     /// Makes the frames for the controls of the driver's panel.
     explicit ControlPanel(ScopeDriver& driver);
 
-    /// The width it takes where `room` may be taken; never more than `room` unless one column needs
-    /// more.
-    [[nodiscard]] int width_within(int room) const;
+    /// The width it takes with its frames in `columns` columns, 1 or 2, where `room` may be taken;
+    /// never more than `room` unless they need more.
+    [[nodiscard]] int width_within(int columns, int room) const;
 
     /// The Status frame. While the panel is hidden it may stand elsewhere.
     [[nodiscard]] PanelFrame& status() { return *in_sight_.back(); }

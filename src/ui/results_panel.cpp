@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include <QEvent>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QPainter>
@@ -63,10 +64,14 @@ protected:
     void resizeEvent(QResizeEvent* event) override {
         QWidget::resizeEvent(event);
         veil_->setGeometry(rect());
-        // In a narrow panel the values come closer to the names.
-        const int least = fontMetrics().horizontalAdvance(u"Vmean "_s);
-        names_->setColumnMinimumWidth(
-            1, std::clamp(width() / 7, least, std::max(least, usual_name_width)));
+        place_names();
+    }
+
+    void changeEvent(QEvent* event) override {
+        QWidget::changeEvent(event);
+        if (event->type() == QEvent::FontChange && names_ != nullptr) {
+            place_names();
+        }
     }
 
     void paintEvent(QPaintEvent* /*event*/) override {
@@ -83,6 +88,14 @@ protected:
     }
 
 private:
+    void place_names() {
+        names_->setColumnMinimumWidth(0, results_measure::mark_width(fontMetrics()));
+        // In a narrow panel the values come closer to the names.
+        const int least = fontMetrics().horizontalAdvance(u"Vmean "_s);
+        names_->setColumnMinimumWidth(
+            1, std::clamp(width() / 7, least, std::max(least, usual_name_width)));
+    }
+
     /// Where the half of the second channel begins.
     [[nodiscard]] int between_channels() const {
         const auto& halves = static_cast<const QHBoxLayout&>(*layout());
@@ -119,6 +132,11 @@ QGridLayout* make_half(QWidget* panel) {
 
 } // namespace
 
+int results_measure::mark_width(const QFontMetrics& letters) {
+    constexpr int usual = 14;
+    return std::max(usual, 2 * letters.horizontalAdvance(u'*'));
+}
+
 QWidget* make_results_panel(FrontPanel& panel, QWidget* parent) {
     auto* const results = new ResultsPanel(parent);
     describe(*results, {u"Measurement results"_s, u"Results of the measurements of CH1 and CH2"_s});
@@ -127,7 +145,6 @@ QWidget* make_results_panel(FrontPanel& panel, QWidget* parent) {
     halves->setSpacing(0);
     QGridLayout* const left = make_half(results);
     left->setContentsMargins(0, 1, results_measure::rule_gap, 0);
-    left->setColumnMinimumWidth(0, results_measure::mark_width);
     results->set_names(left);
     left->setColumnStretch(2, 1);
     QGridLayout* const right = make_half(results);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QFontMetrics>
 #include <QWidget>
 
 #include "panel/front_panel.h"
@@ -11,8 +12,10 @@ inline constexpr int results_rows = 3;
 
 /// Lengths of the results, in units of the window.
 namespace results_measure {
-inline constexpr int mark_width = 14; ///< ahead of a name
-inline constexpr int rule_gap = 10;   ///< ahead of the second channel, the rule in its middle
+inline constexpr int rule_gap = 10; ///< ahead of the second channel, the rule in its middle
+
+/// What the star ahead of a name takes in `letters`.
+[[nodiscard]] int mark_width(const QFontMetrics& letters);
 } // namespace results_measure
 
 /// Makes the results of the measurements: a row for each slot with its name and the results of CH1

@@ -26,33 +26,10 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr int padding = 4;
-constexpr int footer_spacing = 12;
-constexpr double growth_step = 0.25; ///< of the texts
-constexpr double most_growth = 2.0;  ///< of the texts
-constexpr int most_lines = 6;        ///< of read-outs: four above the plot, two below it
+using namespace screen_measure;
 
-/// The outermost columns of the plot box are empty.
-constexpr int empty_columns = 2;
-
-/// Parts of the column right of the plot that CH1, with the names, and CH2 take.
-constexpr int first_part = 7;
-constexpr int second_part = 5;
 /// A column with room to spare is so much wider than it has to be, at most.
 constexpr double ease_of_column = 1.25;
-
-/// The longest texts below the plot.
-QString longest_volts() {
-    return u"50mV (VT) (inv)"_s;
-}
-QString longest_result() {
-    return u"-123.456mV "_s;
-}
-
-/// A scale at which the plot is `pixels` wide.
-PlotScale scale_of_width(int pixels) {
-    return PlotScale(static_cast<double>(pixels) / plot::width);
-}
 
 /// A caption in the colours of `read_out`.
 QLabel* make_heading(QWidget* parent, const QString& text, QWidget& read_out) {
@@ -174,7 +151,7 @@ void ScreenPanel::set_beside(PanelFrame* status) {
     fit();
 }
 
-ScreenPanel::Room ScreenPanel::present_room() const {
+PlotRoom ScreenPanel::present_room() const {
     return {.size = size(), .ratio = devicePixelRatioF(), .beside = beside_};
 }
 
@@ -183,57 +160,13 @@ std::optional<PlotScale> ScreenPanel::scale_in(QSize size, const PanelFrame* bes
     if (least.width() > size.width() || least.height() > size.height()) {
         return std::nullopt;
     }
-    return largest_scale({.size = size, .ratio = devicePixelRatioF(), .beside = beside});
-}
-
-int ScreenPanel::column_width(const PanelFrame& beside, double growth) const {
-    const auto width_of = [&](const QString& text) {
-        return std::ceil(fontMetrics().horizontalAdvance(text) * growth);
-    };
-    const double first = width_of(u"Vmean "_s + longest_result()) + results_measure::mark_width +
-                         results_measure::rule_gap;
-    const double second = width_of(longest_volts());
-    const double parts = std::max(first / first_part, second / second_part);
-    return std::max(static_cast<int>(std::ceil(parts * (first_part + second_part))),
-                    beside.least_width(true));
-}
-
-QSize ScreenPanel::size_of_rows(int lines, double growth, const RowHeights& heights,
-                                const PanelFrame* beside) const {
-    if (beside != nullptr) {
-        // The plot box ends with a margin of its own.
-        return {2 * padding + column_width(*beside, growth), lines * heights.line + padding};
-    }
-    return {2 * padding, lines * heights.line + results_rows * heights.result + 2 * padding};
-}
-
-ScreenPanel::RowHeights ScreenPanel::usual_heights(double growth) const {
-    const int letters = static_cast<int>(std::ceil(fontMetrics().height() * growth));
-    return {.line = std::max(24, letters + 7), .result = std::max(20, letters + 3)};
-}
-
-ScreenPanel::RowHeights ScreenPanel::least_heights() const {
-    const int letters = fontMetrics().height();
-    return {.line = letters + 2, .result = letters + 2};
-}
-
-double ScreenPanel::growth_at(const PlotScale& scale, qreal ratio) {
-    const double unit = scale.factor() / ratio;
-    return std::clamp(std::floor(unit / growth_step) * growth_step, 1.0, most_growth);
-}
-
-int ScreenPanel::footer_lines(int columns, double growth) const {
-    QFont bold = font();
-    bold.setBold(true);
-    const int longest = QFontMetrics(bold).horizontalAdvance(u"CH2"_s) + footer_spacing +
-                        fontMetrics().horizontalAdvance(longest_volts());
-    return 2 * longest * growth <= columns ? 1 : 2;
+    return sizes_.largest_scale({.size = size, .ratio = devicePixelRatioF(), .beside = beside});
 }
 
 void ScreenPanel::stack_footer(int lines) {
     for (QBoxLayout* const half : footer_halves_) {
         half->setDirection(lines > 1 ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
-        half->setSpacing(lines > 1 ? 0 : footer_spacing);
+        half->setSpacing(lines > 1 ? 0 : static_cast<int>(std::lround(footer_spacing * growth_)));
     }
 }
 
@@ -242,99 +175,39 @@ void ScreenPanel::grow_texts(double growth) {
         return;
     }
     growth_ = growth;
-    QFont grown = font();
-    if (grown.pointSizeF() > 0.0) {
-        grown.setPointSizeF(grown.pointSizeF() * growth);
-    } else {
-        grown.setPixelSize(static_cast<int>(std::lround(grown.pixelSize() * growth)));
-    }
+    const QFont letters = grown(font(), growth);
     for (QWidget* const texts : {static_cast<QWidget*>(header_), footer_, results_,
                                  cursor_read_outs_, static_cast<QWidget*>(references_)}) {
         if (texts != nullptr) {
-            texts->setFont(grown);
+            texts->setFont(letters);
         }
     }
     for (ClippingMarks* const marks : clipping_marks_) {
-        marks->setFont(grown);
+        marks->setFont(letters);
     }
-}
-
-int ScreenPanel::lines_around(const PlotScale& scale, const Room& room) const {
-    const double growth = growth_at(scale, room.ratio);
-    const int columns = PlotWidget::size_at(scale, room.ratio).width() * plot::width / box::width;
-    const int above = header_->lines_within(columns, growth);
-    return room.beside != nullptr ? above : above + footer_lines(columns, growth);
-}
-
-QSize ScreenPanel::size_around(const PlotScale& scale, const Room& room,
-                               const RowHeights& heights) const {
-    return PlotWidget::size_at(scale, room.ratio) + size_of_rows(lines_around(scale, room),
-                                                                 growth_at(scale, room.ratio),
-                                                                 heights, room.beside);
 }
 
 QSize ScreenPanel::sizeHint() const {
     const qreal ratio = std::max(1.0, devicePixelRatioF());
-    const Room room{.size = {}, .ratio = ratio, .beside = nullptr};
-    return size_around(PlotScale(ratio), room, usual_heights(1.0)) + QSize(0, padding);
+    const PlotRoom room{.size = {}, .ratio = ratio, .beside = nullptr};
+    return sizes_.size_around(PlotScale(ratio), room, sizes_.usual_heights(1.0)) +
+           QSize(0, padding);
+}
+
+int ScreenPanel::whole_width() const {
+    // A plot that cannot be smaller has no need of what is empty at its sides.
+    return devicePixelRatioF() > 1.0 ? sizeHint().width() : least_size(nullptr).width();
 }
 
 QSize ScreenPanel::least_size(const PanelFrame* beside) const {
-    const Room room{.size = {}, .ratio = std::max(1.0, devicePixelRatioF()), .beside = beside};
+    const PlotRoom room{.size = {}, .ratio = std::max(1.0, devicePixelRatioF()), .beside = beside};
     const int sides = beside != nullptr ? 1 : 2;
-    return size_around(PlotScale(), room, least_heights()) -
+    return sizes_.size_around(PlotScale(), room, sizes_.least_heights()) -
            QSize(sides * (padding + empty_columns), 0);
 }
 
 QSize ScreenPanel::minimumSizeHint() const {
     return least_size(beside_);
-}
-
-bool ScreenPanel::fits(const PlotScale& scale, const Room& room) const {
-    const QSize needed = size_around(scale, room, usual_heights(growth_at(scale, room.ratio)));
-    return needed.width() <= room.size.width() && needed.height() <= room.size.height();
-}
-
-PlotScale ScreenPanel::largest_scale(const Room& room) const {
-    // A larger plot may need less height, as its texts stand in fewer lines. With texts of one size
-    // in a given number of lines it always needs more.
-    const int least_lines = room.beside != nullptr ? 1 : 2;
-    for (double growth = most_growth; growth >= 1.0; growth -= growth_step) {
-        for (int lines = least_lines; lines <= most_lines; ++lines) {
-            const PlotScale scale = largest_with(growth, lines, room);
-            if (growth_at(scale, room.ratio) == growth && lines_around(scale, room) <= lines &&
-                fits(scale, room)) {
-                return scale;
-            }
-        }
-    }
-    return PlotScale();
-}
-
-PlotScale ScreenPanel::largest_with(double growth, int lines, const Room& room) const {
-    const QSize free = room.size - size_of_rows(lines, growth, usual_heights(growth), room.beside);
-    const auto fitting = [&](const PlotScale& scale) {
-        const QSize needed = PlotWidget::size_at(scale, room.ratio);
-        return growth_at(scale, room.ratio) <= growth && needed.width() <= free.width() &&
-               needed.height() <= free.height();
-    };
-    int widest = plot::width;
-    int beyond = PlotScale(PlotScale::largest).width() + 1;
-    while (beyond - widest > 1) {
-        const int middle = (widest + beyond) / 2;
-        (fitting(scale_of_width(middle)) ? widest : beyond) = middle;
-    }
-    // At whole twentieths the divisions are of one size. The last unit of the window need not be
-    // filled for that.
-    constexpr double steps = 20.0;
-    const double twentieths = scale_of_width(widest).factor() * steps;
-    for (const double whole : {std::ceil(twentieths), std::floor(twentieths)}) {
-        const PlotScale even(whole / steps);
-        if (widest - even.width() < room.ratio && fitting(even)) {
-            return even;
-        }
-    }
-    return scale_of_width(widest);
 }
 
 void ScreenPanel::showEvent(QShowEvent* event) {
@@ -348,12 +221,12 @@ void ScreenPanel::resizeEvent(QResizeEvent* event) {
 }
 
 void ScreenPanel::fit() {
-    const Room room = present_room();
+    const PlotRoom room = present_room();
     ratio_ = room.ratio;
-    const PlotScale scale = largest_scale(room);
-    grow_texts(growth_at(scale, room.ratio));
+    const PlotScale scale = sizes_.largest_scale(room);
+    grow_texts(ScreenSizes::growth_at(scale, room.ratio));
     plot_->set_scale(scale);
-    place_parts(fits(scale, room) ? usual_heights(growth_) : least_heights());
+    place_parts(sizes_.fits(scale, room) ? sizes_.usual_heights(growth_) : sizes_.least_heights());
 }
 
 void ScreenPanel::place_parts(const RowHeights& heights) {
@@ -364,11 +237,11 @@ void ScreenPanel::place_parts(const RowHeights& heights) {
     const int right = plot_->width() - edge(box::left + plot::width);
     const int columns = plot_->width() - left - right;
     // The results have their place also while they are hidden.
-    const int needed = size_around(plot_->scale(), present_room(), heights).height();
+    const int needed = sizes_.size_around(plot_->scale(), present_room(), heights).height();
     int top = (height() - needed + padding) / 2;
     int column = 0;
     if (beside_ != nullptr) {
-        const int least = column_width(*beside_, growth_);
+        const int least = sizes_.column_width(*beside_, growth_);
         column = std::clamp(width() - padding - plot_->width() - padding, least,
                             static_cast<int>(least * ease_of_column));
     }
@@ -385,7 +258,7 @@ void ScreenPanel::place_parts(const RowHeights& heights) {
         row->layout()->setContentsMargins(beneath ? left : 0, 0, beneath ? right : 0, 0);
     }
     if (beneath) {
-        const int footer = footer_lines(columns, growth_);
+        const int footer = sizes_.footer_lines_beneath(columns, growth_);
         stack_footer(footer);
         place(footer_, footer * heights.line);
         place(results_, results_rows * heights.result);
@@ -410,7 +283,7 @@ void ScreenPanel::place_column(const QRect& place, const RowHeights& heights) {
         widget->setGeometry(place.left(), top, place.width(), high);
         top += high;
     };
-    const int footer = footer_lines(place.width(), growth_);
+    const int footer = sizes_.footer_lines_beside(place.width(), growth_);
     stack_footer(footer);
     put(footer_, footer * heights.line);
     put(results_, results_rows * heights.result);
@@ -418,6 +291,24 @@ void ScreenPanel::place_column(const QRect& place, const RowHeights& heights) {
     const bool stacked = !beside_->shows_both_halves_in(place.width());
     beside_->stack_parts(stacked);
     put(beside_, beside_->usual_height(stacked));
+}
+
+void ScreenPanel::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() != QEvent::FontChange || font_changed_) {
+        return;
+    }
+    // What lies in here hears of it after this.
+    font_changed_ = true;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            font_changed_ = false;
+            growth_ = 0.0; // so the texts take the new font
+            updateGeometry();
+            fit();
+        },
+        Qt::QueuedConnection);
 }
 
 bool ScreenPanel::eventFilter(QObject* watched, QEvent* event) {

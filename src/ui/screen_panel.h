@@ -14,6 +14,7 @@
 #include "ui/plot_widget.h"
 #include "ui/reference_plates.h"
 #include "ui/screen_header.h"
+#include "ui/screen_sizes.h"
 
 namespace kv408::ui {
 
@@ -51,6 +52,10 @@ public:
     /// close to it, with `beside` in the column, or without one.
     [[nodiscard]] QSize least_size(const PanelFrame* beside) const;
 
+    /// The least width with a pixel of the picture as large as a unit of the window and no column
+    /// beside the plot.
+    [[nodiscard]] int whole_width() const;
+
     /// Room for everything with a pixel of the picture as large as a unit of the window.
     [[nodiscard]] QSize sizeHint() const override;
 
@@ -58,60 +63,16 @@ public:
     [[nodiscard]] QSize minimumSizeHint() const override;
 
 protected:
+    void changeEvent(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void showEvent(QShowEvent* event) override;
 
 private:
-    /// Heights of the rows around the plot, units of the window.
-    struct RowHeights {
-        int line;   ///< of a line of read-outs
-        int result; ///< of a row of the results
-    };
-
-    /// What the plot has to fit into.
-    struct Room {
-        QSize size;
-        qreal ratio = 1.0; ///< pixels of the screen for each unit of the window
-        const PanelFrame* beside =
-            nullptr; ///< what stands in the column right of the plot, or null
-    };
-
     /// The room that there is now.
-    [[nodiscard]] Room present_room() const;
+    [[nodiscard]] PlotRoom present_room() const;
 
-    /// As high as the rows are where there is room, and as low as they may become.
-    [[nodiscard]] RowHeights usual_heights(double growth) const;
-    [[nodiscard]] RowHeights least_heights() const;
-
-    /// How much larger than the desktop's the texts are beside a plot of `scale` on a screen of
-    /// `ratio` pixels for each unit of the window.
-    [[nodiscard]] static double growth_at(const PlotScale& scale, qreal ratio);
-
-    /// Lines of read-outs above and, where there is no column, below a plot of `scale`.
-    [[nodiscard]] int lines_around(const PlotScale& scale, const Room& room) const;
-
-    /// The least width of the column with `beside` in it and texts `growth` times the desktop's.
-    [[nodiscard]] int column_width(const PanelFrame& beside, double growth) const;
-
-    /// What the plot's size grows by with `lines` lines of read-outs and the results around it, in
-    /// texts `growth` times as large as the desktop's.
-    [[nodiscard]] QSize size_of_rows(int lines, double growth, const RowHeights& heights,
-                                     const PanelFrame* beside) const;
-
-    /// The size of all of it around a plot of `scale`.
-    [[nodiscard]] QSize size_around(const PlotScale& scale, const Room& room,
-                                    const RowHeights& heights) const;
-    [[nodiscard]] bool fits(const PlotScale& scale, const Room& room) const;
-    [[nodiscard]] PlotScale largest_scale(const Room& room) const;
-    /// The largest scale with which there is room for `lines` lines of texts `growth` times as
-    /// large as the desktop's, and which has texts no larger than that; natural size where there is
-    /// none.
-    [[nodiscard]] PlotScale largest_with(double growth, int lines, const Room& room) const;
-    /// Lines of the read-outs below a plot of `columns` units of the window: 1, or 2 where the
-    /// channels' names stand above their values.
-    [[nodiscard]] int footer_lines(int columns, double growth) const;
     void stack_footer(int lines);
     void grow_texts(double growth);
     void fit();
@@ -124,6 +85,7 @@ private:
 
     PlotWidget* plot_;
     ScreenHeader* header_;
+    ScreenSizes sizes_{*this, *header_};
     std::vector<QBoxLayout*> footer_halves_;
     QWidget* footer_;
     QWidget* results_;
@@ -132,8 +94,9 @@ private:
     ReferencePlates* references_ = nullptr; ///< once they have been added
     std::vector<ClippingMarks*> clipping_marks_;
     std::optional<CursorNumbers> cursor_numbers_;
-    double growth_ = 1.0; ///< of the texts, 1 to 2
-    qreal ratio_ = 0.0;   ///< device pixels per unit that the plot was last fitted for
+    double growth_ = 1.0;       ///< of the texts, 1 to 2
+    bool font_changed_ = false; ///< and the texts have not grown from the new one yet
+    qreal ratio_ = 0.0;         ///< device pixels per unit that the plot was last fitted for
 };
 
 } // namespace kv408::ui

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include <QApplication>
+#include <QCoreApplication>
 #include <QEvent>
 #include <QPointer>
 #include <QStyle>
@@ -55,6 +56,14 @@ QSize WindowHalves::sizeHint() const {
 
 QSize WindowHalves::minimumSizeHint() const {
     return least_size;
+}
+
+void WindowHalves::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange) {
+        // Once what lies in here has heard of it.
+        QCoreApplication::postEvent(this, new QEvent(QEvent::LayoutRequest));
+    }
 }
 
 bool WindowHalves::event(QEvent* event) {
@@ -110,17 +119,35 @@ void WindowHalves::lay_out_hidden() {
     }
 }
 
+bool WindowHalves::as_large_beside(int wide, int narrow, QSize room) const {
+    const auto plot_beside = [&](int controls) {
+        const auto scale = screen_->scale_in({room.width() - controls, room.height()}, nullptr);
+        return scale ? scale->width() : 0; // in too low a room it has natural size beside both
+    };
+    return plot_beside(wide) >= plot_beside(narrow);
+}
+
+int WindowHalves::width_of_controls(QSize room) const {
+    const QSize least = screen_->minimumSizeHint();
+    const int bar =
+        room.height() < least.height() ? style()->pixelMetric(QStyle::PM_ScrollBarExtent) : 0;
+    // Two columns come where the plot has a unit of the window for each of its own, or all that its
+    // height lets it have.
+    const int beside_whole = room.width() - screen_->whole_width() - bar;
+    const int two = controls_->width_within(2, beside_whole);
+    const int beside_least = room.width() - least.width() - bar;
+    const int one = std::min(controls_->width_within(1, beside_least), room.width() / 2);
+    const bool whole = two <= beside_whole;
+    return whole || (two <= beside_least && as_large_beside(two, one, room)) ? two : one;
+}
+
 void WindowHalves::lay_out() {
     if (controls_->isHidden()) {
         lay_out_hidden();
         return;
     }
     const QSize room(width() - 3 * window_gap, height() - 2 * window_gap);
-    const QSize needed = screen_->minimumSizeHint();
-    const int bar =
-        room.height() < needed.height() ? style()->pixelMetric(QStyle::PM_ScrollBarExtent) : 0;
-    const int controls =
-        std::min(controls_->width_within(room.width() - needed.width() - bar), room.width() / 2);
+    const int controls = width_of_controls(room);
     area_->setGeometry(window_gap, window_gap, room.width() - controls, room.height());
     // What is spare goes to the plot.
     controls_->setGeometry(width() - window_gap - controls, window_gap, controls,

@@ -31,12 +31,18 @@ public:
     [[nodiscard]] QSize minimumSizeHint() const override;
 
 protected:
+    void changeEvent(QEvent* event) override;
     bool event(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
 private:
     void lay_out();
     void lay_out_hidden();
+    /// The width of the controls in `room`.
+    [[nodiscard]] int width_of_controls(QSize room) const;
+    /// Whether the plot is as large beside controls that take `wide` of `room` as beside such that
+    /// take `narrow`.
+    [[nodiscard]] bool as_large_beside(int wide, int narrow, QSize room) const;
     /// Whether the plot gains by a column to its right.
     [[nodiscard]] bool gains_by_column(QSize whole, QSize above_status) const;
     /// Puts the Status frame into the column beside the plot, or below the screen.

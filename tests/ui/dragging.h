@@ -4,6 +4,7 @@
 #include <cmath>
 #include <vector>
 
+#include <QScrollArea>
 #include <QTabBar>
 #include <QTest>
 
@@ -12,6 +13,7 @@
 #include "program_on_bench.h"
 #include "state/plot_geometry.h"
 #include "support/series_stride.h"
+#include "ui/control_panel.h"
 
 namespace kv408::ui {
 
@@ -52,7 +54,10 @@ inline QPoint pixel_of_unit(const PlotWidget& plot, int x, int y) {
 /// Makes `window` just wide enough for the plot at `scale`.
 inline void make_room(MainWindow& window, const PlotScale& scale) {
     const qreal ratio = window.devicePixelRatioF();
-    const int beside = window.controls().sizeHint().width() + 3 * 8 + 2 * 4;
+    // Beside a plot of less than natural size the panel has one column.
+    const auto& panel = dynamic_cast<const ControlPanel&>(window.controls());
+    const int columns = scale.factor() < ratio ? 1 : 2;
+    const int beside = panel.width_within(columns, panel.sizeHint().width()) + 3 * 8 + 2 * 4;
     window.resize(beside + PlotWidget::size_at(scale, ratio).width(),
                   static_cast<int>(600 * scale.factor() / ratio) + 400);
 }
@@ -105,9 +110,14 @@ struct Dragging : ProgramOnBench {
         panel().slider1.turn_to(plot::wheel_span - 2 * row);
     }
 
-    /// Clicks the tab `index` of the strip `name`.
+    /// Clicks the tab `index` of the strip `name`, which is scrolled to where it is out of sight.
     void choose_tab(const char* name, int index) {
         auto* const tabs = widget<QTabBar>(name);
+        for (QScrollArea* const area : window().findChildren<QScrollArea*>()) {
+            if (area->isAncestorOf(tabs)) {
+                area->ensureWidgetVisible(tabs);
+            }
+        }
         QTest::mouseClick(window().windowHandle(), Qt::LeftButton, {},
                           tabs->mapTo(&window(), tabs->tabRect(index).center()));
     }

@@ -2,11 +2,14 @@
 
 #include <array>
 #include <utility>
+#include <vector>
 
+#include <QAction>
 #include <QTest>
 
 #include "cut_off.h"
 #include "dragging.h"
+#include "text_size.h"
 
 namespace kv408::ui {
 namespace {
@@ -35,6 +38,27 @@ QList<QRect> settled_places(ProgramOnBench& on) {
     return result;
 }
 
+/// Writes the longest texts around the plot; they are whole, and grow away from each other as they
+/// grow.
+void longest_texts_stand_whole_and_apart(ProgramOnBench& on) {
+    for (ChannelControls& channel : on.panel().channel) {
+        channel.vdivtext.set_caption("50mV (VT) (inv)");
+    }
+    on.panel().measurement[0].mark.set_caption("*");
+    on.panel().measurement[0].label.set_caption("Vmean");
+    QTest::qWait(20);
+    QCOMPARE(cut_off(on.window()).join(u'\n'), QString());
+    const QWidget& star = *on.widget("lblAnnoMark(0)");
+    const int wide = star.fontMetrics().horizontalAdvance(u'*');
+    QVERIFY(on.widget("lblMeas(0)")->x() - star.x() >= 3 * wide / 2);
+    const QWidget& volts = *on.widget("ch2vdivtext");
+    const QWidget& heading = *volts.parentWidget()->findChildren<QLabel*>().back();
+    if (heading.y() == volts.y()) { // else one stands above the other
+        const double growth = volts.font().pointSizeF() / QApplication::font().pointSizeF();
+        QVERIFY(volts.x() - heading.x() - heading.width() >= std::floor(12 * growth));
+    }
+}
+
 class ViewTest : public QObject {
     Q_OBJECT
 
@@ -43,6 +67,11 @@ private Q_SLOTS:
     void the_plot_gains_by_f9_data();
     void the_plot_gains_by_f9();
     void f9_leaves_the_window_at_rest_and_the_keyboard_where_it_is();
+    void a_wider_window_has_no_smaller_plot_data();
+    void a_wider_window_has_no_smaller_plot();
+    void the_window_opens_with_its_whole_panel_at_a_larger_font();
+    void a_change_of_the_desktops_font_is_followed_at_once_data();
+    void a_change_of_the_desktops_font_is_followed_at_once();
     void f9_and_f11_come_back_in_any_order();
     void f11_shows_the_window_full_screen_and_as_it_was();
     void what_is_dragged_follows_while_the_panel_is_hidden();
@@ -112,6 +141,7 @@ void ViewTest::the_plot_gains_by_f9() {
     // What 600 units of height leave is natural size.
     QVERIFY(plot_width() > with_panel || wanted.height() <= 600);
     QCOMPARE(cut_off(on.window()).join(u'\n'), QString());
+    longest_texts_stand_whole_and_apart(on);
     const auto place = [&](const char* name) {
         const QWidget& widget = *on.widget(name);
         return QRect(widget.mapTo(&on.window(), QPoint()), widget.size());
@@ -176,6 +206,106 @@ void ViewTest::f9_leaves_the_window_at_rest_and_the_keyboard_where_it_is() {
         QTest::qWait(20);
         QVERIFY(device.hasFocus());
     }
+}
+
+void ViewTest::a_wider_window_has_no_smaller_plot_data() {
+    QTest::addColumn<int>("percent");
+    QTest::addColumn<int>("height");
+    QTest::newRow("540") << 100 << 540;
+    QTest::newRow("720") << 100 << 720;
+    QTest::newRow("larger-830") << 150 << 830;
+}
+
+// But for the one step where the panel gets the width that it has beside a plot of natural size.
+void ViewTest::a_wider_window_has_no_smaller_plot() {
+    QFETCH(int, percent);
+    QFETCH(int, height);
+    const TextSize text(percent);
+    ProgramOnBench on;
+    MainWindow& window = on.window();
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    // Side by side where the panel has two columns, else one below the other.
+    const auto in_two_columns = [&] {
+        const auto left = [&](const char* name) {
+            return on.widget(name)->mapTo(&window, QPoint()).x();
+        };
+        return left("seltimediv") > left("gridenable") + 150;
+    };
+    int widest = 0;
+    bool whole = false;
+    for (int width = 700; width <= 1600; width += 20) {
+        window.resize(width, height);
+        QCoreApplication::processEvents();
+        QCOMPARE(window.width(), width);
+        const PlotScale& scale = window.plot().scale();
+        if (!whole && in_two_columns() && scale.factor() >= window.devicePixelRatioF()) {
+            whole = true;
+        } else {
+            QVERIFY2(scale.width() >= widest,
+                     qPrintable(u"%1 wide: %2, in a narrower window %3"_s.arg(width)
+                                    .arg(scale.width())
+                                    .arg(widest)));
+        }
+        widest = scale.width();
+    }
+    QVERIFY(in_two_columns());
+}
+
+void ViewTest::the_window_opens_with_its_whole_panel_at_a_larger_font() {
+    const TextSize text(150);
+    ProgramOnBench on;
+    QVERIFY(on.run_until_sweeping());
+    QCOMPARE(on.window().controls().width(), on.window().controls().sizeHint().width());
+    QCOMPARE(on.window().plot().scale().factor(), on.window().devicePixelRatioF());
+}
+
+void ViewTest::a_change_of_the_desktops_font_is_followed_at_once_data() {
+    QTest::addColumn<QSize>("size");
+    QTest::newRow("1920x1080") << QSize(1920, 1080);
+    QTest::newRow("2560x1440") << QSize(2560, 1440);
+}
+
+// As after the next change of the window's size.
+void ViewTest::a_change_of_the_desktops_font_is_followed_at_once() {
+    QFETCH(QSize, size);
+    ProgramOnBench on;
+    MainWindow& window = on.window();
+    const QSize wanted = size / window.devicePixelRatioF();
+    window.resize(wanted);
+    QVERIFY(on.run_until_sweeping());
+    QTest::keyClick(&window, Qt::Key_F9);
+    QTest::qWait(20);
+    const auto looks = [&] {
+        QStringList result;
+        for (const char* const name : {"Picture1", "picMeasure", "ch2vdivtext", "lblMeas(0)",
+                                       "tdivtext", "textstatus", "cmbDevice"}) {
+            const QWidget& widget = *on.widget(name);
+            const QRect place(widget.mapTo(&window, QPoint()), widget.size());
+            result += u"%1 %2,%3 %4x%5 %6"_s.arg(QLatin1StringView(name))
+                          .arg(place.x())
+                          .arg(place.y())
+                          .arg(place.width())
+                          .arg(place.height())
+                          .arg(widget.font().pointSizeF());
+        }
+        return result.join(u'\n');
+    };
+    QStringList seen;
+    for (const int percent : {100, 140, 100}) {
+        const TextSize text(percent);
+        QTest::qWait(100);
+        const QString at_once = looks();
+        QCOMPARE(cut_off(window).join(u'\n'), QString());
+        window.resize(wanted - QSize(40, 40));
+        QTest::qWait(20);
+        window.resize(wanted);
+        QTest::qWait(20);
+        QCOMPARE(at_once, looks());
+        seen += at_once;
+    }
+    QVERIFY(seen[0] != seen[1]);
+    QCOMPARE(seen[2], seen[0]);
 }
 
 void ViewTest::f9_and_f11_come_back_in_any_order() {
