@@ -78,6 +78,7 @@ private Q_SLOTS:
     void a_locked_panel_leaves_no_way_to_its_controls();
     void a_message_becomes_the_clients_error();
     void a_clients_run_opens_no_box();
+    void clients_are_told_that_no_data_come();
     void a_client_that_has_gone_locks_nobody_out();
     void eight_clients_leave_the_menus_their_room();
     void the_network_may_connect_through_a_named_address();
@@ -254,6 +255,21 @@ void RemoteTest::a_clients_run_opens_no_box() {
     QTest::mouseClick(on.widget("cmdstartsweep"), Qt::LeftButton);
     QTRY_VERIFY_WITH_TIMEOUT(!answers.texts.isEmpty(), WithRemote::patience);
     on.simulation.bench().devices.front().answers = true;
+}
+
+void RemoteTest::clients_are_told_that_no_data_come() {
+    WithRemote on;
+    QVERIFY(on.run_until_sweeping());
+    on.switch_on();
+    const SocketLine line(on.program.remote().port());
+    QCOMPARE(on.ask(line, "SYST:ERR?"), std::string("0,\"No error\"\n"));
+    on.simulation.bench().devices.front().answers = false;
+    QTRY_COMPARE_WITH_TIMEOUT(on.ask(line, "STAT:QUES:COND?"), std::string("512\n"),
+                              WithRemote::patience);
+    on.simulation.bench().devices.front().answers = true;
+    QCOMPARE(on.ask(line, "SYST:ERR?"),
+             std::string("-240,\"Hardware error;No data from the instrument\"\n"));
+    QCOMPARE(on.ask(line, "SYST:ERR?"), std::string("0,\"No error\"\n"));
 }
 
 void RemoteTest::a_client_that_has_gone_locks_nobody_out() {
