@@ -59,8 +59,8 @@ TEST(RemoteMaths, HasScaleAndPositionAndIsKeptAsAReference) {
     program.ticks(10);
     EXPECT_EQ(program.ask("MATH1:SCAL?;SCAL:AUTO?;:MATH1:POS?;POS:AUTO?"),
               "2.000000E+09;0;-1.500000E+00;0");
-    const ReferenceCurve& curve = *program.scope.tools().maths().tool(0).shown()->curve;
-    EXPECT_EQ(curve.scale, (CurveScale{.per_division = 2e12, .position = -1.5}));
+    const auto curve = program.scope.tools().maths().tool(0).shown()->curve;
+    EXPECT_EQ(curve->scale, (CurveScale{.per_division = 2e12, .position = -1.5}));
     EXPECT_EQ(program.ask("MATH1:FUNC INT;SCAL:AUTO?"), "1") << "another unit";
     EXPECT_NE(program.ask("MATH1:SCAL?"), "2.000000E+09");
     program.ask("MATH1:FUNC DIFF;SCAL 2E9;SCAL:AUTO ON");
