@@ -37,12 +37,17 @@ protected:
     }
 };
 
-/// Fills `place` in whole pixels of the screen: what is as thick wherever it lies looks so.
-void fill_pixels(QPainter& painter, const QRect& place, const QColor& colour) {
+/// Fills `place`, a line one unit of the window thick, in whole pixels of the screen: what is as
+/// thick wherever it lies looks so. A pixel that is not wholly the line's may be a text's.
+void draw_rule(QPainter& painter, const QRect& place, const QColor& colour) {
     const QTransform to_pixels = painter.deviceTransform();
     const QRectF exact = to_pixels.mapRect(QRectF(place));
-    const QRectF whole(std::round(exact.left()), std::round(exact.top()), std::round(exact.width()),
-                       std::round(exact.height()));
+    const auto extent = [](int units, double pixels) {
+        return units == 1 ? std::max(1.0, std::floor(pixels)) : std::round(pixels);
+    };
+    const QRectF whole(std::round(exact.left()), std::round(exact.top()),
+                       extent(place.width(), exact.width()),
+                       extent(place.height(), exact.height()));
     painter.fillRect(to_pixels.inverted().mapRect(whole), colour);
 }
 
@@ -80,11 +85,11 @@ protected:
         const QColor rule = palette().color(QPalette::WindowText);
         for (int row = 0; row < rows; ++row) {
             const int top = row * height() / rows;
-            fill_pixels(painter,
-                        {margins.left(), top, width() - margins.left() - margins.right(), 1}, rule);
+            draw_rule(painter, {margins.left(), top, width() - margins.left() - margins.right(), 1},
+                      rule);
         }
-        fill_pixels(painter, {between_channels() - results_measure::rule_gap / 2, 0, 1, height()},
-                    rule);
+        draw_rule(painter, {between_channels() - results_measure::rule_gap / 2, 0, 1, height()},
+                  rule);
     }
 
 private:

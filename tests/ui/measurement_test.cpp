@@ -149,7 +149,7 @@ void MeasurementTest::the_master_box_hides_the_results_and_brings_them_back() {
 void MeasurementTest::the_rules_of_the_results_are_of_one_thickness() {
     ProgramOnBench on;
     const double ratio = on.window().devicePixelRatioF();
-    const auto thickness = static_cast<int>(std::lround(ratio));
+    const auto thickness = static_cast<int>(ratio);
     QVERIFY(on.run_until_sweeping());
     const QWidget& results = *on.widget("picMeasure");
     // Each window has the results at another height.

@@ -72,6 +72,7 @@ private Q_SLOTS:
     void the_window_opens_with_its_whole_panel_at_a_larger_font();
     void a_change_of_the_desktops_font_is_followed_at_once_data();
     void a_change_of_the_desktops_font_is_followed_at_once();
+    void the_results_rules_are_as_thick_all_along();
     void f9_and_f11_come_back_in_any_order();
     void f11_shows_the_window_full_screen_and_as_it_was();
     void what_is_dragged_follows_while_the_panel_is_hidden();
@@ -306,6 +307,41 @@ void ViewTest::a_change_of_the_desktops_font_is_followed_at_once() {
     }
     QVERIFY(seen[0] != seen[1]);
     QCOMPARE(seen[2], seen[0]);
+}
+
+// Whatever stands over them: names, values and what is free between these.
+void ViewTest::the_results_rules_are_as_thick_all_along() {
+    ProgramOnBench on;
+    QVERIFY(on.run_until_sweeping());
+    const double ratio = on.window().devicePixelRatioF();
+    for (int height = 800; height < 816; height += 3) {
+        on.window().resize(1280, height);
+        QTest::qWait(20);
+        const QImage shown = on.window().grab().toImage();
+        const QWidget& results = *on.widget("picMeasure");
+        const QRgb rule = results.palette().color(QPalette::WindowText).rgb();
+        const QRectF place(QPointF(results.mapTo(&on.window(), QPoint())) * ratio,
+                           QSizeF(results.size()) * ratio);
+        const auto is_rule = [&](int x, int y) {
+            // Over a longer way than a letter has.
+            for (int pixel = x; pixel < x + 20; ++pixel) {
+                if (shown.pixel(pixel, y) != rule) {
+                    return false;
+                }
+            }
+            return true;
+        };
+        std::vector<int> thick;
+        for (const double part : {0.1, 0.15, 0.25, 0.4, 0.6, 0.8, 0.9}) {
+            const int x = static_cast<int>(place.left() + part * place.width()) - 10;
+            int lines = 0;
+            for (int y = static_cast<int>(place.top()); y < place.bottom(); ++y) {
+                lines += is_rule(x, y) ? 1 : 0;
+            }
+            thick.push_back(lines);
+        }
+        QCOMPARE(thick, std::vector<int>(thick.size(), 3 * static_cast<int>(ratio)));
+    }
 }
 
 void ViewTest::f9_and_f11_come_back_in_any_order() {
