@@ -27,6 +27,12 @@ WindowHalves::WindowHalves(ScreenPanel* screen, ControlPanel* controls)
 void WindowHalves::hide_controls(bool hidden) {
     if (hidden) {
         move_status(false);
+        QWidget* const focused = window()->focusWidget();
+        had_keyboard_ = controls_->isAncestorOf(focused) ? focused : nullptr;
+        if (had_keyboard_) {
+            // Qt would leave it where there is no other place for it.
+            had_keyboard_->clearFocus();
+        }
         controls_->hide();
     } else {
         keeping_keyboard([this] {
@@ -36,6 +42,9 @@ void WindowHalves::hide_controls(bool hidden) {
         });
     }
     lay_out();
+    if (!hidden && had_keyboard_ && window()->focusWidget() == nullptr) {
+        had_keyboard_->setFocus(Qt::OtherFocusReason);
+    }
 }
 
 void WindowHalves::keeping_keyboard(const std::function<void()>& move) {

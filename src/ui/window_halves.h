@@ -2,6 +2,7 @@
 
 #include <functional>
 
+#include <QPointer>
 #include <QWidget>
 
 #include "ui/control_panel.h"
@@ -20,8 +21,9 @@ public:
     WindowHalves(ScreenPanel* screen, ControlPanel* controls);
 
     /// Hides the controls but for their Status frame, which then stands under the results, or shows
-    /// them again. The results and that frame stand below the plot, or in a column to its right
-    /// where the plot becomes larger so.
+    /// them again. Hidden controls have no keyboard; the one that had it gets it back with them
+    /// unless it has gone elsewhere meanwhile. The results and that frame stand below the plot, or
+    /// in a column to its right where the plot becomes larger so.
     void hide_controls(bool hidden);
 
     /// Room for everything at its natural size.
@@ -53,6 +55,7 @@ private:
     ScreenPanel* screen_;
     ScrollingArea* area_; ///< around the screen
     ControlPanel* controls_;
+    QPointer<QWidget> had_keyboard_; ///< of the controls, when these were hidden
 };
 
 } // namespace kv408::ui

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include <QAction>
+#include <QLineEdit>
 #include <QTest>
 
 #include "cut_off.h"
@@ -67,6 +68,7 @@ private Q_SLOTS:
     void the_plot_gains_by_f9_data();
     void the_plot_gains_by_f9();
     void f9_leaves_the_window_at_rest_and_the_keyboard_where_it_is();
+    void what_is_hidden_has_no_keyboard_and_gets_it_back();
     void a_wider_window_has_no_smaller_plot_data();
     void a_wider_window_has_no_smaller_plot();
     void the_window_opens_with_its_whole_panel_at_a_larger_font();
@@ -207,6 +209,38 @@ void ViewTest::f9_leaves_the_window_at_rest_and_the_keyboard_where_it_is() {
         QTest::qWait(20);
         QVERIFY(device.hasFocus());
     }
+}
+
+// The keyboard operates only what is seen.
+void ViewTest::what_is_hidden_has_no_keyboard_and_gets_it_back() {
+    ProgramOnBench on;
+    on.window().resize(1900, 1000);
+    QVERIFY(on.run_until_sweeping());
+    QVERIFY(QTest::qWaitForWindowActive(&on.window()));
+    QWindow* const keyboard = on.window().windowHandle();
+    const auto volts = [&] { return on.panel().channel[0].vdiv.index(); };
+    const auto delay = [&] { return on.panel().channel[0].psofset.text(); };
+    const int volts_before = volts();
+    const std::string delay_before = delay();
+    for (const char* const name : {"ch1vdiv", "psofsetch1"}) {
+        QWidget& control = *on.widget(name);
+        control.setFocus(Qt::MouseFocusReason);
+        QVERIFY(control.hasFocus());
+        QTest::keyClick(keyboard, Qt::Key_F9);
+        QTRY_VERIFY(!control.isVisible());
+        for (const Qt::Key key : {Qt::Key_Down, Qt::Key_7, Qt::Key_Backspace, Qt::Key_Return}) {
+            QTest::keyClick(keyboard, key);
+        }
+        QCOMPARE(volts(), volts_before);
+        QCOMPARE(delay(), delay_before);
+        QVERIFY(!control.hasFocus());
+        // The window's own keys work on.
+        QTest::keyClick(keyboard, Qt::Key_F9);
+        QTRY_VERIFY(control.isVisible());
+        QVERIFY(control.hasFocus());
+    }
+    QTest::keyClick(keyboard, Qt::Key_7);
+    QVERIFY(on.widget<QLineEdit>("psofsetch1")->text().contains(u'7'));
 }
 
 void ViewTest::a_wider_window_has_no_smaller_plot_data() {
