@@ -91,8 +91,8 @@ int ScreenSizes::footer_lines(double half, double growth) const {
 }
 
 int ScreenSizes::footer_lines_beside(int column, double growth) const {
-    constexpr int parts = first_part + second_part;
-    return footer_lines(column * std::min(first_part, second_part) / parts, growth);
+    const int narrower = column * std::min(first_part, second_part) / (first_part + second_part);
+    return footer_lines(narrower, growth);
 }
 
 int ScreenSizes::lines_around(const PlotScale& scale, const PlotRoom& room) const {

@@ -59,8 +59,8 @@ public:
     /// wide: 1, or 2 where the channels' names stand above their values.
     [[nodiscard]] int footer_lines(double half, double growth) const;
 
-    /// Where half of a footer as wide as a plot of `columns` units of the window, or the narrower
-    /// part of one in a column as wide, has so many lines.
+    /// The lines of those below a plot of `columns` units of the window, and in a `column` as wide
+    /// as that beside it.
     [[nodiscard]] int footer_lines_beneath(int columns, double growth) const {
         return footer_lines(columns / 2.0, growth);
     }
