@@ -6,6 +6,13 @@
 #include "remote/tree.h"
 
 namespace kv408 {
+namespace {
+
+/// Ticks without data after which it is the instrument that sends none. Where the program itself
+/// had no time, data are there again within a few.
+constexpr int ticks_of_silence = 10;
+
+} // namespace
 
 RemoteControl::RemoteControl(Host host)
     : host_(std::move(host)), instrument_(host_.gate, host_.wake) {
@@ -63,7 +70,8 @@ void RemoteControl::tick_over() {
 }
 
 void RemoteControl::watch_silence() {
-    const bool silent = instrument_.silent();
+    silent_ticks_ = instrument_.silent() ? silent_ticks_ + 1 : 0;
+    const bool silent = silent_ticks_ >= ticks_of_silence;
     if (std::exchange(silent_, silent) == silent) {
         return;
     }
@@ -79,6 +87,7 @@ void RemoteControl::watch_silence() {
 void RemoteControl::detach() {
     instrument_.detach();
     silent_ = false; // the loss is told instead
+    silent_ticks_ = 0;
 }
 
 std::vector<Server::Seen> RemoteControl::clients() const {

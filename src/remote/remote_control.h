@@ -95,7 +95,8 @@ private:
     std::optional<Server> server_;
     std::function<void()> changed_;
     std::function<void(bool)> silence_;
-    bool silent_ = false; ///< at the last tick
+    int silent_ticks_ = 0; ///< in a row, up to the last one
+    bool silent_ = false;  ///< and it has been told
 };
 
 } // namespace kv408

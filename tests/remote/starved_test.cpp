@@ -63,5 +63,26 @@ TEST(Starved, AClientIsNotGivenASweepFromTheMiddleOfAnother) {
     }
 }
 
+TEST(Starved, AProgramTellsNoSilenceOfTheInstrument) {
+    RemoteProgram program;
+    program.start();
+    program.ticks(5);
+    int silences = 0;
+    program.control.on_silence([&silences](bool silent) { silences += silent ? 1 : 0; });
+    for (int place = 0; place < 45; ++place) {
+        program.bridge.before_each([&program, place, count = 0]() mutable {
+            if (count++ == place) {
+                program.clock.advance(milliseconds(1500));
+            }
+        });
+        program.ticks(10);
+        EXPECT_EQ(silences, 0) << "nothing done for a while before operation " << place;
+    }
+    program.bridge.before_each({});
+    program.simulation.bench().devices.front().answers = false;
+    program.ticks(40);
+    EXPECT_EQ(silences, 1);
+}
+
 } // namespace
 } // namespace kv408

@@ -266,6 +266,8 @@ void RemoteTest::clients_are_told_that_no_data_come() {
     on.simulation.bench().devices.front().answers = false;
     QTRY_COMPARE_WITH_TIMEOUT(on.ask(line, "STAT:QUES:COND?"), std::string("512\n"),
                               WithRemote::patience);
+    QTRY_COMPARE_WITH_TIMEOUT(on.ask(line, "SYST:ERR:COUN?"), std::string("1\n"),
+                              WithRemote::patience);
     on.simulation.bench().devices.front().answers = true;
     QCOMPARE(on.ask(line, "SYST:ERR?"),
              std::string("-240,\"Hardware error;No data from the instrument\"\n"));

@@ -143,8 +143,12 @@ void SettingsLookTest::handles_of_scroll_bars_stand_out() {
     bar.setRange(0, 100);
     bar.setPageStep(100); // half of the bar, at its upper end
     const QImage picture = bar.grab().toImage();
-    const QColor handle = picture.pixelColor(bar.width() / 2, 60);
-    const QColor groove = picture.pixelColor(bar.width() / 2, 150);
+    const auto colour_at = [&](int y) {
+        return picture.pixelColor(
+            (QPointF(bar.width() / 2.0, y) * picture.devicePixelRatio()).toPoint());
+    };
+    const QColor handle = colour_at(60);
+    const QColor groove = colour_at(150);
     QVERIFY2(std::abs(handle.lightness() - groove.lightness()) > 25,
              qPrintable(handle.name() + u" on "_s + groove.name()));
 }

@@ -317,6 +317,7 @@ TEST_F(Services, TellThatNoDataCome) {
     for (int time = 0; time < 2; ++time) {
         bridge.switched_off = true;
         ASSERT_TRUE(comes(one, "STAT:QUES:COND?", "512\n"));
+        ASSERT_TRUE(comes(one, "SYST:ERR:COUN?", "1\n"));
         bridge.switched_off = false;
         ASSERT_TRUE(comes(one, "STAT:QUES:COND?", "0\n"));
         for (const SocketLine* const line : {&one, &other}) {
